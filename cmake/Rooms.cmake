@@ -1,0 +1,76 @@
+# How a room (a library target), a test and a benchmark are declared.
+
+# Two precompiled headers, one for rooms without a window and one for rooms with, built once and shared.
+function(morvantide_pch name)
+  cmake_parse_arguments(ARG "" "" "LINK;HEADERS" ${ARGN})
+  file(WRITE ${CMAKE_BINARY_DIR}/${name}.cpp "")
+  add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/${name}.cpp)
+  set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+  target_link_libraries(${name} PUBLIC ${ARG_LINK})
+  target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+endfunction()
+
+set(MORVANTIDE_CORE_HEADERS
+    <algorithm> <array> <chrono> <cmath> <cstdint> <deque> <functional> <limits> <memory> <string> <utility>
+    <vector> <boost/numeric/ublas/banded.hpp> <boost/numeric/ublas/matrix.hpp> <boost/numeric/ublas/vector.hpp>
+    <QtCore/QByteArray> <QtCore/QDateTime> <QtCore/QFile> <QtCore/QHash> <QtCore/QList> <QtCore/QMap>
+    <QtCore/QObject> <QtCore/QString> <QtCore/QStringList> <QtCore/QTimer> <QtCore/QVariant> <QtCore/QVector>)
+morvantide_pch(pch_core LINK Qt5::Core HEADERS ${MORVANTIDE_CORE_HEADERS})
+if(MORVANTIDE_GUI)
+  morvantide_pch(pch_gui LINK Qt5::Widgets HEADERS ${MORVANTIDE_CORE_HEADERS}
+                 <QtGui/QImage> <QtGui/QMouseEvent> <QtGui/QPainter> <QtWidgets/QAction> <QtWidgets/QApplication>
+                 <QtWidgets/QBoxLayout> <QtWidgets/QLabel> <QtWidgets/QMainWindow> <QtWidgets/QMenu>
+                 <QtWidgets/QToolButton> <QtWidgets/QWidget>)
+endif()
+
+# morvantide_room(NAME [WIDGETS] [MOC] SOURCES ... [NEEDS public targets ...] [USES private targets ...])
+# MOC says that some header declares a QObject. NEEDS is what the room's headers show, USES what only its sources use.
+function(morvantide_room name)
+  cmake_parse_arguments(ARG "WIDGETS;MOC" "" "SOURCES;NEEDS;USES" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX AUTOMOC ${ARG_MOC})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  if(ARG_WIDGETS)
+    target_link_libraries(${name} PUBLIC Qt5::Widgets ${ARG_NEEDS} PRIVATE ${ARG_USES})
+    target_precompile_headers(${name} REUSE_FROM pch_gui)
+  else()
+    target_link_libraries(${name} PUBLIC Qt5::Core ${ARG_NEEDS} PRIVATE ${ARG_USES})
+    target_precompile_headers(${name} REUSE_FROM pch_core)
+  endif()
+endfunction()
+
+# morvantide_test(tst_name [WIDGETS] [THREADS] [MOC] SOURCES ... LINK ...): one executable, one entry of the suite.
+# THREADS marks a test that starts a thread, so that it runs under the thread sanitizer too.
+function(morvantide_test name)
+  cmake_parse_arguments(ARG "WIDGETS;THREADS;MOC" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+  if(ARG_WIDGETS AND NOT MORVANTIDE_GUI)
+    return()
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ${ARG_MOC})
+  if(ARG_WIDGETS)
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} testsupport_gui)
+    target_precompile_headers(${name} REUSE_FROM pch_gui)
+  else()
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} testsupport)
+    target_precompile_headers(${name} REUSE_FROM pch_core)
+  endif()
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 300)
+  endif()
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+  if(ARG_THREADS)
+    set_tests_properties(${name} PROPERTIES LABELS threads)
+  endif()
+endfunction()
+
+# morvantide_bench(name [WIDGETS] SOURCES ... LINK ...): a Google Benchmark executable.
+function(morvantide_bench name)
+  cmake_parse_arguments(ARG "WIDGETS" "" "SOURCES;LINK" ${ARGN})
+  if(ARG_WIDGETS AND NOT MORVANTIDE_GUI)
+    return()
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} benchmark::benchmark)
+endfunction()

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QDateTime>
+#include <QMap>
+#include <QMetaType>
+#include <QMutex>
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+/// One process-wide logger. Entries go to the console and to the signal newEntry; a daily log file can be switched on.
+namespace Log {
+
+/// The levels of syslog. They travel as plain ints.
+enum Level { Emergency, Alert, Critical, Error, Warning, Notice, Info, Debug };
+
+struct Entry {
+    int level = Info;    ///< 0..7, or -1 for a Qt message of unknown type
+    QString source;      ///< the area, such as "filereader", or "qt.<category>:<file>:<line>" for a Qt message
+    QString message;     ///< may span several lines
+    QDateTime time;      ///< local time at which the entry was made
+};
+
+/// "emergency" ... "debug"; "unknown" outside 0..7.
+QString levelName(int level);
+/// The level of that name, or `fallback`.
+int levelFromName(const QString &name, int fallback);
+/// The line that an entry prints on the console, with its line feed.
+QByteArray consoleLine(const Entry &entry);
+
+class LogFileWriter;
+
+/// The one root of all logging. Every operation may be called from any thread; newEntry is emitted on the
+/// poster's thread, so receivers connect queued.
+class RootLogger : public QObject {
+    Q_OBJECT
+public:
+    static RootLogger &instance();
+
+    void post(const Entry &entry);
+    /// Starts writing day files into the directory, in place of any earlier one.
+    void setLogDirectory(const QString &directory);
+    void closeLogFile();
+    /// Entries for which the filter is false are dropped. Set it before other threads log.
+    void setFilter(std::function<bool(const Entry &)> filter);
+
+Q_SIGNALS:
+    void newEntry(Log::Entry entry);
+
+private:
+    RootLogger();
+    ~RootLogger() override;
+
+    QMutex m_mutex; ///< guards m_writer and what it writes
+    std::unique_ptr<LogFileWriter> m_writer;
+    std::atomic<bool> m_fileOutput{false};
+    std::function<bool(const Entry &)> m_filter;
+};
+
+/// What a module keeps to log under its own area. A value, cheap to copy.
+class Logger {
+public:
+    explicit Logger(const QString &area);
+
+    void log(int level, const QString &message) const;
+    /// Hands on a ready entry, with this logger's area put in front of its source.
+    void post(Entry entry) const;
+    const QString &area() const { return m_area; }
+
+private:
+    QString m_area;
+};
+
+/// Sends Qt's own messages to the root logger.
+void installQtMessageHandler();
+
+} // namespace Log
+
+Q_DECLARE_METATYPE(Log::Entry)

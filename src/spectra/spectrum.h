@@ -1,0 +1,47 @@
+#pragma once
+
+#include "records/record.h"
+#include "spectra/spectruminfo.h"
+
+namespace SpectMath {
+
+/// How Spectrum::smoothed treats the covariances: smoothed too, or copied.
+enum class CovarianceSmoothing { smooth = 0, keep = 1 };
+
+/// The values of one record under one description: density dN/dlog10(x) on the grid, x the native axis.
+struct Spectrum {
+    RealVector concentrations; ///< in info->concentrationUnit
+    BandMatrix covariances;    ///< bands 1, 1 from an inverter, 0, 0 from a file; read it through a const reference
+    double currentRmsError = noValue;
+    double currentMeanAbsError = noValue;
+    double currentTotalError = noValue;
+    std::int32_t status = 1;   ///< 0 success, 1 not yet computed, 2 to 4 the failures of an inversion
+    SpectrumInfoPointer info;
+
+    /// info is set and concentrations has as many values as the native grid.
+    bool isValid() const;
+
+    /// The trapezoids of the density over the intervals of the log axis, n - 1 each; positive on a descending axis too.
+    /// A covariance of the wrong size: a debug line, and the outputs stay as they were.
+    void getFractions(RealVector &fractions, RealVector &uncertainties) const;
+    /// Density or fraction, times the moment of the concentration type. Both outputs empty for a wrong covariance size.
+    void getDistribution(DistributionType distribution, ConcentrationType type, RealVector &values,
+                         RealVector &uncertainties) const;
+    /// Concentrations times the smoothing matrix; status 1, no errors. A copy where there is nothing to smooth.
+    Spectrum smoothed(double width, CovarianceSmoothing mode) const;
+    Spectrum smoothed(const RealMatrix &matrix, CovarianceSmoothing mode) const;
+};
+
+/// The raised-cosine window of the given width on `order` points, folded back at both ends. Width 0 is the identity.
+RealMatrix smoothingWindowMatrix(int order, double width);
+
+/// The result of one inversion: the head of the record inverted, and its spectra in the order of the inverters.
+struct SpectrumRecord : Spectrometer::RecordHead {
+    SpectrumPointerList spectra;
+    bool provisional = false;
+};
+using SpectrumRecordPointer = std::shared_ptr<SpectrumRecord>;
+
+} // namespace SpectMath
+
+Q_DECLARE_METATYPE(SpectMath::SpectrumRecordPointer)

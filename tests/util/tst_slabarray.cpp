@@ -1,0 +1,62 @@
+#include "util/numeric.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+namespace ublas = boost::numeric::ublas;
+
+TEST(SlabArray, serves_ublas_vectors_and_bands)
+{
+    RealVector a(3);
+    a[0] = 1, a[1] = 2, a[2] = 3;
+    RealVector b = a;
+    b *= 2.0;
+    EXPECT_DOUBLE_EQ(ublas::inner_prod(a, b), 28.0);
+    a.resize(5, true);
+    EXPECT_EQ(a[2], 3.0);
+    EXPECT_EQ(a.size(), 5u);
+    RealVector moved = std::move(b);
+    EXPECT_EQ(moved[2], 6.0);
+
+    BandMatrix band(4, 4, 1, 1);
+    band.clear();
+    band(1, 2) = 7.0;
+    const BandMatrix &view = band;
+    EXPECT_EQ(view(1, 2), 7.0);
+    EXPECT_EQ(view(0, 3), 0.0);
+    BandMatrix diagonal(4, 4, 0, 0);
+    EXPECT_EQ(diagonal.data().size(), 4u);
+}
+
+TEST(SlabArray, pieces_larger_than_a_slab_and_empty_ones)
+{
+    RealVector large(1 << 20, 1.5);
+    EXPECT_EQ(large[(1 << 20) - 1], 1.5);
+    RealVector empty(0);
+    EXPECT_EQ(empty.size(), 0u);
+    EXPECT_THROW(Slab::allocate(std::size_t(-8)), std::bad_alloc);
+}
+
+TEST(SlabArray, pieces_are_released_on_other_threads)
+{
+    std::vector<RealVector> made;
+    std::thread maker([&made] {
+        for (int i = 0; i < 20000; ++i)
+            made.emplace_back(40, double(i));
+    });
+    maker.join();
+    for (int i = 0; i < 20000; ++i)
+        ASSERT_EQ(made[std::size_t(i)][39], double(i));
+    std::thread([taken = std::move(made)]() mutable { taken.clear(); }).join();
+
+    auto shared = std::allocate_shared<std::array<double, 10>>(SlabAllocator<double>());
+    (*shared)[9] = 1.0;
+    EXPECT_EQ((*shared)[9], 1.0);
+}
+
+} // namespace
