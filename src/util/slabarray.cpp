@@ -22,7 +22,8 @@ namespace {
 constexpr std::size_t slabSize = std::size_t(2) << 20;
 constexpr std::size_t pieceAlignment = 8;
 constexpr std::size_t largestShared = slabSize / 8; // larger pieces get a mapping of their own
-// A slab in use starts with far more references than it can hold pieces; what wasn't handed out is taken off at its end.
+// A slab in use starts with far more references than it can hold pieces; what wasn't handed out is taken off at its
+// end.
 constexpr std::int64_t bias = std::int64_t(1) << 40;
 
 struct SlabHead {
@@ -32,7 +33,10 @@ struct SlabHead {
 constexpr std::size_t headBytes = 64;
 static_assert(sizeof(SlabHead) <= headBytes, "the head fits in front of the first piece");
 
-std::size_t roundUp(std::size_t bytes, std::size_t unit) { return (bytes + unit - 1) / unit * unit; }
+std::size_t roundUp(std::size_t bytes, std::size_t unit)
+{
+    return (bytes + unit - 1) / unit * unit;
+}
 
 /// Maps `bytes` (a multiple of the page size) at a multiple of slabSize, so that a piece finds its slab by its address.
 char *mapAligned(std::size_t bytes)

@@ -5,10 +5,10 @@
 #include <initializer_list>
 #include <iterator>
 
-/// Memory for the many small arrays and objects of a store: pieces cut one after the other from slabs of 2 MB, each slab
-/// given back as a whole when the last of its pieces is released. A piece costs no header. Cutting is per thread and takes
-/// no lock; a piece may be released on any thread. Meant for what lives long and dies together: one small piece that
-/// outlives its neighbours keeps its slab.
+/// Memory for the many small arrays and objects of a store: pieces cut one after the other from slabs of 2 MB, each
+/// slab given back as a whole when the last of its pieces is released. A piece costs no header. Cutting is per thread
+/// and takes no lock; a piece may be released on any thread. Meant for what lives long and dies together: one small
+/// piece that outlives its neighbours keeps its slab.
 namespace Slab {
 /// 8-byte aligned, contents undefined. Throws std::bad_alloc.
 void *allocate(std::size_t bytes);
@@ -24,7 +24,9 @@ struct SlabAllocator {
 
     SlabAllocator() = default;
     template<typename U>
-    SlabAllocator(const SlabAllocator<U> &) noexcept {}
+    SlabAllocator(const SlabAllocator<U> &) noexcept
+    {
+    }
 
     T *allocate(std::size_t n) { return static_cast<T *>(Slab::allocate(n * sizeof(T))); }
     void deallocate(T *p, std::size_t n) noexcept { Slab::release(p, n * sizeof(T)); }
@@ -33,8 +35,8 @@ struct SlabAllocator {
 };
 
 /// An array of doubles in slab memory, as the storage of uBLAS vectors and banded matrices:
-/// boost::numeric::ublas::vector<double, SlabArray>. New elements of resize(n, fill) take the fill value, those of resize(n)
-/// and SlabArray(n) are zero.
+/// boost::numeric::ublas::vector<double, SlabArray>. New elements of resize(n, fill) take the fill value, those of
+/// resize(n) and SlabArray(n) are zero.
 class SlabArray {
 public:
     using allocator_type = void;
