@@ -18,5 +18,9 @@ struct Record : Spectrometer::FullRecord {
     bool spectraProvisional = false;
 };
 
+/// A new record in slab memory, for the many that live in a store.
+std::shared_ptr<Record> makeRecord();
+std::shared_ptr<Record> makeRecord(const Spectrometer::FullRecord &full);
+
 Q_DECLARE_METATYPE(std::shared_ptr<Record>)
 Q_DECLARE_METATYPE(SpectMath::SpectrumPointerList)

@@ -9,7 +9,8 @@ namespace SpectMath {
 struct MobilityModel {
     MobilityModel();
     /// Scales of 1.0 and the given units.
-    MobilityModel(double a, double b, double c, double freePath, double constant, const Unit &size, const Unit &mobility);
+    MobilityModel(double a, double b, double c, double freePath, double constant, const Unit &size,
+                  const Unit &mobility);
 
     double slipA = 1.05;
     double slipB = 0.558;

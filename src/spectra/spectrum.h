@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/record.h"
+#include "spectra/smoothing.h"
 #include "spectra/spectruminfo.h"
 
 namespace SpectMath {
@@ -15,7 +16,7 @@ struct Spectrum {
     double currentRmsError = noValue;
     double currentMeanAbsError = noValue;
     double currentTotalError = noValue;
-    std::int32_t status = 1;   ///< 0 success, 1 not yet computed, 2 to 4 the failures of an inversion
+    std::int32_t status = 1; ///< 0 success, 1 not yet computed, 2 to 4 the failures of an inversion
     SpectrumInfoPointer info;
 
     /// info is set and concentrations has as many values as the native grid.
@@ -24,16 +25,19 @@ struct Spectrum {
     /// The trapezoids of the density over the intervals of the log axis, n - 1 each; positive on a descending axis too.
     /// A covariance of the wrong size: a debug line, and the outputs stay as they were.
     void getFractions(RealVector &fractions, RealVector &uncertainties) const;
-    /// Density or fraction, times the moment of the concentration type. Both outputs empty for a wrong covariance size.
+    /// Density or fraction, times the moment of the concentration type: at the point's radius for a density, at the
+    /// geometric mean of both radii for a fraction. Both outputs empty for a wrong covariance size.
     void getDistribution(DistributionType distribution, ConcentrationType type, RealVector &values,
                          RealVector &uncertainties) const;
-    /// Concentrations times the smoothing matrix; status 1, no errors. A copy where there is nothing to smooth.
+    /// Concentrations times the smoothing matrix (a dense product: one missing value makes the whole spectrum missing);
+    /// status 1, no errors, so look at the status before. A copy where there is nothing to smooth, or where the matrix
+    /// doesn't fit.
     Spectrum smoothed(double width, CovarianceSmoothing mode) const;
     Spectrum smoothed(const RealMatrix &matrix, CovarianceSmoothing mode) const;
 };
 
-/// The raised-cosine window of the given width on `order` points, folded back at both ends. Width 0 is the identity.
-RealMatrix smoothingWindowMatrix(int order, double width);
+/// A spectrum in slab memory, for the many that live in a store.
+std::shared_ptr<Spectrum> makeSpectrum();
 
 /// The result of one inversion: the head of the record inverted, and its spectra in the order of the inverters.
 struct SpectrumRecord : Spectrometer::RecordHead {

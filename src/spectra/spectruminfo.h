@@ -47,16 +47,16 @@ struct SpectrumInfo {
     QString comment;
     QString opmode;
     QString electrometerGroup;
-    RealVector radii;          ///< in sizeUnit
-    RealVector mobilities;     ///< in mobilityUnit
+    RealVector radii;      ///< in sizeUnit
+    RealVector mobilities; ///< in mobilityUnit
     RealVector mobilitySlopes;
-    Unit sizeUnit;             ///< "nm"
-    Unit mobilityUnit;         ///< "cm^2/s/V"
+    Unit sizeUnit;     ///< "nm"
+    Unit mobilityUnit; ///< "cm^2/s/V"
     Unit concentrationUnit;
     MobilityModel model;
     DistributionScale scale = DistributionScale::mobility; ///< the native axis
-    QString hash;              ///< the id of this description, in files too
-    QByteArray inverterData;   ///< the bytes of the inverter file that the spectrum comes from
+    QString hash;                                          ///< the id of this description, in files too
+    QByteArray inverterData; ///< the bytes of the inverter file that the spectrum comes from
 
     /// Fills the other axis, the slopes, an empty hash and an empty opmode. Called once radii or mobilities are set.
     void finish();
@@ -67,8 +67,8 @@ struct SpectrumInfo {
     /// A value of another axis on the native one.
     double toNativeScale(double value, DistributionScale from) const;
     Unit concentrationUnitOf(ConcentrationType type) const;
-    /// Weights whose dot product with concentrations is the integral of the linearly interpolated density (times the moment
-    /// of a size-based type) over log10 of the native axis between the limits.
+    /// Weights whose dot product with concentrations is the integral of the linearly interpolated density (times the
+    /// moment of a size-based type) over log10 of the native axis between the limits.
     RealVector fractionWeights(const MobilitySize &lower, const MobilitySize &upper, ConcentrationType type) const;
 
     /// "name (inverter)", or the first four characters of the hash in place of an empty inverter name.
@@ -81,6 +81,9 @@ using SpectrumInfoPointer = std::shared_ptr<const SpectrumInfo>;
 bool operator<(const SpectrumInfo &a, const SpectrumInfo &b);
 /// Name, grid sizes, units, scale and hash; the hash stands for the points.
 bool operator==(const SpectrumInfo &a, const SpectrumInfo &b);
-inline bool operator!=(const SpectrumInfo &a, const SpectrumInfo &b) { return !(a == b); }
+inline bool operator!=(const SpectrumInfo &a, const SpectrumInfo &b)
+{
+    return !(a == b);
+}
 
 } // namespace SpectMath

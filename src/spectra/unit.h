@@ -42,7 +42,10 @@ Unit operator/(const Unit &unit, double divisor);
 Unit operator/(double dividend, const Unit &unit);
 /// Exponents, multipliers and names, all exactly.
 bool operator==(const Unit &a, const Unit &b);
-inline bool operator!=(const Unit &a, const Unit &b) { return !(a == b); }
+inline bool operator!=(const Unit &a, const Unit &b)
+{
+    return !(a == b);
+}
 
 using UnitTable = QMap<QString, Unit>;
 /// The eleven known unit names: m kg s A K mol cd V nm cm kV.
@@ -61,8 +64,8 @@ private:
     QString m_message;
 };
 
-/// Reads a unit text such as "1/cm^3", strictly left to right, no parentheses. The result is named `name`, or by the text
-/// if that is null. Throws UnitParsingError.
+/// Reads a unit text such as "1/cm^3", strictly left to right, no parentheses. The result is named `name`, or by the
+/// text if that is null. Throws UnitParsingError.
 Unit parseUnit(const QString &text, const UnitTable &table, const QString &name = QString());
 
 } // namespace SpectMath
