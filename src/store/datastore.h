@@ -2,11 +2,13 @@
 
 #include "records/record.h"
 #include "spectra/spectrum.h"
+#include "store/spanindex.h"
 
 #include <QMap>
 #include <QObject>
 
 #include <deque>
+#include <map>
 #include <vector>
 
 /// An entry of a spectrum series: one record that has a spectrum of the series' description.
@@ -20,8 +22,9 @@ struct SpectrumRecord {
 enum UpdateFlag { RecordCameIn = 1, DataReplaced = 2, SpectraChanged = 4 };
 
 /// The in-memory store of all records in order of beginTime, and beside it the series of the same records by spectrum
-/// description. No locks: one thread owns a store at a time. An index is a place in that order; nobody keeps one past a
-/// signal.
+/// description. No locks: one thread owns a store at a time, reading operations included (they keep what they found
+/// last and bring the span indexes up to date). An index is a place in that order; nobody keeps one past a signal. The
+/// times of a record that is in the store never change.
 class Datastore : public QObject {
     Q_OBJECT
 public:
@@ -40,28 +43,42 @@ public:
     // ---- read access
     int size() const { return int(m_records.size()); }
     bool isEmpty() const { return m_records.empty(); }
-    const std::shared_ptr<Record> &at(int index) const { return m_records[std::size_t(index)]; }
+    /// An index out of range stops the program.
+    const std::shared_ptr<Record> &at(int index) const;
     const Records &records() const { return m_records; }
     /// Null if there is no such series.
     std::shared_ptr<const Series> series(SeriesKey key) const;
     const QMap<SeriesKey, std::shared_ptr<Series>> &spectrumSeries() const { return m_spectrumSeries; }
+    /// Begins and ends of all records, index for index. Valid until the next change of the store.
+    const SpanIndex &recordSpans() const;
+    /// Begins and ends of the records of a series, entry for entry; an empty index if there is no such series. Valid
+    /// until the next change of the store.
+    const SpanIndex &seriesSpans(SeriesKey key) const;
 
     // ---- search, all by one bisection over beginTime
     iterator lowerBound(RecordTime time);
+    /// The first record that doesn't begin before the time; size() if there is none.
     int lowerBoundIndex(RecordTime time) const;
+    /// The record with a head equal in all seven fields, or -1.
     int indexOfHead(const Spectrometer::RecordHead &head) const;
+    /// The record with exactly these two times, or -1.
     int indexOf(RecordTime begin, RecordTime end) const;
     int firstIndexFrom(RecordTime time) const;
+    /// The last record with endTime at or before the time, looking backward from the last that begins by then; or -1.
     int lastIndexEndingBy(RecordTime time) const;
+    /// The record so many places away (negative: earlier), or null.
     std::shared_ptr<Record> neighbour(const std::shared_ptr<Record> &record, int steps) const;
+    /// The last of so many records of that mode on the way, `record` itself if there is none; null if it isn't stored.
     std::shared_ptr<Record> neighbourWithOpmode(const std::shared_ptr<Record> &record, int steps, int opmode) const;
     /// The first entry of a series whose record doesn't begin before the time.
     static std::size_t lowerBoundOf(const Series &series, RecordTime time);
 
     // ---- changes that emit nothing but `removed`, for readers
+    /// The position is the one that a search found. Drops the oldest records first where the store is limited and full.
     iterator insertRecord(iterator position, std::shared_ptr<Record> record);
-    /// Takes in many records at once, themselves in ascending order of beginTime: the same result as inserting each at its
-    /// lowerBound, from the last to the first, at the cost of one merge. Emits nothing.
+    /// Takes in many records at once, themselves in ascending order of beginTime: the same result as inserting each at
+    /// its lowerBound, from the last to the first, at the cost of one merge. Emits nothing unless the limit drops
+    /// records.
     void mergeRecords(std::vector<std::shared_ptr<Record>> &&records);
     /// Gives the record's spectrum its entry in the series of its description.
     void enterSpectrum(const std::shared_ptr<Record> &record, const std::shared_ptr<SpectMath::Spectrum> &spectrum);
@@ -70,9 +87,11 @@ public:
     void removeSpectrum(SeriesKey key);
 
 public Q_SLOTS:
+    // A null pointer is ignored, and so is an unknown head in update, replace and add of spectra.
     void addFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
     void updateFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
     void upsertFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
+    /// Entries of the record's former spectra stay in their series: only those under the new list's keys are replaced.
     void replaceSpectra(const SpectMath::SpectrumRecordPointer &spectrum_record);
     void addSpectra(const SpectMath::SpectrumRecordPointer &spectrum_record);
 
@@ -81,8 +100,17 @@ Q_SIGNALS:
     void removed(int index, std::shared_ptr<Record> record);
 
 private:
+    int indexOfRecord(const std::shared_ptr<Record> &record) const;
+    int insertAt(int index, std::shared_ptr<Record> record);
+    void dropOldest();
+    void addOrReplace(const Spectrometer::FullRecordPointer &fullRecord, bool replace);
+    void takeSpectra(const SpectMath::SpectrumRecordPointer &incoming, bool replace);
+
     Records m_records;
     int m_maxRecords = 1000;
     bool m_limitRecords = true;
     QMap<SeriesKey, std::shared_ptr<Series>> m_spectrumSeries;
+    mutable SpanIndex m_recordSpans; ///< may lack records at the end
+    mutable std::map<SeriesKey, SpanIndex> m_seriesSpans;
+    mutable int m_lastFound = 0; ///< where the last search ended: the next one is mostly for the place after it
 };

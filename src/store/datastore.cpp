@@ -1,0 +1,388 @@
+#include "store/datastore.h"
+
+#include <QDebug>
+
+#include <algorithm>
+
+namespace {
+
+/// Beyond this distance from the end an insertion forgets the spans behind it, to be made anew when they are asked for.
+constexpr std::size_t farFromEnd = 4096;
+
+bool sameTimes(const Record &record, RecordTime begin, RecordTime end)
+{
+    return record.beginTime == begin && record.endTime == end;
+}
+
+/// The first of `count` elements that isn't below the key. Both ends are looked at first, so that appending in order of
+/// time costs two looks.
+template<typename IsBelow>
+std::size_t bisect(std::size_t count, IsBelow isBelow)
+{
+    if (count == 0 || !isBelow(0))
+        return 0;
+    if (isBelow(count - 1))
+        return count;
+    std::size_t low = 0;
+    std::size_t high = count - 1;
+    while (high - low > 1) {
+        const std::size_t middle = low + (high - low) / 2;
+        (isBelow(middle) ? low : high) = middle;
+    }
+    return high;
+}
+
+void insertSpan(SpanIndex &spans, std::size_t index, const Record &record)
+{
+    if (index > spans.size())
+        return; // lies in the part that is made anew
+    if (spans.size() - index > farFromEnd)
+        spans.truncate(index);
+    else
+        spans.insert(index, record.beginTime, record.endTime);
+}
+
+void lowerGap(std::int64_t &gap, std::int64_t distance)
+{
+    if (gap == 0 || distance < gap)
+        gap = distance;
+}
+
+std::int64_t distance(const SpectrumRecord &earlier, const SpectrumRecord &later)
+{
+    return saturatedSubtract(ticksOf(later.record->midTime), ticksOf(earlier.record->midTime));
+}
+
+/// The entry's own gap, and those of its neighbours, which only ever get smaller.
+void updateGaps(Datastore::Series &series, std::size_t place)
+{
+    SpectrumRecord &entry = series[place];
+    SpectrumRecord *previous = place > 0 ? &series[place - 1] : nullptr;
+    SpectrumRecord *next = place + 1 < series.size() ? &series[place + 1] : nullptr;
+    const std::int64_t before = previous ? distance(*previous, entry) : 0;
+    const std::int64_t after = next ? distance(entry, *next) : 0;
+    if (previous && next)
+        entry.nearestGap = std::min(before, after);
+    else
+        entry.nearestGap = previous ? before : after;
+    if (previous)
+        lowerGap(previous->nearestGap, before);
+    if (next)
+        lowerGap(next->nearestGap, after);
+}
+
+void warnOfMissingTimes(const Record &record)
+{
+    if (isMissing(record.beginTime) || isMissing(record.endTime))
+        qWarning("Encountered record with no begin or end time");
+}
+
+} // namespace
+
+Datastore::Datastore(QObject *parent) : QObject(parent) {}
+
+Datastore::~Datastore() = default;
+
+void Datastore::setLimitRecords(bool on)
+{
+    m_limitRecords = on;
+}
+
+void Datastore::setMaxRecords(int count)
+{
+    m_maxRecords = count;
+}
+
+const std::shared_ptr<Record> &Datastore::at(int index) const
+{
+    if (index < 0 || index >= size())
+        qFatal("Possible software bug: record %d of %d was asked for", index, size());
+    return m_records[std::size_t(index)];
+}
+
+std::shared_ptr<const Datastore::Series> Datastore::series(SeriesKey key) const
+{
+    return m_spectrumSeries.value(key);
+}
+
+const SpanIndex &Datastore::recordSpans() const
+{
+    for (std::size_t i = m_recordSpans.size(); i < m_records.size(); ++i)
+        m_recordSpans.append(m_records[i]->beginTime, m_records[i]->endTime);
+    return m_recordSpans;
+}
+
+const SpanIndex &Datastore::seriesSpans(SeriesKey key) const
+{
+    static const SpanIndex none;
+    const auto found = m_spectrumSeries.constFind(key);
+    if (found == m_spectrumSeries.constEnd())
+        return none;
+    const Series &series = **found;
+    SpanIndex &spans = m_seriesSpans[key];
+    for (std::size_t i = spans.size(); i < series.size(); ++i)
+        spans.append(series[i].record->beginTime, series[i].record->endTime);
+    return spans;
+}
+
+Datastore::iterator Datastore::lowerBound(RecordTime time)
+{
+    return m_records.begin() + lowerBoundIndex(time);
+}
+
+int Datastore::lowerBoundIndex(RecordTime time) const
+{
+    const auto isBelow = [this, time](std::size_t i) { return m_records[i]->beginTime < time; };
+    const std::size_t count = m_records.size();
+    const auto fits = [&](std::size_t place) {
+        return place <= count && (place == 0 || isBelow(place - 1)) && (place == count || !isBelow(place));
+    };
+    // Rows come in order of time: mostly the place after the last one found is meant, or the same again.
+    const auto last = std::size_t(m_lastFound);
+    std::size_t found;
+    if (fits(last + 1))
+        found = last + 1;
+    else if (fits(last))
+        found = last;
+    else if (m_recordSpans.size() == count)
+        found = m_recordSpans.lowerBound(ticksOf(time));
+    else
+        found = bisect(count, isBelow);
+    m_lastFound = int(found);
+    return m_lastFound;
+}
+
+int Datastore::indexOfHead(const Spectrometer::RecordHead &head) const
+{
+    for (int i = lowerBoundIndex(head.beginTime); i < size() && at(i)->beginTime == head.beginTime; ++i) {
+        if (static_cast<const Spectrometer::RecordHead &>(*at(i)) == head)
+            return i;
+    }
+    return -1;
+}
+
+int Datastore::indexOf(RecordTime begin, RecordTime end) const
+{
+    for (int i = lowerBoundIndex(begin); i < size() && at(i)->beginTime == begin; ++i) {
+        if (sameTimes(*at(i), begin, end))
+            return i;
+    }
+    return -1;
+}
+
+int Datastore::firstIndexFrom(RecordTime time) const
+{
+    return lowerBoundIndex(time);
+}
+
+int Datastore::lastIndexEndingBy(RecordTime time) const
+{
+    int i = lowerBoundIndex(time);
+    while (i < size() && at(i)->beginTime == time)
+        ++i;
+    do {
+        --i;
+    } while (i >= 0 && at(i)->endTime > time);
+    return i;
+}
+
+int Datastore::indexOfRecord(const std::shared_ptr<Record> &record) const
+{
+    if (!record)
+        return -1;
+    for (int i = lowerBoundIndex(record->beginTime); i < size() && at(i)->beginTime == record->beginTime; ++i) {
+        if (at(i) == record)
+            return i;
+    }
+    return -1;
+}
+
+std::shared_ptr<Record> Datastore::neighbour(const std::shared_ptr<Record> &record, int steps) const
+{
+    const int index = indexOfRecord(record);
+    const std::int64_t wanted = std::int64_t(index) + steps;
+    return index < 0 || wanted < 0 || wanted >= size() ? nullptr : at(int(wanted));
+}
+
+std::shared_ptr<Record> Datastore::neighbourWithOpmode(const std::shared_ptr<Record> &record, int steps,
+                                                       int opmode) const
+{
+    if (steps == 0)
+        return record;
+    const int index = indexOfRecord(record);
+    if (index < 0)
+        return nullptr;
+    int answer = index;
+    std::int64_t wanted = std::abs(std::int64_t(steps));
+    const int direction = steps > 0 ? 1 : -1;
+    for (int i = index + direction; i >= 0 && i < size() && wanted > 0; i += direction) {
+        if (at(i)->opmode == opmode) {
+            answer = i;
+            --wanted;
+        }
+    }
+    return at(answer);
+}
+
+std::size_t Datastore::lowerBoundOf(const Series &series, RecordTime time)
+{
+    return bisect(series.size(), [&series, time](std::size_t i) { return series[i].record->beginTime < time; });
+}
+
+Datastore::iterator Datastore::insertRecord(iterator position, std::shared_ptr<Record> record)
+{
+    return m_records.begin() + insertAt(int(position - m_records.begin()), std::move(record));
+}
+
+int Datastore::insertAt(int index, std::shared_ptr<Record> record)
+{
+    warnOfMissingTimes(*record);
+    if (m_limitRecords && size() >= m_maxRecords) {
+        while (size() > 0 && size() > m_maxRecords - 1) {
+            dropOldest();
+            index = std::max(0, index - 1);
+        }
+        index = std::min(index, size());
+    }
+    insertSpan(m_recordSpans, std::size_t(index), *record);
+    m_records.insert(m_records.begin() + index, std::move(record));
+    m_lastFound = index;
+    return index;
+}
+
+void Datastore::dropOldest()
+{
+    const std::shared_ptr<Record> dropped = m_records.front();
+    m_records.pop_front();
+    m_recordSpans.truncate(0);
+    for (auto entry = m_spectrumSeries.begin(); entry != m_spectrumSeries.end(); ++entry) {
+        Series &series = **entry;
+        // Another record of the same beginTime loses its entry too.
+        while (!series.empty() && series.front().record->beginTime <= dropped->beginTime) {
+            series.pop_front();
+            m_seriesSpans[entry.key()].truncate(0);
+        }
+    }
+    Q_EMIT removed(0, dropped);
+}
+
+void Datastore::mergeRecords(std::vector<std::shared_ptr<Record>> &&records)
+{
+    if (m_limitRecords && m_records.size() + records.size() > std::size_t(std::max(0, m_maxRecords))) {
+        for (auto record = records.rbegin(); record != records.rend(); ++record)
+            insertAt(lowerBoundIndex((*record)->beginTime), std::move(*record));
+        records.clear();
+        return;
+    }
+    if (records.empty())
+        return;
+    for (const auto &record : records)
+        warnOfMissingTimes(*record);
+    m_recordSpans.truncate(std::size_t(lowerBoundIndex(records.front()->beginTime)));
+    std::size_t stored = m_records.size();
+    m_records.resize(m_records.size() + records.size());
+    // From the back, so that only what lies behind the first newcomer moves. Of equal times the newcomer goes before.
+    for (std::size_t place = m_records.size(); !records.empty(); --place) {
+        if (stored > 0 && m_records[stored - 1]->beginTime >= records.back()->beginTime) {
+            m_records[place - 1] = std::move(m_records[--stored]);
+        } else {
+            m_records[place - 1] = std::move(records.back());
+            records.pop_back();
+        }
+    }
+}
+
+void Datastore::enterSpectrum(const std::shared_ptr<Record> &record,
+                              const std::shared_ptr<SpectMath::Spectrum> &spectrum)
+{
+    const SeriesKey key = spectrum->info.get();
+    std::shared_ptr<Series> &series = m_spectrumSeries[key];
+    if (!series)
+        series = std::make_shared<Series>();
+    const std::size_t place = lowerBoundOf(*series, record->beginTime);
+    if (place < series->size() && (*series)[place].record == record) {
+        (*series)[place].spectrum = spectrum;
+    } else {
+        series->insert(series->begin() + std::ptrdiff_t(place), SpectrumRecord{record, spectrum, 0});
+        insertSpan(m_seriesSpans[key], place, *record);
+    }
+    updateGaps(*series, place);
+}
+
+void Datastore::removeSpectrum(SeriesKey key)
+{
+    m_spectrumSeries.remove(key);
+    m_seriesSpans.erase(key);
+    for (int i = 0; i < size(); ++i) {
+        const std::shared_ptr<Record> record = at(i);
+        auto &spectra = record->spectra;
+        const auto kept =
+            std::remove_if(spectra.begin(), spectra.end(),
+                           [key](const std::shared_ptr<SpectMath::Spectrum> &s) { return s->info.get() == key; });
+        if (kept == spectra.end())
+            continue;
+        spectra.erase(kept, spectra.end());
+        Q_EMIT updated(i, record, SpectraChanged);
+    }
+}
+
+void Datastore::addFullRecord(const Spectrometer::FullRecordPointer &fullRecord)
+{
+    addOrReplace(fullRecord, false);
+}
+
+void Datastore::upsertFullRecord(const Spectrometer::FullRecordPointer &fullRecord)
+{
+    addOrReplace(fullRecord, true);
+}
+
+void Datastore::addOrReplace(const Spectrometer::FullRecordPointer &fullRecord, bool replace)
+{
+    if (!fullRecord)
+        return;
+    // Only the first record of that time is compared: one with the same head behind it doesn't count as known.
+    int index = lowerBoundIndex(fullRecord->beginTime);
+    int flag = RecordCameIn;
+    if (index == size() || static_cast<const Spectrometer::RecordHead &>(*at(index)) != *fullRecord) {
+        index = insertAt(index, makeRecord(*fullRecord));
+    } else if (replace) {
+        static_cast<Spectrometer::FullRecord &>(*at(index)) = *fullRecord;
+        flag = DataReplaced;
+    }
+    Q_EMIT updated(index, at(index), flag);
+}
+
+void Datastore::updateFullRecord(const Spectrometer::FullRecordPointer &fullRecord)
+{
+    const int index = fullRecord ? indexOfHead(*fullRecord) : -1;
+    if (index < 0)
+        return;
+    static_cast<Spectrometer::FullRecord &>(*at(index)) = *fullRecord;
+    Q_EMIT updated(index, at(index), DataReplaced);
+}
+
+void Datastore::replaceSpectra(const SpectMath::SpectrumRecordPointer &spectrum_record)
+{
+    takeSpectra(spectrum_record, true);
+}
+
+void Datastore::addSpectra(const SpectMath::SpectrumRecordPointer &spectrum_record)
+{
+    takeSpectra(spectrum_record, false);
+}
+
+void Datastore::takeSpectra(const SpectMath::SpectrumRecordPointer &incoming, bool replace)
+{
+    const int index = incoming ? indexOfHead(*incoming) : -1;
+    if (index < 0)
+        return;
+    const std::shared_ptr<Record> record = at(index);
+    if (replace)
+        record->spectra.clear();
+    record->spectra.reserve(record->spectra.size() + incoming->spectra.size()); // exactly: there are many records
+    record->spectra.insert(record->spectra.end(), incoming->spectra.begin(), incoming->spectra.end());
+    record->spectraProvisional = incoming->provisional;
+    for (const auto &spectrum : incoming->spectra)
+        enterSpectrum(record, spectrum);
+    Q_EMIT updated(index, record, SpectraChanged);
+}

@@ -1,0 +1,113 @@
+#include "store/spanindex.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+std::int64_t endTicks(RecordTime beginTime, RecordTime endTime)
+{
+    return ticksOf(isMissing(endTime) ? beginTime : endTime);
+}
+
+} // namespace
+
+std::size_t SpanIndex::lowerBound(std::int64_t tick) const
+{
+    // The first block that begins at or after the tick; the answer is its first entry or lies in the block before.
+    const auto next = std::lower_bound(m_blocks.begin(), m_blocks.end(), tick,
+                                       [](const Block &block, std::int64_t t) { return block.firstBegin < t; });
+    if (next == m_blocks.begin())
+        return 0;
+    const auto block = std::size_t(next - m_blocks.begin()) - 1;
+    const std::size_t first = block * blockSize;
+    const auto &begins = m_blocks[block].spans->begins;
+    const auto last = begins.begin() + std::ptrdiff_t(std::min(blockSize, m_size - first));
+    return first + std::size_t(std::lower_bound(begins.begin(), last, tick) - begins.begin());
+}
+
+std::size_t SpanIndex::firstEndingFrom(std::size_t from, std::int64_t tick) const
+{
+    std::size_t i = from;
+    while (i < m_size) {
+        const std::size_t blockEnd = std::min(m_size, (i / blockSize + 1) * blockSize);
+        if (greatestEndOfBlock(i) >= tick) {
+            for (; i < blockEnd; ++i) {
+                if (end(i) >= tick)
+                    return i;
+            }
+        }
+        i = blockEnd;
+    }
+    return m_size;
+}
+
+std::size_t SpanIndex::lastEndingFrom(std::size_t before, std::int64_t tick) const
+{
+    std::size_t i = std::min(before, m_size); // the entry before i is the next to look at
+    while (i > 0) {
+        const std::size_t blockBegin = (i - 1) / blockSize * blockSize;
+        if (greatestEndOfBlock(i - 1) >= tick) {
+            for (; i > blockBegin; --i) {
+                if (end(i - 1) >= tick)
+                    return i - 1;
+            }
+        }
+        i = blockBegin;
+    }
+    return m_size;
+}
+
+void SpanIndex::append(RecordTime beginTime, RecordTime endTime)
+{
+    const std::size_t block = m_size / blockSize;
+    const std::size_t slot = m_size % blockSize;
+    const std::int64_t endTick = endTicks(beginTime, endTime);
+    if (slot == 0)
+        m_blocks.push_back({ticksOf(beginTime), endTick, std::make_unique<Spans>()});
+    Block &last = m_blocks[block];
+    last.spans->begins[slot] = ticksOf(beginTime);
+    last.spans->ends[slot] = endTick;
+    last.greatestEnd = std::max(last.greatestEnd, endTick);
+    ++m_size;
+}
+
+void SpanIndex::insert(std::size_t i, RecordTime beginTime, RecordTime endTime)
+{
+    if (i == m_size) {
+        append(beginTime, endTime);
+        return;
+    }
+    append(beginTime, endTime); // makes room; what is carried over at the end is overwritten below
+    std::int64_t carriedBegin = ticksOf(beginTime);
+    std::int64_t carriedEnd = endTicks(beginTime, endTime);
+    for (std::size_t block = i / blockSize, slot = i % blockSize; block < m_blocks.size(); ++block, slot = 0) {
+        Spans &spans = *m_blocks[block].spans;
+        const std::size_t used = std::min(blockSize, m_size - block * blockSize);
+        const std::int64_t lastBegin = spans.begins[used - 1];
+        const std::int64_t lastEnd = spans.ends[used - 1];
+        std::copy_backward(spans.begins.begin() + slot, spans.begins.begin() + used - 1, spans.begins.begin() + used);
+        std::copy_backward(spans.ends.begin() + slot, spans.ends.begin() + used - 1, spans.ends.begin() + used);
+        spans.begins[slot] = std::exchange(carriedBegin, lastBegin);
+        spans.ends[slot] = std::exchange(carriedEnd, lastEnd);
+        refresh(block);
+    }
+}
+
+void SpanIndex::truncate(std::size_t size)
+{
+    if (size >= m_size)
+        return;
+    m_size = size;
+    m_blocks.resize((size + blockSize - 1) / blockSize);
+    if (size % blockSize != 0)
+        refresh(m_blocks.size() - 1);
+}
+
+void SpanIndex::refresh(std::size_t block)
+{
+    Block &b = m_blocks[block];
+    const auto used = std::ptrdiff_t(std::min(blockSize, m_size - block * blockSize));
+    b.firstBegin = b.spans->begins[0];
+    b.greatestEnd = *std::max_element(b.spans->ends.begin(), b.spans->ends.begin() + used);
+}
