@@ -1,0 +1,34 @@
+#pragma once
+
+#include "spectra/inverter.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+/// Inverters from the files that a user chooses: inverter files (.inverter, .sinv), map files (.invmap) that name others,
+/// packs (.sinp, .zip) and folders. Loading runs on the caller's thread.
+namespace SpectMath {
+
+/// One file is not what it should be.
+class InverterFileError {
+public:
+    explicit InverterFileError(const QString &message) : m_message(message) {}
+    const QString &message() const { return m_message; }
+
+private:
+    QString m_message;
+};
+
+/// Walks the path: a file by its suffix, a folder with all that is in it, or a pack with an entry prefix behind its name
+/// ("pack.zip/opmode1"). What costs one file only is appended to *errors (may be null). Throws InverterFileError and
+/// Llama::NodeError for a map file, UnitParsingError for a unit text.
+InverterList loadInverters(const QString &path, const UnitTable &unitTable, QStringList *errors);
+/// The same over a list of paths in order, results appended.
+InverterList loadInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors);
+
+/// One inverter from a file's contents; `path` labels its errors and names an inverter without a name.
+/// Throws InverterFileError, UnitParsingError.
+InverterPointer readInverterText(const QByteArray &bytes, const QString &path, const UnitTable &unitTable);
+
+} // namespace SpectMath
