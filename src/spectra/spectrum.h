@@ -12,7 +12,9 @@ enum class CovarianceSmoothing { smooth = 0, keep = 1 };
 /// The values of one record under one description: density dN/dlog10(x) on the grid, x the native axis.
 struct Spectrum {
     RealVector concentrations; ///< in info->concentrationUnit
-    BandMatrix covariances;    ///< bands 1, 1 from an inverter, 0, 0 from a file; read it through a const reference
+    /// Bands 1, 1 from an inverter, 0, 0 from a file. Read it through a const reference, which is 0 outside of the
+    /// band, and resize it without preserving, which would reach outside of the band.
+    BandMatrix covariances;
     double currentRmsError = noValue;
     double currentMeanAbsError = noValue;
     double currentTotalError = noValue;

@@ -132,8 +132,11 @@ Datastore::iterator Datastore::lowerBound(RecordTime time)
 
 int Datastore::lowerBoundIndex(RecordTime time) const
 {
-    const auto isBelow = [this, time](std::size_t i) { return m_records[i]->beginTime < time; };
     const std::size_t count = m_records.size();
+    const bool indexed = m_recordSpans.size() == count;
+    const auto isBelow = [&](std::size_t i) {
+        return indexed ? m_recordSpans.begin(i) < ticksOf(time) : m_records[i]->beginTime < time;
+    };
     const auto fits = [&](std::size_t place) {
         return place <= count && (place == 0 || isBelow(place - 1)) && (place == count || !isBelow(place));
     };
@@ -144,7 +147,7 @@ int Datastore::lowerBoundIndex(RecordTime time) const
         found = last + 1;
     else if (fits(last))
         found = last;
-    else if (m_recordSpans.size() == count)
+    else if (indexed)
         found = m_recordSpans.lowerBound(ticksOf(time));
     else
         found = bisect(count, isBelow);
@@ -229,12 +232,12 @@ std::size_t Datastore::lowerBoundOf(const Series &series, RecordTime time)
     return bisect(series.size(), [&series, time](std::size_t i) { return series[i].record->beginTime < time; });
 }
 
-Datastore::iterator Datastore::insertRecord(iterator position, std::shared_ptr<Record> record)
+Datastore::iterator Datastore::insertRecord(iterator position, const std::shared_ptr<Record> &record)
 {
-    return m_records.begin() + insertAt(int(position - m_records.begin()), std::move(record));
+    return m_records.begin() + insertAt(int(position - m_records.begin()), record);
 }
 
-int Datastore::insertAt(int index, std::shared_ptr<Record> record)
+int Datastore::insertAt(int index, const std::shared_ptr<Record> &record)
 {
     warnOfMissingTimes(*record);
     if (m_limitRecords && size() >= m_maxRecords) {
@@ -245,7 +248,7 @@ int Datastore::insertAt(int index, std::shared_ptr<Record> record)
         index = std::min(index, size());
     }
     insertSpan(m_recordSpans, std::size_t(index), *record);
-    m_records.insert(m_records.begin() + index, std::move(record));
+    m_records.insert(m_records.begin() + index, record);
     m_lastFound = index;
     return index;
 }
@@ -270,7 +273,7 @@ void Datastore::mergeRecords(std::vector<std::shared_ptr<Record>> &&records)
 {
     if (m_limitRecords && m_records.size() + records.size() > std::size_t(std::max(0, m_maxRecords))) {
         for (auto record = records.rbegin(); record != records.rend(); ++record)
-            insertAt(lowerBoundIndex((*record)->beginTime), std::move(*record));
+            insertAt(lowerBoundIndex((*record)->beginTime), *record);
         records.clear();
         return;
     }

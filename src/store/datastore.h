@@ -75,7 +75,7 @@ public:
 
     // ---- changes that emit nothing but `removed`, for readers
     /// The position is the one that a search found. Drops the oldest records first where the store is limited and full.
-    iterator insertRecord(iterator position, std::shared_ptr<Record> record);
+    iterator insertRecord(iterator position, const std::shared_ptr<Record> &record);
     /// Takes in many records at once, themselves in ascending order of beginTime: the same result as inserting each at
     /// its lowerBound, from the last to the first, at the cost of one merge. Emits nothing unless the limit drops
     /// records.
@@ -101,7 +101,7 @@ Q_SIGNALS:
 
 private:
     int indexOfRecord(const std::shared_ptr<Record> &record) const;
-    int insertAt(int index, std::shared_ptr<Record> record);
+    int insertAt(int index, const std::shared_ptr<Record> &record);
     void dropOldest();
     void addOrReplace(const Spectrometer::FullRecordPointer &fullRecord, bool replace);
     void takeSpectra(const SpectMath::SpectrumRecordPointer &incoming, bool replace);

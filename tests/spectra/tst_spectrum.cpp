@@ -29,7 +29,7 @@ Spectrum makeFilled(const SpectrumInfoPointer &info, std::size_t bandwidth = 1)
     s.info = info;
     const std::size_t n = info->nativePoints().size();
     s.concentrations.resize(n);
-    s.covariances.resize(n, n, bandwidth, bandwidth);
+    s.covariances.resize(n, n, bandwidth, bandwidth, false);
     s.covariances.clear();
     for (std::size_t i = 0; i < n; ++i) {
         s.concentrations[i] = 100 + 37 * std::sin(double(i) * 1.7);
@@ -98,7 +98,7 @@ TEST(Spectrum, fractions_of_odd_shapes)
 {
     RealVector f(2, 5.0), u(2, 5.0);
     Spectrum wrong = makeFilled(makeInfo(6));
-    wrong.covariances.resize(5, 5, 1, 1);
+    wrong.covariances.resize(5, 5, 1, 1, false);
     wrong.getFractions(f, u);
     EXPECT_EQ(f.size(), 2u) << "a wrong covariance leaves the outputs alone";
     wrong.getDistribution(DistributionType::fraction, ConcentrationType::volume, f, u);
