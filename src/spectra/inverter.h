@@ -23,21 +23,21 @@ private:
 
 namespace SpectMath {
 
-/// What an inverter file tells, in the order in which it is kept. m rows are currents, n columns size classes, k the points
-/// of the published grid.
+/// What an inverter file tells, in the order in which it is kept. m rows are currents, n columns size classes, k the
+/// points of the published grid.
 struct InverterSettings {
-    RealMatrix instrumentMatrix;      ///< m by n
-    RealMatrix postTransform;         ///< n by k; 0 rows: none
+    RealMatrix instrumentMatrix; ///< m by n
+    RealMatrix postTransform;    ///< n by k; 0 rows: none
     double initialRegulCoef = 0.1;
     double nextRegulCoef = 2.0;
     std::int32_t negRemoveIterations = 10;
-    double negRemoveCoef = 0.5;       ///< kept, and consulted by no step
+    double negRemoveCoef = 0.5; ///< kept, and consulted by no step
     double smoothing = 0.0;
     double regulSmoothingCoef = 2.0;
     bool regulOffDiagCorrection = false;
-    double regulLimit = noValue;      ///< valid if the next is true
+    double regulLimit = noValue; ///< valid if the next is true
     bool hasRegulLimit = false;
-    RealVector totalWeights;          ///< one per point of the final spectrum; the dot product is its total number concentration
+    RealVector totalWeights; ///< one per point of the final spectrum; the dot product is its total number concentration
     bool negSignalBias = true;
 };
 
@@ -53,7 +53,8 @@ public:
 
     /// Inverts whole vectors (fA and fA^2). With a report pointer the HTML report is handed over too.
     /// Throws Inversion::InversionException.
-    std::shared_ptr<Spectrum> invert(const RealVector &signal, const RealVector &variance, QString *report = nullptr) const;
+    std::shared_ptr<Spectrum> invert(const RealVector &signal, const RealVector &variance,
+                                     QString *report = nullptr) const;
     /// The same on the elements from begin (inclusive) to end (exclusive) of both vectors.
     std::shared_ptr<Spectrum> invert(const RealVector &signal, const RealVector &variance, int begin, int end,
                                      QString *report = nullptr) const;

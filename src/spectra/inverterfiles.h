@@ -6,8 +6,8 @@
 #include <QString>
 #include <QStringList>
 
-/// Inverters from the files that a user chooses: inverter files (.inverter, .sinv), map files (.invmap) that name others,
-/// packs (.sinp, .zip) and folders. Loading runs on the caller's thread.
+/// Inverters from the files that a user chooses: inverter files (.inverter, .sinv), map files (.invmap) that name
+/// others, packs (.sinp, .zip) and folders. Loading runs on the caller's thread.
 namespace SpectMath {
 
 /// One file is not what it should be.
@@ -20,9 +20,10 @@ private:
     QString m_message;
 };
 
-/// Walks the path: a file by its suffix, a folder with all that is in it, or a pack with an entry prefix behind its name
-/// ("pack.zip/opmode1"). What costs one file only is appended to *errors (may be null). Throws InverterFileError and
-/// Llama::NodeError for a map file, UnitParsingError for a unit text.
+/// Walks the path: a file by its suffix, a folder with all that is in it, or a pack with an entry prefix behind its
+/// name
+/// ("pack.zip/opmode1"). What costs one inverter only is appended to *errors (may be null). Throws InverterFileError
+/// for a map file and UnitParsingError for a unit text; what was read until then is lost.
 InverterList loadInverters(const QString &path, const UnitTable &unitTable, QStringList *errors);
 /// The same over a list of paths in order, results appended.
 InverterList loadInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors);
@@ -30,5 +31,13 @@ InverterList loadInverters(const QStringList &paths, const UnitTable &unitTable,
 /// One inverter from a file's contents; `path` labels its errors and names an inverter without a name.
 /// Throws InverterFileError, UnitParsingError.
 InverterPointer readInverterText(const QByteArray &bytes, const QString &path, const UnitTable &unitTable);
+
+/// The paths that a map file names, made absolute against its folder, in key order. Throws InverterFileError.
+QStringList readInverterMap(const QString &path);
+
+/// Larger texts are refused unread.
+constexpr int largestInverterText = 16 << 20;
+/// Rows and columns of a matrix lie between 1 and this.
+constexpr int largestMatrixSide = 1000;
 
 } // namespace SpectMath

@@ -206,11 +206,32 @@ void QZipReader::scan()
         qWarning("QZip: failed to parse zip file.");
         return;
     }
+    readDirectory(entryCount, position);
+    markOverlaps();
+}
+
+void QZipReader::readDirectory(int entryCount, qint64 position)
+{
     for (int i = 0; i < entryCount; ++i) {
         Entry entry;
         if (!readEntry(entry, position))
             return;
         m_entries.push_back(entry);
+    }
+}
+
+/// Entries that share bytes let a small archive inflate without end, each of them within its own bound.
+void QZipReader::markOverlaps()
+{
+    std::vector<Entry *> byPlace;
+    for (Entry &entry : m_entries)
+        byPlace.push_back(&entry);
+    std::stable_sort(byPlace.begin(), byPlace.end(),
+                     [](const Entry *a, const Entry *b) { return a->localHeaderOffset < b->localHeaderOffset; });
+    qint64 end = 0;
+    for (Entry *entry : byPlace) {
+        entry->overlaps = entry->localHeaderOffset < end;
+        end = std::max(end, entry->localHeaderOffset + localHeaderSize + entry->compressedSize);
     }
 }
 
@@ -287,6 +308,10 @@ QByteArray QZipReader::fileData(const QString &fileName)
     // Inflation stops at 64 MB in any case, which no more than that many compressed bytes are needed for.
     if (found->compressedSize > inflationLimit(found->info.size) * 2) {
         qWarning("QZip: Z_MEM_ERROR: Not enough memory");
+        return {};
+    }
+    if (found->overlaps) {
+        qWarning("QZip: Z_DATA_ERROR: Input data is corrupted");
         return {};
     }
     const QByteArray bytes = compressedBytes(*found);

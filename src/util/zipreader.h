@@ -43,11 +43,14 @@ private:
         quint16 method = 0;
         qint64 compressedSize = 0;
         qint64 localHeaderOffset = 0;
+        bool overlaps = false; ///< lies on the bytes of another entry, as no honest archive has it
     };
 
     void scan();
     qint64 findEndOfDirectory();
+    void readDirectory(int entryCount, qint64 position);
     bool readEntry(Entry &entry, qint64 &position);
+    void markOverlaps();
     QByteArray readAt(qint64 position, qint64 size);
     QByteArray compressedBytes(const Entry &entry);
 

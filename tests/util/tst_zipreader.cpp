@@ -156,6 +156,16 @@ TEST_F(ZipReading, a_bomb_stops_at_its_bound)
     EXPECT_EQ(inflationLimit(20 << 20), 20 << 20);
 }
 
+TEST_F(ZipReading, entries_on_the_same_bytes_are_read_once)
+{
+    QByteArray archive = ZipWriter().add("x", "first").add("y", "other").finish();
+    const int second = archive.lastIndexOf("PK\x01\x02");
+    archive.replace(second + 42, 4, QByteArray(4, '\0')); // y points at x
+    QZipReader zip(write(archive));
+    EXPECT_EQ(zip.fileData("x"), "first");
+    EXPECT_EQ(zip.fileData("y"), "");
+}
+
 TEST_F(ZipReading, truncation_at_every_byte_and_any_changed_byte_end_quietly)
 {
     const QByteArray good = ZipWriter().add("x.sinv", "some text").add("y.sinv", QByteArray(300, 'y')).finish();
