@@ -2,8 +2,8 @@
 
 #include <QFile>
 
-/// A file with an advisory lock of its own descriptor: it guards against other processes and other objects of this class
-/// in this process alike, and is not lost when another descriptor of the same file is closed.
+/// A file with an advisory lock of its own descriptor: it guards against other processes and other objects of this
+/// class in this process alike, and is not lost when another descriptor of the same file is closed.
 class LockedFile : public QFile {
     Q_OBJECT
 public:
@@ -12,9 +12,13 @@ public:
     explicit LockedFile(const QString &name);
     ~LockedFile() override; ///< unlocks
 
-    /// True if the lock is held afterwards. Without `block` a lock that others hold is a failure at once.
+    void close() override; ///< unlocks
+
+    /// True if the lock is held afterwards. Without `block` a lock that others hold is a failure at once, and an
+    /// earlier lock of this object stays. The file must be open, for writing with a WriteLock, for reading with a
+    /// ReadLock.
     bool lock(LockMode mode, bool block = true);
-    bool unlock();
+    bool unlock(); ///< flushes first
     bool isLocked() const { return m_mode != NoLock; }
 
     /// Sets the modification time of the open file to the present.

@@ -12,6 +12,6 @@ QString unescapeText(const QString &text);
 /// The text with its first character in upper case.
 QString capitalized(const QString &text);
 
-/// Fills %1, %2 ... %99 of a pattern in one pass, so that a "%1" inside a value stays as it is. Unlike QString::arg it has
-/// no limit of nine values, and a marker without a value stays.
+/// Fills %1, %2 ... %99 of a pattern in one pass, so that a "%1" inside a value stays as it is. Unlike QString::arg it
+/// has no limit of nine values, and a marker without a value stays.
 QString fillMarkers(const QString &pattern, const QStringList &values);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "util/calendar.h"
 #include "util/recordtime.h"
 
 #include <QByteArray>
@@ -9,15 +10,16 @@
 
 /// Printing and reading of record times. Calendar arithmetic is the proleptic Gregorian calendar without leap seconds.
 
-/// Format codes are %Y %m %d %H %M %S %j %u %a %A %b %B %s %f %z and %%; %s is the seconds with a fraction of six digits,
-/// or of as many as its width says ("%3s"). A negative time gives "<invalid time>".
+/// Format codes are %Y %m %d %H %M %S %j %u %a %A %b %B %s %f %z and %%; %s is the seconds with a fraction of six
+/// digits, or of as many as its width says ("%3s"). A negative time gives "<invalid time>".
 QString timeToString(RecordTime time);
 QString timeToString(RecordTime time, const QString &format);
 /// The offset, in seconds east of Greenwich, reaches only %z; a caller that wants local text passes localTime().
 QString timeToString(RecordTime time, std::int64_t utcOffset, const QString &format);
 
 /// Reads "2019-09-12 12:16:52.123456+02:00" by position: the fraction and the zone may be left out. Every failure gives
-/// the time 0 and leaves the offset as it is, so callers set it to 0 first. `size` bytes at `text`, no NUL needed.
+/// the time 0 and leaves the offset as it is, so callers set it to 0 first. `size` bytes of UTF-8 at `text`, no NUL
+/// needed.
 void parseTime(const char *text, int size, RecordTime *time, std::int64_t *utcOffset);
 void parseTime(const QString &text, RecordTime *time, std::int64_t *utcOffset);
 
@@ -26,17 +28,6 @@ QString utcOffsetToString(std::int64_t utcOffset);
 /// The machine's zone offset in seconds at that time, daylight saving not counted; 0 for negative times.
 std::int64_t localUtcOffset(RecordTime time);
 
-struct CivilDate {
-    std::int16_t year = 1970;
-    std::uint8_t month = 1;
-    std::uint8_t day = 1;
-};
-bool isLeapYear(int year);
-int daysInMonth(CivilDate date);
-bool isValidDate(CivilDate date);
-/// Days since 1970-01-01.
-std::int64_t daysFromCivil(std::int64_t year, unsigned month, unsigned day);
-
-/// Writes rows' times fast: "%Y-%m-%d %H:%M:%s" of many times in a row, each day broken down once.
+/// Writes rows' times fast: "%Y-%m-%d %H:%M:%s" of many times in a row, each day broken down once in each thread.
 /// Appends to `out` what timeToString(time) gives.
 void appendTimeText(QByteArray &out, RecordTime time);

@@ -1,0 +1,265 @@
+#include "util/timeformat.h"
+
+#include <QTimeZone>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace {
+
+struct Parsed {
+    std::int64_t ticks;
+    std::int64_t offset; ///< 9999 where it was left as it was
+};
+bool operator==(Parsed a, Parsed b)
+{
+    return a.ticks == b.ticks && a.offset == b.offset;
+}
+std::ostream &operator<<(std::ostream &out, Parsed parsed)
+{
+    return out << parsed.ticks << " / " << parsed.offset;
+}
+
+Parsed parsedBytes(const QByteArray &text)
+{
+    RecordTime time = recordTimeFromTicks(1);
+    std::int64_t offset = 9999;
+    parseTime(text.constData(), text.size(), &time, &offset);
+    return {ticksOf(time), offset};
+}
+
+Parsed parsed(const QString &text)
+{
+    RecordTime time = recordTimeFromTicks(1);
+    std::int64_t offset = 9999;
+    parseTime(text, &time, &offset);
+    return {ticksOf(time), offset};
+}
+
+/// What the file form means, put plainly: fields by QString::toInt, the calendar by QDate.
+Parsed plainlyParsed(const QString &text)
+{
+    const Parsed failure{0, 9999};
+    bool good = true, ok = true;
+    const auto field = [&](int column, int width) {
+        const int number = text.mid(column, width).toInt(&ok);
+        good = good && ok;
+        return number;
+    };
+    const int year = field(0, 4), month = field(5, 2), day = field(8, 2);
+    const int hour = field(11, 2), minute = field(14, 2), second = field(17, 2);
+    int digits = 0;
+    while (20 + digits < text.size() && text[20 + digits] >= QChar('0') && text[20 + digits] <= QChar('9'))
+        ++digits;
+    const qint64 nanoseconds = text.mid(20, digits).leftJustified(9, '0', true).toLongLong();
+    const int zone = 20 + digits;
+    int offset = 0;
+    if (text.size() == zone + 6 && (text[zone] == '+' || text[zone] == '-') && text[zone + 3] == ':') {
+        offset = field(zone + 1, 2) * 3600 + field(zone + 4, 2) * 60;
+        if (text[zone] == '-')
+            offset = -offset;
+    }
+    // QDate knows no year 0: its -1 is the year before 1.
+    const QDate date(year > 0 ? year : year - 1, month, day);
+    if (!good || !date.isValid())
+        return failure;
+    const qint64 days = date.toJulianDay() - QDate(1970, 1, 1).toJulianDay();
+    return {(days * 86400 + hour * 3600 + minute * 60 + second - offset) * 10'000'000 + nanoseconds / 100, offset};
+}
+
+constexpr std::int64_t seconds2019 = 1568290612; // 2019-09-12 12:16:52
+
+TEST(ParseTime, known_texts)
+{
+    const std::int64_t t = seconds2019 * ticksPerSecond;
+    const struct {
+        const char *text;
+        Parsed expected;
+    } table[] = {
+        {"2019-09-12 12:16:52", {t, 0}},
+        {"2019-09-12 12:16:52.123", {t + 1230000, 0}},
+        {"2019-09-12 12:16:52.123456789123", {t + 1234567, 0}},
+        {"2019-09-12 12:16:52+02:00", {t + 200000, 0}},
+        {"2019-09-12 12:16:52.5+02:00", {t + 5000000 - 7200 * ticksPerSecond, 7200}},
+        {"2019-09-12 12:16:52.1234567891234-01:30", {t + 1234567 + 5400 * ticksPerSecond, -5400}},
+        {"2019-09-12 12:16:52 +02:00", {t - 7200 * ticksPerSecond, 7200}},
+        {"2019-09-12 12:16:52.5 02:00", {t + 5000000, 0}},
+        {"2019-09-12 12:16:52.5+0200", {t + 5000000, 0}},
+        {"2019-09-12 12:16:52.5+02.00", {t + 5000000, 0}},
+        {"2019-09-12 12:16:52.5+0x:00", {0, 9999}},
+        {"2019-09-12 12:16:5", {t - 47 * ticksPerSecond, 0}},
+        {"2019/09x12T12.16\t52", {t, 0}},
+        {"2019-09-12 12:16:", {0, 9999}},
+        {"2019-09-12", {0, 9999}},
+        {"", {0, 9999}},
+        {"2019-02-29 00:00:00", {0, 9999}},
+        {"2020-02-29 00:00:00", {1582934400 * ticksPerSecond, 0}},
+        {"1900-02-29 00:00:00", {0, 9999}},
+        {"2019-00-12 12:16:52", {0, 9999}},
+        {"2019-13-12 12:16:52", {0, 9999}},
+        {"2019--1-12 12:16:52", {0, 9999}},
+        {"2019-09-00 12:16:52", {0, 9999}},
+        {"2019-09-31 12:16:52", {0, 9999}},
+        {"2019-+9-12 12: 6:52", {t - 600 * ticksPerSecond, 0}},
+        {"2019-09-12 -1:99:60", {t + (-13 * 3600 + 83 * 60 + 8) * ticksPerSecond, 0}},
+        {"1970-01-01 00:00:00", {0, 0}},
+    };
+    for (const auto &[text, expected] : table) {
+        EXPECT_EQ(parsedBytes(text), expected) << text;
+        EXPECT_EQ(parsed(text), expected) << text;
+    }
+}
+
+TEST(ParseTime, a_field_takes_what_toInt_takes)
+{
+    const QString whole = "2019-09-12 12:16:52";
+    for (uint c = 0; c < 0x10000; ++c) {
+        for (const auto &[column, width] : {std::pair(8, 2), std::pair(0, 4)}) {
+            for (int place = 0; place < width; ++place) {
+                QString text = whole;
+                text[column + place] = QChar(c);
+                ASSERT_EQ(parsed(text), plainlyParsed(text)) << c << " at " << column + place;
+                if (c < 0xd800 || c > 0xdfff) {
+                    ASSERT_EQ(parsedBytes(text.toUtf8()), plainlyParsed(text)) << c << " at " << column + place;
+                }
+            }
+        }
+    }
+}
+
+TEST(ParseTime, agrees_with_the_plain_way_on_damaged_texts)
+{
+    std::mt19937 random(7);
+    const QByteArray letters("0123456789 +-:.\t,eE\0x/", 22);
+    const QByteArray starts[] = {"2019-09-12 12:16:52", "2019-09-12 12:16:52.123456+02:00",
+                                 "0000-01-01 00:00:00.1-99:99", "-999-12-31 23:59:59.1234567890123"};
+    int good = 0;
+    for (int round = 0; round < 60000; ++round) {
+        QByteArray text = starts[random() % 4];
+        for (unsigned i = random() % 4; i > 0; --i)
+            text[int(random() % unsigned(text.size()))] = letters[int(random() % unsigned(letters.size()))];
+        if (random() % 8 == 0)
+            text.truncate(int(random() % unsigned(text.size())));
+        const Parsed expected = plainlyParsed(QString::fromLatin1(text.constData(), text.size()));
+        good += expected.offset != 9999;
+        ASSERT_EQ(parsedBytes(text), expected) << text.toStdString();
+    }
+    EXPECT_GT(good, 10000);
+}
+
+TEST(TimeToString, codes)
+{
+    const RecordTime time = recordTimeFromTicks(seconds2019 * ticksPerSecond + 1234567);
+    const struct {
+        const char *format;
+        const char *expected;
+    } table[] = {
+        {"%Y-%m-%d %H:%M:%s", "2019-09-12 12:16:52.123456"},
+        {"%3s|%9s|%0s|%12s|%1000000000000s", "52.123|52.123456700|52.|52.123456700|52.123456700"},
+        {"%j %u", "254 4"},
+        {"%5d%%|%5%", "12%|%"},
+        {"%z", "-01:30"},
+        {"%f", "123456"},
+        {"%q %5Q %", "%q %5Q %"},
+        {"a%12", "a%12"},
+        {"%\u00e4%Y", "%\u00e42019"},
+        {"no codes", "no codes"},
+        {"", ""},
+    };
+    for (const auto &[format, expected] : table)
+        EXPECT_EQ(timeToString(time, -5400, QString::fromUtf8(format)), QString::fromUtf8(expected)) << format;
+
+    const QDate day(2019, 9, 12);
+    EXPECT_EQ(timeToString(time, "%a %A %b %B"),
+              QStringList({QLocale::system().dayName(4, QLocale::ShortFormat), QLocale::system().dayName(4),
+                           QLocale::system().monthName(9, QLocale::ShortFormat), QLocale::system().monthName(9)})
+                  .join(' '));
+    EXPECT_EQ(timeToString(recordTimeFromTicks(500 * ticksPerMillisecond / 1000), "%f"), "500000")
+        << "shifted on purpose";
+    EXPECT_EQ(timeToString(recordTimeFromTicks(2), "%f %s"), "000200 00.000000");
+}
+
+TEST(TimeToString, limits)
+{
+    EXPECT_EQ(timeToString(RecordTime()), "1970-01-01 00:00:00.000000");
+    EXPECT_EQ(timeToString(RecordTime(), "%z"), "+00:00");
+    EXPECT_EQ(timeToString(recordTimeFromTicks(-1)), "<invalid time>");
+    EXPECT_EQ(timeToString(earliestRecordTime, "%Y"), "<invalid time>");
+    EXPECT_EQ(timeToString(latestRecordTime, "%Y-%m-%d %H:%M:%9s"), "31197-09-14 02:48:05.477580700");
+    QByteArray text = "x";
+    appendTimeText(text, earliestRecordTime);
+    appendTimeText(text, latestRecordTime);
+    EXPECT_EQ(text, "x<invalid time>31197-09-14 02:48:05.477580");
+}
+
+TEST(TimeToString, agrees_with_QDateTime_and_reads_back)
+{
+    std::mt19937_64 random(11);
+    QByteArray appended;
+    for (int round = 0; round < 20000; ++round) {
+        const std::int64_t milliseconds = std::int64_t(random() % (8030ull * 366 * 86400000));
+        const RecordTime time = recordTimeFromTicks(milliseconds * ticksPerMillisecond);
+        const QDateTime known = QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
+        const QString expected = known.toString("yyyy-MM-dd hh:mm:ss.zzz") + "000";
+        ASSERT_EQ(timeToString(time), expected);
+        ASSERT_EQ(
+            timeToString(time, "%Y-%m-%d %H:%M:%s %u %j"),
+            expected +
+                QString(" %1 %2").arg(known.date().dayOfWeek()).arg(known.date().dayOfYear() - 1, 3, 10, QChar('0')));
+        appended.clear();
+        appendTimeText(appended, time);
+        ASSERT_EQ(QString::fromLatin1(appended), expected);
+        if (known.date().year() > 9999)
+            continue;
+        ASSERT_EQ(parsedBytes(appended), (Parsed{ticksOf(time), 0}));
+    }
+}
+
+TEST(UtcOffset, text)
+{
+    EXPECT_EQ(utcOffsetToString(0), "");
+    EXPECT_EQ(utcOffsetToString(7200), "+02:00");
+    EXPECT_EQ(utcOffsetToString(-5400), "-01:30");
+    EXPECT_EQ(utcOffsetToString(-30), "-00:00");
+    EXPECT_EQ(utcOffsetToString(36059), "+10:00");
+    EXPECT_EQ(utcOffsetToString(std::numeric_limits<std::int64_t>::min()), "-2562047788015215:30");
+}
+
+TEST(UtcOffset, of_the_machine_counts_no_daylight_saving)
+{
+    const QByteArray old = qgetenv("TZ");
+    qputenv("TZ", "Europe/Berlin");
+    for (const char *day : {"2019-01-15 12:00:00", "2019-07-15 12:00:00"}) {
+        RecordTime time;
+        std::int64_t offset = 0;
+        parseTime(QString(day), &time, &offset);
+        EXPECT_EQ(localUtcOffset(time), 3600) << day;
+    }
+    EXPECT_EQ(localUtcOffset(recordTimeFromTicks(-1)), 0);
+    qputenv("TZ", "America/Caracas");
+    EXPECT_EQ(localUtcOffset(recordTimeFromTicks(seconds2019 * ticksPerSecond)), -14400);
+    if (old.isNull())
+        qunsetenv("TZ");
+    else
+        qputenv("TZ", old);
+}
+
+TEST(Calendar, agrees_with_QDate)
+{
+    const qint64 epoch = QDate(1970, 1, 1).toJulianDay();
+    for (std::int64_t days = -800000; days < 3000000; days += 13) {
+        const QDate known = QDate::fromJulianDay(epoch + days);
+        const CivilDate date = civilFromDays(days);
+        ASSERT_EQ(QDate(date.year > 0 ? date.year : date.year - 1, date.month, date.day), known) << days;
+        ASSERT_EQ(daysFromCivil(date.year, date.month, date.day), days);
+        ASSERT_EQ(weekdayFromDays(days), known.dayOfWeek());
+        ASSERT_EQ(daysInMonth(date), known.daysInMonth());
+    }
+    EXPECT_FALSE(isValidDate({-32768, 1, 1}));
+    EXPECT_TRUE(isValidDate({-32767, 1, 1}));
+    EXPECT_FALSE(isValidDate({2019, 13, 1}));
+    EXPECT_EQ(daysInMonth({2019, 200, 1}), 0);
+}
+
+} // namespace
