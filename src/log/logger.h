@@ -18,10 +18,10 @@ namespace Log {
 enum Level { Emergency, Alert, Critical, Error, Warning, Notice, Info, Debug };
 
 struct Entry {
-    int level = Info;    ///< 0..7, or -1 for a Qt message of unknown type
-    QString source;      ///< the area, such as "filereader", or "qt.<category>:<file>:<line>" for a Qt message
-    QString message;     ///< may span several lines
-    QDateTime time;      ///< local time at which the entry was made
+    int level = Info; ///< 0..7, or -1 for a Qt message of unknown type
+    QString source;   ///< the area, such as "filereader", or "qt.<category>:<file>:<line>" for a Qt message
+    QString message;  ///< may span several lines
+    QDateTime time;   ///< local time at which the entry was made
 };
 
 /// "emergency" ... "debug"; "unknown" outside 0..7.

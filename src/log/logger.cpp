@@ -1,0 +1,156 @@
+#include "log/logger.h"
+
+#include "log/logfilewriter.h"
+
+#include <cstdio>
+
+namespace Log {
+
+namespace {
+
+struct LevelText {
+    const char *name;
+    char letter;
+};
+constexpr LevelText levels[] = {{"emergency", 'G'}, {"alert", 'A'},  {"critical", 'C'}, {"error", 'E'},
+                                {"warning", 'W'},   {"notice", 'N'}, {"info", 'I'},     {"debug", 'D'}};
+constexpr int levelCount = int(sizeof levels / sizeof levels[0]);
+
+int levelOf(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return Debug;
+    case QtInfoMsg:
+        return Info;
+    case QtWarningMsg:
+        return Warning;
+    case QtCriticalMsg:
+        return Critical;
+    case QtFatalMsg:
+        return Alert;
+    }
+    return -1;
+}
+
+/// The file's name without its folders, whichever way the compiler's platform writes them.
+QString bareFileName(const char *file)
+{
+    const QString path = QString::fromUtf8(file);
+    return path.mid(std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\'))) + 1);
+}
+
+void handleQtMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    const QString source =
+        QStringLiteral("qt.%1:%2:%3")
+            .arg(QString::fromUtf8(context.category), bareFileName(context.file), QString::number(context.line));
+    RootLogger::instance().post({levelOf(type), source, message, QDateTime::currentDateTime()});
+}
+
+} // namespace
+
+QString levelName(int level)
+{
+    return QLatin1String(level >= 0 && level < levelCount ? levels[level].name : "unknown");
+}
+
+int levelFromName(const QString &name, int fallback)
+{
+    for (int level = 0; level < levelCount; ++level) {
+        if (name == QLatin1String(levels[level].name))
+            return level;
+    }
+    return fallback;
+}
+
+QByteArray consoleLine(const Entry &entry)
+{
+    QByteArray line = "[" + entry.time.toString(QStringLiteral("hh:mm:ss.zzz")).toUtf8() + ' ';
+    if (entry.level >= 0 && entry.level < levelCount)
+        line += levels[entry.level].letter;
+    line += "] ";
+    // 32 blanks, though the text before the message has 17 characters: so these lines are known.
+    line +=
+        QString(entry.message).replace(QLatin1Char('\n'), QLatin1Char('\n') + QString(32, QLatin1Char(' '))).toUtf8();
+    QString source = entry.source;
+    if (source.startsWith(QLatin1String("qt.")))
+        source = source.section(QLatin1Char(':'), -2);
+    return line + " [" + source.leftJustified(16).toUtf8() + "]\n";
+}
+
+// ---- RootLogger
+
+RootLogger &RootLogger::instance()
+{
+    // Never destroyed, since other static objects may still log while the process ends.
+    static RootLogger *const root = [] {
+        qRegisterMetaType<Log::Entry>("Log::Entry");
+        return new RootLogger;
+    }();
+    return *root;
+}
+
+RootLogger::RootLogger() = default;
+RootLogger::~RootLogger() = default;
+
+void RootLogger::post(const Entry &entry)
+{
+    if (m_filter && !m_filter(entry))
+        return;
+    // One write for the whole line, so that the lines of two threads don't mix, and a flush, so that a crash loses
+    // none.
+    const QByteArray line = consoleLine(entry);
+    std::fwrite(line.constData(), 1, std::size_t(line.size()), stdout);
+    std::fflush(stdout);
+    Q_EMIT newEntry(entry);
+    if (m_fileOutput) {
+        const QMutexLocker locker(&m_mutex);
+        if (m_writer)
+            m_writer->write(entry);
+    }
+}
+
+void RootLogger::setLogDirectory(const QString &directory)
+{
+    const QMutexLocker locker(&m_mutex);
+    m_writer = std::make_unique<LogFileWriter>(directory);
+    m_fileOutput = true;
+}
+
+void RootLogger::closeLogFile()
+{
+    const QMutexLocker locker(&m_mutex);
+    m_fileOutput = false;
+    m_writer.reset();
+}
+
+void RootLogger::setFilter(std::function<bool(const Entry &)> filter)
+{
+    m_filter = std::move(filter);
+}
+
+// ---- Logger
+
+Logger::Logger(const QString &area) : m_area(area) {}
+
+void Logger::log(int level, const QString &message) const
+{
+    RootLogger::instance().post({level, m_area, message, QDateTime::currentDateTime()});
+}
+
+void Logger::post(Entry entry) const
+{
+    if (!m_area.isEmpty() && !entry.source.isEmpty())
+        entry.source = m_area + QLatin1Char('.') + entry.source;
+    else if (!m_area.isEmpty())
+        entry.source = m_area;
+    RootLogger::instance().post(entry);
+}
+
+void installQtMessageHandler()
+{
+    qInstallMessageHandler(handleQtMessage);
+}
+
+} // namespace Log

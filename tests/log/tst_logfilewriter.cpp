@@ -1,0 +1,76 @@
+#include "log/logfilewriter.h"
+#include "util/buildinfo.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QSysInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct LogFiles : testing::Test {
+    Log::Entry entry(int day, int level, const QString &message) const
+    {
+        return {level, "main", message, QDateTime({2019, 9, day}, {12, 16, 52, 7})};
+    }
+    QString content(const QString &name) const
+    {
+        QFile file(folder + "/" + name);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return QString::fromUtf8(file.readAll());
+    }
+
+    QTemporaryDir directory;
+    QString folder = directory.filePath("new/logs");
+    QString header = "# Quilvane program log\n#   program path: " + QCoreApplication::applicationFilePath() +
+                     ", pid: " + QString::number(QCoreApplication::applicationPid()) +
+                     "\n#   software version: " + BuildInfo::version() + ", revision: " + BuildInfo::revision() +
+                     ", build time: " + BuildInfo::buildTime() + "\n#   system architecture: " + QSysInfo::buildAbi() +
+                     ", os: " + QSysInfo::prettyProductName() + ", kernel: " + QSysInfo::kernelType() + " " +
+                     QSysInfo::kernelVersion() + "\n";
+};
+
+TEST_F(LogFiles, one_a_day_each_with_a_header)
+{
+    Log::LogFileWriter writer(folder);
+    writer.write(entry(12, 5, "a\nb\nc %1"));
+    writer.write(entry(12, 0, "x"));
+    writer.write(entry(12, 8, "x"));
+    writer.write(entry(13, 1, "x"));
+    EXPECT_EQ(content("20190912.log"), header + "2019-09-12 12:16:52.007\tnotice\tmain\ta\n\tb\n\tc %1\n"
+                                                "2019-09-12 12:16:52.007\tunknown\tmain\tx\n"
+                                                "2019-09-12 12:16:52.007\tunknown\tmain\tx\n");
+    EXPECT_EQ(content("20190913.log"), header + "2019-09-13 12:16:52.007\talert\tmain\tx\n");
+}
+
+TEST_F(LogFiles, opening_again_adds_a_second_header)
+{
+    Log::LogFileWriter(folder).write(entry(12, 6, "x"));
+    Log::LogFileWriter(folder).write(entry(12, 6, "x"));
+    const QString part = header + "2019-09-12 12:16:52.007\tinfo\tmain\tx\n";
+    EXPECT_EQ(content("20190912.log"), part + part);
+}
+
+TEST_F(LogFiles, a_failure_goes_to_standard_error_and_is_tried_again)
+{
+    QFile blocker(directory.filePath("new"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    Log::LogFileWriter writer(folder);
+    testing::internal::CaptureStderr();
+    writer.write(entry(12, 6, "lost"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Failed to create log file destination dir\n");
+
+    blocker.remove();
+    ASSERT_TRUE(QDir(directory.path()).mkpath("new/logs/20190912.log"));
+    testing::internal::CaptureStderr();
+    writer.write(entry(12, 6, "lost"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Failed to open log file for appending\n");
+
+    ASSERT_TRUE(QDir(folder).rmdir("20190912.log"));
+    writer.write(entry(12, 6, "kept"));
+    EXPECT_EQ(content("20190912.log"), header + "2019-09-12 12:16:52.007\tinfo\tmain\tkept\n");
+}
+
+} // namespace

@@ -1,0 +1,157 @@
+#include "log/logger.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+Log::Entry entry(int level, const QString &source, const QString &message)
+{
+    return {level, source, message, QDateTime({2019, 9, 12}, {12, 16, 52, 7})};
+}
+
+TEST(ConsoleLine, table)
+{
+    const QString blanks(32, ' ');
+    const struct {
+        Log::Entry entry;
+        QString line;
+    } table[] = {
+        {entry(5, "main", "Program started"), "[12:16:52.007 N] Program started [main            ]\n"},
+        {entry(0, "", "x"), "[12:16:52.007 G] x [                ]\n"},
+        {entry(-1, "gui", "x"), "[12:16:52.007 ] x [gui             ]\n"},
+        {entry(8, "gui", "x"), "[12:16:52.007 ] x [gui             ]\n"},
+        {entry(4, "qt.:x:42", "x"), "[12:16:52.007 W] x [x:42            ]\n"},
+        {entry(4, "Qt.:x:42", "x"), "[12:16:52.007 W] x [Qt.:x:42        ]\n"},
+        {entry(3, "a_source_longer_than_16", "x"), "[12:16:52.007 E] x [a_source_longer_than_16]\n"},
+        {entry(6, "main", "a\nb %s %1\nc"),
+         "[12:16:52.007 I] a\n" + blanks + "b %s %1\n" + blanks + "c [main            ]\n"},
+        {entry(7, "main", QString::fromUtf8("5 \u00b5m")),
+         QString::fromUtf8("[12:16:52.007 D] 5 \u00b5m [main            ]\n")},
+    };
+    for (const auto &[given, line] : table)
+        EXPECT_EQ(QString::fromUtf8(Log::consoleLine(given)), line);
+}
+
+TEST(Levels, names)
+{
+    for (int level = 0; level < 8; ++level)
+        EXPECT_EQ(Log::levelFromName(Log::levelName(level), -7), level);
+    EXPECT_EQ(Log::levelName(Log::Emergency), "emergency");
+    EXPECT_EQ(Log::levelName(8), "unknown");
+    EXPECT_EQ(Log::levelName(-1), "unknown");
+    EXPECT_EQ(Log::levelFromName("Error", 5), 5);
+}
+
+/// Gathers what the root logger says on the poster's thread.
+struct Logging : testing::Test {
+    Logging()
+    {
+        QObject::connect(
+            &Log::RootLogger::instance(), &Log::RootLogger::newEntry, &receiver,
+            [this](const Log::Entry &entry) {
+                const QMutexLocker locker(&mutex);
+                entries.append(entry);
+            },
+            Qt::DirectConnection);
+    }
+    ~Logging() override { Log::RootLogger::instance().setFilter(nullptr); }
+
+    QMutex mutex;
+    QList<Log::Entry> entries;
+    QObject receiver;
+};
+
+TEST_F(Logging, areas_are_put_before_sources)
+{
+    const Log::Logger logger("filereader");
+    logger.log(Log::Notice, "text");
+    logger.post(entry(3, "unit", "a"));
+    logger.post(entry(3, "", "b"));
+    Log::Logger("").post(entry(3, "unit", "c"));
+    Log::Logger("").post(entry(3, "", "d"));
+    QStringList sources;
+    for (const Log::Entry &e : entries)
+        sources += e.source;
+    EXPECT_EQ(sources, QStringList({"filereader", "filereader.unit", "filereader", "unit", ""}));
+    EXPECT_EQ(entries[0].level, 5);
+    EXPECT_LT(std::abs(entries[0].time.msecsTo(QDateTime::currentDateTime())), 10000);
+    EXPECT_EQ(entries[1].time.time().hour(), 12) << "a ready entry keeps its time";
+}
+
+TEST_F(Logging, the_filter_comes_before_everything)
+{
+    QTemporaryDir directory;
+    Log::RootLogger::instance().setFilter([](const Log::Entry &e) { return e.level < Log::Info; });
+    Log::RootLogger::instance().setLogDirectory(directory.path());
+    testing::internal::CaptureStdout();
+    Log::Logger("main").log(Log::Debug, "dropped");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    Log::RootLogger::instance().closeLogFile();
+    EXPECT_TRUE(entries.isEmpty());
+    EXPECT_TRUE(QDir(directory.path()).isEmpty());
+}
+
+TEST_F(Logging, entries_reach_a_queued_receiver_of_another_thread)
+{
+    QString received;
+    QObject::connect(
+        &Log::RootLogger::instance(), &Log::RootLogger::newEntry, &receiver,
+        [&received](const Log::Entry &entry) { received = entry.message; }, Qt::QueuedConnection);
+    std::thread([] { Log::Logger("inversion").log(Log::Info, "from a worker"); }).join();
+    EXPECT_EQ(received, "");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(received, "from a worker");
+}
+
+TEST_F(Logging, qt_messages)
+{
+    Log::installQtMessageHandler();
+    QMessageLogger("/folder/of/x.cpp", 42, "f", "cat").warning("w");
+    QMessageLogger("C:\\folder\\x.cpp", 43, "f").critical("c");
+    QMessageLogger(nullptr, 0, nullptr, nullptr).debug("d");
+    QMessageLogger("x", 1, nullptr, nullptr).info("i");
+    qInstallMessageHandler(nullptr);
+    ASSERT_EQ(entries.size(), 4);
+    EXPECT_EQ(entries[0].source, "qt.cat:x.cpp:42");
+    EXPECT_EQ(entries[1].source, "qt.default:x.cpp:43");
+    EXPECT_EQ(entries[2].source, "qt.::0");
+    const int levels[] = {4, 2, 7, 6};
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(entries[i].level, levels[i]);
+}
+
+TEST_F(Logging, threads_write_whole_lines)
+{
+    QTemporaryDir directory;
+    Log::RootLogger::instance().setLogDirectory(directory.path());
+    testing::internal::CaptureStdout();
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([i] {
+            for (int k = 0; k < 200; ++k)
+                Log::Logger("inversion").log(Log::Info, QString(60, QChar('a' + i)));
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    const QStringList lines =
+        QString::fromStdString(testing::internal::GetCapturedStdout()).split('\n', Qt::SkipEmptyParts);
+    Log::RootLogger::instance().closeLogFile();
+    EXPECT_EQ(entries.size(), 800);
+    EXPECT_EQ(lines.size(), 800);
+    for (const QString &line : lines)
+        ASSERT_EQ(line.mid(17), QString(60, line[17]) + " [inversion       ]");
+    int rows = 0;
+    for (const QString &name : QDir(directory.path()).entryList(QDir::Files)) {
+        QFile file(directory.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        rows += file.readAll().count("\tinfo\tinversion\t");
+    }
+    EXPECT_EQ(rows, 800);
+}
+
+} // namespace
