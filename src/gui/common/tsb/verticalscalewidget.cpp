@@ -1,0 +1,311 @@
+#include "gui/common/tsb/verticalscalewidget.h"
+#include "gui/common/tsb/cursorwrap.h"
+#include "gui/common/tsb/valueticks.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace Tsb {
+
+namespace {
+constexpr int tickLength = 4;
+constexpr int minorTickLength = 2;
+constexpr int labelGap = 6; ///< from a label's right end to the edge
+constexpr double cursorOpacity = 0.9;
+} // namespace
+
+VerticalScaleWidget::VerticalScaleWidget(QWidget *parent) : QFrame(parent)
+{
+    setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    applyPalette();
+    setReadOnly(false);
+}
+
+void VerticalScaleWidget::applyPalette()
+{
+    m_lineHeight = fontMetrics().height();
+    QColor color = palette().color(QPalette::Window);
+    color.setAlphaF(cursorOpacity);
+    m_cursorBrush = QBrush(color);
+    invalidateCache();
+}
+
+void VerticalScaleWidget::invalidateCache()
+{
+    m_cacheDirty = true;
+    update();
+}
+
+void VerticalScaleWidget::changeEvent(QEvent *event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange ||
+        event->type() == QEvent::StyleChange || event->type() == QEvent::EnabledChange)
+        applyPalette();
+}
+
+// ---- scale and range
+
+void VerticalScaleWidget::setScale(const ValueScale &scale, bool updateMinMax)
+{
+    if (scale == m_scale)
+        return;
+    m_scale = scale;
+    if (updateMinMax) {
+        m_rangeValid = scale.valid;
+        this->updateMinMax();
+    }
+    Q_EMIT scaleChanged(m_scale);
+    invalidateCache();
+}
+
+void VerticalScaleWidget::updateMinMax()
+{
+    setMinMax(m_scale.value(0), m_scale.value(contentsRect().height()), false);
+}
+
+void VerticalScaleWidget::setMinMax(double lower, double upper, bool updateScale)
+{
+    const bool valid = !std::isnan(lower) && !std::isnan(upper);
+    if (valid == m_rangeValid && sameValue(lower, m_minimum) && sameValue(upper, m_maximum))
+        return;
+    m_minimum = lower;
+    m_maximum = upper;
+    if (updateScale) {
+        m_rangeValid = valid;
+        this->updateScale();
+    }
+    Q_EMIT minMaxChanged(m_minimum, m_maximum);
+    invalidateCache();
+}
+
+void VerticalScaleWidget::updateScale()
+{
+    const int height = contentsRect().height();
+    if (height <= 0 || !m_rangeValid)
+        setScale(ValueScale(), false);
+    else
+        setScale({true, m_minimum, (m_maximum - m_minimum) / height, 0}, false);
+}
+
+void VerticalScaleWidget::resizeEvent(QResizeEvent *event)
+{
+    QFrame::resizeEvent(event);
+    updateScale();
+}
+
+// ---- appearance
+
+void VerticalScaleWidget::setLabel(const QString &label)
+{
+    if (label == m_label)
+        return;
+    m_label = label;
+    setToolTip(label);
+    invalidateCache();
+}
+
+void VerticalScaleWidget::setAppearLog(bool on)
+{
+    if (on == m_appearLog)
+        return;
+    m_appearLog = on;
+    invalidateCache();
+}
+
+void VerticalScaleWidget::setReadOnly(bool on)
+{
+    if (on == m_readOnly)
+        return;
+    m_readOnly = on;
+    m_dragging = false;
+    setCursor(on ? Qt::ArrowCursor : Qt::OpenHandCursor);
+    setStatusTip(on ? QString()
+                    : tr("Click and drag vertically to pan, horizontally to zoom. Double click to autoscale."));
+}
+
+void VerticalScaleWidget::showCursor(bool visible, int pixel)
+{
+    if (visible == m_cursorVisible && pixel == m_cursorPixel)
+        return;
+    m_cursorVisible = visible;
+    m_cursorPixel = pixel;
+    update();
+}
+
+void VerticalScaleWidget::setIcon(const QPixmap &icon)
+{
+    m_icon = icon;
+    invalidateCache();
+}
+
+// ---- painting
+
+void VerticalScaleWidget::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    drawFrame(&painter);
+    const QRect area = contentsRect();
+    if (area.isEmpty())
+        return;
+    const qreal ratio = devicePixelRatioF();
+    const QSize pixmapSize(qRound(area.width() * ratio), qRound(area.height() * ratio));
+    if (m_cacheDirty || m_cachedPixmap.size() != pixmapSize)
+        renderCache(pixmapSize, ratio);
+    painter.drawPixmap(area.topLeft(), m_cachedPixmap);
+    if (m_cursorVisible && !m_label.isEmpty() && m_rangeValid && m_scale.valid)
+        drawCursor(painter);
+}
+
+void VerticalScaleWidget::renderCache(const QSize &pixmapSize, qreal ratio)
+{
+    m_cacheDirty = false;
+    m_cachedPixmap = QPixmap(pixmapSize);
+    m_cachedPixmap.setDevicePixelRatio(ratio);
+    m_cachedPixmap.fill(Qt::transparent);
+    QPainter painter(&m_cachedPixmap);
+    painter.setFont(font());
+    painter.setPen(palette().color(QPalette::WindowText));
+    const int labelWidth = m_rangeValid && m_scale.valid ? drawTicks(painter) : 0;
+    drawTitle(painter, contentsRect().width() - labelWidth - labelGap);
+}
+
+int VerticalScaleWidget::drawTicks(QPainter &painter) const
+{
+    const int width = contentsRect().width();
+    const int height = contentsRect().height();
+    const auto ticks = m_appearLog ? logarithmicTicks(m_minimum, m_maximum, height, m_lineHeight)
+                                   : linearTicks(m_minimum, m_maximum, height, m_lineHeight);
+    int widest = 0;
+    for (const ValueTick &tick : ticks) {
+        const double fromBottom = m_scale.pixel(tick.value);
+        if (!(std::abs(fromBottom) < 1e6))
+            continue;
+        const int y = int(std::floor(height - fromBottom));
+        painter.drawLine(width - (tick.major ? tickLength : minorTickLength), y, width, y);
+        const QRect place(0, y - m_lineHeight / 2, width - labelGap, m_lineHeight);
+        painter.drawText(place, Qt::AlignRight | Qt::AlignTop, tick.label);
+        if (place.bottom() >= 0 && place.top() < height)
+            widest = std::max(widest, fontMetrics().horizontalAdvance(tick.label));
+    }
+    return widest;
+}
+
+/// The icon on top and the label's lines below it, upwards where they fit into the height, else from left to right.
+void VerticalScaleWidget::drawTitle(QPainter &painter, int freeWidth) const
+{
+    constexpr int margin = 2;
+    const int height = contentsRect().height();
+    int top = margin;
+    if (!m_icon.isNull()) {
+        painter.drawPixmap(margin + std::max(0, (m_lineHeight - m_icon.width()) / 2), top, m_icon);
+        top += m_icon.height() + margin;
+    }
+    const QStringList lines = m_label.split(QLatin1Char('\n'));
+    int longest = 0;
+    for (const QString &line : lines)
+        longest = std::max(longest, fontMetrics().horizontalAdvance(line));
+    const bool upward = longest <= height - top - margin && lines.size() * m_lineHeight <= freeWidth;
+    if (upward) {
+        painter.save();
+        painter.translate(margin, height - margin);
+        painter.rotate(-90);
+        const int room = height - top - margin;
+        for (int i = 0; i < lines.size(); ++i)
+            painter.drawText(QRect(0, i * m_lineHeight, room, m_lineHeight), Qt::AlignCenter, lines[i]);
+        painter.restore();
+        return;
+    }
+    int y = m_icon.isNull() ? margin : 0;
+    for (int i = 0; i < lines.size(); ++i, y += m_lineHeight) {
+        const int left = i == 0 && !m_icon.isNull() ? margin * 3 + m_icon.width() : margin;
+        const QString shown =
+            fontMetrics().elidedText(lines[i], Qt::ElideRight, std::max(0, freeWidth - left - margin));
+        painter.drawText(QRect(left, y, freeWidth - left, m_lineHeight), Qt::AlignLeft | Qt::AlignVCenter, shown);
+    }
+}
+
+void VerticalScaleWidget::drawCursor(QPainter &painter) const
+{
+    const QRect area = contentsRect();
+    const int y = m_cursorPixel;
+    const int top = y - m_lineHeight / 2;
+    const int right = area.x() + area.width();
+    painter.setClipRect(area);
+    painter.fillRect(area.x(), top - 2, area.width(), m_lineHeight + 4, m_cursorBrush);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawLine(right - 3, y, right, y);
+    const double value = m_scale.value(heightAt(y));
+    painter.drawText(QRect(area.x(), top, area.width() - labelGap, m_lineHeight), Qt::AlignRight | Qt::AlignVCenter,
+                     QString::number(m_appearLog ? std::pow(10.0, value) : value, 'g', 3));
+}
+
+// ---- mouse
+
+double VerticalScaleWidget::heightAt(int widgetY) const
+{
+    const QRect area = contentsRect();
+    return area.y() + area.height() - widgetY;
+}
+
+void VerticalScaleWidget::mousePressEvent(QMouseEvent *event)
+{
+    if (m_readOnly || m_dragging || event->button() != Qt::LeftButton)
+        return QFrame::mousePressEvent(event);
+    m_pressPoint = event->pos();
+    m_dragStartScale = m_scale.rebased(heightAt(event->pos().y()));
+    m_dragging = true;
+    m_wrapping = true;
+    setCursor(Qt::ClosedHandCursor);
+}
+
+void VerticalScaleWidget::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_dragging)
+        return QFrame::mouseMoveEvent(event);
+    const QPoint delta = event->pos() - m_pressPoint;
+    if (m_wrapping) {
+        const QPoint jump = cursorJumpAtScreenEdge(event->globalPos());
+        if (!jump.isNull()) {
+            if (moveCursor(event->globalPos() + jump))
+                m_pressPoint += jump;
+            else
+                m_wrapping = false;
+        }
+    }
+    ValueScale scale = m_dragStartScale;
+    scale.valuePerPixel = std::pow(0.99, delta.x()) * m_dragStartScale.valuePerPixel;
+    scale.originPixel = m_dragStartScale.originPixel - delta.y();
+    if (scale.isUsable(contentsRect().height()))
+        setScale(scale, true);
+}
+
+void VerticalScaleWidget::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!m_dragging || event->button() != Qt::LeftButton)
+        return QFrame::mouseReleaseEvent(event);
+    m_dragging = false;
+    setCursor(Qt::OpenHandCursor);
+}
+
+void VerticalScaleWidget::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (m_readOnly || event->button() != Qt::LeftButton)
+        return QFrame::mouseDoubleClickEvent(event);
+    Q_EMIT requestAutoscale();
+}
+
+void VerticalScaleWidget::wheelEvent(QWheelEvent *event)
+{
+    if (m_readOnly || m_dragging)
+        return QFrame::wheelEvent(event);
+    event->accept();
+    ValueScale scale = m_scale.rebased(heightAt(int(event->position().y())));
+    scale.valuePerPixel *= std::pow(0.9, event->angleDelta().y() * 0.125 / 15);
+    if (event->angleDelta().y() != 0 && scale.isUsable(contentsRect().height()))
+        setScale(scale, true);
+}
+
+} // namespace Tsb
