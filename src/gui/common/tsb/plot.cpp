@@ -105,7 +105,7 @@ void Plot::setCurrentRecord(std::shared_ptr<Record> record)
 
 PixelRange Plot::spanOf(const Record &record, int margin) const
 {
-    return {m_timeScale.pixelAt(record.beginTime) - margin, m_timeScale.pixelAt(record.endTime) + margin + 1};
+    return {m_timeScale.pixelAt(record.beginTime) - margin, m_timeScale.pixelAt(effectiveEnd(record)) + margin + 1};
 }
 
 PixelRange Plot::rangeOfUpdatedRecord(int, const std::shared_ptr<Record> &record, int flags)
@@ -194,7 +194,7 @@ void Plot::drawOverlay(QPainter &painter)
     QColor translucent = highlight;
     translucent.setAlpha(100);
     const double x0 = contents.left() + m_timeScale.positionOf(m_currentRecord->beginTime);
-    const double x1 = contents.left() + m_timeScale.positionOf(m_currentRecord->endTime);
+    const double x1 = contents.left() + m_timeScale.positionOf(effectiveEnd(*m_currentRecord));
     if (x1 + 2 < contents.left() || x0 - 2 > contents.right() + 1)
         return;
     // Held near the window: coordinates of a far zoom are beyond what the rasterizer can take.

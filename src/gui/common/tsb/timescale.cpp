@@ -21,10 +21,15 @@ RecordTime TimeScale::tickAt(std::int64_t x) const
     return recordTimeFromTicks(saturatedAdd(ticksOf(originTick), span));
 }
 
-int TimeScale::pixelAt(RecordTime time) const
+std::int64_t TimeScale::columnOf(RecordTime time) const
 {
     const std::int64_t span = saturatedSubtract(ticksOf(time), ticksOf(originTick));
-    return saturatedPixel(saturatedAdd(originPixel, span / ticksPerPixel));
+    return saturatedAdd(originPixel, span / ticksPerPixel);
+}
+
+int TimeScale::pixelAt(RecordTime time) const
+{
+    return saturatedPixel(columnOf(time));
 }
 
 double TimeScale::positionOf(RecordTime time) const

@@ -23,7 +23,9 @@ struct TimeScale {
 
     /// The moment at the left of column x; held within 64 bits.
     RecordTime tickAt(std::int64_t x) const;
-    /// The column of a moment by integer division, which truncates towards the origin; held within ±farPixel.
+    /// The column of a moment by integer division, which truncates towards the origin.
+    std::int64_t columnOf(RecordTime time) const;
+    /// The same, held within ±farPixel.
     int pixelAt(RecordTime time) const;
     /// The column of a moment as a real number, by the formula that all drawing uses.
     double positionOf(RecordTime time) const;

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "gui/common/tsb/timescale.h"
+
+#include <QFrame>
+#include <QTimer>
+
+#include <functional>
+
+namespace Tsb {
+
+/// The strip at the top of the browser that owns the one time scale of all plots: draws ticks, labels and date groups,
+/// pans, zooms and rolls, follows the present on request, and shows the time cursor of the plot under the mouse. Plots
+/// only ask for changes and hear of them.
+class TimeView : public QFrame {
+    Q_OBJECT
+public:
+    /// What moves and reads the mouse pointer, and the clock; replaced by tests. All set.
+    struct Surroundings {
+        std::function<RecordTime()> now;
+        std::function<QPoint()> pointer;         ///< global position
+        std::function<void(QPoint)> movePointer; ///< may have no effect, as under some window systems
+        std::function<QRect(QPoint)> screenAt;   ///< geometry of the screen of a global position
+    };
+
+    explicit TimeView(QWidget *parent = nullptr);
+
+    void setSurroundings(const Surroundings &surroundings) { m_surroundings = surroundings; }
+    const TimeScale &timeScale() const { return m_timeScale; }
+    bool isFollowingNow() const { return m_followNow; }
+    /// Seconds added to a time when it becomes text.
+    void setTimeOffset(std::int64_t seconds);
+    std::int64_t timeOffset() const { return m_offsetSeconds; }
+    /// Draws the axis for a painter whose origin is the top left of the contents rectangle.
+    void paintAxis(QPainter &painter, const QSize &size) const;
+
+    QSize sizeHint() const override { return {0, m_preferredHeight}; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+public Q_SLOTS:
+    void setFollowNow(bool on);
+    /// Holds ticksPerPixel within its limits; refuses in silence a scale whose window leaves the range of times.
+    void setTimeScale(TimeScale newtimescale);
+    /// Moves as little as possible; nothing during a drag or when a time is missing.
+    void scrollIntoView(RecordTime beginTime, RecordTime endTime);
+    void fitIntoView(RecordTime beginTime, RecordTime endTime);
+    /// Zooms about a column of the contents; a multiplier above 1 shows more time.
+    void changeZoom(double multiplier, int midPixel);
+    /// A drag from the scale at its start: x pans, y zooms.
+    void changeZoom(TimeScale startTimescale, QPoint delta);
+    /// The column is in a plot's widget coordinates.
+    void setTimeCursor(bool visible, int value);
+
+Q_SIGNALS:
+    void timeScaleChanged(TimeScale timescale);
+    void followNowChanged(bool on);
+    void doubleClicked();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private Q_SLOTS:
+    void updateFollowNow();
+    void panTick();
+
+private:
+    enum DragState { Idle, Panning, Rolling };
+
+    void updateFollowNowAt(std::int64_t ticksPerPixel);
+    void updateFollowInterval();
+    void updateFontMetrics();
+    void pan(QMouseEvent *event);
+    void panAndZoom(QPoint delta);
+    bool stepOverScreenEdge(QPoint global, QPoint *wrap);
+    void paintCursor(QPainter &painter, const QSize &size) const;
+    int contentsWidth() const { return contentsRect().width(); }
+
+    Surroundings m_surroundings;
+    int m_lineHeight = 0;
+    int m_preferredHeight = 0;
+    TimeScale m_timeScale;
+    DragState m_dragState = Idle;
+    QPoint m_pressPoint; ///< moved along when the pointer steps over the screen's edge
+    TimeScale m_dragStartScale;
+    bool m_wrapping = true; ///< off for the rest of a drag once the pointer couldn't be moved
+    int m_wrapStateX = 0;
+    int m_wrapStateY = 0;
+    std::int64_t m_offsetSeconds = 0;
+    bool m_followNow = false;
+    QTimer m_followTimer;
+    QTimer m_rollTimer;
+    double m_rollSpeed = 0;
+    double m_rollPosition = 0;
+    bool m_cursorVisible = false;
+    int m_cursorPixel = 0;
+    QBrush m_cursorBrush;
+};
+
+/// ticksPerPixel times the factor, truncated and held within 0 .. the greatest zoom; unchanged for a factor that is no
+/// positive number.
+std::int64_t zoomedTicks(std::int64_t ticksPerPixel, double factor);
+/// Milliseconds between two steps of following: one pixel of time, 100 to 1000.
+int followInterval(std::int64_t ticksPerPixel);
+
+} // namespace Tsb
