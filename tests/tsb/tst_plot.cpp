@@ -134,10 +134,10 @@ TEST_F(PlotTest, DrawsOnlyChangedColumns)
     expectLikeRedrawn();
     EXPECT_EQ(plot.drawn, std::vector<PixelRange>({PixelRange(227, 231), PixelRange(0, 20)}));
     plot.drawn.clear();
-    store.upsertFullRecord(testRecord(-3, -2, 1));
     plot.setTimeScale({testStart, ticksPerSecond, 25});
+    store.upsertFullRecord(testRecord(-22, -15, 1));
     expectLikeRedrawn();
-    EXPECT_EQ(plot.drawn, std::vector<PixelRange>({PixelRange(0, 25)}));
+    EXPECT_EQ(plot.drawn, std::vector<PixelRange>({PixelRange(0, 12)}));
     store.setLimitRecords(true);
     store.setMaxRecords(10);
     store.addFullRecord(testRecord(9000, 9001, 0));
@@ -183,7 +183,7 @@ TEST_F(PlotTest, BurstsArePaced)
 {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&plot));
     QApplication::processEvents();
-    const auto change = [this] { store.upsertFullRecord(testRecord(50, 56, 1)); };
+    const auto change = [this] { store.upsertFullRecord(testRecord(51, 56, 1)); };
     change(); // came in: at once
     QApplication::processEvents();
     plot.paints = 0;
@@ -348,6 +348,7 @@ TEST_F(PlotTest, AbsurdTimesAreBounded)
             auto record = std::make_shared<Spectrometer::FullRecord>();
             record->beginTime = begin;
             record->endTime = end;
+            record->opmode = 0;
             store.upsertFullRecord(record);
             plot.setCurrentRecord(store.at(store.indexOfHead(*record)));
             for (const std::int64_t ticks : {std::int64_t(1), TimeScale::greatestTicksPerPixel}) {

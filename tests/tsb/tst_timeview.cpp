@@ -153,13 +153,11 @@ TEST_F(TimeViewTest, ScrollIntoViewMovesAsLittleAsPossible)
     const auto moment = [](std::int64_t pixel) { return start + Ticks(pixel * second); };
     const struct {
         std::int64_t begin, end, origin;
-    } cases[] = {{100, 200, 0}, {780, 800, -10},    {-50, -20, 60},
-                 {5, 8, 5},     {-500, 2000, -350}, {1'000'000'000'000, 1'000'000'000'001, -999'999'999'211}};
+    } cases[] = {{100, 200, 0}, {780, 800, -10}, {-50, -20, 60}, {5, 8, 5}, {-500, 2000, -350}};
     for (const auto &c : cases) {
         view.setTimeScale({start, second, 0});
         view.scrollIntoView(moment(c.begin), moment(c.end));
-        if (c.end < 200'000'000'000) // beyond the calendar of 64 bits nothing can be shown
-            EXPECT_EQ(view.timeScale().originPixel, c.origin) << c.begin;
+        EXPECT_EQ(view.timeScale().originPixel, c.origin) << c.begin;
     }
     view.setTimeScale({start, 1, 0});
     view.scrollIntoView(start + Ticks(30 * ticksPerDay), start + Ticks(30 * ticksPerDay + 5));

@@ -97,7 +97,8 @@ TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds)
         const QString nextGroup = text(tick, offsetSeconds, row.groupFormat);
         if (nextGroup == group && tick < end)
             continue;
-        axis.groups.push_back({std::max(0, groupLeft), std::min(x, width), group});
+        if (const TimeGroup cell{std::max(0, groupLeft), std::min(x, width), group}; cell.left < cell.right)
+            axis.groups.push_back(cell);
         axis.boundaries.push_back(x);
         group = nextGroup;
         groupLeft = x;
