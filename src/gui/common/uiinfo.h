@@ -1,11 +1,11 @@
 #pragma once
 
+#include "gui/common/spectrumcolors.h"
 #include "records/recordmetadata.h"
 #include "spectra/spectruminfo.h"
 
 #include <QColor>
 #include <QHash>
-#include <QMap>
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
@@ -13,8 +13,8 @@
 #include <memory>
 #include <vector>
 
-/// What the present data are called and how they look: the one shared state of the views, and the requests that one view
-/// makes for a plot in another. Lives as long as the main window; main thread only.
+/// What the present data are called and how they look: the one shared state of the views, and the requests that one
+/// view makes for a plot in another. Lives as long as the main window; main thread only.
 class UiInfo : public QObject {
     Q_OBJECT
 public:
@@ -31,26 +31,24 @@ public:
     /// The description of that id (its hash), or null.
     InfoPointer spectrumById(const QString &id) const;
 
-    /// Takes over a read's descriptions. Colours given before stay with descriptions of the same hash. No signal: call
-    /// publish() when all is in place.
+    // These emit nothing (but highlightsChanged): call publish() when all is in place.
+    /// Takes over a read's descriptions. Colours given before stay with descriptions of the same hash.
     void setData(std::shared_ptr<const Spectrometer::RecordMetadata> metadata, const QList<InfoPointer> &infos);
+    /// Adds a description that a run with that tag made. Null, or one whose hash is known, is refused.
     void addSpectrum(const InfoPointer &info, const QString &tag);
     void removeSpectrum(InfoKey info);
+    /// No data, nothing highlighted. Colours are remembered, for the case that the same data come back.
     void clear();
     /// Recomputes names and colours and emits configUpdated.
     void publish();
 
     // ---- names and colours
-    /// The text that all views show for a spectrum.
+    /// The text that all views show for a spectrum; empty for null.
     QString spectrumName(InfoKey info) const;
     /// Invalid when it has none.
     QColor spectrumColor(InfoKey info) const;
     /// The colours of all spectra, by hash.
-    QHash<QString, QColor> spectrumColors() const;
-    void setSpectrumColor(InfoKey info, const QColor &color);
-    /// A text laid over the description's own comment.
-    QString spectrumComment(InfoKey info) const;
-    void setSpectrumComment(InfoKey info, const QString &comment);
+    const SpectrumColors::ByHash &spectrumColors() const { return m_spectrumColors; }
     /// Indexed by opmode.
     const std::vector<QColor> &opmodeColors() const { return m_opmodeColors; }
     /// The opmode's colour; invalid for an index outside the list.
@@ -62,6 +60,7 @@ public:
     const QList<int> &highlightedElectrometers() const { return m_highlightedElectrometers; }
 
     // ---- small values that views share by key
+    /// Emits variableChanged with the key if the value is another one.
     void setValue(const QString &key, const QVariant &value);
     QVariant value(const QString &key) const { return m_values.value(key); }
 
@@ -75,16 +74,12 @@ Q_SIGNALS:
     void highlightsChanged();
 
 private:
-    void recomputeNames();
-    void recomputeSpectrumColors();
-    void recomputeOpmodeColors();
-
     std::shared_ptr<const Spectrometer::RecordMetadata> m_metadata;
     QList<InfoPointer> m_spectrumInfos;
-    QMap<InfoKey, QString> m_spectrumNames;
-    QMap<InfoKey, QString> m_spectrumTags;
-    QMap<InfoKey, QString> m_spectrumComments;
-    QMap<InfoKey, QColor> m_spectrumColors;
+    // All by hash: a description that is rebuilt keeps what belongs to it.
+    QHash<QString, QString> m_spectrumNames;
+    QHash<QString, QString> m_spectrumTags;
+    SpectrumColors::ByHash m_spectrumColors;
     std::vector<QColor> m_opmodeColors;
     QStringList m_highlightedVariables;
     QList<int> m_highlightedElectrometers;

@@ -1,0 +1,95 @@
+#include "gui/common/uiinfo.h"
+
+#include "gui/common/spectrumnaming.h"
+
+#include <algorithm>
+
+UiInfo::UiInfo() = default;
+UiInfo::~UiInfo() = default;
+
+UiInfo::InfoPointer UiInfo::spectrumById(const QString &id) const
+{
+    const auto found = std::find_if(m_spectrumInfos.begin(), m_spectrumInfos.end(),
+                                    [&id](const InfoPointer &info) { return info->hash == id; });
+    return found == m_spectrumInfos.end() ? nullptr : *found;
+}
+
+void UiInfo::setData(std::shared_ptr<const Spectrometer::RecordMetadata> metadata, const QList<InfoPointer> &infos)
+{
+    clear();
+    m_metadata = std::move(metadata);
+    m_spectrumInfos = infos;
+}
+
+void UiInfo::addSpectrum(const InfoPointer &info, const QString &tag)
+{
+    if (!info || spectrumById(info->hash))
+        return;
+    m_spectrumInfos.append(info);
+    m_spectrumTags.insert(info->hash, tag);
+}
+
+void UiInfo::removeSpectrum(InfoKey info)
+{
+    const auto found = std::find_if(m_spectrumInfos.begin(), m_spectrumInfos.end(),
+                                    [info](const InfoPointer &known) { return known.get() == info; });
+    if (found == m_spectrumInfos.end())
+        return;
+    m_spectrumTags.remove((*found)->hash);
+    m_spectrumInfos.erase(found);
+}
+
+void UiInfo::clear()
+{
+    m_metadata.reset();
+    m_spectrumInfos.clear();
+    m_spectrumTags.clear();
+    m_values.clear();
+    setHighlights({}, {});
+}
+
+void UiInfo::publish()
+{
+    m_spectrumNames.clear();
+    const QStringList names = SpectrumNaming::displayNames(m_spectrumInfos);
+    for (int i = 0; i < names.size(); ++i)
+        m_spectrumNames.insert(m_spectrumInfos[i]->hash, names[i]);
+    if (m_metadata) // without data the colours wait for the next
+        m_spectrumColors = SpectrumColors::updated(m_spectrumColors, m_spectrumInfos);
+    m_opmodeColors = m_metadata ? SpectrumColors::opmodeColors(m_metadata->opmodes) : std::vector<QColor>();
+    Q_EMIT configUpdated();
+}
+
+QString UiInfo::spectrumName(InfoKey info) const
+{
+    if (!info)
+        return {};
+    return SpectrumNaming::taggedName(m_spectrumNames.value(info->hash, info->name), m_spectrumTags.value(info->hash));
+}
+
+QColor UiInfo::spectrumColor(InfoKey info) const
+{
+    return info ? m_spectrumColors.value(info->hash) : QColor();
+}
+
+QColor UiInfo::opmodeColor(int opmode) const
+{
+    return opmode >= 0 && opmode < int(m_opmodeColors.size()) ? m_opmodeColors[std::size_t(opmode)] : QColor();
+}
+
+void UiInfo::setHighlights(const QStringList &variables, const QList<int> &electrometers)
+{
+    if (variables == m_highlightedVariables && electrometers == m_highlightedElectrometers)
+        return;
+    m_highlightedVariables = variables;
+    m_highlightedElectrometers = electrometers;
+    Q_EMIT highlightsChanged();
+}
+
+void UiInfo::setValue(const QString &key, const QVariant &value)
+{
+    if (m_values.value(key) == value)
+        return;
+    m_values.insert(key, value);
+    Q_EMIT variableChanged(key);
+}

@@ -1,0 +1,165 @@
+#include "gui/common/spectrumnaming.h"
+#include "gui/common/uiinfo.h"
+
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+
+using ::testing::ElementsAre;
+
+namespace {
+
+SpectMath::SpectrumInfoPointer info(const QString &name, const QString &hash, const QString &inverter = {},
+                                    const QString &comment = {})
+{
+    auto made = std::make_shared<SpectMath::SpectrumInfo>();
+    made->name = name;
+    made->hash = hash;
+    made->inverterName = inverter;
+    made->comment = comment;
+    return made;
+}
+
+QList<QRgb> colorsOf(const SpectrumColors::ByHash &colors, const QList<SpectMath::SpectrumInfoPointer> &infos)
+{
+    QList<QRgb> list;
+    for (const auto &one : infos)
+        list.append(colors.value(one->hash).rgb());
+    return list;
+}
+
+constexpr QRgb scarletDark = qRgb(164, 0, 0), scarletMiddle = qRgb(204, 0, 0), scarletLight = qRgb(239, 41, 41);
+constexpr QRgb skyDark = qRgb(32, 74, 135), skyMiddle = qRgb(52, 101, 164), skyLight = qRgb(114, 159, 207);
+constexpr QRgb orangeDark = qRgb(206, 92, 0), orangeMiddle = qRgb(245, 121, 0), orangeLight = qRgb(252, 175, 62);
+constexpr QRgb plumDark = qRgb(92, 53, 102), chocolateDark = qRgb(143, 89, 2);
+
+} // namespace
+
+TEST(SpectrumNaming, TellsNamesakesApart)
+{
+    const struct {
+        QList<SpectMath::SpectrumInfoPointer> infos;
+        QStringList names;
+    } table[] = {
+        {{}, {}},
+        {{info("particles", "aaaaa", "inv")}, {"particles"}},
+        {{info("p", "aaaaa", "a"), info("q", "bbbbb"), info("p", "ccccc", "b")}, {"p (a)", "q", "p (b)"}},
+        {{info("p", "aaaaa", "a", "x"), info("p", "bbbbb", "", "x")}, {"p (a)", "p (x)"}},
+        {{info("p", "aaaaa", "a"), info("p", "bbbbb", "a"), info("p", "ccccc", "a")},
+         {"p (a)", "p (a bbbb)", "p (a cccc)"}},
+        {{info("p", "aaaaa"), info("p", "bbbbb")}, {"p (aaaa)", "p (bbbb)"}},
+        {{info("%2", "aaaaa", "%1"), info("%2", "bbbbb", "b")}, {"%2 (%1)", "%2 (b)"}},
+    };
+    for (const auto &row : table)
+        EXPECT_EQ(SpectrumNaming::displayNames(row.infos), row.names) << row.names.join(", ").toStdString();
+}
+
+TEST(SpectrumColors, OpmodesTakeTheirOwnOrTheNextColour)
+{
+    QVector<Opmode> modes;
+    const QStringList names{"offset", "ions", "Ions", "particles pos", "alterch", "particles"};
+    for (const QString &name : names)
+        modes.append(Opmode(modes.size(), name));
+    for (int i = 0; i < 16; ++i)
+        modes.append(Opmode(modes.size(), QString("mode %1").arg(i)));
+    const std::vector<QColor> colors = SpectrumColors::opmodeColors(modes);
+    EXPECT_EQ(colors[0].rgb(), qRgb(196, 160, 0));
+    EXPECT_EQ(colors[1].rgb(), scarletDark);
+    EXPECT_EQ(colors[2].rgb(), plumDark) << "names are compared exactly";
+    EXPECT_EQ(colors[3].rgb(), chocolateDark);
+    EXPECT_EQ(colors[4].rgb(), qRgb(78, 154, 6));
+    EXPECT_EQ(colors[5].rgb(), skyDark);
+    EXPECT_EQ(colors[6].rgb(), orangeDark) << "only unknown names move the counter on";
+    EXPECT_EQ(colors[20].rgb(), orangeLight) << "the last of 17";
+    EXPECT_EQ(colors[21].rgb(), plumDark) << "and around";
+}
+
+TEST(SpectrumColors, SpectraTakeNamedThenLeastUsedColours)
+{
+    QList<SpectMath::SpectrumInfoPointer> infos;
+    for (int i = 0; i < 7; ++i)
+        infos.append(info("particles pos", QString("pos%1").arg(i)));
+    EXPECT_THAT(
+        colorsOf(SpectrumColors::updated({}, infos), infos),
+        ElementsAre(scarletDark, orangeDark, scarletMiddle, orangeMiddle, scarletLight, orangeLight, orangeDark));
+
+    // Both names want the same dark blue: the second one is in the copy still, yet the colour is in use.
+    const QList<SpectMath::SpectrumInfoPointer> blues{info("particles", "1"), info("particles neg", "2"),
+                                                      info("ions neg", "3"), info("x neg", "4"), info("x", "5")};
+    EXPECT_THAT(colorsOf(SpectrumColors::updated({}, blues), blues),
+                ElementsAre(skyDark, plumDark, skyLight, skyMiddle, chocolateDark));
+}
+
+TEST(SpectrumColors, AColourStaysWithItsSpectrum)
+{
+    const auto first = info("x", "1"), second = info("x", "2"), third = info("x", "3");
+    const auto before = SpectrumColors::updated({}, {first, second});
+    const auto after = SpectrumColors::updated(before, {third, info("renamed", "2")});
+    EXPECT_EQ(after.value("2"), before.value("2"));
+    EXPECT_FALSE(after.contains("1"));
+    EXPECT_EQ(after.value("3").rgb(), plumDark) << "the colour of the one that left is free again";
+}
+
+TEST(UiInfo, PublishesTheDataOnce)
+{
+    UiInfo ui;
+    QSignalSpy updates(&ui, &UiInfo::configUpdated);
+    auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    metadata->opmodes = {Opmode(0, "ions")};
+    const auto a = info("p", "aaaa", "one"), b = info("p", "bbbb", "two");
+    ui.setData(metadata, {a});
+    ui.addSpectrum(b, "reinv-1");
+    ui.addSpectrum(info("again", "bbbb"), "reinv-2");
+    EXPECT_EQ(updates.size(), 0);
+    ui.publish();
+    EXPECT_EQ(updates.size(), 1);
+
+    EXPECT_EQ(ui.spectrumInfos(), (QList<SpectMath::SpectrumInfoPointer>{a, b})) << "a known hash is refused";
+    EXPECT_EQ(ui.spectrumById("bbbb"), b);
+    EXPECT_EQ(ui.spectrumById("none"), nullptr);
+    EXPECT_EQ(ui.spectrumName(a.get()), "p (one)");
+    EXPECT_EQ(ui.spectrumName(b.get()), "p (two) reinv-1");
+    EXPECT_EQ(ui.spectrumName(info("stranger", "cccc").get()), "stranger");
+    EXPECT_FALSE(ui.spectrumColor(info("stranger", "cccc").get()).isValid());
+    EXPECT_EQ(ui.opmodeColor(0).rgb(), scarletDark);
+    EXPECT_FALSE(ui.opmodeColor(1).isValid());
+    EXPECT_FALSE(ui.opmodeColor(-1).isValid());
+
+    const QColor colorOfB = ui.spectrumColor(b.get());
+    ui.removeSpectrum(a.get());
+    ui.publish();
+    EXPECT_EQ(ui.spectrumName(b.get()), "p reinv-1");
+    EXPECT_EQ(ui.spectrumColor(b.get()), colorOfB);
+
+    ui.clear();
+    ui.publish();
+    EXPECT_TRUE(ui.spectrumInfos().isEmpty());
+    EXPECT_EQ(ui.metadata(), nullptr);
+    const auto again = info("p", "bbbb", "two");
+    ui.setData(metadata, {again});
+    ui.publish();
+    EXPECT_EQ(ui.spectrumColor(again.get()), colorOfB) << "the same data opened again look the same";
+    EXPECT_EQ(ui.spectrumName(again.get()), "p");
+}
+
+TEST(UiInfo, HighlightsAndValuesTellOfChangesOnly)
+{
+    UiInfo ui;
+    QSignalSpy highlights(&ui, &UiInfo::highlightsChanged);
+    QSignalSpy values(&ui, &UiInfo::variableChanged);
+    ui.setHighlights({"flow"}, {3});
+    ui.setHighlights({"flow"}, {3});
+    ui.setHighlights({}, {4});
+    EXPECT_EQ(highlights.size(), 2);
+    EXPECT_TRUE(ui.highlightedVariables().isEmpty());
+    EXPECT_EQ(ui.highlightedElectrometers(), QList<int>{4});
+    ui.clear();
+    EXPECT_EQ(highlights.size(), 3);
+
+    ui.setValue("row", 3);
+    ui.setValue("row", 3);
+    ui.setValue("row", 4);
+    EXPECT_EQ(values.size(), 2);
+    EXPECT_EQ(values.last().first().toString(), "row");
+    EXPECT_EQ(ui.value("row").toInt(), 4);
+}
