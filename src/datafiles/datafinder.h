@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QDir>
+#include <QStringList>
+#include <QVariantMap>
+
+/// The names of the day files in the folder of a choice, in the listing's order. The choice's keys are "folderName",
+/// "beginTime", "endTime" (QDateTime), "limitBegin", "limitEnd", "variant" (a pattern, as it stands) and "legacyFiles".
+/// The span is compared with the dates in the file names alone.
+QStringList findDataFiles(const QVariantMap &choice);
+
+/// The window setup file for a data folder: the only one there or in its parent, else "default.windowsetup". The answer
+/// may not exist.
+QString findWindowSetup(QDir folder);
+
+/// Which day files a folder holds.
+struct FolderContents {
+    QStringList variants;  ///< averaging variants, sorted
+    int unmarkedFiles = 0; ///< day files without a variant in their names
+    int legacyFiles = 0;   ///< old-style files
+};
+FolderContents folderContents(const QString &folder);
+/// What to tell a user whose choice matched no file.
+QString nothingMatchedText(const QString &folder);

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+/// Finds the lines of one file in blocks of 1 MiB, all in one buffer that grows with the longest line. Carriage returns
+/// are left out wherever they stand, as a text device would. Only regular files are opened: a folder, a pipe or a
+/// device would not end. The file may grow or shrink while it is read.
+class LineScanner {
+public:
+    static constexpr std::size_t longestLine = std::size_t(256) << 20;
+
+    explicit LineScanner(std::size_t lineLimit = longestLine) : m_lineLimit(lineLimit) {}
+    ~LineScanner();
+    LineScanner(const LineScanner &) = delete;
+    LineScanner &operator=(const LineScanner &) = delete;
+
+    bool open(const QString &path);
+
+    enum class Found { line, tooLong, end };
+    /// The next line, without its line feed, as a view that lasts until the next call. A line longer than the limit is
+    /// skipped to its end. Throws FileReaderError when the device fails.
+    Found next(QByteArray *line);
+
+    /// Is told the bytes of each block as it is read.
+    void setByteCounter(std::function<void(std::int64_t bytes)> counter) { m_counter = std::move(counter); }
+
+private:
+    char *findLineEnd();
+    bool fill();
+    void makeRoom();
+    Found skipLine();
+
+    int m_descriptor = -1;
+    std::size_t m_lineLimit;
+    std::unique_ptr<char[]> m_buffer;
+    std::size_t m_capacity = 0;
+    std::size_t m_begin = 0;   ///< of the line looked for
+    std::size_t m_scanned = 0; ///< no line feed from m_begin up to here
+    std::size_t m_end = 0;     ///< of the bytes in the buffer
+    bool m_atEnd = false;
+    std::function<void(std::int64_t)> m_counter;
+};

@@ -1,0 +1,50 @@
+#include "datafiles/recordflagparser.h"
+
+#include "llama/qyaml.h"
+
+#include <QHash>
+
+namespace Spectrometer {
+
+namespace {
+
+int typeOf(const QString &word)
+{
+    if (word == QLatin1String("warning"))
+        return RecordFlag::Warning;
+    if (word == QLatin1String("failure"))
+        return RecordFlag::Failure;
+    return RecordFlag::Note;
+}
+
+QVariant firstDocument(const QString &text)
+{
+    try {
+        const QVariantList documents = Llama::yamlLoad(text.toUtf8());
+        return documents.isEmpty() ? QVariant() : documents.first();
+    } catch (const Llama::YamlError &) {
+        return {};
+    }
+}
+
+} // namespace
+
+std::shared_ptr<RecordFlag> makeRecordFlag(const QString &text)
+{
+    auto flag = std::make_shared<RecordFlag>();
+    flag->text = text;
+    flag->message = text;
+    flag->hash = qHash(text, 0);
+    const QVariant document = firstDocument(text);
+    if (document.type() == QVariant::String) {
+        flag->message = document.toString();
+        flag->properties.insert(QStringLiteral("message"), flag->message);
+    } else if (document.type() == QVariant::Map) {
+        flag->properties = document.toMap();
+        flag->message = flag->properties.value(QStringLiteral("message")).toString();
+        flag->type = typeOf(flag->properties.value(QStringLiteral("type")).toString());
+    }
+    return flag;
+}
+
+} // namespace Spectrometer
