@@ -61,6 +61,7 @@ public:
     uint operator()(double v) const { return zoneColor(m_inner(v), v); }
 
     const Map &inner() const { return m_inner; }
+    double threshold() const { return m_threshold; }
     /// What becomes of the inner map's colour at value v.
     uint zoneColor(uint color, double v) const;
 

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "gui/common/tsb/spectrogramrenderer.h"
+
+#include <vector>
+
+namespace Tsb {
+
+/// Neighbouring columns of the image that show one entry.
+struct ColumnRun {
+    int left, right; ///< right is exclusive
+    std::size_t entry;
+};
+
+/// Which entry each column of an image `width` columns wide shows: runs in ascending order, within [first, last), with
+/// gaps where nothing is to be drawn.
+std::vector<ColumnRun> planColumns(const SpectrogramSource &source, const SpectrogramParameters &parameters, int width,
+                                   const PixelRange &columns, int offset);
+
+} // namespace Tsb

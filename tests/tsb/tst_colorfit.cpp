@@ -1,0 +1,114 @@
+#include "gui/common/tsb/colorfit.h"
+#include "tsb/spectrogramreference.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+using Tsb::ColorHistogram;
+constexpr double inf = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+int definedBin(double v)
+{
+    return std::clamp(int(std::ceil((std::log10(v) - (-20)) / 40 * 4000)), 0, 4001);
+}
+
+TEST(ColorHistogram, BinsAgreeWithTheirDefinitionAtEveryEdge)
+{
+    for (int bin = -5; bin <= 4006; ++bin) {
+        double v = std::pow(10.0, -20 + bin * 0.01);
+        for (int i = 0; i < 6; ++i)
+            v = std::nextafter(v, 0.0);
+        for (int i = 0; i < 12; ++i, v = std::nextafter(v, inf))
+            ASSERT_EQ(ColorHistogram::binOf(v), definedBin(v)) << "at 1e" << bin * 0.01 - 20;
+    }
+    // The first numbers of each cell of the table that the bins come from, and the ends of all doubles.
+    for (int exponent = -80; exponent < 80; ++exponent)
+        for (int part = 0; part < 64; ++part)
+            for (double v :
+                 {std::ldexp(1 + part / 64.0, exponent), std::nextafter(std::ldexp(1 + part / 64.0, exponent), 0.0)})
+                ASSERT_EQ(ColorHistogram::binOf(v), definedBin(v)) << v;
+    for (double v : {5e-324, 1e-310, 2.2250738585072014e-308, 1e300, 1.7976931348623157e308})
+        EXPECT_EQ(ColorHistogram::binOf(v), definedBin(v)) << v;
+}
+
+TEST(ColorHistogram, PassesOverWhatHasNoLogarithm)
+{
+    ColorHistogram histogram;
+    const double odd[] = {0, -0.0, -3, nan, -nan, inf, -inf};
+    histogram.add(odd, 7);
+    EXPECT_EQ(histogram.total(), 0);
+    EXPECT_FALSE(histogram.limits());
+    const double some[] = {1e-30, 1, 1e30};
+    histogram.add(some, 3);
+    EXPECT_EQ(histogram.total(), 3);
+    EXPECT_EQ(histogram.count(0), 1);
+    EXPECT_EQ(histogram.count(2000), 1);
+    EXPECT_EQ(histogram.count(4001), 1);
+}
+
+TEST(ColorHistogram, LimitsLeaveOutAFortiethAtEachEnd)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 20; ++round) {
+        std::vector<double> values;
+        std::normal_distribution<double> spread(round - 10, 0.1 + round * 0.1);
+        for (int i = 0; i < 4000; ++i)
+            values.push_back(std::pow(10, spread(random)));
+        ColorHistogram histogram;
+        histogram.add(values.data(), values.size());
+        std::sort(values.begin(), values.end());
+        const auto limits = histogram.limits();
+        ASSERT_TRUE(limits);
+        // The upper edges of the bins that hold the hundredth value from either end.
+        for (const auto &[limit, value] :
+             {std::pair(limits->first, values[99]), std::pair(limits->second, values[3900])}) {
+            EXPECT_GE(limit, std::log10(value) - 1e-12) << round;
+            EXPECT_LE(limit, std::log10(value) + 0.01 + 1e-12) << round;
+        }
+    }
+}
+
+TEST(ColorHistogram, OneFilledBinSetsNothing)
+{
+    ColorHistogram histogram;
+    const std::vector<double> same(100, 42.0);
+    histogram.add(same.data(), same.size());
+    EXPECT_FALSE(histogram.limits());
+    const double far = 1e30;
+    histogram.add(&far, 1); // one in a hundred is dropped
+    EXPECT_FALSE(histogram.limits());
+    const std::vector<double> beyond(100, 1e40);
+    histogram.add(beyond.data(), beyond.size());
+    ASSERT_TRUE(histogram.limits());
+    EXPECT_NEAR(histogram.limits()->second, 20.01, 1e-9);
+}
+
+TEST(ColorHistogram, TakesWhatIsInView)
+{
+    TestSeries series;
+    const std::int64_t start = 1'600'000'000 * ticksPerSecond;
+    for (int i = 0; i < 100; ++i) {
+        const std::vector<double> values(3, std::pow(10, i * 0.02));
+        series.add(start + i * ticksPerSecond, start + (i + 1) * ticksPerSecond, &values, i == 30 ? 2 : 0);
+    }
+    const TimeScale scale(recordTimeFromTicks(start), ticksPerSecond, -20); // columns 0 to 40 show 20 to 60
+    ColorHistogram histogram;
+    Tsb::addVisibleValues(histogram, series.source(), scale, 40, 3, nullptr);
+    // From the one before 18 to the first at or after 62, without the failed one.
+    EXPECT_EQ(histogram.total(), (62 - 17 + 1 - 1) * 3);
+
+    ColorHistogram smoothed;
+    const RealMatrix doubling = 2 * RealMatrix(boost::numeric::ublas::identity_matrix<double>(3));
+    Tsb::addVisibleValues(smoothed, series.source(), scale, 40, 3, &doubling);
+    EXPECT_NEAR(smoothed.limits()->first, histogram.limits()->first + std::log10(2), 0.011);
+
+    ColorHistogram other;
+    Tsb::addVisibleValues(other, series.source(), scale, 40, 4, nullptr);
+    EXPECT_EQ(other.total(), 0) << "spectra of another length";
+}
+
+} // namespace

@@ -1,0 +1,208 @@
+#include "gui/common/tsb/cursorwrap.h"
+#include "gui/common/tsb/verticalscalewidget.h"
+
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+using Tsb::VerticalScaleWidget;
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+class VerticalScaleTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        widget.resize(80, 200 + 2 * widget.frameWidth());
+        widget.setMinMax(0, 100, true);
+        widget.show();
+    }
+    /// The place h pixels above the contents' bottom edge.
+    QPoint above(int h, int x = 40) const
+    {
+        const QRect area = widget.contentsRect();
+        return {x, area.y() + area.height() - h};
+    }
+    void mouse(QEvent::Type type, const QPoint &pos, Qt::MouseButton button, Qt::MouseButtons buttons)
+    {
+        QMouseEvent event(type, pos, widget.mapToGlobal(QPoint(300, 300)), button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(&widget, &event);
+    }
+    void drag(const QPoint &from, const QPoint &to)
+    {
+        mouse(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+        mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+        mouse(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+    }
+    bool wheel(const QPoint &pos, const QPoint &delta)
+    {
+        QWheelEvent event(pos, widget.mapToGlobal(pos), QPoint(), delta, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&widget, &event);
+        return event.isAccepted();
+    }
+    QImage picture() { return widget.grab().toImage(); }
+
+    VerticalScaleWidget widget;
+};
+
+TEST_F(VerticalScaleTest, ScaleFollowsTheRangeAndBack)
+{
+    EXPECT_TRUE(widget.scale().valid);
+    EXPECT_DOUBLE_EQ(widget.scale().value(0), 0);
+    EXPECT_DOUBLE_EQ(widget.scale().value(200), 100);
+    QSignalSpy ranges(&widget, &VerticalScaleWidget::minMaxChanged);
+    QSignalSpy scales(&widget, &VerticalScaleWidget::scaleChanged);
+    widget.setMinMax(0, 100, true);
+    EXPECT_EQ(ranges.size() + scales.size(), 0);
+    widget.setScale({true, 10, 0.25, 0}, true);
+    EXPECT_EQ(widget.minimum(), 10);
+    EXPECT_EQ(widget.maximum(), 60);
+    EXPECT_EQ(ranges.size(), 1);
+    EXPECT_EQ(scales.size(), 1);
+
+    widget.resize(80, 400 + 2 * widget.frameWidth());
+    EXPECT_EQ(widget.maximum(), 60) << "a resize keeps the range";
+    EXPECT_DOUBLE_EQ(widget.scale().value(400), 60);
+    widget.resize(80, 0);
+    EXPECT_FALSE(widget.scale().valid);
+    widget.resize(80, 100 + 2 * widget.frameWidth());
+    EXPECT_DOUBLE_EQ(widget.scale().value(100), 60);
+}
+
+TEST_F(VerticalScaleTest, AbsurdRangesArePaintedWithoutTrouble)
+{
+    for (auto [lower, upper] : std::vector<std::pair<double, double>>{{nan, nan},
+                                                                      {nan, 1},
+                                                                      {5, 5},
+                                                                      {1e308, -1e308},
+                                                                      {0, INFINITY},
+                                                                      {0, 5e-324},
+                                                                      {1e16, 1e16 + 4},
+                                                                      {-4000, 4000}}) {
+        for (bool logarithmic : {false, true}) {
+            widget.setAppearLog(logarithmic);
+            widget.setMinMax(lower, upper, true);
+            widget.setLabel(QStringLiteral("x"));
+            widget.showCursor(true, 50);
+            EXPECT_FALSE(picture().isNull());
+        }
+    }
+}
+
+TEST_F(VerticalScaleTest, DragPansUpAndDownAndZoomsSideways)
+{
+    const double grabbed = widget.scale().value(50);
+    drag(above(50), above(90));
+    EXPECT_NEAR(widget.scale().value(90), grabbed, 1e-9);
+    EXPECT_NEAR(widget.maximum() - widget.minimum(), 100, 1e-9);
+
+    const double held = widget.scale().value(50);
+    drag(above(50, 20), above(50, 60));
+    EXPECT_NEAR(widget.scale().value(50), held, 1e-9) << "zoom about the press point";
+    EXPECT_NEAR(widget.maximum() - widget.minimum(), 100 * std::pow(0.99, 40), 1e-9);
+
+    widget.setMinMax(3, 3, true);
+    drag(above(50), above(90));
+    EXPECT_EQ(widget.minimum(), 3) << "a scale without extent can't be dragged";
+}
+
+TEST_F(VerticalScaleTest, WheelZoomsAboutThePointer)
+{
+    const double held = widget.scale().value(150);
+    EXPECT_TRUE(wheel(above(150), {0, 120}));
+    EXPECT_NEAR(widget.scale().value(150), held, 1e-9);
+    EXPECT_NEAR(widget.maximum() - widget.minimum(), 90, 1e-9);
+    const ValueScale before = widget.scale();
+    EXPECT_TRUE(wheel(above(150), {120, 0}));
+    EXPECT_EQ(widget.scale(), before);
+    for (int i = 0; i < 200; ++i)
+        wheel(above(100), {0, 12000});
+    EXPECT_TRUE(widget.scale().isUsable(200)) << "zoomed to the end of what doubles can tell apart";
+}
+
+TEST_F(VerticalScaleTest, ReadOnlyTakesNothing)
+{
+    EXPECT_EQ(widget.cursor().shape(), Qt::OpenHandCursor);
+    EXPECT_FALSE(widget.statusTip().isEmpty());
+    widget.setReadOnly(true);
+    EXPECT_EQ(widget.cursor().shape(), Qt::ArrowCursor);
+    EXPECT_TRUE(widget.statusTip().isEmpty());
+    QSignalSpy autoscale(&widget, &VerticalScaleWidget::requestAutoscale);
+    const ValueScale before = widget.scale();
+    drag(above(50), above(90));
+    wheel(above(50), {0, 120});
+    QTest::mouseDClick(&widget, Qt::LeftButton, {}, above(50));
+    EXPECT_EQ(widget.scale(), before);
+    EXPECT_EQ(autoscale.size(), 0);
+    widget.setReadOnly(false);
+    QTest::mouseDClick(&widget, Qt::LeftButton, {}, above(50));
+    EXPECT_EQ(autoscale.size(), 1);
+}
+
+TEST_F(VerticalScaleTest, CursorShowsItsValueOverTheTicks)
+{
+    widget.setLabel(QStringLiteral("Label"));
+    const QImage before = picture();
+    widget.showCursor(true, above(100).y());
+    const QImage with = picture();
+    EXPECT_NE(before, with);
+    // Nothing changes away from the cursor's band.
+    const int band = widget.fontMetrics().height() + 4;
+    const qreal ratio = with.devicePixelRatio();
+    const auto size = std::size_t(with.bytesPerLine());
+    for (int y = 0; y < with.height(); ++y) {
+        if (std::abs(y / ratio - above(100).y()) <= band)
+            continue;
+        EXPECT_EQ(std::memcmp(before.constScanLine(y), with.constScanLine(y), size), 0) << y;
+    }
+    widget.showCursor(false, 0);
+    EXPECT_EQ(picture(), before);
+}
+
+TEST_F(VerticalScaleTest, DragGoesOnAcrossTheScreensEdge)
+{
+    EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({4, 300}, {0, 0, 800, 600}), QPoint(790, 0));
+    EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({796, 596}, {0, 0, 800, 600}), QPoint(-790, -590));
+    EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({5, 595}, {0, 0, 800, 600}), QPoint());
+    EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({1604, 40}, {1600, 0, 800, 600}), QPoint(790, 0));
+
+    for (bool obeys : {true, false}) {
+        QPoint pointer;
+        int sets = 0;
+        Tsb::setCursorAccess({[&](const QPoint &p) {
+                                  ++sets;
+                                  pointer = obeys ? p : QPoint(-100, -100);
+                              },
+                              [&] { return pointer; }});
+        widget.setMinMax(0, 100, true);
+        widget.setScale({true, 0, 0.5, 0}, true);
+        const double grabbed = widget.scale().value(50);
+        mouse(QEvent::MouseButtonPress, above(50), Qt::LeftButton, Qt::LeftButton);
+        // Two moves at the left edge of the screen; where the platform obeys, the second comes from the other side.
+        const auto moveAtEdge = [&](const QPoint &pos) {
+            QMouseEvent event(QEvent::MouseMove, pos, QPoint(0, 300), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(&widget, &event);
+        };
+        moveAtEdge(above(60));
+        EXPECT_NEAR(widget.scale().value(60), grabbed, 1e-9);
+        const QPoint jump = Tsb::cursorJumpAtScreenEdge(QPoint(0, 300));
+        mouse(QEvent::MouseMove, obeys ? above(70) + jump : above(70), Qt::NoButton, Qt::LeftButton);
+        EXPECT_NEAR(widget.scale().value(70), grabbed, 1e-9) << "no jump of the scale" << obeys;
+        EXPECT_NEAR(widget.scale().valuePerPixel, 0.5, 1e-12);
+        moveAtEdge(obeys ? above(70) + jump : above(70));
+        EXPECT_EQ(sets, obeys ? 2 : 1) << "wrapping is off for this drag once it was refused";
+        mouse(QEvent::MouseButtonRelease, above(70), Qt::LeftButton, Qt::NoButton);
+        Tsb::setCursorAccess({});
+    }
+}
+
+} // namespace
