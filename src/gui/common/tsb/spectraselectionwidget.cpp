@@ -1,0 +1,125 @@
+#include "gui/common/tsb/spectraselectionwidget.h"
+#include "gui/common/uiinfo.h"
+
+#include <QBoxLayout>
+#include <QIcon>
+#include <QItemSelectionModel>
+#include <QListView>
+#include <QPixmap>
+#include <QScopedValueRollback>
+#include <QStandardItemModel>
+
+namespace Tsb {
+
+namespace {
+constexpr int idRole = Qt::UserRole;
+constexpr int colorSquare = 8;
+} // namespace
+
+QPixmap spectrumColorPixmap(const QColor &color)
+{
+    QPixmap pixmap(colorSquare, colorSquare);
+    pixmap.fill(color);
+    return pixmap;
+}
+
+QString withUpperFirst(const QString &text)
+{
+    return text.left(1).toUpper() + text.mid(1);
+}
+
+SpectraSelectionWidget::SpectraSelectionWidget(bool popup, QWidget *parent)
+    : QWidget(parent, popup ? Qt::Popup : Qt::Widget), m_listView(new QListView(this)),
+      m_model(new QStandardItemModel(this))
+{
+    m_listView->setWordWrap(true);
+    m_listView->setSelectionMode(QAbstractItemView::MultiSelection);
+    m_listView->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_listView->setModel(m_model);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_listView);
+    setFocusProxy(m_listView);
+    connect(m_listView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &SpectraSelectionWidget::modelSelectionChanged);
+}
+
+void SpectraSelectionWidget::setUiInfo(const std::shared_ptr<UiInfo> &uiInfo)
+{
+    if (m_uiInfo)
+        disconnect(m_uiInfo.get(), nullptr, this, nullptr);
+    m_uiInfo = uiInfo;
+    if (m_uiInfo)
+        connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &SpectraSelectionWidget::updateSpectrumList);
+    updateSpectrumList();
+}
+
+void SpectraSelectionWidget::updateSpectrumList()
+{
+    QScopedValueRollback<bool> guard(m_selectingRows, true);
+    m_model->clear();
+    if (!m_uiInfo)
+        return;
+    const QSize size(0, fontMetrics().height() + 6);
+    for (const auto &info : m_uiInfo->spectrumInfos()) {
+        auto *item = new QStandardItem(withUpperFirst(m_uiInfo->spectrumName(info.get())));
+        item->setEditable(false);
+        item->setData(info->hash, idRole);
+        const QColor color = m_uiInfo->spectrumColor(info.get());
+        if (color.isValid())
+            item->setIcon(QIcon(spectrumColorPixmap(color)));
+        item->setSizeHint(size);
+        m_model->appendRow(item);
+    }
+    selectRows();
+}
+
+void SpectraSelectionWidget::selectRows()
+{
+    QScopedValueRollback<bool> guard(m_selectingRows, true);
+    QItemSelection rows;
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        const QModelIndex index = m_model->index(row, 0);
+        if (m_selected.contains(index.data(idRole).toString()))
+            rows.select(index, index);
+    }
+    m_listView->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
+}
+
+void SpectraSelectionWidget::setSelectedSpectra(const QSet<QString> &ids)
+{
+    if (ids == m_selected)
+        return;
+    m_selected = ids;
+    selectRows();
+    Q_EMIT selectionChanged(m_selected);
+}
+
+void SpectraSelectionWidget::modelSelectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    if (m_selectingRows)
+        return;
+    QSet<QString> ids = m_selected;
+    for (const QModelIndex &index : deselected.indexes())
+        ids.remove(index.data(idRole).toString());
+    for (const QModelIndex &index : selected.indexes())
+        ids.insert(index.data(idRole).toString());
+    if (ids == m_selected)
+        return;
+    m_selected = ids;
+    Q_EMIT selectionChanged(m_selected);
+}
+
+void SpectraSelectionWidget::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    Q_EMIT visibilityChanged(true);
+}
+
+void SpectraSelectionWidget::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    Q_EMIT visibilityChanged(false);
+}
+
+} // namespace Tsb
