@@ -1,0 +1,32 @@
+#pragma once
+
+#include "log/logger.h"
+
+#include <QObject>
+
+#include <memory>
+
+/// Where log entries of all threads wait for the main thread. It has a mutex of its own and keeps the last 1000 of
+/// those that the log dock shows, so that a reader that complains about every row costs neither memory nor a frozen
+/// window. Made and destroyed on the main thread.
+class LogBox : public QObject {
+    Q_OBJECT
+public:
+    static constexpr int capacity = 1000;
+
+    /// Begins to collect what the root logger gets.
+    explicit LogBox(QObject *parent = nullptr);
+    ~LogBox() override;
+
+Q_SIGNALS:
+    /// Emitted on the main thread, in order.
+    void newEntry(Log::Entry entry);
+
+private:
+    struct Shared;
+
+    void deliver();
+
+    std::shared_ptr<Shared> m_shared; ///< outlives the box while another thread still logs into it
+    QMetaObject::Connection m_connection;
+};

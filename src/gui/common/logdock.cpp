@@ -1,0 +1,108 @@
+#include "gui/common/logdock.h"
+
+#include "gui/common/logtext.h"
+
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTextDocument>
+
+namespace {
+
+constexpr int tickInterval = 30000; // ms
+constexpr int patience = 2;         // ticks
+constexpr qint64 hour = 3600;       // s
+
+const char logStyle[] = "pre { font-family: monospace; } "
+                        ".log-emergency { color: red; font-weight: bold; } "
+                        ".log-alert { color: red; font-weight: bold; } "
+                        ".log-critical { color: red; font-weight: bold; } "
+                        ".log-error { color: red; } "
+                        ".log-warning { color: darkred; } "
+                        ".log-notice { font-weight: bold; } "
+                        ".log-info { } "
+                        ".log-debug { color: gray; } "
+                        ".date { color: gray; }";
+
+} // namespace
+
+LogDock::LogDock(QWidget *parent) : QDockWidget(tr("Log"), parent), m_edit(new QPlainTextEdit(this))
+{
+    setObjectName(QStringLiteral("logDock"));
+    m_edit->setReadOnly(true);
+    m_edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_edit->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_edit->setMaximumBlockCount(greatestBlockCount);
+    m_edit->document()->setDefaultStyleSheet(QString::fromLatin1(logStyle));
+    setWidget(m_edit);
+
+    m_flushTimer.setSingleShot(true);
+    m_flushTimer.setInterval(0);
+    connect(&m_flushTimer, &QTimer::timeout, this, &LogDock::appendPending);
+    connect(&m_tickTimer, &QTimer::timeout, this, [this] { tick(QDateTime::currentDateTime()); });
+    m_tickTimer.start(tickInterval);
+}
+
+void LogDock::addEntry(Log::Entry entry)
+{
+    if (!LogText::isShown(entry))
+        return;
+    const bool newDate = entry.time.date() != m_lastDate;
+    m_lastDate = entry.time.date();
+    m_pending.push_back(LogText::html(entry, newDate));
+    m_pendingLines += LogText::lineCount(m_pending.back());
+    while (m_pending.size() > 1 && m_pendingLines > greatestBlockCount) {
+        m_pendingLines -= LogText::lineCount(m_pending.front());
+        m_pending.pop_front();
+    }
+    if (!m_flushTimer.isActive())
+        m_flushTimer.start();
+}
+
+void LogDock::scrollToEnd()
+{
+    QScrollBar *bar = m_edit->verticalScrollBar();
+    bar->setValue(bar->maximum());
+}
+
+bool LogDock::isAtEnd() const
+{
+    const QScrollBar *bar = m_edit->verticalScrollBar();
+    return bar->value() >= bar->maximum();
+}
+
+void LogDock::appendPending()
+{
+    const bool follow = isAtEnd() || m_stillTicks >= patience;
+    for (const QString &html : m_pending)
+        m_edit->appendHtml(html);
+    m_pending.clear();
+    m_pendingLines = 0;
+    if (follow)
+        scrollToEnd();
+}
+
+void LogDock::tick(const QDateTime &now)
+{
+    const int position = m_edit->verticalScrollBar()->value();
+    if (position != m_lastPosition) {
+        m_lastPosition = position;
+        m_stillTicks = 0;
+    } else if (m_stillTicks < patience && ++m_stillTicks == patience) {
+        scrollToEnd();
+    }
+    markHour(now);
+}
+
+void LogDock::markHour(const QDateTime &now)
+{
+    const bool due = m_nextHour.isValid() && now >= m_nextHour;
+    if (due) {
+        appendPending(); // what was logged before stands before
+        m_edit->appendHtml(QStringLiteral("<pre class='date'><b>[%1]</b> ----</pre>")
+                               .arg(now.toString(QStringLiteral("yyyy-MM-dd hh:mm"))));
+    }
+    if (due || !m_nextHour.isValid())
+        m_nextHour = now.date().startOfDay();
+    while (m_nextHour <= now)
+        m_nextHour = m_nextHour.addSecs(hour);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "log/logger.h"
+
+#include <QDateTime>
+#include <QDockWidget>
+#include <QTimer>
+
+#include <deque>
+
+class QPlainTextEdit;
+
+/// Shows the last 1000 lines of the log. Main thread only; a burst of entries costs what the last 1000 of it cost.
+class LogDock : public QDockWidget {
+    Q_OBJECT
+public:
+    static constexpr int greatestBlockCount = 1000;
+
+    explicit LogDock(QWidget *parent = nullptr);
+
+    QPlainTextEdit *textEdit() const { return m_edit; }
+
+public Q_SLOTS:
+    /// The text appears when the event loop runs next.
+    void addEntry(Log::Entry entry);
+    void scrollToEnd();
+    /// What the dock does every 30 s: a view left alone for two rounds goes back to the end, and a new hour is marked.
+    void tick(const QDateTime &now);
+
+private:
+    bool isAtEnd() const;
+    void appendPending();
+    void markHour(const QDateTime &now);
+
+    QPlainTextEdit *m_edit;
+    QDate m_lastDate;
+    std::deque<QString> m_pending; ///< paragraphs not yet shown
+    int m_pendingLines = 0;
+    QTimer m_flushTimer;
+    QTimer m_tickTimer;
+    QDateTime m_nextHour; ///< when the next mark is due
+    int m_lastPosition = 0;
+    int m_stillTicks = 0;
+};

@@ -1,0 +1,118 @@
+#include "gui/common/recordform.h"
+
+#include "gui/common/recordtext.h"
+
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTextBrowser>
+#include <QUrl>
+
+namespace {
+
+const char notesStyle[] = "a { text-decoration: none; color: palette(window-text); } a.info { color: palette(dark); } "
+                          "a.failure { font-weight: bold; } div.info { color: palette(dark); } "
+                          "div { margin-bottom: 0.2em; }";
+
+/// Wide enough for the widest contents from the start, so that the form doesn't jump from record to record. What is
+/// wider still, as a mode's name from a file may be, doesn't push the dock open.
+QLabel *makeLabel(const QString &name, const QString &widest, QWidget *parent)
+{
+    auto *label = new QLabel(widest, parent);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setMinimumWidth(label->sizeHint().width());
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    return label;
+}
+
+} // namespace
+
+RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
+    : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_commentEdit(new QLineEdit(this)), m_notes(new QTextBrowser(this))
+{
+    setObjectName(QStringLiteral("RecordForm"));
+    m_dateLabel = makeLabel(QStringLiteral("dateLabel"), QStringLiteral("0000-00-00 (UTC+00)"), this);
+    m_beginTimeLabel = makeLabel(QStringLiteral("beginTimeLabel"), QStringLiteral("00:00:00.000"), this);
+    m_endTimeLabel = makeLabel(QStringLiteral("endTimeLabel"), QStringLiteral("00:00:00.000"), this);
+    m_opmodeLabel = makeLabel(QStringLiteral("opmodeLabel"), QStringLiteral("particlesxx"), this);
+    m_commentEdit->setObjectName(QStringLiteral("commentEdit"));
+    m_commentEdit->setEnabled(false);
+    m_notes->setObjectName(QStringLiteral("notesBrowser"));
+    m_notes->setAccessibleName(tr("Notes and flags"));
+    m_notes->setOpenLinks(false);
+    m_notes->document()->setDefaultStyleSheet(QString::fromLatin1(notesStyle));
+
+    auto *layout = new QFormLayout(this);
+    layout->setObjectName(QStringLiteral("formLayout"));
+    layout->addRow(tr("Date:"), m_dateLabel);
+    layout->addRow(tr("Begin:"), m_beginTimeLabel);
+    layout->addRow(tr("End:"), m_endTimeLabel);
+    layout->addRow(tr("Mode:"), m_opmodeLabel);
+    layout->addRow(tr("Add comment"), m_commentEdit);
+    layout->addRow(m_notes);
+
+    connect(m_notes, &QTextBrowser::anchorClicked, this, &RecordForm::flagClicked);
+    connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &RecordForm::updateSetup);
+    clear();
+}
+
+void RecordForm::showRecord(std::shared_ptr<Record> record)
+{
+    if (!record) {
+        clear();
+        return;
+    }
+    m_record = std::move(record);
+    const RecordText::Times times = RecordText::times(*m_record);
+    const auto metadata = m_uiInfo->metadata();
+    setTexts(times.date, times.begin, times.end, metadata ? metadata->opmodeName(m_record->opmode) : QString());
+    m_commentEdit->setText(QStringLiteral("n/a"));
+    setNotes(RecordText::notes(*m_record));
+}
+
+void RecordForm::clear()
+{
+    m_record.reset();
+    const QString none = QStringLiteral("-");
+    setTexts(none, none, none, none);
+    m_commentEdit->clear();
+    setNotes({});
+}
+
+void RecordForm::updateSetup()
+{
+    showRecord(m_record);
+}
+
+void RecordForm::flagClicked(const QUrl &url)
+{
+    m_uiInfo->setHighlights({}, {});
+    bool isNumber = false;
+    const int index = url.path().toInt(&isNumber);
+    if (!isNumber || !m_record || index < 0 || index >= int(m_record->flags.size()))
+        return;
+    const QVariantMap &properties = m_record->flags[std::size_t(index)]->properties;
+    QList<int> electrometers;
+    const QVariantList numbers = properties.value(QStringLiteral("elms")).toList();
+    for (const QVariant &number : numbers)
+        electrometers.append(number.toInt());
+    m_uiInfo->setHighlights(properties.value(QStringLiteral("vars")).toStringList(), electrometers);
+}
+
+void RecordForm::setTexts(const QString &date, const QString &begin, const QString &end, const QString &mode)
+{
+    m_dateLabel->setText(date);
+    m_beginTimeLabel->setText(begin);
+    m_endTimeLabel->setText(end);
+    m_opmodeLabel->setText(mode);
+    m_opmodeLabel->setToolTip(mode.toHtmlEscaped());
+}
+
+void RecordForm::setNotes(const QString &html)
+{
+    if (html == m_notesHtml)
+        return; // most records have none, and laying out a text costs more than all the rest
+    m_notesHtml = html;
+    m_notes->setHtml(html);
+}

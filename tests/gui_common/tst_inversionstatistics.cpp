@@ -1,0 +1,63 @@
+#include "gui/common/inversionstatistics.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+SpectMath::SpectrumInfoPointer info(const QString &name, const QString &inverter, const QString &comment)
+{
+    auto made = std::make_shared<SpectMath::SpectrumInfo>();
+    made->name = name;
+    made->inverterName = inverter;
+    made->comment = comment;
+    made->hash = name + inverter;
+    return made;
+}
+
+void add(Datastore &store, const SpectMath::SpectrumInfoPointer &info, double error)
+{
+    auto record = std::make_shared<Record>();
+    record->beginTime = record->midTime = recordTimeFromTicks((store.size() + 1) * ticksPerSecond);
+    record->endTime = recordTimeFromTicks((store.size() + 2) * ticksPerSecond);
+    auto spectrum = std::make_shared<SpectMath::Spectrum>();
+    spectrum->info = info;
+    spectrum->currentRmsError = error;
+    record->spectra.push_back(spectrum);
+    store.insertRecord(store.lowerBound(record->beginTime), record);
+    store.enterSpectrum(record, spectrum);
+}
+
+} // namespace
+
+TEST(InversionStatistics, Quantiles)
+{
+    const auto one = InversionStatistics::quantiles({7});
+    EXPECT_EQ(one.q10, 7);
+    EXPECT_EQ(one.q50, 7);
+    EXPECT_EQ(one.q90, 7);
+    const auto eleven = InversionStatistics::quantiles({10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0});
+    EXPECT_EQ(eleven.q10, 1);
+    EXPECT_EQ(eleven.q50, 5);
+    EXPECT_EQ(eleven.q90, 9);
+}
+
+TEST(InversionStatistics, ReportsWhatHasMoreThanTenValues)
+{
+    Datastore store;
+    store.setLimitRecords(false);
+    const auto z = info("z", "inv", "c"), a = info("a spectrum", "", "comment"), few = info("few", "inv", "");
+    for (int i = 0; i < 11; ++i) {
+        add(store, z, 0.1 * i);
+        add(store, a, 1234567 + i);
+        if (i < 10)
+            add(store, few, i);
+    }
+    add(store, few, std::nan(""));
+    EXPECT_EQ(InversionStatistics::report(store),
+              "Inversion statistics report:\n"
+              "dist_name  | file_name | rms_q10     | rms_q50     | rms_q90     | count\n"
+              "a spectrum | comment   | 1.23457e+06 | 1.23457e+06 | 1.23458e+06 | 11   \n"
+              "z          | inv       | 0.1         | 0.5         | 0.9         | 11   \n");
+}

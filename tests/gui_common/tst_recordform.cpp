@@ -1,0 +1,164 @@
+#include "gui/common/recordform.h"
+#include "gui/common/recordtext.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <QTextBrowser>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+using Spectrometer::RecordFlag;
+
+namespace {
+
+constexpr std::int64_t day20190912 = 18151 * ticksPerDay;
+
+std::shared_ptr<RecordFlag> flag(const QString &message, int type, const QVariantMap &properties = {})
+{
+    auto made = std::make_shared<RecordFlag>();
+    made->message = message;
+    made->type = type;
+    made->properties = properties;
+    return made;
+}
+
+/// Ends at 23:59:59.5 UTC.
+std::shared_ptr<Record> record()
+{
+    auto made = std::make_shared<Record>();
+    made->beginTime = recordTimeFromTicks(day20190912 + ticksPerDay - 60 * ticksPerSecond);
+    made->endTime = recordTimeFromTicks(day20190912 + ticksPerDay - ticksPerSecond / 2);
+    made->opmode = 0;
+    return made;
+}
+
+struct Form {
+    std::shared_ptr<UiInfo> ui = std::make_shared<UiInfo>();
+    RecordForm form{ui};
+    QTextBrowser *notes = form.findChild<QTextBrowser *>("notesBrowser");
+
+    Form() { setModes({"ions"}); }
+    void setModes(const QStringList &names)
+    {
+        auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
+        for (const QString &name : names)
+            metadata->opmodes.append(Opmode(metadata->opmodes.size(), name));
+        ui->setData(metadata, {});
+        ui->publish();
+    }
+    QString text(const QString &name) const { return form.findChild<QLabel *>(name)->text(); }
+    QStringList texts() const
+    {
+        return {text("dateLabel"), text("beginTimeLabel"), text("endTimeLabel"), text("opmodeLabel")};
+    }
+};
+
+} // namespace
+
+TEST(RecordText, Zone)
+{
+    const struct {
+        std::int64_t offset;
+        const char *text;
+    } table[] = {{0, ""},    {7200, "+2"},  {-12600, "-3:30"}, {20700, "+5:45"}, {-300, "-0:05"},
+                 {30, "+0"}, {-3600, "-1"}, {3659, "+1"},      {43200, "+12"}};
+    for (const auto &row : table)
+        EXPECT_EQ(RecordText::zone(row.offset), row.text) << row.offset;
+}
+
+TEST(RecordText, Times)
+{
+    const struct {
+        std::int64_t beginOffset, endOffset;
+        bool ended;
+        QStringList texts;
+    } table[] = {
+        {0, 0, true, {"2019-09-12 (UTC)", "23:59:00.000", "23:59:59.500"}},
+        {7200, 7200, true, {"2019-09-13 (UTC+2)", "01:59:00.000", "01:59:59.500"}},
+        {0, 60, true, {"2019-09-13 (UTC)", "23:59:00.000", "00:00:59.500"}},
+        {0, 0, false, {"2019-09-12 (UTC)", "n/a", "23:59:00.000"}},
+        {-12600, 0, false, {"2019-09-12 (UTC-3:30)", "n/a", "20:29:00.000"}},
+    };
+    for (const auto &row : table) {
+        auto one = record();
+        one->beginUtcOffset = row.beginOffset;
+        one->endUtcOffset = row.endOffset;
+        if (!row.ended)
+            one->endTime = {};
+        const RecordText::Times times = RecordText::times(*one);
+        EXPECT_EQ((QStringList{times.date, times.begin, times.end}), row.texts) << row.texts.first().toStdString();
+    }
+}
+
+TEST(RecordText, Notes)
+{
+    auto one = record();
+    EXPECT_EQ(RecordText::notes(*one), QString());
+    one->spectraProvisional = true;
+    EXPECT_TRUE(RecordText::notes(*one).contains("Distribution estimates are provisional"));
+    one->provisional = true;
+    one->flags = {flag("low %1", RecordFlag::Note), flag("<b>", RecordFlag::Failure), flag("x", RecordFlag::Warning)};
+    EXPECT_EQ(RecordText::notes(*one),
+              "<html><body><div class=\"info\">Measurement results are provisional</div>"
+              "<div><a href='0' class='info'> low %1</div><div><a href='1' class='failure'> &lt;b&gt;</div>"
+              "<div><a href='2' class='warning'> x</div></body></html>");
+    one->flags.assign(50000, flag("x", RecordFlag::Note));
+    EXPECT_EQ(RecordText::notes(*one).count("href"), 1000);
+    EXPECT_TRUE(RecordText::notes(*one).contains("and 49000 more"));
+}
+
+TEST(RecordForm, ShowsARecordAndNone)
+{
+    Form f;
+    EXPECT_EQ(f.texts(), (QStringList{"-", "-", "-", "-"}));
+    auto one = record();
+    one->provisional = true;
+    f.form.showRecord(one);
+    EXPECT_EQ(f.texts(), (QStringList{"2019-09-12 (UTC)", "23:59:00.000", "23:59:59.500", "ions"}));
+    EXPECT_EQ(f.notes->toPlainText(), "Measurement results are provisional");
+    auto *comment = f.form.findChild<QLineEdit *>();
+    EXPECT_EQ(comment->text(), "n/a");
+    EXPECT_FALSE(comment->isEnabled());
+
+    f.setModes({"<b>particles</b>" + QString(500, 'x')});
+    EXPECT_TRUE(f.text("opmodeLabel").startsWith("<b>particles"));
+    EXPECT_EQ(f.form.findChild<QLabel *>("opmodeLabel")->textFormat(), Qt::PlainText);
+    EXPECT_LT(f.form.minimumSizeHint().width(), 500) << "a name out of a file doesn't push the dock open";
+
+    one->opmode = 7;
+    f.form.showRecord(one);
+    EXPECT_EQ(f.text("opmodeLabel"), "");
+    f.form.showRecord(nullptr);
+    EXPECT_EQ(f.texts(), (QStringList{"-", "-", "-", "-"}));
+    EXPECT_EQ(f.notes->toPlainText(), "");
+    EXPECT_EQ(comment->text(), "");
+}
+
+TEST(RecordForm, FlagsHighlightWhatTheyAreAbout)
+{
+    Form f;
+    auto one = record();
+    one->flags = {
+        flag("none", RecordFlag::Note),
+        flag("flow", RecordFlag::Failure, {{"vars", QVariantList{"flow", "rh"}}, {"elms", QVariantList{3, 4}}})};
+    f.form.showRecord(one);
+    f.form.show();
+
+    // By keyboard: Tab takes the second link, Return follows it.
+    f.notes->setFocus();
+    QTest::keyClick(f.notes, Qt::Key_Tab);
+    QTest::keyClick(f.notes, Qt::Key_Tab);
+    QTest::keyClick(f.notes, Qt::Key_Return);
+    EXPECT_EQ(f.ui->highlightedVariables(), (QStringList{"flow", "rh"}));
+    EXPECT_EQ(f.ui->highlightedElectrometers(), (QList<int>{3, 4}));
+
+    f.form.flagClicked(QUrl("0"));
+    EXPECT_TRUE(f.ui->highlightedVariables().isEmpty());
+    for (const char *address : {"2", "-1", "x", "1x", ""}) {
+        f.form.flagClicked(QUrl("1"));
+        f.form.flagClicked(QUrl(QString::fromLatin1(address)));
+        EXPECT_TRUE(f.ui->highlightedVariables().isEmpty()) << address;
+    }
+}
