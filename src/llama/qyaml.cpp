@@ -1,0 +1,96 @@
+#include "llama/qyaml.h"
+
+#include "llama/yamlparser.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+
+namespace Llama {
+
+namespace {
+
+/// Opens an ordinary file. A pipe or a device might keep us waiting for ever.
+bool openForReading(QFile &file, QString *error)
+{
+    const QFileInfo info(file.fileName());
+    if (info.exists() && !info.isFile()) {
+        *error = QStringLiteral("Not a regular file");
+        return false;
+    }
+    const bool open = file.open(QIODevice::ReadOnly);
+    *error = file.errorString();
+    return open;
+}
+
+Node singleDocument(const QVariantList &documents, const QString &rootName)
+{
+    if (documents.size() != 1)
+        throw NodeError(QStringLiteral("File '%1' has bad structure").arg(rootName));
+    return Node(documents.first(), rootName);
+}
+
+} // namespace
+
+YamlError::YamlError(const QString &sourceName, const QString &message)
+    : Exception(sourceName.isEmpty() ? message : QStringLiteral("(%1) %2").arg(sourceName, message))
+{
+}
+
+QVariantList yamlLoad(const QByteArray &text, const QString &sourceName)
+{
+    return yamlLoad(text.constData(), size_t(text.size()), sourceName);
+}
+
+QVariantList yamlLoad(const char *text, size_t size, const QString &sourceName)
+{
+    return YamlParser(YamlInput(text, size), sourceName).documents();
+}
+
+QVariantList yamlLoad(QIODevice *device, const QString &sourceName)
+{
+    return YamlParser(YamlInput(device), sourceName).documents();
+}
+
+QVariantList yamlLoadFile(const QString &path)
+{
+    QFile file(path);
+    QString error;
+    if (!openForReading(file, &error))
+        throw YamlError(QStringLiteral("Could not open file '%1'").arg(path));
+    return yamlLoad(&file, QFileInfo(path).fileName());
+}
+
+QByteArray yamlDump(const QVariant &value)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (!yamlDump(value, &buffer))
+        throw YamlError(QStringLiteral("Failed to emit yaml document."));
+    return buffer.data();
+}
+
+Node loadYamlNode(const QString &path)
+{
+    QFile file(path);
+    QString error;
+    if (!openForReading(file, &error))
+        throw NodeError(QStringLiteral("File '%1' can not be opened: %2").arg(path, error));
+    try {
+        return singleDocument(yamlLoad(&file, QFileInfo(path).fileName()), path);
+    } catch (const YamlError &exception) {
+        throw NodeError(exception.message());
+    }
+}
+
+Node loadYamlNode(const QString &name, const FileSource &source)
+{
+    const QString rootName = QStringLiteral("%1/%2").arg(source.directory(), name);
+    try {
+        return singleDocument(yamlLoad(source.read(name), name), rootName);
+    } catch (const YamlError &exception) {
+        throw NodeError(exception.message());
+    }
+}
+
+} // namespace Llama

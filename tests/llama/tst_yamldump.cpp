@@ -1,0 +1,154 @@
+#include "llama/qyaml.h"
+
+#include <QBuffer>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace {
+
+using Llama::yamlDump;
+
+TEST(YamlDump, texts)
+{
+    const QVariantMap inner{{"x", 1}};
+    const std::pair<QVariant, QByteArray> table[] = {
+        {QVariantList{1, 2, 3}, "[1, 2, 3]\n"},
+        {QVariantList{}, "[]\n"},
+        {QVariantList{1, inner}, "- 1\n- x: 1\n"},
+        {QVariantList{QVariantList{1, 2}, QStringList{"a", "no"}}, "- [1, 2]\n- [a, 'no']\n"},
+        {QVariantMap{{"b", true}, {"a", false}}, "a: false\nb: true\n"},
+        {QVariantMap{{"m", inner}, {"e", QVariantMap()}}, "e: {}\nm:\n  x: 1\n"},
+        {QVariantMap{{"1", "1"}, {"on", "abc"}, {"", ""}}, "'': ''\n'1': '1'\n'on': abc\n"},
+        {QVariantMap{{"a", 1.5}, {"b", 5.0}, {"c", 1e-7}}, "a: 1.5\nb: 5\nc: 1e-07\n"},
+        {QVariantList{"yes", "1.5", "2019-01-01", "", "abc", "it's", "- x", "a: b"},
+         "['yes', '1.5', '2019-01-01', '', abc, it's, '- x', 'a: b']\n"},
+        {QVariantMap{{"a", QString::fromUtf8("\u00b5m \u2192")}}, "a: \u00b5m \u2192\n"},
+        {QVariantMap{{"a", QString("word ").repeated(100) + "end"}},
+         "a: " + QByteArray("word ").repeated(100) + "end\n"},
+        {QVariantMap{{"a", QByteArray("yes")}}, "a: yes\n"},
+    };
+    for (const auto &[value, text] : table)
+        EXPECT_EQ(yamlDump(value).toStdString(), text.toStdString());
+}
+
+TEST(YamlDump, what_cannot_be_said_fails_as_a_whole)
+{
+    for (const QVariant &value :
+         {QVariant(), QVariant(QVariantMap{{"a", QVariant()}}), QVariant(QVariantList{1, QVariant()})}) {
+        QBuffer buffer;
+        ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
+        EXPECT_FALSE(yamlDump(value, &buffer));
+        EXPECT_TRUE(buffer.data().isEmpty());
+        try {
+            yamlDump(value);
+            FAIL();
+        } catch (const Llama::YamlError &error) {
+            EXPECT_EQ(error.message(), "Failed to emit yaml document.");
+        }
+    }
+    QBuffer closed;
+    ASSERT_TRUE(closed.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(yamlDump(QVariant(1), &closed));
+}
+
+class RandomTrees {
+public:
+    QString text()
+    {
+        static const QStringList pieces{"a",
+                                        "yes",
+                                        "1",
+                                        ".",
+                                        "5",
+                                        "e+",
+                                        "0x",
+                                        " ",
+                                        "\n",
+                                        "\t",
+                                        "'",
+                                        "\"",
+                                        "#",
+                                        ": ",
+                                        "- ",
+                                        "?",
+                                        "[",
+                                        "]",
+                                        "{",
+                                        ",",
+                                        "&",
+                                        "*",
+                                        "!",
+                                        "%",
+                                        "\\",
+                                        "|",
+                                        ">",
+                                        "~",
+                                        "<<",
+                                        "=",
+                                        "--",
+                                        "...",
+                                        "@",
+                                        "`",
+                                        ":",
+                                        "\r",
+                                        "\x7f",
+                                        "\x01",
+                                        " \n ",
+                                        QString(QChar(0x2192)),
+                                        QString(QChar(0x2028)),
+                                        QString(QChar(0xfeff)),
+                                        QString(QChar(0x85)),
+                                        QString::fromUtf8("\U0001f600"),
+                                        QString(QChar(0))};
+        QString text;
+        for (unsigned i = below(6); i > 0; --i)
+            text += pieces[int(below(unsigned(pieces.size())))];
+        return text;
+    }
+    QVariant tree(int depth)
+    {
+        switch (below(depth > 0 ? 7 : 4)) {
+        case 0:
+            return int(m_random());
+        case 1:
+            return below(2) == 0;
+        case 2:
+        case 3:
+            return text();
+        case 4: {
+            QVariantList items;
+            for (unsigned i = below(4); i > 0; --i)
+                items.append(tree(depth - 1));
+            return items;
+        }
+        default: {
+            QVariantMap entries;
+            for (unsigned i = below(4); i > 0; --i)
+                entries.insert(text(), tree(depth - 1));
+            return entries;
+        }
+        }
+    }
+
+private:
+    unsigned below(unsigned bound) { return unsigned(m_random()) % bound; }
+    std::mt19937 m_random{5};
+};
+
+TEST(YamlDump, is_read_back_as_it_was)
+{
+    RandomTrees trees;
+    for (int round = 0; round < 20000; ++round) {
+        const QVariant tree = trees.tree(4);
+        const QByteArray text = yamlDump(tree);
+        try {
+            ASSERT_EQ(Llama::yamlLoad(text), QVariantList{tree}) << text.toStdString();
+        } catch (const Llama::YamlError &error) {
+            FAIL() << error.message().toStdString() << "\n" << text.toStdString();
+        }
+    }
+}
+
+} // namespace
