@@ -1,3 +1,4 @@
+#include "gui/common/tsb/cursorwrap.h"
 #include "gui/common/tsb/timeview.h"
 
 #include <QSignalSpy>
@@ -17,16 +18,18 @@ protected:
     TimeViewTest()
     {
         surroundings.now = [this] { return now; };
-        surroundings.pointer = [this] { return pointer; };
-        surroundings.movePointer = [this](QPoint to) {
-            if (pointerMoves)
-                pointer = to;
-        };
+        Tsb::setCursorAccess({[this](const QPoint &to) {
+                                  if (pointerMoves)
+                                      pointer = to;
+                              },
+                              [this] { return pointer; }});
         surroundings.screenAt = [](QPoint) { return QRect(0, 0, 2000, 1000); };
         view.setSurroundings(surroundings);
         view.resize(802, view.sizeHint().height());
         view.setTimeScale({start, second, 0});
     }
+
+    ~TimeViewTest() override { Tsb::setCursorAccess({}); }
 
     void mouse(QEvent::Type type, Qt::MouseButton button, QPoint position)
     {

@@ -1,9 +1,9 @@
 #include "gui/common/tsb/timeview.h"
 
+#include "gui/common/tsb/cursorwrap.h"
 #include "gui/common/tsb/timeticks.h"
 #include "util/timeformat.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
@@ -17,14 +17,11 @@ namespace Tsb {
 namespace {
 
 constexpr int rollInterval = 20;
-constexpr int edgeMargin = 5; // pixels from the screen's edge at which the pointer steps over to the other side
 
 TimeView::Surroundings realSurroundings()
 {
     TimeView::Surroundings real;
     real.now = [] { return currentRecordTime(); };
-    real.pointer = [] { return QCursor::pos(); };
-    real.movePointer = [](QPoint position) { QCursor::setPos(position); };
     real.screenAt = [](QPoint position) {
         const QScreen *screen = QGuiApplication::screenAt(position);
         return (screen ? screen : QGuiApplication::primaryScreen())->geometry();
@@ -32,20 +29,14 @@ TimeView::Surroundings realSurroundings()
     return real;
 }
 
-/// A whole step over the edge along one axis, or 0; *again is set while the pointer still stands at the edge it left.
-int wrapAlong(int position, int start, int length, int *state, bool *again)
+/// Takes note of the edge that a jump leaves. False: it is the one left last, and the pointer still stands there.
+bool leaveEdge(int jump, int *state)
 {
-    const int edge = position < start + edgeMargin ? -1 : position > start + length - edgeMargin ? 1 : 0;
-    *again = edge != 0 && *state == edge;
-    if (*again)
-        return 0;
+    const int edge = jump > 0 ? -1 : jump < 0 ? 1 : 0;
+    if (edge != 0 && edge == *state)
+        return false;
     *state = edge;
-    return -edge * (length - 2 * edgeMargin);
-}
-
-bool isNear(QPoint a, QPoint b)
-{
-    return std::abs(a.x() - b.x()) <= 2 && std::abs(a.y() - b.y()) <= 2;
+    return true;
 }
 
 /// The zoom of a drag by y pixels; no movement keeps the value to the tick.
@@ -76,6 +67,7 @@ TimeView::TimeView(QWidget *parent) : QFrame(parent), m_surroundings(realSurroun
     setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setCursor(Qt::OpenHandCursor);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
     setTimeOffset(0);
     updateFontMetrics();
     m_timeScale = TimeScale(m_surroundings.now(), ticksPerSecond, 0);
@@ -271,31 +263,19 @@ void TimeView::mouseMoveEvent(QMouseEvent *event)
     m_rollSpeed = std::copysign(distance * distance, distance);
 }
 
-/// False: the pointer still stands at an edge it has just left, and the movement counts for nothing.
-bool TimeView::stepOverScreenEdge(QPoint global, QPoint *wrap)
-{
-    const QRect screen = m_surroundings.screenAt(global);
-    bool againX = false, againY = false;
-    wrap->setX(wrapAlong(global.x(), screen.x(), screen.width(), &m_wrapStateX, &againX));
-    if (againX)
-        return false;
-    wrap->setY(wrapAlong(global.y(), screen.y(), screen.height(), &m_wrapStateY, &againY));
-    return !againY;
-}
-
 void TimeView::pan(QMouseEvent *event)
 {
-    QPoint wrap;
-    if (m_wrapping && !stepOverScreenEdge(event->globalPos(), &wrap))
-        return;
+    QPoint jump;
+    if (m_wrapping) {
+        jump = cursorJumpAtScreenEdge(event->globalPos(), m_surroundings.screenAt(event->globalPos()));
+        if (!leaveEdge(jump.x(), &m_wrapStateX) || !leaveEdge(jump.y(), &m_wrapStateY))
+            return;
+    }
     const QPoint delta = event->pos() - m_pressPoint;
-    if (!wrap.isNull()) {
-        const QPoint target = event->globalPos() + wrap;
-        m_surroundings.movePointer(target);
-        if (isNear(m_surroundings.pointer(), target))
-            m_pressPoint += wrap;
-        else
-            m_wrapping = false;
+    if (!jump.isNull()) {
+        m_wrapping = moveCursor(event->globalPos() + jump);
+        if (m_wrapping)
+            m_pressPoint += jump;
     }
     panAndZoom(delta);
 }

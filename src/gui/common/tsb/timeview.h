@@ -15,12 +15,10 @@ namespace Tsb {
 class TimeView : public QFrame {
     Q_OBJECT
 public:
-    /// What moves and reads the mouse pointer, and the clock; replaced by tests. All set.
+    /// The clock and the screens; replaced by tests. All set.
     struct Surroundings {
         std::function<RecordTime()> now;
-        std::function<QPoint()> pointer;         ///< global position
-        std::function<void(QPoint)> movePointer; ///< may have no effect, as under some window systems
-        std::function<QRect(QPoint)> screenAt;   ///< geometry of the screen of a global position
+        std::function<QRect(QPoint)> screenAt; ///< geometry of the screen of a global position
     };
 
     explicit TimeView(QWidget *parent = nullptr);
@@ -78,7 +76,6 @@ private:
     void updateFontMetrics();
     void pan(QMouseEvent *event);
     void panAndZoom(QPoint delta);
-    bool stepOverScreenEdge(QPoint global, QPoint *wrap);
     void paintCursor(QPainter &painter, const QSize &size) const;
     int contentsWidth() const { return contentsRect().width(); }
 

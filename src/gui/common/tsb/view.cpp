@@ -1,13 +1,15 @@
 #include "gui/common/tsb/view.h"
 
+#include "gui/common/iconhelp.h"
 #include "gui/common/tsb/plot.h"
 #include "gui/common/tsb/titlebutton.h"
 #include "gui/common/tsb/viewlayout.h"
 
 #include <QAction>
-#include <QIcon>
 #include <QStyle>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace Tsb {
 
@@ -28,7 +30,7 @@ View::View(QWidget *parent)
     connect(m_closeButton, &TitleButton::clicked, this, &View::closeClicked);
 
     setContextMenuPolicy(Qt::ActionsContextMenu);
-    auto *close = new QAction(QIcon(QStringLiteral(":/icons/remove.png")), tr("Close"), this);
+    auto *close = new QAction(namedIcon(QStringLiteral("remove")), tr("Close"), this);
     auto *below = new QAction(tr("Close this and below"), this);
     connect(close, &QAction::triggered, this, &View::discard);
     connect(below, &QAction::triggered, this, &View::closeBelow);
@@ -48,6 +50,16 @@ QVariant View::settings() const
 }
 
 void View::setSettings(const QVariant &) {}
+
+void View::setVisibleSpectra(const QSet<QString> &) {}
+
+void View::restoreHeight(const QVariant &height)
+{
+    bool ok = false;
+    const double wanted = height.toDouble(&ok);
+    if (ok && wanted >= 1)
+        setFixedHeight(int(std::clamp(wanted, 16.0, 4096.0)));
+}
 
 void View::setTimeScale(TimeScale) {}
 

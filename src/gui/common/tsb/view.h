@@ -4,6 +4,7 @@
 #include "gui/common/uiinfo.h"
 #include "store/datastore.h"
 
+#include <QSet>
 #include <QVariant>
 #include <QWidget>
 
@@ -33,6 +34,9 @@ public:
     virtual QVariant settings() const;
     /// Takes what is sound in the settings; an invalid value changes nothing.
     virtual void setSettings(const QVariant &settings);
+
+    /// Shows the spectra of these ids, in a view that shows spectra; the base does nothing.
+    virtual void setVisibleSpectra(const QSet<QString> &ids);
 
     /// A temporary view isn't kept in the setup, and its button makes it lasting before it closes it.
     bool isTemporary() const { return m_temporary; }
@@ -65,6 +69,8 @@ protected:
     ViewLayout *viewLayout() const { return m_layout; }
     /// Wires one plot to this view: its wishes go out, the time cursor goes both ways.
     void connectPlot(Plot *plot);
+    /// Takes a fixed height out of settings: held within 16 .. 4096; nothing for 0, less, or what is no number.
+    void restoreHeight(const QVariant &height);
     /// Adds a separator to the context menu and returns it.
     QAction *addSeparator();
 

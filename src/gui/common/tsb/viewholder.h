@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QPointer>
+#include <QVector>
+#include <QWidget>
+
+class QFrame;
+class QVBoxLayout;
+
+namespace Tsb {
+
+class View;
+
+/// The place that a dragged view's top at height y asks for, among the items of which the one at `placeholderIndex`
+/// keeps its place free. Items are the geometries in the order of the layout.
+int dropIndex(const QVector<QRect> &items, int placeholderIndex, int spacing, int y);
+
+/// Holds the views one below the other and lets the user put them in another order by dragging. Behind the views it has
+/// two items of its own: the row that adds plots and a stretch.
+class ViewHolder : public QWidget {
+    Q_OBJECT
+public:
+    explicit ViewHolder(QWidget *parent = nullptr);
+
+    QVBoxLayout *viewLayout() const { return m_layout; }
+    /// Appends the row behind the views; called once.
+    void setLastRow(QWidget *row);
+    /// Appends a view to the views.
+    void addView(View *view);
+    /// The views in the order of display, one that is being dragged at the place kept for it; those that are closing
+    /// are left out.
+    QVector<View *> viewsInOrder() const;
+
+Q_SIGNALS:
+    /// A drag has put the views in another order.
+    void reordered();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    static constexpr int fixedItemCount = 2;
+
+    View *viewAt(const QPoint &position) const;
+    void startDrag(View *view, const QPoint &position);
+    void endDrag();
+    void movePlaceholder(int index);
+    int viewItemCount() const;
+
+    QVBoxLayout *m_layout;
+    QPointer<View> m_draggedView;
+    QPoint m_pressPosition;
+    QPoint m_viewStartPosition;
+    QFrame *m_placeholder;
+    int m_dragStartIndex = 0;
+    int m_placeholderIndex = -1; ///< -1: no drag
+};
+
+} // namespace Tsb
