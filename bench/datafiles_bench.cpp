@@ -1,0 +1,273 @@
+// How fast day files are read, and what the records take.
+//
+//   datafiles_bench                 fields alone: ours and double-conversion
+//   datafiles_bench --read          a file of 100 MB and more into a store, beside pandas.read_csv (bench/read_csv.py)
+//   datafiles_bench --memory [N]    resident size with N (500 000) records read from files
+
+#include "datafiles/filereadertask.h"
+#include "datafiles/recordparser/fieldsplitter.h"
+#include "datafiles/recordparser/numberparser.h"
+#include "util/timeformat.h"
+
+#include <double-conversion/string-to-double.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <random>
+
+namespace {
+
+/// Printed numbers as day files hold them: six digits, magnitudes of currents, variances, voltages and concentrations.
+class NumberTexts {
+public:
+    NumberTexts()
+    {
+        std::mt19937 random(1);
+        std::normal_distribution<double> magnitude(0.5, 1.6);
+        for (int i = 0; i < 65536; ++i) {
+            const double value = std::pow(10.0, magnitude(random)) * (i % 3 ? 1.0 : -1.0);
+            m_texts.append(QByteArray::number(value, 'g', 6));
+        }
+    }
+    const QByteArray &next() { return m_texts[int((m_state = m_state * 1664525u + 1013904223u) >> 16)]; }
+
+private:
+    QVector<QByteArray> m_texts;
+    std::uint32_t m_state = 1;
+};
+
+QByteArray list(const char *prefix, int count)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += (i ? ", " : "") + QByteArray(prefix) + QByteArray::number(i);
+    return text;
+}
+
+QByteArray recordsHeader(int electrometers, int variables)
+{
+    const QByteArray n = QByteArray::number(electrometers);
+    QByteArray columns("begin_time\tend_time\topmode");
+    for (const char *kind : {"cur_", "curvar_", "rawcur_", "volt_"})
+        for (int i = 0; i < electrometers; ++i)
+            columns += '\t' + QByteArray(kind) + QByteArray::number(i);
+    for (int i = 0; i < variables; ++i)
+        columns += "\tp" + QByteArray::number(i);
+    return "# Quilvane records\n# opmodes: [ions]\n# total electrometers: " + n +
+           "\n# electrometer groups: {pos: [0, " + QByteArray::number(electrometers - 1) +
+           "]}\n# electrometer names: [" + list("e", electrometers) + "]\n# parameters: [" + list("p", variables) +
+           "]\n# \n" + columns + "\tflags\n";
+}
+
+QByteArray spectraHeader(int points)
+{
+    QByteArray text("# Quilvane spectra\n# spectra:\n");
+    for (const char *name : {"ions neg", "ions pos"}) {
+        text += "# - {name: " + QByteArray(name) + ", scale: mobility, xunit: cm^2/s/V, yunit: 1/cm^3, xpoints: [";
+        for (int i = 0; i < points; ++i)
+            text += (i ? ", " : "") + QByteArray::number(3.2 * std::pow(0.82, i));
+        text += "]}\n";
+    }
+    return text + "# \nbegin_time\tend_time\topmode\tx\n";
+}
+
+QByteArray rowHead(int second)
+{
+    const RecordTime begin = recordTimeFromTicks((1568246400 + qint64(second)) * ticksPerSecond);
+    QByteArray text;
+    appendTimeText(text, begin);
+    text += '\t';
+    appendTimeText(text, begin + Ticks(ticksPerSecond));
+    return text + "\tions";
+}
+
+void writeFile(const QString &path, const QByteArray &header, int first, int rows, int numbers, bool flags)
+{
+    static NumberTexts texts;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("can't write %s", qPrintable(path));
+    file.write(header);
+    QByteArray text;
+    for (int i = 0; i < rows; ++i) {
+        text += rowHead(first + i);
+        for (int k = 0; k < numbers; ++k)
+            text += '\t' + texts.next();
+        text += flags ? "\t\n" : "\n";
+        if (text.size() > 1 << 20 || i + 1 == rows) {
+            file.write(text);
+            text.clear();
+        }
+    }
+}
+
+/// "VmRSS:" and the like of this process, in bytes.
+qint64 statusBytes(const char *key)
+{
+    QFile file("/proc/self/status");
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : file.readAll().split('\n'))
+        if (line.startsWith(key))
+            return line.mid(int(std::strlen(key))).trimmed().split(' ').first().toLongLong() * 1024;
+    return 0;
+}
+
+double median(QVector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? 0 : values[values.size() / 2];
+}
+
+std::shared_ptr<FileReader> makeReader()
+{
+    return std::make_shared<FileReader>(FileReader::SpectrumMap(), earliestRecordTime, latestRecordTime);
+}
+
+double readSeconds(const QString &path, int *rows)
+{
+    QElapsedTimer clock;
+    clock.start();
+    const auto reader = makeReader();
+    *rows = reader->readFile(path);
+    reader->finishRecords();
+    const double seconds = double(clock.nsecsElapsed()) * 1e-9;
+    benchmark::DoNotOptimize(reader->datastore()->size());
+    return seconds;
+}
+
+int runRead()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("20190912-block.records");
+    writeFile(path, recordsHeader(42, 32), 0, 75000, 200, true);
+    const double megabytes = double(QFile(path).size()) * 1e-6;
+    std::printf("%.0f MB, 75000 rows of 3 texts and 200 numbers\n", megabytes);
+    int rows = 0;
+    readSeconds(path, &rows);
+    QVector<double> ours, theirs, ratios;
+    for (int round = 0; round < 5; ++round) {
+        QProcess peer;
+        peer.start("/usr/bin/python3", {QStringLiteral(READ_CSV_SCRIPT), path, "2"});
+        const bool ended = peer.waitForFinished(-1) && peer.exitCode() == 0;
+        const QList<QByteArray> lines = peer.readAllStandardOutput().trimmed().split('\n');
+        ours.append(readSeconds(path, &rows));
+        if (!ended) {
+            std::printf("read_csv failed: %s\n", peer.readAllStandardError().constData());
+            continue;
+        }
+        theirs.append(lines.last().split(' ').first().toDouble()); // warmed up by the first
+        ratios.append(theirs.last() / ours.last());
+    }
+    std::printf("ours      %6.0f ms  %5.1f ns a number  %.0f MB/s\n", median(ours) * 1e3, median(ours) * 1e9 / 15e6,
+                megabytes / median(ours));
+    if (!theirs.isEmpty())
+        std::printf("read_csv  %6.0f ms\nratio     %6.2f (median of %d)\n", median(theirs) * 1e3, median(ratios),
+                    ratios.size());
+    return 0;
+}
+
+int runMemory(int records)
+{
+    const QTemporaryDir folder;
+    const int perFile = 86400;
+    QStringList files;
+    for (int first = 0; first < records; first += perFile) {
+        const QString stem = QString::number(20190912 + files.size());
+        const int rows = std::min(perFile, records - first);
+        writeFile(folder.filePath(stem + "-block.records"), recordsHeader(42, 12), first, rows, 180, true);
+        writeFile(folder.filePath(stem + "-block-ions.spectra"), spectraHeader(40), first, rows, 160, false);
+        files << stem + "-block.records" << stem + "-block-ions.spectra";
+    }
+    const qint64 before = statusBytes("VmRSS:");
+    const auto reader = makeReader();
+    FileReaderTask task(reader, {files, folder.path()});
+    task.run();
+    reader->finishRecords();
+    const qint64 after = statusBytes("VmRSS:");
+    const double payload = 2720.0 * reader->datastore()->size();
+    std::printf(
+        "%d records in %.1f s; resident %.0f MB, %.0f MB of it before; %.3f times the payload (%.3f with all)\n",
+        reader->datastore()->size(), task.seconds(), double(after) * 1e-6, double(before) * 1e-6,
+        double(after - before) / payload, double(after) / payload);
+    std::printf("highest while reading: %.0f MB\n", double(statusBytes("VmHWM:")) * 1e-6);
+    return 0;
+}
+
+/// One megabyte of rows, split already.
+struct Fields {
+    Fields()
+    {
+        NumberTexts texts;
+        for (int i = 0; i < 100000; ++i)
+            line += texts.next() + '\t';
+        splitter.split(viewOf(line), '\t', std::size_t(100001));
+    }
+    QByteArray line;
+    FieldSplitter splitter;
+};
+
+void doubleConversion(benchmark::State &state)
+{
+    const Fields fields;
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    using double_conversion::StringToDoubleConverter;
+    const StringToDoubleConverter converter(StringToDoubleConverter::ALLOW_CASE_INSENSIBILITY, nan, nan, "inf", "nan");
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < 100000; ++i) {
+            int used = 0;
+            const TextView field = fields.splitter[i];
+            benchmark::DoNotOptimize(converter.StringToDouble(field.data(), int(field.size()), &used));
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * 100000);
+}
+BENCHMARK(doubleConversion)->Repetitions(5)->ReportAggregatesOnly();
+
+void ownParser(benchmark::State &state)
+{
+    const Fields fields;
+    std::vector<double> values(100000);
+    for (auto _ : state) {
+        FieldCursor cursor(fields.splitter, 0);
+        cursor.numbers(values.data(), values.size());
+        benchmark::DoNotOptimize(values.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * 100000);
+}
+BENCHMARK(ownParser)->Repetitions(5)->ReportAggregatesOnly();
+
+void splitting(benchmark::State &state)
+{
+    Fields fields;
+    for (auto _ : state) {
+        fields.splitter.split(viewOf(fields.line), '\t', 100001);
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * 100000);
+}
+BENCHMARK(splitting);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc > 1 && std::strcmp(argv[1], "--read") == 0)
+        return runRead();
+    if (argc > 1 && std::strcmp(argv[1], "--memory") == 0)
+        return runMemory(argc > 2 ? QByteArray(argv[2]).toInt() : 500000);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
