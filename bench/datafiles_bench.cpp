@@ -1,7 +1,7 @@
 // How fast day files are read, and what the records take.
 //
 //   datafiles_bench                 fields alone: ours and double-conversion
-//   datafiles_bench --read          a file of 100 MB and more into a store, beside pandas.read_csv (bench/read_csv.py)
+//   datafiles_bench --read [alone]  a file of 100 MB and more into a store, beside pandas.read_csv (bench/read_csv.py)
 //   datafiles_bench --memory [N]    resident size with N (500 000) records read from files
 
 #include "datafiles/filereadertask.h"
@@ -146,7 +146,7 @@ double readSeconds(const QString &path, int *rows)
     return seconds;
 }
 
-int runRead()
+int runRead(bool withPeer)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath("20190912-block.records");
@@ -158,12 +158,14 @@ int runRead()
     QVector<double> ours, theirs, ratios;
     for (int round = 0; round < 5; ++round) {
         QProcess peer;
-        peer.start("/usr/bin/python3", {QStringLiteral(READ_CSV_SCRIPT), path, "2"});
-        const bool ended = peer.waitForFinished(-1) && peer.exitCode() == 0;
+        if (withPeer)
+            peer.start("/usr/bin/python3", {QStringLiteral(READ_CSV_SCRIPT), path, "2"});
+        const bool ended = withPeer && peer.waitForFinished(-1) && peer.exitCode() == 0;
         const QList<QByteArray> lines = peer.readAllStandardOutput().trimmed().split('\n');
         ours.append(readSeconds(path, &rows));
         if (!ended) {
-            std::printf("read_csv failed: %s\n", peer.readAllStandardError().constData());
+            if (withPeer)
+                std::printf("read_csv failed: %s\n", peer.readAllStandardError().constData());
             continue;
         }
         theirs.append(lines.last().split(' ').first().toDouble()); // warmed up by the first
@@ -264,7 +266,7 @@ BENCHMARK(splitting);
 int main(int argc, char **argv)
 {
     if (argc > 1 && std::strcmp(argv[1], "--read") == 0)
-        return runRead();
+        return runRead(argc < 3 || std::strcmp(argv[2], "alone") != 0);
     if (argc > 1 && std::strcmp(argv[1], "--memory") == 0)
         return runMemory(argc > 2 ? QByteArray(argv[2]).toInt() : 500000);
     benchmark::Initialize(&argc, argv);
