@@ -1,0 +1,14 @@
+#pragma once
+
+#include "datafiles/plainfileoutput.h"
+#include "demo/campaign.h"
+
+namespace Demo {
+
+/// The settings that write a campaign's variant "block" into a folder, with the residuals of the currents.
+Spectrometer::PlainFileOutput::Settings outputSettings(const Campaign &campaign, const QString &folder);
+
+/// Writes the records and spectra files of a campaign. Rows that could not be written are counted and logged.
+Spectrometer::PlainFileOutput::RowCounts writeCampaign(const Campaign &campaign, const QString &folder);
+
+} // namespace Demo
