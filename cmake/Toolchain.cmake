@@ -15,7 +15,7 @@ set(CMAKE_CXX_FLAGS_DEV "-O1 -g1")
 set(CMAKE_CXX_FLAGS_RELEASE "-O3 -g1 -DNDEBUG")
 
 find_program(CCACHE_PROGRAM ccache)
-if(CCACHE_PROGRAM)
+if(CCACHE_PROGRAM AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Precompiled headers and ccache agree only with these allowances.
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
       CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_NOHASHDIR=1
@@ -51,6 +51,15 @@ if(MORVANTIDE_SANITIZE STREQUAL "address")
 elseif(MORVANTIDE_SANITIZE STREQUAL "thread")
   add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
   add_link_options(-fsanitize=thread)
+endif()
+
+if(MORVANTIDE_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "The fuzz targets need clang: cmake --preset fuzz")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
 endif()
 
 find_package(Threads REQUIRED)

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::size_t slabSize = std::size_t(2) << 20;
 constexpr std::size_t pieceAlignment = 8;
-constexpr std::size_t largestShared = slabSize / 8; // larger pieces get a mapping of their own
+[[maybe_unused]] constexpr std::size_t largestShared = slabSize / 8; // larger pieces get a mapping of their own
 // A slab in use starts with far more references than it can hold pieces; what wasn't handed out is taken off at its
 // end.
 constexpr std::int64_t bias = std::int64_t(1) << 40;
@@ -66,7 +66,7 @@ SlabHead *makeSlab(std::size_t bytes, std::int64_t references)
     return head;
 }
 
-SlabHead *slabOf(void *piece)
+[[maybe_unused]] SlabHead *slabOf(void *piece)
 {
     return reinterpret_cast<SlabHead *>(reinterpret_cast<std::uintptr_t>(piece) & ~std::uintptr_t(slabSize - 1));
 }
