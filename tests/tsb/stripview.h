@@ -39,7 +39,7 @@ public:
         kept = settings;
         restoreHeight(settings.toMap().value(QStringLiteral("height")));
     }
-    void setVisibleSpectra(const QSet<QString> &ids) override { spectra = ids; }
+    void setVisibleSpectra(QSet<QString> ids) override { spectra = ids; }
     void fitScale() override { fittedWidths.append(plot()->contentsRect().width()); }
 
     QVariant kept;

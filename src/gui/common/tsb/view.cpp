@@ -51,7 +51,7 @@ QVariant View::settings() const
 
 void View::setSettings(const QVariant &) {}
 
-void View::setVisibleSpectra(const QSet<QString> &) {}
+void View::setVisibleSpectra(QSet<QString>) {}
 
 void View::restoreHeight(const QVariant &height)
 {

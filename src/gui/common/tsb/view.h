@@ -36,7 +36,7 @@ public:
     virtual void setSettings(const QVariant &settings);
 
     /// Shows the spectra of these ids, in a view that shows spectra; the base does nothing.
-    virtual void setVisibleSpectra(const QSet<QString> &ids);
+    virtual void setVisibleSpectra(QSet<QString> ids);
 
     /// A temporary view isn't kept in the setup, and its button makes it lasting before it closes it.
     bool isTemporary() const { return m_temporary; }
