@@ -360,14 +360,15 @@ TEST_F(BrowserTest, SpectrogramsFromTheMenu)
     EXPECT_EQ(action->menu()->actions()[0]->text(), QStringLiteral("Ions"));
     action->menu()->actions()[1]->trigger();
     auto *const both = dynamic_cast<StripView *>(browser->views().last());
-    EXPECT_EQ(both->spectra, (QSet<QString>{QStringLiteral("p1-id"), QStringLiteral("p2-id")}));
+    const QSet<QString> particles{QStringLiteral("p1-id"), QStringLiteral("p2-id")};
+    EXPECT_EQ(both->spectra, particles);
     action->trigger();
     EXPECT_TRUE(dynamic_cast<StripView *>(browser->views().last())->spectra.isEmpty());
     browser->closeAllViews();
     settle();
     browser->addDefaultStack();
     ASSERT_EQ(browser->views().size(), 2);
-    EXPECT_EQ(dynamic_cast<StripView *>(browser->views()[0])->spectra, both->spectra);
+    EXPECT_EQ(dynamic_cast<StripView *>(browser->views()[0])->spectra, particles);
     browser->setEnabled(false);
     EXPECT_FALSE(action->isEnabled());
 }
