@@ -1,0 +1,55 @@
+#pragma once
+
+#include "gui/common/tsb/barstrip.h"
+#include "gui/common/tsb/plot.h"
+#include "gui/common/uiinfo.h"
+#include "records/recordflag.h"
+
+namespace Tsb {
+
+/// A strip of one line: in which operating mode the instrument was, or in which records one flag is raised.
+class OpmodePlot : public Plot {
+    Q_OBJECT
+public:
+    enum Mode { Opmode, Flag };
+
+    explicit OpmodePlot(QWidget *parent = nullptr);
+
+    Mode mode() const { return m_mode; }
+    const Spectrometer::RecordFlag &flag() const { return m_flag; }
+    void showOpmode();
+    void showFlag(const Spectrometer::RecordFlag &flag);
+
+    void setDatastore(Datastore *datastore) override;
+    void setUiInfo(std::shared_ptr<UiInfo> uiInfo);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+public Q_SLOTS:
+    void reloadSetup();
+
+protected:
+    void drawRange(QPainter &painter, int first, int last) override;
+
+private:
+    /// The style of a record: by its mode, with further styles for provisional records and those without the flag.
+    std::uint8_t styleOf(const Record &record) const;
+    void rebuildStyles();
+    void bringStylesUpToDate();
+    void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags);
+    void noteRemoved();
+
+    std::shared_ptr<UiInfo> m_uiInfo;
+    Mode m_mode = Opmode;
+    Spectrometer::RecordFlag m_flag;
+    int m_knownModes = 0; ///< modes that have a colour; more are drawn in black
+    std::vector<BarStyle> m_styles;
+    std::deque<std::uint8_t> m_recordStyles; ///< by record, apart from the records so that drawing doesn't touch them
+    bool m_recordStylesStale = true;
+    BarStripPainter m_painter;
+};
+
+/// The pale tint of an operating mode's colour that fills its bars.
+QColor paleTint(const QColor &color);
+
+} // namespace Tsb

@@ -1,0 +1,133 @@
+#include "gui/common/tsb/barstrip.h"
+
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+
+namespace {
+
+using Tsb::BarStripPainter;
+
+/// A made-up run of records, and the strip painted in both ways.
+class Strip {
+public:
+    explicit Strip(int height = 20) : m_height(height)
+    {
+        for (const QColor &color : {QColor(196, 160, 0), QColor(32, 74, 135), QColor(164, 0, 0)}) {
+            m_styles.push_back({QPen(QBrush(color), 0, Qt::SolidLine, Qt::SquareCap), QBrush(color.lighter()), false});
+            m_styles.push_back({QPen(QBrush(color), 0, Qt::SolidLine, Qt::SquareCap), QBrush(Qt::white), true});
+        }
+        m_styles.push_back({QPen(Qt::NoPen), QBrush(QColor(238, 238, 236)), false});
+        m_source.spans = &m_spans;
+        m_source.styles = &m_styles;
+        m_source.styleOf = [this](std::size_t i) { return m_styleOf[i]; };
+        m_scale = TimeScale(recordTimeFromTicks(1'000'000'000), 1'000'000, 0);
+    }
+
+    void add(double beginPixel, double pixels, int style)
+    {
+        const auto tick = [this](double x) {
+            return recordTimeFromTicks(ticksOf(m_scale.originTick) + std::int64_t(x * double(m_scale.ticksPerPixel)));
+        };
+        m_spans.append(tick(beginPixel), tick(beginPixel + pixels));
+        m_styleOf.push_back(std::uint8_t(style));
+    }
+
+    QImage painted(bool eachBar, int first = 0, int last = width)
+    {
+        QImage image(width, m_height, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setClipRect(first, 0, last - first, m_height);
+        if (eachBar)
+            BarStripPainter::drawEachBar(painter, m_height, m_source, m_scale, first, last);
+        else
+            m_painter.draw(painter, image, m_source, m_scale, first, last);
+        painter.end();
+        return image;
+    }
+
+    static constexpr int width = 300;
+
+private:
+    int m_height;
+    TimeScale m_scale;
+    SpanIndex m_spans;
+    std::vector<std::uint8_t> m_styleOf;
+    std::vector<Tsb::BarStyle> m_styles;
+    Tsb::BarStripSource m_source;
+    BarStripPainter m_painter;
+};
+
+int greatestDifference(const QImage &a, const QImage &b)
+{
+    int greatest = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y), q = b.pixel(x, y);
+            greatest = std::max({greatest, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
+                                 std::abs(qBlue(p) - qBlue(q))});
+        }
+    return greatest;
+}
+
+TEST(BarStrip, looks_as_if_every_bar_were_drawn)
+{
+    const struct {
+        const char *name;
+        double perPixel;  ///< records in a pixel
+        double widest;    ///< pixels
+        bool modesInTurn; ///< else in long runs
+        int styles;       ///< how many of the styles occur
+    } cases[] = {
+        {"wide bars", 0.1, 9, true, 6},        {"about a pixel", 0.8, 2, true, 6},
+        {"a few to a pixel", 4, 0.3, true, 6}, {"dozens to a pixel", 40, 0.025, true, 6},
+        {"hundreds", 250, 0.004, true, 5},     {"hundreds in runs", 250, 0.004, false, 7},
+        {"mixed widths", 3, 1.6, true, 7},     {"only without the flag", 20, 0.05, true, 7},
+    };
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> uniform(0, 1);
+    for (const auto &c : cases) {
+        for (const int height : {12, 15, 20, 23}) {
+            Strip strip(height);
+            double x = -3;
+            int i = 0;
+            while (x < Strip::width + 3) {
+                const int style = c.modesInTurn ? i % c.styles : (i / 400) % c.styles;
+                strip.add(x, c.widest * uniform(random), style);
+                x += 2 * uniform(random) / c.perPixel;
+                ++i;
+            }
+            EXPECT_LE(greatestDifference(strip.painted(false), strip.painted(true)), 2)
+                << c.name << ", height " << height;
+        }
+    }
+}
+
+TEST(BarStrip, draws_only_the_columns_that_it_is_asked_for)
+{
+    Strip strip;
+    for (int i = 0; i < 30000; ++i)
+        strip.add(i * 0.01, i % 1000 == 0 ? 3.0 : 0.008, i % 6);
+    const QImage whole = strip.painted(false);
+    const QImage part = strip.painted(false, 100, 140);
+    for (int x = 0; x < Strip::width; ++x)
+        for (int y = 0; y < whole.height(); ++y)
+            ASSERT_EQ(part.pixel(x, y), x >= 100 && x < 140 ? whole.pixel(x, y) : qRgb(255, 255, 255)) << x << ' ' << y;
+}
+
+TEST(BarStrip, absurd_times_stay_bounded)
+{
+    Strip strip;
+    strip.add(-1e9, 2e9, 0);
+    strip.add(5, -200, 1);
+    for (int i = 0; i < 1000; ++i)
+        strip.add(5, 0, 2);
+    strip.add(50, 1e12, 3);
+    strip.painted(false);
+}
+
+} // namespace
