@@ -21,6 +21,7 @@ QColor paleTint(const QColor &color)
 OpmodePlot::OpmodePlot(QWidget *parent) : Plot(parent)
 {
     rebuildStyles();
+    m_recordStyles.setValueOf([this](const Record &record) { return styleOf(record); });
 }
 
 QSize OpmodePlot::sizeHint() const
@@ -42,7 +43,7 @@ void OpmodePlot::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
 void OpmodePlot::reloadSetup()
 {
     rebuildStyles();
-    m_recordStylesStale = true;
+    m_recordStyles.invalidate();
     requestFullRedraw();
 }
 
@@ -81,7 +82,7 @@ std::uint8_t OpmodePlot::styleOf(const Record &record) const
 void OpmodePlot::showOpmode()
 {
     m_mode = Opmode;
-    m_recordStylesStale = true;
+    m_recordStyles.invalidate();
     requestFullRedraw();
 }
 
@@ -89,7 +90,7 @@ void OpmodePlot::showFlag(const Spectrometer::RecordFlag &flag)
 {
     m_flag = flag;
     m_mode = Flag;
-    m_recordStylesStale = true;
+    m_recordStyles.invalidate();
     requestFullRedraw();
 }
 
@@ -100,7 +101,7 @@ void OpmodePlot::setDatastore(Datastore *store)
     if (datastore())
         disconnect(datastore(), nullptr, this, nullptr);
     Plot::setDatastore(store);
-    m_recordStylesStale = true;
+    m_recordStyles.invalidate();
     if (store) {
         connect(store, &Datastore::updated, this, &OpmodePlot::noteUpdated);
         connect(store, &Datastore::removed, this, &OpmodePlot::noteRemoved);
@@ -109,33 +110,12 @@ void OpmodePlot::setDatastore(Datastore *store)
 
 void OpmodePlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int)
 {
-    if (m_recordStylesStale)
-        return;
-    const std::size_t place = std::size_t(index);
-    const std::size_t count = std::size_t(datastore()->size());
-    if (count == m_recordStyles.size() + 1)
-        m_recordStyles.insert(m_recordStyles.begin() + index, styleOf(*record));
-    else if (count == m_recordStyles.size())
-        m_recordStyles[place] = styleOf(*record);
-    else
-        m_recordStylesStale = true;
+    m_recordStyles.noteUpdated(*datastore(), index, *record);
 }
 
 void OpmodePlot::noteRemoved()
 {
-    if (!m_recordStyles.empty())
-        m_recordStyles.pop_front();
-}
-
-void OpmodePlot::bringStylesUpToDate()
-{
-    const auto &records = datastore()->records();
-    if (!m_recordStylesStale && m_recordStyles.size() == records.size())
-        return;
-    m_recordStyles.clear();
-    for (const auto &record : records)
-        m_recordStyles.push_back(styleOf(*record));
-    m_recordStylesStale = false;
+    m_recordStyles.noteRemoved();
 }
 
 void OpmodePlot::drawRange(QPainter &painter, int first, int last)
@@ -143,11 +123,11 @@ void OpmodePlot::drawRange(QPainter &painter, int first, int last)
     clearRange(painter, first, last);
     if (!datastore())
         return;
-    bringStylesUpToDate();
+    const std::vector<std::uint8_t> &styles = m_recordStyles.values(*datastore());
     BarStripSource source;
     source.spans = &datastore()->recordSpans();
     source.styles = &m_styles;
-    source.styleOf = [this](std::size_t i) { return m_recordStyles[i]; };
+    source.styleOf = [&styles](std::size_t i) { return styles[i]; };
     m_painter.draw(painter, *static_cast<QImage *>(painter.device()), source, timeScale(), first, last);
 }
 

@@ -2,6 +2,7 @@
 
 #include "gui/common/tsb/barstrip.h"
 #include "gui/common/tsb/plot.h"
+#include "gui/common/tsb/recordcolumn.h"
 #include "gui/common/uiinfo.h"
 #include "records/recordflag.h"
 
@@ -35,7 +36,6 @@ private:
     /// The style of a record: by its mode, with further styles for provisional records and those without the flag.
     std::uint8_t styleOf(const Record &record) const;
     void rebuildStyles();
-    void bringStylesUpToDate();
     void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags);
     void noteRemoved();
 
@@ -44,8 +44,7 @@ private:
     Spectrometer::RecordFlag m_flag;
     int m_knownModes = 0; ///< modes that have a colour; more are drawn in black
     std::vector<BarStyle> m_styles;
-    std::deque<std::uint8_t> m_recordStyles; ///< by record, apart from the records so that drawing doesn't touch them
-    bool m_recordStylesStale = true;
+    RecordColumn<std::uint8_t> m_recordStyles;
     BarStripPainter m_painter;
 };
 

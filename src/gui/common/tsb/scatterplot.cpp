@@ -1,0 +1,381 @@
+#include "gui/common/tsb/scatterplot.h"
+
+#include "gui/common/tsb/barstrip.h"
+#include "gui/common/tsb/markerpainter.h"
+#include "gui/common/tsb/opmodeplot.h"
+#include "gui/common/tsb/scatterseries.h"
+#include "gui/common/tsb/scattervalues.h"
+
+#include <QPainter>
+#include <QStaticText>
+
+#include <cmath>
+
+namespace Tsb {
+
+namespace {
+
+constexpr std::uint8_t unknownMode = 255;
+constexpr int markerMargin = 2; ///< a marker reaches beyond its record's own columns
+
+const QColor cursorColor(0, 0, 0, 80);
+
+QRgb opaque(const QColor &color)
+{
+    return color.isValid() ? color.rgb() | 0xff000000u : qRgb(0, 0, 0);
+}
+
+} // namespace
+
+ScatterPlot::ScatterPlot(QWidget *parent) : Plot(parent)
+{
+    setMouseTracking(true);
+    setRedrawMargin(markerMargin);
+    m_opmodes.setValueOf([](const Record &record) {
+        return record.opmode >= 0 && record.opmode < unknownMode ? std::uint8_t(record.opmode) : unknownMode;
+    });
+}
+
+ScatterPlot::~ScatterPlot() = default;
+
+// ---- what is drawn
+
+void ScatterPlot::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
+{
+    if (m_uiInfo)
+        disconnect(m_uiInfo.get(), nullptr, this, nullptr);
+    m_uiInfo = std::move(uiInfo);
+    if (m_uiInfo)
+        connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &ScatterPlot::reloadSetup);
+    reloadSetup();
+}
+
+void ScatterPlot::setScale(ValueScale scale)
+{
+    if (scale == m_scale)
+        return;
+    m_scale = scale;
+    requestFullRedraw();
+}
+
+void ScatterPlot::setSettings(ScatterPlotSettings settings)
+{
+    if (settings == m_settings)
+        return;
+    m_settings = std::move(settings);
+    rebuildSeries();
+}
+
+void ScatterPlot::reloadSetup()
+{
+    rebuildSeries();
+}
+
+void ScatterPlot::rebuildSeries()
+{
+    m_recordSeries.clear();
+    m_spectrumSeries.clear();
+    requestFullRedraw();
+    if (!m_uiInfo || !m_uiInfo->metadata())
+        return;
+    const int number = m_settings.electrometerNumber;
+    if (m_settings.type == ScatterPlotSettings::Electrometer) {
+        if (number < 0 || number >= m_uiInfo->metadata()->totalElectrometers)
+            return;
+        if (m_settings.showElectrometerNoise)
+            return addRecordSeries([number](const Record &r) { return electrometerNoise(r, number); }, false);
+        if (m_settings.showRawCurrents)
+            addRecordSeries([number](const Record &r) { return slotValue(r.rawCurrents, number); }, true);
+        if (m_settings.showProcessedCurrents)
+            addRecordSeries([number](const Record &r) { return slotValue(r.currents, number); }, false);
+    } else if (m_settings.type == ScatterPlotSettings::Variable) {
+        if (const auto variable = m_uiInfo->metadata()->variable(m_settings.parameterName)) {
+            const int slot = variable->valueIndex;
+            addRecordSeries([slot](const Record &r) { return slotValue(r.variables, slot); }, false);
+        }
+    } else {
+        rebuildSpectrumSeries();
+    }
+}
+
+void ScatterPlot::addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool pale)
+{
+    RecordSeries series;
+    series.values.setValueOf(std::move(valueOf));
+    for (const QColor &color : m_uiInfo->opmodeColors())
+        series.colors.push_back(opaque(pale ? paleTint(color) : color));
+    m_recordSeries.push_back(std::move(series));
+}
+
+void ScatterPlot::rebuildSpectrumSeries()
+{
+    for (const SpectMath::SpectrumInfoPointer &info : m_uiInfo->spectrumInfos()) {
+        if (!m_settings.visibleSpectra.contains(info->hash))
+            continue;
+        std::function<double(const SpectMath::Spectrum &)> valueOf, scaleValueOf;
+        if (m_settings.type == ScatterPlotSettings::Concentration) {
+            const RealVector weights = concentrationWeights(*info, m_settings);
+            valueOf = [weights](const SpectMath::Spectrum &s) { return concentrationOf(s, weights); };
+            // A scale of decades; nothing and less than nothing lie below all of them.
+            scaleValueOf = [weights](const SpectMath::Spectrum &s) {
+                const double value = concentrationOf(s, weights);
+                return value <= 0 ? -std::numeric_limits<double>::infinity() : std::log10(value);
+            };
+        } else {
+            const SpectrumParameter parameter = m_settings.spectrumParameter;
+            valueOf = [parameter](const SpectMath::Spectrum &s) { return parameterOf(s, parameter); };
+            scaleValueOf = valueOf;
+        }
+        const QRgb color = opaque(m_uiInfo->spectrumColor(info.get()));
+        m_spectrumSeries.push_back({info, SeriesColumn(info, scaleValueOf), color, valueOf});
+    }
+}
+
+// ---- the values, kept beside the store
+
+void ScatterPlot::setDatastore(Datastore *store)
+{
+    if (datastore())
+        disconnect(datastore(), nullptr, this, nullptr);
+    Plot::setDatastore(store);
+    m_opmodes.invalidate();
+    rebuildSeries();
+    if (store) {
+        connect(store, &Datastore::updated, this, &ScatterPlot::noteUpdated);
+        connect(store, &Datastore::removed, this, &ScatterPlot::noteRemoved);
+    }
+}
+
+void ScatterPlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int flags)
+{
+    if ((flags & SpectraChanged) != 0) {
+        for (SpectrumSeries &series : m_spectrumSeries)
+            series.values.noteUpdated(*datastore(), record);
+        return;
+    }
+    m_opmodes.noteUpdated(*datastore(), index, *record);
+    for (RecordSeries &series : m_recordSeries)
+        series.values.noteUpdated(*datastore(), index, *record);
+}
+
+void ScatterPlot::noteRemoved()
+{
+    m_opmodes.noteRemoved();
+    for (RecordSeries &series : m_recordSeries)
+        series.values.noteRemoved();
+    for (SpectrumSeries &series : m_spectrumSeries)
+        series.values.invalidate();
+}
+
+PixelRange ScatterPlot::rangeOfUpdatedRecord(int, const std::shared_ptr<Record> &record, int flags)
+{
+    const bool cameIn = (flags & (RecordCameIn | 8)) != 0;
+    const bool values = (flags & DataReplaced) != 0 && m_settings.type != ScatterPlotSettings::Concentration;
+    const bool spectra = (flags & SpectraChanged) != 0 && m_settings.usesSpectra();
+    return cameIn || values || spectra ? spanOf(*record, redrawMargin()) : PixelRange();
+}
+
+// ---- drawing
+
+double ScatterPlot::rowOf(double scaleValue) const
+{
+    return contentsRect().height() - m_scale.pixel(scaleValue);
+}
+
+void ScatterPlot::drawRange(QPainter &painter, int first, int last)
+{
+    clearRange(painter, first, last);
+    if (!datastore() || !m_scale.valid)
+        return;
+    MarkerPainter marker(*static_cast<QImage *>(painter.device()), first, last);
+    if (m_settings.usesSpectra())
+        drawSpectrumSeries(marker, first, last);
+    else
+        drawRecordSeries(marker, first, last);
+}
+
+void ScatterPlot::drawRecordSeries(MarkerPainter &marker, int first, int last)
+{
+    if (m_recordSeries.empty())
+        return;
+    const SpanIndex &spans = datastore()->recordSpans();
+    const auto run = barRun(spans, timeScale(), first - 1, last + 1);
+    const std::uint8_t *const opmodes = m_opmodes.values(*datastore()).data();
+    const PositionMap x(timeScale());
+    const double height = contentsRect().height();
+    struct Line {
+        const double *values;
+        const QRgb *colors;
+        std::size_t colorCount;
+    };
+    std::vector<Line> lines;
+    for (RecordSeries &series : m_recordSeries)
+        lines.push_back({series.values.values(*datastore()).data(), series.colors.data(), series.colors.size()});
+    for (std::size_t i = run.first; i < run.second; ++i) {
+        const double column = x(middleTick(spans, i));
+        for (const Line &line : lines) {
+            const double row = height - m_scale.pixel(line.values[i]);
+            const std::uint8_t mode = opmodes[i];
+            marker.mark(column, row, mode < line.colorCount ? line.colors[mode] : qRgb(0, 0, 0));
+        }
+    }
+}
+
+void ScatterPlot::drawSpectrumSeries(MarkerPainter &marker, int first, int last)
+{
+    std::vector<ScatterCursor> cursors;
+    for (SpectrumSeries &series : m_spectrumSeries) {
+        const SpanIndex &spans = datastore()->seriesSpans(series.info.get());
+        const auto run = barRun(spans, timeScale(), first - 1, last + 1);
+        cursors.push_back({&spans, series.values.values(*datastore()).data(), series.color, run.first, run.second});
+    }
+    const PositionMap x(timeScale());
+    const double height = contentsRect().height();
+    visitInTimeOrder(cursors, [&](const ScatterCursor &at, std::size_t i) {
+        const double row = height - m_scale.pixel(at.values[i]);
+        marker.mark(x(middleTick(*at.spans, i)), row, at.color);
+    });
+}
+
+template<typename Visit>
+void ScatterPlot::visitInSight(Visit visit)
+{
+    if (!datastore())
+        return;
+    const int width = contentsRect().width();
+    if (m_settings.usesSpectra()) {
+        for (SpectrumSeries &series : m_spectrumSeries) {
+            const auto run = barRun(datastore()->seriesSpans(series.info.get()), timeScale(), -1, width + 1);
+            const std::vector<double> &values = series.values.values(*datastore());
+            for (std::size_t i = run.first; i < run.second; ++i)
+                visit(values[i]);
+        }
+        return;
+    }
+    const auto run = barRun(datastore()->recordSpans(), timeScale(), -1, width + 1);
+    for (RecordSeries &series : m_recordSeries) {
+        const std::vector<double> &values = series.values.values(*datastore());
+        for (std::size_t i = run.first; i < run.second; ++i)
+            visit(values[i]);
+    }
+}
+
+std::pair<double, double> ScatterPlot::minMax()
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    double least = infinity, greatest = -infinity;
+    visitInSight([&](double value) {
+        if (std::isfinite(value)) {
+            least = std::min(least, value);
+            greatest = std::max(greatest, value);
+        }
+    });
+    return least <= greatest ? std::make_pair(least, greatest) : std::make_pair(noValue, noValue);
+}
+
+// ---- the selected record
+
+std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) const
+{
+    std::vector<Point> points;
+    if (!m_uiInfo || !m_uiInfo->metadata())
+        return points;
+    const auto metadata = m_uiInfo->metadata();
+    if (!m_settings.usesSpectra()) {
+        const bool electrometer = m_settings.type == ScatterPlotSettings::Electrometer;
+        const auto variable = metadata->variable(m_settings.parameterName);
+        const QString name =
+            electrometer ? electrometerSeriesName(*metadata, m_settings.electrometerNumber) : m_settings.parameterName;
+        const QString unit = scatterUnit(m_settings, variable ? variable->unit : QString());
+        for (const RecordSeries &series : m_recordSeries) {
+            const double value = series.values.valueOf(record);
+            const bool known = record.opmode >= 0 && std::size_t(record.opmode) < series.colors.size();
+            if (!std::isnan(value))
+                points.push_back(
+                    {name, unit, value, value, known ? series.colors[std::size_t(record.opmode)] : qRgb(0, 0, 0)});
+        }
+        return points;
+    }
+    for (const auto &spectrum : record.spectra) {
+        for (const SpectrumSeries &series : m_spectrumSeries) {
+            if (spectrum->info.get() != series.info.get())
+                continue;
+            const double value = series.valueOf(*spectrum);
+            if (!std::isnan(value))
+                points.push_back({m_uiInfo->spectrumName(series.info.get()), scatterUnit(m_settings, QString()), value,
+                                  series.values.valueOf(*spectrum), series.color});
+        }
+    }
+    return points;
+}
+
+std::vector<double> ScatterPlot::scaleValuesOf(const Record &record) const
+{
+    std::vector<double> values;
+    for (const Point &point : pointsOf(record))
+        values.push_back(point.scaleValue);
+    return values;
+}
+
+void ScatterPlot::drawOverlay(QPainter &painter)
+{
+    const QRect contents = contentsRect();
+    painter.setPen(cursorColor);
+    if (isValueCursorVisible())
+        painter.drawLine(contents.left(), valueCursorPixel(), contents.right(), valueCursorPixel());
+    if (isTimeCursorVisible())
+        painter.drawLine(timeCursorPixel(), contents.top(), timeCursorPixel(), contents.bottom());
+    if (currentRecord() && m_scale.valid)
+        drawSelectedRecord(painter, contents);
+}
+
+void ScatterPlot::drawSelectedRecord(QPainter &painter, const QRect &contents)
+{
+    const double x = timeScale().positionOf(currentRecord()->midTime);
+    if (!(x >= -2 && x <= contents.width() + 2))
+        return;
+    const std::vector<Point> points = pointsOf(*currentRecord());
+    double topmost = contents.height();
+    painter.save();
+    painter.translate(contents.topLeft());
+    painter.setBrush(Qt::white);
+    for (const Point &point : points) {
+        const double y = rowOf(point.scaleValue);
+        if (std::isnan(y))
+            continue;
+        const int row = qRound(std::max(std::min(y, double(contents.height())), -1.0));
+        painter.setPen(Qt::black);
+        painter.drawRect(qRound(x) - 3, row - 3, 6, 6);
+        painter.setPen(QColor(point.color));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(qRound(x) - 1, row - 1, 2, 2);
+        painter.setBrush(Qt::white);
+        topmost = std::min(topmost, double(row));
+    }
+    if (m_settings.datalabels && !points.empty())
+        drawLabel(painter, contents, points, x, topmost);
+    painter.restore();
+}
+
+/// To the right of the marker where it fits, otherwise to its left.
+void ScatterPlot::drawLabel(QPainter &painter, const QRect &contents, const std::vector<Point> &points, double x,
+                            double y)
+{
+    QStringList lines;
+    for (const Point &point : points)
+        lines << scatterLabelLine(point.color, point.name, point.value, point.unit);
+    QStaticText text(lines.join(QLatin1String("<br>")));
+    text.setTextFormat(Qt::RichText);
+    text.prepare(QTransform(), painter.font());
+    const QSizeF size = text.size();
+    constexpr double distance = 8;
+    double left = x + distance;
+    if (left + size.width() > contents.width())
+        left = x - distance - size.width();
+    const double top = std::max(0.0, std::min(y - size.height() / 2, contents.height() - size.height()));
+    painter.fillRect(QRectF(QPointF(left, top), size).adjusted(-4, -2, 4, 2), QColor(255, 255, 255, 204));
+    painter.setPen(Qt::black);
+    painter.drawStaticText(QPointF(left, top), text);
+}
+
+} // namespace Tsb

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "gui/common/tsb/plot.h"
+#include "gui/common/tsb/recordcolumn.h"
+#include "gui/common/tsb/scatterplotsettings.h"
+#include "gui/common/tsb/valuescale.h"
+#include "gui/common/uiinfo.h"
+
+#include <QPen>
+
+#include <utility>
+
+namespace Tsb {
+
+/// One value per record (or per record and spectrum) against time, as small marks in the colour of the record's mode or
+/// of the spectrum. What off the scale lies on the edge.
+class ScatterPlot : public Plot {
+    Q_OBJECT
+public:
+    explicit ScatterPlot(QWidget *parent = nullptr);
+    ~ScatterPlot() override;
+
+    const ScatterPlotSettings &settings() const { return m_settings; }
+    const ValueScale &scale() const { return m_scale; }
+
+    void setDatastore(Datastore *datastore) override;
+    void setUiInfo(std::shared_ptr<UiInfo> uiInfo);
+
+    /// The least and the greatest value in sight, in decades for concentrations; two NaN if there are none.
+    std::pair<double, double> minMax();
+    /// The values of one record as they are placed on the scale, in drawing order; NaN left out.
+    std::vector<double> scaleValuesOf(const Record &record) const;
+
+public Q_SLOTS:
+    void setScale(ValueScale scale);
+    void setSettings(ScatterPlotSettings settings);
+    /// Names, colours or the list of spectra changed.
+    void reloadSetup();
+
+protected:
+    void drawRange(QPainter &painter, int first, int last) override;
+    void drawOverlay(QPainter &painter) override;
+    PixelRange rangeOfUpdatedRecord(int index, const std::shared_ptr<Record> &record, int flags) override;
+
+private:
+    /// A line of points with one value for each record: currents, noise or a variable.
+    struct RecordSeries {
+        RecordColumn<double> values;
+        std::vector<QRgb> colors; ///< by opmode; black for modes outside it
+    };
+    /// A line of points with one value for each entry of a spectrum series.
+    struct SpectrumSeries {
+        SpectMath::SpectrumInfoPointer info;
+        SeriesColumn values;
+        QRgb color;
+        std::function<double(const SpectMath::Spectrum &)> valueOf; ///< as the label tells it
+    };
+    /// One point of one record, as the overlay and the label need it.
+    struct Point {
+        QString name;
+        QString unit;
+        double value;      ///< as the label tells it
+        double scaleValue; ///< as it is placed
+        QRgb color;
+    };
+
+    void rebuildSeries();
+    void addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool pale);
+    void rebuildSpectrumSeries();
+    void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags);
+    void noteRemoved();
+
+    double rowOf(double scaleValue) const;
+    void drawRecordSeries(class MarkerPainter &marker, int first, int last);
+    void drawSpectrumSeries(class MarkerPainter &marker, int first, int last);
+    template<typename Visit>
+    void visitInSight(Visit visit);
+    std::vector<Point> pointsOf(const Record &record) const;
+    void drawSelectedRecord(QPainter &painter, const QRect &contents);
+    void drawLabel(QPainter &painter, const QRect &contents, const std::vector<Point> &points, double x, double y);
+
+    std::shared_ptr<UiInfo> m_uiInfo;
+    ValueScale m_scale;
+    ScatterPlotSettings m_settings;
+    RecordColumn<std::uint8_t> m_opmodes; ///< 255 for modes that have no colour
+    std::vector<RecordSeries> m_recordSeries;
+    std::vector<SpectrumSeries> m_spectrumSeries;
+};
+
+} // namespace Tsb

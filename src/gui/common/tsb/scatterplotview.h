@@ -1,0 +1,67 @@
+#pragma once
+
+#include "gui/common/tsb/scatterplot.h"
+#include "gui/common/tsb/singleplotview.h"
+
+class QAction;
+
+namespace Tsb {
+
+class Resizer;
+class ScatterPropertiesRow;
+class VerticalScaleWidget;
+
+/// The view around a scatter plot: its vertical scale, a row of properties for the present kind, a grip.
+class ScatterPlotView : public SinglePlotView<ScatterPlot> {
+    Q_OBJECT
+public:
+    explicit ScatterPlotView(QWidget *parent = nullptr);
+    ~ScatterPlotView() override;
+
+    const ScatterPlotSettings &plotSettings() const { return plot()->settings(); }
+    VerticalScaleWidget *scaleWidget() const { return m_scale; }
+    ScatterPropertiesRow *propertiesRow() const { return m_properties; }
+
+    void setUiInfo(std::shared_ptr<UiInfo> uiInfo) override;
+    void setCurrentRecord(std::shared_ptr<Record> record) override;
+    QVariant settings() const override;
+    void setSettings(const QVariant &settings) override;
+
+public Q_SLOTS:
+    /// The kind, a ScatterPlotSettings::Type. A kind without a choice yet takes the first there is.
+    void showType(int type);
+    void setElectrometerSelection(int electrometer);
+    void setDiagnosticSelection(const QString &channelName);
+    void setFractionSmallerLimit(double value);
+    void setFractionLargerLimit(double value);
+    void setFractionLimits(const SpectMath::MobilitySize &smaller, const SpectMath::MobilitySize &larger);
+    void setFractionScale(SpectMath::DistributionScale scale);
+    void setVisibleSpectra(const QSet<QString> &ids);
+    void setSpectrumParameter(SpectrumParameter parameter);
+    void setPropertiesVisible(bool visible);
+    void setDatalabelsEnabled(bool on);
+    void fitScale() override;
+    /// Shifts the scale, keeping its span, so that the current record's values are in view.
+    void showSelectedValue();
+    void reloadSetup();
+
+private:
+    void makeActions();
+    void change(const std::function<void(ScatterPlotSettings &)> &edit);
+    void applySettings();
+    void refreshLabel();
+    void chooseDefaults(ScatterPlotSettings &settings) const;
+
+    std::shared_ptr<UiInfo> m_uiInfo;
+    ScatterPlotSettings m_settings;
+    VerticalScaleWidget *m_scale;
+    ScatterPropertiesRow *m_properties;
+    Resizer *m_resizer;
+    QAction *m_labelAction = nullptr;
+    QAction *m_propertiesAction = nullptr;
+    QAction *m_rawAction = nullptr;
+    QAction *m_processedAction = nullptr;
+    QAction *m_noiseAction = nullptr;
+};
+
+} // namespace Tsb

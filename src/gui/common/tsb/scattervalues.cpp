@@ -1,0 +1,128 @@
+#include "gui/common/tsb/scattervalues.h"
+
+#include <QColor>
+
+#include <cmath>
+
+namespace Tsb {
+
+using SpectMath::ConcentrationType;
+using SpectMath::DistributionScale;
+
+double slotValue(const RealVector &values, int slot)
+{
+    return slot >= 0 && std::size_t(slot) < values.size() ? values[std::size_t(slot)] : noValue;
+}
+
+double electrometerNoise(const Record &record, int electrometer)
+{
+    const double variance = slotValue(record.currentVariances, electrometer);
+    return variance >= 0 ? std::sqrt(variance) : noValue;
+}
+
+double concentrationOf(const SpectMath::Spectrum &spectrum, const RealVector &weights)
+{
+    const std::size_t n = weights.size();
+    if (spectrum.status != 0 || n == 0 || spectrum.concentrations.size() != n)
+        return noValue;
+    const double *const c = spectrum.concentrations.data().begin();
+    const double *const w = weights.data().begin();
+    double sum = 0;
+    for (std::size_t i = 0; i < n; ++i)
+        sum += w[i] * c[i];
+    return sum;
+}
+
+double parameterOf(const SpectMath::Spectrum &spectrum, SpectrumParameter parameter)
+{
+    if (spectrum.status != 0)
+        return noValue;
+    switch (parameter) {
+    case SpectrumParameter::BackErrorMeanSq:
+        return spectrum.currentRmsError;
+    case SpectrumParameter::BackErrorMeanAvg:
+        return spectrum.currentMeanAbsError;
+    case SpectrumParameter::SumBackError:
+        return spectrum.currentTotalError;
+    }
+    return noValue;
+}
+
+RealVector concentrationWeights(const SpectMath::SpectrumInfo &info, const ScatterPlotSettings &settings)
+{
+    if (!settings.totalConcentration)
+        return info.fractionWeights(settings.smallerLimit, settings.largerLimit, settings.concentrationType);
+    SpectMath::MobilitySize lower, upper;
+    lower.diameterUnit = upper.diameterUnit = info.sizeUnit;
+    lower.mobilityUnit = upper.mobilityUnit = info.mobilityUnit;
+    lower.diameter = upper.mobility = 0.0;
+    lower.mobility = upper.diameter = std::numeric_limits<double>::infinity();
+    return info.fractionWeights(lower, upper, settings.concentrationType);
+}
+
+namespace {
+
+QString concentrationUnitWord(ConcentrationType type)
+{
+    switch (type) {
+    case ConcentrationType::number:
+        return QStringLiteral("#");
+    case ConcentrationType::radius:
+    case ConcentrationType::diameter:
+        return QStringLiteral("nm");
+    case ConcentrationType::surface:
+        return QStringLiteral("nm²");
+    case ConcentrationType::volume:
+        return QStringLiteral("nm³");
+    }
+    return QString();
+}
+
+QString fractionLabel(const ScatterPlotSettings &settings)
+{
+    const bool mobility = settings.fractionScale == DistributionScale::mobility;
+    const auto limit = [mobility](const SpectMath::MobilitySize &size) {
+        return QString::number(mobility ? size.mobility : size.diameter);
+    };
+    return limit(settings.smallerLimit) + QLatin1String(" - ") + limit(settings.largerLimit) + QLatin1Char(' ') +
+           (mobility ? QStringLiteral("cm²/V/s") : QStringLiteral("nm"));
+}
+
+} // namespace
+
+QString scatterScaleLabel(const ScatterPlotSettings &settings, const QString &name, const QString &unit)
+{
+    switch (settings.type) {
+    case ScatterPlotSettings::Electrometer:
+        return QStringLiteral("Elm. ") + name + (settings.showElectrometerNoise ? QStringLiteral(" noise") : QString());
+    case ScatterPlotSettings::Variable:
+        return unit.isEmpty() ? name : name + QLatin1String(" (") + unit + QLatin1Char(')');
+    case ScatterPlotSettings::Concentration:
+        return (settings.totalConcentration ? QStringLiteral("Total concentration") : fractionLabel(settings)) +
+               QLatin1String("\n(") + scatterUnit(settings, QString()) + QLatin1Char(')');
+    default:
+        return displayText(settings.spectrumParameter);
+    }
+}
+
+QString scatterUnit(const ScatterPlotSettings &settings, const QString &variableUnit)
+{
+    switch (settings.type) {
+    case ScatterPlotSettings::Variable:
+        return variableUnit;
+    case ScatterPlotSettings::Concentration:
+        return concentrationUnitWord(settings.concentrationType) + QStringLiteral("/cm³");
+    default:
+        return QStringLiteral("fA");
+    }
+}
+
+QString scatterLabelLine(const QRgb color, const QString &name, double value, const QString &unit)
+{
+    const QString number = QString::number(value, 'g', 6);
+    return QStringLiteral("<font color='") + QColor(color).name() + QLatin1String("'>") + name.toHtmlEscaped() +
+           QLatin1String(":</font> ") + number +
+           (unit.isEmpty() ? QString() : QLatin1String(" (") + unit.toHtmlEscaped() + QLatin1Char(')'));
+}
+
+} // namespace Tsb
