@@ -245,7 +245,7 @@ void Campaign::addFlags(Record &record, int slot) const
     };
     raise(hasFailed(slot), flags.chargerFailure);
     raise(mean(DiagnosticSource::Humidity) > 66, flags.highHumidity);
-    raise(mode == Mode::Particles && !hasFailed(slot) && mean(DiagnosticSource::ChargerCurrentPos) < 30.4,
+    raise(mode == Mode::Particles && !hasFailed(slot) && mean(DiagnosticSource::ChargerCurrentPos) < 28,
           flags.weakCharger);
     raise(mode == Mode::Offset && mean(DiagnosticSource::ElectronicsTemperature) > 34.5, flags.zeroDrift);
     raise(hour > 2.1 && hour < 2.1 + 3 * m_settings.interval / 3600.0, flags.inletCleaned);

@@ -67,6 +67,9 @@ RealVector DiagnosticSource::measure(const Weather &weather, double day, bool ch
     means[FilterVoltage] = charging ? 148 : 0.4;
     means[ChargerCurrentNeg] = charging ? 27 + 0.1 * warmth : 0;
     means[ChargerCurrentPos] = charging && !chargerFailed ? 31 + 0.1 * warmth : 0;
+    const double hour = 24 * (day - std::floor(day));
+    if (hour > 20.3 && hour < 21.2) // its needle is dirty
+        means[ChargerCurrentPos] *= 0.85;
     means[AnalyserVoltageNeg] = -798 + 0.03 * warmth;
     means[AnalyserVoltagePos] = 801 + 0.03 * warmth;
     means[ElectronicsTemperature] = 31 + 0.6 * warmth;

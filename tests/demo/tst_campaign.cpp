@@ -1,0 +1,176 @@
+#include "demo/campaign.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+
+using Demo::Campaign;
+using Demo::Mode;
+using Demo::Polarity;
+
+namespace {
+
+/// The total of a spectrum, 1/cm^3, by the trapezoids over log10 of its axis.
+double totalOf(const SpectMath::Spectrum &spectrum)
+{
+    RealVector fractions, uncertainties;
+    spectrum.getFractions(fractions, uncertainties);
+    double total = 0;
+    for (double fraction : fractions)
+        total += fraction;
+    return total;
+}
+
+double diameterOfPeak(const SpectMath::Spectrum &spectrum)
+{
+    const auto &values = spectrum.concentrations;
+    return 2 * spectrum.info->radii[std::size_t(std::max_element(values.begin(), values.end()) - values.begin())];
+}
+
+/// The records of a day, by mode.
+class CampaignTest : public ::testing::TestWithParam<unsigned> {
+protected:
+    CampaignTest()
+    {
+        Campaign::Settings settings;
+        settings.seed = GetParam();
+        campaign = std::make_unique<Campaign>(settings);
+        for (int slot = 0; slot < campaign->slotCount(); ++slot) {
+            if (auto record = campaign->record(slot)) {
+                records.push_back(record);
+                slots.push_back(slot);
+            }
+        }
+    }
+
+    double hour(std::size_t i) const { return 24 * campaign->dayOf(slots[i]); }
+
+    std::unique_ptr<Campaign> campaign;
+    std::vector<std::shared_ptr<Record>> records;
+    std::vector<int> slots;
+};
+
+} // namespace
+
+TEST_P(CampaignTest, EventGrowsOverTheAfternoon)
+{
+    // The mean peak of each hour from the start of growth to the evening, of both polarities.
+    double before = 0;
+    for (int begin = 13; begin < 19; ++begin) {
+        double sum = 0;
+        int count = 0;
+        for (std::size_t i = 0; i < records.size(); ++i) {
+            if (records[i]->opmode != int(Mode::Particles) || hour(i) < begin || hour(i) >= begin + 1)
+                continue;
+            for (const auto &spectrum : records[i]->spectra) {
+                sum += diameterOfPeak(*spectrum);
+                ++count;
+            }
+        }
+        ASSERT_GT(count, 5) << begin;
+        EXPECT_GT(sum / count, before + 2) << begin;
+        before = sum / count;
+        EXPECT_LT(before, 14 + 6.5 * (begin - 13)) << begin;
+    }
+    EXPECT_GT(before, 33);
+    EXPECT_LT(before, 43);
+    EXPECT_NEAR(campaign->atmosphere().eventDiameter(12.35 / 24), 2, 0.6);
+    EXPECT_NEAR(campaign->atmosphere().eventDiameter(18.5 / 24), 40, 4);
+}
+
+TEST_P(CampaignTest, TotalsAreThoseOfRealAir)
+{
+    double quietest = 1e9, busiest = 0;
+    for (std::size_t i = 0; i < records.size(); ++i)
+        for (const auto &spectrum : records[i]->spectra) {
+            if (spectrum->status != 0)
+                continue;
+            const double total = totalOf(*spectrum);
+            if (records[i]->opmode == int(Mode::Ions)) {
+                EXPECT_GT(total, 350) << hour(i);
+                EXPECT_LT(total, 3000) << hour(i);
+            } else {
+                quietest = std::min(quietest, total);
+                busiest = std::max(busiest, total);
+            }
+        }
+    EXPECT_GT(quietest, 300);
+    EXPECT_LT(quietest, 1500);
+    EXPECT_GT(busiest, 1e4);
+    EXPECT_LT(busiest, 5e4);
+}
+
+TEST_P(CampaignTest, NoiseIsThatOfTheVariances)
+{
+    // Currents against the truth, in deviations: mean 0, variance 1. So are spectra, where no value was cut off at 0.
+    const auto judge = [](const std::vector<double> &scaled, const char *what) {
+        double sum = 0, squares = 0;
+        for (double value : scaled) {
+            sum += value;
+            squares += value * value;
+        }
+        const double count = double(scaled.size());
+        EXPECT_GT(count, 2000) << what;
+        EXPECT_NEAR(sum / count, 0, 0.08) << what;
+        EXPECT_NEAR(squares / count, 1, 0.12) << what;
+    };
+    std::vector<double> currents, concentrations;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const Record &record = *records[i];
+        const Mode mode = Mode(record.opmode);
+        const double day = campaign->dayOf(slots[i]);
+        for (Polarity polarity : {Polarity::Negative, Polarity::Positive}) {
+            const RealVector expected = campaign->trueCurrents(mode, polarity, day);
+            for (std::size_t k = 0; k < expected.size(); ++k) {
+                const double measured = record.currents[std::size_t(Demo::Instrument::firstChannel(polarity)) + k];
+                const double variance = campaign->instrument().variance(expected[k], campaign->averagingSeconds());
+                if (!std::isnan(measured))
+                    currents.push_back((measured - expected[k]) / std::sqrt(variance));
+            }
+        }
+        for (std::size_t p = 0; p < record.spectra.size(); ++p) {
+            const auto &spectrum = *record.spectra[p];
+            if (spectrum.status != 0)
+                continue;
+            const RealVector expected = campaign->truth(mode, Polarity(p), spectrum.info->nativePoints(), day);
+            const BandMatrix &covariances = spectrum.covariances;
+            for (std::size_t j = 0; j < expected.size(); ++j) {
+                const double deviation = std::sqrt(covariances(j, j));
+                if (expected[j] > 4 * deviation)
+                    concentrations.push_back((spectrum.concentrations[j] - expected[j]) / deviation);
+            }
+        }
+    }
+    judge(currents, "currents");
+    judge(concentrations, "concentrations");
+}
+
+TEST_P(CampaignTest, HoldsEverythingThatAReaderMustCopeWith)
+{
+    std::set<int> modes, flagTypes;
+    int missingCurrents = 0, missingVariables = 0, failed = 0;
+    for (const auto &record : records) {
+        modes.insert(record->opmode);
+        for (const auto &flag : record->flags)
+            flagTypes.insert(flag->type);
+        missingCurrents += int(std::count_if(record->currents.begin(), record->currents.end(),
+                                             [](double value) { return std::isnan(value); }));
+        missingVariables += int(std::count_if(record->variables.begin(), record->variables.end(),
+                                              [](double value) { return std::isnan(value); }));
+        for (const auto &spectrum : record->spectra)
+            failed += spectrum->status != 0;
+    }
+    EXPECT_EQ(modes, (std::set<int>{0, 1, 2}));
+    EXPECT_EQ(flagTypes, (std::set<int>{0, 1, 2}));
+    EXPECT_GT(missingCurrents, 2);
+    EXPECT_LT(missingCurrents, 30);
+    EXPECT_GT(missingVariables, 10);
+    EXPECT_GT(failed, 10);
+    EXPECT_LT(failed, 60);
+    EXPECT_LT(records.size(), std::size_t(campaign->slotCount() - 8)); // the gap
+    EXPECT_EQ(campaign->metadata()->variables.size(), 24);
+    EXPECT_EQ(campaign->metadata()->totalElectrometers, 42);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, CampaignTest, ::testing::Values(1, 2, 12345));
