@@ -19,6 +19,11 @@ ExpSpinBox::ExpSpinBox(QWidget *parent)
     showText(m_value);
 }
 
+bool ExpSpinBox::isBeingEdited() const
+{
+    return lineEdit()->isModified();
+}
+
 void ExpSpinBox::setRange(double bottom, double top)
 {
     m_validator->setBottom(bottom);

@@ -12,6 +12,8 @@ public:
     explicit ExpSpinBox(QWidget *parent = nullptr);
 
     double value() const { return m_value; }
+    /// The text is one that the user wrote.
+    bool isBeingEdited() const;
     /// Clamps the present value at once. Unlimited at the start.
     void setRange(double bottom, double top);
     void setDecimals(int digits);      ///< significant digits of the text; 2 at the start
