@@ -2,12 +2,11 @@
 
 #include "gui/common/logtext.h"
 
-#include <QMutexLocker>
-
 #include <deque>
+#include <mutex>
 
 struct LogBox::Shared {
-    QMutex mutex;
+    std::mutex mutex;
     LogBox *box = nullptr; ///< null once it is gone
     std::deque<Log::Entry> entries;
 };
@@ -19,13 +18,13 @@ LogBox::LogBox(QObject *parent) : QObject(parent), m_shared(std::make_shared<Sha
     const auto put = [shared = m_shared](const Log::Entry &entry) {
         if (!LogText::isShown(entry))
             return;
-        const QMutexLocker lock(&shared->mutex);
+        const std::lock_guard<std::mutex> lock(shared->mutex);
         const bool wasEmpty = shared->entries.empty();
         if (int(shared->entries.size()) == capacity)
             shared->entries.pop_front();
         shared->entries.push_back(entry);
         if (wasEmpty && shared->box)
-            QMetaObject::invokeMethod(shared->box, &LogBox::deliver, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(shared->box, "deliver", Qt::QueuedConnection);
     };
     m_connection = connect(root, &Log::RootLogger::newEntry, root, put, Qt::DirectConnection);
 }
@@ -33,7 +32,7 @@ LogBox::LogBox(QObject *parent) : QObject(parent), m_shared(std::make_shared<Sha
 LogBox::~LogBox()
 {
     disconnect(m_connection);
-    const QMutexLocker lock(&m_shared->mutex);
+    const std::lock_guard<std::mutex> lock(m_shared->mutex);
     m_shared->box = nullptr;
 }
 
@@ -41,7 +40,7 @@ void LogBox::deliver()
 {
     std::deque<Log::Entry> entries;
     {
-        const QMutexLocker lock(&m_shared->mutex);
+        const std::lock_guard<std::mutex> lock(m_shared->mutex);
         entries.swap(m_shared->entries);
     }
     for (const Log::Entry &entry : entries)

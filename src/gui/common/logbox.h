@@ -22,10 +22,11 @@ Q_SIGNALS:
     /// Emitted on the main thread, in order.
     void newEntry(Log::Entry entry);
 
+private Q_SLOTS:
+    void deliver();
+
 private:
     struct Shared;
-
-    void deliver();
 
     std::shared_ptr<Shared> m_shared; ///< outlives the box while another thread still logs into it
     QMetaObject::Connection m_connection;

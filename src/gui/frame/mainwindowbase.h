@@ -1,0 +1,145 @@
+#pragma once
+
+#include "gui/common/uiinfo.h"
+#include "log/logger.h"
+#include "store/datastore.h"
+
+#include <QMainWindow>
+
+#include <memory>
+#include <vector>
+
+class LogDock;
+class QSettings;
+class QToolBar;
+class RecordForm;
+
+namespace RecordViews {
+class RecordView;
+}
+namespace Tsb {
+class TimeSeriesBrowser;
+}
+
+/// Where a jump from the shown record leads.
+enum JumpCmd { NextRecord, PreviousRecord, NextRecordOfMode, PreviousRecordOfMode };
+
+/// The frame of the application: docks, actions, menus, the browser in the middle, and above all the one shown record.
+/// Everything in the window looks at that record; this class alone moves it, when the user or new data ask, and tells
+/// the views. It doesn't know where data come from: a derived class does, and calls in its constructor setupActions,
+/// setupContextActions, setupDocks, setupToolbar and setupMenus, in this order.
+class MainWindowBase : public QMainWindow {
+    Q_OBJECT
+public:
+    ~MainWindowBase() override;
+
+    const std::shared_ptr<UiInfo> &uiInfo() const { return m_uiInfo; }
+    const std::shared_ptr<Datastore> &datastore() const { return m_datastore; }  ///< may be null
+    const std::shared_ptr<Record> &shownRecord() const { return m_shownRecord; } ///< may be null
+    Tsb::TimeSeriesBrowser *browser() const { return m_browser; }
+    bool isFollowingLast() const;
+    /// The store of a variant; null here.
+    virtual std::shared_ptr<Datastore> currentDatastoreFor(int dpVariantId);
+
+public Q_SLOTS:
+    void addLogEntry(Log::Entry entry);
+    void showAboutBox();
+    /// Ends following the latest record, unless the frame itself moves the record.
+    void showRecord(std::shared_ptr<Record> record);
+    /// For senders that may fire many times in a row: the last of one pass of the event loop is shown.
+    void showRecordDelayed(std::shared_ptr<Record> record);
+    virtual void setFollowLast(bool on);
+    /// Shows the time span of all records.
+    void fitTimescale();
+    /// Takes all views out of the browser, to be ready for the next setup.
+    void clearWindowSetup();
+    void setBrowsingEnabled(bool on);
+    void recordUpdated(int index, std::shared_ptr<Record> record, int flags);
+    void updateShownRecord();
+    void updateRecordViewsNow();
+    virtual void implicitDisableFollowLast();
+    void jumpRecord(JumpCmd command);
+    /// Logs how well the spectra explain the currents.
+    void showInversionStats();
+
+protected:
+    /// The actions of the frame.
+    struct Actions {
+        QAction *quit = nullptr;
+        QAction *about = nullptr;
+        QAction *followLast = nullptr;
+        QAction *followNow = nullptr;
+        QAction *fitTimescale = nullptr;
+        QAction *inversionStats = nullptr;
+    };
+
+    explicit MainWindowBase(QWidget *parent = nullptr);
+
+    virtual void setupActions();
+    virtual void setupContextActions();
+    virtual void setupDocks();
+    virtual void setupToolbar();
+    virtual void setupMenus();
+    void closeEvent(QCloseEvent *event) override;
+
+    /// Window geometry, which belongs to the user and not to the data.
+    virtual void storeMainWindowState();
+    virtual void restoreMainWindowState(bool restoreGeometry);
+
+    /// Lets go of the old store, and of the shown record with it, and takes the new one; null for none. UiInfo must
+    /// describe the new one by then.
+    void setDatastore(std::shared_ptr<Datastore> store);
+    void setAboutInfo(const QString &name, const QString &description);
+    void setSettings(std::unique_ptr<QSettings> settings);
+    /// Enters a view that is told of each shown record. Called from setupDocks.
+    void addRecordView(RecordViews::RecordView *view, const QString &icon, Qt::DockWidgetArea area);
+
+    const QString &appName() const { return m_appName; }
+    QSettings *settings() const { return m_settings.get(); }
+    const Log::Logger &logger() const { return m_logger; }
+    const Actions &actions() const { return m_actions; }
+    QMenu *fileMenu() const { return m_fileMenu; }
+    QMenu *timeseriesMenu() const { return m_timeseriesMenu; }
+    QMenu *viewMenu() const { return m_viewMenu; }
+    QToolBar *toolBar() const { return m_toolBar; }
+
+private:
+    /// A dock, and where it goes by default.
+    struct DockPlace {
+        QDockWidget *dock;
+        QString icon;
+        Qt::DockWidgetArea area;
+    };
+
+    void setupShortcuts();
+    void setCorners();
+    QAction *makeAction(const QString &text, const QString &icon = {}, const QString &shortText = {});
+    void queueViewUpdate();
+    void recordCameIn(const std::shared_ptr<Record> &record, bool following);
+    DpVariant variantOf(const Record &record) const;
+    bool isOffset(const Record &record) const;
+    void forgetRecords();
+
+    QString m_appName;
+    QString m_aboutText;
+    Log::Logger m_logger;
+    LogDock *m_logDock;
+    std::shared_ptr<UiInfo> m_uiInfo;
+    Tsb::TimeSeriesBrowser *m_browser;
+    RecordForm *m_recordForm = nullptr;
+    std::vector<DockPlace> m_docks;
+    QList<RecordViews::RecordView *> m_recordViews; ///< told of each shown record
+    Actions m_actions;
+    QMenu *m_fileMenu = nullptr;
+    QMenu *m_timeseriesMenu = nullptr;
+    QMenu *m_viewMenu = nullptr;
+    QToolBar *m_toolBar = nullptr;
+    std::unique_ptr<QSettings> m_settings; ///< made by the derived class
+    std::shared_ptr<Datastore> m_datastore;
+    std::shared_ptr<Record> m_shownRecord;
+    std::shared_ptr<Record> m_delayedRecord; ///< the last one asked for through showRecordDelayed
+    std::shared_ptr<Record> m_lastRecord;    ///< the latest that came in
+    bool m_spectraPending = false;           ///< the shown record's spectra changed; the record to follow is held back
+    bool m_viewUpdateQueued = false;
+    bool m_followLastGuard = false; ///< the frame itself moves the record: that doesn't end following
+};

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "gui/frame/mainwindowbase.h"
+#include "gui/morvantide/dataloader.h"
+
+#include <QVariantMap>
+
+/// The review window: the commands that open and close data. What a command does at length has an owner of its own.
+class MorvantideMainWindow : public MainWindowBase {
+    Q_OBJECT
+public:
+    /// Settings are kept beside the executable, or where the user's settings lie if that can't be.
+    explicit MorvantideMainWindow(QWidget *parent = nullptr);
+    explicit MorvantideMainWindow(const QString &settingsFile, QWidget *parent = nullptr);
+    ~MorvantideMainWindow() override;
+
+    /// The command line's words: a data folder and an averaging variant to offer, both optional. The offer is made once
+    /// the event loop runs.
+    void setPositionalArguments(const QStringList &arguments);
+
+    /// The open data, for variant 0; null without.
+    std::shared_ptr<Datastore> currentDatastoreFor(int dpVariantId) override;
+    bool isReading() const { return m_loader.isReading(); }
+    /// The folder that is open; a null text without.
+    const QString &folderPath() const { return m_folderPath; }
+
+public Q_SLOTS:
+    void showDataDirChoice();
+    /// Asks for a folder, starting from that choice if it isn't empty, else from the last one.
+    void showDataDirChoice(const QVariantMap &newchoice);
+    void showDataFileChoice();
+    void closeData();
+    void cancelFileReader();
+    void fileReaderFinished(const DataLoader::Result &result);
+    /// Quits, on a wish from outside of the event loop.
+    void terminateSignal();
+
+protected:
+    void setupActions() override;
+    void setupToolbar() override;
+    void setupMenus() override;
+
+private:
+    /// What is opened.
+    struct Request {
+        QString folder;
+        QStringList files; ///< names in the folder, or whole paths
+        QString variant;   ///< averaging variant; empty for files picked by hand
+    };
+
+    void openFiles(const Request &request);
+    void showData(FileReader &reader);
+    void setTitle(bool incomplete);
+
+    DataLoader m_loader;
+    std::shared_ptr<Datastore> m_store; ///< the open data; null without
+    Request m_request;                  ///< of the open data or the read under way
+    QString m_folderPath;
+    QAction *m_openFolderAction = nullptr;
+    QAction *m_openFilesAction = nullptr;
+};

@@ -1,0 +1,65 @@
+#include "gui/morvantide/readprogressdialog.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+
+namespace {
+
+constexpr int labelWidth = 56; // average characters
+
+} // namespace
+
+ReadProgressDialog::ReadProgressDialog(QWidget *parent)
+    : QProgressDialog(parent), m_label(new QLabel(this)), m_bar(new QProgressBar(this)),
+      m_cancelButton(new QPushButton(tr("Cancel"), this))
+{
+    setWindowTitle(tr("Reading data files"));
+    setWindowModality(Qt::WindowModal);
+    setAutoClose(true);
+    setMinimumDuration(0);
+    m_label->setTextFormat(Qt::PlainText);
+    m_label->setAlignment(Qt::AlignCenter);
+    m_label->setMinimumWidth(m_label->fontMetrics().averageCharWidth() * labelWidth);
+    setLabel(m_label);
+    setBar(m_bar);
+    setCancelButton(m_cancelButton);
+    // The base would hide itself on the wish to cancel.
+    disconnect(this, &QProgressDialog::canceled, this, &QProgressDialog::cancel);
+    reset(); // the base meant to show itself soon
+}
+
+void ReadProgressDialog::start(int fileCount)
+{
+    m_stopping = false;
+    m_cancelButton->setEnabled(true);
+    m_label->clear();
+    // Not through the base's setValue, which runs the event loop by itself.
+    m_bar->setRange(0, fileCount);
+    m_bar->setValue(0);
+    show();
+}
+
+void ReadProgressDialog::setProgress(const ReadProgress &progress)
+{
+    m_bar->setValue(progress.filesDone);
+    if (m_stopping)
+        return;
+    const QString text = progressText(progress);
+    m_label->setText(m_label->fontMetrics().elidedText(text, Qt::ElideMiddle, m_label->width()));
+    m_label->setToolTip(text.toHtmlEscaped());
+}
+
+void ReadProgressDialog::showStopping()
+{
+    m_stopping = true;
+    m_cancelButton->setEnabled(false);
+    m_label->setText(tr("Stopping after this file"));
+}
+
+void ReadProgressDialog::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    Q_EMIT canceled();
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "gui/morvantide/readprogress.h"
+
+#include <QProgressDialog>
+
+/// Shows how far a read has come. A wish to cancel leaves it standing, since the read ends only behind the file at
+/// hand; whoever owns the read calls reset() then.
+class ReadProgressDialog : public QProgressDialog {
+    Q_OBJECT
+public:
+    explicit ReadProgressDialog(QWidget *parent);
+
+    /// Begins anew, in sight.
+    void start(int fileCount);
+    void setProgress(const ReadProgress &progress);
+    /// Tells that the wish to cancel was heard.
+    void showStopping();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    QLabel *m_label;
+    QProgressBar *m_bar;
+    QPushButton *m_cancelButton;
+    bool m_stopping = false;
+};
