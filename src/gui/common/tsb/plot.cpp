@@ -317,6 +317,9 @@ bool Plot::event(QEvent *event)
     case QEvent::LayoutRequest:
         checkImageSize();
         break;
+    case QEvent::Hide:
+        endPan(); // no release comes to a hidden widget
+        break;
     default:
         break;
     }
@@ -402,8 +405,15 @@ void Plot::mouseReleaseEvent(QMouseEvent *event)
 {
     if (!m_panning)
         return QFrame::mouseReleaseEvent(event);
-    Q_EMIT requestDisableAutoscroll(false);
+    endPan();
+}
+
+void Plot::endPan()
+{
+    if (!m_panning)
+        return;
     m_panning = false;
+    Q_EMIT requestDisableAutoscroll(false);
 }
 
 void Plot::leaveEvent(QEvent *)

@@ -101,6 +101,7 @@ private:
     void redrawImage();
     void drawColumns(QPainter &painter, const PixelRange &range);
     bool takeDirty(const PixelRange &range);
+    void endPan();
 
     void chooseRecordAt(int x, bool sameOpmode);
     void chooseRecordRelative(int step, bool sameOpmode);

@@ -25,6 +25,7 @@ namespace {
 
 constexpr int updatePeriod = 500; // ms
 constexpr int scrollMargin = 50;
+constexpr int dragScrollMargin = 30;
 const QString spectrogramType = QStringLiteral("spectrogram");
 
 /// The ids of all spectra, by the name of their group.
@@ -67,6 +68,9 @@ TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
     // From the time axis and to it.
     connect(timeView(), &TimeView::followNowChanged, this, &TimeSeriesBrowser::timeViewFollowNowChanged);
     connect(this, &TimeSeriesBrowser::timeCursorChanged, timeView(), &TimeView::setTimeCursor);
+    // From the stack: a drag near the edge scrolls.
+    connect(m_viewHolder, &ViewHolder::dragMoved, m_scrollArea,
+            [this](const QPoint &at) { m_scrollArea->ensureVisible(at.x(), at.y(), 0, dragScrollMargin); });
     // From the shared names and requests.
     if (m_uiInfo)
         connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &TimeSeriesBrowser::reloadUiSetup);

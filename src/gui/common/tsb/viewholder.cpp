@@ -110,6 +110,7 @@ void ViewHolder::mouseMoveEvent(QMouseEvent *event)
     for (int i = 0; i < viewItemCount(); ++i)
         items.append(m_layout->itemAt(i)->geometry());
     movePlaceholder(dropIndex(items, m_placeholderIndex, m_layout->spacing(), y));
+    Q_EMIT dragMoved(event->pos());
 }
 
 void ViewHolder::movePlaceholder(int index)

@@ -32,6 +32,8 @@ public:
     QVector<View *> viewsInOrder() const;
 
 Q_SIGNALS:
+    /// A view is being dragged; the pointer is at that place of the holder.
+    void dragMoved(const QPoint &position);
     /// A drag has put the views in another order.
     void reordered();
 
