@@ -1,3 +1,5 @@
+#include "resources/resources.h"
+
 #include <QApplication>
 #include <QLocale>
 
@@ -12,6 +14,7 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     ::testing::InitGoogleTest(&argc, argv);
     QApplication app(argc, argv);
+    registerResources();
     std::setlocale(LC_NUMERIC, "C");
     QLocale::setDefault(QLocale(QLocale::C, QLocale::AnyCountry));
     return RUN_ALL_TESTS();

@@ -1,0 +1,8 @@
+#include "resources/resources.h"
+
+#include <QDir>
+
+void registerResources()
+{
+    Q_INIT_RESOURCE(morvantide);
+}
