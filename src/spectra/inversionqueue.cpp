@@ -1,9 +1,9 @@
 #include "spectra/inversionqueue.h"
 
 #include "spectra/inversionworker.h"
+#include "util/workerthread.h"
 
 #include <QElapsedTimer>
-#include <QThread>
 
 #include <algorithm>
 
@@ -59,7 +59,7 @@ InversionQueue::~InversionQueue()
 
 void InversionQueue::startWorker(int index)
 {
-    auto *thread = new QThread(this);
+    auto *thread = new WorkerThread(this);
     auto *worker = new InversionWorker(index, m_mailbox, m_inverters, m_metadata);
     worker->moveToThread(thread);
     Worker entry;
