@@ -51,6 +51,17 @@ double LognormalMode::density(double x) const
     return number / (width * std::sqrt(2 * pi)) * std::exp(-0.5 * z * z);
 }
 
+void LognormalMode::addDensities(const std::vector<double> &logPoints, RealVector &densities) const
+{
+    const double logMedian = std::log10(median);
+    const double peak = number / (width * std::sqrt(2 * pi));
+    for (std::size_t i = 0; i < logPoints.size(); ++i) {
+        const double z = (logPoints[i] - logMedian) / width;
+        if (std::fabs(z) < 7) // beyond, less than 1e-10 of the peak
+            densities[i] += peak * std::exp(-0.5 * z * z);
+    }
+}
+
 double mobilityOf(double diameter, int charges)
 {
     return SpectMath::radiusToMobility(model(), diameter * 0.5e-9, charges) * 1e4;
@@ -73,19 +84,29 @@ double chargedFraction(double diameter, Polarity polarity)
     return polarity == Polarity::Negative ? 1.15 * fraction : fraction; // negative ions are the faster ones
 }
 
-double Aerosol::particleDensity(double diameter) const
+Axis::Axis(Mode mode, Polarity polarity, const RealVector &points) : m_mode(mode), m_polarity(polarity)
 {
-    double density = 0;
-    for (const LognormalMode &mode : particles)
-        density += mode.density(diameter);
-    return density;
+    for (double point : points) {
+        const double diameter = mode == Mode::Ions ? diameterOf(point) : 2 * point;
+        m_logDiameters.push_back(std::log10(diameter));
+        m_logMobilities.push_back(std::log10(point));
+        m_chargedParts.push_back(chargedFraction(diameter, polarity) / mobilitySlopeAt(diameter));
+    }
 }
 
-double Aerosol::ionDensity(Polarity polarity, double mobility) const
+RealVector Aerosol::densities(const Axis &axis) const
 {
-    const double diameter = diameterOf(mobility);
-    return clusters[int(polarity)].density(mobility) +
-           particleDensity(diameter) * chargedFraction(diameter, polarity) / mobilitySlopeAt(diameter);
+    RealVector densities(axis.size(), 0.0);
+    if (axis.m_mode == Mode::Offset)
+        return densities;
+    for (const LognormalMode &mode : particles)
+        mode.addDensities(axis.m_logDiameters, densities);
+    if (axis.m_mode == Mode::Particles)
+        return densities;
+    for (std::size_t i = 0; i < densities.size(); ++i)
+        densities[i] *= axis.m_chargedParts[i];
+    clusters[int(axis.m_polarity)].addDensities(axis.m_logMobilities, densities);
+    return densities;
 }
 
 double Atmosphere::eventStrength(int day) const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "util/numeric.h"
+
 #include <cstdint>
 #include <vector>
 
@@ -16,15 +18,35 @@ struct LognormalMode {
 
     /// dN/dlog10(x), 1/cm^3
     double density(double x) const;
+    /// Adds the densities at points given by their log10.
+    void addDensities(const std::vector<double> &logPoints, RealVector &densities) const;
+};
+
+enum class Mode { Ions, Particles, Offset };
+
+/// Points of a mode's axis with all that is needed there but doesn't change with time.
+class Axis {
+public:
+    /// Mobilities in cm^2/V/s for ions, radii in nm for particles.
+    Axis(Mode mode, Polarity polarity, const RealVector &points);
+
+    std::size_t size() const { return m_logDiameters.size(); }
+
+private:
+    friend class Aerosol;
+    Mode m_mode;
+    Polarity m_polarity;
+    std::vector<double> m_logDiameters;
+    std::vector<double> m_logMobilities; ///< of ions
+    std::vector<double> m_chargedParts;  ///< of ions: what each particle density adds to theirs
 };
 
 /// The aerosol of one moment.
 class Aerosol {
 public:
-    /// Particles of all charges: dN/dlog10(d) at the diameter in nm, 1/cm^3.
-    double particleDensity(double diameter) const;
-    /// Natural ions of one polarity, clusters and charged particles: dN/dlog10(Z) at the mobility in cm^2/V/s, 1/cm^3.
-    double ionDensity(Polarity polarity, double mobility) const;
+    /// On each point of the axis, 1/cm^3: dN/dlog10(r) of particles of all charges, or dN/dlog10(Z) of the natural ions
+    /// of one polarity, clusters and charged particles. Zeros for Mode::Offset.
+    RealVector densities(const Axis &axis) const;
 
     std::vector<LognormalMode> particles; ///< over the diameter in nm
     LognormalMode clusters[2];            ///< over the mobility in cm^2/V/s, by polarity

@@ -17,7 +17,7 @@ namespace {
 constexpr std::int64_t utcOffset = 7200;
 constexpr std::int64_t firstMidnight = 1557784800; // 2019-05-14 00:00:00 at +02:00, in seconds UTC
 constexpr int outputPoints = 40;
-constexpr int finePoints = 161;
+constexpr int finePointCount = 121;
 
 double hourOf(double day)
 {
@@ -30,8 +30,9 @@ struct Campaign::Channel {
     Mode mode;
     Polarity polarity;
     SpectMath::SpectrumInfoPointer info;
-    RealMatrix matrix;     ///< of the published points
-    RealVector finePoints; ///< beyond them on both sides
+    Axis axis;         ///< the published points
+    RealMatrix matrix; ///< of them
+    Axis fineAxis;     ///< beyond them on both sides
     RealMatrix fineMatrix;
 };
 
@@ -83,28 +84,26 @@ void Campaign::makeMetadata()
 void Campaign::makeChannel(Mode mode, Polarity polarity)
 {
     auto info = std::make_shared<SpectrumInfo>();
-    auto channel = std::make_unique<Channel>();
+    RealVector finePoints;
     info->name = modeName(mode) + QLatin1Char(' ') + polarityName(polarity);
     info->comment = QStringLiteral("Truth of the made-up instrument with its noise");
     info->concentrationUnit = SpectMath::parseUnit(QStringLiteral("1/cm^3"), unitTable());
     if (mode == Mode::Ions) {
         info->scale = SpectMath::DistributionScale::mobility;
         info->mobilities = logarithmicGrid(3.0, 0.0014, outputPoints);
-        channel->finePoints = logarithmicGrid(4.5, 0.0009, finePoints);
+        finePoints = logarithmicGrid(4.5, 0.0009, finePointCount);
     } else {
         info->scale = SpectMath::DistributionScale::radius;
         info->radii = logarithmicGrid(0.8, 21, outputPoints);
-        channel->finePoints = logarithmicGrid(0.6, 70, finePoints);
+        finePoints = logarithmicGrid(0.6, 70, finePointCount);
     }
     info->finish();
 
-    channel->mode = mode;
-    channel->polarity = polarity;
-    channel->info = info;
-    channel->matrix = m_instrument.matrix(mode, polarity, info->nativePoints());
-    channel->fineMatrix = m_instrument.matrix(mode, polarity, channel->finePoints);
-    m_spectra[modeName(mode)] << channel->info;
-    m_channels.push_back(std::move(channel));
+    const RealVector &points = info->nativePoints();
+    m_spectra[modeName(mode)] << info;
+    m_channels.push_back(std::make_unique<Channel>(
+        Channel{mode, polarity, info, Axis(mode, polarity, points), m_instrument.matrix(mode, polarity, points),
+                Axis(mode, polarity, finePoints), m_instrument.matrix(mode, polarity, finePoints)}));
 }
 
 const Campaign::Channel *Campaign::channel(Mode mode, Polarity polarity) const
@@ -156,22 +155,20 @@ bool Campaign::hasFailed(int slot) const
 
 RealVector Campaign::truth(Mode mode, Polarity polarity, const RealVector &points, double day) const
 {
-    RealVector density(points.size(), 0.0);
-    if (mode == Mode::Offset)
-        return density;
-    const Aerosol aerosol = m_atmosphere.aerosolAt(day);
-    for (std::size_t i = 0; i < points.size(); ++i)
-        density[i] =
-            mode == Mode::Ions ? aerosol.ionDensity(polarity, points[i]) : aerosol.particleDensity(2 * points[i]);
-    return density;
+    return m_atmosphere.aerosolAt(day).densities(Axis(mode, polarity, points));
 }
 
 RealVector Campaign::trueCurrents(Mode mode, Polarity polarity, double day) const
 {
+    return trueCurrents(mode, polarity, m_atmosphere.aerosolAt(day));
+}
+
+RealVector Campaign::trueCurrents(Mode mode, Polarity polarity, const Aerosol &aerosol) const
+{
     const Channel *model = channel(mode, polarity);
     if (!model)
         return RealVector(Instrument::electrometersPerPolarity, 0.0);
-    return boost::numeric::ublas::prod(model->fineMatrix, truth(mode, polarity, model->finePoints, day));
+    return boost::numeric::ublas::prod(model->fineMatrix, aerosol.densities(model->fineAxis));
 }
 
 // ---- records
@@ -201,7 +198,8 @@ void Campaign::measureCurrents(Record &record, const TrueCurrents &trueCurrents,
 /// The truth on the published points, with noise as large as the variances of the currents make it. Like an inversion
 /// that removes negative classes it holds none.
 std::shared_ptr<Spectrum> Campaign::estimate(const Channel &channel, const Record &record,
-                                             const RealVector &trueCurrents, double day, Random &random) const
+                                             const RealVector &trueCurrents, const Aerosol &aerosol,
+                                             Random &random) const
 {
     const RealVector &points = channel.info->nativePoints();
     const std::size_t first = std::size_t(Instrument::firstChannel(channel.polarity));
@@ -216,7 +214,7 @@ std::shared_ptr<Spectrum> Campaign::estimate(const Channel &channel, const Recor
     spectrum->info = channel.info;
     spectrum->covariances = BandMatrix(points.size(), points.size(), 0, 0);
     spectrum->status = 0;
-    const RealVector trueDensity = truth(channel.mode, channel.polarity, points, day);
+    const RealVector trueDensity = aerosol.densities(channel.axis);
     spectrum->concentrations = trueDensity;
     for (std::size_t j = 0; j < points.size(); ++j) {
         spectrum->concentrations[j] = std::max(0.0, spectrum->concentrations[j] + deviations[j] * noise[j]);
@@ -268,8 +266,9 @@ std::shared_ptr<Record> Campaign::record(int slot) const
     record->dpVariantId = 0;
     record->opmode = int(mode);
 
-    const TrueCurrents currents{trueCurrents(mode, Polarity::Negative, day),
-                                trueCurrents(mode, Polarity::Positive, day)};
+    const Aerosol aerosol = m_atmosphere.aerosolAt(day);
+    const TrueCurrents currents{trueCurrents(mode, Polarity::Negative, aerosol),
+                                trueCurrents(mode, Polarity::Positive, aerosol)};
     measureCurrents(*record, currents, day, random);
     record->variables =
         m_diagnostics->measure(m_atmosphere.weatherAt(day), day, mode == Mode::Particles, hasFailed(slot), random);
@@ -281,7 +280,8 @@ std::shared_ptr<Record> Campaign::record(int slot) const
     for (const auto &channel : m_channels) {
         if (channel->mode != mode)
             continue;
-        record->spectra.push_back(estimate(*channel, *record, currents[std::size_t(channel->polarity)], day, random));
+        record->spectra.push_back(
+            estimate(*channel, *record, currents[std::size_t(channel->polarity)], aerosol, random));
         if (hasFailed(slot))
             setFailed(*record->spectra.back(), channel->info->nativePoints().size(), 3);
     }

@@ -61,12 +61,14 @@ private:
     void makeMetadata();
     void makeChannel(Mode mode, Polarity polarity);
     const Channel *channel(Mode mode, Polarity polarity) const;
+    RealVector trueCurrents(Mode mode, Polarity polarity, const Aerosol &aerosol) const;
     RecordTime beginOf(int slot) const;
     bool isMissing(int slot) const;
     bool hasFailed(int slot) const;
     void measureCurrents(Record &record, const TrueCurrents &trueCurrents, double day, Random &random) const;
     std::shared_ptr<SpectMath::Spectrum> estimate(const Channel &channel, const Record &record,
-                                                  const RealVector &trueCurrents, double day, Random &random) const;
+                                                  const RealVector &trueCurrents, const Aerosol &aerosol,
+                                                  Random &random) const;
     void addFlags(Record &record, int slot) const;
 
     Settings m_settings;

@@ -7,7 +7,6 @@
 
 namespace Demo {
 
-enum class Mode { Ions, Particles, Offset };
 constexpr int modeCount = 3;
 QString modeName(Mode mode);             ///< "ions", "particles", "offset"
 QString polarityName(Polarity polarity); ///< "neg", "pos"
