@@ -42,6 +42,6 @@ double FieldCursor::nextNumber()
 
 void FieldCursor::numbers(double *out, std::size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i)
-        out[i] = nextNumber();
+    parseFields(m_fields, m_next, out, count);
+    m_next += count;
 }

@@ -1,5 +1,6 @@
 #include "datafiles/recordparser/numberparser.h"
 
+#include "datafiles/recordparser/fieldsplitter.h"
 #include "util/numeric.h"
 
 #include <double-conversion/string-to-double.h>
@@ -93,13 +94,11 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-/// "e", a sign and two digits at the end, as printed numbers have them.
+/// Cuts "e", a sign and two digits off the end, as printed numbers have them. False if they are not there.
 bool takeExponent(TextView &text, int *exponent)
 {
     const char *e = text.data() + text.size() - 4;
-    if (*e != 'e')
-        return true;
-    if ((e[1] != '+' && e[1] != '-') || !isDigit(e[2]) || !isDigit(e[3]))
+    if (*e != 'e' || (e[1] != '+' && e[1] != '-') || !isDigit(e[2]) || !isDigit(e[3]))
         return false;
     *exponent = (e[2] - '0') * 10 + (e[3] - '0');
     if (e[1] == '-')
@@ -108,34 +107,49 @@ bool takeExponent(TextView &text, int *exponent)
     return true;
 }
 
+/// The sign bit set or not, without a branch that would be guessed wrong at every other number.
+double withSign(double magnitude, bool negative)
+{
+    std::uint64_t bits;
+    std::memcpy(&bits, &magnitude, sizeof bits);
+    bits |= std::uint64_t(negative) << 63;
+    std::memcpy(&magnitude, &bits, sizeof bits);
+    return magnitude;
+}
+
+/// Up to 16 characters without sign and exponent.
+Decimal plainDecimal(const char *text, std::size_t size, const char *readableEnd)
+{
+    char copy[16];
+    if (readableEnd - text < 16) {
+        std::memset(copy, 0, sizeof copy);
+        std::memcpy(copy, text, size);
+        text = copy;
+    }
+    return size <= 8 ? shortDecimal(text, unsigned(size)) : longDecimal(text, unsigned(size));
+}
+
 /// The numbers that day files are full of: sign, up to 15 digits with a point, small exponent. False for all else.
 bool parsePlain(TextView text, const char *readableEnd, double *value)
 {
     const bool negative = text.front() == '-';
-    if (negative)
-        text.remove_prefix(1);
+    text.remove_prefix(negative);
+    if (text.size() - 1 >= 20) // empty or long
+        return false;
     int exponent = 0;
-    if (text.size() > 4 && !takeExponent(text, &exponent))
-        return false;
-    if (text.empty() || text.size() > 16)
-        return false;
-
-    char copy[16];
-    const char *begin = text.data();
-    const std::size_t taken = text.size() <= 8 ? 8 : 16;
-    if (std::size_t(readableEnd - begin) < taken) {
-        std::memset(copy, 0, sizeof copy);
-        std::memcpy(copy, begin, text.size());
-        begin = copy;
+    Decimal decimal = notPlain;
+    if (text.size() <= 16)
+        decimal = plainDecimal(text.data(), text.size(), readableEnd);
+    if (decimal.decimals < 0) {
+        if (text.size() < 5 || !takeExponent(text, &exponent))
+            return false;
+        decimal = plainDecimal(text.data(), text.size(), readableEnd);
     }
-    const Decimal decimal =
-        text.size() <= 8 ? shortDecimal(begin, unsigned(text.size())) : longDecimal(begin, unsigned(text.size()));
     const int power = exponent - decimal.decimals;
     if (decimal.decimals < 0 || power < -largestPower || power > largestPower)
         return false;
-    const double magnitude = power < 0 ? double(std::int64_t(decimal.digits)) / powersOfTen[-power]
-                                       : double(std::int64_t(decimal.digits)) * powersOfTen[power];
-    *value = negative ? -magnitude : magnitude;
+    const auto digits = double(std::int64_t(decimal.digits));
+    *value = withSign(power <= 0 ? digits / powersOfTen[-power] : digits * powersOfTen[power], negative);
     return true;
 }
 
@@ -152,10 +166,15 @@ double parseUnusual(TextView text)
 
 double parseField(TextView field, const char *readableEnd)
 {
-    if (field.empty())
-        return noValue;
     double value;
-    if (parsePlain(field, readableEnd, &value))
+    if (!field.empty() && parsePlain(field, readableEnd, &value))
         return value;
-    return parseUnusual(field);
+    return field.empty() ? noValue : parseUnusual(field);
+}
+
+void parseFields(const FieldSplitter &fields, std::size_t first, double *out, std::size_t count)
+{
+    const char *readableEnd = fields.lineEnd();
+    for (std::size_t i = 0; i < count; ++i)
+        out[i] = parseField(fields[first + i], readableEnd);
 }
