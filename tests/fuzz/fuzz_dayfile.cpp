@@ -1,0 +1,82 @@
+#include "fuzz.h"
+
+#include "datafiles/filereader.h"
+#include "datafiles/recordparser/filereadererror.h"
+
+#include <cstdlib>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+
+void beQuiet()
+{
+    static const bool once = [] {
+        Log::RootLogger::instance().setFilter([](const Log::Entry &) { return false; });
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+        return true;
+    }();
+    (void)once;
+}
+
+/// A file that lives in memory alone.
+class MemoryFile {
+public:
+    MemoryFile(const std::uint8_t *data, std::size_t size) : m_descriptor(memfd_create("dayfile", 0))
+    {
+        require(m_descriptor >= 0 && write(m_descriptor, data, size) == ssize_t(size), "the bytes are in the file");
+    }
+    ~MemoryFile() { close(m_descriptor); }
+    QString path() const { return QStringLiteral("/proc/self/fd/%1").arg(m_descriptor); }
+
+private:
+    int m_descriptor;
+};
+
+void checkRecords(const FileReader &reader, std::size_t bytes)
+{
+    const auto &records = reader.datastore()->records();
+    const auto &metadata = *reader.metadata();
+    std::size_t held = 0;
+    RecordTime last = earliestRecordTime;
+    for (const auto &record : records) {
+        require(last < record->beginTime, "records stand in order, each moment once");
+        last = record->beginTime;
+        require(!isMissing(record->endTime), "each record has an end");
+        require(record->opmode >= -1 && record->opmode < metadata.opmodes.size(), "modes are known");
+        require(record->currents.size() == std::size_t(metadata.totalElectrometers) &&
+                    record->voltages.size() == record->currents.size() &&
+                    record->rawCurrents.size() == record->currents.size() &&
+                    record->currentVariances.size() == record->currents.size() &&
+                    record->variables.size() == std::size_t(metadata.variableCount),
+                "records are as wide as what is known");
+        held += sizeof(double) * (4 * record->currents.size() + record->variables.size());
+        held += record->flags.capacity() * sizeof record->flags[0];
+        for (const auto &spectrum : record->spectra) {
+            require(spectrum->isValid(), "spectra fit their descriptions");
+            held += sizeof *spectrum + 2 * sizeof(double) * spectrum->concentrations.size();
+        }
+    }
+    require(held <= (std::size_t(64) << 20) + 1024 * records.size() + 10 * bytes, "memory is in proportion");
+}
+
+} // namespace
+
+/// The bytes are a day file, with all its headers and rows.
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    beQuiet();
+    const MemoryFile file(data, size);
+    FileReader reader({}, earliestRecordTime, latestRecordTime);
+    try {
+        reader.readFile(file.path());
+        reader.readFile(file.path()); // the same again: everything is known, flags and spectra double
+    } catch (const FileReaderError &) {
+    }
+    reader.finishRecords();
+    checkRecords(reader, 2 * size);
+    require(reader.statistics().bytes == std::int64_t(2 * size), "all bytes are looked at");
+    require(reader.statistics().ignoredRows <= reader.statistics().rows, "no line is lost twice");
+    return 0;
+}
