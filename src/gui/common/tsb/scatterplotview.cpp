@@ -200,7 +200,7 @@ void ScatterPlotView::setFractionScale(DistributionScale scale)
     change([scale](ScatterPlotSettings &s) { s.fractionScale = scale; });
 }
 
-void ScatterPlotView::setVisibleSpectra(const QSet<QString> &ids)
+void ScatterPlotView::setVisibleSpectra(QSet<QString> ids)
 {
     const bool first = m_settings.visibleSpectra.isEmpty();
     change([&ids](ScatterPlotSettings &s) { s.visibleSpectra = ids; });

@@ -36,7 +36,7 @@ public Q_SLOTS:
     void setFractionLargerLimit(double value);
     void setFractionLimits(const SpectMath::MobilitySize &smaller, const SpectMath::MobilitySize &larger);
     void setFractionScale(SpectMath::DistributionScale scale);
-    void setVisibleSpectra(const QSet<QString> &ids);
+    void setVisibleSpectra(QSet<QString> ids) override;
     void setSpectrumParameter(SpectrumParameter parameter);
     void setPropertiesVisible(bool visible);
     void setDatalabelsEnabled(bool on);

@@ -1,0 +1,364 @@
+#include "gui/common/tsb/scatterplotview.h"
+
+#include "gui/common/tsb/opmodeplot.h"
+#include "gui/common/tsb/scattersetup.h"
+#include "gui/common/tsb/scattervalues.h"
+#include "gui/common/tsb/verticalscalewidget.h"
+#include "plotstore.h"
+
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace {
+
+using SpectMath::Spectrum;
+using SpectMath::SpectrumInfo;
+using Tsb::ScatterPlotView;
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+std::shared_ptr<SpectrumInfo> makeInfo(const QString &name)
+{
+    auto info = std::make_shared<SpectrumInfo>();
+    info->name = name;
+    info->scale = SpectMath::DistributionScale::radius;
+    info->radii = RealVector(4);
+    for (std::size_t i = 0; i < 4; ++i)
+        info->radii[i] = std::pow(10.0, double(i) / 2);
+    info->finish();
+    return info;
+}
+
+/// A scatter plot view over a store of two modes and two spectra, shown for real.
+class Scatter : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        metadata->opmodes = {Opmode(0, "ions"), Opmode(1, "particles")};
+        metadata->totalElectrometers = 3;
+        metadata->electrometerNames = {"e0", "e1", "e2"};
+        metadata->electrometerGroups = {{"pos", {0, 2}}, {"neg", {2, 3}}};
+        auto variable = std::make_shared<Spectrometer::SystemVariable>();
+        variable->name = "flow";
+        variable->unit = "l/min";
+        variable->index = variable->valueIndex = 1;
+        metadata->variables = {variable};
+        infos = {makeInfo("ions pos"), makeInfo("ions neg")};
+        uiInfo->setData(metadata, infos);
+        uiInfo->publish();
+        store.setLimitRecords(false);
+        view.setUiInfo(uiInfo);
+        view.setDatastore(&store);
+        view.setTimeScale(TimeScale(testStart, ticksPerSecond, 0));
+        view.setFixedHeight(160);
+        view.resize(500, 160);
+        view.show();
+    }
+
+    std::shared_ptr<Record> add(double begin, double value, int opmode = 0)
+    {
+        auto full = testRecord(begin, begin + 1, opmode);
+        for (RealVector *vector : {&full->variables, &full->currents, &full->rawCurrents, &full->currentVariances})
+            *vector = RealVector(3, value);
+        full->rawCurrents[1] = value + 1;
+        full->currentVariances[1] = 4.0;
+        store.addFullRecord(full);
+        const auto record = store.at(store.lowerBoundIndex(full->beginTime));
+        return record;
+    }
+
+    void addSpectra(const std::shared_ptr<Record> &record, double concentration, double rms, int status = 0)
+    {
+        auto result = std::make_shared<SpectMath::SpectrumRecord>();
+        static_cast<Spectrometer::RecordHead &>(*result) = *record;
+        for (const auto &info : infos) {
+            auto spectrum = std::make_shared<Spectrum>();
+            spectrum->info = info;
+            spectrum->status = status;
+            spectrum->concentrations = RealVector(4, concentration);
+            spectrum->currentRmsError = rms;
+            result->spectra.push_back(spectrum);
+        }
+        store.addSpectra(result);
+    }
+
+    QImage picture()
+    {
+        view.grab();
+        return view.plot()->image().copy();
+    }
+
+    /// Every marker by single points, as the plain way would draw them.
+    QImage drawnPlainly(const std::function<std::vector<std::pair<double, QColor>>(const Record &)> &pointsOf)
+    {
+        const QSize size = view.plot()->contentsRect().size();
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        const ValueScale scale = view.scaleWidget()->scale();
+        const TimeScale time = view.plot()->timeScale();
+        for (const auto &record : store.records()) {
+            const double x = time.positionOf(record->midTime);
+            for (const auto &point : pointsOf(*record)) {
+                if (std::isnan(point.first))
+                    continue;
+                const double y =
+                    size.height() - ((point.first - scale.originValue) / scale.valuePerPixel + scale.originPixel);
+                painter.setPen(point.second);
+                if (y < 0 || y > size.height() - 1) {
+                    const int top = y < 0 ? 0 : size.height() - 2;
+                    for (const QPoint &p : {QPoint(-1, 0), QPoint(0, 0), QPoint(-1, 1), QPoint(0, 1)})
+                        painter.drawPoint(qRound(x) + p.x(), top + p.y());
+                    continue;
+                }
+                for (int dy = -1; dy <= 1; ++dy)
+                    for (int dx = -1; dx <= 1; ++dx)
+                        if (dx != 0 || dy != 0)
+                            painter.drawPoint(QPointF(x + dx, y + dy));
+            }
+        }
+        return image;
+    }
+
+    std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    std::shared_ptr<UiInfo> uiInfo = std::make_shared<UiInfo>();
+    QList<UiInfo::InfoPointer> infos;
+    Datastore store;
+    ScatterPlotView view;
+};
+
+TEST_F(Scatter, draws_what_single_points_would)
+{
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> uniform(-0.3, 1.3);
+    for (int i = 0; i < 1500; ++i)
+        add(i * 0.23, i % 17 == 0 ? nan : uniform(random), i % 3 - 0 == 2 ? -1 : i % 2);
+    view.setDiagnosticSelection("flow");
+    view.showType(ScatterPlotSettings::Variable);
+    view.scaleWidget()->setMinMax(0, 1, true);
+    const auto colorOf = [this](const Record &record) {
+        return record.opmode < 0 ? QColor(Qt::black) : uiInfo->opmodeColor(record.opmode);
+    };
+    EXPECT_EQ(picture(), drawnPlainly([&](const Record &record) {
+                  return std::vector<std::pair<double, QColor>>{{record.variables[1], colorOf(record)}};
+              }));
+
+    view.setElectrometerSelection(1);
+    view.showType(ScatterPlotSettings::Electrometer);
+    view.scaleWidget()->setMinMax(0, 2, true);
+    EXPECT_EQ(picture(), drawnPlainly([&](const Record &record) {
+                  const QColor color = colorOf(record);
+                  return std::vector<std::pair<double, QColor>>{
+                      {record.rawCurrents[1], record.opmode < 0 ? color : Tsb::paleTint(color)},
+                      {record.currents[1], color}};
+              }));
+}
+
+TEST_F(Scatter, concentrations_on_a_scale_of_decades)
+{
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> uniform(-1, 4);
+    for (int i = 0; i < 300; ++i) {
+        const auto record = add(i, 0);
+        addSpectra(record,
+                   i % 10 == 0   ? 0.0
+                   : i % 11 == 0 ? nan
+                                 : std::pow(10, uniform(random)),
+                   1, i % 13 == 0 ? 3 : 0);
+    }
+    view.setVisibleSpectra({infos[0]->hash, infos[1]->hash, "absent"});
+    view.showType(ScatterPlotSettings::Concentration);
+    const double width = std::log10(infos[0]->radii[3]) - std::log10(infos[0]->radii[0]);
+    EXPECT_EQ(picture(), drawnPlainly([&](const Record &record) {
+                  std::vector<std::pair<double, QColor>> points;
+                  for (const auto &spectrum : record.spectra) {
+                      if (spectrum->status != 0)
+                          continue;
+                      const double total = spectrum->concentrations[0] * width; // the same at all points
+                      points.push_back({total > 0    ? std::log10(total)
+                                        : total == 0 ? -infinity
+                                                     : nan,
+                                        uiInfo->spectrumColor(spectrum->info.get())});
+                  }
+                  return points;
+              }));
+
+    view.showType(ScatterPlotSettings::Parameter);
+    EXPECT_EQ(view.plot()->minMax(), std::make_pair(1.0, 1.0));
+}
+
+TEST_F(Scatter, the_picture_grows_with_the_store_as_if_drawn_anew)
+{
+    view.setVisibleSpectra({infos[0]->hash});
+    for (const int type : {1, 2}) {
+        view.setDiagnosticSelection("flow");
+        view.showType(type);
+        view.scaleWidget()->setMinMax(-1, 5, true);
+        std::mt19937 random(9);
+        for (int i = 0; i < 400; ++i) {
+            const double second = i % 7 == 0 ? 380 - i * 0.9 : i * 0.9; // some come late
+            const auto record = add(second + type * 0.3, double(random() % 500) / 100);
+            addSpectra(record, double(random() % 1000), 0);
+            if (i % 50 == 0)
+                view.grab();
+        }
+        const QImage grown = picture();
+        view.plot()->reloadSetup();
+        EXPECT_EQ(grown, picture()) << type;
+    }
+    store.setMaxRecords(100);
+    store.setLimitRecords(true);
+    add(500, 1);
+    const QImage dropped = picture();
+    view.plot()->reloadSetup();
+    EXPECT_EQ(dropped, picture());
+}
+
+TEST_F(Scatter, fits_its_scale_to_what_is_in_sight)
+{
+    add(10, 2);
+    add(20, 6);
+    add(30, infinity);
+    add(5000, 99);
+    view.setDiagnosticSelection("flow");
+    view.showType(ScatterPlotSettings::Variable);
+    EXPECT_DOUBLE_EQ(view.scaleWidget()->minimum(), 2 - 0.2);
+    EXPECT_DOUBLE_EQ(view.scaleWidget()->maximum(), 6 + 0.2);
+    view.setTimeScale(TimeScale(testStart + Ticks(100 * ticksPerSecond), ticksPerSecond, 0));
+    view.fitScale(); // nothing in sight
+    EXPECT_DOUBLE_EQ(view.scaleWidget()->maximum(), 6 + 0.2);
+
+    view.setCurrentRecord(store.at(store.size() - 1));
+    view.showSelectedValue();
+    EXPECT_GT(view.scaleWidget()->maximum(), 99);
+    EXPECT_NEAR(view.scaleWidget()->maximum() - view.scaleWidget()->minimum(), 4.4, 1e-9);
+}
+
+TEST_F(Scatter, only_what_a_kind_shows_makes_it_repaint)
+{
+    const auto record = add(10, 2);
+    view.setDiagnosticSelection("flow");
+    view.showType(ScatterPlotSettings::Variable);
+    view.scaleWidget()->setMinMax(0, 10, true);
+    const QImage before = picture();
+    addSpectra(record, 5, 1);
+    EXPECT_EQ(before, picture());
+    auto replaced = std::make_shared<Spectrometer::FullRecord>(*record);
+    replaced->variables[1] = 7;
+    store.updateFullRecord(replaced);
+    EXPECT_NE(before, picture());
+}
+
+TEST(ScatterTexts, labels_and_lines)
+{
+    ScatterPlotSettings settings;
+    EXPECT_EQ(Tsb::scatterScaleLabel(settings, "e1", ""), "Elm. e1");
+    settings.showElectrometerNoise = true;
+    EXPECT_EQ(Tsb::scatterScaleLabel(settings, "e1", ""), "Elm. e1 noise");
+    settings.type = ScatterPlotSettings::Variable;
+    EXPECT_EQ(Tsb::scatterScaleLabel(settings, "flow", "l/min"), "flow (l/min)");
+    settings.type = ScatterPlotSettings::Concentration;
+    EXPECT_EQ(Tsb::scatterScaleLabel(settings, "", ""), QString::fromUtf8("Total concentration\n(#/cm³)"));
+    settings.totalConcentration = false;
+    settings.concentrationType = SpectMath::ConcentrationType::surface;
+    settings.smallerLimit.diameter = 2.5;
+    settings.largerLimit.diameter = 7;
+    EXPECT_EQ(Tsb::scatterScaleLabel(settings, "", ""), QString::fromUtf8("2.5 - 7 nm\n(nm²/cm³)"));
+    settings.type = ScatterPlotSettings::Parameter;
+    EXPECT_EQ(Tsb::scatterScaleLabel(settings, "", ""), "Reverse current root mean square error");
+    EXPECT_EQ(Tsb::scatterLabelLine(qRgb(1, 2, 255), "a<%5>", 1234567, "fA"),
+              "<font color='#0102ff'>a&lt;%5&gt;:</font> 1.23457e+06 (fA)");
+    for (const char *key : {"BackErrorMeanSq", "BackErrorMeanAvg", "SumBackError"})
+        EXPECT_EQ(toKey(spectrumParameterFromKey(key)), key);
+    EXPECT_EQ(spectrumParameterFromKey("?"), SpectrumParameter::BackErrorMeanSq);
+}
+
+TEST_F(Scatter, settings_go_round)
+{
+    for (const int type : {0, 1, 2, 3}) {
+        ScatterPlotView other;
+        other.setUiInfo(uiInfo);
+        other.showType(type);
+        other.setElectrometerSelection(2);
+        other.setDiagnosticSelection("unknown variable");
+        other.setVisibleSpectra({infos[0]->hash, "an id that no data have"});
+        other.setFractionScale(type == 2 ? SpectMath::DistributionScale::mobility
+                                         : SpectMath::DistributionScale::diameter);
+        other.setFractionSmallerLimit(0.5);
+        other.setSpectrumParameter(SpectrumParameter::SumBackError);
+        other.setDatalabelsEnabled(true);
+        other.setPropertiesVisible(false);
+        other.setFixedHeight(77);
+        other.scaleWidget()->setMinMax(-3, 4, true);
+        const QVariant stored = other.settings();
+        view.setSettings(stored);
+        EXPECT_EQ(view.settings(), stored) << type;
+    }
+}
+
+TEST_F(Scatter, hostile_settings_change_only_what_is_sound)
+{
+    add(10, 2);
+    view.showType(ScatterPlotSettings::Variable);
+    const QVariantList values = {QVariant(), nan,          infinity,           -infinity,     1e308,
+                                 -5,         QString("x"), QVariantList{1, 2}, QVariantMap{}, QByteArray("\xff"),
+                                 true,       1ll << 62};
+    const QStringList keys = {"height",
+                              "propertiesVisible",
+                              "datalabels",
+                              "type",
+                              "scaleMin",
+                              "scaleMax",
+                              "electrometerNumber",
+                              "parameterName",
+                              "fractionScale",
+                              "concentrationType",
+                              "visibleSpectra",
+                              "diameterSmallerLimit",
+                              "mobilityLargerLimit",
+                              "totalConcentration",
+                              "spectrumParameter",
+                              "showRawCurrents"};
+    for (const QString &key : keys) {
+        for (const QVariant &value : values) {
+            view.setSettings(QVariantMap{{"type", "fraction"}, {key, value}});
+            view.setSettings(QVariantMap{{"type", "electrometer"}, {key, value}});
+            picture();
+            EXPECT_GE(view.height(), 16);
+            EXPECT_LE(view.height(), 4096);
+            EXPECT_TRUE(std::isfinite(view.scaleWidget()->minimum()) && std::isfinite(view.scaleWidget()->maximum()));
+        }
+    }
+    view.setSettings(QVariant());
+    view.setSettings(
+        QVariantMap{{"type", "parameter"}, {"scaleMin", 5.0}, {"scaleMax", 1.0}}); // upside down is allowed
+    picture();
+}
+
+TEST_F(Scatter, absurd_times_stay_bounded)
+{
+    for (const std::int64_t begin : {std::int64_t(0), std::int64_t(1), std::numeric_limits<std::int64_t>::max() - 5}) {
+        for (const std::int64_t end :
+             {std::int64_t(0), std::int64_t(7), std::numeric_limits<std::int64_t>::min() + 5}) {
+            auto full = testRecord(0, 1, 0);
+            full->beginTime = recordTimeFromTicks(begin);
+            full->endTime = recordTimeFromTicks(end);
+            full->variables = RealVector(3, 1.0);
+            store.addFullRecord(full);
+        }
+    }
+    view.setDiagnosticSelection("flow");
+    view.showType(ScatterPlotSettings::Variable);
+    for (int i = 0; i < store.size(); ++i) {
+        view.setCurrentRecord(store.at(i));
+        view.setDatalabelsEnabled(true);
+        picture();
+    }
+}
+
+} // namespace
