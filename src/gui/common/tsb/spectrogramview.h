@@ -50,7 +50,7 @@ public Q_SLOTS:
     /// Fits the colour limits to the values in view; without values they stay.
     void fitScale() override;
     /// A choice of the user: fits the colours if they have no limits yet.
-    void setVisibleSpectra(QSet<QString> ids);
+    void setVisibleSpectra(QSet<QString> ids) override;
     void setSmoothingEnabled(bool on);
     void showSettingsForm(bool visible);
     void setColorLimits(double lower, double upper);

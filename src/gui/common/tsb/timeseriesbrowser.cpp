@@ -1,8 +1,6 @@
 #include "gui/common/tsb/timeseriesbrowser.h"
 
-#include "gui/common/iconhelp.h"
 #include "gui/common/tsb/header.h"
-#include "gui/common/tsb/plotmenu.h"
 #include "gui/common/tsb/timeview.h"
 #include "gui/common/tsb/view.h"
 #include "gui/common/tsb/viewholder.h"
@@ -10,11 +8,11 @@
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScrollArea>
 #include <QStyle>
-#include <QToolButton>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -26,22 +24,6 @@ namespace {
 constexpr int updatePeriod = 500; // ms
 constexpr int scrollMargin = 50;
 constexpr int dragScrollMargin = 30;
-const QString spectrogramType = QStringLiteral("spectrogram");
-
-/// The ids of all spectra, by the name of their group.
-QMap<QString, QStringList> spectraByGroup(const UiInfo &uiInfo)
-{
-    QMap<QString, QStringList> groups;
-    for (const auto &info : uiInfo.spectrumInfos())
-        groups[info->opmode].append(info->hash);
-    return groups;
-}
-
-QString withCapital(const QString &text)
-{
-    return text.left(1).toUpper() + text.mid(1);
-}
-
 } // namespace
 
 TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, std::vector<ViewKind> kinds)
@@ -72,8 +54,12 @@ TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
     connect(m_viewHolder, &ViewHolder::dragMoved, m_scrollArea,
             [this](const QPoint &at) { m_scrollArea->ensureVisible(at.x(), at.y(), 0, dragScrollMargin); });
     // From the shared names and requests.
-    if (m_uiInfo)
+    if (m_uiInfo) {
         connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &TimeSeriesBrowser::reloadUiSetup);
+        connect(m_uiInfo.get(), &UiInfo::requestElectrometerScatterplot, this, &TimeSeriesBrowser::addElectrometerPlot);
+        connect(m_uiInfo.get(), &UiInfo::requestFlagPlot, this, &TimeSeriesBrowser::addFlagPlot);
+        connect(m_uiInfo.get(), &UiInfo::requestVariableScatterplot, this, &TimeSeriesBrowser::addDiagnosticPlot);
+    }
     reloadUiSetup();
     m_updateTimer.start(updatePeriod);
 }
@@ -85,44 +71,6 @@ TimeSeriesBrowser::~TimeSeriesBrowser()
         view->disconnect(this);
         delete view;
     }
-}
-
-void TimeSeriesBrowser::makeActions()
-{
-    if (hasKind(spectrogramType)) {
-        m_spectrogramMenu = std::make_unique<QMenu>();
-        m_spectrogramAction = new QAction(namedIcon(QStringLiteral("spectrogram")), tr("Spectrogram"), this);
-        connect(m_spectrogramAction, &QAction::triggered, this, [this] { addNewSpectrogramView(); });
-        connect(m_spectrogramMenu.get(), &QMenu::triggered, this,
-                qOverload<QAction *>(&TimeSeriesBrowser::addNewSpectrogramView));
-        m_addPlotActions << m_spectrogramAction;
-    }
-    auto *const autoscale = new QAction(tr("Autoscale all plots"), this);
-    auto *const closeAll = new QAction(namedIcon(QStringLiteral("remove")), tr("Close all plots"), this);
-    connect(autoscale, &QAction::triggered, this, &TimeSeriesBrowser::allFitScale);
-    connect(closeAll, &QAction::triggered, this, &TimeSeriesBrowser::closeAllViews);
-    m_viewActions << autoscale << closeAll;
-}
-
-QWidget *TimeSeriesBrowser::makeAddPlotRow()
-{
-    auto *const row = new QWidget;
-    auto *const layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    auto *const button = new QToolButton(row);
-    button->setText(tr("Add plot"));
-    button->setAutoRaise(true);
-    button->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    button->setPopupMode(QToolButton::InstantPopup);
-    button->setFocusPolicy(Qt::StrongFocus);
-    auto *const menu = new PlotMenu(button);
-    menu->addActions(m_addPlotActions);
-    button->setMenu(menu);
-    layout->addStretch();
-    layout->addWidget(button);
-    layout->addStretch();
-    return row;
 }
 
 TimeView *TimeSeriesBrowser::timeView() const
@@ -205,63 +153,6 @@ void TimeSeriesBrowser::connectView(View *view)
     // The time cursor's ring.
     connect(view, &View::timeCursorChange, this, &TimeSeriesBrowser::setTimeCursor);
     connect(this, &TimeSeriesBrowser::timeCursorChanged, view, &View::timeCursorChange);
-}
-
-View *TimeSeriesBrowser::addSpectrogramView(const QStringList &ids)
-{
-    View *const view = makeView(spectrogramType);
-    if (!view)
-        return nullptr;
-    addView(view);
-    if (ids.isEmpty())
-        return view;
-    view->setVisibleSpectra(QSet<QString>(ids.begin(), ids.end()));
-    activateLayouts();
-    view->fitScale();
-    return view;
-}
-
-void TimeSeriesBrowser::addNewSpectrogramView()
-{
-    QStringList ids;
-    if (m_uiInfo && m_uiInfo->spectrumInfos().size() == 1)
-        ids << m_uiInfo->spectrumInfos().first()->hash;
-    addSpectrogramView(ids);
-    ensureViewVisible(m_addPlotRow);
-}
-
-void TimeSeriesBrowser::addNewSpectrogramView(QAction *action)
-{
-    addSpectrogramView(action->data().toStringList());
-    ensureViewVisible(m_addPlotRow);
-}
-
-void TimeSeriesBrowser::addDefaultStack()
-{
-    if (!m_uiInfo)
-        return;
-    QStringList modes;
-    for (const auto &info : m_uiInfo->spectrumInfos()) {
-        if (!modes.contains(info->opmode))
-            modes << info->opmode;
-    }
-    const auto groups = spectraByGroup(*m_uiInfo);
-    for (const QString &mode : modes)
-        addSpectrogramView(groups.value(mode));
-    allFitScale();
-}
-
-void TimeSeriesBrowser::reloadUiSetup()
-{
-    if (!m_spectrogramMenu)
-        return;
-    m_spectrogramMenu->clear();
-    if (m_uiInfo) {
-        const auto groups = spectraByGroup(*m_uiInfo);
-        for (auto group = groups.begin(); group != groups.end(); ++group)
-            m_spectrogramMenu->addAction(withCapital(group.key()))->setData(group.value());
-    }
-    m_spectrogramAction->setMenu(m_spectrogramMenu->isEmpty() ? nullptr : m_spectrogramMenu.get());
 }
 
 void TimeSeriesBrowser::ensureViewVisible(QWidget *widget)

@@ -5,6 +5,7 @@
 #include "gui/common/uiinfo.h"
 #include "store/datastore.h"
 
+#include <QIcon>
 #include <QPointer>
 #include <QTimer>
 #include <QVariant>
@@ -19,6 +20,7 @@ class QScrollArea;
 namespace Tsb {
 
 class Header;
+class ScatterPlotView;
 class TimeView;
 class View;
 class ViewHolder;
@@ -53,7 +55,8 @@ public:
 
     /// Takes the view, wires it and gives it the present state.
     void addView(View *view);
-    /// The views of a folder that brings none: a spectrogram view for each mode with all its spectra, fitted.
+    /// The views of a folder that brings none, fitted: the operating modes, the total concentration of the first mode's
+    /// spectra, the first variable, and a spectrogram view for each mode with all its spectra.
     void addDefaultStack();
     /// Shows that span of time, at the width that the axis has once all layouts are settled.
     void fitTimescale(RecordTime begin, RecordTime end);
@@ -65,6 +68,10 @@ public Q_SLOTS:
     void closeAllViews();
     /// That view and all that stand below it.
     void closeViewsBelow(Tsb::View *view);
+    void addOpmodePlot();
+    void addFlagPlot(const QString &flagData);
+    void addElectrometerPlot(int channelNumber);
+    void addDiagnosticPlot(const QString &channelName);
     void ensureViewVisible(QWidget *widget);
     /// Scrolls the axis just enough to show the record, unless that is disabled, and hands the record to all views.
     void selectRecord(std::shared_ptr<Record> record);
@@ -84,6 +91,8 @@ private Q_SLOTS:
     void viewDestroyed(QObject *object);
     void scrollToView(QWidget *widget);
     void timeViewFollowNowChanged(bool on);
+    void addNewOpmodeView();
+    void addNewScatterPlotView(int type);
     void addNewSpectrogramView();
     void addNewSpectrogramView(QAction *action);
     void reloadUiSetup();
@@ -91,12 +100,17 @@ private Q_SLOTS:
 
 private:
     void makeActions();
+    void makeAddPlotActions();
+    QAction *addPlotAction(const QString &text, const QIcon &icon = QIcon());
     QWidget *makeAddPlotRow();
     void connectView(View *view);
     /// Null for an unknown type.
     View *makeView(const QString &type) const;
     QString typeOf(const View *view) const;
     View *addSpectrogramView(const QStringList &ids);
+    ScatterPlotView *addScatterPlotView();
+    void addConcentrationsOf(const QStringList &ids);
+    void addFirstVariable();
     bool hasKind(const QString &type) const;
     void activateLayouts();
     void zoom(int step);
