@@ -8,6 +8,7 @@
 #include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/common/tsb/timeview.h"
 #include "gui/frame/mainwindowbase.h"
+#include "gui/frame/windowgeometry.h"
 
 #include <QAction>
 #include <QMenuBar>
@@ -145,6 +146,6 @@ void MainWindowBase::restoreMainWindowState(bool restoreGeometry)
     if (m_settings->value(versionKey, 0).toInt() < settingsVersion)
         m_settings->clear();
     if (restoreGeometry)
-        this->restoreGeometry(m_settings->value(geometryKey).toByteArray());
+        restoreReachableGeometry(*this, m_settings->value(geometryKey).toByteArray());
     setCorners(); // restoring may have changed them
 }

@@ -25,8 +25,8 @@ ReadProgressDialog::ReadProgressDialog(QWidget *parent)
     setLabel(m_label);
     setBar(m_bar);
     setCancelButton(m_cancelButton);
-    // The base would hide itself on the wish to cancel.
-    disconnect(this, &QProgressDialog::canceled, this, &QProgressDialog::cancel);
+    // The base would hide itself on the wish to cancel. It connects by name, and only so can that be undone.
+    disconnect(this, SIGNAL(canceled()), this, SLOT(cancel()));
     reset(); // the base meant to show itself soon
 }
 
@@ -56,6 +56,11 @@ void ReadProgressDialog::showStopping()
     m_stopping = true;
     m_cancelButton->setEnabled(false);
     m_label->setText(tr("Stopping after this file"));
+}
+
+void ReadProgressDialog::reject()
+{
+    Q_EMIT canceled();
 }
 
 void ReadProgressDialog::closeEvent(QCloseEvent *event)

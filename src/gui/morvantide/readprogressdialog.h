@@ -17,6 +17,10 @@ public:
     /// Tells that the wish to cancel was heard.
     void showStopping();
 
+public Q_SLOTS:
+    /// What Escape asks for: the same as the button.
+    void reject() override;
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+/// A data folder that a test writes: day files of flags, which need nothing but times and modes.
+struct DayFolder {
+    static constexpr int recordsOfDay = 144;
+
+    QTemporaryDir folder;
+
+    QString path() const { return folder.path(); }
+    /// So many records of one second each: it takes a while to read them.
+    void writeLong(int seconds)
+    {
+        QByteArray text = "# Quilvane flags\n# \nbegin_time\tend_time\topmode\tflags\n";
+        QDateTime time(QDate(2019, 1, 1), QTime(0, 0), Qt::UTC);
+        QByteArray next = time.toString("yyyy-MM-dd hh:mm:ss").toLatin1();
+        for (int i = 0; i < seconds; ++i) {
+            text += next + '\t';
+            time = time.addSecs(1);
+            next = time.toString("yyyy-MM-dd hh:mm:ss").toLatin1();
+            text += next + "\tions\t\n";
+        }
+        write("20190101-block.flags", text);
+    }
+    void write(const QString &name, const QByteArray &text)
+    {
+        QFile file(folder.filePath(name));
+        file.open(QIODevice::WriteOnly);
+        file.write(text);
+    }
+    /// A record each ten minutes of one day of 2019 (from 1), "ions" and "particles" in turn, two hours east of
+    /// Greenwich.
+    void writeDay(int dayOfYear, const QString &variant = QStringLiteral("block"))
+    {
+        const QDate date = QDate(2019, 1, 1).addDays(dayOfYear - 1);
+        QByteArray text = "# Quilvane flags\n# \nbegin_time\tend_time\topmode\tflags\n";
+        for (int i = 0; i < recordsOfDay; ++i) {
+            const QDateTime begin(date, QTime(i / 6, i % 6 * 10));
+            for (const QDateTime &time : {begin, begin.addSecs(600)})
+                text += time.toString("yyyy-MM-dd hh:mm:ss").toLatin1() + ".000000+02:00\t";
+            text += i % 2 ? "particles\t\n" : "ions\t\n";
+        }
+        write(date.toString("yyyyMMdd") + '-' + variant + ".flags", text);
+    }
+};

@@ -1,0 +1,175 @@
+#include "gui/morvantide/datachooserdialog.h"
+#include "gui/morvantide/readprogress.h"
+#include "gui/morvantide/recentfolders.h"
+#include "gui/morvantide/settingsfile.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Dialog {
+    DataChooserDialog dialog;
+
+    template<class T>
+    T *find(const char *name)
+    {
+        return dialog.findChild<T *>(name);
+    }
+    void click(const char *name) { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
+    bool isOkEnabled() { return dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok)->isEnabled(); }
+};
+
+const QDateTime day(int month, int number)
+{
+    return QDateTime(QDate(2019, month, number), QTime(1, 2, 3));
+}
+
+} // namespace
+
+TEST(DataChooserDialog, GivesBackWhatItWasGiven)
+{
+    Dialog d;
+    EXPECT_FALSE(d.isOkEnabled()) << "no folder";
+    const QVariantMap first{{"folderName", "/a b/ä"}, {"beginTime", day(9, 12)}, {"endTime", day(9, 13)},
+                            {"limitBegin", true},     {"limitEnd", true},        {"variant", "7s"},
+                            {"legacyFiles", true}};
+    d.dialog.setOldPaths({"/x", "/y"});
+    d.dialog.setChoice(first);
+    EXPECT_EQ(d.dialog.choice(), first);
+    EXPECT_TRUE(d.isOkEnabled());
+    EXPECT_TRUE(d.find<QDateTimeEdit>("beginTimeEdit")->isEnabled());
+    EXPECT_FALSE(d.find<QComboBox>("variantComboBox")->isEnabled());
+
+    d.dialog.setChoice({{"limitEnd", false}, {"legacyFiles", false}});
+    QVariantMap second = first;
+    second["limitEnd"] = second["legacyFiles"] = false;
+    EXPECT_EQ(d.dialog.choice(), second) << "keys that are missing change nothing";
+    EXPECT_FALSE(d.find<QDateTimeEdit>("endTimeEdit")->isEnabled());
+}
+
+TEST(DataChooserDialog, StartsTodayWithTheBlockVariant)
+{
+    Dialog d;
+    const QVariantMap choice = d.dialog.choice();
+    EXPECT_EQ(choice.size(), 7);
+    EXPECT_EQ(choice["beginTime"].toDate(), QDate::currentDate());
+    EXPECT_EQ(choice["endTime"].toDate(), QDate::currentDate());
+    EXPECT_FALSE(choice["limitBegin"].toBool());
+    EXPECT_FALSE(choice["legacyFiles"].toBool());
+    EXPECT_EQ(choice["variant"].toString(), "block");
+    EXPECT_EQ(d.find<QDateTimeEdit>("beginTimeEdit")->displayFormat(), "yyyy-MM-dd");
+}
+
+TEST(DataChooserDialog, SpanButtons)
+{
+    const struct {
+        const char *button;
+        bool endBefore;
+        bool begin, end;
+        int days; ///< 0 leaves the times
+    } table[] = {{"allTimespanButton", true, false, false, 0},
+                 {"timespan7dButton", true, true, true, 7},
+                 {"timespan7dButton", false, true, false, 7},
+                 {"timespan30dButton", true, true, false, 30},
+                 {"timespan30dButton", false, true, false, 30}};
+    for (const auto &row : table) {
+        Dialog d;
+        d.dialog.setChoice({{"beginTime", day(1, 1)}, {"endTime", day(1, 2)}, {"limitEnd", row.endBefore}});
+        d.click(row.button);
+        const QVariantMap choice = d.dialog.choice();
+        EXPECT_EQ(choice["limitBegin"].toBool(), row.begin) << row.button;
+        EXPECT_EQ(choice["limitEnd"].toBool(), row.end) << row.button;
+        const QDate begin = row.days ? QDate::currentDate().addDays(-row.days) : QDate(2019, 1, 1);
+        const QDate end = row.days ? QDate::currentDate() : QDate(2019, 1, 2);
+        EXPECT_EQ(choice["beginTime"].toDate(), begin) << row.button;
+        EXPECT_EQ(choice["endTime"].toDate(), end) << row.button;
+    }
+}
+
+TEST(DataChooserDialog, ListsTheVariantsOfTheFolder)
+{
+    QTemporaryDir folder;
+    for (const char *name : {"20190912-90s.records", "20190912-5min.records", "notes.txt"}) {
+        QFile file(folder.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    Dialog d;
+    auto *box = d.find<QComboBox>("variantComboBox");
+    const auto items = [box] {
+        QStringList list;
+        for (int i = 0; i < box->count(); ++i)
+            list.append(box->itemText(i));
+        return list;
+    };
+    EXPECT_EQ(items(), (QStringList{"block", "10s", "1s"}));
+    d.dialog.setChoice({{"folderName", folder.path()}});
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return items() == QStringList{"5min", "90s"};
+    })) << items().join(' ').toStdString();
+    EXPECT_EQ(box->currentText(), "block") << "what the user typed stays";
+    d.dialog.setChoice({{"folderName", folder.path() + "/none"}});
+    QTest::qWait(500);
+    EXPECT_EQ(items(), (QStringList{"5min", "90s"}));
+}
+
+TEST(DataChooserDialog, EverythingIsReachedByTab)
+{
+    Dialog d;
+    d.dialog.setChoice({{"folderName", "/"}, {"limitBegin", true}, {"limitEnd", true}});
+    d.dialog.show();
+    d.dialog.activateWindow();
+    QSet<QString> reached;
+    for (int i = 0; i < 30; ++i) {
+        if (QWidget *focus = d.dialog.focusWidget())
+            reached.insert(focus->objectName());
+        QTest::keyClick(d.dialog.focusWidget() ? d.dialog.focusWidget() : &d.dialog, Qt::Key_Tab);
+    }
+    for (const char *name : {"folderNameComboBox", "chooseFolderButton", "limitBeginCheckBox", "beginTimeEdit",
+                             "limitEndCheckBox", "endTimeEdit", "allTimespanButton", "timespan7dButton",
+                             "timespan30dButton", "averagingVariantRadioButton", "variantComboBox"})
+        EXPECT_TRUE(reached.contains(name)) << name;
+}
+
+TEST(RecentFolders, NewestFirstAndAtMostTwenty)
+{
+    QStringList twenty;
+    for (int i = 0; i < 20; ++i)
+        twenty.append(QString::number(i));
+    const QStringList known = recentFoldersWith(twenty, "7");
+    EXPECT_EQ(known.size(), 20);
+    EXPECT_EQ(known.mid(0, 2), (QStringList{"7", "0"}));
+    EXPECT_EQ(known.count("7"), 1);
+    const QStringList pushed = recentFoldersWith(twenty, "new");
+    EXPECT_EQ(pushed.size(), 20);
+    EXPECT_EQ(pushed.first(), "new");
+    EXPECT_EQ(pushed.last(), "18");
+    EXPECT_EQ(recentFoldersWith(twenty + twenty, "new").size(), 20);
+    EXPECT_EQ(recentFoldersWith({}, "a"), QStringList{"a"});
+}
+
+TEST(ReadProgress, Text)
+{
+    EXPECT_EQ(progressText({0, 3, "", 0, 0}), "");
+    EXPECT_EQ(progressText({0, 3, "Reading %1", 0, 0}), "Reading %1 (1 of 3)");
+    EXPECT_EQ(progressText({2, 3, "Reading c", 50, 200}), "Reading c (3 of 3), 25 %");
+    EXPECT_EQ(progressText({3, 3, "Reading c", 300, 200}), "Reading c (3 of 3), 100 %");
+}
+
+TEST(SettingsFile, BesideTheExecutableWhereItCanBe)
+{
+    QTemporaryDir application, user;
+    const QString beside = application.filePath("morvantide.conf");
+    EXPECT_EQ(settingsFilePath(application.path(), user.path()), beside);
+    EXPECT_EQ(settingsFilePath("/proc/self", user.path()), user.filePath("morvantide.conf"));
+}
