@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """One inversion with scipy (OpenBLAS, one thread) against ours, on the same problems, alternated.
 
 usage: inversion_scipy.py build/release/bench/spectra_bench
