@@ -42,6 +42,25 @@ std::size_t SpanIndex::firstEndingFrom(std::size_t from, std::int64_t tick) cons
     return m_size;
 }
 
+std::size_t SpanIndex::firstReachingFrom(std::size_t from, std::int64_t tick) const
+{
+    for (std::size_t block = from / blockSize, slot = from % blockSize; block < m_blocks.size(); ++block, slot = 0) {
+        const bool followedInTime = block + 1 < m_blocks.size() && m_blocks[block + 1].firstBegin >= tick;
+        if (m_blocks[block].greatestEnd < tick && !followedInTime)
+            continue;
+        const Spans &spans = *m_blocks[block].spans;
+        const std::size_t first = block * blockSize;
+        const std::size_t used = std::min(blockSize, m_size - first);
+        for (; slot + 1 < used; ++slot) {
+            if (spans.ends[slot] >= tick || spans.begins[slot + 1] >= tick)
+                return first + slot;
+        }
+        if (slot < used && (spans.ends[slot] >= tick || followedInTime))
+            return first + slot;
+    }
+    return m_size;
+}
+
 std::size_t SpanIndex::lastEndingFrom(std::size_t before, std::int64_t tick) const
 {
     std::size_t i = std::min(before, m_size); // the entry before i is the next to look at

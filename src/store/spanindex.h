@@ -29,6 +29,9 @@ public:
     /// The first entry at or after `from` whose end isn't less than the tick; size() if there is none. Entries after it
     /// may end earlier again: ends need not ascend. Skips whole blocks.
     std::size_t firstEndingFrom(std::size_t from, std::int64_t tick) const;
+    /// The first entry at or after `from` that ends at or after the tick or whose follower begins there; size() if
+    /// there is none. Skips whole blocks.
+    std::size_t firstReachingFrom(std::size_t from, std::int64_t tick) const;
     /// The last entry before `before` whose end isn't less than the tick; size() if there is none. Skips whole blocks.
     std::size_t lastEndingFrom(std::size_t before, std::int64_t tick) const;
 

@@ -29,6 +29,14 @@ public:
         }
         return spans.size();
     }
+    std::size_t firstReachingFrom(std::size_t from, std::int64_t tick) const
+    {
+        for (std::size_t i = from; i < spans.size(); ++i) {
+            if (spans[i].end >= tick || (i + 1 < spans.size() && spans[i + 1].begin >= tick))
+                return i;
+        }
+        return spans.size();
+    }
     std::size_t lastEndingFrom(std::size_t before, std::int64_t tick) const
     {
         for (std::size_t i = std::min(before, spans.size()); i-- > 0;) {
@@ -79,6 +87,7 @@ TEST(SpanIndex, agrees_with_a_plain_list)
             const auto place = std::size_t(number(operations + 2));
             ASSERT_EQ(index.lowerBound(tick), plain.lowerBound(tick));
             ASSERT_EQ(index.firstEndingFrom(place, tick), plain.firstEndingFrom(place, tick));
+            ASSERT_EQ(index.firstReachingFrom(place, tick), plain.firstReachingFrom(place, tick));
             ASSERT_EQ(index.lastEndingFrom(place, tick), plain.lastEndingFrom(place, tick));
         }
     }

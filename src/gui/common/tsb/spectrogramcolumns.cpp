@@ -8,7 +8,6 @@ namespace Tsb {
 namespace {
 
 constexpr double farColumn = 1e6;
-constexpr std::size_t noEntry = std::size_t(-1);
 
 int roundedColumn(double x)
 {
@@ -36,7 +35,7 @@ public:
         m_last = std::min(m_width, columns.last + m_offset);
         if (m_first >= m_last)
             return {};
-        m_owners.assign(std::size_t(m_last - m_first), noEntry);
+        m_owners.assign(std::size_t(m_last - m_first), nullptr);
         const auto [begin, end] = m_source.entriesAround(m_parameters.scale, columns.first, columns.last);
         for (std::size_t i = nextToLookAt(begin); i < end && m_covered < m_width; i = nextToLookAt(i + 1))
             place(i);
@@ -57,11 +56,7 @@ private:
         if (!(std::abs(ticks) < 9e18))
             return i;
         const std::int64_t tick = saturatedAdd(ticksOf(scale.originTick), std::int64_t(std::floor(ticks)));
-        const std::size_t ending = m_spans.firstEndingFrom(i, tick);
-        if (!m_parameters.fillGaps)
-            return ending;
-        const std::size_t following = m_spans.lowerBound(tick);
-        return std::min(ending, std::max(i, following > 0 ? following - 1 : 0));
+        return m_parameters.fillGaps ? m_spans.firstReachingFrom(i, tick) : m_spans.firstEndingFrom(i, tick);
     }
 
     void place(std::size_t i)
@@ -85,12 +80,15 @@ private:
         if (left >= m_width)
             return;
         right = std::min(right, m_width);
-        if (right <= m_covered || right <= left || !m_source.values(i, std::size_t(m_parameters.binCount)))
+        if (right <= m_covered || right <= left)
+            return;
+        const double *values = m_source.values(i, std::size_t(m_parameters.binCount));
+        if (!values)
             return;
         m_covered = right;
         if (std::max(left, m_first) < std::min(right, m_last))
             std::fill(m_owners.begin() + (std::max(left, m_first) - m_first),
-                      m_owners.begin() + (std::min(right, m_last) - m_first), i);
+                      m_owners.begin() + (std::min(right, m_last) - m_first), values);
     }
 
     std::vector<ColumnRun> runs() const
@@ -98,13 +96,13 @@ private:
         std::vector<ColumnRun> result;
         result.reserve(m_owners.size());
         for (int column = m_first; column < m_last; ++column) {
-            const std::size_t entry = m_owners[std::size_t(column - m_first)];
-            if (entry == noEntry)
+            const double *values = m_owners[std::size_t(column - m_first)];
+            if (!values)
                 continue;
-            if (!result.empty() && result.back().entry == entry && result.back().right == column)
+            if (!result.empty() && result.back().values == values && result.back().right == column)
                 ++result.back().right;
             else
-                result.push_back({column, column + 1, entry});
+                result.push_back({column, column + 1, values});
         }
         return result;
     }
@@ -117,7 +115,7 @@ private:
     int m_first = 0;
     int m_last = 0;
     int m_covered = 0;
-    std::vector<std::size_t> m_owners; ///< of the columns from m_first on
+    std::vector<const double *> m_owners; ///< what the columns from m_first on show
 };
 
 } // namespace

@@ -6,14 +6,14 @@
 
 namespace Tsb {
 
-/// Neighbouring columns of the image that show one entry.
+/// Neighbouring columns of the image that show one spectrum.
 struct ColumnRun {
     int left, right; ///< right is exclusive
-    std::size_t entry;
+    const double *values;
 };
 
-/// Which entry each column of an image `width` columns wide shows: runs in ascending order, within [first, last), with
-/// gaps where nothing is to be drawn.
+/// Which spectrum each column of an image `width` columns wide shows: runs in ascending order, within [first, last),
+/// with gaps where nothing is to be drawn.
 std::vector<ColumnRun> planColumns(const SpectrogramSource &source, const SpectrogramParameters &parameters, int width,
                                    const PixelRange &columns, int offset);
 

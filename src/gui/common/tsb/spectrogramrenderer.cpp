@@ -8,29 +8,83 @@ namespace Tsb {
 
 namespace {
 
-/// Colour of a normalised value by one multiplication and a table read.
-struct TableLookup {
-    const uint *entries;
-    double top; ///< the last index
+constexpr std::size_t runsAtOnce = 256;
 
-    uint operator()(double v) const
+/// The values t * slope + base of a row of runs, whose colours are asked for.
+struct RowValues {
+    const double *slopes, *bases;
+    std::size_t size;
+    double t;
+
+    double operator[](std::size_t i) const { return t * slopes[i] + bases[i]; }
+};
+
+/// Colours by one multiplication and a table read. Two loops: the first reads no table, so that it can be done for
+/// several values at once.
+class TableLookup {
+public:
+    TableLookup(std::vector<uint> entries, std::size_t runs) : m_entries(std::move(entries)), m_indices(runs) {}
+
+    void operator()(const RowValues &values, uint *colors)
     {
-        const double low = v > 0 ? v : 0.0; // also for what is no number
-        const double held = low < 1 ? low : 1.0;
-        return entries[int(top * held)];
+        const double *slopes = values.slopes, *bases = values.bases;
+        const double t = values.t, top = double(m_entries.size() - 1);
+        int *indices = m_indices.data();
+        for (std::size_t i = 0; i < values.size; ++i) {
+            const double v = t * slopes[i] + bases[i];
+            const double low = v > 0 ? v : 0.0; // also for what is no number
+            const double held = low < 1 ? low : 1.0;
+            indices[i] = int(top * held);
+        }
+        const uint *entries = m_entries.data();
+        for (std::size_t i = 0; i < values.size; ++i)
+            colors[i] = entries[indices[i]];
     }
+
+private:
+    std::vector<uint> m_entries;
+    std::vector<int> m_indices;
 };
 
 /// The same with a second table for values above a threshold.
-struct ZoneLookup {
-    TableLookup below, above;
-    double threshold;
-    uint operator()(double v) const { return v > threshold ? above(v) : below(v); }
+class ZoneLookup {
+public:
+    ZoneLookup(const std::vector<uint> &table, const Colormap::ThresholdColormap &zones, std::size_t runs)
+        : m_below(zoned(table, zones, zones.threshold()), runs),
+          m_above(zoned(table, zones, std::numeric_limits<double>::infinity()), runs), m_aboveColors(runs),
+          m_threshold(zones.threshold())
+    {
+    }
+
+    void operator()(const RowValues &values, uint *colors)
+    {
+        m_below(values, colors);
+        m_above(values, m_aboveColors.data());
+        for (std::size_t i = 0; i < values.size; ++i)
+            colors[i] = values[i] > m_threshold ? m_aboveColors[i] : colors[i];
+    }
+
+private:
+    static std::vector<uint> zoned(std::vector<uint> table, const Colormap::ThresholdColormap &zones, double at)
+    {
+        for (uint &color : table)
+            color = zones.zoneColor(color, at);
+        return table;
+    }
+
+    TableLookup m_below, m_above;
+    std::vector<uint> m_aboveColors;
+    double m_threshold;
 };
 
+/// Any other map, value by value.
 struct MapLookup {
     const Colormap::Map &map;
-    uint operator()(double v) const { return map(std::isnan(v) ? 0.0 : v); }
+    void operator()(const RowValues &values, uint *colors) const
+    {
+        for (std::size_t i = 0; i < values.size; ++i)
+            colors[i] = map(std::isnan(values[i]) ? 0.0 : values[i]);
+    }
 };
 
 /// The colours of a map that is a table in itself; empty for any other.
@@ -50,62 +104,68 @@ std::vector<uint> tableOf(const Colormap::Map &map)
 
 /// Calls the function with the quickest lookup that gives the map's colours.
 template<typename Function>
-void withLookup(const Colormap::Map &map, Function function)
+void withLookup(const Colormap::Map &map, std::size_t runs, Function function)
 {
-    const auto lookupIn = [](const std::vector<uint> &table) {
-        return TableLookup{table.data(), double(table.size() - 1)};
-    };
     const auto *zones = map.target<Colormap::ThresholdColormap>();
     const std::vector<uint> table = tableOf(zones ? zones->inner() : map);
     if (table.empty())
-        return function(MapLookup{map});
-    if (!zones)
-        return function(lookupIn(table));
-    const double threshold = zones->threshold();
-    std::vector<uint> below = table, above = table;
-    for (uint &color : below)
-        color = zones->zoneColor(color, threshold);
-    for (uint &color : above)
-        color = zones->zoneColor(color, std::numeric_limits<double>::infinity());
-    function(ZoneLookup{lookupIn(below), lookupIn(above), threshold});
+        function(MapLookup{map});
+    else if (zones)
+        function(ZoneLookup(table, *zones, runs));
+    else
+        function(TableLookup(table, runs));
 }
 
-/// The normalised logarithms of all runs, bin by bin from the bottom of the strip: row k holds bin k of every run.
+/// Some neighbouring runs.
+struct Runs {
+    const ColumnRun *first;
+    std::size_t size;
+};
+
+/// The normalised logarithms of runs, bin by bin from the bottom of the strip: row k holds bin k of every run.
 class LevelTable {
 public:
-    LevelTable(const SpectrogramSource &source, const SpectrogramParameters &p, const std::vector<ColumnRun> &runs)
-        : m_runs(runs.size()), m_levels(runs.size() * std::size_t(p.binCount))
+    LevelTable(const SpectrogramParameters &parameters, std::size_t mostRuns)
+        : m_parameters(parameters), m_bins(std::size_t(parameters.binCount)), m_levels(mostRuns * m_bins),
+          m_smoothed(m_bins)
     {
-        const auto n = std::size_t(p.binCount);
-        std::vector<double> smoothed(n);
+    }
+
+    void fill(const Runs &runs)
+    {
+        const SpectrogramParameters &p = m_parameters;
+        m_runs = runs.size;
         for (std::size_t r = 0; r < m_runs; ++r) {
-            const double *values = source.values(runs[r].entry, n);
+            const double *values = runs.first[r].values;
             if (p.smoothing) {
-                multiplyRow(values, *p.smoothing, smoothed.data(), n);
-                values = smoothed.data();
+                multiplyRow(values, *p.smoothing, m_smoothed.data(), m_bins);
+                values = m_smoothed.data();
             }
-            for (std::size_t k = 0; k < n; ++k)
-                m_levels[k * m_runs + r] = std::log10(values[p.reversedRows ? n - 1 - k : k]);
+            for (std::size_t k = 0; k < m_bins; ++k)
+                m_levels[k * m_runs + r] = std::log10(values[p.reversedRows ? m_bins - 1 - k : k]);
         }
-        const double span = p.colorUpper - p.colorLower;
-        for (double &level : m_levels)
-            level = (level - p.colorLower) / span;
+        const double lower = p.colorLower, span = p.colorUpper - lower;
+        for (std::size_t i = 0; i < m_runs * m_bins; ++i)
+            m_levels[i] = (m_levels[i] - lower) / span;
     }
 
     const double *bin(std::size_t k) const { return m_levels.data() + k * m_runs; }
 
 private:
-    std::size_t m_runs;
+    const SpectrogramParameters &m_parameters;
+    std::size_t m_bins;
+    std::size_t m_runs = 0;
     std::vector<double> m_levels;
+    std::vector<double> m_smoothed;
 };
 
 /// Copies one color per run to the columns of the runs.
 class RunSpreader {
 public:
-    explicit RunSpreader(const std::vector<ColumnRun> &runs)
+    explicit RunSpreader(const Runs &runs)
     {
-        for (std::size_t r = 0; r < runs.size(); ++r) {
-            const ColumnRun &run = runs[r];
+        for (std::size_t r = 0; r < runs.size; ++r) {
+            const ColumnRun &run = runs.first[r];
             const bool single = run.right == run.left + 1;
             if (single && !m_pieces.empty() && m_pieces.back().single && m_pieces.back().right == run.left)
                 ++m_pieces.back().right;
@@ -133,12 +193,12 @@ private:
     std::vector<Piece> m_pieces;
 };
 
+/// Paints runs whose levels are in the table, rows from left to right.
 template<typename Lookup>
-void paintRows(const Lookup &lookup, const LevelTable &levels, const std::vector<ColumnRun> &runs, int binCount,
-               QImage &image)
+void paintRows(Lookup &lookup, const LevelTable &levels, const Runs &runs, int binCount, QImage &image)
 {
     const RunSpreader spreader(runs);
-    const std::size_t count = runs.size();
+    const std::size_t count = runs.size;
     std::vector<double> slopes(count), bases(count);
     std::vector<uint> colors(count);
     uchar *const bits = image.bits();
@@ -157,8 +217,7 @@ void paintRows(const Lookup &lookup, const LevelTable &levels, const std::vector
         }
         for (int y = yBottom; y < yTop; ++y) {
             const double t = double(y - yBottom) / (yTop - yBottom);
-            for (std::size_t r = 0; r < count; ++r)
-                colors[r] = lookup(t * slopes[r] + bases[r]);
+            lookup(RowValues{slopes.data(), bases.data(), count, t}, colors.data());
             spreader.spread(colors.data(), reinterpret_cast<uint *>(bits + std::ptrdiff_t(y) * image.bytesPerLine()));
         }
     }
@@ -185,9 +244,16 @@ void renderSpectrogram(const SpectrogramSource &source, const SpectrogramParamet
     const std::vector<ColumnRun> runs = planColumns(source, parameters, image.width(), columns, offset);
     if (runs.empty())
         return;
-    const LevelTable levels(source, parameters, runs);
-    withLookup(parameters.colormap,
-               [&](const auto &lookup) { paintRows(lookup, levels, runs, parameters.binCount, image); });
+    // In portions whose table stays in the cache.
+    const std::size_t portion = std::min(runs.size(), runsAtOnce);
+    LevelTable levels(parameters, portion);
+    withLookup(parameters.colormap, portion, [&](auto lookup) {
+        for (std::size_t first = 0; first < runs.size(); first += portion) {
+            const Runs some{runs.data() + first, std::min(portion, runs.size() - first)};
+            levels.fill(some);
+            paintRows(lookup, levels, some, parameters.binCount, image);
+        }
+    });
 }
 
 QColor spectrogramBackground(const Colormap::Map &colormap, bool white)
