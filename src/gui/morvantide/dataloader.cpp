@@ -1,6 +1,7 @@
 #include "gui/morvantide/dataloader.h"
 
 #include "gui/morvantide/readprogressdialog.h"
+#include "util/workerthread.h"
 
 #include <mutex>
 
@@ -66,7 +67,7 @@ void DataLoader::start(const FileReaderSettings &settings)
     m_box->loader = this;
     m_box->progress.fileCount = settings.files.size();
     connectTask();
-    m_thread = new QThread;
+    m_thread = new WorkerThread;
     m_thread->setObjectName(QStringLiteral("reading"));
     m_task->moveToThread(m_thread);
     m_thread->start(QThread::InheritPriority);

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QStringList>
+
+/// What the program's command line says. Options begin with "-"; those that nobody knows are ignored.
+namespace CommandLine {
+
+struct RecoverOption {
+    bool isGiven = false;
+    QString file; ///< what follows the option; null if nothing does
+};
+
+/// The first "--recover" anywhere on the line.
+RecoverOption recoverOption(const QStringList &arguments);
+
+/// The words that are no options, in order; the program's own name at index 0 is none of them.
+QStringList positionalArguments(const QStringList &arguments);
+
+} // namespace CommandLine

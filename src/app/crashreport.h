@@ -1,0 +1,24 @@
+#pragma once
+
+#include <csignal>
+
+/// Writing down what is known of a crash. Everything here may be called in a signal handler: no heap, no locks, no Qt.
+namespace CrashReport {
+
+struct Crash {
+    const char *program; ///< name and version texts
+    const char *reason;  ///< of std::terminate; empty for other crashes
+    int signal;
+    const siginfo_t *info;    ///< may be null
+    const void *context;      ///< the ucontext_t of the handler; may be null
+    long long secondsRunning; ///< since the reporter was installed
+};
+
+/// Loads what a stack walk needs, so that the first walk isn't the one in a handler. To be called beforehand.
+void prepare();
+
+/// Makes the folder if need be, and in it "crash-<pid>-<seconds since the epoch>.txt". Writes the report there, or to
+/// the standard error if no file can be had, and says on the standard error which.
+void write(const char *folder, const Crash &crash);
+
+} // namespace CrashReport

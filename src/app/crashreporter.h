@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QStringList>
+
+/// Reports crashes of this process, and starts it again. A crash is a signal SIGSEGV, SIGABRT, SIGFPE, SIGILL or
+/// SIGBUS, or a call of std::terminate, on any thread. It is written into a file of the report folder with version,
+/// signal, address, stack and memory map; the process then ends by that signal.
+///
+/// In the moment of a crash nothing is allocated, locked or asked of Qt: all that is needed is made ready at install. A
+/// crash or a hang while the report is written costs the rest of the report, and not the restart. Overflows of a
+/// thread's stack are reported where the thread has an AlternateStack.
+namespace CrashReporter {
+
+struct Settings {
+    QString applicationName;
+    QString applicationVersion;
+    QString reportFolder; ///< relative to the directory that is current at the crash
+    /// What the executable is started again with; empty: not at all.
+    QStringList restartArguments;
+    /// A process that crashes sooner than this after install isn't started again: that ends a chain of crashes.
+    int restartTimeoutSeconds = 60;
+};
+
+/// Installs the reporter for all threads; the calling one, which must also uninstall it, gets an alternate stack.
+/// False, with a lastError(), if that can't be done; then nothing is changed.
+bool install(const Settings &settings);
+
+/// What the last install failed for.
+QString lastError();
+
+/// Sets back what install changed. Without a reporter it does nothing.
+void uninstall();
+
+} // namespace CrashReporter
