@@ -1,0 +1,27 @@
+#pragma once
+
+#include "batch/commandline.h"
+#include "datafiles/filereader.h"
+
+#include <memory>
+
+namespace Batch {
+
+/// What was read of a folder.
+struct FolderRead {
+    std::shared_ptr<FileReader> reader;
+    int files = 0;
+    double seconds = 0;
+    bool interrupted = false; ///< files may be left unread
+
+    bool hasRecords() const { return !reader->datastore()->isEmpty(); }
+    /// Lines were passed over in silence.
+    bool ignoredRows() const { return reader->statistics().ignoredRows > 0; }
+};
+
+/// The names of the day files to read.
+QStringList matchingFiles(const ReadOptions &options);
+/// Reads them on the calling thread; faults go to the log. `variantName` is what the records' variant is called.
+FolderRead readFolder(const ReadOptions &options, const QStringList &files, const QString &variantName);
+
+} // namespace Batch

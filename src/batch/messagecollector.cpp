@@ -1,0 +1,41 @@
+#include "batch/messagecollector.h"
+
+#include "batch/progressline.h"
+
+#include <cstdio>
+
+namespace Batch {
+
+MessageCollector::MessageCollector(bool echo) : m_echo(echo)
+{
+    Log::RootLogger::instance().setFilter([this](const Log::Entry &entry) {
+        take(entry);
+        return false;
+    });
+}
+
+MessageCollector::~MessageCollector()
+{
+    Log::RootLogger::instance().setFilter(nullptr);
+}
+
+void MessageCollector::take(const Log::Entry &entry)
+{
+    if (entry.level > Log::Warning)
+        return;
+    if (m_entries.size() < most)
+        m_entries.append(entry);
+    else
+        ++m_omitted;
+    if (m_echo)
+        tell(QStringLiteral("%1: %2").arg(Log::levelName(entry.level), entry.message));
+}
+
+void tell(const QString &text)
+{
+    ProgressLine::clear();
+    const QByteArray line = text.toLocal8Bit() + '\n';
+    std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);
+}
+
+} // namespace Batch

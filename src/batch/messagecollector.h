@@ -1,0 +1,37 @@
+#pragma once
+
+#include "log/logger.h"
+
+#include <QList>
+
+namespace Batch {
+
+/// Keeps what the log gets of warnings and worse while it lives, in place of the console: standard output belongs to
+/// the results. One at a time; the program has one thread.
+class MessageCollector {
+public:
+    static constexpr int most = 1000;
+
+    /// With `echo` each message goes to standard error as well.
+    explicit MessageCollector(bool echo);
+    ~MessageCollector();
+    MessageCollector(const MessageCollector &) = delete;
+    MessageCollector &operator=(const MessageCollector &) = delete;
+
+    /// The first ones, `most` of them.
+    const QList<Log::Entry> &entries() const { return m_entries; }
+    qint64 omitted() const { return m_omitted; }
+    bool isEmpty() const { return m_entries.isEmpty(); }
+
+private:
+    void take(const Log::Entry &entry);
+
+    bool m_echo;
+    QList<Log::Entry> m_entries;
+    qint64 m_omitted = 0;
+};
+
+/// A line to standard error, with the progress line out of its way.
+void tell(const QString &text);
+
+} // namespace Batch

@@ -1,0 +1,127 @@
+#include "batch/savetargets.h"
+
+#include "util/timeformat.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegExp>
+#include <QSet>
+
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace Batch {
+
+namespace {
+
+/// What stands in a file name for a variant or a mode, as the writer has it.
+QString fileNamePart(QString name)
+{
+    return name.replace(QLatin1Char('/'), QLatin1Char('_'));
+}
+
+QString recordsName(const QString &day, const SaveOptions &options)
+{
+    return QStringLiteral("%1-%2.records").arg(day, fileNamePart(options.outputVariant));
+}
+
+QString spectraName(const QString &day, const SaveOptions &options, const QString &mode)
+{
+    return QStringLiteral("%1-%2-%3.spectra").arg(day, fileNamePart(options.outputVariant), fileNamePart(mode));
+}
+
+QStringList sorted(const QSet<QString> &names)
+{
+    QStringList list = names.values();
+    list.sort();
+    return list;
+}
+
+/// A file whatever it is called: by device and node. A file that doesn't exist has none.
+using FileId = std::pair<dev_t, ino_t>;
+bool fileId(const QString &path, FileId *id)
+{
+    struct stat status {};
+    if (stat(QFile::encodeName(path).constData(), &status) != 0)
+        return false;
+    *id = {status.st_dev, status.st_ino};
+    return true;
+}
+
+} // namespace
+
+QStringList expectedTargets(const SaveOptions &options, const QStringList &inputs)
+{
+    const QString variant = options.read.variant.isEmpty() ? QString() : QLatin1Char('-') + options.read.variant;
+    QRegExp dayFile(QStringLiteral("(\\d{4})-?(\\d{2})-?(\\d{2}).*"));
+    QRegExp spectraFile(QStringLiteral("\\d{4}-?\\d{2}-?\\d{2}(?:%1)-(.*)\\.spectra").arg(variant));
+    QSet<QString> names;
+    for (const QString &input : inputs) {
+        if (!dayFile.exactMatch(input))
+            continue;
+        const QString day = dayFile.cap(1) + dayFile.cap(2) + dayFile.cap(3);
+        if (options.records)
+            names.insert(recordsName(day, options));
+        // The variant is a pattern and may hold captures of its own; the mode is the last.
+        if (spectraFile.exactMatch(input))
+            names.insert(spectraName(day, options, spectraFile.cap(spectraFile.captureCount())));
+    }
+    return sorted(names);
+}
+
+QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectraByMode(const FileReader &reader)
+{
+    QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> modes;
+    for (const auto &info : reader.spectrumInfos())
+        modes[info->opmode].append(info);
+    return modes;
+}
+
+QString dayText(const Spectrometer::RecordHead &head)
+{
+    return timeToString(localTime(head.beginTime, head.beginUtcOffset), QStringLiteral("%Y%m%d"));
+}
+
+QStringList targetsOf(const SaveOptions &options, const FileReader &reader)
+{
+    const auto spectra = spectraByMode(reader);
+    QSet<QString> names;
+    QSet<std::pair<QString, int>> seen; // day and mode: names are made once for each
+    for (const auto &record : reader.datastore()->records()) {
+        const QString day = dayText(*record);
+        if (seen.contains({day, record->opmode}))
+            continue;
+        seen.insert({day, record->opmode});
+        if (options.records)
+            names.insert(recordsName(day, options));
+        const QString mode = reader.metadata()->opmodeName(record->opmode);
+        if (!spectra.value(mode).isEmpty())
+            names.insert(spectraName(day, options, mode));
+    }
+    return sorted(names);
+}
+
+QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets)
+{
+    const QDir inputFolder(options.read.folder);
+    const QDir outputFolder(options.outputFolder);
+    QSet<std::pair<quint64, quint64>> inputIds;
+    FileId id;
+    for (const QString &input : inputs) {
+        if (fileId(inputFolder.filePath(input), &id))
+            inputIds.insert({quint64(id.first), quint64(id.second)});
+    }
+    for (const QString &target : targets) {
+        const QString path = outputFolder.filePath(target);
+        if (!fileId(path, &id))
+            continue;
+        if (inputIds.contains({quint64(id.first), quint64(id.second)}))
+            return QStringLiteral("\"%1\" is one of the files to read.").arg(path);
+        if (!options.append)
+            return QStringLiteral("\"%1\" exists. Use --append to continue files.").arg(path);
+    }
+    return QString();
+}
+
+} // namespace Batch

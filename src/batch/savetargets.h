@@ -1,0 +1,26 @@
+#pragma once
+
+#include "batch/commandline.h"
+#include "datafiles/filereader.h"
+
+#include <QStringList>
+
+namespace Batch {
+
+/// The day files that a save would write, as far as the names of the files to read tell: their days and modes. Names in
+/// the output folder.
+QStringList expectedTargets(const SaveOptions &options, const QStringList &inputs);
+/// The day files that a save of these records writes.
+QStringList targetsOf(const SaveOptions &options, const FileReader &reader);
+
+/// Why these targets may not be written, or an empty text: one exists and isn't to be continued, or is one of the
+/// inputs under whatever name.
+QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets);
+
+/// The spectra that are written for each mode, by its name.
+QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectraByMode(const FileReader &reader);
+
+/// Day of a record's local begin, as it stands in file names.
+QString dayText(const Spectrometer::RecordHead &head);
+
+} // namespace Batch

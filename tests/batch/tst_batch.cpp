@@ -1,0 +1,226 @@
+#include "batch/dayfolder.h"
+
+#include "batch/exitstatus.h"
+#include "batch/messagecollector.h"
+
+#include <nlohmann/json.hpp>
+
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <csignal>
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// Whether the process has a handler for that signal.
+bool catches(qint64 pid, int signal)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    if (!status.open(QIODevice::ReadOnly))
+        return false;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("SigCgt:"))
+            return (line.mid(7).trimmed().toULongLong(nullptr, 16) >> (signal - 1)) & 1;
+    }
+    return false;
+}
+
+} // namespace
+
+TEST_F(DayFolder, SummaryTellsAsJsonWhatTheFilesHold)
+{
+    writeDay(QStringLiteral("in"));
+    const Ended ended = run({"summary", "@/in", "--variant", "block", "--json"});
+    EXPECT_EQ(ended.code, 0) << ended.errors.constData();
+    Json summary = Json::parse(ended.output.toStdString());
+    EXPECT_GE(summary["seconds"].get<double>(), 0.0);
+    summary.erase("seconds");
+    const auto bytes =
+        contentOf("in/20190912-block.records").size() + contentOf("in/20190912-block-ions.spectra").size();
+    // Of the header and its rows, 9 + 3 lines stand in the records file and 7 + 2 in the other.
+    Json expected = Json::parse(R"({
+        "files": 2, "rows": 21, "ignored_rows": 0, "bytes": 0, "records": 3,
+        "begin": "2019-09-12 00:30:00.000000+02:00", "end": "2019-09-12 00:34:00.000000+02:00",
+        "modes": {"ions": 2, "offset": 1}, "electrometers": 2, "variables": ["temp"],
+        "spectra": [{"name": "ions neg", "inverter": "inv", "id": "aa11", "points": 2, "unit": "1/cm^3", "records": 2,
+                     "empty": 1}],
+        "flags": [{"type": "warning", "message": "Too humid", "records": 2}],
+        "messages": [], "messages_omitted": 0})");
+    expected["bytes"] = bytes;
+    EXPECT_EQ(summary, expected) << summary.dump(1);
+    // Objects compare without order; scripts that print them don't.
+    EXPECT_EQ(summary.begin().key(), "files");
+    EXPECT_EQ(summary["modes"].begin().key(), "ions");
+}
+
+TEST_F(DayFolder, SummaryNamesComplaintsAndIgnoredRows)
+{
+    write("in/20190912.records", "a line of no block\n" + recordsHeader() + "2019-09-12 12:00:00\tshort\n");
+    const Ended ended = run({"summary", "@/in", "--json"});
+    EXPECT_EQ(ended.code, 1); // no record
+    const Json summary = Json::parse(ended.output.toStdString());
+    EXPECT_EQ(summary["ignored_rows"], 1);
+    EXPECT_EQ(summary["begin"], "");
+    ASSERT_EQ(summary["messages"].size(), 1u);
+    EXPECT_EQ(summary["messages"][0]["level"], "warning");
+    EXPECT_EQ(summary["messages"][0]["area"], "filereader");
+    EXPECT_NE(summary["messages"][0]["text"].get<std::string>().find("20190912.records, row 11: 2 fields found"),
+              std::string::npos)
+        << summary["messages"][0]["text"];
+}
+
+TEST(MessageCollector, KeepsTheFirstThousandWarnings)
+{
+    const Log::Logger logger(QStringLiteral("area"));
+    const Batch::MessageCollector messages(false);
+    for (int i = 0; i < 1003; ++i)
+        logger.log(i % 2 ? Log::Warning : Log::Error, QString::number(i));
+    logger.log(Log::Notice, QStringLiteral("no complaint"));
+    ASSERT_EQ(messages.entries().size(), 1000);
+    EXPECT_EQ(messages.entries().last().message, QStringLiteral("999"));
+    EXPECT_EQ(messages.omitted(), 3);
+}
+
+TEST(ExitStatus, TheGravestRules)
+{
+    struct Case {
+        Batch::Outcome outcome; // interrupted, refused, nothing found, output lost, complaints
+        int status;
+    };
+    for (const Case &c : {Case{{}, 0}, Case{{false, false, false, false, true}, 3},
+                          Case{{false, false, false, true, true}, 1}, Case{{false, false, true, false, true}, 1},
+                          Case{{false, true, false, false, false}, 2}, Case{{true, false, true, true, true}, 130}})
+        EXPECT_EQ(Batch::exitStatus(c.outcome), c.status);
+}
+
+TEST_F(DayFolder, EveryWayOfEndingHasItsStatus)
+{
+    writeDay(QStringLiteral("in"));
+    writeDay(QStringLiteral("in"), QStringLiteral("10s"));
+    writeDay(QStringLiteral("out"));
+    write("odd/20190912-block.records",
+          "ignored\n" + recordsHeader() +
+              "2019-09-12 12:00:00\t2019-09-12 12:01:00\tions\t1\t2\t1\t1\t1\t1\t1\t1\t1\t\n");
+    write("file", "");
+    struct Case {
+        QStringList arguments;
+        int status;
+        const char *errors; ///< a part of what stands on standard error
+    };
+    const Case cases[] = {
+        {{"--help"}, 0, ""},
+        {{"--version"}, 0, ""},
+        {{"save", "--help"}, 0, ""},
+        {{}, 2, "subcommand"},
+        {{"draw"}, 2, ""},
+        {{"summary"}, 2, "FOLDER"},
+        {{"summary", "@/in", "--from", "2019-13-01"}, 2, "not a date"},
+        {{"summary", "@/in", "--from", "190912"}, 2, "not a date"},
+        {{"summary", "@/in", "--from", "2019-09-13", "--to", "2019-09-12"}, 2, "before --from"},
+        {{"summary", "@/in", "--variant", "block", "--from", "2019-09-12", "--to", "2019-09-12"}, 0, ""},
+        {{"summary", "@/in", "--variant", "block", "--from", "2019-09-13"}, 1, "No file matches"},
+        {{"summary", "@/in", "--variant", "1s"}, 1, "\"10s\", \"block\""},
+        {{"summary", "@/nowhere"}, 1, "No file matches"},
+        {{"summary", "@/odd", "--variant", "block"}, 3, ""},
+        {{"save", "@/in", "--variant", "block"}, 2, "--output"},
+        {{"save", "@/in", "--output", "@/new"}, 2, "--output-variant"},
+        {{"save", "@/in", "--variant", "1s", "--output", "@/new"}, 1, "No file matches"},
+        {{"save", "@/in", "--variant", "block", "--output", "@/file"}, 2, "isn't a folder"},
+        {{"save", "@/in", "--variant", "block", "--output", "@/out"}, 2, "exists"},
+        {{"save", "@/in", "--variant", "block", "--output", "@/in", "--append"}, 2, "one of the files to read"},
+        {{"save", "@/odd", "--variant", "block", "--output", "@/new"}, 3, "1 lines were ignored"},
+        {{"save", "@/in", "--variant", "block", "--output", "@/new"}, 2, "exists"},
+        {{"save", "@/in", "--variant", "block", "--output", "@/new", "--append"}, 0, "5 rows written"},
+        {{"save", "@/in", "--variant", "10s", "--output", "@/in", "--output-variant", "copy"}, 0, "5 rows written"},
+        {{"save", "@/in", "--variant", "block", "--output", "/proc/none"}, 1, "Data was lost!"},
+    };
+    for (const Case &c : cases) {
+        const Ended ended = run(c.arguments);
+        EXPECT_EQ(ended.code, c.status) << qPrintable(c.arguments.join(' ')) << "\n" << ended.errors.constData();
+        EXPECT_TRUE(ended.errors.contains(c.errors)) << qPrintable(c.arguments.join(' ')) << "\n"
+                                                     << ended.errors.constData();
+    }
+}
+
+TEST_F(DayFolder, AFileThatIsReadIsNeverWrittenUnderAnyName)
+{
+    writeDay(QStringLiteral("in"));
+    QDir().mkpath(path("out"));
+    ASSERT_TRUE(QFile::link(path("in/20190912-block-ions.spectra"), path("out/20190911-block-ions.spectra")));
+    const QByteArray before = contentOf("in/20190912-block-ions.spectra");
+    // The record begins on the day before by its own local time, which no file name tells.
+    write("in/20190912-block.records", recordsHeader() +
+                                           "2019-09-11 23:00:00-05:00\t2019-09-11 23:01:00-05:00\tions\t1\t2\t1"
+                                           "\t1\t1\t1\t1\t1\t1\t\n");
+    const Ended ended = run({"save", "@/in", "--variant", "block", "--output", "@/out", "--append"});
+    EXPECT_EQ(ended.code, 2);
+    EXPECT_TRUE(ended.errors.contains("one of the files to read")) << ended.errors.constData();
+    EXPECT_EQ(names("out"), QStringList{"20190911-block-ions.spectra"});
+    EXPECT_EQ(contentOf("in/20190912-block-ions.spectra"), before);
+}
+
+TEST_F(DayFolder, WhatIsSavedTwiceIsTheSame)
+{
+    writeDay(QStringLiteral("in"));
+    EXPECT_EQ(run({"save", "@/in", "--variant", "block", "--output", "@/a", "--inversion-vars"}).code, 0);
+    EXPECT_EQ(names("a"), (QStringList{"20190912-block-ions.spectra", "20190912-block.records"}));
+    EXPECT_TRUE(contentOf("a/20190912-block-ions.spectra").contains("inversion_vars"));
+    EXPECT_EQ(run({"save", "@/a", "--variant", "block", "--output", "@/b", "--inversion-vars"}).code, 0);
+    for (const QString &name : names("a"))
+        EXPECT_EQ(contentOf("b/" + name), contentOf("a/" + name)) << qPrintable(name);
+
+    EXPECT_EQ(
+        run({"save", "@/in", "--variant", "block", "--output", "@/c", "--no-records", "--output-variant", "x"}).code,
+        0);
+    EXPECT_EQ(names("c"), QStringList{"20190912-x-ions.spectra"});
+}
+
+TEST_F(DayFolder, AnOutputThatCanNotBeWrittenIsTold)
+{
+    writeDay(QStringLiteral("in"));
+    const Ended full = runInShell("\"$@\" > /dev/full", {"summary", "@/in", "--variant", "block"});
+    EXPECT_EQ(full.code, 1);
+    EXPECT_TRUE(full.errors.contains("could not be written")) << full.errors.constData();
+    const Ended limited =
+        runInShell("ulimit -f 1; exec \"$@\"", {"save", "@/in", "--variant", "block", "--output", "@/out"});
+    EXPECT_EQ(limited.code, 1);
+    EXPECT_TRUE(limited.errors.contains("Data was lost!")) << limited.errors.constData();
+}
+
+TEST_F(DayFolder, NamesOfFoldersAreTakenAsBytesUnderThePlainLocale)
+{
+    writeDay(QStringLiteral("in"));
+    const Ended ended =
+        runInShell("cd \"$2\" && mv in \"$(printf 'J\\303\\244rvselja')\" && exec env LC_ALL=C \"$1\" summary "
+                   "\"$(printf 'J\\303\\244rvselja')\" --variant block",
+                   {"@"});
+    EXPECT_EQ(ended.code, 0) << ended.errors.constData();
+}
+
+TEST_F(DayFolder, CtrlCEndsAReadBehindTheFileAtHand)
+{
+    QByteArray rows = recordsHeader();
+    for (int i = 0; i < 40000; ++i)
+        rows += "2019-09-12 12:00:00\t2019-09-12 12:01:00\tions\t1\t2\t1\t1\t1\t1\t1\t1\t1\t\n";
+    write("in/20000101-block.records", rows);
+    for (int year = 2001; year < 2400; ++year)
+        ASSERT_TRUE(
+            QFile::link(path("in/20000101-block.records"), path(QStringLiteral("in/%10101-block.records").arg(year))));
+
+    QProcess process;
+    process.start(QStringLiteral(BATCH_PROGRAM),
+                  {"save", path("in"), "--variant", "block", "--output", path("out"), "--output-variant", "copy"});
+    ASSERT_TRUE(process.waitForStarted());
+    QElapsedTimer clock;
+    clock.start();
+    while (!catches(process.processId(), SIGINT) && clock.elapsed() < 60000)
+        QThread::msleep(1);
+    ASSERT_EQ(kill(pid_t(process.processId()), SIGINT), 0);
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 130);
+    EXPECT_TRUE(process.readAllStandardError().contains("nothing was written"));
+    EXPECT_FALSE(QFileInfo::exists(path("out")));
+}
