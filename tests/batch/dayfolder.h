@@ -32,11 +32,11 @@ protected:
     }
     QStringList names(const QString &folder) const { return QDir(path(folder)).entryList(QDir::Files); }
 
-    /// Runs the program with "@" in an argument standing for the folder.
+    /// Runs the program with "{}" in an argument standing for the folder.
     Ended run(const QStringList &arguments) { return run(QStringLiteral(BATCH_PROGRAM), arguments); }
     Ended run(const QString &program, QStringList arguments)
     {
-        arguments.replaceInStrings(QStringLiteral("@"), path());
+        arguments.replaceInStrings(QStringLiteral("{}"), path());
         QProcess process;
         process.start(program, arguments);
         EXPECT_TRUE(process.waitForFinished(120000));
@@ -56,14 +56,16 @@ protected:
     {
         const QString stem = QStringLiteral("%1/20190912-%2").arg(folder, variant);
         write(stem + QStringLiteral(".records"),
-              recordsHeader() + "2019-09-12 00:30:00+02:00\t2019-09-12 00:31:00+02:00\tions\t1\t2\t0.1\t"
-                                "0.2\t3\t4\t5\t6\t20.5\t\n"
-                                "# flag ab: {type: warning, message: \"Too humid\"}\n"
-                                "2019-09-12 00:31:00+02:00\t2019-09-12 00:32:00+02:00\toffset\t1\t2\t0.1\t"
-                                "0.2\t3\t4\t5\t6\t20.5\t!ab!ab\n");
+              recordsHeader() +
+                  "2019-09-12 00:30:00.000000+02:00\t2019-09-12 00:31:00.000000+02:00\tions\t1\t2\t0.1\t"
+                  "0.2\t3\t4\t5\t6\t20.5\t\n"
+                  "# flag ab: {type: warning, message: \"Too humid\"}\n"
+                  "2019-09-12 00:31:00.000000+02:00\t2019-09-12 00:32:00.000000+02:00\toffset\t1\t2\t0.1\t"
+                  "0.2\t3\t4\t5\t6\t20.5\t!ab!ab\n");
         write(stem + QStringLiteral("-ions.spectra"),
-              spectraHeader() + "2019-09-12 00:30:00+02:00\t2019-09-12 00:31:00+02:00\tions\t1\t2\t0.5\t3\n"
-                                "2019-09-12 00:33:00+02:00\t2019-09-12 00:34:00+02:00\tions\t\t\t\t\n");
+              spectraHeader() +
+                  "2019-09-12 00:30:00.000000+02:00\t2019-09-12 00:31:00.000000+02:00\tions\t1\t2\t0.5\t3\n"
+                  "2019-09-12 00:33:00.000000+02:00\t2019-09-12 00:34:00.000000+02:00\tions\t\t\t\t\n");
     }
     static QByteArray recordsHeader()
     {

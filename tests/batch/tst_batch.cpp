@@ -32,7 +32,7 @@ bool catches(qint64 pid, int signal)
 TEST_F(DayFolder, SummaryTellsAsJsonWhatTheFilesHold)
 {
     writeDay(QStringLiteral("in"));
-    const Ended ended = run({"summary", "@/in", "--variant", "block", "--json"});
+    const Ended ended = run({"summary", "{}/in", "--variant", "block", "--json"});
     EXPECT_EQ(ended.code, 0) << ended.errors.constData();
     Json summary = Json::parse(ended.output.toStdString());
     EXPECT_GE(summary["seconds"].get<double>(), 0.0);
@@ -58,7 +58,7 @@ TEST_F(DayFolder, SummaryTellsAsJsonWhatTheFilesHold)
 TEST_F(DayFolder, SummaryNamesComplaintsAndIgnoredRows)
 {
     write("in/20190912.records", "a line of no block\n" + recordsHeader() + "2019-09-12 12:00:00\tshort\n");
-    const Ended ended = run({"summary", "@/in", "--json"});
+    const Ended ended = run({"summary", "{}/in", "--json"});
     EXPECT_EQ(ended.code, 1); // no record
     const Json summary = Json::parse(ended.output.toStdString());
     EXPECT_EQ(summary["ignored_rows"], 1);
@@ -116,25 +116,25 @@ TEST_F(DayFolder, EveryWayOfEndingHasItsStatus)
         {{}, 2, "subcommand"},
         {{"draw"}, 2, ""},
         {{"summary"}, 2, "FOLDER"},
-        {{"summary", "@/in", "--from", "2019-13-01"}, 2, "not a date"},
-        {{"summary", "@/in", "--from", "190912"}, 2, "not a date"},
-        {{"summary", "@/in", "--from", "2019-09-13", "--to", "2019-09-12"}, 2, "before --from"},
-        {{"summary", "@/in", "--variant", "block", "--from", "2019-09-12", "--to", "2019-09-12"}, 0, ""},
-        {{"summary", "@/in", "--variant", "block", "--from", "2019-09-13"}, 1, "No file matches"},
-        {{"summary", "@/in", "--variant", "1s"}, 1, "\"10s\", \"block\""},
-        {{"summary", "@/nowhere"}, 1, "No file matches"},
-        {{"summary", "@/odd", "--variant", "block"}, 3, ""},
-        {{"save", "@/in", "--variant", "block"}, 2, "--output"},
-        {{"save", "@/in", "--output", "@/new"}, 2, "--output-variant"},
-        {{"save", "@/in", "--variant", "1s", "--output", "@/new"}, 1, "No file matches"},
-        {{"save", "@/in", "--variant", "block", "--output", "@/file"}, 2, "isn't a folder"},
-        {{"save", "@/in", "--variant", "block", "--output", "@/out"}, 2, "exists"},
-        {{"save", "@/in", "--variant", "block", "--output", "@/in", "--append"}, 2, "one of the files to read"},
-        {{"save", "@/odd", "--variant", "block", "--output", "@/new"}, 3, "1 lines were ignored"},
-        {{"save", "@/in", "--variant", "block", "--output", "@/new"}, 2, "exists"},
-        {{"save", "@/in", "--variant", "block", "--output", "@/new", "--append"}, 0, "5 rows written"},
-        {{"save", "@/in", "--variant", "10s", "--output", "@/in", "--output-variant", "copy"}, 0, "5 rows written"},
-        {{"save", "@/in", "--variant", "block", "--output", "/proc/none"}, 1, "Data was lost!"},
+        {{"summary", "{}/in", "--from", "2019-13-01"}, 2, "not a date"},
+        {{"summary", "{}/in", "--from", "190912"}, 2, "not a date"},
+        {{"summary", "{}/in", "--from", "2019-09-13", "--to", "2019-09-12"}, 2, "before --from"},
+        {{"summary", "{}/in", "--variant", "block", "--from", "2019-09-12", "--to", "2019-09-12"}, 0, ""},
+        {{"summary", "{}/in", "--variant", "block", "--from", "2019-09-13"}, 1, "No file matches"},
+        {{"summary", "{}/in", "--variant", "1s"}, 1, "\"10s\", \"block\""},
+        {{"summary", "{}/nowhere"}, 1, "No file matches"},
+        {{"summary", "{}/odd", "--variant", "block"}, 3, ""},
+        {{"save", "{}/in", "--variant", "block"}, 2, "--output"},
+        {{"save", "{}/in", "--output", "{}/new"}, 2, "--output-variant"},
+        {{"save", "{}/in", "--variant", "1s", "--output", "{}/new"}, 1, "No file matches"},
+        {{"save", "{}/in", "--variant", "block", "--output", "{}/file"}, 2, "isn't a folder"},
+        {{"save", "{}/in", "--variant", "block", "--output", "{}/out"}, 2, "exists"},
+        {{"save", "{}/in", "--variant", "block", "--output", "{}/in", "--append"}, 2, "one of the files to read"},
+        {{"save", "{}/odd", "--variant", "block", "--output", "{}/new"}, 3, "1 lines were ignored"},
+        {{"save", "{}/in", "--variant", "block", "--output", "{}/new"}, 2, "exists"},
+        {{"save", "{}/in", "--variant", "block", "--output", "{}/new", "--append"}, 0, "5 rows written"},
+        {{"save", "{}/in", "--variant", "10s", "--output", "{}/in", "--output-variant", "copy"}, 0, "5 rows written"},
+        {{"save", "{}/in", "--variant", "block", "--output", "/proc/none"}, 1, "Data was lost!"},
     };
     for (const Case &c : cases) {
         const Ended ended = run(c.arguments);
@@ -151,10 +151,10 @@ TEST_F(DayFolder, AFileThatIsReadIsNeverWrittenUnderAnyName)
     ASSERT_TRUE(QFile::link(path("in/20190912-block-ions.spectra"), path("out/20190911-block-ions.spectra")));
     const QByteArray before = contentOf("in/20190912-block-ions.spectra");
     // The record begins on the day before by its own local time, which no file name tells.
-    write("in/20190912-block.records", recordsHeader() +
-                                           "2019-09-11 23:00:00-05:00\t2019-09-11 23:01:00-05:00\tions\t1\t2\t1"
-                                           "\t1\t1\t1\t1\t1\t1\t\n");
-    const Ended ended = run({"save", "@/in", "--variant", "block", "--output", "@/out", "--append"});
+    write("in/20190912-block.records",
+          recordsHeader() + "2019-09-11 23:00:00.000000-05:00\t2019-09-11 23:01:00.000000-05:00\tions\t1\t2\t1"
+                            "\t1\t1\t1\t1\t1\t1\t\n");
+    const Ended ended = run({"save", "{}/in", "--variant", "block", "--output", "{}/out", "--append"});
     EXPECT_EQ(ended.code, 2);
     EXPECT_TRUE(ended.errors.contains("one of the files to read")) << ended.errors.constData();
     EXPECT_EQ(names("out"), QStringList{"20190911-block-ions.spectra"});
@@ -164,15 +164,15 @@ TEST_F(DayFolder, AFileThatIsReadIsNeverWrittenUnderAnyName)
 TEST_F(DayFolder, WhatIsSavedTwiceIsTheSame)
 {
     writeDay(QStringLiteral("in"));
-    EXPECT_EQ(run({"save", "@/in", "--variant", "block", "--output", "@/a", "--inversion-vars"}).code, 0);
+    EXPECT_EQ(run({"save", "{}/in", "--variant", "block", "--output", "{}/a", "--inversion-vars"}).code, 0);
     EXPECT_EQ(names("a"), (QStringList{"20190912-block-ions.spectra", "20190912-block.records"}));
     EXPECT_TRUE(contentOf("a/20190912-block-ions.spectra").contains("inversion_vars"));
-    EXPECT_EQ(run({"save", "@/a", "--variant", "block", "--output", "@/b", "--inversion-vars"}).code, 0);
+    EXPECT_EQ(run({"save", "{}/a", "--variant", "block", "--output", "{}/b", "--inversion-vars"}).code, 0);
     for (const QString &name : names("a"))
         EXPECT_EQ(contentOf("b/" + name), contentOf("a/" + name)) << qPrintable(name);
 
     EXPECT_EQ(
-        run({"save", "@/in", "--variant", "block", "--output", "@/c", "--no-records", "--output-variant", "x"}).code,
+        run({"save", "{}/in", "--variant", "block", "--output", "{}/c", "--no-records", "--output-variant", "x"}).code,
         0);
     EXPECT_EQ(names("c"), QStringList{"20190912-x-ions.spectra"});
 }
@@ -180,11 +180,11 @@ TEST_F(DayFolder, WhatIsSavedTwiceIsTheSame)
 TEST_F(DayFolder, AnOutputThatCanNotBeWrittenIsTold)
 {
     writeDay(QStringLiteral("in"));
-    const Ended full = runInShell("\"$@\" > /dev/full", {"summary", "@/in", "--variant", "block"});
+    const Ended full = runInShell("\"$@\" > /dev/full", {"summary", "{}/in", "--variant", "block"});
     EXPECT_EQ(full.code, 1);
     EXPECT_TRUE(full.errors.contains("could not be written")) << full.errors.constData();
     const Ended limited =
-        runInShell("ulimit -f 1; exec \"$@\"", {"save", "@/in", "--variant", "block", "--output", "@/out"});
+        runInShell("ulimit -f 1; exec \"$@\"", {"save", "{}/in", "--variant", "block", "--output", "{}/out"});
     EXPECT_EQ(limited.code, 1);
     EXPECT_TRUE(limited.errors.contains("Data was lost!")) << limited.errors.constData();
 }
@@ -195,7 +195,7 @@ TEST_F(DayFolder, NamesOfFoldersAreTakenAsBytesUnderThePlainLocale)
     const Ended ended =
         runInShell("cd \"$2\" && mv in \"$(printf 'J\\303\\244rvselja')\" && exec env LC_ALL=C \"$1\" summary "
                    "\"$(printf 'J\\303\\244rvselja')\" --variant block",
-                   {"@"});
+                   {"{}"});
     EXPECT_EQ(ended.code, 0) << ended.errors.constData();
 }
 
