@@ -3,6 +3,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -53,12 +54,9 @@ std::int64_t distance(const SpectrumRecord &earlier, const SpectrumRecord &later
     return saturatedSubtract(ticksOf(later.record->midTime), ticksOf(earlier.record->midTime));
 }
 
-/// The entry's own gap, and those of its neighbours, which only ever get smaller.
-void updateGaps(Datastore::Series &series, std::size_t place)
+/// The entry's own gap, and those of its neighbours, which only ever get smaller. A neighbour may be null.
+void updateGaps(SpectrumRecord *previous, SpectrumRecord &entry, SpectrumRecord *next)
 {
-    SpectrumRecord &entry = series[place];
-    SpectrumRecord *previous = place > 0 ? &series[place - 1] : nullptr;
-    SpectrumRecord *next = place + 1 < series.size() ? &series[place + 1] : nullptr;
     const std::int64_t before = previous ? distance(*previous, entry) : 0;
     const std::int64_t after = next ? distance(entry, *next) : 0;
     if (previous && next)
@@ -69,6 +67,33 @@ void updateGaps(Datastore::Series &series, std::size_t place)
         lowerGap(previous->nearestGap, before);
     if (next)
         lowerGap(next->nearestGap, after);
+}
+
+void updateGaps(Datastore::Series &series, std::size_t place)
+{
+    updateGaps(place > 0 ? &series[place - 1] : nullptr, series[place],
+               place + 1 < series.size() ? &series[place + 1] : nullptr);
+}
+
+/// Whether different records of one beginTime stand in the series, among the entries or in both: each goes before the
+/// other then, which makes the order in which they are entered tell.
+bool haveTwins(const Datastore::Series &series, const std::vector<SpectrumRecord> &entries)
+{
+    const Record *last = nullptr;
+    const auto isTwin = [&last](const SpectrumRecord &entry) {
+        const bool twin = last && last != entry.record.get() && last->beginTime == entry.record->beginTime;
+        last = entry.record.get();
+        return twin;
+    };
+    auto next = series.begin();
+    for (const SpectrumRecord &entry : entries) {
+        for (; next != series.end() && next->record->beginTime <= entry.record->beginTime; ++next)
+            if (isTwin(*next))
+                return true;
+        if (isTwin(entry))
+            return true;
+    }
+    return std::any_of(next, series.end(), isTwin);
 }
 
 void warnOfMissingTimes(const Record &record)
@@ -310,6 +335,46 @@ void Datastore::enterSpectrum(const std::shared_ptr<Record> &record,
         insertSpan(m_seriesSpans[key], place, *record);
     }
     updateGaps(*series, place);
+}
+
+void Datastore::enterSpectra(std::vector<SpectrumRecord> &&entries)
+{
+    std::map<SeriesKey, std::vector<SpectrumRecord>> byKey;
+    for (SpectrumRecord &entry : entries)
+        byKey[entry.spectrum->info.get()].push_back(std::move(entry));
+    entries.clear();
+    for (const auto &[key, ofSeries] : byKey)
+        mergeIntoSeries(key, ofSeries);
+}
+
+void Datastore::mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord> &entries)
+{
+    const auto known = m_spectrumSeries.constFind(key);
+    const bool atEnd = known == m_spectrumSeries.constEnd() || (*known)->empty() ||
+                       (*known)->back().record->beginTime <= entries.front().record->beginTime;
+    if (atEnd || entries.size() < 16 || haveTwins(**known, entries)) {
+        for (const SpectrumRecord &entry : entries)
+            enterSpectrum(entry.record, entry.spectrum);
+        return;
+    }
+    // What was merged stands in `merged`, what wasn't yet behind `next`: together the series as it would be by now.
+    Series &series = **known;
+    m_seriesSpans[key].truncate(lowerBoundOf(series, entries.front().record->beginTime));
+    Series merged;
+    auto next = series.begin();
+    for (const SpectrumRecord &entry : entries) {
+        while (next != series.end() && next->record->beginTime < entry.record->beginTime)
+            merged.push_back(std::move(*next++));
+        if (next != series.end() && next->record == entry.record)
+            merged.push_back(std::move(*next++));
+        if (merged.empty() || merged.back().record != entry.record)
+            merged.push_back({entry.record, entry.spectrum, 0});
+        merged.back().spectrum = entry.spectrum;
+        updateGaps(merged.size() > 1 ? &merged[merged.size() - 2] : nullptr, merged.back(),
+                   next == series.end() ? nullptr : &*next);
+    }
+    std::move(next, series.end(), std::back_inserter(merged));
+    series = std::move(merged);
 }
 
 void Datastore::removeSpectrum(SeriesKey key)

@@ -393,4 +393,47 @@ TEST(Datastore, a_merge_under_the_limit_is_as_single_insertions)
         EXPECT_EQ(merged.at(i)->beginTime, single.at(i)->beginTime);
 }
 
+TEST(Datastore, many_spectra_at_once_are_as_each_in_turn)
+{
+    std::mt19937 random(5);
+    const auto infos = {makeInfo("a"), makeInfo("b")};
+    for (int round = 0; round < 60; ++round) {
+        Datastore atOnce, inTurn;
+        std::vector<std::shared_ptr<Record>> records;
+        const bool twins = round % 3 == 0; // records of one time, which go the one before the other
+        for (int i = 0; i < 200; ++i) {
+            const int begin = twins ? int(random() % 300) : 10 * i + int(random() % 10);
+            records.push_back(storedRecord(1 + begin, 2 + begin + int(random() % 5)));
+        }
+        for (int batch = 0; batch < 6; ++batch) {
+            std::vector<SpectrumRecord> entries;
+            for (int i = int(random() % 120); i > 0; --i) {
+                const auto &info = *(infos.begin() + random() % 2);
+                entries.push_back({records[random() % records.size()], spectrumOf(info), 0});
+            }
+            std::stable_sort(entries.begin(), entries.end(), [](const SpectrumRecord &x, const SpectrumRecord &y) {
+                return x.record->beginTime < y.record->beginTime;
+            });
+            for (const SpectrumRecord &entry : entries)
+                inTurn.enterSpectrum(entry.record, entry.spectrum);
+            atOnce.enterSpectra(std::move(entries));
+            for (const auto &info : infos) {
+                const auto expected = inTurn.series(info.get());
+                const auto series = atOnce.series(info.get());
+                ASSERT_EQ(bool(series), bool(expected));
+                if (!series)
+                    continue;
+                ASSERT_EQ(series->size(), expected->size());
+                ASSERT_EQ(atOnce.seriesSpans(info.get()).size(), series->size());
+                for (std::size_t i = 0; i < series->size(); ++i) {
+                    ASSERT_EQ((*series)[i].record, (*expected)[i].record);
+                    ASSERT_EQ((*series)[i].spectrum, (*expected)[i].spectrum);
+                    ASSERT_EQ((*series)[i].nearestGap, (*expected)[i].nearestGap);
+                    ASSERT_EQ(atOnce.seriesSpans(info.get()).begin(i), ticksOf((*series)[i].record->beginTime));
+                }
+            }
+        }
+    }
+}
+
 } // namespace

@@ -57,10 +57,11 @@ void RecordCollector::merge()
                            [](const auto &a, const auto &b) { return a->beginTime < b->beginTime; });
     }
     m_store->mergeRecords(std::move(records));
-    std::stable_sort(m_spectra.begin(), m_spectra.end(), [](const SpectrumRecord &a, const SpectrumRecord &b) {
+    const auto inOrder = [](const SpectrumRecord &a, const SpectrumRecord &b) {
         return a.record->beginTime < b.record->beginTime;
-    });
-    for (const SpectrumRecord &entry : m_spectra)
-        m_store->enterSpectrum(entry.record, entry.spectrum);
+    };
+    if (!std::is_sorted(m_spectra.begin(), m_spectra.end(), inOrder))
+        std::stable_sort(m_spectra.begin(), m_spectra.end(), inOrder);
+    m_store->enterSpectra(std::move(m_spectra));
     m_spectra.clear();
 }
