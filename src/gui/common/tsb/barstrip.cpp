@@ -16,11 +16,26 @@ struct BarEnds {
     bool hasWidth() const { return x1 > x0; }
 };
 
+/// The position of a moment, whole columns and the part of one apart from each other: a scale that is moved by whole
+/// columns moves every bar by exactly that, so that a picture that was shifted goes on as if it were drawn anew.
+double exactPosition(const TimeScale &scale, std::int64_t tick)
+{
+    std::int64_t span;
+    if (__builtin_sub_overflow(tick, ticksOf(scale.originTick), &span))
+        return tick < ticksOf(scale.originTick) ? -1e18 : 1e18;
+    std::int64_t columns = span / scale.ticksPerPixel, rest = span % scale.ticksPerPixel;
+    if (rest < 0) {
+        --columns;
+        rest += scale.ticksPerPixel;
+    }
+    return double(columns + scale.originPixel) + double(rest) / double(scale.ticksPerPixel);
+}
+
 BarEnds barEnds(const SpanIndex &spans, const TimeScale &scale, std::size_t i)
 {
     BarEnds ends;
-    ends.x0 = scale.positionOf(recordTimeFromTicks(spans.begin(i))) + 0.5;
-    ends.x1 = scale.positionOf(recordTimeFromTicks(spans.end(i))) - 0.5;
+    ends.x0 = exactPosition(scale, spans.begin(i)) + 0.5;
+    ends.x1 = exactPosition(scale, spans.end(i)) - 0.5;
     if (ends.x0 >= ends.x1)
         ends.x0 = ends.x1 = (ends.x0 + ends.x1) / 2;
     return ends;

@@ -1,0 +1,211 @@
+#include "spectra/inversionqueue.h"
+
+#include "inverterfixture.h"
+#include "spectra/inverterfiles.h"
+#include "spectra/recordinversion.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+
+using namespace SpectMath;
+
+namespace {
+
+InverterPointer inverterOf(const QByteArray &name, const QByteArray &extra = QByteArray())
+{
+    return readInverterText(inverterText(4, name, extra), "test.sinv", unitTable());
+}
+
+std::shared_ptr<Spectrometer::RecordMetadata> makeMetadata()
+{
+    auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    metadata->opmodes = {Opmode(0, "ions"), Opmode(1, "particles"), Opmode(2, "offset")};
+    metadata->electrometerGroups = {{"pos", {0, 4}}, {"neg", {4, 8}}};
+    return metadata;
+}
+
+Spectrometer::FullRecordPointer makeRecord(int second, int opmode, bool provisional = false)
+{
+    auto record = std::make_shared<Spectrometer::FullRecord>();
+    record->beginTime = recordTimeFromTicks((second + 1) * ticksPerSecond);
+    record->endTime = recordTimeFromTicks((second + 2) * ticksPerSecond);
+    record->opmode = opmode;
+    record->provisional = provisional;
+    record->currents = RealVector(8);
+    record->currentVariances = RealVector(8, 0.01);
+    std::mt19937 random{unsigned(second)};
+    for (double &current : record->currents)
+        current = double(random() % 1000) / 100 - 2;
+    return record;
+}
+
+/// A queue with what comes out of it.
+class Inversion : public ::testing::Test {
+protected:
+    void start(int workers, InverterList inverters)
+    {
+        queue = std::make_unique<InversionQueue>(std::move(inverters), metadata, workers);
+        QObject::connect(queue.get(), &InversionQueue::resultReady,
+                         [this](SpectrumRecordPointer r) { results.push_back(r); });
+        QObject::connect(queue.get(), &InversionQueue::empty, [this] { ++emptied; });
+        QObject::connect(queue.get(), &InversionQueue::stopped, [this] { ++stops; });
+    }
+    void runUntil(const std::function<bool()> &done)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (!done() && timer.elapsed() < 20000)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+        EXPECT_TRUE(done());
+    }
+
+    std::shared_ptr<Spectrometer::RecordMetadata> metadata = makeMetadata();
+    InverterList both = {inverterOf("ions pos"), inverterOf("ions neg"),
+                         inverterOf("particles", "opmode: particles\nelectrometer_group: pos\n")};
+    std::unique_ptr<InversionQueue> queue;
+    std::vector<SpectrumRecordPointer> results;
+    int emptied = 0;
+    int stops = 0;
+};
+
+TEST_F(Inversion, every_record_comes_out_once_and_alike_for_any_number_of_workers)
+{
+    constexpr int count = 1500;
+    for (const int workers : {1, 2, 8}) {
+        results.clear();
+        emptied = 0;
+        start(workers, both);
+        for (int i = 0; i < count; ++i)
+            queue->addJob(makeRecord(i, i % 3));
+        runUntil([this] { return emptied > 0; });
+        EXPECT_EQ(emptied, 1);
+        ASSERT_EQ(results.size(), std::size_t(count));
+        std::vector<bool> seen(count, false);
+        for (const auto &result : results) {
+            const int second = int(ticksOf(result->beginTime) / ticksPerSecond) - 1;
+            EXPECT_FALSE(seen[std::size_t(second)]);
+            seen[std::size_t(second)] = true;
+            const auto record = makeRecord(second, second % 3);
+            const std::size_t expected[] = {2, 1, 0};
+            ASSERT_EQ(result->spectra.size(), expected[second % 3]);
+            for (std::size_t k = 0; k < result->spectra.size(); ++k) {
+                const InverterPointer &inverter = second % 3 == 1 ? both[2] : both[k];
+                const auto alone = invertRecord(*inverter, *record, *metadata);
+                EXPECT_EQ(result->spectra[k]->info, inverter->info());
+                // Bit for bit, since a not-a-number is a result as well.
+                EXPECT_EQ(std::memcmp(result->spectra[k]->concentrations.data().begin(),
+                                      alone->concentrations.data().begin(), 4 * sizeof(double)),
+                          0);
+            }
+        }
+        queue.reset();
+    }
+}
+
+TEST_F(Inversion, records_that_no_inverter_fits_come_out_empty)
+{
+    start(2, {});
+    queue->addJob(makeRecord(0, 0));
+    auto interim = makeRecord(1, 0);
+    interim->interim = true;
+    queue->addJob(interim);
+    auto unknown = makeRecord(2, 7);
+    unknown->provisional = true;
+    queue->addJob(unknown);
+    runUntil([this] { return results.size() == 2; });
+    EXPECT_TRUE(results[0]->spectra.empty());
+    EXPECT_TRUE(results[0]->provisional != results[1]->provisional);
+}
+
+TEST_F(Inversion, an_inverter_that_throws_costs_only_itself)
+{
+    start(1, {inverterOf("ions", "opmode: ions\nelectrometer_group: absent\n"), inverterOf("ions neg")});
+    queue->addJob(makeRecord(0, 0));
+    runUntil([this] { return emptied == 1; });
+    ASSERT_EQ(results.size(), 1u);
+    ASSERT_EQ(results[0]->spectra.size(), 1u);
+    EXPECT_EQ(results[0]->spectra[0]->info->name, "ions neg");
+}
+
+TEST_F(Inversion, provisional_records_make_way)
+{
+    start(1, both);
+    queue->addJob(makeRecord(0, 0)); // taken by the worker
+    queue->addJob(makeRecord(1, 0, true));
+    queue->addJob(makeRecord(2, 0, true));
+    EXPECT_EQ(queue->waitingJobs(), 2);
+    queue->addJob(makeRecord(3, 0));
+    EXPECT_EQ(queue->waitingJobs(), 1);
+    queue->addJob(makeRecord(4, 0, true)); // waits behind a better one
+    EXPECT_EQ(queue->waitingJobs(), 2);
+    runUntil([this] { return emptied == 1; });
+    EXPECT_EQ(results.size(), 3u);
+}
+
+TEST_F(Inversion, stop_waits_for_the_jobs_and_clear_drops_them)
+{
+    start(2, both);
+    queue->stop();
+    EXPECT_EQ(stops, 1) << "at once when nothing is busy";
+
+    start(2, both);
+    for (int i = 0; i < 500; ++i)
+        queue->addJob(makeRecord(i, 0));
+    queue->stop();
+    queue->stop();
+    runUntil([this] { return stops == 2; });
+    EXPECT_EQ(results.size(), 500u);
+    EXPECT_EQ(emptied, 1);
+
+    results.clear();
+    start(2, both);
+    for (int i = 0; i < 20000; ++i)
+        queue->addJob(makeRecord(i, 0));
+    queue->clear();
+    queue->stop();
+    runUntil([this] { return stops == 3; });
+    EXPECT_LT(results.size(), 2000u);
+    EXPECT_EQ(queue->waitingJobs(), 0);
+}
+
+TEST_F(Inversion, status_tells_length_and_speed)
+{
+    start(1, both);
+    int length = -1, speed = -1;
+    QObject::connect(queue.get(), &InversionQueue::queueStatus, [&](int l, int s) { length = l, speed = s; });
+    for (int i = 0; i < 40; ++i)
+        queue->addJob(makeRecord(i, 0));
+    runUntil([this] { return emptied == 1; });
+    queue->statusUpdateTimeout();
+    EXPECT_EQ(length, 0);
+    EXPECT_EQ(speed, 40);
+    queue->statusUpdateTimeout();
+    EXPECT_EQ(speed, 0);
+}
+
+TEST_F(Inversion, a_queue_may_go_at_any_moment)
+{
+    std::mt19937 random(1);
+    for (int round = 0; round < 60; ++round) {
+        start(1 + int(random() % 4), both);
+        const int jobs = int(random() % 400);
+        for (int i = 0; i < jobs; ++i) {
+            queue->addJob(makeRecord(i, int(random() % 3)));
+            if (random() % 50 == 0)
+                QCoreApplication::processEvents();
+            if (random() % 200 == 0)
+                queue->clear();
+        }
+        if (random() % 2)
+            queue->stop();
+        queue.reset();
+    }
+}
+
+} // namespace

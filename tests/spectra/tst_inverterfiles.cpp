@@ -1,0 +1,218 @@
+#include "spectra/inverterfiles.h"
+
+#include "inverterfixture.h"
+#include "support/zipwriter.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace SpectMath;
+
+namespace {
+
+/// A folder of inverter files, maps and packs, and what loading makes of them.
+class InverterFiles : public ::testing::Test {
+protected:
+    QString write(const QString &name, const QByteArray &bytes)
+    {
+        const QString path = dir.filePath(name);
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return path;
+    }
+    InverterList load(const QString &path)
+    {
+        errors.clear();
+        return loadInverters(path, unitTable(), &errors);
+    }
+    /// The one complaint that a text as an inverter file comes to.
+    QString complaintOf(const QByteArray &text)
+    {
+        EXPECT_TRUE(load(write("x.sinv", text)).empty());
+        EXPECT_EQ(errors.size(), 1) << text.left(60).constData();
+        return errors.value(0).replace(dir.path(), "DIR");
+    }
+
+    QTemporaryDir dir;
+    QStringList errors;
+};
+
+QByteArray changed(QByteArray text, const char *from, const char *to)
+{
+    EXPECT_TRUE(text.contains(from)) << from;
+    return text.replace(from, to);
+}
+
+TEST_F(InverterFiles, read_every_setting)
+{
+    const QByteArray text = inverterText(3, "ions neg", R"(inverter_name: alpha
+comment: a comment
+smoothing: 1.5
+initial_regul_coef: 0.2
+next_regul_coef: 3
+neg_remove_iterations: 4
+neg_remove_coef: 0.25
+regul_smoothing_coef: 0
+regul_off_diag_correction: yes
+regul_limit: 1e3
+neg_signal_bias: true
+)");
+    const InverterList list = load(write("a.inverter", text));
+    ASSERT_EQ(list.size(), 1u) << errors.join('\n').toStdString();
+    const InverterSettings &s = list[0]->settings();
+    EXPECT_EQ(s.instrumentMatrix.size1(), 3u);
+    EXPECT_EQ(s.instrumentMatrix(0, 0), 1.0);
+    EXPECT_EQ(s.instrumentMatrix(1, 2), 0.2);
+    EXPECT_EQ(s.postTransform.size1(), 0u);
+    EXPECT_EQ(s.smoothing, 1.5);
+    EXPECT_EQ(s.initialRegulCoef, 0.2);
+    EXPECT_EQ(s.nextRegulCoef, 3.0);
+    EXPECT_EQ(s.negRemoveIterations, 4);
+    EXPECT_EQ(s.negRemoveCoef, 0.25);
+    EXPECT_EQ(s.regulSmoothingCoef, 0.0);
+    EXPECT_TRUE(s.regulOffDiagCorrection);
+    EXPECT_TRUE(s.hasRegulLimit);
+    EXPECT_EQ(s.regulLimit, 1000.0) << "without a sign in its exponent it is a text that converts";
+    EXPECT_TRUE(s.negSignalBias);
+    const SpectrumInfo &info = *list[0]->info();
+    EXPECT_EQ(info.name, "ions neg");
+    EXPECT_EQ(info.inverterName, "alpha");
+    EXPECT_EQ(info.comment, "a comment");
+    EXPECT_EQ(info.opmode, "ions");
+    EXPECT_EQ(info.electrometerGroup, "neg");
+    EXPECT_EQ(info.scale, DistributionScale::radius);
+    EXPECT_EQ(info.radii[2], 4.0);
+    EXPECT_EQ(info.hash.toLatin1(), QCryptographicHash::hash(text, QCryptographicHash::Sha1).toHex());
+    EXPECT_EQ(info.inverterData, text);
+    // A density of 1 over the whole axis integrates to its length in decades.
+    double sum = 0;
+    for (const double weight : s.totalWeights)
+        sum += weight;
+    EXPECT_NEAR(sum, std::log10(4.0), 1e-12);
+}
+
+TEST_F(InverterFiles, formats_differ_in_their_keys)
+{
+    const QByteArray one = inverterText();
+    EXPECT_FALSE(load(write("a.sinv", one))[0]->settings().negSignalBias);
+    EXPECT_EQ(load(write("a.sinv", one))[0]->info()->inverterName, "a.sinv");
+    const QByteArray zero =
+        changed(changed(one, "format: 1", "format: 0"), "instrument_matrix", "instrument") + "neg_signal_bias: no\n";
+    EXPECT_TRUE(load(write("b.sinv", zero))[0]->settings().negSignalBias);
+    EXPECT_EQ(complaintOf(changed(one, "instrument_matrix", "instrument")),
+              "'instrument_matrix' was not found at DIR/x.sinv");
+    EXPECT_EQ(complaintOf("format: 2\n"), "Inverter requires a newer Morvantide/Quilvane.");
+    const QByteArray transformed =
+        changed(one, "posttransform:\n", "posttransform: {rows: 4, cols: 1, data: [[1],[1],[1],[1]]}\n");
+    EXPECT_EQ(load(write("c.sinv", transformed))[0]->settings().postTransform.size2(), 1u);
+    const QByteArray mobility = changed(changed(one, "type: radius", "type: mobility"), "unit: nm", "unit: cm^2/s/V");
+    EXPECT_EQ(load(write("d.sinv", mobility))[0]->info()->mobilities[3], 8.0);
+}
+
+TEST_F(InverterFiles, complain_in_their_own_words)
+{
+    const QByteArray good = inverterText();
+    const struct {
+        QByteArray text;
+        QString words;
+    } cases[] = {
+        {"", "File 'DIR/x.sinv' has bad structure"},
+        {"a: 1\n---\na: 1\n", "File 'DIR/x.sinv' has bad structure"},
+        {"[1, 2]\n", "File 'DIR/x.sinv' has bad structure"},
+        {changed(good, "posttransform:\n", ""), "'posttransform' was not found at DIR/x.sinv"},
+        {changed(good, "  mult: 10\n", "  mult: [1]\n"),
+         QString::fromUtf8("'DIR/x.sinv → instrument_matrix → mult' must be double, but was QVariantList")},
+        {changed(good, "rows: 4", "rows: 5"),
+         QString::fromUtf8(
+             "Setting 'DIR/x.sinv → instrument_matrix → data' must contain DIR/x.sinv → instrument_matrix → "
+             "data rows, but contains 5")},
+        {changed(good, "cols: 4", "cols: 3"),
+         QString::fromUtf8("Setting 'DIR/x.sinv → instrument_matrix → data → [0]' must contain DIR/x.sinv → "
+                           "instrument_matrix → data → [0] elements, but contains 3")},
+        {changed(good, "rows: 4", "rows: 0"), "File 'DIR/x.sinv' has bad structure"},
+        {changed(good, "rows: 4", "rows: 2147483647"), "File 'DIR/x.sinv' has bad structure"},
+        {changed(good, "cols: 4", "cols: -1"), "File 'DIR/x.sinv' has bad structure"},
+        {changed(good, "[10,", "[{},"),
+         QString::fromUtf8("'DIR/x.sinv → instrument_matrix → data → [0] → [0]' must be double, but was QVariantMap")},
+        {changed(good, "type: radius", "type: diameter"),
+         QString::fromUtf8("Setting 'DIR/x.sinv → xpoints → type' must be 'radius' or 'mobility'")},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(complaintOf(c.text), c.words);
+    EXPECT_THROW(load(write("u.sinv", changed(good, "yunit: 1/cm^3", "yunit: furlong"))), UnitParsingError);
+    EXPECT_TRUE(load(dir.filePath("absent/x.sinv")).empty());
+    EXPECT_EQ(errors, QStringList{"Path '" + dir.filePath("absent/x.sinv") + "' does not exist"});
+}
+
+TEST_F(InverterFiles, odd_numbers_are_taken_as_they_are)
+{
+    const auto list = load(write("a.sinv", changed(inverterText(), "[10, 2, 0, 0]", "[.inf, .nan, '1,5', 010]")));
+    ASSERT_EQ(list.size(), 1u);
+    const RealMatrix &a = list[0]->settings().instrumentMatrix;
+    EXPECT_TRUE(std::isinf(a(0, 0)));
+    EXPECT_TRUE(std::isnan(a(0, 1)));
+    EXPECT_EQ(a(0, 2), 0.0);
+    EXPECT_EQ(a(0, 3), 0.8) << "a leading zero means octal";
+    EXPECT_TRUE(std::isinf(
+        load(write("b.sinv", changed(inverterText(), "mult: 10", "mult: 0")))[0]->settings().instrumentMatrix(0, 0)));
+    EXPECT_EQ(load(write("c.sinv", inverterText(1))).size(), 1u) << "a grid of one point";
+    EXPECT_EQ(load(write("d.sinv", changed(inverterText(), "[1, 2, 4, 8]", "[4, 1, 8, 2, 0, -1]"))).size(), 1u);
+}
+
+TEST_F(InverterFiles, maps_folders_and_packs)
+{
+    write("sub/one.sinv", inverterText(3, "one"));
+    write("sub/two.inverter", inverterText(3, "two"));
+    write("sub/readme.txt", "not an inverter");
+    write("map.invmap",
+          "ions: {neg: sub/two.inverter, pos: sub/one.sinv}\nparticles: sub/one.sinv\nself: map.invmap\nall: sub\n");
+    const auto named = load(dir.filePath("map.invmap"));
+    QStringList names;
+    for (const auto &inverter : named)
+        names << inverter->info()->name;
+    EXPECT_EQ(names.mid(2), QStringList({"two", "one", "one"})) << "in key order, but the folder first";
+    EXPECT_TRUE(names.mid(0, 2).contains("one") && names.mid(0, 2).contains("two"));
+    EXPECT_TRUE(errors.isEmpty());
+
+    EXPECT_THROW(load(write("list.invmap", "[a]\n")), InverterFileError);
+    EXPECT_THROW(load(write("number.invmap", "a: {b: 5}\n")), InverterFileError);
+    EXPECT_THROW(load(write("inner.invmap", "a: [b]\n")), InverterFileError);
+
+    ZipWriter zip;
+    zip.add("opmode1/a.sinv", inverterText(3, "a")).add("opmode10/b.inverter", inverterText(3, "b"));
+    zip.add("opmode2/c.sinv", inverterText(3, "c")).add("opmode2/d.sinv", "").add("opmode2/notes.txt", "x");
+    const QString pack = write("pack.sinp", zip.finish());
+    EXPECT_EQ(load(pack).size(), 3u);
+    EXPECT_EQ(errors, QStringList{"Unable to read inverters from '" + pack + "/opmode2/d.sinv'"});
+    EXPECT_EQ(load(pack + "/opmode1").size(), 2u) << "a prefix is no folder";
+    EXPECT_EQ(load(pack + "/opmode2/c.sinv").size(), 1u);
+    EXPECT_EQ(load(pack + "/")[0]->info()->inverterName, "a.sinv");
+    EXPECT_TRUE(load(pack + "/nothing").empty());
+    EXPECT_EQ(errors, QStringList{"Unable to read inverters from '" + pack + "/nothing'"});
+    write("broken.zip", "this is no archive");
+    load(dir.filePath("broken.zip"));
+    EXPECT_EQ(errors, QStringList{"Unable to read inverters from '" + dir.filePath("broken.zip") + "'"});
+}
+
+TEST_F(InverterFiles, a_bomb_costs_its_entry)
+{
+    ZipWriter zip;
+    for (int i = 0; i < 10; ++i)
+        zip.add("bomb" + QByteArray::number(i) + ".sinv", QByteArray(15 << 20, '#'));
+    zip.add("good.sinv", inverterText());
+    QElapsedTimer timer;
+    timer.start();
+    load(write("bombs.zip", zip.finish()));
+    EXPECT_EQ(errors.size(), 10);
+    EXPECT_EQ(complaintOf(QByteArray((16 << 20) + 1, ' ')), "File 'DIR/x.sinv' has bad structure");
+    EXPECT_LT(timer.elapsed(), 20000);
+}
+
+} // namespace
