@@ -120,8 +120,10 @@ void Walk::visitPack(const QString &path, const QString &prefix)
         complain("Unable to open inverter pack '%1'", path);
         return;
     }
-    // A pack is text that compresses well, but no bomb: all of its entries together may not inflate without end.
-    qint64 budget = largestInverterText + QFileInfo(path).size() * 32;
+    // Text of numbers doesn't compress without end. What does is read while it is little in all, so that a pack of bombs
+    // costs no more than an honest one of its size.
+    constexpr qint64 honestRatio = 32;
+    qint64 allowance = largestInverterText;
     bool kept = false;
     for (int i = 0; i < pack.count(); ++i) {
         const QZipReader::FileInfo entry = pack.entryInfoAt(i);
@@ -133,8 +135,12 @@ void Walk::visitPack(const QString &path, const QString &prefix)
             complain("File '%1' has bad structure", displayPath);
             continue;
         }
-        const QByteArray bytes = budget > 0 ? pack.fileData(entry.filePath) : QByteArray();
-        budget -= bytes.size();
+        QByteArray bytes = pack.fileData(entry.filePath);
+        if (bytes.size() > entry.compressedSize * honestRatio) {
+            allowance -= bytes.size();
+            if (allowance < 0)
+                bytes.clear();
+        }
         if (bytes.isEmpty())
             complain("Unable to read inverters from '%1'", displayPath);
         else

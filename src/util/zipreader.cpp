@@ -231,7 +231,7 @@ void QZipReader::markOverlaps()
     qint64 end = 0;
     for (Entry *entry : byPlace) {
         entry->overlaps = entry->localHeaderOffset < end;
-        end = std::max(end, entry->localHeaderOffset + localHeaderSize + entry->compressedSize);
+        end = std::max(end, entry->localHeaderOffset + localHeaderSize + entry->info.compressedSize);
     }
 }
 
@@ -271,7 +271,7 @@ bool QZipReader::readEntry(Entry &entry, qint64 &position)
     entry.method = number<quint16>(header, 10);
     entry.info.lastModified = dosTime(number<quint16>(header, 12), number<quint16>(header, 14));
     entry.info.crc = number<quint32>(header, 16);
-    entry.compressedSize = number<quint32>(header, 20);
+    entry.info.compressedSize = number<quint32>(header, 20);
     entry.info.size = number<quint32>(header, 24);
     entry.localHeaderOffset = number<quint32>(header, 42);
     entry.info.filePath = entry.flags & utf8Flag ? QString::fromUtf8(name) : QString::fromLocal8Bit(name);
@@ -290,7 +290,7 @@ QByteArray QZipReader::compressedBytes(const Entry &entry)
     const qint64 begin =
         entry.localHeaderOffset + localHeaderSize + number<quint16>(local, 26) + number<quint16>(local, 28);
     const qint64 available = std::max<qint64>(0, m_file.size() - begin);
-    return readAt(begin, std::min(entry.compressedSize, available));
+    return readAt(begin, std::min(entry.info.compressedSize, available));
 }
 
 QByteArray QZipReader::fileData(const QString &fileName)
@@ -306,7 +306,7 @@ QByteArray QZipReader::fileData(const QString &fileName)
         return {};
     }
     // Inflation stops at 64 MB in any case, which no more than that many compressed bytes are needed for.
-    if (found->compressedSize > inflationLimit(found->info.size) * 2) {
+    if (found->info.compressedSize > inflationLimit(found->info.size) * 2) {
         qWarning("QZip: Z_MEM_ERROR: Not enough memory");
         return {};
     }

@@ -20,6 +20,7 @@ public:
         QFile::Permissions permissions;
         quint32 crc = 0;
         qint64 size = 0; ///< uncompressed, as the central directory declares it
+        qint64 compressedSize = 0;
         QDateTime lastModified;
     };
 
@@ -41,7 +42,6 @@ private:
         FileInfo info;
         quint16 flags = 0;
         quint16 method = 0;
-        qint64 compressedSize = 0;
         qint64 localHeaderOffset = 0;
         bool overlaps = false; ///< lies on the bytes of another entry, as no honest archive has it
     };
