@@ -59,5 +59,5 @@ TEST(InversionStatistics, ReportsWhatHasMoreThanTenValues)
               "Inversion statistics report:\n"
               "dist_name  | file_name | rms_q10     | rms_q50     | rms_q90     | count\n"
               "a spectrum | comment   | 1.23457e+06 | 1.23457e+06 | 1.23458e+06 | 11   \n"
-              "z          | inv       | 0.1         | 0.5         | 0.9         | 11   \n");
+              "z          | inv       | 0.1         | 0.5         | 0.9         | 11   ");
 }

@@ -30,6 +30,7 @@ QStringList row(const SpectMath::SpectrumInfo &info, std::vector<double> &&error
     return cells;
 }
 
+/// Each row begins a new line.
 QString table(const QList<QStringList> &rows)
 {
     std::vector<int> widths(std::size_t(rows.first().size()), 0);
@@ -41,7 +42,7 @@ QString table(const QList<QStringList> &rows)
     for (QStringList cells : rows) {
         for (int i = 0; i < cells.size(); ++i)
             cells[i] = cells[i].leftJustified(widths[std::size_t(i)]);
-        text += cells.join(QStringLiteral(" | ")) + QLatin1Char('\n');
+        text += QLatin1Char('\n') + cells.join(QStringLiteral(" | "));
     }
     return text;
 }
@@ -67,7 +68,7 @@ QString report(const Datastore &store)
         if (errors.size() >= fewestValues)
             rows.append(row(*key, std::move(errors)));
     }
-    return QStringLiteral("Inversion statistics report:\n") + table(rows);
+    return QStringLiteral("Inversion statistics report:") + table(rows);
 }
 
 } // namespace InversionStatistics

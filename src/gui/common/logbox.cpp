@@ -2,46 +2,72 @@
 
 #include "gui/common/logtext.h"
 
-#include <deque>
+#include <algorithm>
 #include <mutex>
 
-struct LogBox::Shared {
-    std::mutex mutex;
-    LogBox *box = nullptr; ///< null once it is gone
-    std::deque<Log::Entry> entries;
+namespace {
+
+/// Hears the root logger for all boxes. It is connected once and stays, so that no connection is cut while another
+/// thread logs.
+struct Listener {
+    std::mutex mutex; ///< guards the list and what is in the boxes
+    std::vector<LogBox *> boxes;
+
+    static Listener &instance()
+    {
+        static auto *const listener = new Listener; // other threads may log to the very end
+        return *listener;
+    }
+
+private:
+    Listener()
+    {
+        auto *root = &Log::RootLogger::instance();
+        QObject::connect(
+            root, &Log::RootLogger::newEntry, root,
+            [this](const Log::Entry &entry) {
+                if (!LogText::isShown(entry))
+                    return;
+                const std::lock_guard<std::mutex> lock(mutex);
+                for (LogBox *box : boxes)
+                    box->put(entry);
+            },
+            Qt::DirectConnection);
+    }
 };
 
-LogBox::LogBox(QObject *parent) : QObject(parent), m_shared(std::make_shared<Shared>())
+} // namespace
+
+LogBox::LogBox(QObject *parent) : QObject(parent)
 {
-    m_shared->box = this;
-    auto *root = &Log::RootLogger::instance();
-    const auto put = [shared = m_shared](const Log::Entry &entry) {
-        if (!LogText::isShown(entry))
-            return;
-        const std::lock_guard<std::mutex> lock(shared->mutex);
-        const bool wasEmpty = shared->entries.empty();
-        if (int(shared->entries.size()) == capacity)
-            shared->entries.pop_front();
-        shared->entries.push_back(entry);
-        if (wasEmpty && shared->box)
-            QMetaObject::invokeMethod(shared->box, "deliver", Qt::QueuedConnection);
-    };
-    m_connection = connect(root, &Log::RootLogger::newEntry, root, put, Qt::DirectConnection);
+    Listener &listener = Listener::instance();
+    const std::lock_guard<std::mutex> lock(listener.mutex);
+    listener.boxes.push_back(this);
 }
 
 LogBox::~LogBox()
 {
-    disconnect(m_connection);
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
-    m_shared->box = nullptr;
+    Listener &listener = Listener::instance();
+    const std::lock_guard<std::mutex> lock(listener.mutex);
+    listener.boxes.erase(std::find(listener.boxes.begin(), listener.boxes.end(), this));
+}
+
+void LogBox::put(const Log::Entry &entry)
+{
+    const bool wasEmpty = m_entries.empty();
+    if (int(m_entries.size()) == capacity)
+        m_entries.pop_front();
+    m_entries.push_back(entry);
+    if (wasEmpty)
+        QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection);
 }
 
 void LogBox::deliver()
 {
     std::deque<Log::Entry> entries;
     {
-        const std::lock_guard<std::mutex> lock(m_shared->mutex);
-        entries.swap(m_shared->entries);
+        const std::lock_guard<std::mutex> lock(Listener::instance().mutex);
+        entries.swap(m_entries);
     }
     for (const Log::Entry &entry : entries)
         Q_EMIT newEntry(entry);

@@ -4,7 +4,7 @@
 
 #include <QObject>
 
-#include <memory>
+#include <deque>
 
 /// Where log entries of all threads wait for the main thread. It has a mutex of its own and keeps the last 1000 of
 /// those that the log dock shows, so that a reader that complains about every row costs neither memory nor a frozen
@@ -18,6 +18,9 @@ public:
     explicit LogBox(QObject *parent = nullptr);
     ~LogBox() override;
 
+    /// Takes an entry, on any thread, under the lock that all boxes share.
+    void put(const Log::Entry &entry);
+
 Q_SIGNALS:
     /// Emitted on the main thread, in order.
     void newEntry(Log::Entry entry);
@@ -26,8 +29,5 @@ private Q_SLOTS:
     void deliver();
 
 private:
-    struct Shared;
-
-    std::shared_ptr<Shared> m_shared; ///< outlives the box while another thread still logs into it
-    QMetaObject::Connection m_connection;
+    std::deque<Log::Entry> m_entries; ///< under the same lock
 };

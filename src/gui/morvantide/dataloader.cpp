@@ -17,6 +17,7 @@ struct DataLoader::Box {
     std::mutex mutex;
     DataLoader *loader = nullptr; ///< null once it is gone
     ReadProgress progress;
+    Result result; ///< set when finished
     bool isFinished = false;
     bool isPosted = false;
 
@@ -46,8 +47,10 @@ DataLoader::~DataLoader()
         }
         if (!thread->wait(patience))
             continue; // deleting it now would end the program
-        if (thread == m_thread)
+        if (thread == m_thread) {
+            const std::lock_guard<std::mutex> lock(m_box->mutex); // what the thread wrote is seen from here on
             delete m_task;
+        }
         delete thread;
     }
 }
@@ -70,6 +73,8 @@ void DataLoader::start(const FileReaderSettings &settings)
     m_thread = new WorkerThread;
     m_thread->setObjectName(QStringLiteral("reading"));
     m_task->moveToThread(m_thread);
+    connect(m_task, &QObject::destroyed, m_thread, &QThread::quit, Qt::DirectConnection);
+    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
     m_thread->start(QThread::InheritPriority);
     QMetaObject::invokeMethod(m_task, "run", Qt::QueuedConnection);
 }
@@ -89,8 +94,12 @@ void DataLoader::connectTask()
             b.progress.bytesTotal = total;
         });
     });
-    connect(m_task, &FileReaderTask::finished, m_task,
-            [box = m_box] { box->put([](Box &b) { b.isFinished = true; }); });
+    connect(m_task, &FileReaderTask::finished, m_task, [task = m_task, box = m_box] {
+        box->put([task](Box &b) {
+            b.result = {task->reader(), task->wasCancelled()};
+            b.isFinished = true;
+        });
+    });
 }
 
 void DataLoader::cancel()
@@ -106,24 +115,19 @@ void DataLoader::takeNews()
     if (!m_box)
         return;
     ReadProgress progress;
+    Result result;
     bool isFinished = false;
     {
         const std::lock_guard<std::mutex> lock(m_box->mutex);
         m_box->isPosted = false;
         progress = m_box->progress;
         isFinished = m_box->isFinished;
+        result = std::exchange(m_box->result, {});
     }
     m_dialog->setProgress(progress);
-    if (isFinished)
-        finish();
-}
-
-void DataLoader::finish()
-{
-    const Result result{m_task->reader(), m_task->wasCancelled()};
-    connect(m_task, &QObject::destroyed, m_thread, &QThread::quit, Qt::DirectConnection);
-    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
-    m_task->deleteLater();
+    if (!isFinished)
+        return;
+    m_task->deleteLater(); // and with it the thread goes away
     m_task = nullptr;
     m_retiringThread = std::exchange(m_thread, nullptr);
     m_box.reset();

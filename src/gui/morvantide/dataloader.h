@@ -43,7 +43,6 @@ private:
     struct Box;
 
     void connectTask();
-    void finish();
 
     QWidget *m_window;
     ReadProgressDialog *m_dialog = nullptr; ///< a child of the window, made with the first read
