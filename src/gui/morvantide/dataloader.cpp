@@ -85,7 +85,7 @@ void DataLoader::connectTask()
     connect(m_task, &FileReaderTask::progress, m_task, [box = m_box](int count, const QString &message) {
         box->put([&](Box &b) {
             b.progress.filesDone = count;
-            b.progress.message = message;
+            b.progress.message = QString(message.constData(), message.size()); // nothing is shared with that thread
         });
     });
     connect(m_task, &FileReaderTask::bytesProgress, m_task, [box = m_box](qint64 done, qint64 total) {
