@@ -40,6 +40,17 @@ TEST(Program, QuitsOnASignalAndLeavesNothingBehind)
     }
 }
 
+TEST(Program, QuitsWhileItAsksForData)
+{
+    Process process;
+    process.start(program, {QStringLiteral("."), QStringLiteral("block")});
+    ASSERT_TRUE(process.waitForOutput(started));
+    QThread::msleep(1500); // the dialog stands in an event loop of its own
+    process.process().terminate();
+    EXPECT_EQ(process.wait().code, 0);
+    EXPECT_TRUE(process.names(recoveryFiles).isEmpty());
+}
+
 TEST(Program, ABadRecoveryStartEndsInSilence)
 {
     const struct {

@@ -1,5 +1,9 @@
-#include "gui/common/tsb/plot.h"
+#include "gui/common/tsb/header.h"
+#include "gui/common/tsb/resizer.h"
+#include "gui/common/tsb/spectrogramplot.h"
+#include "gui/common/tsb/spectrogramview.h"
 #include "gui/common/tsb/timeseriesbrowser.h"
+#include "gui/common/tsb/timeview.h"
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "log/logger.h"
 #include "resources/resources.h"
@@ -8,6 +12,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QSplitter>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -50,13 +55,36 @@ bool waitForData(const MorvantideMainWindow &window)
     return false;
 }
 
-/// Clicks upon the first plot, three quarters along the time axis.
+void drag(QWidget *widget, QPoint delta)
+{
+    const QPoint from = widget->rect().center();
+    const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons buttons) {
+        QMouseEvent event(type, at, widget->mapToGlobal(at), button, buttons, Qt::NoModifier);
+        QApplication::sendEvent(widget, &event);
+    };
+    send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+    send(QEvent::MouseMove, from + delta, Qt::NoButton, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, widget->rect().center(), Qt::LeftButton, Qt::NoButton);
+    QTest::qWait(50);
+}
+
+/// Room for the names and for the spectrograms, and all the time in what is left.
+void arrange(const MorvantideMainWindow &window)
+{
+    const auto *header = window.browser()->findChild<Tsb::Header *>();
+    drag(header->splitter()->handle(1), {70, 0});
+    for (const auto *view : window.browser()->findChildren<Tsb::SpectrogramView *>())
+        drag(view->findChild<Tsb::Resizer *>(), {0, 50});
+    QTest::mouseDClick(window.browser()->timeView(), Qt::LeftButton);
+    QTest::qWait(settling);
+}
+
+/// Clicks upon the first spectrogram, three quarters along the time axis.
 bool selectRecord(const MorvantideMainWindow &window)
 {
-    const auto plots = window.browser()->findChildren<Tsb::Plot *>();
-    if (plots.isEmpty())
+    auto *const plot = window.browser()->findChild<Tsb::SpectrogramPlot *>();
+    if (!plot)
         return false;
-    QWidget *const plot = plots.first();
     QTest::mouseClick(plot, Qt::LeftButton, Qt::NoModifier, {plot->width() * 3 / 4, plot->height() / 2});
     QTest::qWait(settling);
     return window.shownRecord() != nullptr;
@@ -91,6 +119,7 @@ int main(int argc, char **argv)
     if (!waitForData(window))
         return fail("no data came in");
     QTest::qWait(settling);
+    arrange(window);
     if (!selectRecord(window))
         return fail("no record could be selected");
     if (!window.grab().save(arguments[1]))
