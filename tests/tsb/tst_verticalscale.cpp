@@ -168,6 +168,30 @@ TEST_F(VerticalScaleTest, CursorShowsItsValueOverTheTicks)
     EXPECT_EQ(picture(), before);
 }
 
+TEST_F(VerticalScaleTest, LabelsAtTheEdgesAreWhole)
+{
+    widget.setFrameShape(QFrame::NoFrame);
+    // The ink of the labels at the edges is as high as that of the one in the middle.
+    const auto inkRows = [this](int from, int to) {
+        const QImage image = picture();
+        int rows = 0;
+        for (int y = from; y < to; ++y) {
+            bool ink = false;
+            for (int x = 30; x < 70; ++x)
+                ink = ink || qGray(image.pixel(x, y)) < 200;
+            rows += ink ? 1 : 0;
+        }
+        return rows;
+    };
+    const int line = widget.fontMetrics().height();
+    widget.resize(80, 4 * line);
+    widget.setMinMax(0, 20, true); // labels at 0, 10 and 20
+    const int middle = inkRows(2 * line - line / 2, 2 * line + line / 2);
+    EXPECT_GT(middle, line / 3);
+    EXPECT_EQ(inkRows(3 * line, 4 * line), middle);
+    EXPECT_EQ(inkRows(0, line), middle);
+}
+
 TEST_F(VerticalScaleTest, DragGoesOnAcrossTheScreensEdge)
 {
     EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({4, 300}, {0, 0, 800, 600}), QPoint(790, 0));

@@ -13,6 +13,7 @@ namespace {
 constexpr int tickLength = 4;
 constexpr int minorTickLength = 2;
 constexpr int labelGap = 6; ///< from a label's right end to the edge
+constexpr int titleMargin = 2;
 constexpr double cursorOpacity = 0.9;
 } // namespace
 
@@ -178,6 +179,8 @@ int VerticalScaleWidget::drawTicks(QPainter &painter) const
     const int height = contentsRect().height();
     const auto ticks = m_appearLog ? logarithmicTicks(m_minimum, m_maximum, height, m_lineHeight)
                                    : linearTicks(m_minimum, m_maximum, height, m_lineHeight);
+    const QFontMetrics metrics = fontMetrics();
+    const QRect ink = metrics.tightBoundingRect(QStringLiteral("0")).translated(0, metrics.ascent());
     int widest = 0;
     for (const ValueTick &tick : ticks) {
         const double fromBottom = m_scale.pixel(tick.value);
@@ -185,10 +188,12 @@ int VerticalScaleWidget::drawTicks(QPainter &painter) const
             continue;
         const int y = int(std::floor(height - fromBottom));
         painter.drawLine(width - (tick.major ? tickLength : minorTickLength), y, width, y);
-        const QRect place(0, y - m_lineHeight / 2, width - labelGap, m_lineHeight);
-        painter.drawText(place, Qt::AlignRight | Qt::AlignTop, tick.label);
-        if (place.bottom() >= 0 && place.top() < height)
-            widest = std::max(widest, fontMetrics().horizontalAdvance(tick.label));
+        if (tick.label.isEmpty() || y < 0 || y > height)
+            continue;
+        // A text at an edge is moved inward as far as its digits would be cut.
+        const int top = std::max(-ink.top(), std::min(y - m_lineHeight / 2, height - ink.bottom() - 1));
+        painter.drawText(QRect(0, top, width - labelGap, m_lineHeight), Qt::AlignRight | Qt::AlignTop, tick.label);
+        widest = std::max(widest, metrics.horizontalAdvance(tick.label));
     }
     return widest;
 }
@@ -196,34 +201,49 @@ int VerticalScaleWidget::drawTicks(QPainter &painter) const
 /// The icon on top and the label's lines below it, upwards where they fit into the height, else from left to right.
 void VerticalScaleWidget::drawTitle(QPainter &painter, int freeWidth) const
 {
-    constexpr int margin = 2;
     const int height = contentsRect().height();
-    int top = margin;
+    int top = titleMargin;
     if (!m_icon.isNull()) {
-        painter.drawPixmap(margin + std::max(0, (m_lineHeight - m_icon.width()) / 2), top, m_icon);
-        top += m_icon.height() + margin;
+        const int inset = std::max(0, (m_lineHeight - m_icon.height()) / 2);
+        painter.drawPixmap(titleMargin + inset, inset, m_icon);
+        top = m_lineHeight;
     }
     const QStringList lines = m_label.split(QLatin1Char('\n'));
     int longest = 0;
     for (const QString &line : lines)
         longest = std::max(longest, fontMetrics().horizontalAdvance(line));
-    const bool upward = longest <= height - top - margin && lines.size() * m_lineHeight <= freeWidth;
-    if (upward) {
-        painter.save();
-        painter.translate(margin, height - margin);
-        painter.rotate(-90);
-        const int room = height - top - margin;
-        for (int i = 0; i < lines.size(); ++i)
-            painter.drawText(QRect(0, i * m_lineHeight, room, m_lineHeight), Qt::AlignCenter, lines[i]);
-        painter.restore();
-        return;
+    const int room = height - top - titleMargin;
+    if (longest > room || lines.size() * m_lineHeight > freeWidth)
+        return drawTitleAcross(painter, freeWidth);
+    painter.save();
+    painter.translate(titleMargin, height - titleMargin);
+    painter.rotate(-90);
+    for (int i = 0; i < lines.size(); ++i)
+        painter.drawText(QRect(0, i * m_lineHeight, room, m_lineHeight), Qt::AlignCenter, lines[i]);
+    painter.restore();
+}
+
+/// Word by word into lines as they fit, beginning beside the icon: the ends of names tell them apart.
+void VerticalScaleWidget::drawTitleAcross(QPainter &painter, int freeWidth) const
+{
+    const QFontMetrics metrics = fontMetrics();
+    const int beside = m_icon.isNull() ? titleMargin : m_icon.width() + 3 * titleMargin;
+    QStringList lines{QString()};
+    const auto roomIn = [&](int line) { return freeWidth - (line == 0 ? beside : titleMargin); };
+    QString label = m_label;
+    for (const QString &word : label.replace(QLatin1Char('\n'), QLatin1Char(' ')).split(QLatin1Char(' '))) {
+        const QString longer = lines.last().isEmpty() ? word : lines.last() + QLatin1Char(' ') + word;
+        if (lines.last().isEmpty() || metrics.horizontalAdvance(longer) <= roomIn(lines.size() - 1))
+            lines.last() = longer;
+        else
+            lines.append(word);
     }
-    int y = m_icon.isNull() ? margin : 0;
-    for (int i = 0; i < lines.size(); ++i, y += m_lineHeight) {
-        const int left = i == 0 && !m_icon.isNull() ? margin * 3 + m_icon.width() : margin;
-        const QString shown =
-            fontMetrics().elidedText(lines[i], Qt::ElideRight, std::max(0, freeWidth - left - margin));
-        painter.drawText(QRect(left, y, freeWidth - left, m_lineHeight), Qt::AlignLeft | Qt::AlignVCenter, shown);
+    for (int i = 0;
+         i < lines.size() && (i == 0 || (i + 1) * m_lineHeight <= contentsRect().height() + metrics.descent()); ++i) {
+        const int left = i == 0 ? beside : titleMargin;
+        const QString shown = metrics.elidedText(lines[i], Qt::ElideRight, std::max(0, roomIn(i)));
+        painter.drawText(QRect(left, i * m_lineHeight, freeWidth - left, m_lineHeight),
+                         Qt::AlignLeft | Qt::AlignVCenter, shown);
     }
 }
 
