@@ -1,7 +1,8 @@
 #include "datafiles/reading.h"
 
-#include <QCoreApplication>
-#include <QThread>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 
 namespace {
 
@@ -73,35 +74,32 @@ TEST_F(Task, a_wish_to_stop_in_the_last_file_leaves_nothing_unread)
     EXPECT_EQ(recordCount(), 1);
 }
 
-TEST_F(Task, works_on_a_thread_of_its_own)
+TEST_F(Task, is_stopped_from_another_thread)
 {
-    for (int i = 0; i < 20; ++i)
-        write(QString::number(100 + i) + ".flags", header + rowOfHour(i));
-    QStringList files = QDir(folder.path()).entryList(QDir::Files);
+    QStringList files;
+    for (int i = 0; i < 500; ++i) {
+        files.append(QString::number(100 + i) + ".flags");
+        write(files.last(), header + rowOfHour(i % 24));
+    }
     auto task = makeTask(files);
-    FileReaderTask *worker = task.release();
-    QThread thread;
-    worker->moveToThread(&thread);
+    std::mutex mutex;
+    std::condition_variable changed;
     int progressed = 0;
-    QObject here;
-    QObject::connect(worker, &FileReaderTask::progress, &here, [&](int count, const QString &) {
+    QObject::connect(task.get(), &FileReaderTask::progress, [&](int count, const QString &) {
+        const std::lock_guard<std::mutex> lock(mutex);
         progressed = count;
-        if (count == 5)
-            worker->setAborted();
+        changed.notify_one();
     });
-    bool finished = false;
-    QObject::connect(worker, &FileReaderTask::finished, &here, [&] {
-        finished = true;
-        thread.quit();
-    });
-    thread.start();
-    QMetaObject::invokeMethod(worker, &FileReaderTask::run, Qt::QueuedConnection);
-    QObject::connect(&thread, &QThread::finished, worker, &QObject::deleteLater);
-    while (!finished)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-    ASSERT_TRUE(thread.wait(10000));
-    EXPECT_GE(recordCount(), 1);
-    EXPECT_GE(progressed, 5);
+    std::thread worker([&] { task->run(); });
+    {
+        std::unique_lock<std::mutex> lock(mutex);
+        changed.wait(lock, [&] { return progressed >= 5; });
+    }
+    task->setAborted();
+    worker.join();
+    EXPECT_GE(task->filesRead(), 5);
+    EXPECT_EQ(recordCount(), std::min(task->filesRead(), 24));
+    EXPECT_EQ(task->wasCancelled(), task->filesRead() < 500);
 }
 
 } // namespace
