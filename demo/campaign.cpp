@@ -3,20 +3,16 @@
 #include "demo/diagnostics.h"
 #include "demo/eventflags.h"
 #include "demo/random.h"
-#include "demo/spectrumnoise.h"
+#include "spectra/recordinversion.h"
 
 #include <cmath>
 
 namespace Demo {
 
-using SpectMath::Spectrum;
-using SpectMath::SpectrumInfo;
-
 namespace {
 
 constexpr std::int64_t utcOffset = 7200;
 constexpr std::int64_t firstMidnight = 1557784800; // 2019-05-14 00:00:00 at +02:00, in seconds UTC
-constexpr int outputPoints = 40;
 constexpr int finePointCount = 121;
 
 double hourOf(double day)
@@ -24,26 +20,31 @@ double hourOf(double day)
     return 24 * (day - std::floor(day));
 }
 
+/// What a day file keeps of a number, so that files hold exactly what was inverted.
+double asPrinted(double value)
+{
+    return QString::number(value, 'g', 6).toDouble();
+}
+
 } // namespace
 
 struct Campaign::Channel {
     Mode mode;
     Polarity polarity;
-    SpectMath::SpectrumInfoPointer info;
-    Axis axis;         ///< the published points
-    RealMatrix matrix; ///< of them
-    Axis fineAxis;     ///< beyond them on both sides
+    Axis fineAxis; ///< well beyond the published points on both sides
     RealMatrix fineMatrix;
 };
 
 Campaign::Campaign(const Settings &settings)
     : m_settings(settings), m_atmosphere(settings.seed), m_metadata(std::make_shared<Spectrometer::RecordMetadata>()),
-      m_diagnostics(std::make_unique<DiagnosticSource>())
+      m_diagnostics(std::make_unique<DiagnosticSource>()), m_inverterFiles(makeInverterFiles(m_instrument))
 {
     makeMetadata();
-    for (Mode mode : {Mode::Ions, Mode::Particles})
-        for (Polarity polarity : {Polarity::Negative, Polarity::Positive})
-            makeChannel(mode, polarity);
+    for (const InverterFile &file : m_inverterFiles) {
+        m_inverters.push_back(file.inverter);
+        m_spectra[modeName(file.mode)] << file.inverter->info();
+        makeChannel(file.mode, file.polarity);
+    }
 }
 
 Campaign::~Campaign() = default;
@@ -83,27 +84,10 @@ void Campaign::makeMetadata()
 
 void Campaign::makeChannel(Mode mode, Polarity polarity)
 {
-    auto info = std::make_shared<SpectrumInfo>();
-    RealVector finePoints;
-    info->name = modeName(mode) + QLatin1Char(' ') + polarityName(polarity);
-    info->comment = QStringLiteral("Truth of the made-up instrument with its noise");
-    info->concentrationUnit = SpectMath::parseUnit(QStringLiteral("1/cm^3"), unitTable());
-    if (mode == Mode::Ions) {
-        info->scale = SpectMath::DistributionScale::mobility;
-        info->mobilities = logarithmicGrid(3.0, 0.0014, outputPoints);
-        finePoints = logarithmicGrid(4.5, 0.0009, finePointCount);
-    } else {
-        info->scale = SpectMath::DistributionScale::radius;
-        info->radii = logarithmicGrid(0.8, 21, outputPoints);
-        finePoints = logarithmicGrid(0.6, 70, finePointCount);
-    }
-    info->finish();
-
-    const RealVector &points = info->nativePoints();
-    m_spectra[modeName(mode)] << info;
+    const RealVector points =
+        mode == Mode::Ions ? logarithmicGrid(4.5, 0.0009, finePointCount) : logarithmicGrid(0.6, 70, finePointCount);
     m_channels.push_back(std::make_unique<Channel>(
-        Channel{mode, polarity, info, Axis(mode, polarity, points), m_instrument.matrix(mode, polarity, points),
-                Axis(mode, polarity, finePoints), m_instrument.matrix(mode, polarity, finePoints)}));
+        Channel{mode, polarity, Axis(mode, polarity, points), m_instrument.matrix(mode, polarity, points)}));
 }
 
 const Campaign::Channel *Campaign::channel(Mode mode, Polarity polarity) const
@@ -144,7 +128,8 @@ bool Campaign::isMissing(int slot) const
     return (hour > 1.6 && hour < 2.1) || random.uniform() < 0.008;
 }
 
-/// A while in the early morning in which the positive charger doesn't work and nothing can be inverted.
+/// A while in the early morning in which the positive charger doesn't work, and no variances are had, so that nothing
+/// can be inverted.
 bool Campaign::hasFailed(int slot) const
 {
     const double hour = hourOf(dayOf(slot));
@@ -185,48 +170,14 @@ void Campaign::measureCurrents(Record &record, const TrueCurrents &trueCurrents,
             const double variance = m_instrument.variance(currents[std::size_t(i)], averagingSeconds());
             const double current = currents[std::size_t(i)] + std::sqrt(variance) * random.normal();
             const double zero = 6 * std::sin(1.7 * double(slot)) + 0.35 * warmth * std::cos(2.9 * double(slot));
-            record.currents[slot] = current;
-            record.currentVariances[slot] = m_instrument.variance(current, averagingSeconds());
+            record.currents[slot] = asPrinted(current);
+            record.currentVariances[slot] = asPrinted(m_instrument.variance(current, averagingSeconds()));
             record.rawCurrents[slot] = current + zero;
             record.voltages[slot] = 0.012 * (current + zero) - 0.8 + 0.05 * std::cos(double(slot));
         }
     }
     if (random.uniform() < 0.02) // a value that was thrown out as an outlier
         record.currents[std::size_t(random.uniform() * Instrument::electrometerCount)] = noValue;
-}
-
-/// The truth on the published points, with noise as large as the variances of the currents make it. Like an inversion
-/// that removes negative classes it holds none.
-std::shared_ptr<Spectrum> Campaign::estimate(const Channel &channel, const Record &record,
-                                             const RealVector &trueCurrents, const Aerosol &aerosol,
-                                             Random &random) const
-{
-    const RealVector &points = channel.info->nativePoints();
-    const std::size_t first = std::size_t(Instrument::firstChannel(channel.polarity));
-    RealVector variances(Instrument::electrometersPerPolarity);
-    for (std::size_t i = 0; i < variances.size(); ++i)
-        variances[i] = record.currentVariances[first + i];
-    const RealVector deviations = m_instrument.densityDeviations(channel.mode, channel.matrix, points, variances);
-    const int halfWidth = int(m_instrument.resolvedPoints(channel.mode, points, points.size() / 2) / 2 + 0.5);
-    const RealVector noise = smoothNoise(points.size(), halfWidth, random);
-
-    auto spectrum = std::make_shared<Spectrum>();
-    spectrum->info = channel.info;
-    spectrum->covariances = BandMatrix(points.size(), points.size(), 0, 0);
-    spectrum->status = 0;
-    const RealVector trueDensity = aerosol.densities(channel.axis);
-    spectrum->concentrations = trueDensity;
-    for (std::size_t j = 0; j < points.size(); ++j) {
-        spectrum->concentrations[j] = std::max(0.0, spectrum->concentrations[j] + deviations[j] * noise[j]);
-        spectrum->covariances(j, j) = deviations[j] * deviations[j];
-    }
-
-    // An inversion also explains the currents of what lies beyond the published points, so only noise is left over.
-    const RealVector calculated =
-        trueCurrents +
-        RealVector(boost::numeric::ublas::prod(channel.matrix, RealVector(spectrum->concentrations - trueDensity)));
-    setResiduals(*spectrum, calculated, record.currents, first);
-    return spectrum;
 }
 
 void Campaign::addFlags(Record &record, int slot) const
@@ -277,14 +228,10 @@ std::shared_ptr<Record> Campaign::record(int slot) const
         record->variables[std::size_t(DiagnosticSource::meanSlot(DiagnosticSource::Pressure))] = noValue;
         record->variables[std::size_t(DiagnosticSource::deviationSlot(DiagnosticSource::Pressure))] = noValue;
     }
-    for (const auto &channel : m_channels) {
-        if (channel->mode != mode)
-            continue;
-        record->spectra.push_back(
-            estimate(*channel, *record, currents[std::size_t(channel->polarity)], aerosol, random));
-        if (hasFailed(slot))
-            setFailed(*record->spectra.back(), channel->info->nativePoints().size(), 3);
-    }
+    if (hasFailed(slot))
+        record->currentVariances = RealVector(Instrument::electrometerCount, 0.0);
+    const auto noComplaint = [](int, const QString &) {}; // every inverter fits the instrument
+    record->spectra = SpectMath::invertRecord(m_inverters, *record, *m_metadata, noComplaint)->spectra;
     return record;
 }
 

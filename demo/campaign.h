@@ -1,7 +1,7 @@
 #pragma once
 
 #include "demo/atmosphere.h"
-#include "demo/instrument.h"
+#include "demo/inverterfile.h"
 #include "records/record.h"
 #include "records/recordmetadata.h"
 #include "spectra/spectrum.h"
@@ -35,6 +35,8 @@ public:
     /// By the name of the operating mode, negative first; there are none for "offset".
     const QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> &spectra() const { return m_spectra; }
     const Instrument &instrument() const { return m_instrument; }
+    /// What the spectra of the records come from.
+    const std::vector<InverterFile> &inverterFiles() const { return m_inverterFiles; }
     const Atmosphere &atmosphere() const { return m_atmosphere; }
 
     /// How many records would fill the days; some of them are missing.
@@ -66,9 +68,6 @@ private:
     bool isMissing(int slot) const;
     bool hasFailed(int slot) const;
     void measureCurrents(Record &record, const TrueCurrents &trueCurrents, double day, Random &random) const;
-    std::shared_ptr<SpectMath::Spectrum> estimate(const Channel &channel, const Record &record,
-                                                  const RealVector &trueCurrents, const Aerosol &aerosol,
-                                                  Random &random) const;
     void addFlags(Record &record, int slot) const;
 
     Settings m_settings;
@@ -76,6 +75,8 @@ private:
     Atmosphere m_atmosphere;
     std::shared_ptr<Spectrometer::RecordMetadata> m_metadata;
     std::unique_ptr<DiagnosticSource> m_diagnostics;
+    std::vector<InverterFile> m_inverterFiles;
+    SpectMath::InverterList m_inverters;
     std::vector<std::unique_ptr<Channel>> m_channels;
     QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> m_spectra;
 };

@@ -129,29 +129,6 @@ double Instrument::variance(double current, double seconds) const
     return (noise * noise + elementaryCharge * std::fabs(current)) / std::max(seconds, 1.0) + unrest * unrest;
 }
 
-double Instrument::resolvedPoints(Mode mode, const RealVector &points, std::size_t index) const
-{
-    const std::size_t next = index + 1 < points.size() ? index + 1 : index - 1;
-    const double spacing = std::fabs(std::log10(points[next] / points[index]));
-    const double width = mode == Mode::Ions ? mobilityStep() : mobilityStep() / mobilitySlopeAt(2 * points[index]);
-    return std::max(1.0, width / spacing);
-}
-
-RealVector Instrument::densityDeviations(Mode mode, const RealMatrix &matrix, const RealVector &points,
-                                         const RealVector &variances) const
-{
-    RealVector deviations(points.size());
-    for (std::size_t j = 0; j < points.size(); ++j) {
-        double information = 0;
-        for (std::size_t i = 0; i < matrix.size1(); ++i)
-            information += matrix(i, j) * matrix(i, j) / variances[i];
-        // The points at both ends have but half a class in the matrix.
-        const double share = j == 0 || j + 1 == points.size() ? 2 : 1;
-        deviations[j] = 1 / (std::sqrt(information) * share * resolvedPoints(mode, points, j));
-    }
-    return deviations;
-}
-
 RealVector logarithmicGrid(double first, double last, int count)
 {
     RealVector grid{std::size_t(count)};

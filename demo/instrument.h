@@ -38,13 +38,6 @@ public:
     /// fA^2: the variance of a mean current over that many seconds.
     double variance(double current, double seconds) const;
 
-    /// The standard deviation with which one point of a density can be known from currents of these variances, if the
-    /// density is even over the width that an electrometer resolves. `matrix` is that of the points.
-    RealVector densityDeviations(Mode mode, const RealMatrix &matrix, const RealVector &points,
-                                 const RealVector &variances) const;
-    /// That width, in points.
-    double resolvedPoints(Mode mode, const RealVector &points, std::size_t index) const;
-
 private:
     double response(Polarity polarity, int electrometer, Mode mode, double position) const;
 };

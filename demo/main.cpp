@@ -16,7 +16,8 @@ int main(int argc, char **argv)
     std::setlocale(LC_NUMERIC, "C");
     std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other
 
-    CLI::App app("Writes a data folder of a made-up mobility spectrometer, to try Morvantide with.", "morvantide-demo");
+    CLI::App app("Writes a data folder of a made-up mobility spectrometer, and its inverters, to try Morvantide with.",
+                 "morvantide-demo");
     std::string folder;
     Demo::Campaign::Settings settings;
     app.add_option("OUT", folder, "The folder to write; made if it doesn't exist, refused if it isn't empty")
@@ -40,9 +41,12 @@ int main(int argc, char **argv)
         return 2;
     }
     Log::RootLogger::instance().setFilter([](const Log::Entry &entry) { return entry.level <= Log::Warning; });
-    const auto counts = Demo::writeCampaign(Demo::Campaign(settings), path);
+    const Demo::Campaign campaign(settings);
+    const auto counts = Demo::writeCampaign(campaign, path);
+    const bool inverters =
+        Demo::writeInverterFiles(campaign.inverterFiles(), QDir(path).filePath(QStringLiteral("inverters")));
     std::cout << counts.written << " rows in \"" << folder << "\"\n";
     if (counts.lost > 0)
         std::cerr << counts.lost << " rows could not be written.\n";
-    return counts.lost > 0 ? 1 : 0;
+    return counts.lost > 0 || !inverters ? 1 : 0;
 }
