@@ -189,4 +189,24 @@ InverterList loadInverters(const QStringList &paths, const UnitTable &unitTable,
     return all;
 }
 
+InverterList loadChosenInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors)
+{
+    InverterList all;
+    for (const QString &path : paths) {
+        QString error;
+        try {
+            const InverterList some = loadInverters(path, unitTable, errors);
+            all.insert(all.end(), some.begin(), some.end());
+            continue;
+        } catch (const InverterFileError &thrown) {
+            error = thrown.message();
+        } catch (const UnitParsingError &thrown) {
+            error = thrown.message();
+        }
+        if (errors)
+            *errors << error;
+    }
+    return all;
+}
+
 } // namespace SpectMath

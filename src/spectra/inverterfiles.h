@@ -28,6 +28,10 @@ InverterList loadInverters(const QString &path, const UnitTable &unitTable, QStr
 /// The same over a list of paths in order, results appended.
 InverterList loadInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors);
 
+/// The same over paths that a user chose: each is walked by itself, and what is thrown costs its path alone, told in
+/// *errors like the rest.
+InverterList loadChosenInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors);
+
 /// One inverter from a file's contents; `path` labels its errors and names an inverter without a name.
 /// Throws InverterFileError, UnitParsingError.
 InverterPointer readInverterText(const QByteArray &bytes, const QString &path, const UnitTable &unitTable);

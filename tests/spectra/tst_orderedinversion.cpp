@@ -1,0 +1,83 @@
+#include "spectra/orderedinversion.h"
+
+#include "spectra/instrument_model.h"
+
+#include <gtest/gtest.h>
+
+using SpectMath::OrderedInversion;
+using SpectMath::SpectrumRecordPointer;
+
+namespace {
+
+class OrderedInversions : public ::testing::Test {
+protected:
+    OrderedInversions() : model(8, 10, 10, 3)
+    {
+        metadata.opmodes << Opmode(0, QStringLiteral("ions")) << Opmode(1, QStringLiteral("others"));
+        auto info = std::make_shared<SpectMath::SpectrumInfo>();
+        info->opmode = QStringLiteral("ions");
+        inverters.push_back(std::make_shared<SpectMath::Inverter>(model.settings, info));
+        for (int i = 0; i < 1000; ++i) {
+            auto record = std::make_shared<Record>();
+            record->beginTime = recordTimeFromTicks(i);
+            record->opmode = i % 5 == 0 ? 1 : 0;
+            record->interim = i % 97 == 0;
+            model.measure(record->currents, record->currentVariances);
+            if (i % 101 == 1)
+                record->currents.resize(3); // can't be inverted
+            records.push_back(record);
+        }
+    }
+
+    InstrumentModel model;
+    Spectrometer::RecordMetadata metadata;
+    SpectMath::InverterList inverters;
+    OrderedInversion::Records records;
+};
+
+} // namespace
+
+TEST_F(OrderedInversions, ComeInOrderAndTheSameForAnyNumberOfThreads)
+{
+    for (int threads : {1, 2, 8}) {
+        OrderedInversion inversion(records, inverters, metadata, threads);
+        SpectrumRecordPointer result;
+        QStringList complaints;
+        int expectedComplaints = 0;
+        const auto complain = [&](int, const QString &text) { complaints << text; };
+        for (std::size_t i = 0; i < records.size(); ++i) {
+            ASSERT_TRUE(inversion.next(result, complain));
+            const Record &record = *records[i];
+            ASSERT_EQ(result == nullptr, record.interim) << i;
+            if (!result)
+                continue;
+            ASSERT_EQ(result->beginTime, record.beginTime);
+            const bool fits = record.currents.size() == 8;
+            expectedComplaints += record.opmode == 0 && !fits;
+            ASSERT_EQ(complaints.size(), expectedComplaints) << i; // with their record, not before
+            ASSERT_EQ(result->spectra.size(), record.opmode == 0 && fits ? 1u : 0u) << i;
+            if (result->spectra.empty())
+                continue;
+            const auto expected = inverters[0]->invert(record.currents, record.currentVariances);
+            for (std::size_t k = 0; k < expected->concentrations.size(); ++k)
+                ASSERT_EQ(result->spectra[0]->concentrations[k], expected->concentrations[k]);
+        }
+        EXPECT_FALSE(inversion.next(result, complain));
+        EXPECT_GT(expectedComplaints, 5);
+    }
+}
+
+TEST_F(OrderedInversions, MayBeLeftAtAnyTime)
+{
+    const auto ignore = [](int, const QString &) {};
+    for (int taken : {0, 1, 40, 999}) {
+        OrderedInversion inversion(records, inverters, metadata, 4);
+        SpectrumRecordPointer result;
+        for (int i = 0; i < taken; ++i)
+            ASSERT_TRUE(inversion.next(result, ignore));
+    }
+    const OrderedInversion::Records none;
+    OrderedInversion nothing(none, inverters, metadata, 4);
+    SpectrumRecordPointer result;
+    EXPECT_FALSE(nothing.next(result, ignore));
+}
