@@ -6,6 +6,9 @@
 #include <CLI/CLI.hpp>
 
 #include <QFile>
+#include <QThread>
+
+#include <algorithm>
 
 namespace Batch {
 
@@ -30,6 +33,9 @@ struct Words {
     std::string to;
     std::string outputFolder;
     std::string outputVariant;
+    std::vector<std::string> inverters;
+    bool noRecords = false;
+    bool records = false;
 };
 
 void addReadOptions(CLI::App *command, Words &words)
@@ -44,9 +50,48 @@ void addReadOptions(CLI::App *command, Words &words)
     command->add_option("--to", words.to, "Last day")->check(date);
 }
 
+/// The folder to write to, and how.
+void addOutputOptions(CLI::App *command, Words &words, SaveOptions &options, const char *variantHelp)
+{
+    command->add_option("--output", words.outputFolder, "The folder to write to; made if it doesn't exist")->required();
+    command->add_option("--output-variant", words.outputVariant, variantHelp);
+    command->add_flag("--inversion-vars", options.inversionVars, "Write the residuals of the currents beside spectra");
+    command->add_flag("--append", options.append, "Continue files that exist");
+}
+
+void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &options)
+{
+    addReadOptions(command, words);
+    command
+        ->add_option("--inverters", words.inverters,
+                     "Inverter files, map files, packs (\"pack.zip/prefix\" takes a part) or folders")
+        ->required()
+        ->expected(1, 1 << 20)
+        ->allow_extra_args();
+    addOutputOptions(command, words, options.save,
+                     "Variant in the written files' names; else the one read with \"-reinv\" behind it");
+    command->add_flag("--records", words.records, "Write full records beside spectra");
+    command->add_flag("--only-new", options.onlyNew, "Leave out spectra that were read");
+    options.jobs = std::max(QThread::idealThreadCount(), 1);
+    command->add_option("--jobs", options.jobs, "Threads that invert")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 1024));
+}
+
 ReadOptions readOptions(const Words &words)
 {
     return {textOf(words.folder), textOf(words.variant), dateOf(words.from), dateOf(words.to)};
+}
+
+void completeOutput(const Words &words, const QString &variant, SaveOptions &options)
+{
+    options.read = readOptions(words);
+    options.outputFolder = textOf(words.outputFolder);
+    options.outputVariant = words.outputVariant.empty() ? variant : textOf(words.outputVariant);
+    if (options.outputFolder.isEmpty())
+        throw CLI::ValidationError("--output", "is empty");
+    if (options.outputVariant.isEmpty())
+        throw CLI::ValidationError("--output-variant", "must be given where no --variant is read");
 }
 
 } // namespace
@@ -59,7 +104,8 @@ CommandLine parseCommandLine(int argc, const char *const *argv)
     app.set_version_flag("--version", "morvantide-batch " + BuildInfo::version().toStdString() + " revision " +
                                           BuildInfo::revision().toStdString());
     app.require_subcommand(1);
-    app.footer("Exit status: 0 all was read; 1 nothing was found, or an output could not be written; 2 wrong usage or "
+    app.footer("Exit status: 0 all was read; 1 nothing was found or left to do, or an output could not be written; 2 "
+               "wrong usage or "
                "refused;\n3 done, but with warnings or errors, or rows were ignored; 130 stopped by Ctrl+C.");
 
     CLI::App *summary = app.add_subcommand("summary", "Tells what a data folder holds");
@@ -68,31 +114,32 @@ CommandLine parseCommandLine(int argc, const char *const *argv)
 
     CLI::App *save = app.add_subcommand("save", "Reads day files and writes them anew");
     addReadOptions(save, words);
-    save->add_option("--output", words.outputFolder, "The folder to write to; made if it doesn't exist")->required();
-    save->add_option("--output-variant", words.outputVariant, "Variant in the written files' names; else the one read");
-    bool noRecords = false;
-    save->add_flag("--no-records", noRecords, "Write spectra alone");
-    save->add_flag("--inversion-vars", result.save.inversionVars, "Write the residuals of the currents beside spectra");
-    save->add_flag("--append", result.save.append, "Continue files that exist");
+    addOutputOptions(save, words, result.save, "Variant in the written files' names; else the one read");
+    save->add_flag("--no-records", words.noRecords, "Write spectra alone");
+
+    CLI::App *reinvert = app.add_subcommand("reinvert", "Inverts the records anew and writes their spectra");
+    addReinvertOptions(reinvert, words, result.reinvert);
 
     try {
         app.parse(argc, argv);
-        result.summary.read = result.save.read = readOptions(words);
-        const ReadOptions &read = result.save.read;
+        const ReadOptions read = result.summary.read = readOptions(words);
         if (read.from.isValid() && read.to.isValid() && read.to < read.from)
             throw CLI::ValidationError("--to", "lies before --from");
         if (read.folder.isEmpty())
             throw CLI::ValidationError("FOLDER", "is empty");
         if (save->parsed()) {
-            result.save.records = !noRecords;
-            result.save.outputFolder = textOf(words.outputFolder);
-            result.save.outputVariant = words.outputVariant.empty() ? read.variant : textOf(words.outputVariant);
-            if (result.save.outputFolder.isEmpty())
-                throw CLI::ValidationError("--output", "is empty");
-            if (result.save.outputVariant.isEmpty())
-                throw CLI::ValidationError("--output-variant", "must be given where no --variant is read");
+            result.save.records = !words.noRecords;
+            completeOutput(words, read.variant, result.save);
+        } else if (reinvert->parsed()) {
+            result.reinvert.save.records = words.records;
+            for (const std::string &path : words.inverters)
+                result.reinvert.inverters << textOf(path);
+            completeOutput(words, read.variant.isEmpty() ? QString() : read.variant + QStringLiteral("-reinv"),
+                           result.reinvert.save);
         }
-        result.command = save->parsed() ? CommandLine::Save : CommandLine::Summary;
+        result.command = save->parsed()       ? CommandLine::Save
+                         : reinvert->parsed() ? CommandLine::Reinvert
+                                              : CommandLine::Summary;
     } catch (const CLI::ParseError &error) {
         result.exitStatus = app.exit(error) == 0 ? ExitStatus::Done : ExitStatus::WrongUsage;
     }

@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QString>
+#include <QStringList>
 
 /// The command line of morvantide-batch.
 namespace Batch {
@@ -28,12 +29,20 @@ struct SaveOptions {
     bool append = false;
 };
 
+struct ReinvertOptions {
+    SaveOptions save;      ///< without records, unless they are asked for
+    QStringList inverters; ///< paths as the window's file dialog takes them
+    bool onlyNew = false;  ///< leaves out the spectra that were read
+    int jobs = 1;          ///< threads that invert
+};
+
 struct CommandLine {
-    enum Command { None, Summary, Save };
+    enum Command { None, Summary, Save, Reinvert };
     Command command = None; ///< None: nothing is left to do but to end with `exitStatus`
     int exitStatus = 0;
     SummaryOptions summary;
     SaveOptions save;
+    ReinvertOptions reinvert;
 };
 
 /// Prints help, the version, or what is wrong, where that is what the words ask for.

@@ -1,5 +1,6 @@
 #include "batch/commandline.h"
 #include "batch/interrupt.h"
+#include "batch/reinvertcommand.h"
 #include "batch/savecommand.h"
 #include "batch/summarycommand.h"
 #include "log/logger.h"
@@ -32,6 +33,8 @@ int main(int argc, char **argv)
         return Batch::runSummary(line.summary);
     case Batch::CommandLine::Save:
         return Batch::runSave(line.save);
+    case Batch::CommandLine::Reinvert:
+        return Batch::runReinvert(line.reinvert);
     case Batch::CommandLine::None:
         break;
     }

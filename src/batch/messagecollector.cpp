@@ -17,6 +17,7 @@ MessageCollector::MessageCollector(bool echo) : m_echo(echo)
 MessageCollector::~MessageCollector()
 {
     Log::RootLogger::instance().setFilter(nullptr);
+    endRun();
 }
 
 void MessageCollector::take(const Log::Entry &entry)
@@ -27,8 +28,23 @@ void MessageCollector::take(const Log::Entry &entry)
         m_entries.append(entry);
     else
         ++m_omitted;
-    if (m_echo)
-        tell(QStringLiteral("%1: %2").arg(Log::levelName(entry.level), entry.message));
+    if (!m_echo)
+        return;
+    if (entry.message == m_last.message && entry.level == m_last.level && entry.source == m_last.source) {
+        ++m_repeats;
+        return;
+    }
+    endRun();
+    m_last = entry;
+    tell(QStringLiteral("%1: %2").arg(Log::levelName(entry.level), entry.message));
+}
+
+void MessageCollector::endRun()
+{
+    if (m_repeats > 0)
+        tell(QStringLiteral("%1: %2 (%3 times more)")
+                 .arg(Log::levelName(m_last.level), m_last.message, QString::number(m_repeats)));
+    m_repeats = 0;
 }
 
 void tell(const QString &text)

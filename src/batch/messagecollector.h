@@ -12,7 +12,7 @@ class MessageCollector {
 public:
     static constexpr int most = 1000;
 
-    /// With `echo` each message goes to standard error as well.
+    /// With `echo` each message goes to standard error as well, one that is repeated at once with a count at the end.
     explicit MessageCollector(bool echo);
     ~MessageCollector();
     MessageCollector(const MessageCollector &) = delete;
@@ -26,7 +26,11 @@ public:
 private:
     void take(const Log::Entry &entry);
 
+    void endRun();
+
     bool m_echo;
+    Log::Entry m_last; ///< told last
+    qint64 m_repeats = 0;
     QList<Log::Entry> m_entries;
     qint64 m_omitted = 0;
 };

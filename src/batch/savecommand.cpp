@@ -2,55 +2,17 @@
 
 #include "batch/exitstatus.h"
 #include "batch/folderread.h"
-#include "batch/interrupt.h"
 #include "batch/messagecollector.h"
 #include "batch/progressline.h"
+#include "batch/recordwriting.h"
 #include "batch/savetargets.h"
 #include "datafiles/datafinder.h"
-#include "datafiles/plainfileoutput.h"
-
-#include <QFileInfo>
 
 namespace Batch {
 
 namespace {
 
 using Spectrometer::PlainFileOutput;
-
-constexpr int progressEvery = 1000; // records
-
-PlainFileOutput::Settings outputSettings(const SaveOptions &options, const FileReader &reader)
-{
-    PlainFileOutput::Settings settings;
-    settings.folder = options.outputFolder;
-    settings.fileNamePattern = QStringLiteral("%Y%m%d");
-    settings.timeFormat = QStringLiteral("%Y-%m-%d %H:%M:%s");
-    settings.variants[0].name = options.outputVariant;
-    settings.variants[0].records = options.records;
-    settings.inversionVars = options.inversionVars;
-    settings.metadata = reader.metadata();
-    settings.spectra = spectraByMode(reader);
-    return settings;
-}
-
-/// False if it was interrupted, at the end of a day.
-bool writeRecords(PlainFileOutput &output, const Datastore &store, bool records)
-{
-    QString day;
-    for (int i = 0; i < store.size(); ++i) {
-        const Record &record = *store.at(i);
-        const QString thisDay = dayText(record);
-        if (thisDay != day && Interrupt::requested())
-            return false;
-        day = thisDay;
-        output.writeSpectraRow(record);
-        if (records)
-            output.writeRecordRow(record);
-        if (i % progressEvery == 0)
-            ProgressLine::show(QStringLiteral("Writing %1, %2 %").arg(day, QString::number(i * 100LL / store.size())));
-    }
-    return true;
-}
 
 Outcome save(const SaveOptions &options, const MessageCollector &messages)
 {
@@ -66,9 +28,9 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
         tell(nothingMatchedText(options.read.folder));
         return outcome;
     }
-    if (QFileInfo::exists(options.outputFolder) && !QFileInfo(options.outputFolder).isDir())
-        return refuse(QStringLiteral("\"%1\" isn't a folder.").arg(options.outputFolder));
-    QString reason = refusal(options, inputs, expectedTargets(options, inputs));
+    QString reason = unusableFolder(options.outputFolder);
+    if (reason.isEmpty())
+        reason = refusal(options, inputs, expectedTargets(options, inputs));
     if (!reason.isEmpty())
         return refuse(reason);
 
@@ -82,12 +44,15 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
     if (outcome.interrupted || outcome.nothingFound)
         return outcome;
     // Rows may begin on other days, and belong to other modes, than the names of their files tell.
-    reason = refusal(options, inputs, targetsOf(options, *read.reader));
+    const SpectraByMode spectra = spectraByMode(*read.reader);
+    reason = refusal(options, inputs, targetsOf(options, *read.reader, spectra));
     if (!reason.isEmpty())
         return refuse(reason);
 
-    PlainFileOutput output(outputSettings(options, *read.reader));
-    outcome.interrupted = !writeRecords(output, *read.reader->datastore(), options.records);
+    PlainFileOutput output(outputSettings(options, *read.reader, spectra));
+    outcome.interrupted =
+        !writeInOrder(output, *read.reader->datastore(), QStringLiteral("Writing"), options.records,
+                      [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
     output.closeFiles();
     ProgressLine::clear();
     outcome.outputLost = output.counts().lost > 0;

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegExp>
 #include <QSet>
 
@@ -70,9 +71,9 @@ QStringList expectedTargets(const SaveOptions &options, const QStringList &input
     return sorted(names);
 }
 
-QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectraByMode(const FileReader &reader)
+SpectraByMode spectraByMode(const FileReader &reader)
 {
-    QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> modes;
+    SpectraByMode modes;
     for (const auto &info : reader.spectrumInfos())
         modes[info->opmode].append(info);
     return modes;
@@ -83,9 +84,8 @@ QString dayText(const Spectrometer::RecordHead &head)
     return timeToString(localTime(head.beginTime, head.beginUtcOffset), QStringLiteral("%Y%m%d"));
 }
 
-QStringList targetsOf(const SaveOptions &options, const FileReader &reader)
+QStringList targetsOf(const SaveOptions &options, const FileReader &reader, const SpectraByMode &spectra)
 {
-    const auto spectra = spectraByMode(reader);
     QSet<QString> names;
     QSet<std::pair<QString, int>> seen; // day and mode: names are made once for each
     for (const auto &record : reader.datastore()->records()) {
@@ -100,6 +100,28 @@ QStringList targetsOf(const SaveOptions &options, const FileReader &reader)
             names.insert(spectraName(day, options, mode));
     }
     return sorted(names);
+}
+
+Spectrometer::PlainFileOutput::Settings outputSettings(const SaveOptions &options, const FileReader &reader,
+                                                       const SpectraByMode &spectra)
+{
+    Spectrometer::PlainFileOutput::Settings settings;
+    settings.folder = options.outputFolder;
+    settings.fileNamePattern = QStringLiteral("%Y%m%d");
+    settings.timeFormat = QStringLiteral("%Y-%m-%d %H:%M:%s");
+    settings.variants[0].name = options.outputVariant;
+    settings.variants[0].records = options.records;
+    settings.inversionVars = options.inversionVars;
+    settings.metadata = reader.metadata();
+    settings.spectra = spectra;
+    return settings;
+}
+
+QString unusableFolder(const QString &outputFolder)
+{
+    if (QFileInfo::exists(outputFolder) && !QFileInfo(outputFolder).isDir())
+        return QStringLiteral("\"%1\" isn't a folder.").arg(outputFolder);
+    return QString();
 }
 
 QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets)

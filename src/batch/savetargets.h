@@ -2,23 +2,32 @@
 
 #include "batch/commandline.h"
 #include "datafiles/filereader.h"
+#include "datafiles/plainfileoutput.h"
 
 #include <QStringList>
 
 namespace Batch {
 
+/// The spectra that are written for each mode, by its name.
+using SpectraByMode = QMap<QString, QVector<SpectMath::SpectrumInfoPointer>>;
+
 /// The day files that a save would write, as far as the names of the files to read tell: their days and modes. Names in
 /// the output folder.
 QStringList expectedTargets(const SaveOptions &options, const QStringList &inputs);
-/// The day files that a save of these records writes.
-QStringList targetsOf(const SaveOptions &options, const FileReader &reader);
+/// The day files that a save of these records writes, with these spectra.
+QStringList targetsOf(const SaveOptions &options, const FileReader &reader, const SpectraByMode &spectra);
 
+/// What is wrong with that folder to write to, or an empty text.
+QString unusableFolder(const QString &outputFolder);
 /// Why these targets may not be written, or an empty text: one exists and isn't to be continued, or is one of the
 /// inputs under whatever name.
 QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets);
 
-/// The spectra that are written for each mode, by its name.
-QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectraByMode(const FileReader &reader);
+/// All spectra that were read.
+SpectraByMode spectraByMode(const FileReader &reader);
+/// How the records are written.
+Spectrometer::PlainFileOutput::Settings outputSettings(const SaveOptions &options, const FileReader &reader,
+                                                       const SpectraByMode &spectra);
 
 /// Day of a record's local begin, as it stands in file names.
 QString dayText(const Spectrometer::RecordHead &head);

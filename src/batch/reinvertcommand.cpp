@@ -1,0 +1,207 @@
+#include "batch/reinvertcommand.h"
+
+#include "batch/exitstatus.h"
+#include "batch/folderread.h"
+#include "batch/messagecollector.h"
+#include "batch/progressline.h"
+#include "batch/recordwriting.h"
+#include "batch/savetargets.h"
+#include "batch/stagedoutput.h"
+#include "datafiles/datafinder.h"
+#include "spectra/inverterfiles.h"
+#include "spectra/orderedinversion.h"
+
+#include <QSet>
+
+#include <algorithm>
+
+namespace Batch {
+
+namespace {
+
+using SpectMath::InverterList;
+using SpectMath::InverterPointer;
+using Spectrometer::PlainFileOutput;
+
+const Log::Logger &logger()
+{
+    static const Log::Logger instance(QStringLiteral("reinversion"));
+    return instance;
+}
+
+/// Empty if none could be read. Complaints go to the log.
+InverterList readInverters(const QStringList &paths)
+{
+    QStringList errors;
+    InverterList inverters = SpectMath::loadChosenInverters(paths, unitTable(), &errors);
+    if (errors.isEmpty())
+        return inverters;
+    logger().log(Log::Error, QStringLiteral("Errors reading inverters:\n") + errors.join(QLatin1Char('\n')));
+    if (!inverters.empty())
+        logger().log(Log::Warning, QStringLiteral("Using the inverters that were loaded successfully."));
+    return inverters;
+}
+
+/// Those of modes that the records have. Of two that are the same the later stays.
+InverterList usableInverters(const InverterList &inverters, const FileReader &reader)
+{
+    QSet<int> indexes;
+    for (const auto &record : reader.datastore()->records())
+        indexes.insert(record->opmode);
+    QSet<QString> modes;
+    for (int index : qAsConst(indexes))
+        modes.insert(reader.metadata()->opmodeName(index));
+
+    InverterList usable;
+    for (const InverterPointer &inverter : inverters) {
+        if (!modes.contains(inverter->info()->opmode))
+            continue;
+        const QString &hash = inverter->info()->hash;
+        usable.erase(std::remove_if(usable.begin(), usable.end(),
+                                    [&hash](const InverterPointer &other) { return other->info()->hash == hash; }),
+                     usable.end());
+        usable.push_back(inverter);
+    }
+    return usable;
+}
+
+/// Which spectra go into the files.
+struct Selection {
+    bool keepRead;
+    QSet<QString> newHashes;
+    SpectraByMode byMode;
+
+    /// The same hash means the same inversion: the new spectrum takes the place of the old.
+    bool keeps(const SpectMath::SpectrumInfo &info) const { return keepRead && !newHashes.contains(info.hash); }
+};
+
+Selection select(const FileReader &reader, const InverterList &inverters, bool onlyNew)
+{
+    Selection selection;
+    selection.keepRead = !onlyNew;
+    for (const InverterPointer &inverter : inverters)
+        selection.newHashes.insert(inverter->info()->hash);
+    for (const auto &info : reader.spectrumInfos())
+        if (selection.keeps(*info))
+            selection.byMode[info->opmode] << info;
+    for (const InverterPointer &inverter : inverters)
+        selection.byMode[inverter->info()->opmode] << inverter->info();
+    return selection;
+}
+
+/// Puts a record's spectra together: those read that stay, and its new ones.
+class MergedSpectra {
+public:
+    MergedSpectra(const FileReader &reader, const InverterList &inverters, const Selection &selection, int jobs)
+        : m_selection(selection), m_inversion(reader.datastore()->records(), inverters, *reader.metadata(), jobs)
+    {
+    }
+
+    /// Called once for each record, in order.
+    const SpectMath::SpectrumPointerList &next(const Record &record)
+    {
+        SpectMath::SpectrumRecordPointer result;
+        m_inversion.next(result, [this](int level, const QString &text) { m_log.log(level, text); });
+        m_spectra.clear();
+        for (const auto &spectrum : record.spectra)
+            if (spectrum && spectrum->info && m_selection.keeps(*spectrum->info))
+                m_spectra.push_back(spectrum);
+        if (result)
+            m_spectra.insert(m_spectra.end(), result->spectra.begin(), result->spectra.end());
+        return m_spectra;
+    }
+
+private:
+    const Selection &m_selection;
+    const Log::Logger m_log{QStringLiteral("inversion")};
+    SpectMath::OrderedInversion m_inversion;
+    SpectMath::SpectrumPointerList m_spectra;
+};
+
+bool invertAndWrite(const ReinvertOptions &options, const FileReader &reader, const InverterList &inverters,
+                    const Selection &selection, const QString &folder, PlainFileOutput::RowCounts *counts)
+{
+    PlainFileOutput::Settings settings = outputSettings(options.save, reader, selection.byMode);
+    settings.folder = folder;
+    PlainFileOutput output(settings);
+    MergedSpectra spectra(reader, inverters, selection, options.jobs);
+    const bool complete = writeInOrder(
+        output, *reader.datastore(), QStringLiteral("Inverting"), options.save.records,
+        [&spectra](const Record &record) -> const SpectMath::SpectrumPointerList & { return spectra.next(record); });
+    output.closeFiles();
+    ProgressLine::clear();
+    *counts = output.counts();
+    return complete;
+}
+
+Outcome reinvert(const ReinvertOptions &options, const MessageCollector &messages)
+{
+    Outcome outcome;
+    const SaveOptions &save = options.save;
+    const auto refuse = [&outcome](const QString &reason) {
+        outcome.refused = true;
+        tell(reason);
+        return outcome;
+    };
+    const auto nothing = [&outcome](const QString &reason) {
+        outcome.nothingFound = true;
+        tell(reason);
+        return outcome;
+    };
+    const QStringList inputs = matchingFiles(save.read);
+    if (inputs.isEmpty())
+        return nothing(nothingMatchedText(save.read.folder));
+    QString reason = unusableFolder(save.outputFolder);
+    if (reason.isEmpty() && !options.onlyNew)
+        reason = refusal(save, inputs, expectedTargets(save, inputs));
+    if (!reason.isEmpty())
+        return refuse(reason);
+    const InverterList loaded = readInverters(options.inverters);
+    if (loaded.empty())
+        return nothing(QStringLiteral("No inverters!"));
+
+    const FolderRead read = readFolder(save.read, inputs, save.outputVariant);
+    outcome.interrupted = read.interrupted;
+    if (outcome.interrupted) {
+        tell(QStringLiteral("Stopped: nothing was written."));
+        return outcome;
+    }
+    if (!read.hasRecords())
+        return nothing(QStringLiteral("Nothing found"));
+    const InverterList inverters = usableInverters(loaded, *read.reader);
+    if (inverters.empty())
+        return nothing(QStringLiteral("No inverter fits a mode of the records."));
+    const Selection selection = select(*read.reader, inverters, options.onlyNew);
+    const QStringList targets = targetsOf(save, *read.reader, selection.byMode);
+    reason = refusal(save, inputs, targets);
+    if (!reason.isEmpty())
+        return refuse(reason);
+
+    StagedOutput staged(save.outputFolder);
+    outcome.outputLost = !staged.isValid() || !staged.bringIn(targets);
+    if (outcome.outputLost)
+        return outcome;
+    PlainFileOutput::RowCounts counts;
+    outcome.interrupted = !invertAndWrite(options, *read.reader, inverters, selection, staged.path(), &counts);
+    const bool moved = staged.moveOut();
+    outcome.outputLost = !moved || counts.lost > 0;
+    outcome.complaints = !messages.isEmpty() || read.ignoredRows();
+    tell(QStringLiteral("%1 rows written to \"%2\"").arg(QString::number(counts.written), save.outputFolder));
+    if (counts.lost > 0)
+        tell(QStringLiteral("%1 rows could not be written.").arg(counts.lost));
+    if (read.ignoredRows())
+        tell(QStringLiteral("%1 lines were ignored.").arg(read.reader->statistics().ignoredRows));
+    if (outcome.interrupted)
+        tell(QStringLiteral("Stopped: later days were not written."));
+    return outcome;
+}
+
+} // namespace
+
+int runReinvert(const ReinvertOptions &options)
+{
+    const MessageCollector messages(true);
+    return exitStatus(reinvert(options, messages));
+}
+
+} // namespace Batch

@@ -1,0 +1,186 @@
+#include "batch/dayfolder.h"
+
+#include "demo/demowriter.h"
+
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <csignal>
+
+namespace {
+
+class Reinvert : public DayFolder {
+protected:
+    Reinvert() { makeDemo("demo", 1, 600); }
+
+    void makeDemo(const char *name, int days, int interval)
+    {
+        Demo::Campaign::Settings settings;
+        settings.days = days;
+        settings.interval = interval;
+        const Demo::Campaign campaign(settings);
+        Demo::writeCampaign(campaign, path(QLatin1String(name)));
+        Demo::writeInverterFiles(campaign.inverterFiles(), path(QStringLiteral("inverters")));
+    }
+
+    static QStringList arguments(const QString &inverters, const QString &output, const QStringList &more = {})
+    {
+        return QStringList{"reinvert", "{}/demo", "--variant", "block", "--inverters", inverters, "--output", output} +
+               more;
+    }
+
+    /// An inverter of the demonstration that goes by another name, in "other.inverter".
+    void writeOther()
+    {
+        write("other.inverter",
+              contentOf("inverters/particles-neg.inverter").replace("inverter_name: demo", "inverter_name: other"));
+    }
+
+    /// Data rows of a file.
+    int rows(const QString &name) const
+    {
+        int count = 0;
+        for (const QByteArray &line : contentOf(name).split('\n'))
+            count += line.startsWith("2019-");
+        return count;
+    }
+    /// Nothing that a run made to work in is left.
+    bool isTidy() const { return QDir(path()).entryList({"*unfinished*"}, QDir::AllEntries | QDir::Hidden).isEmpty(); }
+};
+
+const QString particles = QStringLiteral("20190514-%1-particles.spectra");
+const QString ions = QStringLiteral("20190514-%1-ions.spectra");
+
+} // namespace
+
+TEST_F(Reinvert, ItsOwnInvertersGiveTheDayFilesBackToTheByte)
+{
+    for (const char *jobs : {"1", "2", "8"}) {
+        const QString out = QStringLiteral("out") + QLatin1String(jobs);
+        const Ended ended = run(arguments("{}/inverters/demo.invmap", "{}/" + out,
+                                          {"--output-variant", "block", "--inversion-vars", "--jobs", jobs}));
+        EXPECT_EQ(ended.code, 0) << ended.errors.constData();
+        EXPECT_EQ(names(out), (QStringList{ions.arg("block"), particles.arg("block")}));
+        for (const QString &name : names(out))
+            EXPECT_TRUE(contentOf(out + "/" + name) == contentOf("demo/" + name)) << qPrintable(name);
+    }
+    EXPECT_TRUE(isTidy());
+}
+
+TEST_F(Reinvert, EveryKindOfPathHoldsTheSameInverters)
+{
+    const QStringList common{"--output-variant", "block", "--inversion-vars"};
+    // The folder holds each inverter three times over; so does the list of two paths.
+    for (const char *inverters : {"{}/inverters", "{}/inverters/demo.sinp", "{}/inverters/demo.sinp/particles"}) {
+        const QString out = QStringLiteral("out%1").arg(QString(inverters).size());
+        const Ended ended = run(arguments(inverters, "{}/" + out, common));
+        EXPECT_EQ(ended.code, 0) << inverters << ended.errors.constData();
+        EXPECT_EQ(rows(out + "/" + particles.arg("block")), rows("demo/" + particles.arg("block"))) << inverters;
+        // Columns stand in the order in which a folder lists its files.
+        EXPECT_EQ(contentOf(out + "/" + particles.arg("block")).size(),
+                  contentOf("demo/" + particles.arg("block")).size())
+            << inverters;
+    }
+}
+
+TEST_F(Reinvert, NewSpectraJoinThoseThatWereReadUnlessAloneAreWanted)
+{
+    writeOther();
+    EXPECT_EQ(run(arguments("{}/other.inverter", "{}/all", {"--records"})).code, 0);
+    EXPECT_EQ(run(arguments("{}/other.inverter", "{}/new", {"--only-new"})).code, 0);
+    EXPECT_EQ(names("all"),
+              (QStringList{ions.arg("block-reinv"), particles.arg("block-reinv"), "20190514-block-reinv.records"}));
+    EXPECT_EQ(names("new"), QStringList{particles.arg("block-reinv")});
+    EXPECT_EQ(contentOf("all/" + particles.arg("block-reinv")).count("inverter_name: demo"), 2);
+    EXPECT_EQ(contentOf("all/" + particles.arg("block-reinv")).count("inverter_name: other"), 1);
+    EXPECT_EQ(contentOf("new/" + particles.arg("block-reinv")).count("inverter_name: demo"), 0);
+    // Other by its name alone: the new columns repeat those of the old, which are the first of each row.
+    const QByteArrayList all = contentOf("all/" + particles.arg("block-reinv")).split('\n');
+    for (const QByteArray &line : all) {
+        const QByteArrayList fields = line.split('\t');
+        if (line.startsWith("2019-") && !line.contains("nan")) { // empty fields of a failure are read as that
+            EXPECT_EQ(fields.mid(3, 80), fields.mid(163, 80));
+        }
+    }
+    EXPECT_EQ(rows("all/20190514-block-reinv.records"), rows("demo/20190514-block.records"));
+}
+
+TEST_F(Reinvert, EveryWayOfEndingHasItsStatus)
+{
+    writeOther();
+    write("bad.inverter", "format: 7\nposttransform:\n");
+    write("strange.inverter", contentOf("other.inverter").replace("opmode: particles", "opmode: fog"));
+    write("unit.inverter", contentOf("other.inverter").replace("yunit: 1/cm^3", "yunit: 1/cm^^3"));
+    write("file", "not a folder");
+    const auto code = [&](const QString &inverters, const QString &output, const QStringList &more = {}) {
+        return run(arguments(inverters, output, more)).code;
+    };
+    EXPECT_EQ(code("{}/other.inverter", "{}/out"), 0);
+    const QByteArray before = contentOf("out/" + particles.arg("block-reinv"));
+    EXPECT_EQ(code("{}/other.inverter", "{}/out"), 2); // exists
+    EXPECT_EQ(contentOf("out/" + particles.arg("block-reinv")), before);
+    EXPECT_EQ(code("{}/other.inverter", "{}/out", {"--append"}), 0);
+    EXPECT_EQ(rows("out/" + particles.arg("block-reinv")), 2 * before.count("\n2019-"));
+    EXPECT_TRUE(contentOf("out/" + particles.arg("block-reinv")).startsWith(before));
+    EXPECT_EQ(code("{}/other.inverter", "{}/demo", {"--output-variant", "block", "--append"}), 2); // an input
+    EXPECT_EQ(code("{}/other.inverter", "{}/file"), 2);
+    EXPECT_EQ(code("{}/bad.inverter", "{}/none"), 1);
+    EXPECT_EQ(code("{}/missing", "{}/none"), 1);
+    EXPECT_EQ(code("{}/strange.inverter", "{}/none"), 1);
+    EXPECT_FALSE(QDir(path("none")).exists());
+    EXPECT_EQ(run({"reinvert", "{}/demo", "--variant", "block", "--output", "{}/none"}).code, 2);
+    EXPECT_EQ(run(arguments("{}/other.inverter", "{}/none", {"--jobs", "0"})).code, 2);
+    for (const char *flawed : {"bad.inverter", "unit.inverter", "missing"}) {
+        const Ended ended =
+            run(QStringList{"reinvert", "{}/demo", "--variant", "block", "--output", QString("{}/out-%1").arg(flawed),
+                            "--inverters", QString("{}/%1").arg(flawed), "{}/other.inverter"});
+        EXPECT_EQ(ended.code, 3) << flawed;
+        EXPECT_TRUE(ended.errors.contains("Errors reading inverters:")) << ended.errors.constData();
+        EXPECT_EQ(rows(QString("out-%1/").arg(flawed) + particles.arg("block-reinv")), before.count("\n2019-"));
+    }
+    EXPECT_TRUE(isTidy());
+}
+
+TEST_F(Reinvert, AnInverterThatDoesNotFitIsToldOnceWithACount)
+{
+    write("other.inverter",
+          contentOf("inverters/particles-neg.inverter").replace("electrometer_group: neg\n", "")); // sees all currents
+    const Ended ended = run(arguments("{}/other.inverter", "{}/out"));
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_EQ(ended.errors.count("Instrument matrix does not match signal vector size"), 2) << ended.errors.constData();
+    EXPECT_TRUE(ended.errors.contains(" times more)")) << ended.errors.constData();
+}
+
+TEST_F(Reinvert, AKilledRunLeavesNothingHalfDoneAndCtrlCWholeDays)
+{
+    QDir(path("demo")).removeRecursively();
+    makeDemo("demo", 4, 30);
+    for (int signal : {SIGKILL, SIGINT}) {
+        QStringList all = arguments("{}/inverters/demo.sinp", "{}/out", {"--records"});
+        all.replaceInStrings("{}", path());
+        QProcess process;
+        process.start(QStringLiteral(BATCH_PROGRAM), all);
+        ASSERT_TRUE(process.waitForStarted());
+        const auto working = [&] { return QDir(path()).entryList({"out.unfinished*"}, QDir::Dirs); };
+        QElapsedTimer timer;
+        timer.start();
+        while (working().isEmpty() && timer.elapsed() < 60000 && process.state() == QProcess::Running)
+            QThread::msleep(1);
+        ASSERT_FALSE(working().isEmpty());
+        EXPECT_TRUE(names("out").isEmpty());
+        ::kill(pid_t(process.processId()), signal);
+        ASSERT_TRUE(process.waitForFinished(60000));
+        if (signal == SIGKILL) {
+            EXPECT_FALSE(QDir(path("out")).exists());
+            QDir(path(working().first())).removeRecursively();
+            continue;
+        }
+        EXPECT_EQ(process.exitCode(), 130);
+        EXPECT_TRUE(isTidy());
+        for (const QString &name : names("out")) {
+            if (name.endsWith(".records")) {
+                EXPECT_EQ(rows("out/" + name), rows("demo/" + QString(name).remove("-reinv")));
+            }
+        }
+    }
+}
