@@ -1,0 +1,288 @@
+// What reinverting many records costs beside the inversions: the queue, whose results go into a store with views open,
+// and the ordered inversion of the command line.
+//
+// The machine may have other work, so times are those of processors, not of the clock, where a figure allows it: w is
+// the time of one record's inversion on one thread, c the main thread's time for each record. Two workers can be at
+// most 2w/(w+c) times as fast as one, for on two processors the main thread takes its share from them.
+
+#include "gui/common/tsb/timeseriesbrowser.h"
+#include "spectra/instrument_model.h"
+#include "spectra/inversionqueue.h"
+#include "spectra/orderedinversion.h"
+#include "store/datastore.h"
+#include "util/workerthread.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QThread>
+
+#include <algorithm>
+#include <vector>
+
+#include <time.h>
+
+namespace {
+
+constexpr int pointCount = 50;
+constexpr int differentRecords = 500;
+
+double microseconds(clockid_t clock)
+{
+    timespec now{};
+    clock_gettime(clock, &now);
+    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) * 1e-3;
+}
+
+double quantile(std::vector<double> values, double part)
+{
+    if (values.empty())
+        return 0;
+    std::sort(values.begin(), values.end());
+    return values[std::size_t(part * double(values.size() - 1))];
+}
+
+/// A store of records a minute apart, and the inverter that fits them.
+struct Run {
+    Run(int count, std::size_t m, std::size_t n)
+    {
+        InstrumentModel model(m, n, pointCount, 17);
+        model.background = 0.5;
+        model.settings.negRemoveIterations = 3;
+        auto info = std::make_shared<SpectMath::SpectrumInfo>();
+        info->name = QStringLiteral("ions neg");
+        info->opmode = QStringLiteral("ions");
+        info->hash = QStringLiteral("aa");
+        info->scale = SpectMath::DistributionScale::radius;
+        info->radii.resize(pointCount);
+        for (int k = 0; k < pointCount; ++k)
+            info->radii[std::size_t(k)] = std::pow(10.0, k * 0.04);
+        info->finish();
+        inverters.push_back(std::make_shared<SpectMath::Inverter>(model.settings, info));
+
+        metadata->opmodes << Opmode(0, QStringLiteral("ions"));
+        metadata->totalElectrometers = int(m);
+        for (int i = 0; i < int(m); ++i)
+            metadata->electrometerNames << QString::number(i);
+        auto variable = std::make_shared<Spectrometer::SystemVariable>();
+        variable->name = variable->humanname = QStringLiteral("temperature");
+        metadata->variables << variable;
+        metadata->variableCount = 1;
+
+        std::vector<RealVector> signals(differentRecords), variances(differentRecords);
+        for (std::size_t i = 0; i < differentRecords; ++i)
+            model.measure(signals[i], variances[i]);
+        store.setLimitRecords(false);
+        for (int i = 0; i < count; ++i) {
+            auto record = std::make_shared<Spectrometer::FullRecord>();
+            record->beginTime = recordTimeFromTicks(18'000 * ticksPerDay + i * 60 * ticksPerSecond);
+            record->endTime = record->beginTime + Ticks(55 * ticksPerSecond);
+            record->opmode = 0;
+            record->currents = signals[std::size_t(i % differentRecords)];
+            record->currentVariances = variances[std::size_t(i % differentRecords)];
+            record->variables = RealVector(1, i % 100);
+            store.addFullRecord(record);
+        }
+    }
+
+    /// Processor time of one record's inversion, in us.
+    double oneInversion() const
+    {
+        const auto ignore = [](int, const QString &) {};
+        const double begin = microseconds(CLOCK_THREAD_CPUTIME_ID);
+        constexpr int repeats = 4;
+        for (int i = 0; i < repeats * differentRecords; ++i)
+            benchmark::DoNotOptimize(
+                SpectMath::invertRecord(inverters, *store.at(i % differentRecords), *metadata, ignore));
+        return (microseconds(CLOCK_THREAD_CPUTIME_ID) - begin) / (repeats * differentRecords);
+    }
+
+    std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    SpectMath::InverterList inverters;
+    Datastore store;
+};
+
+struct QueueTimes {
+    double clock; ///< us for each record
+    double main;  ///< processor time of the main thread, likewise
+    double all;   ///< and of the process
+};
+
+/// Everything through the queue and into the store, until it is empty.
+QueueTimes runQueue(Run &run, int workers)
+{
+    run.store.removeSpectrum(run.inverters.front()->info().get());
+    SpectMath::InversionQueue queue(run.inverters, run.metadata, workers);
+    QEventLoop loop;
+    QObject::connect(&queue, &SpectMath::InversionQueue::resultReady, &run.store, &Datastore::addSpectra);
+    QObject::connect(&queue, &SpectMath::InversionQueue::empty, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+    const double clock = microseconds(CLOCK_MONOTONIC), main = microseconds(CLOCK_THREAD_CPUTIME_ID),
+                 all = microseconds(CLOCK_PROCESS_CPUTIME_ID);
+    for (const auto &record : run.store.records())
+        queue.addJob(record);
+    loop.exec();
+    const double records = run.store.size();
+    return {(microseconds(CLOCK_MONOTONIC) - clock) / records, (microseconds(CLOCK_THREAD_CPUTIME_ID) - main) / records,
+            (microseconds(CLOCK_PROCESS_CPUTIME_ID) - all) / records};
+}
+
+/// Main thread's time for one call that another thread queues, in us.
+double bareQueuedCall()
+{
+    constexpr int calls = 100000;
+    QObject receiver, sender;
+    WorkerThread thread;
+    sender.moveToThread(&thread);
+    thread.start();
+    QEventLoop loop;
+    int received = 0;
+    const double begin = microseconds(CLOCK_THREAD_CPUTIME_ID);
+    QMetaObject::invokeMethod(&sender, [&] {
+        for (int i = 0; i < calls; ++i) {
+            auto payload = std::make_shared<int>(i);
+            QMetaObject::invokeMethod(
+                &receiver,
+                [&, payload] {
+                    received += *payload >= 0;
+                    if (received == calls)
+                        loop.quit();
+                },
+                Qt::QueuedConnection);
+        }
+    });
+    loop.exec();
+    const double taken = microseconds(CLOCK_THREAD_CPUTIME_ID) - begin;
+    thread.quit();
+    thread.wait();
+    return taken / calls;
+}
+
+/// A browser of six views, one of which shows the new spectra as colours and one their total.
+std::unique_ptr<Tsb::TimeSeriesBrowser> openViews(Run &run)
+{
+    auto uiInfo = std::make_shared<UiInfo>();
+    uiInfo->setData(run.metadata, {run.inverters.front()->info()});
+    uiInfo->publish();
+    auto browser = std::make_unique<Tsb::TimeSeriesBrowser>(uiInfo);
+    browser->resize(1400, 900);
+    browser->setDatastore(&run.store);
+    browser->addDefaultStack();
+    for (int channel = 0; browser->views().size() < 6; ++channel)
+        browser->addElectrometerPlot(channel);
+    browser->show();
+    browser->fitTimescale(run.store.at(0)->beginTime, run.store.at(run.store.size() - 1)->endTime);
+    for (int i = 0; i < 20; ++i)
+        QApplication::processEvents(QEventLoop::AllEvents, 100);
+    return browser;
+}
+
+void queueSpeed(benchmark::State &state)
+{
+    Run run(20000, std::size_t(state.range(0)), std::size_t(state.range(1)));
+    const auto views = state.range(2) ? openViews(run) : nullptr;
+    std::vector<double> w, c, reached, needed, ratio;
+    for (auto _ : state) {
+        w.push_back(run.oneInversion());
+        const QueueTimes one = runQueue(run, 1), two = runQueue(run, 2);
+        c.push_back(two.main);
+        reached.push_back(one.clock / two.clock / (2 * w.back() / (w.back() + two.main)));
+        needed.push_back((w.back() + two.main) / two.all);
+        ratio.push_back(two.main / bareQueuedCall());
+    }
+    state.counters["w_us"] = quantile(w, 0.5);
+    state.counters["c_us"] = quantile(c, 0.5);
+    state.counters["c_per_bare_call"] = quantile(ratio, 0.5);
+    // By the clock only where nothing else runs; by the processors' time without what both may idle.
+    state.counters["of_possible_by_clock"] = quantile(reached, 0.5);
+    state.counters["of_possible_by_processor"] = quantile(needed, 0.5);
+}
+BENCHMARK(queueSpeed)
+    ->ArgNames({"m", "n", "views"})
+    ->Args({25, 30, 0})
+    ->Args({42, 60, 0})
+    ->Args({25, 30, 6})
+    ->Args({42, 60, 6})
+    ->Iterations(5)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+/// How long the window is deaf while 100 000 records are inverted: from each waking of the event loop to the next
+/// look for events.
+void turnsOfTheEventLoop(benchmark::State &state)
+{
+    Run run(100000, std::size_t(state.range(0)), std::size_t(state.range(1)));
+    const auto views = openViews(run);
+    std::vector<double> turns;
+    double begin = -1;
+    const auto end = [&] {
+        if (begin >= 0)
+            turns.push_back((microseconds(CLOCK_MONOTONIC) - begin) / 1000);
+        begin = -1;
+    };
+    QAbstractEventDispatcher *const dispatcher = QAbstractEventDispatcher::instance();
+    QObject watcher;
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &watcher, end);
+    QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, &watcher, [&] {
+        end();
+        begin = microseconds(CLOCK_MONOTONIC);
+    });
+    double perRecord = 0;
+    for (auto _ : state)
+        perRecord = runQueue(run, 0).main;
+    state.counters["c_us"] = perRecord;
+    state.counters["turns"] = double(turns.size());
+    state.counters["longest_ms"] = quantile(turns, 1);
+    state.counters["99th_percentile_ms"] = quantile(turns, 0.99);
+}
+BENCHMARK(turnsOfTheEventLoop)
+    ->ArgNames({"m", "n"})
+    ->Args({25, 30})
+    ->Args({42, 60})
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+/// The inverting part of "morvantide-batch reinvert" on a month of minutes with two jobs: the part of its time that
+/// goes into inversions, by the clock and by the processors' time.
+void wholeCommand(benchmark::State &state)
+{
+    const Run run(43200, std::size_t(state.range(0)), std::size_t(state.range(1)));
+    constexpr int jobs = 2;
+    std::vector<double> byClock, byProcessor;
+    for (auto _ : state) {
+        const double w = (run.oneInversion() + run.oneInversion()) / 2;
+        const double clock = microseconds(CLOCK_MONOTONIC), processor = microseconds(CLOCK_PROCESS_CPUTIME_ID);
+        {
+            SpectMath::OrderedInversion inversion(run.store.records(), run.inverters, *run.metadata, jobs);
+            SpectMath::SpectrumRecordPointer result;
+            while (inversion.next(result, [](int, const QString &) {}))
+                benchmark::DoNotOptimize(result);
+        }
+        const double needed = w * run.store.size();
+        byClock.push_back(needed / jobs / (microseconds(CLOCK_MONOTONIC) - clock));
+        byProcessor.push_back(needed / (microseconds(CLOCK_PROCESS_CPUTIME_ID) - processor));
+    }
+    state.counters["by_clock"] = quantile(byClock, 0.5);
+    state.counters["by_processor_time"] = quantile(byProcessor, 0.5);
+}
+BENCHMARK(wholeCommand)
+    ->ArgNames({"m", "n"})
+    ->Args({25, 30})
+    ->Args({42, 60})
+    ->Iterations(5)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
