@@ -34,9 +34,12 @@ const Room rooms[] = {
     {"src/gui/common/tsb", gui, true},
     {"src/gui/common/recordviews", gui, true},
     {"src/gui/common/dataexport", gui, true},
+    {"src/gui/frame",
+     "log util llama records spectra store datafiles dataexport gui/common gui/common/tsb gui/common/recordviews",
+     true},
     {"src/gui/morvantide",
      "log util llama records spectra store datafiles dataexport gui/common gui/common/tsb gui/common/recordviews "
-     "gui/common/dataexport",
+     "gui/common/dataexport gui/frame",
      true},
     {"src/app", "log util records spectra gui/morvantide resources", true},
     {"src/batch", "log util llama records spectra store datafiles dataexport", false},
