@@ -81,7 +81,7 @@ protected:
     Tsb::TimeSeriesBrowser browser{uiInfo};
 };
 
-/// Over all pixels and channels; antialiased edges may differ by a 64th of a pixel, which is 4.
+/// Over all pixels and channels.
 int greatestDifference(const QImage &a, const QImage &b)
 {
     int greatest = a.size() == b.size() ? 0 : 255;
@@ -195,7 +195,7 @@ TEST_F(BrowserPlotsTest, LiveDataEqualsAFullRedraw)
     for (int i = 0; i < plots.size(); ++i) {
         plots[i]->grab();
         others[i]->grab();
-        EXPECT_LE(greatestDifference(plots[i]->image(), others[i]->image()), 4) << plots[i]->metaObject()->className();
+        EXPECT_EQ(greatestDifference(plots[i]->image(), others[i]->image()), 0) << plots[i]->metaObject()->className();
     }
 }
 

@@ -31,6 +31,13 @@ double exactPosition(const TimeScale &scale, std::int64_t tick)
     return double(columns + scale.originPixel) + double(rest) / double(scale.ticksPerPixel);
 }
 
+/// The raster engine rounds to 64ths of a pixel towards zero, which left of the image is the other way: done here, the
+/// same way on both sides.
+double onRasterGrid(double x)
+{
+    return std::floor(x * 64) / 64;
+}
+
 BarEnds barEnds(const SpanIndex &spans, const TimeScale &scale, std::size_t i)
 {
     BarEnds ends;
@@ -38,6 +45,8 @@ BarEnds barEnds(const SpanIndex &spans, const TimeScale &scale, std::size_t i)
     ends.x1 = exactPosition(scale, spans.end(i)) - 0.5;
     if (ends.x0 >= ends.x1)
         ends.x0 = ends.x1 = (ends.x0 + ends.x1) / 2;
+    ends.x0 = onRasterGrid(ends.x0);
+    ends.x1 = onRasterGrid(ends.x1);
     return ends;
 }
 
@@ -242,7 +251,7 @@ void BarStripPainter::blendColumn(QImage &image, const BarStripSource &source, c
         const BarEnds ends = barEnds(spans, scale, i);
         if (std::abs(ends.x0 - x) > stampColumns)
             continue;
-        const int position = int(ends.x0 * phases); // towards zero, as the raster engine does
+        const int position = int(ends.x0 * phases); // exact: on the raster engine's grid
         const int column = position >> phaseBits;
         const int place = x - column + 1;
         if (place < 0 || place >= stampColumns)
