@@ -22,6 +22,7 @@ struct Entry {
     QString source;   ///< the area, such as "filereader", or "qt.<category>:<file>:<line>" for a Qt message
     QString message;  ///< may span several lines
     QDateTime time;   ///< local time at which the entry was made
+    qint64 count = 1; ///< how many equal entries in a row this one stands for
 };
 
 /// "emergency" ... "debug"; "unknown" outside 0..7.

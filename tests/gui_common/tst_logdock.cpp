@@ -19,7 +19,12 @@ const QDateTime noon(QDate(2019, 9, 12), QTime(12, 0));
 Log::Entry entry(const QString &message, int level = Log::Info, const QString &source = "main",
                  const QDateTime &time = noon)
 {
-    return {level, source, message, time};
+    Log::Entry made;
+    made.level = level;
+    made.source = source;
+    made.message = message;
+    made.time = time;
+    return made;
 }
 
 struct ShownDock {
@@ -89,6 +94,23 @@ TEST(LogDock, PrintsADateOnce)
     EXPECT_EQ(shown.lines(),
               (QStringList{"[2019-09-12 12:00:00.000] one", "[12:00:01.000] two", QString(15, ' ') + "three",
                            "[2019-09-13 12:00:00.000 critical] four", "[12:00:00.000] five"}));
+}
+
+TEST(LogDock, FoldsEqualEntriesInARow)
+{
+    ShownDock shown;
+    for (const char *message : {"bad\nrow", "bad\nrow", "good", "bad\nrow"})
+        shown.dock.addEntry(entry(message));
+    const QString head("[12:00:00.000] ");
+    const QString row = QString(15, ' ') + "row";
+    const QStringList before{"[2019-09-12 12:00:00.000] bad", row + " (2 times)", head + "good", head + "bad"};
+    EXPECT_EQ(shown.lines(), before + QStringList{row});
+    for (int i = 0; i < 8; ++i)
+        shown.dock.addEntry(entry("bad\nrow"));
+    EXPECT_EQ(shown.lines(), before + QStringList{row + " (9 times)"}) << "what is shown counts on";
+    shown.dock.addEntry(entry("bad\nrow"));
+    shown.dock.addEntry(entry("bad\nrow", Log::Info, "other"));
+    EXPECT_EQ(shown.lines(), before + (QStringList{row + " (10 times)", head + "bad", row})) << "another area";
 }
 
 TEST(LogDock, ABurstShowsItsLastThousandLinesAtOnce)
@@ -166,6 +188,21 @@ TEST(LogBox, HandsOverTheLastThousandOfAnotherThread)
     Log::Logger("main").log(Log::Info, "later");
     QTest::qWait(1);
     EXPECT_EQ(got.size(), LogBox::capacity + 1) << "the box is empty again";
+}
+
+TEST(LogBox, CountsMoreRepeatsThanItHolds)
+{
+    LogBox box;
+    QVector<qint64> counts;
+    QObject::connect(&box, &LogBox::newEntry, [&counts](const Log::Entry &one) { counts.append(one.count); });
+    for (int i = 0; i < 3000; ++i)
+        Log::Logger("main").log(Log::Info, i < 2500 ? "same" : "else");
+    QTest::qWait(1);
+    qint64 sum = 0;
+    for (const qint64 count : counts)
+        sum += count;
+    EXPECT_EQ(sum, 3000);
+    EXPECT_LE(counts.size(), 4) << "one for each run, and one more where midnight divides it";
 }
 
 TEST(LogBox, MayGoWhileOthersLog)

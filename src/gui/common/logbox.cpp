@@ -54,6 +54,10 @@ LogBox::~LogBox()
 
 void LogBox::put(const Log::Entry &entry)
 {
+    if (!m_entries.empty() && LogText::isRepeat(m_entries.back(), entry)) {
+        m_entries.back().count += entry.count;
+        return;
+    }
     const bool wasEmpty = m_entries.empty();
     if (int(m_entries.size()) == capacity)
         m_entries.pop_front();

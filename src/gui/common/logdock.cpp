@@ -4,6 +4,7 @@
 
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QTextCursor>
 #include <QTextDocument>
 
 namespace {
@@ -46,16 +47,22 @@ void LogDock::addEntry(Log::Entry entry)
 {
     if (!LogText::isShown(entry))
         return;
-    const bool newDate = entry.time.date() != m_lastDate;
-    m_lastDate = entry.time.date();
-    m_pending.push_back(LogText::html(entry, newDate));
-    m_pendingLines += LogText::lineCount(m_pending.back());
-    while (m_pending.size() > 1 && m_pendingLines > greatestBlockCount) {
-        m_pendingLines -= LogText::lineCount(m_pending.front());
-        m_pending.pop_front();
-    }
     if (!m_flushTimer.isActive())
         m_flushTimer.start();
+    if (m_mayRepeat && LogText::isRepeat(m_lastEntry, entry)) {
+        (m_pending.empty() ? m_repeats : m_pending.back().count) += entry.count;
+        return;
+    }
+    const bool newDate = entry.time.date() != m_lastDate;
+    m_lastDate = entry.time.date();
+    m_pending.push_back({LogText::html(entry, newDate), entry.count});
+    m_pendingLines += LogText::lineCount(m_pending.back().html);
+    while (m_pending.size() > 1 && m_pendingLines > greatestBlockCount) {
+        m_pendingLines -= LogText::lineCount(m_pending.front().html);
+        m_pending.pop_front();
+    }
+    m_lastEntry = std::move(entry);
+    m_mayRepeat = true;
 }
 
 void LogDock::scrollToEnd()
@@ -73,12 +80,31 @@ bool LogDock::isAtEnd() const
 void LogDock::appendPending()
 {
     const bool follow = isAtEnd() || m_stillTicks >= patience;
-    for (const QString &html : m_pending)
-        m_edit->appendHtml(html);
+    if (m_repeats > 0)
+        showCount(m_shownCount + m_repeats);
+    m_repeats = 0;
+    for (const Paragraph &paragraph : m_pending) {
+        m_edit->appendHtml(paragraph.html);
+        m_shownLength = 0;
+        showCount(paragraph.count);
+    }
     m_pending.clear();
     m_pendingLines = 0;
     if (follow)
         scrollToEnd();
+}
+
+void LogDock::showCount(qint64 count)
+{
+    m_shownCount = count;
+    if (count < 2)
+        return;
+    const QString text = QStringLiteral(" (%1 times)").arg(count);
+    QTextCursor cursor(m_edit->document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.movePosition(QTextCursor::Left, QTextCursor::KeepAnchor, m_shownLength);
+    cursor.insertText(text);
+    m_shownLength = text.size();
 }
 
 void LogDock::tick(const QDateTime &now)
@@ -98,6 +124,7 @@ void LogDock::markHour(const QDateTime &now)
     const bool due = m_nextHour.isValid() && now >= m_nextHour;
     if (due) {
         appendPending(); // what was logged before stands before
+        m_mayRepeat = false;
         m_edit->appendHtml(QStringLiteral("<pre class='date'><b>[%1]</b> ----</pre>")
                                .arg(now.toString(QStringLiteral("yyyy-MM-dd hh:mm"))));
     }

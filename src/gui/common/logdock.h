@@ -10,7 +10,8 @@
 
 class QPlainTextEdit;
 
-/// Shows the last 1000 lines of the log. Main thread only; a burst of entries costs what the last 1000 of it cost.
+/// Shows the last 1000 lines of the log; equal entries in a row are one, with their count behind it. Main thread only;
+/// a burst of entries costs what the last 1000 of it cost.
 class LogDock : public QDockWidget {
     Q_OBJECT
 public:
@@ -30,11 +31,22 @@ public Q_SLOTS:
 private:
     bool isAtEnd() const;
     void appendPending();
+    void showCount(qint64 count);
     void markHour(const QDateTime &now);
 
     QPlainTextEdit *m_edit;
+    struct Paragraph {
+        QString html;
+        qint64 count;
+    };
+
     QDate m_lastDate;
-    std::deque<QString> m_pending; ///< paragraphs not yet shown
+    Log::Entry m_lastEntry;
+    bool m_mayRepeat = false;        ///< the last entry ends the text
+    std::deque<Paragraph> m_pending; ///< not yet shown
+    qint64 m_repeats = 0;            ///< not yet shown, of the last paragraph shown
+    qint64 m_shownCount = 0;         ///< of the last paragraph shown
+    int m_shownLength = 0;           ///< of the count's text behind it
     int m_pendingLines = 0;
     QTimer m_flushTimer;
     QTimer m_tickTimer;
