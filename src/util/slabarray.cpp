@@ -128,15 +128,13 @@ thread_local Cutter cutter;
 void *Slab::allocate(std::size_t bytes)
 {
     const std::size_t size = roundUp(std::max<std::size_t>(bytes, 1), pieceAlignment);
-    if (size < bytes)
+    if (size < bytes || size > std::size_t(-1) / 2)
         throw std::bad_alloc();
 #ifdef SLAB_USES_HEAP
     return ::operator new(size);
 #else
     if (size <= largestShared)
         return cutter.cut(size);
-    if (size > std::size_t(-1) / 2)
-        throw std::bad_alloc();
     return reinterpret_cast<char *>(makeSlab(roundUp(size + headBytes, 4096), 1)) + headBytes;
 #endif
 }
