@@ -59,6 +59,9 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
     outcome.complaints = !messages.isEmpty() || read.ignoredRows();
     tell(QStringLiteral("%1 rows written to \"%2\"")
              .arg(QString::number(output.counts().written), options.outputFolder));
+    outcome.nothingFound = output.counts().written == 0 && !outcome.outputLost && !outcome.interrupted;
+    if (outcome.nothingFound)
+        tell(QStringLiteral("Nothing to write: the records have none of what is to be saved."));
     if (outcome.outputLost)
         tell(QStringLiteral("%1 rows could not be written.").arg(output.counts().lost));
     if (read.ignoredRows())

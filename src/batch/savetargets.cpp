@@ -73,9 +73,18 @@ QStringList expectedTargets(const SaveOptions &options, const QStringList &input
 
 SpectraByMode spectraByMode(const FileReader &reader)
 {
-    SpectraByMode modes;
+    // A description tells its mode by its name alone, which a file need not follow: what the records hold counts too.
+    QMap<QString, QSet<const SpectMath::SpectrumInfo *>> held;
+    for (const auto &record : reader.datastore()->records())
+        for (const auto &spectrum : record->spectra)
+            held[reader.metadata()->opmodeName(record->opmode)].insert(spectrum->info.get());
     for (const auto &info : reader.spectrumInfos())
-        modes[info->opmode].append(info);
+        held[info->opmode].insert(info.get());
+    SpectraByMode modes;
+    for (auto mode = held.cbegin(); mode != held.cend(); ++mode)
+        for (const auto &info : reader.spectrumInfos())
+            if (mode->contains(info.get()))
+                modes[mode.key()].append(info);
     return modes;
 }
 

@@ -59,8 +59,15 @@ QList<QPair<QString, std::int64_t>> countModes(const Datastore::Records &records
     std::int64_t unknown = 0;
     for (const auto &record : records)
         ++(record->opmode >= 0 && record->opmode < modes.size() ? modes[record->opmode].second : unknown);
-    if (unknown > 0)
-        modes.append({QString(), unknown});
+    if (unknown == 0)
+        return modes;
+    for (auto &mode : modes) {
+        if (mode.first.isEmpty()) { // a mode without a name can't be told from none
+            mode.second += unknown;
+            return modes;
+        }
+    }
+    modes.append({QString(), unknown});
     return modes;
 }
 

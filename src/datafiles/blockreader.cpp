@@ -18,12 +18,15 @@ void BlockReader::readLine(const QByteArray &line)
     if (line.startsWith('#')) {
         logRun();
         if (HeaderLines::opens(line)) {
+            dropOpenHeader();
             m_header.start(line, m_row);
             m_inHeader = true;
+            m_headerLineCount = 1;
             return;
         }
         if (m_inHeader) {
             m_header.add(line);
+            ++m_headerLineCount;
             return;
         }
     } else if (m_inHeader) {
@@ -97,7 +100,15 @@ void BlockReader::skipLine()
     complain(QStringLiteral("Line too long"));
 }
 
+/// A header that never comes to its end is dropped without a word, but its lines are counted.
+void BlockReader::dropOpenHeader()
+{
+    if (m_inHeader)
+        m_statistics->ignoredRows += m_headerLineCount;
+}
+
 void BlockReader::finish()
 {
     logRun();
+    dropOpenHeader();
 }

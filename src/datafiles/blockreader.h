@@ -21,6 +21,7 @@ public:
 
 private:
     void logRun();
+    void dropOpenHeader();
     void endHeader(const QByteArray &line);
     void readDataLine(const QByteArray &line);
     void complain(const QString &message);
@@ -32,6 +33,7 @@ private:
     ReadStatistics *m_statistics;
     int m_row = 0; ///< of the present line, from 1
     bool m_inHeader = false;
+    int m_headerLineCount = 0; ///< of the open header
     HeaderLines m_header;
     std::unique_ptr<LineReader> m_reader; ///< of the present block; null before the first and behind a bad header
     ErrorRun m_errorRun;

@@ -105,7 +105,7 @@ void RootLogger::post(const Entry &entry)
     std::fflush(stdout);
     Q_EMIT newEntry(entry);
     if (m_fileOutput) {
-        const QMutexLocker locker(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_writer)
             m_writer->write(entry);
     }
@@ -113,14 +113,14 @@ void RootLogger::post(const Entry &entry)
 
 void RootLogger::setLogDirectory(const QString &directory)
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_writer = std::make_unique<LogFileWriter>(directory);
     m_fileOutput = true;
 }
 
 void RootLogger::closeLogFile()
 {
-    const QMutexLocker locker(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_fileOutput = false;
     m_writer.reset();
 }

@@ -3,13 +3,13 @@
 #include <QDateTime>
 #include <QMap>
 #include <QMetaType>
-#include <QMutex>
 #include <QObject>
 #include <QString>
 
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 
 /// One process-wide logger. Entries go to the console and to the signal newEntry; a daily log file can be switched on.
 namespace Log {
@@ -55,7 +55,7 @@ private:
     RootLogger();
     ~RootLogger() override;
 
-    QMutex m_mutex; ///< guards m_writer and what it writes
+    std::mutex m_mutex; ///< guards m_writer and what it writes
     std::unique_ptr<LogFileWriter> m_writer;
     std::atomic<bool> m_fileOutput{false};
     std::function<bool(const Entry &)> m_filter;

@@ -19,7 +19,7 @@ void InversionMailbox::put(FinishedJobs &&jobs)
     const bool wasEmpty = m_deliveries.empty();
     m_deliveries.push_back(std::move(jobs));
     if (wasEmpty && m_queue)
-        QMetaObject::invokeMethod(m_queue, &InversionQueue::takeResults, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(m_queue, "takeResults", Qt::QueuedConnection);
 }
 
 bool InversionMailbox::take(FinishedJobs &jobs)
@@ -42,7 +42,7 @@ void InversionMailbox::wake()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_queue && !m_deliveries.empty())
-        QMetaObject::invokeMethod(m_queue, &InversionQueue::takeResults, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(m_queue, "takeResults", Qt::QueuedConnection);
 }
 
 InversionWorker::InversionWorker(int index, std::shared_ptr<InversionMailbox> mailbox,
@@ -53,7 +53,12 @@ InversionWorker::InversionWorker(int index, std::shared_ptr<InversionMailbox> ma
 {
 }
 
-InversionWorker::~InversionWorker() = default;
+InversionWorker::~InversionWorker()
+{
+    // The thread has ended; taking the lock once orders what it did last before what follows.
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_batches.clear();
+}
 
 void InversionWorker::give(std::vector<Spectrometer::FullRecordPointer> &&records)
 {
@@ -64,7 +69,7 @@ void InversionWorker::give(std::vector<Spectrometer::FullRecordPointer> &&record
         m_batches.push_back({std::move(records), m_generation.load()});
     }
     if (wasEmpty)
-        QMetaObject::invokeMethod(this, &InversionWorker::start, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "start", Qt::QueuedConnection);
 }
 
 void InversionWorker::drop()

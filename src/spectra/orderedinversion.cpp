@@ -51,6 +51,7 @@ OrderedInversion::~OrderedInversion()
     m_hasRoom.notify_all();
     for (const auto &thread : m_threads)
         thread->wait();
+    const std::lock_guard<std::mutex> lock(m_mutex); // orders what the threads did last before what follows
 }
 
 void OrderedInversion::invert(std::size_t number, Batch &batch) const
@@ -85,8 +86,8 @@ void OrderedInversion::work()
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_ring[number % m_ring.size()] = std::move(batch);
+            m_isReady.notify_one(); // under the lock: nothing is touched behind it
         }
-        m_isReady.notify_one();
     }
 }
 

@@ -34,6 +34,7 @@ struct FileReaderState {
     std::shared_ptr<Datastore> datastore;
     RecordTime beginLimit; ///< rows that lie entirely outside the limits are passed over
     RecordTime endLimit;
+    bool instrumentSettingsTaken = false; ///< the first header that has them as a map decides
     QHash<QString, std::shared_ptr<Spectrometer::RecordFlag>> recordFlags; ///< one object per text
 
     QVector<SpectMath::SpectrumInfoPointer> spectrumOrder; ///< the descriptions in order of first appearance

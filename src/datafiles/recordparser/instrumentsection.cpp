@@ -30,8 +30,10 @@ QVariant withoutNulls(const QVariant &value)
 void readInstrumentSettings(const Llama::MapNode &header, FileReaderState &state)
 {
     const Llama::Node node = header.get(QStringLiteral("instrument configuration"));
-    if (node.exists && node.value.type() == QVariant::Map && state.metadata->instrumentSettings.isEmpty())
+    if (node.exists && node.value.type() == QVariant::Map && !state.instrumentSettingsTaken) {
         state.metadata->instrumentSettings = withoutNulls(node.value).toMap();
+        state.instrumentSettingsTaken = true;
+    }
 }
 
 } // namespace HeaderSections

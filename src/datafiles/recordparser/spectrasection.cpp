@@ -48,8 +48,9 @@ std::shared_ptr<SpectrumInfo> readInfo(const Llama::MapNode &map, qint64 *points
     if (hash.exists && hash.value.isValid())
         info->hash = QString::fromUtf8(hash.toByteArray());
     try {
-        setAxis(*info, scale, parseHeaderUnit(xunit), std::move(axis));
+        const Unit axisUnit = parseHeaderUnit(xunit);
         info->concentrationUnit = parseHeaderUnit(yunit);
+        setAxis(*info, scale, axisUnit, std::move(axis));
     } catch (const SpectMath::UnitParsingError &error) {
         throw FileReaderError(QStringLiteral("Invalid unit: %1").arg(error.message()));
     }

@@ -249,6 +249,7 @@ void MainWindowBase::setDatastore(std::shared_ptr<Datastore> store)
 {
     if (store == m_datastore)
         return;
+    implicitDisableFollowLast(); // what was followed is gone
     forgetRecords();
     if (m_datastore)
         disconnect(m_datastore.get(), nullptr, this, nullptr);

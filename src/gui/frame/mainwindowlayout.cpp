@@ -14,6 +14,7 @@
 #include <QMenuBar>
 #include <QSettings>
 #include <QShortcut>
+#include <QStatusBar>
 #include <QToolBar>
 
 namespace {
@@ -61,6 +62,7 @@ void MainWindowBase::setupContextActions()
 
 void MainWindowBase::setupDocks()
 {
+    statusBar(); // made at its first use; without it no status tip is ever seen
     auto *selected = new QDockWidget(tr("Selected record"), this);
     selected->setObjectName(QStringLiteral("currentrecordform"));
     m_recordForm = new RecordForm(m_uiInfo, selected);
@@ -143,8 +145,10 @@ void MainWindowBase::storeMainWindowState()
 
 void MainWindowBase::restoreMainWindowState(bool restoreGeometry)
 {
-    if (m_settings->value(versionKey, 0).toInt() < settingsVersion)
+    if (m_settings->value(versionKey, 0).toInt() < settingsVersion) {
         m_settings->clear();
+        m_settings->setValue(versionKey, settingsVersion); // at once: a session may end without a close
+    }
     if (restoreGeometry)
         restoreReachableGeometry(*this, m_settings->value(geometryKey).toByteArray());
     setCorners(); // restoring may have changed them

@@ -2,6 +2,7 @@
 
 #include "datafiles/datafinder.h"
 #include "gui/common/iconhelp.h"
+#include "gui/common/tsb/plot.h"
 #include "gui/common/tsb/plotmenu.h"
 #include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/morvantide/datachooserdialog.h"
@@ -116,6 +117,7 @@ void MorvantideMainWindow::setTitle(bool incomplete)
 
 void MorvantideMainWindow::terminateSignal()
 {
+    storeMainWindowState();
     QCoreApplication::quit();
 }
 
@@ -219,6 +221,9 @@ void MorvantideMainWindow::showData(FileReader &reader)
     fitTimescale();
     if (!browser()->hasViews())
         browser()->addDefaultStack();
+    // Keys go to the data now, not to whatever had the focus before there were any.
+    if (auto *plot = browser()->findChild<Tsb::Plot *>())
+        plot->setFocus();
 }
 
 void MorvantideMainWindow::closeData()
