@@ -14,21 +14,6 @@ constexpr std::size_t batchesPerThread = 4;
 
 } // namespace
 
-class OrderedInversion::Thread : public WorkerThread {
-public:
-    explicit Thread(OrderedInversion &inversion) : m_inversion(inversion) {}
-
-protected:
-    void run() override
-    {
-        const AlternateStack stack;
-        m_inversion.work();
-    }
-
-private:
-    OrderedInversion &m_inversion;
-};
-
 OrderedInversion::OrderedInversion(const Records &records, const InverterList &inverters,
                                    const Spectrometer::RecordMetadata &metadata, int threads)
     : m_records(records), m_inverters(inverters), m_metadata(metadata),
@@ -37,9 +22,10 @@ OrderedInversion::OrderedInversion(const Records &records, const InverterList &i
     const std::size_t count = std::min(std::size_t(std::max(threads, 1)), std::max<std::size_t>(m_batchCount, 1));
     m_ring.resize(count * batchesPerThread);
     for (std::size_t i = 0; i < count; ++i)
-        m_threads.push_back(std::make_unique<Thread>(*this));
-    for (const auto &thread : m_threads)
-        thread->start();
+        m_threads.emplace_back([this] {
+            const AlternateStack stack;
+            work();
+        });
 }
 
 OrderedInversion::~OrderedInversion()
@@ -49,9 +35,8 @@ OrderedInversion::~OrderedInversion()
         m_stop = true;
     }
     m_hasRoom.notify_all();
-    for (const auto &thread : m_threads)
-        thread->wait();
-    const std::lock_guard<std::mutex> lock(m_mutex); // orders what the threads did last before what follows
+    for (std::thread &thread : m_threads)
+        thread.join();
 }
 
 void OrderedInversion::invert(std::size_t number, Batch &batch) const

@@ -8,6 +8,7 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 namespace SpectMath {
@@ -40,8 +41,6 @@ private:
         std::vector<Complaint> complaints;
     };
 
-    class Thread;
-
     void work();
     void invert(std::size_t number, Batch &batch) const;
     void takeBatch();
@@ -62,7 +61,7 @@ private:
     Batch m_current; ///< the caller's
     std::size_t m_place = 0;
     std::size_t m_complaint = 0;
-    std::vector<std::unique_ptr<Thread>> m_threads;
+    std::vector<std::thread> m_threads;
 };
 
 } // namespace SpectMath

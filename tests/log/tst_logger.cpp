@@ -54,14 +54,14 @@ struct Logging : testing::Test {
         QObject::connect(
             &Log::RootLogger::instance(), &Log::RootLogger::newEntry, &receiver,
             [this](const Log::Entry &entry) {
-                const QMutexLocker locker(&mutex);
+                const std::lock_guard<std::mutex> lock(mutex);
                 entries.append(entry);
             },
             Qt::DirectConnection);
     }
     ~Logging() override { Log::RootLogger::instance().setFilter(nullptr); }
 
-    QMutex mutex;
+    std::mutex mutex;
     QList<Log::Entry> entries;
     QObject receiver;
 };
