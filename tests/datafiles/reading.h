@@ -3,6 +3,8 @@
 #include "datafiles/filereadertask.h"
 #include "log/logger.h"
 
+#include <mutex>
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -19,7 +21,7 @@ public:
         connect(
             &Log::RootLogger::instance(), &Log::RootLogger::newEntry, this,
             [this](const Log::Entry &entry) {
-                const QMutexLocker lock(&m_mutex);
+                const std::lock_guard<std::mutex> lock(m_mutex);
                 m_entries.append(entry);
             },
             Qt::DirectConnection);
@@ -27,7 +29,7 @@ public:
     /// The messages of that level or worse.
     QStringList upTo(int level) const
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         QStringList texts;
         for (const Log::Entry &entry : m_entries)
             if (entry.level <= level)
@@ -37,7 +39,7 @@ public:
     QStringList complaints() const { return upTo(Log::Warning); }
 
 private:
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QList<Log::Entry> m_entries;
 };
 
