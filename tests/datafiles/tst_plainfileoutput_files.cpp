@@ -7,6 +7,7 @@
 
 #include <QCryptographicHash>
 
+#include <cerrno>
 #include <unistd.h>
 
 using Spectrometer::PlainFileOutput;
@@ -170,9 +171,11 @@ TEST_F(OutputTest, FullDiskLosesTheRowAndNothingElse)
         EXPECT_EQ(bytes(path(recordsName)), before) << room;
     }
     ASSERT_EQ(errors.size(), 4);
+    // The reason is the system's, in the user's language.
     EXPECT_EQ(
         errors.first(),
-        QStringLiteral("Failed to write into file \"%1\": File too large. Data was lost!").arg(path(recordsName)));
+        QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!")
+            .arg(path(recordsName), qt_error_string(EFBIG)));
     EXPECT_EQ(output.counts().lost, 4);
 
     // With room again the flag is still to be defined.
