@@ -16,20 +16,17 @@ namespace Batch {
 
 namespace {
 
-/// What stands in a file name for a variant or a mode, as the writer has it.
-QString fileNamePart(QString name)
-{
-    return name.replace(QLatin1Char('/'), QLatin1Char('_'));
-}
+using Spectrometer::PlainFileOutput;
 
 QString recordsName(const QString &day, const SaveOptions &options)
 {
-    return QStringLiteral("%1-%2.records").arg(day, fileNamePart(options.outputVariant));
+    return QStringLiteral("%1-%2.records").arg(day, PlainFileOutput::fileNamePart(options.outputVariant));
 }
 
 QString spectraName(const QString &day, const SaveOptions &options, const QString &mode)
 {
-    return QStringLiteral("%1-%2-%3.spectra").arg(day, fileNamePart(options.outputVariant), fileNamePart(mode));
+    return QStringLiteral("%1-%2-%3.spectra")
+        .arg(day, PlainFileOutput::fileNamePart(options.outputVariant), PlainFileOutput::fileNamePart(mode));
 }
 
 QStringList sorted(const QSet<QString> &names)

@@ -4,14 +4,11 @@
 #include "datafiles/recordparser/newlinereader.h"
 #include "datafiles/recordparser/oldlinereader.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr int longestHeader = 16 << 20;
 constexpr int longestOldHeader = 1 << 20; // free text, matched with regular expressions
 constexpr int mostOldLines = 10000;
-constexpr int mostNodes = 400000; // a tree of them takes less than 64 MB
 
 bool isOldFormat(const QByteArray &line)
 {
@@ -34,14 +31,6 @@ QByteArray withoutMarks(const QByteArray &lines)
         begin = end;
     }
     return text;
-}
-
-/// No fewer than the values in a YAML text, without those that aliases repeat.
-int countNodes(const QByteArray &text)
-{
-    return 1 + int(std::count_if(text.begin(), text.end(), [](char c) {
-               return c == ',' || c == ':' || c == '-' || c == '\n' || c == '[' || c == '{';
-           }));
 }
 
 } // namespace
@@ -77,8 +66,6 @@ std::unique_ptr<LineReader> HeaderLines::makeReader(const QByteArray &columnRow,
         throw FileReaderError(QStringLiteral("Header too long"));
     if (isOldFormat(m_first))
         return makeOldReader(columnRow, state);
-    if (isNewFormat(m_first) && countNodes(m_rest) > mostNodes)
-        throw FileReaderError(QStringLiteral("Header describes too many values"));
     if (isNewFormat(m_first))
         return std::make_unique<NewLineReader>(m_first, columnRow, withoutMarks(m_rest), state);
     throw FileReaderError(QStringLiteral("Unexpected header data"));

@@ -14,15 +14,15 @@ namespace {
 
 const QLatin1String defaultTimeFormat("%Y-%m-%d %H:%M:%s");
 
-/// A name as a part of a path with time codes: no code, and no way into another folder.
-QString nameInPattern(QString name)
+/// A part of a path with time codes that holds none itself.
+QString withoutCodes(QString part)
 {
-    return name.replace(QLatin1Char('%'), QLatin1String("%%")).replace(QLatin1Char('/'), QLatin1Char('_'));
+    return part.replace(QLatin1Char('%'), QLatin1String("%%"));
 }
 
-QString folderInPattern(QString folder)
+QString nameInPattern(const QString &name)
 {
-    return folder.replace(QLatin1Char('%'), QLatin1String("%%"));
+    return withoutCodes(PlainFileOutput::fileNamePart(name));
 }
 
 } // namespace
@@ -34,6 +34,16 @@ PlainFileOutput::PlainFileOutput(const Settings &settings, QObject *parent)
 }
 
 PlainFileOutput::~PlainFileOutput() = default;
+
+QString PlainFileOutput::fileNamePart(const QString &name)
+{
+    const QLatin1Char slash('/');
+    const QLatin1String escapedSlash("%2F"), escapedPercent("%25");
+    if (!name.contains(slash) && !name.contains(escapedSlash) && !name.contains(escapedPercent))
+        return name;
+    QString part = name;
+    return part.replace(QLatin1Char('%'), escapedPercent).replace(slash, escapedSlash);
+}
 
 PlainFileOutput::Settings PlainFileOutput::settings() const
 {
@@ -62,7 +72,7 @@ void PlainFileOutput::applySettings()
     const QVariantMap common = FileHeader::commonKeys(*m_applied.metadata);
     const auto plainFile = [this](const QString &pattern, const FileHeader::Lines &header) {
         auto file =
-            std::make_unique<File>(pattern.arg(folderInPattern(m_applied.folder), m_applied.fileNamePattern), header);
+            std::make_unique<File>(pattern.arg(withoutCodes(m_applied.folder), m_applied.fileNamePattern), header);
         file->matchHeader = false;
         return file;
     };
@@ -79,7 +89,7 @@ void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, c
     const RecordMetadata &metadata = *m_applied.metadata;
     const QString stem =
         QStringLiteral("%1/%3-%2")
-            .arg(folderInPattern(m_applied.folder), nameInPattern(variant.name), m_applied.fileNamePattern);
+            .arg(withoutCodes(m_applied.folder), nameInPattern(variant.name), m_applied.fileNamePattern);
     QVariantMap keys = commonKeys;
     keys[QStringLiteral("dataproc variant")] = variant.name;
 

@@ -63,6 +63,10 @@ public:
     explicit PlainFileOutput(const Settings &settings, QObject *parent = nullptr);
     ~PlainFileOutput() override;
 
+    /// What stands in file names for the name of a variant or an operating mode: no way into another folder, and
+    /// another text for each name. A slash becomes "%2F".
+    static QString fileNamePart(const QString &name);
+
     Settings settings() const;
     /// Takes effect with the next applySettings().
     void setSettings(const Settings &settings);

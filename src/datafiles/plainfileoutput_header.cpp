@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QSysInfo>
 
+#include <algorithm>
+
 namespace Spectrometer {
 namespace FileHeader {
 
@@ -84,11 +86,44 @@ QStringList spectrumColumns(const SpectMath::SpectrumInfo &info, bool inversionV
     return columns;
 }
 
+/// Whole numbers beyond 32 bits would be read back as 0 where they stand as digits: as texts they keep their value, and
+/// read as numbers wherever one is asked for.
+QVariant readableNumbers(const QVariant &value)
+{
+    switch (int(value.type())) {
+    case QMetaType::QVariantMap: {
+        QVariantMap map = value.toMap();
+        for (QVariant &entry : map)
+            entry = readableNumbers(entry);
+        return map;
+    }
+    case QMetaType::QVariantList: {
+        QVariantList list = value.toList();
+        for (QVariant &item : list)
+            item = readableNumbers(item);
+        return list;
+    }
+    case QMetaType::Double:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong: {
+        const QString text = value.toString();
+        const bool isWhole =
+            std::all_of(text.begin(), text.end(), [](QChar c) { return c.isDigit() || c == QLatin1Char('-'); });
+        bool fits = false;
+        text.toInt(&fits);
+        return isWhole && !fits ? QVariant(text) : value;
+    }
+    default:
+        return value;
+    }
+}
+
 Lines headerLines(const QByteArray &magicLine, const QVariantMap &map, const QStringList &columns)
 {
     QByteArray yaml;
     try {
-        yaml = Llama::yamlDump(map);
+        yaml = Llama::yamlDump(readableNumbers(map));
     } catch (const Llama::YamlError &) {
         Log::Logger(QStringLiteral("filewriter"))
             .log(Log::Warning, QStringLiteral("Failed to create output file headers."));

@@ -37,9 +37,9 @@ YamlError::YamlError(const QString &sourceName, const QString &message)
 {
 }
 
-QVariantList yamlLoad(const QByteArray &text, const QString &sourceName)
+QVariantList yamlLoad(const QByteArray &text, const QString &sourceName, qint64 mostNodes)
 {
-    return yamlLoad(text.constData(), size_t(text.size()), sourceName);
+    return YamlParser(YamlInput(text.constData(), size_t(text.size())), sourceName, mostNodes).documents();
 }
 
 QVariantList yamlLoad(const char *text, size_t size, const QString &sourceName)

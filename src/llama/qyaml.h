@@ -50,8 +50,8 @@ public:
 // ---- loading and dumping
 
 /// All documents of the text. Throws YamlError. Text from foreign files is bounded: no deeper than 200 levels, no more
-/// than 10 nodes a byte (copies of aliases counted) and 10 million nodes in all.
-QVariantList yamlLoad(const QByteArray &text, const QString &sourceName = QString());
+/// than 10 nodes a byte (copies of aliases counted) and 10 million nodes in all, or fewer where the caller says so.
+QVariantList yamlLoad(const QByteArray &text, const QString &sourceName = QString(), qint64 mostNodes = 10'000'000);
 QVariantList yamlLoad(const char *text, size_t size, const QString &sourceName = QString());
 QVariantList yamlLoad(QIODevice *device, const QString &sourceName = QString());
 /// All documents of the file; the source name is the file's name without its directory. Throws YamlError.

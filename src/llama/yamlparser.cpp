@@ -12,7 +12,6 @@ namespace {
 
 constexpr int maximumDepth = 200;
 constexpr qint64 maximumNodesPerByte = 10;
-constexpr qint64 maximumNodes = 10'000'000;
 
 int readInput(void *input, unsigned char *buffer, size_t size, size_t *sizeRead)
 {
@@ -102,7 +101,8 @@ private:
     yaml_event_t m_event;
 };
 
-YamlParser::YamlParser(const YamlInput &input, const QString &sourceName) : m_input(input), m_sourceName(sourceName)
+YamlParser::YamlParser(const YamlInput &input, const QString &sourceName, qint64 mostNodes)
+    : m_input(input), m_sourceName(sourceName), m_mostNodes(std::min(mostNodes, maximumNodes))
 {
     auto parser = std::make_unique<yaml_parser_t>();
     if (!yaml_parser_initialize(parser.get()))
@@ -231,7 +231,7 @@ void YamlParser::remember(const yaml_char_t *anchor, const Tree &tree)
 void YamlParser::countNodes(qint64 count, const Event &event)
 {
     m_nodes += count;
-    if (m_nodes > std::min(maximumNodes, maximumNodesPerByte * qint64(m_input.size())))
+    if (m_nodes > std::min(m_mostNodes, maximumNodesPerByte * qint64(m_input.size())))
         fail("Too many nodes at line %1, column %2", event);
 }
 

@@ -40,11 +40,13 @@ private:
 /// Reads a whole stream in its constructor: it either holds all documents, or its construction has thrown YamlError.
 class YamlParser {
 public:
-    YamlParser(const YamlInput &input, const QString &sourceName);
+    YamlParser(const YamlInput &input, const QString &sourceName, qint64 mostNodes = maximumNodes);
 
     const QVariantList &documents() const { return m_documents; }
 
 private:
+    static constexpr qint64 maximumNodes = 10'000'000;
+
     class Event;
     /// A value with the number of its nodes and the levels of collections in it (0 for a scalar).
     struct Tree {
@@ -70,6 +72,7 @@ private:
 
     YamlInput m_input;
     QString m_sourceName;
+    qint64 m_mostNodes;
     std::shared_ptr<yaml_parser_t> m_parser;
     QVariantList m_documents;
     QHash<QByteArray, Tree> m_anchors; ///< not cleared between documents

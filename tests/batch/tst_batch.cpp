@@ -177,6 +177,18 @@ TEST_F(DayFolder, WhatIsSavedTwiceIsTheSame)
     EXPECT_EQ(names("c"), QStringList{"20190912-x-ions.spectra"});
 }
 
+TEST_F(DayFolder, ASpectrumIsSavedWithTheModeWhoseRecordsHoldIt)
+{
+    // A name need not begin with the mode's.
+    QByteArray header = spectraHeader();
+    header.replace("ions neg", "nd");
+    write(QStringLiteral("in/20190912-block-ions.spectra"),
+          header + "2019-09-12 00:30:00.000000+02:00\t2019-09-12 00:31:00.000000+02:00\tions\t1\t2\t0.5\t3\n");
+    EXPECT_EQ(run({"save", "{}/in", "--variant", "block", "--output", "{}/out", "--no-records"}).code, 0);
+    EXPECT_EQ(names("out"), QStringList{"20190912-block-ions.spectra"});
+    EXPECT_TRUE(contentOf("out/20190912-block-ions.spectra").endsWith("\tions\t1\t2\t0.5\t3\n"));
+}
+
 TEST_F(DayFolder, AnOutputThatCanNotBeWrittenIsTold)
 {
     writeDay(QStringLiteral("in"));

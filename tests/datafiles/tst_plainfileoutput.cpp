@@ -127,6 +127,28 @@ TEST_F(OutputTest, Headers)
     EXPECT_EQ(spectraMap.value(QStringLiteral("inversion_vars")).toList().size(), 3);
 }
 
+TEST_F(OutputTest, NumbersInHeadersKeepTheirValue)
+{
+    // Digits beyond 32 bits would be read as 0.
+    const QVariantList numbers{3e9, -1e12, 1e22, 2.5e9, 0.1, 7.0, -2147483648.0, qint64(1) << 40, 4294967295u, 12};
+    metadata->instrumentSettings = {{QStringLiteral("a"), QVariantMap{{QStringLiteral("b"), numbers}}}};
+    const auto settingsIn = [&] {
+        QByteArray text;
+        const auto lines =
+            Spectrometer::FileHeader::recordsHeader(Spectrometer::FileHeader::commonKeys(*metadata), *metadata);
+        for (const QByteArray &line : lines.mid(1, lines.size() - 2))
+            text += line.mid(2) + '\n';
+        return Llama::yamlLoad(text).value(0).toMap().value(QStringLiteral("instrument configuration")).toMap();
+    };
+    const QVariantMap once = settingsIn();
+    const QVariantList read = once.value(QStringLiteral("a")).toMap().value(QStringLiteral("b")).toList();
+    ASSERT_EQ(read.size(), numbers.size());
+    for (int i = 0; i < numbers.size(); ++i)
+        EXPECT_EQ(read.at(i).toDouble(), numbers.at(i).toDouble()) << i;
+    metadata->instrumentSettings = once;
+    EXPECT_EQ(settingsIn(), once); // written again, the same
+}
+
 TEST_F(OutputTest, RawAndLogFiles)
 {
     settings.rawFile = settings.logFile = true;

@@ -6,6 +6,7 @@
 #include "util/lockedfile.h"
 
 #include <QCryptographicHash>
+#include <QSet>
 
 #include <cerrno>
 #include <unistd.h>
@@ -139,9 +140,10 @@ TEST_F(OutputTest, FilesByLocalDayWithSafeNames)
     EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
     EXPECT_EQ(output.writeRecordRow(late), Result::Written);
     EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written);
-    EXPECT_EQ(QDir(settings.folder).entryList(QDir::Files),
-              (QStringList{QStringLiteral("20190912-.._10%s.records"), QStringLiteral("20190913-.._10%s.records")}));
-    EXPECT_EQ(rows(path(QStringLiteral("20190912-.._10%s.records"))).size(), 2);
+    EXPECT_EQ(
+        QDir(settings.folder).entryList(QDir::Files),
+        (QStringList{QStringLiteral("20190912-..%2F10%25s.records"), QStringLiteral("20190913-..%2F10%25s.records")}));
+    EXPECT_EQ(rows(path(QStringLiteral("20190912-..%2F10%25s.records"))).size(), 2);
     EXPECT_TRUE(messages.join(QString()).contains(QStringLiteral("closing \"")));
 
     Spectrometer::FullRecord ancient = record();
@@ -153,8 +155,21 @@ TEST_F(OutputTest, FilesByLocalDayWithSafeNames)
     output.applySettings();
     output.writeRecordRow(record());
     output.writeRecordRow(record(1));
-    EXPECT_TRUE(QFile::exists(path(QStringLiteral("201909121216-.._10%s.records"))));
-    EXPECT_TRUE(QFile::exists(path(QStringLiteral("201909121217-.._10%s.records"))));
+    EXPECT_TRUE(QFile::exists(path(QStringLiteral("201909121216-..%2F10%25s.records"))));
+    EXPECT_TRUE(QFile::exists(path(QStringLiteral("201909121217-..%2F10%25s.records"))));
+}
+
+TEST(FileNamePart, AnotherTextForEachName)
+{
+    const QStringList names{"a_b", "a/b", "a%2Fb", "a%252Fb", "a%b", "a%25b", "../x", "50%"};
+    QSet<QString> parts;
+    for (const QString &name : names) {
+        const QString part = PlainFileOutput::fileNamePart(name);
+        EXPECT_FALSE(part.contains(QLatin1Char('/')));
+        parts.insert(part);
+    }
+    EXPECT_EQ(parts.size(), names.size());
+    EXPECT_EQ(PlainFileOutput::fileNamePart("50%"), "50%");
 }
 
 TEST_F(OutputTest, FullDiskLosesTheRowAndNothingElse)
@@ -172,10 +187,8 @@ TEST_F(OutputTest, FullDiskLosesTheRowAndNothingElse)
     }
     ASSERT_EQ(errors.size(), 4);
     // The reason is the system's, in the user's language.
-    EXPECT_EQ(
-        errors.first(),
-        QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!")
-            .arg(path(recordsName), qt_error_string(EFBIG)));
+    EXPECT_EQ(errors.first(), QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!")
+                                  .arg(path(recordsName), qt_error_string(EFBIG)));
     EXPECT_EQ(output.counts().lost, 4);
 
     // With room again the flag is still to be defined.

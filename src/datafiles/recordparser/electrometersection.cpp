@@ -33,16 +33,16 @@ bool readElectrometers(const Llama::MapNode &header, FileReaderState &state)
         return false;
 
     const int count = countNode.toInt();
-    const Llama::MapNode groupMap = groupsNode.toMap();
-    const Llama::ListNode names = namesNode.toList();
     checkCount(count);
-    if (count < 0 || count > names.size())
+    // Names that are no list at all are complained of where they are taken.
+    const bool namesAreList = namesNode.value.canConvert(QMetaType::QVariantList);
+    if (count < 0 || (namesAreList && count > namesNode.toList().size()))
         throw FileReaderError(QStringLiteral("Electrometer count does not match the names"));
     if (state.electrometerCountKnown && count != state.electrometerCount)
         throw FileReaderError(QStringLiteral("Electrometer count does not match previous value"));
     checkCount(count, state.isAffordable(0, count, state.variableNames.size()));
 
-    const Groups groups = readGroups(groupMap);
+    const Groups groups = readGroups(groupsNode.toMap());
     Spectrometer::RecordMetadata &metadata = *state.metadata;
     if (!state.electrometerCountKnown)
         metadata.electrometerGroups = groups;
@@ -53,6 +53,7 @@ bool readElectrometers(const Llama::MapNode &header, FileReaderState &state)
     state.electrometerCountKnown = true;
     metadata.totalElectrometers = count;
     metadata.electrometerNames.resize(count);
+    const Llama::ListNode names = namesNode.toList();
     for (int i = 0; i < count; ++i)
         metadata.electrometerNames[i] = names.at(i).requireString();
     return true;
