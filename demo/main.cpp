@@ -2,18 +2,20 @@
 
 #include "log/logger.h"
 #include "util/buildinfo.h"
+#include "util/programlocale.h"
 
 #include <CLI/CLI.hpp>
 
+#include <QCoreApplication>
 #include <QDir>
 
-#include <clocale>
 #include <csignal>
 #include <iostream>
 
 int main(int argc, char **argv)
 {
-    std::setlocale(LC_NUMERIC, "C");
+    const QCoreApplication application(argc, argv);
+    setProgramLocale();
     std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other
 
     CLI::App app("Writes a data folder of a made-up mobility spectrometer, and its inverters, to try Morvantide with.",

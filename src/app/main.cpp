@@ -9,24 +9,23 @@
 #include "resources/resources.h"
 #include "spectra/spectrum.h"
 #include "util/buildinfo.h"
+#include "util/programlocale.h"
 
 #include <QApplication>
 #include <QDateTime>
 #include <QFile>
 #include <QIcon>
 
-#include <clocale>
-
 // How the process comes up and goes down. The order matters:
 //
 //   message handler    first, so that Qt's messages while starting are logged like any other
 //   application
+//   locale             after the application object, which takes over the user's, and before the first file name
 //   scaling attributes after the application object, a settled detail: Qt warns, and leaves scaling to the environment
 //   quit signals       early; one that comes now waits for the event loop
 //   recovery file name before the crash reporter, which names it when it starts the program again
 //   crash reporter     before anything that may crash
-//   recovery start     before the locale, resources and logger: a bad recovery file ends the process without a trace
-//   locale             after the application object, which takes over the user's
+//   recovery start     before resources and logger: a bad recovery file ends the process without a trace
 //   resources, types   before the first window and the first queued call
 //   recovery file      once the program is sure to start
 //   window             after its icon and all types
@@ -51,13 +50,6 @@ bool installCrashReporter(const QString &recoveryFile)
     settings.restartArguments = QStringList{QStringLiteral("--recover"), recoveryFile};
     settings.restartTimeoutSeconds = 60;
     return CrashReporter::install(settings);
-}
-
-/// Numbers are read and printed in the C locale throughout.
-void setNumbersLocale()
-{
-    std::setlocale(LC_NUMERIC, "C");
-    QLocale::setDefault(QLocale(QLocale::C, QLocale::AnyCountry));
 }
 
 void registerMetaTypes()
@@ -111,6 +103,7 @@ int main(int argc, char **argv)
     Log::installQtMessageHandler();
     ignoreWriteSignals();
     const QApplication application(argc, argv);
+    setProgramLocale();
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QuitSignals quitSignals;
@@ -127,7 +120,6 @@ int main(int argc, char **argv)
         arguments = *recovered;
     }
 
-    setNumbersLocale();
     registerResources();
     registerMetaTypes();
     const Log::Logger log(QStringLiteral("main"));

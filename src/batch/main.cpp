@@ -4,26 +4,17 @@
 #include "batch/savecommand.h"
 #include "batch/summarycommand.h"
 #include "log/logger.h"
+#include "util/programlocale.h"
 
 #include <QCoreApplication>
-#include <QLocale>
-#include <QTextCodec>
 
-#include <clocale>
 #include <csignal>
-#include <cstring>
-
-#include <langinfo.h>
 
 int main(int argc, char **argv)
 {
     Log::installQtMessageHandler();
     QCoreApplication app(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
-    QLocale::setDefault(QLocale(QLocale::C, QLocale::AnyCountry));
-    // Scripts run under the plain C locale, whose characters end at 127; file names don't.
-    if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    setProgramLocale();
     std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other
 
     const Batch::CommandLine line = Batch::parseCommandLine(argc, argv);

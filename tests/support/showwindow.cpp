@@ -7,6 +7,7 @@
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "log/logger.h"
 #include "resources/resources.h"
+#include "util/programlocale.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -16,7 +17,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <clocale>
 #include <cstdio>
 
 // showwindow PICTURE FOLDER [VARIANT]: drives the program's window as a user would, from the data dialog to a selected
@@ -103,8 +103,7 @@ int main(int argc, char **argv)
     Log::installQtMessageHandler();
     const QApplication application(argc, argv);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    std::setlocale(LC_NUMERIC, "C");
-    QLocale::setDefault(QLocale(QLocale::C, QLocale::AnyCountry));
+    setProgramLocale();
     registerResources();
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 3)

@@ -1,11 +1,9 @@
 #include "resources/resources.h"
+#include "util/programlocale.h"
 
 #include <QApplication>
-#include <QLocale>
 
 #include <gtest/gtest.h>
-
-#include <clocale>
 
 /// Windows are built for real on the offscreen platform, with the numbers' locale as the program sets it.
 int main(int argc, char **argv)
@@ -15,7 +13,6 @@ int main(int argc, char **argv)
     ::testing::InitGoogleTest(&argc, argv);
     QApplication app(argc, argv);
     registerResources();
-    std::setlocale(LC_NUMERIC, "C");
-    QLocale::setDefault(QLocale(QLocale::C, QLocale::AnyCountry));
+    setProgramLocale();
     return RUN_ALL_TESTS();
 }
