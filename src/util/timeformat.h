@@ -23,6 +23,11 @@ QString timeToString(RecordTime time, std::int64_t utcOffset, const QString &for
 void parseTime(const char *text, int size, RecordTime *time, std::int64_t *utcOffset);
 void parseTime(const QString &text, RecordTime *time, std::int64_t *utcOffset);
 
+/// Reads what a person types as a local time: "2019-09-12", "2019-09-12 12:16", the default format, with a "T" for the
+/// blank too; a zone behind the time of day overrides the offset. Stricter than parseTime: every separator and every
+/// range counts. False, and the time left alone, for anything else, and for the moment 0, which stands for no time.
+bool parseLocalTime(const QString &text, std::int64_t utcOffset, RecordTime *time);
+
 /// "" for 0, else a sign, two digits of hours, ":" and two of minutes, such as "+02:00".
 QString utcOffsetToString(std::int64_t utcOffset);
 /// The machine's zone offset in seconds at that time, daylight saving not counted; 0 for negative times.

@@ -1,5 +1,7 @@
 #include "util/timeformat.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace {
@@ -147,4 +149,33 @@ void parseTime(const char *text, int size, RecordTime *time, std::int64_t *utcOf
 void parseTime(const QString &text, RecordTime *time, std::int64_t *utcOffset)
 {
     parse(text.utf16(), text.size(), time, utcOffset);
+}
+
+bool parseLocalTime(const QString &text, std::int64_t utcOffset, RecordTime *time)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^([0-9]{4}-[0-9]{2}-[0-9]{2})"
+                       "(?:[ T]+((?:[01][0-9]|2[0-3]):[0-5][0-9])(:[0-5][0-9](?:[.][0-9]{0,9})?)?"
+                       "\\s*([+-](?:0[0-9]|1[0-8]):[0-5][0-9]|Z)?)?$"));
+    const QRegularExpressionMatch match = form.match(text.trimmed());
+    if (!match.hasMatch())
+        return false;
+    QString plain = match.captured(1) + QLatin1Char(' ') +
+                    (match.captured(2).isEmpty() ? QStringLiteral("00:00") : match.captured(2)) +
+                    (match.captured(3).isEmpty() ? QStringLiteral(":00") : match.captured(3));
+    if (plain.size() == 19)
+        plain += QLatin1Char('.'); // the zone is looked for behind a fraction
+    const QString zone = match.captured(4);
+    plain += zone == QLatin1String("Z") ? QStringLiteral("+00:00") : zone;
+    RecordTime read;
+    std::int64_t offset = 0;
+    parseTime(plain, &read, &offset);
+    if (isMissing(read))
+        return false;
+    if (zone.isEmpty())
+        read = localTime(read, -utcOffset);
+    if (isMissing(read))
+        return false;
+    *time = read;
+    return true;
 }

@@ -1,13 +1,16 @@
 #include "gui/common/recordform.h"
 #include "gui/common/recordviews/recordview.h"
+#include "gui/common/tsb/gototimedialog.h"
 #include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/common/tsb/timeview.h"
 #include "gui/frame/abouttext.h"
 #include "gui/frame/mainwindowbase.h"
 #include "util/buildinfo.h"
+#include "util/timeformat.h"
 
 #include <QAction>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTest>
@@ -277,6 +280,35 @@ TEST_F(MainWindowBaseTest, ShowsTheSpanOfAllRecords)
     window.setDatastore(std::make_shared<Datastore>());
     window.fitTimescale();
     EXPECT_EQ(window.browser()->timeScale(), before);
+}
+
+TEST_F(MainWindowBaseTest, FindsTheWayToAMomentAndBack)
+{
+    window.resize(1000, 600);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    window.showRecord(store->at(3));
+    Tsb::TimeView *const axis = window.browser()->timeView();
+    axis->forgetViews();
+    const TimeScale home = window.browser()->timeScale();
+    EXPECT_FALSE(window.actions().previousView->isEnabled());
+
+    QTest::keyClick(&window, Qt::Key_G, Qt::ControlModifier);
+    auto *const dialog = window.findChild<Tsb::GoToTimeDialog *>();
+    ASSERT_TRUE(dialog && dialog->isVisible());
+    QTest::keyClicks(dialog->findChild<QLineEdit *>(), "2021-01-01 12:00:00");
+    QTest::keyClick(dialog->findChild<QLineEdit *>(), Qt::Key_Return);
+    EXPECT_EQ(timeToString(axis->timeScale().tickAt(axis->contentsRect().width() / 2), "%Y-%m-%d %H:%M:%S"),
+              "2021-01-01 12:00:00");
+    EXPECT_TRUE(window.actions().previousView->isEnabled());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(&window, Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(axis->timeScale(), home);
+    EXPECT_EQ(window.shownRecord(), store->at(3)) << "the key went to one command only";
+
+    axis->goToTime(store->at(0)->beginTime);
+    window.setDatastore(std::make_shared<Datastore>());
+    EXPECT_FALSE(window.actions().previousView->isEnabled()) << "places in other data";
 }
 
 TEST_F(MainWindowBaseTest, FollowNowIsKeptInStepBothWays)

@@ -140,6 +140,32 @@ TEST_F(BrowserTest, GesturesOnAPlotMoveTheAxisAndAllPlots)
     EXPECT_EQ(second->plot()->timeScale().tickAt(130), before.tickAt(100));
 }
 
+TEST_F(BrowserTest, GesturesOnPlotsLeaveTheirWayBack)
+{
+    StripView *const view = addStrip();
+    Tsb::TimeView *const axis = browser->timeView();
+    const TimeScale home = browser->timeScale();
+    QTest::mousePress(view->plot(), Qt::MiddleButton, {}, {300, 20});
+    for (int x = 310; x <= 360; x += 10) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(x, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
+        QApplication::sendEvent(view->plot(), &move);
+    }
+    QTest::mouseRelease(view->plot(), Qt::MiddleButton, {}, {360, 20});
+    const TimeScale panned = browser->timeScale();
+    QTest::keyClick(view->plot(), Qt::Key_Plus);
+    QTest::qWait(450);
+    browser->fitTimescale(testStart, testStart + Ticks(200 * ticksPerSecond));
+    browser->resize(700, 500); // fitted once more at the new width
+    settle();
+    axis->goToPreviousView();
+    EXPECT_EQ(browser->timeScale().ticksPerPixel, 9'000'000);
+    axis->goToPreviousView();
+    EXPECT_EQ(browser->timeScale(), panned);
+    axis->goToPreviousView();
+    EXPECT_EQ(browser->timeScale(), home);
+    EXPECT_FALSE(axis->hasPreviousView());
+}
+
 TEST_F(BrowserTest, ChoosingARecordSelectsItOnceAndScrolls)
 {
     StripView *const first = addStrip(), *const second = addStrip();

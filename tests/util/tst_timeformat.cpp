@@ -148,6 +148,44 @@ TEST(ParseTime, agrees_with_the_plain_way_on_damaged_texts)
     EXPECT_GT(good, 10000);
 }
 
+TEST(ParseLocalTime, takes_what_people_type)
+{
+    const std::int64_t day = 18'000 * ticksPerDay, hour = 3600 * ticksPerSecond; // 2019-04-14
+    const struct {
+        const char *text;
+        std::int64_t ticks; ///< 0: refused
+    } cases[] = {
+        {"2019-04-14", day - 2 * hour},
+        {"  2019-04-14\n", day - 2 * hour},
+        {"2019-04-14 00:00", day - 2 * hour},
+        {"2019-04-14 12:30:59", day + 10 * hour + 1859 * ticksPerSecond},
+        {"2019-04-14T12:30:59.25", day + 10 * hour + 1859 * ticksPerSecond + ticksPerSecond / 4},
+        {"2019-04-14 12:00:00.000001+05:30", day + 6 * hour + hour / 2 + 10},
+        {"2019-04-14 12:00 -01:00", day + 13 * hour},
+        {"2019-04-14 12:00:00Z", day + 12 * hour},
+        {"1970-01-01 02:00", 0}, // the moment that stands for none
+        {"2019-02-29", 0},
+        {"2019-13-01", 0},
+        {"2019-04-14 24:00", 0},
+        {"2019-04-14 12:60", 0},
+        {"2019-04-14 12", 0},
+        {"2019/04/14", 0},
+        {"19-04-14", 0},
+        {"2019-04-14 noon", 0},
+        {"-2019-04-14", 0},
+        {"", 0},
+    };
+    for (const auto &c : cases) {
+        RecordTime time = recordTimeFromTicks(7);
+        EXPECT_EQ(parseLocalTime(QString::fromUtf8(c.text), 7200, &time), c.ticks != 0) << c.text;
+        EXPECT_EQ(ticksOf(time), c.ticks != 0 ? c.ticks : 7) << c.text;
+    }
+    const RecordTime shown = recordTimeFromTicks(day + 123'456'780);
+    RecordTime time;
+    EXPECT_TRUE(parseLocalTime(timeToString(shown), 0, &time));
+    EXPECT_EQ(time, shown);
+}
+
 TEST(TimeToString, codes)
 {
     const RecordTime time = recordTimeFromTicks(seconds2019 * ticksPerSecond + 1234567);

@@ -5,6 +5,7 @@
 #include "gui/common/logdock.h"
 #include "gui/common/recordform.h"
 #include "gui/common/recordviews/recordview.h"
+#include "gui/common/tsb/gototimedialog.h"
 #include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/common/tsb/timeview.h"
 #include "gui/frame/abouttext.h"
@@ -256,6 +257,7 @@ void MainWindowBase::setDatastore(std::shared_ptr<Datastore> store)
     const bool isFirst = !m_datastore;
     const std::shared_ptr<Datastore> former = std::exchange(m_datastore, std::move(store)); // outlives its views
     m_browser->setDatastore(m_datastore.get());
+    m_browser->timeView()->forgetViews();
     if (!m_datastore)
         return;
     if (!m_datastore->isEmpty()) {
@@ -275,6 +277,18 @@ void MainWindowBase::fitTimescale()
     m_browser->fitTimescale(m_datastore->at(0)->beginTime, isMissing(last.endTime) ? last.beginTime : last.endTime);
 }
 
+void MainWindowBase::showGoToTime()
+{
+    auto *const dialog = new Tsb::GoToTimeDialog(m_browser->timeView(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+void MainWindowBase::updatePreviousView()
+{
+    m_actions.previousView->setEnabled(m_browser->isEnabled() && m_browser->timeView()->hasPreviousView());
+}
+
 void MainWindowBase::clearWindowSetup()
 {
     m_browser->closeAllViews();
@@ -283,7 +297,9 @@ void MainWindowBase::clearWindowSetup()
 void MainWindowBase::setBrowsingEnabled(bool on)
 {
     m_actions.followLast->setEnabled(on);
+    m_actions.goToTime->setEnabled(on);
     m_browser->setEnabled(on);
+    updatePreviousView();
 }
 
 void MainWindowBase::showInversionStats()

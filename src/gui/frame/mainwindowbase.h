@@ -51,6 +51,8 @@ public Q_SLOTS:
     virtual void setFollowLast(bool on);
     /// Shows the time span of all records.
     void fitTimescale();
+    /// Asks for a moment and shows it.
+    void showGoToTime();
     /// Takes all views out of the browser, to be ready for the next setup.
     void clearWindowSetup();
     void setBrowsingEnabled(bool on);
@@ -70,6 +72,8 @@ protected:
         QAction *followLast = nullptr;
         QAction *followNow = nullptr;
         QAction *fitTimescale = nullptr;
+        QAction *goToTime = nullptr;
+        QAction *previousView = nullptr;
         QAction *inversionStats = nullptr;
     };
 
@@ -114,6 +118,7 @@ private:
     void setupShortcuts();
     void setCorners();
     QAction *makeAction(const QString &text, const QString &icon = {}, const QString &shortText = {});
+    void updatePreviousView();
     void queueViewUpdate();
     void recordCameIn(const std::shared_ptr<Record> &record, bool following);
     DpVariant variantOf(const Record &record) const;

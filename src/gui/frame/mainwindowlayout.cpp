@@ -43,6 +43,11 @@ void MainWindowBase::setupActions()
     m_actions.followNow = makeAction(tr("Follow current moment"), {}, tr("Time flies"));
     m_actions.followNow->setCheckable(true);
     m_actions.fitTimescale = makeAction(tr("Fit timescale"), QStringLiteral("fit-time"), tr("Fit timescale"));
+    m_actions.goToTime = makeAction(tr("Go to time..."));
+    m_actions.goToTime->setShortcut(Qt::CTRL + Qt::Key_G);
+    m_actions.previousView = makeAction(tr("Previous view"));
+    m_actions.previousView->setShortcut(Qt::ALT + Qt::Key_Left);
+    m_actions.previousView->setEnabled(false);
     m_actions.inversionStats = makeAction(tr("Show inversion statistics"));
 
     connect(m_actions.quit, &QAction::triggered, this, &QWidget::close);
@@ -51,6 +56,9 @@ void MainWindowBase::setupActions()
     connect(m_actions.followNow, &QAction::toggled, m_browser->timeView(), &Tsb::TimeView::setFollowNow);
     connect(m_browser->timeView(), &Tsb::TimeView::followNowChanged, m_actions.followNow, &QAction::setChecked);
     connect(m_actions.fitTimescale, &QAction::triggered, this, &MainWindowBase::fitTimescale);
+    connect(m_actions.goToTime, &QAction::triggered, this, &MainWindowBase::showGoToTime);
+    connect(m_actions.previousView, &QAction::triggered, m_browser->timeView(), &Tsb::TimeView::goToPreviousView);
+    connect(m_browser->timeView(), &Tsb::TimeView::hasPreviousViewChanged, this, &MainWindowBase::updatePreviousView);
     connect(m_actions.inversionStats, &QAction::triggered, this, &MainWindowBase::showInversionStats);
 }
 
@@ -101,7 +109,8 @@ void MainWindowBase::setupMenus()
 
     m_timeseriesMenu = new Tsb::PlotMenu(tr("&Timeseries"), this);
     menuBar()->addMenu(m_timeseriesMenu);
-    m_timeseriesMenu->addActions({m_actions.followLast, m_actions.followNow, m_actions.fitTimescale});
+    m_timeseriesMenu->addActions({m_actions.followLast, m_actions.followNow, m_actions.fitTimescale, m_actions.goToTime,
+                                  m_actions.previousView});
     m_timeseriesMenu->addSeparator();
     m_timeseriesMenu->addActions(m_browser->addPlotActions());
     m_timeseriesMenu->addSeparator();

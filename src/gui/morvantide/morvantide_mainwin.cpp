@@ -5,6 +5,7 @@
 #include "gui/common/tsb/plot.h"
 #include "gui/common/tsb/plotmenu.h"
 #include "gui/common/tsb/timeseriesbrowser.h"
+#include "gui/common/tsb/timeview.h"
 #include "gui/morvantide/datachooserdialog.h"
 #include "gui/morvantide/recentfolders.h"
 #include "gui/morvantide/settingsfile.h"
@@ -221,6 +222,7 @@ void MorvantideMainWindow::showData(FileReader &reader)
     fitTimescale();
     if (!browser()->hasViews())
         browser()->addDefaultStack();
+    browser()->timeView()->forgetViews(); // the way back begins at the whole of the data
     // Keys go to the data now, not to whatever had the focus before there were any.
     if (auto *plot = browser()->findChild<Tsb::Plot *>())
         plot->setFocus();

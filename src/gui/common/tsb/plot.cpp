@@ -433,6 +433,8 @@ void Plot::wheelEvent(QWheelEvent *event)
 void Plot::keyPressEvent(QKeyEvent *event)
 {
     const bool sameOpmode = event->modifiers().testFlag(Qt::ControlModifier);
+    if (event->modifiers().testFlag(Qt::AltModifier))
+        return QFrame::keyPressEvent(event); // for the window's commands
     switch (event->key()) {
     case Qt::Key_Escape:
         if (m_datastore)

@@ -282,12 +282,14 @@ void TimeSeriesBrowser::fitTimescale(RecordTime begin, RecordTime end)
 void TimeSeriesBrowser::refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width)
 {
     if (timeView()->contentsRect().width() != width && timeScale() == fitted)
-        timeView()->fitIntoView(begin, end);
+        timeView()->refitIntoView(begin, end);
 }
 
 void TimeSeriesBrowser::setDisableAutoscroll(bool on)
 {
     m_disableAutoscroll = on;
+    if (!on)
+        timeView()->finishDrag(); // a plot lets go of the axis
 }
 
 void TimeSeriesBrowser::selectRecord(std::shared_ptr<Record> record)

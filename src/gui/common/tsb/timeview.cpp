@@ -11,12 +11,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Tsb {
 
 namespace {
 
-constexpr int rollInterval = 20;
+constexpr int rollInterval = 20; // ms
+constexpr int settleTime = 400;  // ms after the last step of a zoom
 
 TimeView::Surroundings realSurroundings()
 {
@@ -73,6 +75,9 @@ TimeView::TimeView(QWidget *parent) : QFrame(parent), m_surroundings(realSurroun
     m_timeScale = TimeScale(m_surroundings.now(), ticksPerSecond, 0);
     m_rollTimer.setInterval(rollInterval);
     connect(&m_followTimer, &QTimer::timeout, this, &TimeView::updateFollowNow);
+    m_settleTimer.setSingleShot(true);
+    m_settleTimer.setInterval(settleTime);
+    connect(&m_settleTimer, &QTimer::timeout, this, &TimeView::finishGesture);
     connect(&m_rollTimer, &QTimer::timeout, this, &TimeView::panTick);
 }
 
@@ -132,6 +137,13 @@ void TimeView::scrollIntoView(RecordTime beginTime, RecordTime endTime)
 
 void TimeView::fitIntoView(RecordTime beginTime, RecordTime endTime)
 {
+    beginGesture();
+    refitIntoView(beginTime, endTime);
+    finishGesture();
+}
+
+void TimeView::refitIntoView(RecordTime beginTime, RecordTime endTime)
+{
     if (isMissing(beginTime) || isMissing(endTime))
         return;
     setFollowNow(false);
@@ -145,15 +157,24 @@ void TimeView::changeZoom(double multiplier, int midPixel)
     std::int64_t ticks = zoomedTicks(m_timeScale.ticksPerPixel, multiplier);
     if (multiplier > 1 && ticks == m_timeScale.ticksPerPixel)
         ++ticks; // else truncation would hold the finest scales for ever
-    if (m_followNow)
-        return updateFollowNowAt(ticks);
-    TimeScale scale = m_timeScale.rebased(midPixel);
-    scale.ticksPerPixel = ticks;
-    setTimeScale(scale);
+    if (!m_settleTimer.isActive() && m_dragState == Idle)
+        beginGesture();
+    if (m_followNow) {
+        updateFollowNowAt(ticks);
+    } else {
+        TimeScale scale = m_timeScale.rebased(midPixel);
+        scale.ticksPerPixel = ticks;
+        setTimeScale(scale);
+    }
+    m_settleTimer.start();
+    tellHistory();
 }
 
 void TimeView::changeZoom(TimeScale startTimescale, QPoint delta)
 {
+    if (m_settleTimer.isActive())
+        finishGesture(); // steps of zoom came before the drag
+    m_history.begin(place());
     if (m_followNow) {
         const std::int64_t span = saturatedSubtract(m_timeScale.originPixel, startTimescale.originPixel);
         const std::int64_t left = saturatedSubtract(span, delta.x());
@@ -166,17 +187,82 @@ void TimeView::changeZoom(TimeScale startTimescale, QPoint delta)
     update();
 }
 
+// ---- the way back
+
+void TimeView::beginGesture()
+{
+    finishGesture();
+    m_history.begin(place());
+}
+
+void TimeView::finishGesture()
+{
+    m_settleTimer.stop();
+    m_history.finish(place());
+    tellHistory();
+}
+
+void TimeView::finishDrag()
+{
+    if (m_history.isOpen() && !m_settleTimer.isActive())
+        finishGesture();
+}
+
+void TimeView::tellHistory()
+{
+    const bool has = hasPreviousView();
+    if (std::exchange(m_toldHasPrevious, has) != has)
+        Q_EMIT hasPreviousViewChanged(has);
+}
+
+void TimeView::forgetViews()
+{
+    m_settleTimer.stop();
+    m_history.clear();
+    tellHistory();
+}
+
+void TimeView::goToTime(RecordTime time)
+{
+    if (isMissing(time))
+        return;
+    beginGesture();
+    setFollowNow(false);
+    setTimeScale({time, m_timeScale.ticksPerPixel, contentsWidth() / 2});
+    finishGesture();
+}
+
+void TimeView::goToPreviousView()
+{
+    const bool dragging = m_history.isOpen() && !m_settleTimer.isActive();
+    if (dragging)
+        return;
+    m_settleTimer.stop();
+    const auto previous = m_history.goBack(place());
+    if (previous && previous->following && m_followNow) {
+        updateFollowNowAt(previous->scale.ticksPerPixel);
+    } else if (previous) {
+        setFollowNow(false);
+        setTimeScale(previous->scale);
+    }
+    tellHistory();
+}
+
 // ---- following the present
 
 void TimeView::setFollowNow(bool on)
 {
     if (on == m_followNow)
         return;
+    // Starting is a gesture, which leaves a place that one may want back; running with the clock is none.
+    if (on)
+        beginGesture();
     m_followNow = on;
     if (on) {
         updateFollowInterval();
         m_followTimer.start();
         updateFollowNow();
+        finishGesture();
     } else {
         m_followTimer.stop();
     }
@@ -224,6 +310,7 @@ void TimeView::mousePressEvent(QMouseEvent *event)
 {
     if (m_dragState != Idle || (event->button() != Qt::LeftButton && event->button() != Qt::MiddleButton))
         return QFrame::mousePressEvent(event);
+    beginGesture();
     m_pressPoint = QPoint(event->x(), height() / 2);
     m_dragStartScale = m_timeScale.rebased(event->x() - contentsRect().left());
     if (event->button() == Qt::LeftButton) {
@@ -248,6 +335,7 @@ void TimeView::mouseReleaseEvent(QMouseEvent *event)
     m_rollTimer.stop();
     m_dragState = Idle;
     setCursor(Qt::OpenHandCursor);
+    finishDrag();
 }
 
 void TimeView::mouseDoubleClickEvent(QMouseEvent *)

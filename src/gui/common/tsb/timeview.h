@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui/common/tsb/timescale.h"
+#include "gui/common/tsb/viewhistory.h"
 
 #include <QFrame>
 #include <QTimer>
@@ -29,6 +30,9 @@ public:
     /// Seconds added to a time when it becomes text.
     void setTimeOffset(std::int64_t seconds);
     std::int64_t timeOffset() const { return m_offsetSeconds; }
+    bool hasPreviousView() const { return m_history.hasPrevious(place()); }
+    /// The way back ends here: what was looked at has no meaning for other data.
+    void forgetViews();
     /// Draws the axis for a painter whose origin is the top left of the contents rectangle.
     void paintAxis(QPainter &painter, const QSize &size) const;
 
@@ -42,10 +46,18 @@ public Q_SLOTS:
     /// Moves as little as possible; nothing during a drag or when a time is missing.
     void scrollIntoView(RecordTime beginTime, RecordTime endTime);
     void fitIntoView(RecordTime beginTime, RecordTime endTime);
-    /// Zooms about a column of the contents; a multiplier above 1 shows more time.
+    /// The same once more at another width: no step of its own on the way back.
+    void refitIntoView(RecordTime beginTime, RecordTime endTime);
+    /// Brings the moment to the middle and keeps the zoom; nothing for a missing time.
+    void goToTime(RecordTime time);
+    /// Goes back to what was shown before the last finished gesture; nothing during a drag.
+    void goToPreviousView();
+    /// Zooms about a column of the contents; a multiplier above 1 shows more time. Steps that follow each other within
+    /// a moment are one gesture.
     void changeZoom(double multiplier, int midPixel);
-    /// A drag from the scale at its start: x pans, y zooms.
+    /// A drag from the scale at its start: x pans, y zooms. The gesture lasts until finishDrag().
     void changeZoom(TimeScale startTimescale, QPoint delta);
+    void finishDrag();
     /// The column is in a plot's widget coordinates.
     void setTimeCursor(bool visible, int value);
 
@@ -53,6 +65,7 @@ Q_SIGNALS:
     void timeScaleChanged(TimeScale timescale);
     void followNowChanged(bool on);
     void doubleClicked();
+    void hasPreviousViewChanged(bool has);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -67,10 +80,14 @@ protected:
 private Q_SLOTS:
     void updateFollowNow();
     void panTick();
+    void finishGesture();
 
 private:
     enum DragState { Idle, Panning, Rolling };
 
+    ViewHistory::Place place() const { return {m_timeScale, m_followNow}; }
+    void beginGesture();
+    void tellHistory();
     void updateFollowNowAt(std::int64_t ticksPerPixel);
     void updateFollowInterval();
     void updateFontMetrics();
@@ -95,6 +112,9 @@ private:
     QTimer m_rollTimer;
     double m_rollSpeed = 0;
     double m_rollPosition = 0;
+    ViewHistory m_history;
+    QTimer m_settleTimer; ///< runs while steps of zoom may still follow
+    bool m_toldHasPrevious = false;
     bool m_cursorVisible = false;
     int m_cursorPixel = 0;
     QBrush m_cursorBrush;
