@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 
 #include <csignal>
 #include <iostream>
@@ -41,6 +42,14 @@ int main(int argc, char **argv)
         QDir(path).exists()) {
         std::cerr << "The folder \"" << folder << "\" isn't empty.\n";
         return 2;
+    }
+    if (QFileInfo::exists(path) && !QFileInfo(path).isDir()) {
+        std::cerr << "\"" << folder << "\" isn't a folder.\n";
+        return 2;
+    }
+    if (!QDir().mkpath(path)) {
+        std::cerr << "The folder \"" << folder << "\" can't be made.\n";
+        return 1;
     }
     Log::RootLogger::instance().setFilter([](const Log::Entry &entry) { return entry.level <= Log::Warning; });
     const Demo::Campaign campaign(settings);

@@ -33,7 +33,15 @@ const Log::Logger &logger()
 InverterList readInverters(const QStringList &paths)
 {
     QStringList errors;
-    InverterList inverters = SpectMath::loadChosenInverters(paths, unitTable(), &errors);
+    InverterList inverters;
+    for (const QString &path : paths) {
+        const int errorsBefore = errors.size();
+        const InverterList some = SpectMath::loadChosenInverters({path}, unitTable(), &errors);
+        // Other files are passed over in silence, which suits a folder; here the path itself was named.
+        if (some.empty() && errors.size() == errorsBefore)
+            errors << QStringLiteral("No inverters in '%1'").arg(path);
+        inverters.insert(inverters.end(), some.begin(), some.end());
+    }
     if (errors.isEmpty())
         return inverters;
     logger().log(Log::Error, QStringLiteral("Errors reading inverters:\n") + errors.join(QLatin1Char('\n')));

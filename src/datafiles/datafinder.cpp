@@ -3,6 +3,7 @@
 #include "log/logger.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QRegExp>
 #include <QSet>
 
@@ -132,6 +133,8 @@ FolderContents folderContents(const QString &folder)
 
 QString nothingMatchedText(const QString &folder)
 {
+    if (!QFileInfo(folder).isDir())
+        return QStringLiteral("No file matches the choice. There is no folder '%1'").arg(folder);
     const FolderContents contents = folderContents(folder);
     QStringList parts;
     if (!contents.variants.isEmpty())

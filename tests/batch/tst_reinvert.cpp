@@ -130,7 +130,8 @@ TEST_F(Reinvert, EveryWayOfEndingHasItsStatus)
     EXPECT_FALSE(QDir(path("none")).exists());
     EXPECT_EQ(run({"reinvert", "{}/demo", "--variant", "block", "--output", "{}/none"}).code, 2);
     EXPECT_EQ(run(arguments("{}/other.inverter", "{}/none", {"--jobs", "0"})).code, 2);
-    for (const char *flawed : {"bad.inverter", "unit.inverter", "missing"}) {
+    EXPECT_EQ(code("{}/file", "{}/none"), 1);
+    for (const char *flawed : {"bad.inverter", "unit.inverter", "missing", "file"}) {
         const Ended ended =
             run(QStringList{"reinvert", "{}/demo", "--variant", "block", "--output", QString("{}/out-%1").arg(flawed),
                             "--inverters", QString("{}/%1").arg(flawed), "{}/other.inverter"});

@@ -204,10 +204,12 @@ TEST_F(DemoFilesTest, SavedAgainByteByByte)
 
 TEST_F(DemoFilesTest, Program)
 {
-    const auto run = [](const QStringList &arguments) {
+    QByteArray errors;
+    const auto run = [&errors](const QStringList &arguments) {
         QProcess process;
         process.start(QStringLiteral(MORVANTIDE_DEMO), arguments);
         EXPECT_TRUE(process.waitForFinished(60000));
+        errors = process.readAllStandardError();
         return process.exitCode();
     };
     const QString out = path(QStringLiteral("new/folder"));
@@ -221,4 +223,11 @@ TEST_F(DemoFilesTest, Program)
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(run({path(QStringLiteral("none")), QStringLiteral("--days"), QStringLiteral("0")}), 2);
     EXPECT_FALSE(QDir(path(QStringLiteral("none"))).exists());
+    // What can't become a folder is told once, not for every row.
+    QFile file(path(QStringLiteral("file")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_EQ(run({file.fileName()}), 2);
+    EXPECT_EQ(errors.count('\n'), 1) << errors.constData();
+    EXPECT_EQ(run({file.fileName() + QStringLiteral("/inside")}), 1);
+    EXPECT_EQ(errors.count('\n'), 1) << errors.constData();
 }
