@@ -20,24 +20,23 @@ QString bar(int done, int all)
 
 } // namespace
 
-bool writeInOrder(Spectrometer::PlainFileOutput &output, const Datastore &store, const QString &verb, bool records,
-                  const SpectraSource &spectraOf)
+bool writeInOrder(Spectrometer::PlainFileOutput &output, const Datastore &store, const QString &verb,
+                  const Spectrometer::SpectraSource &spectraOf)
 {
     QString day;
-    for (int i = 0; i < store.size(); ++i) {
-        const Record &record = *store.at(i);
-        const QString thisDay = dayText(record);
+    return Spectrometer::writeRecords(output, store, spectraOf, [&](int done) {
+        if (done == store.size())
+            return true;
+        const QString thisDay = dayText(*store.at(done));
         if (thisDay != day && Interrupt::requested())
             return false;
         day = thisDay;
-        output.writeSpectraRow(record, spectraOf(record), record.spectraProvisional);
-        if (records)
-            output.writeRecordRow(record);
-        if (i % progressEvery == 0)
-            ProgressLine::show(QStringLiteral("%1 %2 %3 %4 %")
-                                   .arg(verb, day, bar(i, store.size()), QString::number(i * 100LL / store.size())));
-    }
-    return true;
+        if (done % progressEvery == 0)
+            ProgressLine::show(
+                QStringLiteral("%1 %2 %3 %4 %")
+                    .arg(verb, day, bar(done, store.size()), QString::number(done * 100LL / store.size())));
+        return true;
+    });
 }
 
 } // namespace Batch

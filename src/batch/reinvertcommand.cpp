@@ -89,9 +89,11 @@ Selection select(const FileReader &reader, const InverterList &inverters, bool o
     selection.keepRead = !onlyNew;
     for (const InverterPointer &inverter : inverters)
         selection.newHashes.insert(inverter->info()->hash);
+    QVector<SpectMath::SpectrumInfoPointer> kept;
     for (const auto &info : reader.spectrumInfos())
         if (selection.keeps(*info))
-            selection.byMode[info->opmode] << info;
+            kept << info;
+    selection.byMode = Spectrometer::spectraByMode(*reader.datastore(), *reader.metadata(), kept);
     for (const InverterPointer &inverter : inverters)
         selection.byMode[inverter->info()->opmode] << inverter->info();
     return selection;
@@ -134,7 +136,7 @@ bool invertAndWrite(const ReinvertOptions &options, const FileReader &reader, co
     PlainFileOutput output(settings);
     MergedSpectra spectra(reader, inverters, selection, options.jobs);
     const bool complete = writeInOrder(
-        output, *reader.datastore(), QStringLiteral("Inverting"), options.save.records,
+        output, *reader.datastore(), QStringLiteral("Inverting"),
         [&spectra](const Record &record) -> const SpectMath::SpectrumPointerList & { return spectra.next(record); });
     output.closeFiles();
     ProgressLine::clear();

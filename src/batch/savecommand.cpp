@@ -51,7 +51,7 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
 
     PlainFileOutput output(outputSettings(options, *read.reader, spectra));
     outcome.interrupted =
-        !writeInOrder(output, *read.reader->datastore(), QStringLiteral("Writing"), options.records,
+        !writeInOrder(output, *read.reader->datastore(), QStringLiteral("Writing"),
                       [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
     output.closeFiles();
     ProgressLine::clear();

@@ -70,19 +70,7 @@ QStringList expectedTargets(const SaveOptions &options, const QStringList &input
 
 SpectraByMode spectraByMode(const FileReader &reader)
 {
-    // A description tells its mode by its name alone, which a file need not follow: what the records hold counts too.
-    QMap<QString, QSet<const SpectMath::SpectrumInfo *>> held;
-    for (const auto &record : reader.datastore()->records())
-        for (const auto &spectrum : record->spectra)
-            held[reader.metadata()->opmodeName(record->opmode)].insert(spectrum->info.get());
-    for (const auto &info : reader.spectrumInfos())
-        held[info->opmode].insert(info.get());
-    SpectraByMode modes;
-    for (auto mode = held.cbegin(); mode != held.cend(); ++mode)
-        for (const auto &info : reader.spectrumInfos())
-            if (mode->contains(info.get()))
-                modes[mode.key()].append(info);
-    return modes;
+    return Spectrometer::spectraByMode(*reader.datastore(), *reader.metadata(), reader.spectrumInfos());
 }
 
 QString dayText(const Spectrometer::RecordHead &head)
@@ -111,14 +99,9 @@ QStringList targetsOf(const SaveOptions &options, const FileReader &reader, cons
 Spectrometer::PlainFileOutput::Settings outputSettings(const SaveOptions &options, const FileReader &reader,
                                                        const SpectraByMode &spectra)
 {
-    Spectrometer::PlainFileOutput::Settings settings;
-    settings.folder = options.outputFolder;
-    settings.fileNamePattern = QStringLiteral("%Y%m%d");
-    settings.timeFormat = QStringLiteral("%Y-%m-%d %H:%M:%s");
-    settings.variants[0].name = options.outputVariant;
+    auto settings = Spectrometer::dayFileSettings(options.outputFolder, options.outputVariant, reader.metadata());
     settings.variants[0].records = options.records;
     settings.inversionVars = options.inversionVars;
-    settings.metadata = reader.metadata();
     settings.spectra = spectra;
     return settings;
 }

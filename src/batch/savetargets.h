@@ -2,14 +2,13 @@
 
 #include "batch/commandline.h"
 #include "datafiles/filereader.h"
-#include "datafiles/plainfileoutput.h"
+#include "datafiles/recordwriting.h"
 
 #include <QStringList>
 
 namespace Batch {
 
-/// The spectra that are written for each mode, by its name.
-using SpectraByMode = QMap<QString, QVector<SpectMath::SpectrumInfoPointer>>;
+using Spectrometer::SpectraByMode;
 
 /// The day files that a save would write, as far as the names of the files to read tell: their days and modes. Names in
 /// the output folder.

@@ -1,5 +1,6 @@
 #include "datafiles/datafinder.h"
 
+#include "datafiles/plainfileoutput.h"
 #include "log/logger.h"
 
 #include <QDateTime>
@@ -129,6 +130,20 @@ FolderContents folderContents(const QString &folder)
     contents.variants = variants.values();
     contents.variants.sort(Qt::CaseSensitive);
     return contents;
+}
+
+int dayFileCount(const QString &folder, const QString &variant, const QStringList &modes)
+{
+    const auto part = [](const QString &name) {
+        return QRegExp::escape(Spectrometer::PlainFileOutput::fileNamePart(name));
+    };
+    QStringList kinds{QStringLiteral("\\.(diagnostics|currents|flags|records)")};
+    for (const QString &mode : modes)
+        kinds.append(QStringLiteral("-%1\\.spectra").arg(part(mode)));
+    QRegExp name(QStringLiteral("\\d{4}-?\\d{2}-?\\d{2}-%1(%2)").arg(part(variant), kinds.join(QLatin1Char('|'))));
+    const QStringList entries = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    return int(std::count_if(entries.begin(), entries.end(),
+                             [&name](const QString &entry) { return name.exactMatch(entry); }));
 }
 
 QString nothingMatchedText(const QString &folder)

@@ -162,12 +162,20 @@ PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime loca
         written = true;
         file.settle();
     } catch (const FileOutputError &error) {
-        m_logger.log(Log::Error, error.message());
+        logLoss(file.wantedName(), error.message());
         if (!written)
             file.flagIds.rollBack();
     }
     ++(written ? m_counts.written : m_counts.lost);
     return written ? RowResult::Written : RowResult::Lost;
+}
+
+void PlainFileOutput::logLoss(const QString &fileName, const QString &message)
+{
+    if (m_lossMessages == LossMessages::FirstOfFile && m_toldFiles.contains(fileName))
+        return;
+    m_toldFiles.insert(fileName);
+    m_logger.log(Log::Error, message);
 }
 
 void PlainFileOutput::putHead(RowText &row, const RecordHead &head) const

@@ -10,6 +10,7 @@
 #include <QMap>
 #include <QMutex>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QVector>
 
@@ -46,8 +47,8 @@ public:
         QHash<int, VariantSettings> variants; ///< by RecordHead::dpVariantId
         bool rawFile = false;
         bool logFile = false;
-        bool inversionVars = false;     ///< the residuals of the currents, in spectra files
-        RecordMetadataPointer metadata; ///< without it nothing is written
+        bool inversionVars = false;                     ///< the residuals of the currents, in spectra files
+        std::shared_ptr<const RecordMetadata> metadata; ///< without it nothing is written
         QMap<QString, QVector<SpectMath::SpectrumInfoPointer>>
             spectra;    ///< what to write, by the name of the operating mode
         QString remark; ///< free
@@ -80,6 +81,9 @@ public:
     /// The record's own spectra.
     RowResult writeSpectraRow(const Record &record);
 
+    /// Which lost rows are logged: each, or the first of each file, for who tells their number in the end.
+    enum class LossMessages { EachRow, FirstOfFile };
+    void setLossMessages(LossMessages messages) { m_lossMessages = messages; }
     /// The rows of all kinds since the object was made.
     RowCounts counts() const { return m_counts; }
     /// Closes and unlocks all files; the next rows open them again.
@@ -105,6 +109,7 @@ private:
     template<typename MakeRow>
     RowResult writeRow(File &file, RecordTime localTime, MakeRow makeRow);
     void putHead(RowText &row, const RecordHead &head) const;
+    void logLoss(const QString &fileName, const QString &message);
 
     Log::Logger m_logger;
     mutable QMutex m_settingsMutex; ///< guards m_settings
@@ -115,6 +120,8 @@ private:
     std::unique_ptr<File> m_logFile;
     std::unique_ptr<RowText> m_row; ///< one buffer for all rows
     RowCounts m_counts;
+    LossMessages m_lossMessages = LossMessages::EachRow;
+    QSet<QString> m_toldFiles; ///< of which a loss was logged
 };
 
 } // namespace Spectrometer

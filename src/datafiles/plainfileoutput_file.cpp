@@ -88,7 +88,8 @@ QString PlainFileOutput::File::nameFor(RecordTime localTime)
 
 void PlainFileOutput::File::openFor(RecordTime localTime)
 {
-    const QString name = nameFor(localTime);
+    m_wantedName = m_pattern;
+    const QString name = m_wantedName = nameFor(localTime);
     if (m_file && name == m_currentName)
         return;
     m_message = m_file ? QStringLiteral("closing \"%2\"\nopening \"%1\"").arg(name, m_currentName)

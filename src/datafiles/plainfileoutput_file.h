@@ -46,6 +46,8 @@ public:
     void close();
 
     QString currentName() const { return m_currentName; }
+    /// The name that openFor was last asked for, though it may have failed; the pattern for a time that has none.
+    const QString &wantedName() const { return m_wantedName; }
 
     bool matchHeader = true;                                     ///< continue a file whose last header is this one
     FlagIds flagIds;                                             ///< of this opening
@@ -63,6 +65,7 @@ private:
 
     std::shared_ptr<LockedFile> m_file;
     QString m_currentName;
+    QString m_wantedName;
     QString m_pattern;
     QList<QByteArray> m_header;
     QString m_message;
