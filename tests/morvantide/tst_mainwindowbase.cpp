@@ -325,13 +325,14 @@ TEST_F(MainWindowBaseTest, EveryDockHasItsNameAndItsEntryInTheMenu)
     for (const QDockWidget *dock : window.findChildren<QDockWidget *>())
         names.append(dock->objectName());
     names.sort();
-    EXPECT_EQ(names, (QStringList{"", "currentrecordform", "logDock"}));
+    EXPECT_EQ(names, (QStringList{"", "currentrecordform", "logDock", "reportView"}));
     for (const QAction *menu : window.menuBar()->actions()) {
         titles.append(menu->text());
         if (menu->text() == "&View") {
-            ASSERT_EQ(menu->menu()->actions().size(), 3);
+            ASSERT_EQ(menu->menu()->actions().size(), 4);
             EXPECT_EQ(menu->menu()->actions()[0]->text(), "Log");
             EXPECT_EQ(menu->menu()->actions()[1]->text(), "Selected record");
+            EXPECT_EQ(menu->menu()->actions()[3]->text(), "Inversion report");
         }
     }
     EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "&View", "&Help"}));

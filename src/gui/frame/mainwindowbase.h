@@ -16,7 +16,8 @@ class RecordForm;
 
 namespace RecordViews {
 class RecordView;
-}
+class ReportView;
+} // namespace RecordViews
 namespace Tsb {
 class TimeSeriesBrowser;
 }
@@ -102,6 +103,7 @@ protected:
     QSettings *settings() const { return m_settings.get(); }
     const Log::Logger &logger() const { return m_logger; }
     const Actions &actions() const { return m_actions; }
+    RecordViews::ReportView *reportView() const { return m_reportView; }
     QMenu *fileMenu() const { return m_fileMenu; }
     QMenu *timeseriesMenu() const { return m_timeseriesMenu; }
     QMenu *viewMenu() const { return m_viewMenu; }
@@ -132,6 +134,7 @@ private:
     std::shared_ptr<UiInfo> m_uiInfo;
     Tsb::TimeSeriesBrowser *m_browser;
     RecordForm *m_recordForm = nullptr;
+    RecordViews::ReportView *m_reportView = nullptr;
     std::vector<DockPlace> m_docks;
     QList<RecordViews::RecordView *> m_recordViews; ///< told of each shown record
     Actions m_actions;

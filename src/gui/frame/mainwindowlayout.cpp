@@ -3,7 +3,7 @@
 #include "gui/common/iconhelp.h"
 #include "gui/common/logdock.h"
 #include "gui/common/recordform.h"
-#include "gui/common/recordviews/recordview.h"
+#include "gui/common/recordviews/reportview.h"
 #include "gui/common/tsb/plotmenu.h"
 #include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/common/tsb/timeview.h"
@@ -75,6 +75,8 @@ void MainWindowBase::setupDocks()
     selected->setObjectName(QStringLiteral("currentrecordform"));
     m_recordForm = new RecordForm(m_uiInfo, selected);
     selected->setWidget(m_recordForm);
+    m_reportView = new RecordViews::ReportView(m_uiInfo, this);
+    addRecordView(m_reportView, {}, Qt::BottomDockWidgetArea);
     const DockPlace own[] = {
         {m_logDock, QStringLiteral("log"), Qt::BottomDockWidgetArea},
         {selected, QStringLiteral("current-record"), Qt::LeftDockWidgetArea},
@@ -84,6 +86,8 @@ void MainWindowBase::setupDocks()
         place.dock->toggleViewAction()->setIcon(namedIcon(place.icon));
         addDockWidget(place.area, place.dock);
     }
+    tabifyDockWidget(m_logDock, m_reportView);
+    m_logDock->raise();
     // The log is a strip to glance at, not half of the window.
     resizeDocks({m_logDock}, {fontMetrics().lineSpacing() * 7}, Qt::Vertical);
 }

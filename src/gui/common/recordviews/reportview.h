@@ -1,0 +1,39 @@
+#pragma once
+
+#include "gui/common/recordviews/recordview.h"
+#include "spectra/inverter.h"
+
+class QLabel;
+class QPushButton;
+class QStackedWidget;
+class QTextBrowser;
+
+namespace RecordViews {
+
+/// Shows how the selected record's currents invert, with every inverter of its operating mode. Nothing is computed
+/// until the button is pressed; another record, and other inverters, bring the button back.
+class ReportView : public RecordView {
+    Q_OBJECT
+public:
+    explicit ReportView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr, Qt::WindowFlags flags = {});
+
+public Q_SLOTS:
+    void showRecord(std::shared_ptr<Record> record) override;
+    void updateSetup() override;
+    /// The inverters in use, in the order of loading; none until some have been loaded.
+    void setInverters(const SpectMath::InverterList &inverters);
+    void showCurrentReport();
+
+private:
+    QWidget *makeButtonPage();
+    void returnToButton();
+
+    std::shared_ptr<Record> m_record;
+    SpectMath::InverterList m_inverters;
+    QStackedWidget *m_pages;
+    QPushButton *m_button = nullptr;
+    QLabel *m_hint = nullptr; ///< what is missing for a report
+    QTextBrowser *m_browser;
+};
+
+} // namespace RecordViews
