@@ -142,6 +142,40 @@ TEST(UiInfo, PublishesTheDataOnce)
     EXPECT_EQ(ui.spectrumName(again.get()), "p");
 }
 
+TEST(UiInfo, TheUsersColoursAndCommentsStandBeforeTheOwn)
+{
+    UiInfo ui;
+    auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    const auto a = info("p", "aaaa", "", "first"), b = info("p", "bbbb", "", "second"), c = info("q", "cccc");
+    ui.setData(metadata, {a, b, c});
+    ui.publish();
+    EXPECT_EQ(ui.spectrumComment(a.get()), "first");
+    EXPECT_EQ(ui.commented(a), a) << "nothing to copy";
+
+    ui.setSpectrumComment(a.get(), "own");
+    ui.setSpectrumColor(a.get(), Qt::green);
+    ui.setSpectrumColor(b.get(), QColor());
+    ui.setSpectrumComment(info("stranger", "dddd").get(), "lost");
+    const QColor colorOfB = ui.spectrumColor(b.get());
+    ui.publish();
+    EXPECT_EQ(ui.spectrumName(a.get()), "p (own)");
+    EXPECT_EQ(ui.spectrumName(b.get()), "p (second)");
+    EXPECT_EQ(ui.spectrumColor(a.get()), QColor(Qt::green));
+    EXPECT_EQ(ui.spectrumColor(b.get()), colorOfB);
+    EXPECT_EQ(ui.spectrumComment(nullptr), "");
+    const auto copy = ui.commented(a);
+    EXPECT_EQ(copy->comment, "own");
+    EXPECT_EQ(*copy, *a) << "a record's spectrum is found under it";
+    EXPECT_EQ(a->comment, "first") << "what was published stays";
+
+    ui.removeSpectrum(a.get());
+    ui.addSpectrum(a, "reinv-1");
+    EXPECT_EQ(ui.spectrumComment(a.get()), "first") << "the comment went with the spectrum";
+    ui.setSpectrumComment(b.get(), "own");
+    ui.setData(metadata, {a, b, c});
+    EXPECT_EQ(ui.spectrumComment(b.get()), "second") << "other data may have the same hash";
+}
+
 TEST(UiInfo, HighlightsAndValuesTellOfChangesOnly)
 {
     UiInfo ui;

@@ -36,6 +36,7 @@ void UiInfo::removeSpectrum(InfoKey info)
     if (found == m_spectrumInfos.end())
         return;
     m_spectrumTags.remove((*found)->hash);
+    m_spectrumComments.remove((*found)->hash);
     m_spectrumInfos.erase(found);
 }
 
@@ -44,14 +45,30 @@ void UiInfo::clear()
     m_metadata.reset();
     m_spectrumInfos.clear();
     m_spectrumTags.clear();
+    m_spectrumComments.clear();
     m_values.clear();
     setHighlights({}, {});
+}
+
+void UiInfo::setSpectrumColor(InfoKey info, const QColor &color)
+{
+    if (info && color.isValid())
+        m_spectrumColors.insert(info->hash, color);
+}
+
+void UiInfo::setSpectrumComment(InfoKey info, const QString &comment)
+{
+    if (info && spectrumById(info->hash))
+        m_spectrumComments.insert(info->hash, comment);
 }
 
 void UiInfo::publish()
 {
     m_spectrumNames.clear();
-    const QStringList names = SpectrumNaming::displayNames(m_spectrumInfos);
+    QList<InfoPointer> infos;
+    for (const InfoPointer &info : qAsConst(m_spectrumInfos))
+        infos.append(commented(info));
+    const QStringList names = SpectrumNaming::displayNames(infos);
     for (int i = 0; i < names.size(); ++i)
         m_spectrumNames.insert(m_spectrumInfos[i]->hash, names[i]);
     if (m_metadata) // without data the colours wait for the next
@@ -65,6 +82,20 @@ QString UiInfo::spectrumName(InfoKey info) const
     if (!info)
         return {};
     return SpectrumNaming::taggedName(m_spectrumNames.value(info->hash, info->name), m_spectrumTags.value(info->hash));
+}
+
+QString UiInfo::spectrumComment(InfoKey info) const
+{
+    return info ? m_spectrumComments.value(info->hash, info->comment) : QString();
+}
+
+UiInfo::InfoPointer UiInfo::commented(const InfoPointer &info) const
+{
+    if (!info || spectrumComment(info.get()) == info->comment)
+        return info;
+    auto copy = std::make_shared<SpectMath::SpectrumInfo>(*info);
+    copy->comment = spectrumComment(info.get());
+    return copy;
 }
 
 QColor UiInfo::spectrumColor(InfoKey info) const

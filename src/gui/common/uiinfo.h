@@ -39,6 +39,10 @@ public:
     void removeSpectrum(InfoKey info);
     /// No data, nothing highlighted. Colours are remembered, for the case that the same data come back.
     void clear();
+    /// The user's own colour for a spectrum, which stays with its hash. An invalid one changes nothing.
+    void setSpectrumColor(InfoKey info, const QColor &color);
+    /// The user's own words on a spectrum of the list, in place of those that it came with; gone with the data.
+    void setSpectrumComment(InfoKey info, const QString &comment);
     /// Recomputes names and colours and emits configUpdated.
     void publish();
 
@@ -47,6 +51,10 @@ public:
     QString spectrumName(InfoKey info) const;
     /// Invalid when it has none.
     QColor spectrumColor(InfoKey info) const;
+    /// The user's comment on a spectrum, or the one that it came with; empty for null.
+    QString spectrumComment(InfoKey info) const;
+    /// The description with the user's comment in it, as it is written into files: itself, or a copy that is equal.
+    InfoPointer commented(const InfoPointer &info) const;
     /// The colours of all spectra, by hash.
     const SpectrumColors::ByHash &spectrumColors() const { return m_spectrumColors; }
     /// Indexed by opmode.
@@ -79,6 +87,7 @@ private:
     // All by hash: a description that is rebuilt keeps what belongs to it.
     QHash<QString, QString> m_spectrumNames;
     QHash<QString, QString> m_spectrumTags;
+    QHash<QString, QString> m_spectrumComments; ///< by the user
     SpectrumColors::ByHash m_spectrumColors;
     std::vector<QColor> m_opmodeColors;
     QStringList m_highlightedVariables;
