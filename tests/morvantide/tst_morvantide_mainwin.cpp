@@ -1,6 +1,7 @@
 #include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/common/tsb/timeview.h"
 #include "gui/morvantide/datachooserdialog.h"
+#include "gui/morvantide/datasaverdialog.h"
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "gui/morvantide/readprogressdialog.h"
 #include "morvantide/dayfolder.h"
@@ -223,6 +224,63 @@ TEST_F(MorvantideMainWindowTest, FilesPickedByHand)
     EXPECT_EQ(settings().value("lastpathpickfiles").toString(), data.path());
 }
 
+TEST_F(MorvantideMainWindowTest, SavesTheOpenDataAndRemembersWhere)
+{
+    const auto action = [this](const QString &text) {
+        for (QAction *candidate : window->findChildren<QAction *>())
+            if (candidate->text() == text)
+                return candidate;
+        return static_cast<QAction *>(nullptr);
+    };
+    QTemporaryDir output;
+    QString variant, folder;
+    const auto save = [&](const QString &newVariant, const QString &newFolder) {
+        withDialog<DataSaverDialog>([&](DataSaverDialog &dialog) {
+            variant = dialog.variant();
+            folder = dialog.folder();
+            dialog.setVariant(newVariant);
+            dialog.findChild<QLineEdit *>("folderEdit")->setText(newFolder);
+            dialog.close();
+        });
+        action("Save data...")->trigger();
+    };
+    EXPECT_FALSE(action("Save data...")->isEnabled());
+    data.writeDay(1);
+    open();
+    save("mine", output.path());
+    EXPECT_EQ(variant + ' ' + folder, "block-reinv ");
+    save("mine", output.path());
+    EXPECT_EQ(variant + ' ' + folder, "mine " + output.path());
+    EXPECT_EQ(settings().value("datasaver/folder").toString(), output.path());
+    EXPECT_EQ(settings().allKeys().filter("datasaver"), QStringList{"datasaver/folder"}) << "the variant isn't stored";
+    open();
+    save("mine", output.path());
+    EXPECT_EQ(variant, "block-reinv") << "other data, another name";
+    window->closeData();
+    EXPECT_FALSE(action("Save data...")->isEnabled());
+}
+
+TEST_F(MorvantideMainWindowTest, AWishToQuitEndsASaveUnderWay)
+{
+    for (int day = 1; day <= 20; ++day)
+        data.writeDay(day);
+    open();
+    QTemporaryDir output;
+    bool wasSaving = false;
+    withDialog<DataSaverDialog>([&](DataSaverDialog &dialog) {
+        dialog.findChild<QLineEdit *>("folderEdit")->setText(output.path());
+        QTimer::singleShot(0, &dialog, [&] {
+            wasSaving = dialog.isSaving();
+            window->terminateSignal();
+        });
+        dialog.saveData();
+    });
+    QTimer::singleShot(0, window.get(), &MorvantideMainWindow::saveData);
+    QApplication::exec();
+    EXPECT_TRUE(wasSaving);
+    EXPECT_TRUE(log().contains("Saving was stopped after 100 of"));
+}
+
 TEST_F(MorvantideMainWindowTest, OffersTheCommandLinesFolder)
 {
     QVariantMap offered;
@@ -298,7 +356,8 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
         }
     }
     EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "Spectra", "&View", "&Help"}));
-    EXPECT_EQ(file, (QStringList{"Open data folder...", "Manually select data files...", "", "&Quit"}));
+    EXPECT_EQ(file,
+              (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
     EXPECT_EQ(spectra, QStringList{"Show inversion statistics"});
 
     QStringList buttons;

@@ -75,6 +75,7 @@ void MorvantideMainWindow::setupActions()
     m_openFilesAction->setIconText(tr("Manually select files"));
     connect(m_openFolderAction, &QAction::triggered, this, [this] { showDataDirChoice(); });
     connect(m_openFilesAction, &QAction::triggered, this, &MorvantideMainWindow::showDataFileChoice);
+    setupKeepingActions();
 }
 
 void MorvantideMainWindow::setupToolbar()
@@ -101,6 +102,8 @@ void MorvantideMainWindow::setupMenus()
     MainWindowBase::setupMenus();
     fileMenu()->insertActions(actions().quit, {m_openFolderAction, m_openFilesAction});
     fileMenu()->insertSeparator(actions().quit);
+    fileMenu()->insertAction(actions().quit, m_saveAction);
+    fileMenu()->insertSeparator(actions().quit);
     auto *spectraMenu = new QMenu(tr("Spectra"), this);
     spectraMenu->addAction(actions().inversionStats);
     menuBar()->insertMenu(viewMenu()->menuAction(), spectraMenu);
@@ -119,6 +122,8 @@ void MorvantideMainWindow::setTitle(bool incomplete)
 void MorvantideMainWindow::terminateSignal()
 {
     storeMainWindowState();
+    if (m_saver)
+        m_saver->reject(); // ends the writing, which runs the event loop only now and then
     QCoreApplication::quit();
 }
 
@@ -219,6 +224,7 @@ void MorvantideMainWindow::showData(FileReader &reader)
     uiInfo()->publish();
     setBrowsingEnabled(true);
     setDatastore(m_store);
+    updateKeepingActions();
     fitTimescale();
     if (!browser()->hasViews())
         browser()->addDefaultStack();
@@ -240,4 +246,5 @@ void MorvantideMainWindow::closeData()
     uiInfo()->clear();
     uiInfo()->publish();
     setBrowsingEnabled(false);
+    updateKeepingActions();
 }

@@ -2,7 +2,9 @@
 
 #include "gui/frame/mainwindowbase.h"
 #include "gui/morvantide/dataloader.h"
+#include "gui/morvantide/datasaverdialog.h"
 
+#include <QPointer>
 #include <QVariantMap>
 
 /// The review window: the commands that open and close data. What a command does at length has an owner of its own.
@@ -32,6 +34,8 @@ public Q_SLOTS:
     void closeData();
     void cancelFileReader();
     void fileReaderFinished(const DataLoader::Result &result);
+    /// Asks for a folder and what to write into it, and writes day files.
+    void saveData();
     /// Quits, on a wish from outside of the event loop.
     void terminateSignal();
 
@@ -52,10 +56,19 @@ private:
     void showData(FileReader &reader);
     void setTitle(bool incomplete);
 
+    // ---- keeping the result
+    void setupKeepingActions();
+    void updateKeepingActions();
+    Spectrometer::SpectraByMode spectraToSave() const;
+
     DataLoader m_loader;
     std::shared_ptr<Datastore> m_store; ///< the open data; null without
     Request m_request;                  ///< of the open data or the read under way
     QString m_folderPath;
     QAction *m_openFolderAction = nullptr;
     QAction *m_openFilesAction = nullptr;
+
+    QAction *m_saveAction = nullptr;
+    QString m_saveVariant; ///< of the next save
+    QPointer<DataSaverDialog> m_saver;
 };
