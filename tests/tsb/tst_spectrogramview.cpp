@@ -48,7 +48,7 @@ protected:
         QSet<QString> ids;
         for (const char *name : names)
             ids.insert(QStringLiteral("id-") + QLatin1String(name));
-        view.setVisibleSpectra(ids);
+        view.findChild<Tsb::SpectraSelectionWidget *>()->setSelectedSpectra(ids); // as the user does
     }
     std::string labels() const
     {

@@ -270,8 +270,8 @@ TEST_F(BrowserTest, AbsurdHeightsAreHeld)
     const struct {
         QVariant given;
         int height;
-    } cases[] = {{0, 60},       {-5, 60},   {QStringLiteral("high"), 60}, {qQNaN(), 60}, {3, 16}, {qInf(), 4096},
-                 {1e300, 4096}, {200, 200}, {QVariantList{1}, 60}};
+    } cases[] = {{0, 60},       {-5, 60},   {QStringLiteral("high"), 60}, {qQNaN(), 60}, {3, 16}, {qInf(), 60},
+                 {1e300, 4096}, {200, 200}, {QVariantList{1}, 60},        {true, 60}};
     for (const auto &c : cases) {
         StripView view;
         view.setSettings(QVariantMap{{QStringLiteral("height"), c.given}});

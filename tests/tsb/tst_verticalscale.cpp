@@ -218,7 +218,7 @@ TEST_F(VerticalScaleTest, DragGoesOnAcrossTheScreensEdge)
         };
         moveAtEdge(above(60));
         EXPECT_NEAR(widget.scale().value(60), grabbed, 1e-9);
-        const QPoint jump = Tsb::cursorJumpAtScreenEdge(QPoint(0, 300));
+        const QPoint jump = Tsb::cursorJumpAtScreenEdge(QPoint(0, 300), Tsb::screenAt(QPoint(0, 300)));
         mouse(QEvent::MouseMove, obeys ? above(70) + jump : above(70), Qt::NoButton, Qt::LeftButton);
         EXPECT_NEAR(widget.scale().value(70), grabbed, 1e-9) << "no jump of the scale" << obeys;
         EXPECT_NEAR(widget.scale().valuePerPixel, 0.5, 1e-12);

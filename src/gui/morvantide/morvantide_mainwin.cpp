@@ -93,6 +93,9 @@ void MorvantideMainWindow::setupToolbar()
     auto *menu = new Tsb::PlotMenu(addPlot);
     menu->addActions(browser()->addPlotActions());
     addPlot->setMenu(menu);
+    const QAction *anyPlot = browser()->addPlotActions().first();
+    const auto followActions = [addPlot, anyPlot] { addPlot->setEnabled(anyPlot->isEnabled()); };
+    connect(anyPlot, &QAction::changed, addPlot, followActions);
     toolBar()->addSeparator();
     toolBar()->addWidget(addPlot);
 }

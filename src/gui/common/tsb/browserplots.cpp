@@ -20,6 +20,10 @@ const QString opmodeType = QStringLiteral("opmode");
 const QString scatterType = QStringLiteral("scatterplot");
 const QString spectrogramType = QStringLiteral("spectrogram");
 
+// A further spectrum gets a strip that is high enough for its name and its unit, while a few of them fit on a screen.
+constexpr int heightOfStrip = 72;
+constexpr int mostStrips = 5;
+
 /// The ids of all spectra, by the name of their group.
 QMap<QString, QStringList> spectraByGroup(const UiInfo &uiInfo)
 {
@@ -40,9 +44,11 @@ QStringList groupsInOrder(const UiInfo &uiInfo)
     return names;
 }
 
-QString withCapital(const QString &text)
+/// With a capital, and every character shown: "&" is no mark of a key.
+QString menuText(QString name)
 {
-    return text.left(1).toUpper() + text.mid(1);
+    name.replace(QLatin1Char('&'), QLatin1String("&&"));
+    return name.left(1).toUpper() + name.mid(1);
 }
 
 } // namespace
@@ -121,7 +127,7 @@ void TimeSeriesBrowser::reloadUiSetup()
     if (m_uiInfo) {
         const auto groups = spectraByGroup(*m_uiInfo);
         for (auto group = groups.begin(); group != groups.end(); ++group)
-            m_spectrogramMenu->addAction(withCapital(group.key()))->setData(group.value());
+            m_spectrogramMenu->addAction(menuText(group.key()))->setData(group.value());
     }
     m_spectrogramAction->setMenu(m_spectrogramMenu->isEmpty() ? nullptr : m_spectrogramMenu.get());
 }
@@ -147,28 +153,26 @@ void TimeSeriesBrowser::addNewSpectrogramView()
     QStringList ids;
     if (m_uiInfo && m_uiInfo->spectrumInfos().size() == 1)
         ids << m_uiInfo->spectrumInfos().first()->hash;
-    addSpectrogramView(ids);
+    addSpectrogramView(ids)->fitScale();
     ensureViewVisible(m_addPlotRow);
 }
 
 void TimeSeriesBrowser::addNewSpectrogramView(QAction *action)
 {
-    addSpectrogramView(action->data().toStringList());
+    addSpectrogramView(action->data().toStringList())->fitScale();
     ensureViewVisible(m_addPlotRow);
 }
 
 View *TimeSeriesBrowser::addSpectrogramView(const QStringList &ids)
 {
     View *const view = makeView(spectrogramType);
-    if (!view)
-        return nullptr;
     addView(view);
     if (ids.isEmpty())
         return view;
     activateLayouts();
     view->setVisibleSpectra(QSet<QString>(ids.begin(), ids.end()));
+    view->setFixedHeight(view->height() + (std::min(ids.size(), mostStrips) - 1) * heightOfStrip);
     view->activateLayout(); // for the plots that came with the spectra
-    view->fitScale();
     return view;
 }
 
@@ -230,7 +234,7 @@ void TimeSeriesBrowser::addDefaultStack()
             addConcentrationsOf(groups.value(modes.first()));
         addFirstVariable();
     }
-    for (const QString &mode : modes)
+    for (const QString &mode : hasKind(spectrogramType) ? modes : QStringList())
         addSpectrogramView(groups.value(mode));
     allFitScale();
 }

@@ -164,7 +164,7 @@ void Colorbar::addDecadeLabels(QPainterPath &path, const QSize &size) const
         const QString text = QString::number(std::pow(10.0, decade), 'g', 6);
         const int width = metrics.horizontalAdvance(text);
         const double left = tickPosition(decade, size.width()) - width / 2.0;
-        if (left < freeFrom || left >= size.width())
+        if (left < freeFrom || left + width > size.width())
             return;
         path.addText(left, baseline, m_labelFont, text);
         freeFrom = left + width + metrics.horizontalAdvance(QLatin1Char(' '));

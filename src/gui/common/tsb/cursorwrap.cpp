@@ -29,6 +29,12 @@ CursorAccess &cursorAccess()
     return access;
 }
 
+/// Whether a jump leaves the edge that the last one left.
+bool isRepeat(int jump, int last)
+{
+    return jump != 0 && (jump > 0) == (last > 0) && last != 0;
+}
+
 } // namespace
 
 QPoint cursorJumpAtScreenEdge(const QPoint &global, const QRect &screen)
@@ -36,12 +42,10 @@ QPoint cursorJumpAtScreenEdge(const QPoint &global, const QRect &screen)
     return {jumpOf(global.x(), screen.x(), screen.width()), jumpOf(global.y(), screen.y(), screen.height())};
 }
 
-QPoint cursorJumpAtScreenEdge(const QPoint &global)
+QRect screenAt(const QPoint &global)
 {
-    QScreen *screen = QGuiApplication::screenAt(global);
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    return screen ? cursorJumpAtScreenEdge(global, screen->geometry()) : QPoint();
+    const QScreen *screen = QGuiApplication::screenAt(global);
+    return (screen ? screen : QGuiApplication::primaryScreen())->geometry();
 }
 
 bool moveCursor(const QPoint &global)
@@ -53,6 +57,30 @@ bool moveCursor(const QPoint &global)
         QCursor::setPos(global);
     const QPoint off = (access.get ? access.get() : QCursor::pos()) - global;
     return off.manhattanLength() <= 2 * tolerance;
+}
+
+void EndlessDrag::begin(const QPoint &press)
+{
+    m_pressPoint = press;
+    m_lastJump = {};
+    m_wrapping = true;
+}
+
+std::optional<QPoint> EndlessDrag::moveTo(const QPoint &position, const QPoint &global, const QRect &screen)
+{
+    const QPoint travel = position - m_pressPoint;
+    if (!m_wrapping)
+        return travel;
+    const QPoint jump = cursorJumpAtScreenEdge(global, screen);
+    if (m_edge == SkipsRepeats && (isRepeat(jump.x(), m_lastJump.x()) || isRepeat(jump.y(), m_lastJump.y())))
+        return std::nullopt;
+    m_lastJump = jump;
+    if (!jump.isNull()) {
+        m_wrapping = moveCursor(global + jump);
+        if (m_wrapping)
+            m_pressPoint += jump;
+    }
+    return travel;
 }
 
 void setCursorAccess(const CursorAccess &access)

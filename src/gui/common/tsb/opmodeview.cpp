@@ -1,13 +1,19 @@
 #include "gui/common/tsb/opmodeview.h"
 
 #include "datafiles/recordflagparser.h"
+#include "gui/common/tsb/plaintooltip.h"
 #include "gui/common/tsb/viewlayout.h"
 
 #include <QFontMetrics>
 #include <QLabel>
-#include <QTextDocument>
+
+#include <algorithm>
 
 namespace Tsb {
+
+namespace {
+constexpr int greatestLabelHeight = 200; ///< of a message of many lines
+} // namespace
 
 OpmodeView::OpmodeView(QWidget *parent) : SinglePlotView<OpmodePlot>(parent), m_label(new QLabel(this))
 {
@@ -46,8 +52,8 @@ void OpmodeView::showFlag(const QString &flagData)
     const auto flag = Spectrometer::makeRecordFlag(flagData);
     m_label->setText(flag->message);
     m_label->show();
-    setFixedHeight(heightOf(m_label->sizeHint().height()));
-    setToolTip(Qt::mightBeRichText(flag->message) ? flag->message.toHtmlEscaped() : flag->message);
+    setFixedHeight(heightOf(std::min(m_label->sizeHint().height(), greatestLabelHeight)));
+    setToolTip(plainToolTip(flag->message));
     plot()->showFlag(*flag);
 }
 
@@ -64,7 +70,7 @@ void OpmodeView::setSettings(const QVariant &settings)
     const QString type = map.value(QStringLiteral("type")).toString();
     if (type == QLatin1String("opmode"))
         showOpmode();
-    else if (type == QLatin1String("flag"))
+    else if (type == QLatin1String("flag") && !map.value(QStringLiteral("flag")).toString().isEmpty())
         showFlag(map.value(QStringLiteral("flag")).toString());
 }
 

@@ -15,7 +15,8 @@ namespace Tsb {
 
 namespace {
 
-constexpr std::uint8_t unknownMode = 255;
+constexpr std::uint8_t unknownPen = 255;
+constexpr int mostModes = 127;
 constexpr int markerMargin = 2; ///< a marker reaches beyond its record's own columns
 
 const QColor cursorColor(0, 0, 0, 80);
@@ -31,8 +32,9 @@ ScatterPlot::ScatterPlot(QWidget *parent) : Plot(parent)
 {
     setMouseTracking(true);
     setRedrawMargin(markerMargin);
-    m_opmodes.setValueOf([](const Record &record) {
-        return record.opmode >= 0 && record.opmode < unknownMode ? std::uint8_t(record.opmode) : unknownMode;
+    m_pens.setValueOf([](const Record &record) {
+        const bool known = record.opmode >= 0 && record.opmode < mostModes;
+        return known ? std::uint8_t(2 * record.opmode + (record.regular ? 0 : 1)) : unknownPen;
     });
 }
 
@@ -83,27 +85,28 @@ void ScatterPlot::rebuildSeries()
         if (number < 0 || number >= m_uiInfo->metadata()->totalElectrometers)
             return;
         if (m_settings.showElectrometerNoise)
-            return addRecordSeries([number](const Record &r) { return electrometerNoise(r, number); }, false);
+            return addRecordSeries([number](const Record &r) { return electrometerNoise(r, number); }, false, false);
         if (m_settings.showRawCurrents)
-            addRecordSeries([number](const Record &r) { return slotValue(r.rawCurrents, number); }, true);
+            addRecordSeries([number](const Record &r) { return slotValue(r.rawCurrents, number); }, true, true);
         if (m_settings.showProcessedCurrents)
-            addRecordSeries([number](const Record &r) { return slotValue(r.currents, number); }, false);
+            addRecordSeries([number](const Record &r) { return slotValue(r.currents, number); }, false, false);
     } else if (m_settings.type == ScatterPlotSettings::Variable) {
         if (const auto variable = m_uiInfo->metadata()->variable(m_settings.parameterName)) {
             const int slot = variable->valueIndex;
-            addRecordSeries([slot](const Record &r) { return slotValue(r.variables, slot); }, false);
+            addRecordSeries([slot](const Record &r) { return slotValue(r.variables, slot); }, false, true);
         }
     } else {
         rebuildSpectrumSeries();
     }
 }
 
-void ScatterPlot::addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool pale)
+void ScatterPlot::addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool paleRegular, bool paleIrregular)
 {
     RecordSeries series;
     series.values.setValueOf(std::move(valueOf));
     for (const QColor &color : m_uiInfo->opmodeColors())
-        series.colors.push_back(opaque(pale ? paleTint(color) : color));
+        for (const bool pale : {paleRegular, paleIrregular})
+            series.colors.push_back(opaque(pale ? paleTint(color) : color));
     m_recordSeries.push_back(std::move(series));
 }
 
@@ -138,7 +141,7 @@ void ScatterPlot::setDatastore(Datastore *store)
     if (datastore())
         disconnect(datastore(), nullptr, this, nullptr);
     Plot::setDatastore(store);
-    m_opmodes.invalidate();
+    m_pens.invalidate();
     rebuildSeries();
     if (store) {
         connect(store, &Datastore::updated, this, &ScatterPlot::noteUpdated);
@@ -153,14 +156,14 @@ void ScatterPlot::noteUpdated(int index, const std::shared_ptr<Record> &record, 
             series.values.noteUpdated(*datastore(), record);
         return;
     }
-    m_opmodes.noteUpdated(*datastore(), index, *record);
+    m_pens.noteUpdated(*datastore(), index, *record);
     for (RecordSeries &series : m_recordSeries)
         series.values.noteUpdated(*datastore(), index, *record);
 }
 
 void ScatterPlot::noteRemoved()
 {
-    m_opmodes.noteRemoved();
+    m_pens.noteRemoved();
     for (RecordSeries &series : m_recordSeries)
         series.values.noteRemoved();
     for (SpectrumSeries &series : m_spectrumSeries)
@@ -200,7 +203,7 @@ void ScatterPlot::drawRecordSeries(MarkerPainter &marker, int first, int last)
         return;
     const SpanIndex &spans = datastore()->recordSpans();
     const auto run = barRun(spans, timeScale(), first - 1, last + 1);
-    const std::uint8_t *const opmodes = m_opmodes.values(*datastore()).data();
+    const std::uint8_t *const pens = m_pens.values(*datastore()).data();
     const PositionMap x(timeScale());
     const double height = contentsRect().height();
     struct Line {
@@ -215,8 +218,8 @@ void ScatterPlot::drawRecordSeries(MarkerPainter &marker, int first, int last)
         const double column = x(middleTick(spans, i));
         for (const Line &line : lines) {
             const double row = height - m_scale.pixel(line.values[i]);
-            const std::uint8_t mode = opmodes[i];
-            marker.mark(column, row, mode < line.colorCount ? line.colors[mode] : qRgb(0, 0, 0));
+            const std::uint8_t pen = pens[i];
+            marker.mark(column, row, pen < line.colorCount ? line.colors[pen] : qRgb(0, 0, 0));
         }
     }
 }
@@ -289,10 +292,8 @@ std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) cons
         const QString unit = scatterUnit(m_settings, variable ? variable->unit : QString());
         for (const RecordSeries &series : m_recordSeries) {
             const double value = series.values.valueOf(record);
-            const bool known = record.opmode >= 0 && std::size_t(record.opmode) < series.colors.size();
             if (!std::isnan(value))
-                points.push_back(
-                    {name, unit, value, value, known ? series.colors[std::size_t(record.opmode)] : qRgb(0, 0, 0)});
+                points.push_back({name, unit, value, value, series.colorOf(m_pens.valueOf(record))});
         }
         return points;
     }

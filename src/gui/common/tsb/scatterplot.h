@@ -46,7 +46,8 @@ private:
     /// A line of points with one value for each record: currents, noise or a variable.
     struct RecordSeries {
         RecordColumn<double> values;
-        std::vector<QRgb> colors; ///< by opmode; black for modes outside it
+        std::vector<QRgb> colors; ///< by pen of the record; black for pens outside it
+        QRgb colorOf(std::uint8_t pen) const { return pen < colors.size() ? colors[pen] : qRgb(0, 0, 0); }
     };
     /// A line of points with one value for each entry of a spectrum series.
     struct SpectrumSeries {
@@ -65,7 +66,7 @@ private:
     };
 
     void rebuildSeries();
-    void addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool pale);
+    void addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool paleRegular, bool paleIrregular);
     void rebuildSpectrumSeries();
     void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags);
     void noteRemoved();
@@ -82,7 +83,7 @@ private:
     std::shared_ptr<UiInfo> m_uiInfo;
     ValueScale m_scale;
     ScatterPlotSettings m_settings;
-    RecordColumn<std::uint8_t> m_opmodes; ///< 255 for modes that have no colour
+    RecordColumn<std::uint8_t> m_pens; ///< 2 m for regular records of mode m, 2 m + 1 for others; 255 without a mode
     std::vector<RecordSeries> m_recordSeries;
     std::vector<SpectrumSeries> m_spectrumSeries;
 };

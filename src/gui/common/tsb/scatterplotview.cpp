@@ -4,6 +4,7 @@
 #include "gui/common/tsb/scatterpropertiesrow.h"
 #include "gui/common/tsb/scattersetup.h"
 #include "gui/common/tsb/scattervalues.h"
+#include "gui/common/tsb/setupvalues.h"
 #include "gui/common/tsb/verticalscalewidget.h"
 #include "gui/common/tsb/viewlayout.h"
 
@@ -303,18 +304,16 @@ void ScatterPlotView::setSettings(const QVariant &settings)
     if (!settings.isValid())
         return;
     const QVariantMap map = settings.toMap();
-    if (const int stored = viewHeight(map.value(QStringLiteral("height"))))
-        setFixedHeight(stored);
-    setPropertiesVisible(map.value(QStringLiteral("propertiesVisible"), true).toBool());
+    restoreHeight(map.value(QStringLiteral("height")));
+    setPropertiesVisible(boolOr(map, "propertiesVisible", true));
     const int type = scatterTypeFromSetup(map, m_settings.type);
     change([&map](ScatterPlotSettings &s) { readScatterSetup(map, s); });
     showType(type);
     // Last, since showing a kind fits the scale.
-    bool hasLower = false, hasUpper = false;
-    const double lower = map.value(QStringLiteral("scaleMin")).toDouble(&hasLower);
-    const double upper = map.value(QStringLiteral("scaleMax")).toDouble(&hasUpper);
-    if (hasLower && hasUpper && std::isfinite(lower) && std::isfinite(upper))
-        m_scale->setMinMax(lower, upper, true);
+    const auto lower = finiteNumber(map.value(QStringLiteral("scaleMin")));
+    const auto upper = finiteNumber(map.value(QStringLiteral("scaleMax")));
+    if (lower && upper)
+        m_scale->setMinMax(*lower, *upper, true);
 }
 
 } // namespace Tsb

@@ -88,10 +88,7 @@ ScatterPropertiesRow::ScatterPropertiesRow(QWidget *parent) : QWidget(parent)
     connect(m_parameterCombo, qOverload<int>(&QComboBox::currentIndexChanged), this,
             [this] { Q_EMIT parameterChosen(SpectrumParameter(m_parameterCombo->currentData().toInt())); });
     connect(m_spectra, &SpectraSelectionWidget::selectionChanged, this, &ScatterPropertiesRow::spectraChosen);
-    connect(m_spectraButton, &QToolButton::clicked, this, [this] {
-        m_spectra->move(m_spectraButton->mapToGlobal(QPoint(0, m_spectraButton->height())));
-        m_spectra->show();
-    });
+    connect(m_spectraButton, &QToolButton::clicked, this, [this] { m_spectra->popUpBelow(m_spectraButton); });
 }
 
 QComboBox *ScatterPropertiesRow::addCombo(const QString &toolTip)

@@ -1,8 +1,9 @@
 #include "gui/common/tsb/scattersetup.h"
 
+#include "gui/common/tsb/setupvalues.h"
+
 #include <QStringList>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -23,20 +24,12 @@ QStringList sortedIds(const QSet<QString> &ids)
     return list;
 }
 
-bool flag(const QVariantMap &map, const char *key, bool fallback)
-{
-    const QVariant value = map.value(QString::fromLatin1(key));
-    return value.type() == QVariant::Bool ? value.toBool() : fallback;
-}
-
 /// Sets a limit by the number under the key, if it is one.
 template<typename Make>
 void readLimit(const QVariantMap &map, const char *key, MobilitySize &limit, Make make)
 {
-    bool ok = false;
-    const double value = map.value(QString::fromLatin1(key)).toDouble(&ok);
-    if (ok && std::isfinite(value))
-        limit = limitInBothUnits(make(value));
+    if (const auto value = finiteNumber(map.value(QString::fromLatin1(key))))
+        limit = limitInBothUnits(make(*value));
 }
 
 } // namespace
@@ -49,13 +42,6 @@ MobilitySize limitInBothUnits(const MobilitySize &limit)
     result.diameterUnit = Unit::nanometre;
     result.mobilityUnit = Unit::mobilityCgs;
     return result;
-}
-
-int viewHeight(const QVariant &stored)
-{
-    bool ok = false;
-    const double height = stored.toDouble(&ok);
-    return ok && height > 0 ? int(std::clamp(height, 16.0, 4096.0)) : 0;
 }
 
 QVariantMap scatterSetup(const ScatterPlotSettings &settings)
@@ -109,16 +95,14 @@ int scatterTypeFromSetup(const QVariantMap &map, int fallback)
 void readScatterSetup(const QVariantMap &map, ScatterPlotSettings &settings)
 {
     const ScatterPlotSettings defaults;
-    settings.datalabels = flag(map, "datalabels", defaults.datalabels);
-    settings.showRawCurrents = flag(map, "showRawCurrents", defaults.showRawCurrents);
-    settings.showProcessedCurrents = flag(map, "showProcessedCurrents", defaults.showProcessedCurrents);
-    settings.showElectrometerNoise = flag(map, "showElectrometerNoise", defaults.showElectrometerNoise);
-    settings.totalConcentration = flag(map, "totalConcentration", defaults.totalConcentration);
-    bool ok = false;
-    const int electrometer = map.value("electrometerNumber").toInt(&ok);
-    if (ok)
-        settings.electrometerNumber = electrometer;
-    if (map.contains("parameterName"))
+    settings.datalabels = boolOr(map, "datalabels", defaults.datalabels);
+    settings.showRawCurrents = boolOr(map, "showRawCurrents", defaults.showRawCurrents);
+    settings.showProcessedCurrents = boolOr(map, "showProcessedCurrents", defaults.showProcessedCurrents);
+    settings.showElectrometerNoise = boolOr(map, "showElectrometerNoise", defaults.showElectrometerNoise);
+    settings.totalConcentration = boolOr(map, "totalConcentration", defaults.totalConcentration);
+    if (const auto electrometer = wholeNumber(map.value("electrometerNumber")))
+        settings.electrometerNumber = *electrometer;
+    if (map.value("parameterName").type() == QVariant::String)
         settings.parameterName = map.value("parameterName").toString();
     settings.fractionScale =
         SpectMath::distributionScaleFromText(map.value("fractionScale").toString(), settings.fractionScale);

@@ -14,9 +14,6 @@ void readScatterSetup(const QVariantMap &map, ScatterPlotSettings &settings);
 /// The kind that the map names, or the fallback.
 int scatterTypeFromSetup(const QVariantMap &map, int fallback);
 
-/// The height of a view as stored, held within 16 to 4096 pixels; 0 for one that says nothing.
-int viewHeight(const QVariant &stored);
-
 /// The same limit with its diameter in nm and its mobility in cm^2/s/V.
 SpectMath::MobilitySize limitInBothUnits(const SpectMath::MobilitySize &limit);
 

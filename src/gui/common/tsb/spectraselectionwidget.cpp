@@ -7,13 +7,18 @@
 #include <QListView>
 #include <QPixmap>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QStandardItemModel>
+#include <QStyle>
+
+#include <algorithm>
 
 namespace Tsb {
 
 namespace {
 constexpr int idRole = Qt::UserRole;
 constexpr int colorSquare = 8;
+constexpr int leastWidth = 16; // characters
 } // namespace
 
 QPixmap spectrumColorPixmap(const QColor &color)
@@ -36,6 +41,9 @@ SpectraSelectionWidget::SpectraSelectionWidget(bool popup, QWidget *parent)
     m_listView->setSelectionMode(QAbstractItemView::MultiSelection);
     m_listView->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_listView->setModel(m_model);
+    m_listView->setIconSize(QSize(colorSquare, colorSquare));
+    if (popup) // a press on the button that closes the list must not open it again
+        setAttribute(Qt::WA_NoMouseReplay);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_listView);
@@ -108,6 +116,34 @@ void SpectraSelectionWidget::modelSelectionChanged(const QItemSelection &selecte
         return;
     m_selected = ids;
     Q_EMIT selectionChanged(m_selected);
+}
+
+QSize SpectraSelectionWidget::sizeOfRows() const
+{
+    const int rows = m_model->rowCount(), frame = 2 * m_listView->frameWidth();
+    int widest = fontMetrics().averageCharWidth() * leastWidth, height = frame;
+    for (int row = 0; row < rows; ++row) {
+        widest = std::max(widest, fontMetrics().horizontalAdvance(m_model->item(row)->text()));
+        height += m_model->item(row)->sizeHint().height();
+    }
+    const int margin = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, m_listView) + 1);
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_listView);
+    return {widest + colorSquare + 2 * margin + scrollBar + frame, std::max(height, frame + fontMetrics().height())};
+}
+
+void SpectraSelectionWidget::popUpBelow(const QWidget *button)
+{
+    const QRect screen = button->screen()->availableGeometry();
+    resize(sizeOfRows().boundedTo(screen.size()));
+    QPoint place = button->mapToGlobal(QPoint(0, button->height()));
+    if (place.y() + height() > screen.bottom() + 1) {
+        const int above = button->mapToGlobal(QPoint()).y() - height();
+        place.setY(above >= screen.top() ? above : screen.bottom() + 1 - height());
+    }
+    place.setX(std::max(screen.left(), std::min(place.x(), screen.right() + 1 - width())));
+    move(place);
+    show();
+    m_listView->setFocus();
 }
 
 void SpectraSelectionWidget::showEvent(QShowEvent *event)

@@ -25,6 +25,8 @@ public:
     void setUiInfo(const std::shared_ptr<UiInfo> &uiInfo);
     const QSet<QString> &selectedSpectra() const { return m_selected; }
     QListView *listView() const { return m_listView; }
+    /// Shows the pop-up at a button, as large as its rows and on the button's screen as a whole.
+    void popUpBelow(const QWidget *button);
 
 public Q_SLOTS:
     void updateSpectrumList();
@@ -43,6 +45,7 @@ private Q_SLOTS:
 
 private:
     void selectRows();
+    QSize sizeOfRows() const;
 
     QListView *m_listView;
     QStandardItemModel *m_model;

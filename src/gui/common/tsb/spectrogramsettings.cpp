@@ -1,44 +1,14 @@
 #include "gui/common/tsb/expspinbox.h"
+#include "gui/common/tsb/setupvalues.h"
 #include "gui/common/tsb/spectraselectionwidget.h"
 #include "gui/common/tsb/spectrogramview.h"
 
 #include <QAction>
 #include <QDoubleSpinBox>
 
-#include <algorithm>
 #include <cmath>
 
 namespace Tsb {
-
-namespace {
-
-constexpr double leastHeight = 16;
-constexpr double greatestHeight = 4096;
-
-/// The finite number under a key; not a number if there is none of that kind.
-double numberIn(const QVariantMap &map, const char *key)
-{
-    const QVariant value = map.value(QLatin1String(key));
-    switch (int(value.type())) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return std::isfinite(value.toDouble()) ? value.toDouble() : std::numeric_limits<double>::quiet_NaN();
-    default:
-        return std::numeric_limits<double>::quiet_NaN();
-    }
-}
-
-bool boolIn(const QVariantMap &map, const char *key, bool fallback)
-{
-    const QVariant value = map.value(QLatin1String(key));
-    return value.type() == QVariant::Bool ? value.toBool() : fallback;
-}
-
-} // namespace
 
 QStringList SpectrogramView::sortedVisibleSpectra() const
 {
@@ -70,28 +40,25 @@ void SpectrogramView::setSettings(const QVariant &settings)
     if (settings.type() != QVariant::Map)
         return;
     const QVariantMap map = settings.toMap();
-    const double height = numberIn(map, "height");
-    if (height > 0)
-        setFixedHeight(int(std::clamp(height, leastHeight, greatestHeight)));
+    restoreHeight(map.value(QStringLiteral("height")));
 
     const QStringList ids = map.value(QStringLiteral("spectra")).toStringList();
     m_visibleSpectra = QSet<QString>(ids.begin(), ids.end());
     m_selectionWidget->setSelectedSpectra(m_visibleSpectra);
     updateRows();
 
-    const double lower = numberIn(map, "colorLower");
-    const double upper = numberIn(map, "colorUpper");
-    if (!std::isnan(lower) && !std::isnan(upper))
-        setColorLimits(lower, upper);
-    m_fillGapsAction->setChecked(boolIn(map, "autoFillGaps", true));
-    const double smoothing = numberIn(map, "smoothingCoef");
-    m_smoothingSpinBox->setValue(std::isnan(smoothing) ? 0.0 : smoothing);
-    setSmoothingEnabled(boolIn(map, "smoothingEnabled", false));
+    const auto lower = finiteNumber(map.value(QStringLiteral("colorLower")));
+    const auto upper = finiteNumber(map.value(QStringLiteral("colorUpper")));
+    if (lower && upper)
+        setColorLimits(*lower, *upper);
+    m_fillGapsAction->setChecked(boolOr(map, "autoFillGaps", true));
+    m_smoothingSpinBox->setValue(finiteNumber(map.value(QStringLiteral("smoothingCoef"))).value_or(0.0));
+    setSmoothingEnabled(boolOr(map, "smoothingEnabled", false));
 
     // A setup that doesn't name the background is dark, though a new view is light.
     const QVariant name = map.value(QStringLiteral("colormap"), QStringLiteral("jet"));
     setColormap(name.type() == QVariant::String ? name.toString() : m_colormapName,
-                boolIn(map, "whiteBackground", false));
+                boolOr(map, "whiteBackground", false));
 }
 
 } // namespace Tsb

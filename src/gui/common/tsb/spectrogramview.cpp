@@ -3,6 +3,7 @@
 #include "gui/common/tsb/colorbar.h"
 #include "gui/common/tsb/colorfit.h"
 #include "gui/common/tsb/expspinbox.h"
+#include "gui/common/tsb/plaintooltip.h"
 #include "gui/common/tsb/resizer.h"
 #include "gui/common/tsb/spectraselectionwidget.h"
 #include "gui/common/tsb/spectrogramaxis.h"
@@ -66,7 +67,7 @@ ExpSpinBox *makeLimitBox(double value, QWidget *parent)
 QString toolTipOf(const QString &name, const QString &inverter)
 {
     if (inverter.isEmpty())
-        return SpectrogramView::tr("Distribution: %1").arg(name);
+        return plainToolTip(SpectrogramView::tr("Distribution: %1").arg(name));
     return SpectrogramView::tr("Distribution: %1").arg(name.toHtmlEscaped()) +
            SpectrogramView::tr("<br>Inverter: %2").replace(QLatin1String("%2"), inverter.toHtmlEscaped());
 }
@@ -129,8 +130,6 @@ void SpectrogramView::makeControls()
     layout->addWidget(m_highSpinBox);
 
     m_selectionWidget = new SpectraSelectionWidget(true, this);
-    // A press on the button that closes the list must not open it again.
-    m_selectionWidget->setAttribute(Qt::WA_NoMouseReplay);
 }
 
 void SpectrogramView::makeActions()
@@ -183,7 +182,7 @@ void SpectrogramView::connectControls()
     // From the user
     connect(m_spectraButton, &QToolButton::toggled, this, &SpectrogramView::showSettingsForm);
     connect(m_selectionWidget, &SpectraSelectionWidget::visibilityChanged, m_spectraButton, &QToolButton::setChecked);
-    connect(m_selectionWidget, &SpectraSelectionWidget::selectionChanged, this, &SpectrogramView::setVisibleSpectra);
+    connect(m_selectionWidget, &SpectraSelectionWidget::selectionChanged, this, &SpectrogramView::chooseSpectra);
     connect(m_fitAction, &QAction::triggered, this, &SpectrogramView::fitScale);
     connect(m_fillGapsAction, &QAction::toggled, this,
             [this](bool on) { forEachPlot([on](SpectrogramPlot &plot) { plot.setFillGaps(on); }); });
@@ -203,11 +202,10 @@ void SpectrogramView::showSettingsForm(bool visible)
     m_spectraButton->setChecked(visible);
     if (visible == m_selectionWidget->isVisible())
         return;
-    if (visible) {
-        m_selectionWidget->resize(m_selectionWidget->sizeHint());
-        m_selectionWidget->move(m_spectraButton->mapToGlobal(QPoint(0, m_spectraButton->height())));
-    }
-    m_selectionWidget->setVisible(visible);
+    if (visible)
+        m_selectionWidget->popUpBelow(m_spectraButton);
+    else
+        m_selectionWidget->hide();
 }
 
 // ---- spectra and rows
@@ -230,17 +228,15 @@ void SpectrogramView::setVisibleSpectra(QSet<QString> ids)
     m_visibleSpectra = ids;
     m_selectionWidget->setSelectedSpectra(ids);
     updateRows();
-    if (std::isnan(m_colorLower))
-        fitScale();
 }
 
-void SpectrogramView::addVisibleSpectrum(const SpectMath::SpectrumInfoPointer &info)
+void SpectrogramView::chooseSpectra(const QSet<QString> &ids)
 {
-    if (!info || m_visibleSpectra.contains(info->hash))
+    if (ids == m_visibleSpectra)
         return;
-    m_visibleSpectra.insert(info->hash);
-    m_selectionWidget->setSelectedSpectra(m_visibleSpectra);
-    updateRows();
+    setVisibleSpectra(ids);
+    if (std::isnan(m_colorLower))
+        fitScale();
 }
 
 void SpectrogramView::updateRows()
@@ -300,6 +296,8 @@ void SpectrogramView::configureRow(const Row &row, const SpectMath::SpectrumInfo
     if (!axis) {
         row.plot->setSpectrum(nullptr, false);
         row.scale->setLabel(tr("Invalid spectrum"));
+        row.scale->setToolTip(row.scale->label());
+        row.scale->setIcon(QPixmap());
         row.scale->setMinMax(0, 1, true);
         return;
     }

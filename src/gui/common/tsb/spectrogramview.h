@@ -32,8 +32,6 @@ public:
     ~SpectrogramView() override;
 
     const QSet<QString> &visibleSpectra() const { return m_visibleSpectra; }
-    /// Null is ignored.
-    void addVisibleSpectrum(const SpectMath::SpectrumInfoPointer &info);
     /// Limits of the colours in decades; not a number until they are set.
     double colorLower() const { return m_colorLower; }
     double colorUpper() const { return m_colorUpper; }
@@ -49,7 +47,6 @@ public Q_SLOTS:
     void setUiInfo(std::shared_ptr<UiInfo> uiInfo) override;
     /// Fits the colour limits to the values in view; without values they stay.
     void fitScale() override;
-    /// A choice of the user: fits the colours if they have no limits yet.
     void setVisibleSpectra(QSet<QString> ids) override;
     void setSmoothingEnabled(bool on);
     void showSettingsForm(bool visible);
@@ -63,6 +60,10 @@ public Q_SLOTS:
 Q_SIGNALS:
     void smoothingChanged(double width);
     void requestColorLimits(double lower, double upper);
+
+private Q_SLOTS:
+    /// A choice of the user: fits the colours if they have no limits yet.
+    void chooseSpectra(const QSet<QString> &ids);
 
 private:
     void makeControls();

@@ -107,6 +107,7 @@ private:
     /// Null for an unknown type.
     View *makeView(const QString &type) const;
     QString typeOf(const View *view) const;
+    /// The kind must be there. Not fitted.
     View *addSpectrogramView(const QStringList &ids);
     ScatterPlotView *addScatterPlotView();
     void addConcentrationsOf(const QStringList &ids);

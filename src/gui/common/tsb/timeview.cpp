@@ -4,10 +4,8 @@
 #include "gui/common/tsb/timeticks.h"
 #include "util/timeformat.h"
 
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScreen>
 
 #include <algorithm>
 #include <cmath>
@@ -24,21 +22,8 @@ TimeView::Surroundings realSurroundings()
 {
     TimeView::Surroundings real;
     real.now = [] { return currentRecordTime(); };
-    real.screenAt = [](QPoint position) {
-        const QScreen *screen = QGuiApplication::screenAt(position);
-        return (screen ? screen : QGuiApplication::primaryScreen())->geometry();
-    };
+    real.screenAt = [](QPoint position) { return screenAt(position); };
     return real;
-}
-
-/// Takes note of the edge that a jump leaves. False: it is the one left last, and the pointer still stands there.
-bool leaveEdge(int jump, int *state)
-{
-    const int edge = jump > 0 ? -1 : jump < 0 ? 1 : 0;
-    if (edge != 0 && edge == *state)
-        return false;
-    *state = edge;
-    return true;
 }
 
 /// The zoom of a drag by y pixels; no movement keeps the value to the tick.
@@ -311,12 +296,10 @@ void TimeView::mousePressEvent(QMouseEvent *event)
     if (m_dragState != Idle || (event->button() != Qt::LeftButton && event->button() != Qt::MiddleButton))
         return QFrame::mousePressEvent(event);
     beginGesture();
-    m_pressPoint = QPoint(event->x(), height() / 2);
+    m_drag.begin(QPoint(event->x(), height() / 2));
     m_dragStartScale = m_timeScale.rebased(event->x() - contentsRect().left());
     if (event->button() == Qt::LeftButton) {
         m_dragState = Panning;
-        m_wrapping = true;
-        m_wrapStateX = m_wrapStateY = 0;
         setCursor(Qt::ClosedHandCursor);
     } else {
         m_dragState = Rolling;
@@ -347,25 +330,15 @@ void TimeView::mouseMoveEvent(QMouseEvent *event)
 {
     if (m_dragState == Panning)
         return pan(event);
-    const double distance = event->x() - m_pressPoint.x();
+    const double distance = event->x() - m_drag.pressPoint().x();
     m_rollSpeed = std::copysign(distance * distance, distance);
 }
 
 void TimeView::pan(QMouseEvent *event)
 {
-    QPoint jump;
-    if (m_wrapping) {
-        jump = cursorJumpAtScreenEdge(event->globalPos(), m_surroundings.screenAt(event->globalPos()));
-        if (!leaveEdge(jump.x(), &m_wrapStateX) || !leaveEdge(jump.y(), &m_wrapStateY))
-            return;
-    }
-    const QPoint delta = event->pos() - m_pressPoint;
-    if (!jump.isNull()) {
-        m_wrapping = moveCursor(event->globalPos() + jump);
-        if (m_wrapping)
-            m_pressPoint += jump;
-    }
-    panAndZoom(delta);
+    const QPoint global = event->globalPos();
+    if (const auto travel = m_drag.moveTo(event->pos(), global, m_surroundings.screenAt(global)))
+        panAndZoom(*travel);
 }
 
 void TimeView::panAndZoom(QPoint delta)

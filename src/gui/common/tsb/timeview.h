@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui/common/tsb/cursorwrap.h"
 #include "gui/common/tsb/timescale.h"
 #include "gui/common/tsb/viewhistory.h"
 
@@ -101,11 +102,8 @@ private:
     int m_preferredHeight = 0;
     TimeScale m_timeScale;
     DragState m_dragState = Idle;
-    QPoint m_pressPoint; ///< moved along when the pointer steps over the screen's edge
+    EndlessDrag m_drag{EndlessDrag::SkipsRepeats};
     TimeScale m_dragStartScale;
-    bool m_wrapping = true; ///< off for the rest of a drag once the pointer couldn't be moved
-    int m_wrapStateX = 0;
-    int m_wrapStateY = 0;
     std::int64_t m_offsetSeconds = 0;
     bool m_followNow = false;
     QTimer m_followTimer;

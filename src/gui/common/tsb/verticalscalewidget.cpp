@@ -1,5 +1,5 @@
 #include "gui/common/tsb/verticalscalewidget.h"
-#include "gui/common/tsb/cursorwrap.h"
+#include "gui/common/tsb/plaintooltip.h"
 #include "gui/common/tsb/valueticks.h"
 
 #include <QMouseEvent>
@@ -104,7 +104,7 @@ void VerticalScaleWidget::setLabel(const QString &label)
     if (label == m_label)
         return;
     m_label = label;
-    setToolTip(label);
+    setToolTip(plainToolTip(label));
     invalidateCache();
 }
 
@@ -274,10 +274,9 @@ void VerticalScaleWidget::mousePressEvent(QMouseEvent *event)
 {
     if (m_readOnly || m_dragging || event->button() != Qt::LeftButton)
         return QFrame::mousePressEvent(event);
-    m_pressPoint = event->pos();
+    m_drag.begin(event->pos());
     m_dragStartScale = m_scale.rebased(heightAt(event->pos().y()));
     m_dragging = true;
-    m_wrapping = true;
     setCursor(Qt::ClosedHandCursor);
 }
 
@@ -285,16 +284,8 @@ void VerticalScaleWidget::mouseMoveEvent(QMouseEvent *event)
 {
     if (!m_dragging)
         return QFrame::mouseMoveEvent(event);
-    const QPoint delta = event->pos() - m_pressPoint;
-    if (m_wrapping) {
-        const QPoint jump = cursorJumpAtScreenEdge(event->globalPos());
-        if (!jump.isNull()) {
-            if (moveCursor(event->globalPos() + jump))
-                m_pressPoint += jump;
-            else
-                m_wrapping = false;
-        }
-    }
+    const QPoint global = event->globalPos();
+    const QPoint delta = m_drag.moveTo(event->pos(), global, screenAt(global)).value_or(QPoint());
     ValueScale scale = m_dragStartScale;
     scale.valuePerPixel = std::pow(0.99, delta.x()) * m_dragStartScale.valuePerPixel;
     scale.originPixel = m_dragStartScale.originPixel - delta.y();

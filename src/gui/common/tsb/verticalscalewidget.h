@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui/common/tsb/cursorwrap.h"
 #include "gui/common/tsb/valuescale.h"
 
 #include <QBrush>
@@ -69,8 +70,7 @@ private:
     double m_minimum = 0.0;
     double m_maximum = 100.0;
     bool m_dragging = false;
-    bool m_wrapping = true; ///< false once the platform has refused to move the pointer in this drag
-    QPoint m_pressPoint;
+    EndlessDrag m_drag{EndlessDrag::TakesRepeats};
     ValueScale m_dragStartScale;
     QString m_label;
     int m_lineHeight = 0;

@@ -2,14 +2,13 @@
 
 #include "gui/common/iconhelp.h"
 #include "gui/common/tsb/plot.h"
+#include "gui/common/tsb/setupvalues.h"
 #include "gui/common/tsb/titlebutton.h"
 #include "gui/common/tsb/viewlayout.h"
 
 #include <QAction>
 #include <QStyle>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace Tsb {
 
@@ -55,10 +54,8 @@ void View::setVisibleSpectra(QSet<QString>) {}
 
 void View::restoreHeight(const QVariant &height)
 {
-    bool ok = false;
-    const double wanted = height.toDouble(&ok);
-    if (ok && wanted >= 1)
-        setFixedHeight(int(std::clamp(wanted, 16.0, 4096.0)));
+    if (const auto wanted = viewHeight(height))
+        setFixedHeight(*wanted);
 }
 
 void View::setTimeScale(TimeScale) {}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+
+namespace Tsb {
+
+/// A name out of the data as the text of a tool tip, which shows it letter by letter: what looks like markup is
+/// escaped. Lines stay lines.
+QString plainToolTip(const QString &text);
+
+} // namespace Tsb
