@@ -16,38 +16,39 @@ struct BarEnds {
     bool hasWidth() const { return x1 > x0; }
 };
 
-/// The position of a moment, whole columns and the part of one apart from each other: a scale that is moved by whole
-/// columns moves every bar by exactly that, so that a picture that was shifted goes on as if it were drawn anew.
-double exactPosition(const TimeScale &scale, std::int64_t tick)
+/// A position as whole columns and ticks of the next one: a scale that is moved by whole columns moves every bar by
+/// exactly that, so that a picture that was shifted goes on as if it were drawn anew.
+struct ExactPosition {
+    std::int64_t columns = 0, rest = 0;
+};
+
+ExactPosition exactPosition(const TimeScale &scale, std::int64_t tick)
 {
+    constexpr std::int64_t farColumn = std::int64_t(1) << 40;
     std::int64_t span;
     if (__builtin_sub_overflow(tick, ticksOf(scale.originTick), &span))
-        return tick < ticksOf(scale.originTick) ? -1e18 : 1e18;
-    std::int64_t columns = span / scale.ticksPerPixel, rest = span % scale.ticksPerPixel;
-    if (rest < 0) {
-        --columns;
-        rest += scale.ticksPerPixel;
+        return {tick < ticksOf(scale.originTick) ? -farColumn : farColumn, 0};
+    ExactPosition position{span / scale.ticksPerPixel, span % scale.ticksPerPixel};
+    if (position.rest < 0) {
+        --position.columns;
+        position.rest += scale.ticksPerPixel;
     }
-    return double(columns + scale.originPixel) + double(rest) / double(scale.ticksPerPixel);
+    position.columns = std::clamp(saturatedAdd(position.columns, scale.originPixel), -farColumn, farColumn);
+    return position;
 }
 
 /// The raster engine rounds to 64ths of a pixel towards zero, which left of the image is the other way: done here, the
-/// same way on both sides.
-double onRasterGrid(double x)
-{
-    return std::floor(x * 64) / 64;
-}
-
+/// same way on both sides, and in whole numbers, since the last digit of a real one depends on the column.
 BarEnds barEnds(const SpanIndex &spans, const TimeScale &scale, std::size_t i)
 {
-    BarEnds ends;
-    ends.x0 = exactPosition(scale, spans.begin(i)) + 0.5;
-    ends.x1 = exactPosition(scale, spans.end(i)) - 0.5;
-    if (ends.x0 >= ends.x1)
-        ends.x0 = ends.x1 = (ends.x0 + ends.x1) / 2;
-    ends.x0 = onRasterGrid(ends.x0);
-    ends.x1 = onRasterGrid(ends.x1);
-    return ends;
+    const ExactPosition begin = exactPosition(scale, spans.begin(i)), end = exactPosition(scale, spans.end(i));
+    const std::int64_t ticks = scale.ticksPerPixel;
+    const std::int64_t columns = end.columns - begin.columns;
+    if (columns > 1 || (columns == 1 && end.rest > begin.rest))
+        return {double(64 * begin.columns + 64 * begin.rest / ticks + 32) / 64,
+                double(64 * end.columns + 64 * end.rest / ticks - 32) / 64};
+    const std::int64_t middle = 32 * (begin.columns + end.columns) + 32 * (begin.rest + end.rest) / ticks;
+    return {double(middle) / 64, double(middle) / 64};
 }
 
 double barHeight(int stripHeight, bool half)

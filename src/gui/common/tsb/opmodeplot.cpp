@@ -8,6 +8,7 @@ namespace Tsb {
 namespace {
 
 const QColor noFlagColor(238, 238, 236);
+constexpr int edgeMargin = 8; ///< columns
 constexpr int mostModes = 120; ///< so that two styles for each, and two more, fit into a byte
 
 } // namespace
@@ -120,15 +121,25 @@ void OpmodePlot::noteRemoved()
 
 void OpmodePlot::drawRange(QPainter &painter, int first, int last)
 {
-    clearRange(painter, first, last);
-    if (!datastore())
-        return;
+    if (!datastore() || first >= last)
+        return clearRange(painter, first, last);
     const std::vector<std::uint8_t> &styles = m_recordStyles.values(*datastore());
     BarStripSource source;
     source.spans = &datastore()->recordSpans();
     source.styles = &m_styles;
     source.styleOf = [&styles](std::size_t i) { return styles[i]; };
-    m_painter.draw(painter, *static_cast<QImage *>(painter.device()), source, timeScale(), first, last);
+    // The raster engine rounds a corner at the edge of what it may draw on unlike one amid it. Drawn with a margin that
+    // is thrown away, a column comes out the same whether it is redrawn alone or with all others.
+    const QSize size(last - first + 2 * edgeMargin, contentsRect().height());
+    if (m_scratch.size() != size)
+        m_scratch = QImage(size, QImage::Format_ARGB32_Premultiplied);
+    m_scratch.fill(Qt::white);
+    TimeScale scale = timeScale();
+    scale.originPixel = saturatedSubtract(scale.originPixel, first - edgeMargin);
+    QPainter scratch(&m_scratch);
+    m_painter.draw(scratch, m_scratch, source, scale, 0, size.width());
+    scratch.end();
+    painter.drawImage(first, 0, m_scratch, edgeMargin, 0, last - first, size.height());
 }
 
 } // namespace Tsb

@@ -46,6 +46,7 @@ private:
     std::vector<BarStyle> m_styles;
     RecordColumn<std::uint8_t> m_recordStyles;
     BarStripPainter m_painter;
+    QImage m_scratch; ///< kept for its memory
 };
 
 /// The pale tint of an operating mode's colour that fills its bars.
