@@ -14,7 +14,6 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QGuiApplication>
-#include <QMenuBar>
 #include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
@@ -39,7 +38,7 @@ QString applicationSettingsFile()
 MorvantideMainWindow::MorvantideMainWindow(QWidget *parent) : MorvantideMainWindow(applicationSettingsFile(), parent) {}
 
 MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget *parent)
-    : MainWindowBase(parent), m_loader(this)
+    : MainWindowBase(parent), m_loader(this), m_reinversion(this)
 {
     setAboutInfo(QStringLiteral("Morvantide"),
                  tr("Viewing and analysis of data measured with aerosol and ion mobility spectrometers."));
@@ -107,9 +106,7 @@ void MorvantideMainWindow::setupMenus()
     fileMenu()->insertSeparator(actions().quit);
     fileMenu()->insertAction(actions().quit, m_saveAction);
     fileMenu()->insertSeparator(actions().quit);
-    auto *spectraMenu = new QMenu(tr("Spectra"), this);
-    spectraMenu->addAction(actions().inversionStats);
-    menuBar()->insertMenu(viewMenu()->menuAction(), spectraMenu);
+    setupSpectraMenu();
 }
 
 void MorvantideMainWindow::setTitle(bool incomplete)
@@ -228,6 +225,8 @@ void MorvantideMainWindow::showData(FileReader &reader)
     setBrowsingEnabled(true);
     setDatastore(m_store);
     updateKeepingActions();
+    m_reinversionCount = 0;
+    updateReinversionActions();
     fitTimescale();
     if (!browser()->hasViews())
         browser()->addDefaultStack();
@@ -241,6 +240,8 @@ void MorvantideMainWindow::closeData()
 {
     if (m_folderPath.isNull())
         return;
+    if (isReinverting())
+        cancelReinvert();
     m_folderPath = QString();
     setTitle(false);
     clearWindowSetup();
@@ -248,6 +249,9 @@ void MorvantideMainWindow::closeData()
     m_store.reset();
     uiInfo()->clear();
     uiInfo()->publish();
+    m_inverters.clear();
+    Q_EMIT invertersChanged(m_inverters);
     setBrowsingEnabled(false);
     updateKeepingActions();
+    updateReinversionActions();
 }

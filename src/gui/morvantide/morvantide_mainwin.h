@@ -3,11 +3,15 @@
 #include "gui/frame/mainwindowbase.h"
 #include "gui/morvantide/dataloader.h"
 #include "gui/morvantide/datasaverdialog.h"
+#include "gui/morvantide/reinversion.h"
 
 #include <QPointer>
 #include <QVariantMap>
 
-/// The review window: the commands that open and close data. What a command does at length has an owner of its own.
+class QLabel;
+
+/// The review window: the commands that open, close and reinvert data. What a command does at length has an owner of
+/// its own.
 class MorvantideMainWindow : public MainWindowBase {
     Q_OBJECT
 public:
@@ -25,6 +29,9 @@ public:
     bool isReading() const { return m_loader.isReading(); }
     /// The folder that is open; a null text without.
     const QString &folderPath() const { return m_folderPath; }
+    bool isReinverting() const { return m_reinversion.isRunning(); }
+    /// The inverters in use, in the order of loading.
+    const SpectMath::InverterList &inverters() const { return m_inverters; }
 
 public Q_SLOTS:
     void showDataDirChoice();
@@ -38,6 +45,18 @@ public Q_SLOTS:
     void saveData();
     /// Quits, on a wish from outside of the event loop.
     void terminateSignal();
+
+    /// Asks for inverter files and inverts all records with them; while that goes on, asks whether to end it.
+    void reinvert();
+    /// No record is begun any more; results so far stay.
+    void cancelReinvert();
+    void reinversionFinished();
+    void inversionQueueStatus(int length, int speed);
+    /// Discards a spectrum of all records, and its inverter. During a reinversion it only cancels that.
+    void removeSpectrum(const SpectMath::SpectrumInfo *spectrumptr);
+
+Q_SIGNALS:
+    void invertersChanged(const SpectMath::InverterList &inverters);
 
 protected:
     void setupActions() override;
@@ -60,6 +79,15 @@ private:
     void setupKeepingActions();
     void updateKeepingActions();
     Spectrometer::SpectraByMode spectraToSave() const;
+    // ---- reinversion
+    void setupSpectraMenu();
+    QStringList askForInverterFiles();
+    SpectMath::InverterList loadInverters();
+    QSet<QString> modesOfData() const;
+    SpectMath::InverterList takeIntoUse(const SpectMath::InverterList &loaded);
+    void startReinversion(const SpectMath::InverterList &inverters);
+    void discard(const UiInfo::InfoPointer &info);
+    void updateReinversionActions();
 
     DataLoader m_loader;
     std::shared_ptr<Datastore> m_store; ///< the open data; null without
@@ -71,4 +99,12 @@ private:
     QAction *m_saveAction = nullptr;
     QString m_saveVariant; ///< of the next save
     QPointer<DataSaverDialog> m_saver;
+    Reinversion m_reinversion;
+    SpectMath::InverterList m_inverters; ///< in use, in the order of loading
+    std::int64_t m_reinversionCount = 0; ///< since the data were opened
+    bool m_ignoreRemovals = false;       ///< until the event loop has turned
+    QAction *m_reinvertAction = nullptr;
+    QAction *m_cancelReinvertAction = nullptr;
+    QMenu *m_spectraMenu = nullptr;
+    QLabel *m_queueStatusLabel = nullptr;
 };

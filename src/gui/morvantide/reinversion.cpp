@@ -1,0 +1,87 @@
+#include "gui/morvantide/reinversion.h"
+
+#include <QElapsedTimer>
+
+namespace {
+
+/// Of the event loop's time, at a stretch.
+constexpr qint64 longestFeedingMs = 2;
+/// Records between two looks at the clock.
+constexpr int recordsPerLook = 256;
+
+} // namespace
+
+Reinversion::Reinversion(QObject *parent) : QObject(parent)
+{
+    m_feedTimer.setInterval(0);
+    connect(&m_feedTimer, &QTimer::timeout, this, &Reinversion::feed);
+}
+
+Reinversion::~Reinversion()
+{
+    if (isRunning())
+        cancel();
+}
+
+void Reinversion::start(std::shared_ptr<Datastore> store, std::shared_ptr<const Spectrometer::RecordMetadata> metadata,
+                        SpectMath::InverterList inverters)
+{
+    using SpectMath::InversionQueue;
+    Q_ASSERT(!isRunning());
+    m_store = std::move(store);
+    m_fed = 0;
+    m_done = 0;
+    m_count = m_store->size();
+    m_inversionQueue.reset(new InversionQueue(std::move(inverters), std::move(metadata), m_workerCount, this),
+                           &QObject::deleteLater);
+    const InversionQueue *queue = m_inversionQueue.get();
+    connect(queue, &InversionQueue::resultReady, m_store.get(), &Datastore::addSpectra);
+    connect(queue, &InversionQueue::resultReady, this, [this] { ++m_done; });
+    connect(queue, &InversionQueue::empty, this, &Reinversion::queueIsEmpty);
+    connect(queue, &InversionQueue::queueStatus, this,
+            [this](int length, int speed) { Q_EMIT queueStatus(length + m_store->size() - m_fed, speed); });
+    m_feedTimer.start();
+}
+
+void Reinversion::feed()
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!isFed() && timer.elapsed() < longestFeedingMs) {
+        const int end = std::min(m_fed + recordsPerLook, m_store->size());
+        for (; m_fed < end; ++m_fed) {
+            const std::shared_ptr<Record> &record = m_store->at(m_fed);
+            m_count -= record->interim;
+            m_inversionQueue->addJob(record);
+        }
+    }
+    if (!isFed())
+        return;
+    m_feedTimer.stop();
+    // A queue that took no record, or has no worker, is never told to be empty.
+    if (!m_inversionQueue->isBusy())
+        queueIsEmpty();
+}
+
+void Reinversion::queueIsEmpty()
+{
+    if (!isFed())
+        return; // the workers were faster than the feeding
+    letGo();
+    Q_EMIT finished();
+}
+
+void Reinversion::cancel()
+{
+    m_inversionQueue->stop();
+    m_inversionQueue->clear();
+    letGo();
+}
+
+void Reinversion::letGo()
+{
+    m_feedTimer.stop();
+    m_inversionQueue->disconnect(); // it lives on for a while
+    m_inversionQueue.reset();
+    m_store.reset();
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "spectra/inversionqueue.h"
+#include "store/datastore.h"
+
+#include <QObject>
+#include <QSharedPointer>
+#include <QTimer>
+
+#include <memory>
+
+/// Owns one run at a time of inverters over the records of a store: the queue, its feeding, its end and the wish to
+/// cancel. Results enter the store as they come. Main thread only.
+class Reinversion : public QObject {
+    Q_OBJECT
+public:
+    explicit Reinversion(QObject *parent = nullptr);
+    /// Ends a run without a word, and waits for the records that are being inverted.
+    ~Reinversion() override;
+
+    bool isRunning() const { return !m_inversionQueue.isNull(); }
+    /// Results of the run under way that came in so far.
+    int recordsDone() const { return m_done; }
+    /// The records of the run under way; interim ones count until they are met.
+    int recordCount() const { return m_count; }
+    /// Of runs to come; below 1 means one for each processor.
+    void setWorkerCount(int count) { m_workerCount = count; }
+
+    /// Records are handed to the queue from the next turn of the event loop on, in order and in slices, so that
+    /// however many there are the window isn't kept waiting. No run may be under way.
+    void start(std::shared_ptr<Datastore> store, std::shared_ptr<const Spectrometer::RecordMetadata> metadata,
+               SpectMath::InverterList inverters);
+    /// No further record is begun and no further result enters the store. Nothing is emitted. The threads end in a
+    /// later turn of the event loop.
+    void cancel();
+
+Q_SIGNALS:
+    /// All records are through. Nothing is running any more.
+    void finished();
+    /// Once a second: records that wait, and records done since the last time.
+    void queueStatus(int length, int speed);
+
+private:
+    void feed();
+    void queueIsEmpty();
+    bool isFed() const { return m_fed == m_store->size(); }
+    void letGo();
+
+    int m_workerCount = 0;
+    std::shared_ptr<Datastore> m_store; ///< of the run under way
+    /// A child too: what deleteLater never gets to, for the event loop has ended, goes with this object.
+    QSharedPointer<SpectMath::InversionQueue> m_inversionQueue;
+    QTimer m_feedTimer;
+    int m_fed = 0; ///< records of the store that the queue was given
+    int m_done = 0;
+    int m_count = 0;
+};
