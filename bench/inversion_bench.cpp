@@ -1,13 +1,13 @@
-// What reinverting many records costs beside the inversions: the queue, whose results go into a store with views open,
-// and the ordered inversion of the command line.
+// What reinverting many records costs beside the inversions: the window's run, whose results go into a store with views
+// open, and the ordered inversion of the command line; and what discarding a spectrum costs.
 //
 // The machine may have other work, so times are those of processors, not of the clock, where a figure allows it: w is
 // the time of one record's inversion on one thread, c the main thread's time for each record. Two workers can be at
 // most 2w/(w+c) times as fast as one, for on two processors the main thread takes its share from them.
 
 #include "gui/common/tsb/timeseriesbrowser.h"
+#include "gui/morvantide/reinversion.h"
 #include "spectra/instrument_model.h"
-#include "spectra/inversionqueue.h"
 #include "spectra/orderedinversion.h"
 #include "store/datastore.h"
 #include "util/workerthread.h"
@@ -75,7 +75,7 @@ struct Run {
         std::vector<RealVector> signals(differentRecords), variances(differentRecords);
         for (std::size_t i = 0; i < differentRecords; ++i)
             model.measure(signals[i], variances[i]);
-        store.setLimitRecords(false);
+        store->setLimitRecords(false);
         for (int i = 0; i < count; ++i) {
             auto record = std::make_shared<Spectrometer::FullRecord>();
             record->beginTime = recordTimeFromTicks(18'000 * ticksPerDay + i * 60 * ticksPerSecond);
@@ -84,7 +84,7 @@ struct Run {
             record->currents = signals[std::size_t(i % differentRecords)];
             record->currentVariances = variances[std::size_t(i % differentRecords)];
             record->variables = RealVector(1, i % 100);
-            store.addFullRecord(record);
+            store->addFullRecord(record);
         }
     }
 
@@ -96,13 +96,13 @@ struct Run {
         constexpr int repeats = 4;
         for (int i = 0; i < repeats * differentRecords; ++i)
             benchmark::DoNotOptimize(
-                SpectMath::invertRecord(inverters, *store.at(i % differentRecords), *metadata, ignore));
+                SpectMath::invertRecord(inverters, *store->at(i % differentRecords), *metadata, ignore));
         return (microseconds(CLOCK_THREAD_CPUTIME_ID) - begin) / (repeats * differentRecords);
     }
 
     std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
     SpectMath::InverterList inverters;
-    Datastore store;
+    std::shared_ptr<Datastore> store = std::make_shared<Datastore>();
 };
 
 struct QueueTimes {
@@ -111,20 +111,19 @@ struct QueueTimes {
     double all;   ///< and of the process
 };
 
-/// Everything through the queue and into the store, until it is empty.
+/// Everything through the queue and into the store, as the window does it.
 QueueTimes runQueue(Run &run, int workers)
 {
-    run.store.removeSpectrum(run.inverters.front()->info().get());
-    SpectMath::InversionQueue queue(run.inverters, run.metadata, workers);
+    run.store->removeSpectrum(run.inverters.front()->info().get());
+    Reinversion reinversion;
+    reinversion.setWorkerCount(workers);
     QEventLoop loop;
-    QObject::connect(&queue, &SpectMath::InversionQueue::resultReady, &run.store, &Datastore::addSpectra);
-    QObject::connect(&queue, &SpectMath::InversionQueue::empty, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+    QObject::connect(&reinversion, &Reinversion::finished, &loop, &QEventLoop::quit, Qt::QueuedConnection);
     const double clock = microseconds(CLOCK_MONOTONIC), main = microseconds(CLOCK_THREAD_CPUTIME_ID),
                  all = microseconds(CLOCK_PROCESS_CPUTIME_ID);
-    for (const auto &record : run.store.records())
-        queue.addJob(record);
+    reinversion.start(run.store, run.metadata, run.inverters);
     loop.exec();
-    const double records = run.store.size();
+    const double records = run.store->size();
     return {(microseconds(CLOCK_MONOTONIC) - clock) / records, (microseconds(CLOCK_THREAD_CPUTIME_ID) - main) / records,
             (microseconds(CLOCK_PROCESS_CPUTIME_ID) - all) / records};
 }
@@ -168,12 +167,12 @@ std::unique_ptr<Tsb::TimeSeriesBrowser> openViews(Run &run)
     uiInfo->publish();
     auto browser = std::make_unique<Tsb::TimeSeriesBrowser>(uiInfo);
     browser->resize(1400, 900);
-    browser->setDatastore(&run.store);
+    browser->setDatastore(run.store.get());
     browser->addDefaultStack();
     for (int channel = 0; browser->views().size() < 6; ++channel)
         browser->addElectrometerPlot(channel);
     browser->show();
-    browser->fitTimescale(run.store.at(0)->beginTime, run.store.at(run.store.size() - 1)->endTime);
+    browser->fitTimescale(run.store->at(0)->beginTime, run.store->at(run.store->size() - 1)->endTime);
     for (int i = 0; i < 20; ++i)
         QApplication::processEvents(QEventLoop::AllEvents, 100);
     return browser;
@@ -248,6 +247,52 @@ BENCHMARK(turnsOfTheEventLoop)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 
+/// Gives each record a spectrum without inverting anything.
+void fillSpectra(Run &run)
+{
+    const SpectMath::SpectrumInfoPointer info = run.inverters.front()->info();
+    for (const auto &record : run.store->records()) {
+        auto spectrum = SpectMath::makeSpectrum();
+        spectrum->info = info;
+        spectrum->status = 0;
+        spectrum->concentrations = RealVector(pointCount, 100);
+        spectrum->covariances = BandMatrix(pointCount, pointCount, 0, 0);
+        record->spectra.push_back(spectrum);
+        run.store->enterSpectrum(record, spectrum);
+    }
+}
+
+/// Taking a spectrum out of half a million records while six views watch, in times of walking the records once. Times
+/// are the processor's.
+void discardWithViews(benchmark::State &state)
+{
+    Run run(500000, 4, 5);
+    const SpectMath::SpectrumInfo *info = run.inverters.front()->info().get();
+    fillSpectra(run);
+    const auto views = openViews(run);
+    double walk = 0, discard = 0, drawing = 0;
+    for (auto _ : state) {
+        const double begin = microseconds(CLOCK_THREAD_CPUTIME_ID);
+        std::size_t found = 0;
+        for (const auto &record : run.store->records())
+            for (const auto &spectrum : record->spectra)
+                found += spectrum->info.get() == info;
+        benchmark::DoNotOptimize(found);
+        const double walked = microseconds(CLOCK_THREAD_CPUTIME_ID);
+        run.store->removeSpectrum(info);
+        const double discarded = microseconds(CLOCK_THREAD_CPUTIME_ID);
+        QApplication::processEvents(QEventLoop::AllEvents, 1000);
+        walk = walked - begin;
+        discard = discarded - walked;
+        drawing = microseconds(CLOCK_THREAD_CPUTIME_ID) - discarded;
+    }
+    state.counters["walk_ms"] = walk / 1000;
+    state.counters["discard_ms"] = discard / 1000;
+    state.counters["walks"] = discard / walk;
+    state.counters["drawing_ms"] = drawing / 1000;
+}
+BENCHMARK(discardWithViews)->Iterations(1)->Unit(benchmark::kMillisecond);
+
 /// The inverting part of "morvantide-batch reinvert" on a month of minutes with two jobs: the part of its time that
 /// goes into inversions, by the clock and by the processors' time.
 void wholeCommand(benchmark::State &state)
@@ -259,12 +304,12 @@ void wholeCommand(benchmark::State &state)
         const double w = (run.oneInversion() + run.oneInversion()) / 2;
         const double clock = microseconds(CLOCK_MONOTONIC), processor = microseconds(CLOCK_PROCESS_CPUTIME_ID);
         {
-            SpectMath::OrderedInversion inversion(run.store.records(), run.inverters, *run.metadata, jobs);
+            SpectMath::OrderedInversion inversion(run.store->records(), run.inverters, *run.metadata, jobs);
             SpectMath::SpectrumRecordPointer result;
             while (inversion.next(result, [](int, const QString &) {}))
                 benchmark::DoNotOptimize(result);
         }
-        const double needed = w * run.store.size();
+        const double needed = w * run.store->size();
         byClock.push_back(needed / jobs / (microseconds(CLOCK_MONOTONIC) - clock));
         byProcessor.push_back(needed / (microseconds(CLOCK_PROCESS_CPUTIME_ID) - processor));
     }
