@@ -21,6 +21,11 @@ FileReaderTask::FileReaderTask(std::shared_ptr<FileReader> reader, const FileRea
     m_settings.files.sort(Qt::CaseSensitive);
 }
 
+FileReaderTask::~FileReaderTask()
+{
+    m_aborted.load(); // orders another thread's last call of setAborted() before what follows
+}
+
 void FileReaderTask::run()
 {
     m_clock.start();

@@ -23,6 +23,7 @@ class FileReaderTask : public QObject {
     Q_OBJECT
 public:
     FileReaderTask(std::shared_ptr<FileReader> reader, const FileReaderSettings &settings, QObject *parent = nullptr);
+    ~FileReaderTask() override;
 
     const std::shared_ptr<FileReader> &reader() const { return m_reader; }
     const FileReaderSettings &settings() const { return m_settings; }

@@ -228,6 +228,18 @@ TEST_F(ReinversionTest, ErrorsCostTheirInverterAlone)
     EXPECT_EQ(spectrumNames().last(), "ions neg reinv-1") << "failed runs don't count";
 }
 
+TEST_F(ReinversionTest, AnInverterThatFitsNoRecordCostsItselfAlone)
+{
+    // Without a group it is given the currents of both polarities.
+    write("wide.inverter", contentOf("inverters/ions-neg.inverter").replace("electrometer_group: neg\n", ""));
+    open();
+    reinvert({"wide.inverter", map});
+    EXPECT_TRUE(log().contains("Inversion error: "));
+    EXPECT_EQ(window->inverters().size(), 5u);
+    EXPECT_EQ(spectrumNames().size(), 5);
+    expectSpectraOf(loaded(map));
+}
+
 TEST_F(ReinversionTest, CancelledInTheMiddleBeginsNoFurtherRecord)
 {
     open();

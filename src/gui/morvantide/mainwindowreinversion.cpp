@@ -9,7 +9,6 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QSet>
 #include <QSettings>
 #include <QStatusBar>
 

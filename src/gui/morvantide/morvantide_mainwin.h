@@ -6,6 +6,7 @@
 #include "gui/morvantide/reinversion.h"
 
 #include <QPointer>
+#include <QSet>
 #include <QVariantMap>
 
 class QLabel;
