@@ -11,6 +11,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -98,11 +99,16 @@ protected:
         waitForReinversion();
     }
 
-    /// The log dock's text, where entries come with the event loop.
+    /// The log dock's text. Entries come with the event loop and in order, so that a mark tells that all are there.
     QString log() const
     {
-        QTest::qWait(20);
-        return window->findChild<QDockWidget *>("logDock")->findChild<QPlainTextEdit *>()->toPlainText();
+        static int marks = 0;
+        const QString mark = QStringLiteral("mark %1.").arg(++marks);
+        Log::Logger(QStringLiteral("test")).log(Log::Info, mark);
+        const auto *edit = window->findChild<QDockWidget *>("logDock")->findChild<QPlainTextEdit *>();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return edit->toPlainText().contains(mark); }, 30000));
+        QString text = edit->toPlainText();
+        return text.remove(QRegularExpression(QStringLiteral("\\[[0-9:.]+\\] mark [0-9]+\\.\\n?")));
     }
 
     std::unique_ptr<MorvantideMainWindow> window;
