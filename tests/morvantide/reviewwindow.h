@@ -4,6 +4,7 @@
 #include "gui/morvantide/datachooserdialog.h"
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "morvantide/dialogs.h"
+#include "morvantide/docktext.h"
 
 #include <QDir>
 #include <QDockWidget>
@@ -99,17 +100,7 @@ protected:
         waitForReinversion();
     }
 
-    /// The log dock's text. Entries come with the event loop and in order, so that a mark tells that all are there.
-    QString log() const
-    {
-        static int marks = 0;
-        const QString mark = QStringLiteral("mark %1.").arg(++marks);
-        Log::Logger(QStringLiteral("test")).log(Log::Info, mark);
-        const auto *edit = window->findChild<QDockWidget *>("logDock")->findChild<QPlainTextEdit *>();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return edit->toPlainText().contains(mark); }, 30000));
-        QString text = edit->toPlainText();
-        return text.remove(QRegularExpression(QStringLiteral("\\[[0-9:.]+\\] mark [0-9]+\\.\\n?")));
-    }
+    QString log() const { return logDockText(*window); }
 
     std::unique_ptr<MorvantideMainWindow> window;
 

@@ -6,6 +6,7 @@
 #include "gui/morvantide/readprogressdialog.h"
 #include "morvantide/dayfolder.h"
 #include "morvantide/dialogs.h"
+#include "morvantide/docktext.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -54,11 +55,7 @@ protected:
     {
         ASSERT_TRUE(QTest::qWaitFor([this] { return !window->isReading(); }, 30000));
     }
-    QString log()
-    {
-        QTest::qWait(20);
-        return window->findChild<QDockWidget *>("logDock")->findChild<QPlainTextEdit *>()->toPlainText();
-    }
+    QString log() const { return logDockText(*window); }
     int recordCount() const { return window->datastore() ? window->datastore()->size() : -1; }
     QString title() const { return window->windowTitle(); }
     QString folderName() const { return QDir(data.path()).dirName(); }
