@@ -2,10 +2,12 @@
 
 #include "batch/exitstatus.h"
 #include "util/buildinfo.h"
+#include "util/timeformat.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QThread>
 
 #include <algorithm>
@@ -25,6 +27,19 @@ QDate dateOf(const std::string &text)
     return date.size() == 10 ? QDate::fromString(date, QStringLiteral("yyyy-MM-dd")) : QDate();
 }
 
+constexpr int leastPictureSide = 100;
+constexpr int greatestPictureSide = 16000; ///< twice that is still within the reach of the rasterizer
+
+/// Empty if the text isn't a size that can be drawn.
+QSize sizeOf(const std::string &text)
+{
+    static const QRegularExpression form(QStringLiteral("^([0-9]{1,5})x([0-9]{1,5})$"));
+    const QRegularExpressionMatch match = form.match(QString::fromStdString(text));
+    const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
+    const auto canBeDrawn = [](int side) { return side >= leastPictureSide && side <= greatestPictureSide; };
+    return canBeDrawn(size.width()) && canBeDrawn(size.height()) ? size : QSize();
+}
+
 /// The words as they stand on the line.
 struct Words {
     std::string folder;
@@ -33,19 +48,27 @@ struct Words {
     std::string to;
     std::string outputFolder;
     std::string outputVariant;
+    std::string outputFile;
+    std::string size;
+    std::string setupFile;
     std::vector<std::string> inverters;
     bool noRecords = false;
     bool records = false;
 };
+
+void addFolderOptions(CLI::App *command, Words &words)
+{
+    command->add_option("FOLDER", words.folder, "The data folder")->required();
+    command->add_option("--variant", words.variant,
+                        "Averaging variant, such as block; without it, files that name no variant");
+}
 
 void addReadOptions(CLI::App *command, Words &words)
 {
     const CLI::Validator date(
         [](const std::string &text) { return dateOf(text).isValid() ? std::string() : "not a date: " + text; },
         "YYYY-MM-DD");
-    command->add_option("FOLDER", words.folder, "The data folder")->required();
-    command->add_option("--variant", words.variant,
-                        "Averaging variant, such as block; without it, files that name no variant");
+    addFolderOptions(command, words);
     command->add_option("--from", words.from, "First day, by the dates in file names")->check(date);
     command->add_option("--to", words.to, "Last day")->check(date);
 }
@@ -78,6 +101,49 @@ void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &option
         ->check(CLI::Range(1, 1024));
 }
 
+void addRenderOptions(CLI::App *command, Words &words, RenderOptions &options)
+{
+    const CLI::Validator moment(
+        [](const std::string &text) {
+            RecordTime time;
+            return parseLocalTime(QString::fromStdString(text), 0, &time) ? std::string() : "not a time: " + text;
+        },
+        "YYYY-MM-DD[ HH:MM:SS]");
+    const CLI::Validator size(
+        [](const std::string &text) { return sizeOf(text).isEmpty() ? "not a size: " + text : std::string(); }, "WxH");
+    addFolderOptions(command, words);
+    command->add_option("--output", words.outputFile, "The PNG file to write")->required();
+    command
+        ->add_option("--size", words.size,
+                     "Width and height of the picture, 100 to 16000 each; else as the plots "
+                     "need")
+        ->check(size);
+    command->add_option("--from", words.from, "First day or moment to show, local at the first record")->check(moment);
+    command->add_option("--to", words.to, "Last day, which is shown whole, or the moment where the picture ends")
+        ->check(moment);
+    command->add_option("--setup", words.setupFile, "Window setup file whose plots are drawn; else the default ones");
+    command->add_option("--scale", options.scale, "2 draws text and lines twice as fine, in twice as many pixels")
+        ->capture_default_str()
+        ->check(CLI::IsMember({1, 2}));
+}
+
+ReadOptions folderOptions(const Words &words)
+{
+    return {textOf(words.folder), textOf(words.variant), QDate(), QDate()};
+}
+
+void completeRender(const Words &words, RenderOptions &options)
+{
+    options.read = folderOptions(words);
+    options.outputFile = textOf(words.outputFile);
+    options.size = sizeOf(words.size);
+    options.from = QString::fromStdString(words.from);
+    options.to = QString::fromStdString(words.to);
+    options.setupFile = textOf(words.setupFile);
+    if (!options.outputFile.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
+        throw CLI::ValidationError("--output", "isn't the name of a PNG file");
+}
+
 ReadOptions readOptions(const Words &words)
 {
     return {textOf(words.folder), textOf(words.variant), dateOf(words.from), dateOf(words.to)};
@@ -96,7 +162,7 @@ void completeOutput(const Words &words, const QString &variant, SaveOptions &opt
 
 } // namespace
 
-CommandLine parseCommandLine(int argc, const char *const *argv)
+CommandLine parseCommandLine(int argc, const char *const *argv, Pictures pictures)
 {
     CommandLine result;
     Words words;
@@ -120,13 +186,24 @@ CommandLine parseCommandLine(int argc, const char *const *argv)
     CLI::App *reinvert = app.add_subcommand("reinvert", "Inverts the records anew and writes their spectra");
     addReinvertOptions(reinvert, words, result.reinvert);
 
+    CLI::App *render = nullptr;
+    if (pictures == Pictures::Present) {
+        render = app.add_subcommand("render", "Draws the plots of the window as a picture; needs no display");
+        addRenderOptions(render, words, result.render);
+    }
+
     try {
         app.parse(argc, argv);
+        if (words.folder.empty())
+            throw CLI::ValidationError("FOLDER", "is empty");
+        if (render && render->parsed()) {
+            completeRender(words, result.render);
+            result.command = CommandLine::Render;
+            return result;
+        }
         const ReadOptions read = result.summary.read = readOptions(words);
         if (read.from.isValid() && read.to.isValid() && read.to < read.from)
             throw CLI::ValidationError("--to", "lies before --from");
-        if (read.folder.isEmpty())
-            throw CLI::ValidationError("FOLDER", "is empty");
         if (save->parsed()) {
             result.save.records = !words.noRecords;
             completeOutput(words, read.variant, result.save);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDate>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -36,16 +37,31 @@ struct ReinvertOptions {
     int jobs = 1;          ///< threads that invert
 };
 
+struct RenderOptions {
+    ReadOptions read; ///< without dates: what lies outside the span is read too, as the window does
+    QString outputFile;
+    QSize size;        ///< logical pixels; empty: the default width, and the height that the stack asks for
+    QString from;      ///< a day or a moment, local at the first record; empty: from the first record on
+    QString to;        ///< likewise; a day is shown to its end
+    QString setupFile; ///< empty: the default stack
+    int scale = 1;     ///< pixels of the file for each logical pixel along an edge
+};
+
 struct CommandLine {
-    enum Command { None, Summary, Save, Reinvert };
+    enum Command { None, Summary, Save, Reinvert, Render };
     Command command = None; ///< None: nothing is left to do but to end with `exitStatus`
     int exitStatus = 0;
     SummaryOptions summary;
     SaveOptions save;
     ReinvertOptions reinvert;
+    RenderOptions render;
 };
 
-/// Prints help, the version, or what is wrong, where that is what the words ask for.
-CommandLine parseCommandLine(int argc, const char *const *argv);
+/// Whether the program was built with what draws pictures; without it there is no such command.
+enum class Pictures { Absent, Present };
+
+/// Prints help, the version, or what is wrong, where that is what the words ask for. Needs no application object, but
+/// the user's locale.
+CommandLine parseCommandLine(int argc, const char *const *argv, Pictures pictures);
 
 } // namespace Batch

@@ -1,6 +1,9 @@
 #include "batch/commandline.h"
 #include "batch/interrupt.h"
 #include "batch/reinvertcommand.h"
+#ifdef MORVANTIDE_BATCH_RENDER
+#include "batch/render/rendercommand.h"
+#endif
 #include "batch/savecommand.h"
 #include "batch/summarycommand.h"
 #include "log/logger.h"
@@ -8,17 +11,22 @@
 
 #include <QCoreApplication>
 
+#include <clocale>
 #include <csignal>
 
-int main(int argc, char **argv)
-{
-    Log::installQtMessageHandler();
-    QCoreApplication app(argc, argv);
-    setProgramLocale();
-    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other
+namespace {
 
-    const Batch::CommandLine line = Batch::parseCommandLine(argc, argv);
-    Batch::Interrupt::install();
+#ifdef MORVANTIDE_BATCH_RENDER
+constexpr auto pictures = Batch::Pictures::Present;
+#else
+constexpr auto pictures = Batch::Pictures::Absent;
+#endif
+
+/// What needs no window.
+int run(const Batch::CommandLine &line, int argc, char **argv)
+{
+    const QCoreApplication app(argc, argv);
+    setProgramLocale();
     switch (line.command) {
     case Batch::CommandLine::Summary:
         return Batch::runSummary(line.summary);
@@ -26,8 +34,26 @@ int main(int argc, char **argv)
         return Batch::runSave(line.save);
     case Batch::CommandLine::Reinvert:
         return Batch::runReinvert(line.reinvert);
-    case Batch::CommandLine::None:
-        break;
+    default:
+        return line.exitStatus;
     }
-    return line.exitStatus;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Log::installQtMessageHandler();
+    std::setlocale(LC_ALL, "");
+    setProgramLocale();            // once more behind the application object, which takes over the user's locale anew
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other
+
+    // Read before there is an application object: which kind it is depends on the command.
+    const Batch::CommandLine line = Batch::parseCommandLine(argc, argv, pictures);
+    Batch::Interrupt::install();
+#ifdef MORVANTIDE_BATCH_RENDER
+    if (line.command == Batch::CommandLine::Render)
+        return Batch::runRender(line.render);
+#endif
+    return run(line, argc, argv);
 }

@@ -6,7 +6,7 @@
 
 namespace Batch {
 
-MessageCollector::MessageCollector(bool echo) : m_echo(echo)
+MessageCollector::MessageCollector(bool echo, Sources sources) : m_echo(echo), m_sources(sources)
 {
     Log::RootLogger::instance().setFilter([this](const Log::Entry &entry) {
         take(entry);
@@ -23,6 +23,9 @@ MessageCollector::~MessageCollector()
 void MessageCollector::take(const Log::Entry &entry)
 {
     if (entry.level > Log::Warning)
+        return;
+    const bool ofToolkit = entry.source.startsWith(QLatin1String("qt."));
+    if (m_sources == AllButToolkit && ofToolkit && entry.level == Log::Warning)
         return;
     if (m_entries.size() < most)
         m_entries.append(entry);

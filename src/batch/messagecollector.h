@@ -12,8 +12,11 @@ class MessageCollector {
 public:
     static constexpr int most = 1000;
 
+    /// Whose warnings count. What the toolkit warns of while it draws is no complaint about the data.
+    enum Sources { All, AllButToolkit };
+
     /// With `echo` each message goes to standard error as well, one that is repeated at once with a count at the end.
-    explicit MessageCollector(bool echo);
+    explicit MessageCollector(bool echo, Sources sources = All);
     ~MessageCollector();
     MessageCollector(const MessageCollector &) = delete;
     MessageCollector &operator=(const MessageCollector &) = delete;
@@ -29,6 +32,7 @@ private:
     void endRun();
 
     bool m_echo;
+    Sources m_sources;
     Log::Entry m_last; ///< told last
     qint64 m_repeats = 0;
     QList<Log::Entry> m_entries;

@@ -43,7 +43,8 @@ const Room rooms[] = {
      true},
     {"src/app", "log util records spectra gui/morvantide resources", true},
     {"src/batch", "log util llama records spectra store datafiles dataexport", false},
-    {"src/batch/render", "log util llama records spectra store datafiles gui/common gui/common/tsb batch", true},
+    {"src/batch/render", "log util llama records spectra store datafiles gui/common gui/common/tsb batch resources",
+     true},
     {"demo", "datafiles store spectra records llama util log", false},
     {"resources", "", false},
 };

@@ -1,0 +1,161 @@
+#include "batch/render/rendercommand.h"
+
+#include "batch/exitstatus.h"
+#include "batch/folderread.h"
+#include "batch/interrupt.h"
+#include "batch/messagecollector.h"
+#include "batch/render/offscreen.h"
+#include "batch/render/stackpicture.h"
+#include "batch/stagedoutput.h"
+#include "datafiles/datafinder.h"
+#include "llama/qyaml.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageWriter>
+
+namespace Batch {
+
+namespace {
+
+constexpr double dotsPerMeter = 96 / 0.0254; // of logical pixels
+constexpr qint64 mostPixels = 1 << 28;       // a GB while it is drawn
+
+/// The list of views of a setup file; empty without a file. False: `fault` says what is wrong with it.
+bool readSetup(const QString &path, QVariant *views, QString *fault)
+{
+    if (path.isEmpty())
+        return true;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *fault = QStringLiteral("Failed to open interface setup file '%1'").arg(path);
+        return false;
+    }
+    const auto misunderstood = [&](const QString &reason) {
+        *fault = QStringLiteral("Failed to understand interface setup file '%1': %2").arg(path, reason);
+        return false;
+    };
+    QVariantList documents;
+    try {
+        documents = Llama::yamlLoad(&file, QFileInfo(path).fileName());
+    } catch (const Llama::Exception &error) {
+        return misunderstood(error.message());
+    }
+    if (documents.isEmpty() || documents.first().type() != QVariant::Map)
+        return misunderstood(QStringLiteral("it isn't a map"));
+    *views = documents.first().toMap().value(QStringLiteral("timeseries"));
+    if (views->type() != QVariant::List)
+        return misunderstood(QStringLiteral("it has no list of plots under \"timeseries\""));
+    return true;
+}
+
+/// False with words: no file, or a whole one, stands there then.
+bool write(QImage picture, const QString &path)
+{
+    const QFileInfo target(path);
+    const double ratio = picture.devicePixelRatioF();
+    picture.setDotsPerMeterX(qRound(dotsPerMeter * ratio));
+    picture.setDotsPerMeterY(qRound(dotsPerMeter * ratio));
+    StagedOutput staged(target.absolutePath());
+    if (!staged.isValid())
+        return false;
+    QFile file(staged.path() + QLatin1Char('/') + target.fileName());
+    QImageWriter writer(&file, "png");
+    // What is still in the buffer may be what the disk has no room for.
+    if (!file.open(QIODevice::WriteOnly) || !writer.write(picture) || !file.flush()) {
+        const bool ofFile = file.error() != QFileDevice::NoError;
+        tell(QStringLiteral("\"%1\" could not be written: %2")
+                 .arg(path, ofFile ? file.errorString() : writer.errorString()));
+        return false;
+    }
+    file.close();
+    return staged.moveOut();
+}
+
+Outcome stopped()
+{
+    Outcome outcome;
+    outcome.interrupted = true;
+    tell(QStringLiteral("Stopped: nothing was written."));
+    return outcome;
+}
+
+Outcome refused(const QString &reason)
+{
+    Outcome outcome;
+    outcome.refused = true;
+    tell(reason);
+    return outcome;
+}
+
+Outcome nothing(const QString &reason)
+{
+    Outcome outcome;
+    outcome.nothingFound = true;
+    tell(reason);
+    return outcome;
+}
+
+Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRead &read,
+             const MessageCollector &messages)
+{
+    const Datastore &store = *read.reader->datastore();
+    const TimeSpan span = spanToShow(options, store);
+    if (!hasRecordsIn(span, store))
+        return nothing(QStringLiteral("No records from %1").arg(textOf(span, store.at(0)->beginUtcOffset)));
+    const StackPicture picture(*read.reader, setup, span, options.size);
+    if (!picture.fault().isEmpty())
+        return refused(picture.fault());
+    const QSize pixels = picture.size() * options.scale;
+    if (qint64(pixels.width()) * pixels.height() > mostPixels)
+        return refused(QStringLiteral("The picture would be too large: %1 x %2 pixels")
+                           .arg(QString::number(pixels.width()), QString::number(pixels.height())));
+    const QImage image = picture.draw();
+    if (Interrupt::requested())
+        return stopped();
+    Outcome outcome;
+    outcome.outputLost = !write(image, options.outputFile);
+    outcome.complaints = !messages.isEmpty() || read.ignoredRows();
+    if (!outcome.outputLost)
+        tell(QStringLiteral("%1 x %2 pixels written to \"%3\"")
+                 .arg(QString::number(image.width()), QString::number(image.height()), options.outputFile));
+    if (read.ignoredRows())
+        tell(QStringLiteral("%1 lines were ignored.").arg(read.reader->statistics().ignoredRows));
+    return outcome;
+}
+
+Outcome render(const RenderOptions &options, const MessageCollector &messages)
+{
+    const QStringList inputs = matchingFiles(options.read);
+    if (inputs.isEmpty())
+        return nothing(nothingMatchedText(options.read.folder));
+    const QFileInfo target(options.outputFile);
+    if (target.exists() || target.isSymLink())
+        return refused(QStringLiteral("\"%1\" exists.").arg(options.outputFile));
+    QVariant setup;
+    QString fault;
+    if (!readSetup(options.setupFile, &setup, &fault))
+        return refused(fault);
+    fault = Offscreen::fontFault();
+    if (!fault.isEmpty())
+        return nothing(fault);
+
+    const FolderRead read = readFolder(options.read, inputs, options.read.variant);
+    if (read.interrupted)
+        return stopped();
+    if (!read.hasRecords())
+        return nothing(QStringLiteral("Nothing found"));
+    return draw(options, setup, read, messages);
+}
+
+} // namespace
+
+int runRender(const RenderOptions &options)
+{
+    const MessageCollector messages(true, MessageCollector::AllButToolkit);
+    const auto application = Offscreen::makeApplication(options.scale);
+    return exitStatus(render(options, messages));
+}
+
+} // namespace Batch

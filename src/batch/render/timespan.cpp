@@ -1,0 +1,50 @@
+#include "batch/render/timespan.h"
+
+#include "util/timeformat.h"
+
+#include <algorithm>
+
+namespace Batch {
+
+namespace {
+
+RecordTime endOf(const Record &record)
+{
+    return isMissing(record.endTime) ? record.beginTime : record.endTime;
+}
+
+bool isDay(const QString &text)
+{
+    return !text.contains(QLatin1Char(':'));
+}
+
+} // namespace
+
+TimeSpan spanToShow(const RenderOptions &options, const Datastore &store)
+{
+    const Record &first = *store.at(0);
+    TimeSpan span{first.beginTime, endOf(*store.records().back())};
+    if (!options.from.isEmpty())
+        parseLocalTime(options.from, first.beginUtcOffset, &span.begin);
+    if (!options.to.isEmpty() && parseLocalTime(options.to, first.beginUtcOffset, &span.end) && isDay(options.to))
+        span.end = recordTimeFromTicks(saturatedAdd(ticksOf(span.end), ticksPerDay));
+    return span;
+}
+
+bool hasRecordsIn(const TimeSpan &span, const Datastore &store)
+{
+    const auto lies = [&span](const auto &record) {
+        return record->beginTime < span.end && (endOf(*record) > span.begin || record->beginTime >= span.begin);
+    };
+    return std::any_of(store.records().begin(), store.records().end(), lies);
+}
+
+QString textOf(const TimeSpan &span, std::int64_t utcOffset)
+{
+    const QString format = QStringLiteral("%Y-%m-%d %H:%M:%0s");
+    return QStringLiteral("%1 to %2")
+        .arg(timeToString(localTime(span.begin, utcOffset), format),
+             timeToString(localTime(span.end, utcOffset), format));
+}
+
+} // namespace Batch

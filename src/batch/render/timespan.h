@@ -1,0 +1,23 @@
+#pragma once
+
+#include "batch/commandline.h"
+#include "store/datastore.h"
+#include "util/recordtime.h"
+
+namespace Batch {
+
+/// From `begin` up to but without `end`.
+struct TimeSpan {
+    RecordTime begin;
+    RecordTime end;
+};
+
+/// The span that the words ask for, local by the first record's offset; what they leave open is that of the records. A
+/// day that ends it counts whole. The store isn't empty.
+TimeSpan spanToShow(const RenderOptions &options, const Datastore &store);
+/// Whether something of a record lies in the span.
+bool hasRecordsIn(const TimeSpan &span, const Datastore &store);
+/// Local text of the span for people.
+QString textOf(const TimeSpan &span, std::int64_t utcOffset);
+
+} // namespace Batch
