@@ -4,7 +4,7 @@
 #include "util/programlocale.h"
 
 #include <QApplication>
-#include <QFontDatabase>
+#include <QPainterPath>
 
 namespace Batch::Offscreen {
 
@@ -43,7 +43,11 @@ std::unique_ptr<QApplication> makeApplication(int scale)
 
 QString fontFault()
 {
-    if (!QFontDatabase().families().isEmpty())
+    // Families are listed even where no file has one; then all glyphs are the same box.
+    QPainterPath one, eight;
+    one.addText(0, 0, QApplication::font(), QStringLiteral("1"));
+    eight.addText(0, 0, QApplication::font(), QStringLiteral("8"));
+    if (one != eight)
         return {};
     return QStringLiteral("No font is installed: the texts of the picture can't be drawn. Install one, such as the "
                           "package fonts-dejavu-core.");

@@ -6,6 +6,7 @@
 #include "batch/messagecollector.h"
 #include "batch/render/offscreen.h"
 #include "batch/render/stackpicture.h"
+#include "batch/savetargets.h"
 #include "batch/stagedoutput.h"
 #include "datafiles/datafinder.h"
 #include "llama/qyaml.h"
@@ -20,7 +21,7 @@ namespace Batch {
 namespace {
 
 constexpr double dotsPerMeter = 96 / 0.0254; // of logical pixels
-constexpr qint64 mostPixels = 1 << 28;       // a GB while it is drawn
+constexpr qint64 mostPixels = 1 << 27;       // a GB while it is drawn
 
 /// The list of views of a setup file; empty without a file. False: `fault` says what is wrong with it.
 bool readSetup(const QString &path, QVariant *views, QString *fault)
@@ -133,8 +134,10 @@ Outcome render(const RenderOptions &options, const MessageCollector &messages)
     const QFileInfo target(options.outputFile);
     if (target.exists() || target.isSymLink())
         return refused(QStringLiteral("\"%1\" exists.").arg(options.outputFile));
+    QString fault = unusableFolder(target.absolutePath());
+    if (!fault.isEmpty())
+        return refused(fault);
     QVariant setup;
-    QString fault;
     if (!readSetup(options.setupFile, &setup, &fault))
         return refused(fault);
     fault = Offscreen::fontFault();

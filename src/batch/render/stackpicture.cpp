@@ -66,6 +66,7 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
     m_browser->timeView()->setTimeOffset(store.records().back()->beginUtcOffset);
 
     m_browser->setSetup(setup);
+    m_browser->setUpdatesEnabled(false); // it is drawn once, into the picture alone
     const bool byDefault = !m_browser->hasViews();
     if (byDefault)
         m_browser->addDefaultStack();
@@ -167,14 +168,23 @@ QImage StackPicture::draw() const
         seen += placeIn(*m_browser, *view);
     seen &= m_frame;
     hideControls();
+    m_browser->setUpdatesEnabled(true);
 
+    // On a sheet with the browser's own origin first: edges that are smoothed come out as on the screen, to the last
+    // bit.
     const int ratio = m_browser->devicePixelRatio();
-    QImage image(m_frame.size() * ratio, QImage::Format_RGB32);
-    image.setDevicePixelRatio(ratio);
-    image.fill(m_browser->palette().color(QPalette::Window));
-    QPainter painter(&image);
-    m_browser->render(&painter, seen.boundingRect().topLeft() - m_frame.topLeft(), seen);
-    return image;
+    const auto blank = [&](const QSize &size) {
+        QImage image(size * ratio, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        image.fill(m_browser->palette().color(QPalette::Window));
+        return image;
+    };
+    QImage sheet = blank({m_frame.right() + 1, m_frame.bottom() + 1});
+    m_browser->render(&sheet, seen.boundingRect().topLeft(), seen);
+    QImage picture = blank(m_frame.size());
+    QPainter painter(&picture);
+    painter.drawImage(-m_frame.topLeft(), sheet);
+    return picture;
 }
 
 } // namespace Batch
