@@ -1,6 +1,6 @@
 #include "demo/inverterfile.h"
 
-#include "demo/packwriter.h"
+#include "demo/zipwriter.h"
 #include "log/logger.h"
 #include "spectra/inverterfiles.h"
 
@@ -137,18 +137,18 @@ bool writeInverterFiles(const std::vector<InverterFile> &files, const QString &f
     const QDir target(folder);
     bool written = true;
     QByteArray map;
-    QList<QPair<QByteArray, QByteArray>> entries;
+    ZipWriter pack;
     Mode mode = Mode::Offset;
     for (const InverterFile &file : files) {
         written = writeFile(target.filePath(file.name), file.text) && written;
-        entries << qMakePair(file.name.toUtf8(), file.text);
+        pack.add(file.name.toUtf8(), file.text);
         if (file.mode != mode)
             map += modeName(file.mode).toUtf8() + ":\n";
         mode = file.mode;
         map += "  " + polarityName(file.polarity).toUtf8() + ": " + file.name.toUtf8() + "\n";
     }
     written = writeFile(target.filePath(QStringLiteral("demo.invmap")), map) && written;
-    return writeFile(target.filePath(QStringLiteral("demo.sinp")), makePack(entries)) && written;
+    return writeFile(target.filePath(QStringLiteral("demo.sinp")), pack.finish()) && written;
 }
 
 } // namespace Demo

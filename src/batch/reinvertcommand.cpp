@@ -7,6 +7,7 @@
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
 #include "batch/stagedoutput.h"
+#include "batch/writingend.h"
 #include "datafiles/datafinder.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/orderedinversion.h"
@@ -193,16 +194,8 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
         return outcome;
     PlainFileOutput::RowCounts counts;
     outcome.interrupted = !invertAndWrite(options, *read.reader, inverters, selection, staged.path(), &counts);
-    const bool moved = staged.moveOut();
-    outcome.outputLost = !moved || counts.lost > 0;
-    outcome.complaints = !messages.isEmpty() || read.ignoredRows();
-    tell(QStringLiteral("%1 rows written to \"%2\"").arg(QString::number(counts.written), save.outputFolder));
-    if (counts.lost > 0)
-        tell(QStringLiteral("%1 rows could not be written.").arg(counts.lost));
-    if (read.ignoredRows())
-        tell(QStringLiteral("%1 lines were ignored.").arg(read.reader->statistics().ignoredRows));
-    if (outcome.interrupted)
-        tell(QStringLiteral("Stopped: later days were not written."));
+    outcome.outputLost = !staged.moveOut();
+    tellWriting(counts, save.outputFolder, read, messages, &outcome);
     return outcome;
 }
 

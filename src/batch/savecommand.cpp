@@ -6,6 +6,7 @@
 #include "batch/progressline.h"
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
+#include "batch/writingend.h"
 #include "datafiles/datafinder.h"
 
 namespace Batch {
@@ -55,19 +56,7 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
                       [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
     output.closeFiles();
     ProgressLine::clear();
-    outcome.outputLost = output.counts().lost > 0;
-    outcome.complaints = !messages.isEmpty() || read.ignoredRows();
-    tell(QStringLiteral("%1 rows written to \"%2\"")
-             .arg(QString::number(output.counts().written), options.outputFolder));
-    outcome.nothingFound = output.counts().written == 0 && !outcome.outputLost && !outcome.interrupted;
-    if (outcome.nothingFound)
-        tell(QStringLiteral("Nothing to write: the records have none of what is to be saved."));
-    if (outcome.outputLost)
-        tell(QStringLiteral("%1 rows could not be written.").arg(output.counts().lost));
-    if (read.ignoredRows())
-        tell(QStringLiteral("%1 lines were ignored.").arg(read.reader->statistics().ignoredRows));
-    if (outcome.interrupted)
-        tell(QStringLiteral("Stopped: later days were not written."));
+    tellWriting(output.counts(), options.outputFolder, read, messages, &outcome);
     return outcome;
 }
 

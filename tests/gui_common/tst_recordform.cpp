@@ -1,8 +1,11 @@
 #include "gui/common/recordform.h"
 #include "gui/common/recordtext.h"
 
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTextBrowser>
 #include <QUrl>
@@ -161,4 +164,51 @@ TEST(RecordForm, FlagsHighlightWhatTheyAreAbout)
         f.form.flagClicked(QUrl(QString::fromLatin1(address)));
         EXPECT_TRUE(f.ui->highlightedVariables().isEmpty()) << address;
     }
+}
+
+TEST(RecordForm, PlotsAFlagFromItsContextMenu)
+{
+    Form f;
+    auto one = record();
+    one->provisional = true; // a line that is no link
+    one->flags = {flag("first", RecordFlag::Note), flag("second", RecordFlag::Failure)};
+    one->flags[0]->text = "{message: first}";
+    one->flags[1]->text = "{message: second, type: failure}";
+    f.form.showRecord(one);
+    f.form.show();
+    QSignalSpy requests(f.ui.get(), &UiInfo::requestFlagPlot);
+
+    // Shows the menu as the event asks, and triggers "Plot flag" if it is there.
+    const auto plotFrom = [&](QContextMenuEvent::Reason reason, const QPoint &at) {
+        QWidget *const target = reason == QContextMenuEvent::Mouse ? f.notes->viewport() : f.notes;
+        QContextMenuEvent event(reason, at, target->mapToGlobal(at));
+        QCoreApplication::sendEvent(target, &event);
+        const auto menus = f.notes->findChildren<QMenu *>();
+        if (menus.isEmpty())
+            return false;
+        QAction *const action = menus.last()->actions().value(0);
+        const bool isOffered = action && action->text() == "Plot flag";
+        f.form.showRecord(nullptr); // what is clicked is what was shown
+        if (isOffered)
+            action->trigger();
+        menus.last()->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        f.form.showRecord(one);
+        return isOffered;
+    };
+    const auto placeOf = [&](const QString &text) {
+        return f.notes->cursorRect(f.notes->document()->find(text)).center() - QPoint(3, 0);
+    };
+    EXPECT_TRUE(plotFrom(QContextMenuEvent::Mouse, placeOf("second")));
+    EXPECT_TRUE(plotFrom(QContextMenuEvent::Mouse, placeOf("first")));
+    EXPECT_FALSE(plotFrom(QContextMenuEvent::Mouse, placeOf("provisional")));
+    EXPECT_FALSE(plotFrom(QContextMenuEvent::Keyboard, {}));
+    f.notes->setFocus();
+    QTest::keyClick(f.notes, Qt::Key_Tab);
+    QTest::keyClick(f.notes, Qt::Key_Tab);
+    EXPECT_TRUE(plotFrom(QContextMenuEvent::Keyboard, {}));
+    QStringList texts;
+    for (const auto &request : requests)
+        texts << request.first().toString();
+    EXPECT_EQ(texts, (QStringList{one->flags[1]->text, one->flags[0]->text, one->flags[1]->text}));
 }

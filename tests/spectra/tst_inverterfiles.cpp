@@ -1,7 +1,7 @@
 #include "spectra/inverterfiles.h"
 
+#include "demo/zipwriter.h"
 #include "inverterfixture.h"
-#include "support/zipwriter.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 using namespace SpectMath;
+using Demo::ZipWriter;
 
 namespace {
 

@@ -119,10 +119,14 @@ TEST_F(BrowserPlotsTest, RequestsOpenTheRightPlot)
 {
     Q_EMIT uiInfo->requestElectrometerScatterplot(3);
     Q_EMIT uiInfo->requestVariableScatterplot(QStringLiteral("temperature"));
-    ASSERT_EQ(browser.views().size(), 2);
+    Q_EMIT uiInfo->requestFlagPlot(QStringLiteral("{type: warning, message: Too humid}"));
+    ASSERT_EQ(browser.views().size(), 3);
+    EXPECT_EQ(view<Tsb::ScatterPlotView>(0)->plotSettings().type, ScatterPlotSettings::Electrometer);
     EXPECT_EQ(view<Tsb::ScatterPlotView>(0)->plotSettings().electrometerNumber, 3);
     EXPECT_EQ(view<Tsb::ScatterPlotView>(1)->plotSettings().type, ScatterPlotSettings::Variable);
     EXPECT_EQ(view<Tsb::ScatterPlotView>(1)->plotSettings().parameterName, QStringLiteral("temperature"));
+    EXPECT_EQ(view<Tsb::OpmodeView>(2)->settings().toMap(),
+              (QVariantMap{{"type", "flag"}, {"flag", "{type: warning, message: Too humid}"}}));
     for (int i = 0; i < 2; ++i)
         EXPECT_FALSE(view<Tsb::ScatterPlotView>(i)->settings().toMap()[QStringLiteral("propertiesVisible")].toBool());
 }

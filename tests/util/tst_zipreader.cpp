@@ -1,6 +1,6 @@
 #include "util/zipreader.h"
 
-#include "support/zipwriter.h"
+#include "demo/zipwriter.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -8,6 +8,9 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+using Demo::deflateRaw;
+using Demo::ZipWriter;
 
 QStringList warnings;
 

@@ -8,6 +8,7 @@
 #include "batch/render/stackpicture.h"
 #include "batch/savetargets.h"
 #include "batch/stagedoutput.h"
+#include "batch/writingend.h"
 #include "datafiles/datafinder.h"
 #include "llama/qyaml.h"
 
@@ -117,12 +118,10 @@ Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRe
         return stopped();
     Outcome outcome;
     outcome.outputLost = !write(image, options.outputFile);
-    outcome.complaints = !messages.isEmpty() || read.ignoredRows();
     if (!outcome.outputLost)
         tell(QStringLiteral("%1 x %2 pixels written to \"%3\"")
                  .arg(QString::number(image.width()), QString::number(image.height()), options.outputFile));
-    if (read.ignoredRows())
-        tell(QStringLiteral("%1 lines were ignored.").arg(read.reader->statistics().ignoredRows));
+    tellReading(read, messages, &outcome);
     return outcome;
 }
 

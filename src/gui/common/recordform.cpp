@@ -1,11 +1,14 @@
 #include "gui/common/recordform.h"
 
+#include "gui/common/notesbrowser.h"
 #include "gui/common/recordtext.h"
 
+#include <QAction>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTextBrowser>
+#include <QMenu>
+#include <QTextDocument>
 #include <QUrl>
 
 namespace {
@@ -29,7 +32,7 @@ QLabel *makeLabel(const QString &name, const QString &widest, QWidget *parent)
 } // namespace
 
 RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
-    : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_commentEdit(new QLineEdit(this)), m_notes(new QTextBrowser(this))
+    : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_commentEdit(new QLineEdit(this)), m_notes(new NotesBrowser(this))
 {
     setObjectName(QStringLiteral("RecordForm"));
     m_dateLabel = makeLabel(QStringLiteral("dateLabel"), QStringLiteral("0000-00-00 (UTC+00)"), this);
@@ -40,7 +43,6 @@ RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
     m_commentEdit->setEnabled(false);
     m_notes->setObjectName(QStringLiteral("notesBrowser"));
     m_notes->setAccessibleName(tr("Notes and flags"));
-    m_notes->setOpenLinks(false);
     m_notes->document()->setDefaultStyleSheet(QString::fromLatin1(notesStyle));
 
     auto *layout = new QFormLayout(this);
@@ -53,6 +55,7 @@ RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
     layout->addRow(m_notes);
 
     connect(m_notes, &QTextBrowser::anchorClicked, this, &RecordForm::flagClicked);
+    connect(m_notes, &NotesBrowser::linkMenuRequested, this, &RecordForm::addFlagCommands);
     connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &RecordForm::updateSetup);
     clear();
 }
@@ -85,14 +88,36 @@ void RecordForm::updateSetup()
     showRecord(m_record);
 }
 
+std::shared_ptr<Spectrometer::RecordFlag> RecordForm::flagAt(const QString &address) const
+{
+    bool isNumber = false;
+    const int index = address.toInt(&isNumber);
+    if (!isNumber || !m_record || index < 0 || index >= int(m_record->flags.size()))
+        return nullptr;
+    return m_record->flags[std::size_t(index)];
+}
+
+void RecordForm::addFlagCommands(QMenu *menu, const QString &address)
+{
+    const auto flag = flagAt(address);
+    if (!flag)
+        return;
+    auto *const plot = new QAction(tr("Plot flag"), menu);
+    // The flag itself, not its place: another record may be shown by the time of the click.
+    connect(plot, &QAction::triggered, m_uiInfo.get(),
+            [ui = m_uiInfo.get(), flag] { Q_EMIT ui->requestFlagPlot(flag->text); });
+    QAction *const first = menu->actions().value(0);
+    menu->insertAction(first, plot);
+    menu->insertSeparator(first);
+}
+
 void RecordForm::flagClicked(const QUrl &url)
 {
     m_uiInfo->setHighlights({}, {});
-    bool isNumber = false;
-    const int index = url.path().toInt(&isNumber);
-    if (!isNumber || !m_record || index < 0 || index >= int(m_record->flags.size()))
+    const auto flag = flagAt(url.path());
+    if (!flag)
         return;
-    const QVariantMap &properties = m_record->flags[std::size_t(index)]->properties;
+    const QVariantMap &properties = flag->properties;
     QList<int> electrometers;
     const QVariantList numbers = properties.value(QStringLiteral("elms")).toList();
     for (const QVariant &number : numbers)

@@ -7,13 +7,14 @@
 
 #include <memory>
 
+class NotesBrowser;
 class QLabel;
 class QLineEdit;
-class QTextBrowser;
+class QMenu;
 class QUrl;
 
 /// Tells which record is shown: its times and mode, what is to be noted about it, and its flags. A click on a flag
-/// highlights the variables and electrometers that it is about.
+/// highlights the variables and electrometers that it is about, its context menu asks for a plot of it.
 class RecordForm : public QWidget {
     Q_OBJECT
 public:
@@ -29,6 +30,9 @@ public Q_SLOTS:
     void flagClicked(const QUrl &url);
 
 private:
+    /// The record's flag of that place, or null.
+    std::shared_ptr<Spectrometer::RecordFlag> flagAt(const QString &address) const;
+    void addFlagCommands(QMenu *menu, const QString &address);
     void setTexts(const QString &date, const QString &begin, const QString &end, const QString &mode);
     void setNotes(const QString &html);
 
@@ -39,6 +43,6 @@ private:
     QLabel *m_endTimeLabel;
     QLabel *m_opmodeLabel;
     QLineEdit *m_commentEdit; ///< disabled: there is nothing yet that would keep a comment
-    QTextBrowser *m_notes;
+    NotesBrowser *m_notes;
     QString m_notesHtml; ///< as it stands in m_notes
 };

@@ -4,7 +4,9 @@
 
 #include <vector>
 
-/// Makes zip archives in memory for tests, honest ones and ones that lie.
+namespace Demo {
+
+/// Makes zip archives in memory, the same bytes whenever it is called; for tests also ones that lie.
 class ZipWriter {
 public:
     struct Entry {
@@ -32,3 +34,5 @@ private:
 
 /// A raw deflate stream, as zip entries hold it.
 QByteArray deflateRaw(const QByteArray &data);
+
+} // namespace Demo

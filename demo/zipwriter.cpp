@@ -1,10 +1,16 @@
-#include "support/zipwriter.h"
+#include "demo/zipwriter.h"
 
 #include <QtEndian>
 
 #include <zlib.h>
 
+namespace Demo {
+
 namespace {
+
+constexpr quint16 version = 20;
+constexpr quint16 midnight = 0;
+constexpr quint16 date = (2019 - 1980) << 9 | 5 << 5 | 14;
 
 template<typename T>
 void put(QByteArray &out, T value)
@@ -46,11 +52,14 @@ ZipWriter &ZipWriter::add(const Entry &entry)
     const quint32 size = quint32(entry.declaredSize >= 0 ? entry.declaredSize : entry.data.size());
     const quint16 flags = quint16(entry.flags | (entry.streamed ? 8 : 0));
     const quint32 offset = quint32(m_body.size());
+    const auto crc =
+        quint32(crc32(0, reinterpret_cast<const Bytef *>(entry.data.constData()), uInt(entry.data.size())));
 
     put<quint32>(m_body, 0x04034b50);
-    for (quint16 word : {quint16(20), flags, method, quint16(0), quint16(0)})
+    for (quint16 word : {version, flags, method, midnight, date})
         put(m_body, word);
-    for (quint32 word : {quint32(0), quint32(entry.streamed ? 0 : stored.size()), entry.streamed ? 0 : size})
+    for (quint32 word :
+         {entry.streamed ? 0 : crc, quint32(entry.streamed ? 0 : stored.size()), entry.streamed ? 0 : size})
         put(m_body, word);
     put<quint16>(m_body, quint16(entry.name.size()));
     put<quint16>(m_body, quint16(entry.localExtra.size()));
@@ -59,9 +68,9 @@ ZipWriter &ZipWriter::add(const Entry &entry)
         m_body += QByteArray(16, 'd');
 
     put<quint32>(m_directory, 0x02014b50);
-    for (quint16 word : {entry.madeBy, quint16(20), flags, method, quint16(0), quint16(0)})
+    for (quint16 word : {entry.madeBy, version, flags, method, midnight, date})
         put(m_directory, word);
-    for (quint32 word : {quint32(0), quint32(stored.size()), size})
+    for (quint32 word : {crc, quint32(stored.size()), size})
         put(m_directory, word);
     for (quint16 word : {quint16(entry.name.size()), quint16(0), quint16(0), quint16(0), quint16(0)})
         put(m_directory, word);
@@ -83,3 +92,5 @@ QByteArray ZipWriter::finish(const QByteArray &comment)
     put<quint16>(out, quint16(comment.size()));
     return out + comment;
 }
+
+} // namespace Demo
