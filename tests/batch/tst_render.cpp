@@ -61,7 +61,7 @@ protected:
     const FileReader &reader() const { return *m_read.reader; }
 
     /// Nothing that a run made to work in is left.
-    bool isTidy() const { return QDir(path()).entryList({"*unfinished*"}, QDir::AllEntries | QDir::Hidden).isEmpty(); }
+    bool isTidy() const { return QDir(path()).entryList({"*.png?*"}, QDir::AllEntries | QDir::Hidden).isEmpty(); }
 
     /// Two strips, currents with their properties, and one spectrogram, each of another height.
     QVariantMap variedSetup()

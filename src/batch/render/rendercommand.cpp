@@ -7,22 +7,23 @@
 #include "batch/render/offscreen.h"
 #include "batch/render/stackpicture.h"
 #include "batch/savetargets.h"
-#include "batch/stagedoutput.h"
 #include "batch/writingend.h"
 #include "datafiles/datafinder.h"
 #include "llama/qyaml.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QSaveFile>
 
 namespace Batch {
 
 namespace {
 
 constexpr double dotsPerMeter = 96 / 0.0254; // of logical pixels
-constexpr qint64 mostPixels = 1 << 27;       // a GB while it is drawn
+constexpr qint64 mostPixels = 1 << 27;       // one and a half GB while it is drawn
 
 /// The list of views of a setup file; empty without a file. False: `fault` says what is wrong with it.
 bool readSetup(const QString &path, QVariant *views, QString *fault)
@@ -52,6 +53,13 @@ bool readSetup(const QString &path, QVariant *views, QString *fault)
     return true;
 }
 
+/// Looked up anew; a link that leads nowhere counts.
+bool isTaken(const QFileInfo &target)
+{
+    const QFileInfo now(target.filePath());
+    return now.exists() || now.isSymLink();
+}
+
 /// False with words: no file, or a whole one, stands there then.
 bool write(QImage picture, const QString &path)
 {
@@ -59,20 +67,19 @@ bool write(QImage picture, const QString &path)
     const double ratio = picture.devicePixelRatioF();
     picture.setDotsPerMeterX(qRound(dotsPerMeter * ratio));
     picture.setDotsPerMeterY(qRound(dotsPerMeter * ratio));
-    StagedOutput staged(target.absolutePath());
-    if (!staged.isValid())
-        return false;
-    QFile file(staged.path() + QLatin1Char('/') + target.fileName());
+    QDir().mkpath(target.absolutePath()); // a failure shows in the next step
+    QSaveFile file(path);
     QImageWriter writer(&file, "png");
-    // What is still in the buffer may be what the disk has no room for.
-    if (!file.open(QIODevice::WriteOnly) || !writer.write(picture) || !file.flush()) {
-        const bool ofFile = file.error() != QFileDevice::NoError;
-        tell(QStringLiteral("\"%1\" could not be written: %2")
-                 .arg(path, ofFile ? file.errorString() : writer.errorString()));
-        return false;
-    }
-    file.close();
-    return staged.moveOut();
+    QString reason;
+    if (!file.open(QIODevice::WriteOnly) || !writer.write(picture))
+        reason = file.error() != QFileDevice::NoError ? file.errorString() : writer.errorString();
+    else if (isTaken(target))
+        reason = QStringLiteral("it was written by others in the meantime");
+    else if (!file.commit())
+        reason = file.errorString();
+    if (!reason.isEmpty())
+        tell(QStringLiteral("\"%1\" could not be written: %2").arg(path, reason));
+    return reason.isEmpty();
 }
 
 Outcome stopped()
@@ -131,7 +138,7 @@ Outcome render(const RenderOptions &options, const MessageCollector &messages)
     if (inputs.isEmpty())
         return nothing(nothingMatchedText(options.read.folder));
     const QFileInfo target(options.outputFile);
-    if (target.exists() || target.isSymLink())
+    if (isTaken(target))
         return refused(QStringLiteral("\"%1\" exists.").arg(options.outputFile));
     QString fault = unusableFolder(target.absolutePath());
     if (!fault.isEmpty())
