@@ -77,16 +77,35 @@ std::size_t SpanIndex::lastEndingFrom(std::size_t before, std::int64_t tick) con
     return m_size;
 }
 
+bool SpanIndex::blockLiesWithin(std::size_t i, std::int64_t from, std::int64_t until) const
+{
+    const std::size_t next = i / blockSize + 1;
+    const Block &block = m_blocks[next - 1];
+    if (block.firstBegin < from || block.leastEnd < from || block.greatestEnd >= until)
+        return false;
+    // No begin is beyond that of the next block: the entries themselves are seldom looked at.
+    const bool followedWithin = next < m_blocks.size() && m_blocks[next].firstBegin < until;
+    return followedWithin || begin(std::min(m_size, next * blockSize) - 1) < until;
+}
+
+SpanIndex::Run SpanIndex::runFrom(std::size_t i) const
+{
+    const Spans &spans = *m_blocks[i / blockSize].spans;
+    const std::size_t slot = i % blockSize;
+    return {spans.begins.data() + slot, spans.ends.data() + slot, std::min(blockSize - slot, m_size - i)};
+}
+
 void SpanIndex::append(RecordTime beginTime, RecordTime endTime)
 {
     const std::size_t block = m_size / blockSize;
     const std::size_t slot = m_size % blockSize;
     const std::int64_t endTick = endTicks(beginTime, endTime);
     if (slot == 0)
-        m_blocks.push_back({ticksOf(beginTime), endTick, std::make_unique<Spans>()});
+        m_blocks.push_back({ticksOf(beginTime), endTick, endTick, std::make_unique<Spans>()});
     Block &last = m_blocks[block];
     last.spans->begins[slot] = ticksOf(beginTime);
     last.spans->ends[slot] = endTick;
+    last.leastEnd = std::min(last.leastEnd, endTick);
     last.greatestEnd = std::max(last.greatestEnd, endTick);
     ++m_size;
 }
@@ -128,5 +147,7 @@ void SpanIndex::refresh(std::size_t block)
     Block &b = m_blocks[block];
     const auto used = std::ptrdiff_t(std::min(blockSize, m_size - block * blockSize));
     b.firstBegin = b.spans->begins[0];
-    b.greatestEnd = *std::max_element(b.spans->ends.begin(), b.spans->ends.begin() + used);
+    const auto [least, greatest] = std::minmax_element(b.spans->ends.begin(), b.spans->ends.begin() + used);
+    b.leastEnd = *least;
+    b.greatestEnd = *greatest;
 }

@@ -23,6 +23,17 @@ public:
     std::int64_t end(std::size_t i) const { return m_blocks[i / blockSize].spans->ends[i % blockSize]; }
     /// The greatest end of the entries of the block that holds entry i.
     std::int64_t greatestEndOfBlock(std::size_t i) const { return m_blocks[i / blockSize].greatestEnd; }
+    /// The least begin of the entries of that block.
+    std::int64_t leastBeginOfBlock(std::size_t i) const { return m_blocks[i / blockSize].firstBegin; }
+    /// Whether all begins and ends of that block lie in [from, until).
+    bool blockLiesWithin(std::size_t i, std::int64_t from, std::int64_t until) const;
+
+    /// The entries from one on to the end of its block, in memory.
+    struct Run {
+        const std::int64_t *begins, *ends;
+        std::size_t size;
+    };
+    Run runFrom(std::size_t i) const;
 
     /// The first entry whose begin isn't less than the tick; size() if there is none.
     std::size_t lowerBound(std::int64_t tick) const;
@@ -49,6 +60,7 @@ private:
     };
     struct Block {
         std::int64_t firstBegin;
+        std::int64_t leastEnd;
         std::int64_t greatestEnd;
         std::unique_ptr<Spans> spans;
     };

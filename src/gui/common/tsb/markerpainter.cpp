@@ -1,26 +1,97 @@
 #include "gui/common/tsb/markerpainter.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace Tsb {
+
+namespace {
+
+using Place = MarkerPainter::Place;
+
+// Places: three that aren't rows, one that stays empty, the rows, and again one that stays empty.
+constexpr Place nowhere = 0;
+constexpr Place aboveTop = 1;
+constexpr Place belowBottom = 2;
+constexpr Place firstRow = 4;
+constexpr Place noPlace = std::numeric_limits<Place>::max();
+
+} // namespace
 
 MarkerPainter::MarkerPainter(QImage &image, int first, int last)
     : m_bits(image.bits()), m_stride(image.bytesPerLine()), m_first(std::max(first, 0)),
-      m_last(std::min(last, image.width())), m_height(image.height())
+      m_end(std::min(last, image.width())), m_height(image.height()),
+      m_keys(std::size_t(firstRow) + std::size_t(m_height) + 1, 0), m_least(noPlace), m_greatest(nowhere)
 {
 }
 
-void MarkerPainter::squareAtBorder(int x, int y, QRgb color)
+void MarkerPainter::placesOf(const ValueScale &scale, const double *values, std::size_t count, Place *places) const
 {
-    for (int dy = -1; dy <= 1; ++dy)
-        for (int dx = -1; dx <= 1; ++dx)
-            if (dx != 0 || dy != 0)
-                pixel(x + dx, y + dy, color);
+    const double height = m_height, bottom = m_height - 1;
+    const ValueScale by = scale; // a copy that nothing written here can change
+    for (std::size_t i = 0; i < count; ++i) {
+        const double row = height - by.pixel(values[i]);
+        const double rounded = row + 0.5; // halves up
+        double place = nowhere - firstRow;
+        place = row >= 0 ? rounded : place;
+        place = row < 0 ? aboveTop - firstRow : place;
+        place = row > bottom ? belowBottom - firstRow : place;
+        places[i] = Place(place) + firstRow;
+    }
 }
 
-void MarkerPainter::edge(int x, int top, QRgb color)
+void MarkerPainter::noteSpan(const Place *places, std::size_t count)
 {
-    for (int dy = 0; dy < 2; ++dy)
-        for (int dx = -1; dx <= 0; ++dx)
-            pixel(x + dx, top + dy, color);
+    Place least = m_least, greatest = m_greatest;
+    for (std::size_t k = 0; k < count; ++k) {
+        least = places[k] < least ? places[k] : least;
+        greatest = places[k] > greatest ? places[k] : greatest;
+    }
+    m_least = least;
+    m_greatest = greatest;
+}
+
+void MarkerPainter::flush()
+{
+    if (m_least == noPlace)
+        return;
+    // A marker beyond an edge reaches two rows inward.
+    int from = m_least - firstRow - 1, to = m_greatest - firstRow + 2;
+    if (m_least < firstRow)
+        from = 0;
+    if (m_keys[aboveTop] != 0)
+        to = std::max(to, 2);
+    if (m_keys[belowBottom] != 0)
+        to = m_height;
+    if (m_column >= m_first - 1 && m_column <= m_end)
+        writeRows(std::max(from, 0), std::min(to, m_height));
+    std::fill(m_keys.begin() + m_least, m_keys.begin() + m_greatest + 1, 0);
+    m_least = noPlace;
+    m_greatest = nowhere;
+}
+
+/// A square leaves its middle open, and a mark on the edge has no right column.
+void MarkerPainter::writeRows(int from, int to)
+{
+    const auto write = [](QRgb *pixel, Key key) { *pixel = key != 0 ? QRgb(key) : *pixel; };
+    const bool left = m_column - 1 >= m_first && m_column - 1 < m_end;
+    const bool middle = m_column >= m_first && m_column < m_end;
+    const bool right = m_column + 1 >= m_first && m_column + 1 < m_end;
+    for (int y = from; y < to; ++y) {
+        const Key *const key = m_keys.data() + firstRow + y;
+        const Key beside = std::max(key[-1], key[1]);
+        const Key squares = std::max(beside, key[0]);
+        Key edge = y < 2 ? m_keys[aboveTop] : 0;
+        if (y >= m_height - 2)
+            edge = std::max(edge, m_keys[belowBottom]);
+        QRgb *const pixel = reinterpret_cast<QRgb *>(m_bits + std::ptrdiff_t(y) * m_stride) + m_column;
+        if (left)
+            write(pixel - 1, std::max(squares, edge));
+        if (middle)
+            write(pixel, std::max(beside, edge));
+        if (right)
+            write(pixel + 1, squares);
+    }
 }
 
 } // namespace Tsb

@@ -197,6 +197,29 @@ void ScatterPlot::drawRange(QPainter &painter, int first, int last)
         drawRecordSeries(marker, first, last);
 }
 
+/// Calls mark(i, n) for runs of the entries first .. first + count - 1 of a block that stand on one column, which is
+/// set.
+template<typename Mark>
+void ScatterPlot::markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
+                               std::size_t count, Mark mark)
+{
+    if (column.holdsBlockOf(spans, first)) {
+        marker.setColumn(column.column());
+        mark(0, count);
+        return;
+    }
+    const SpanIndex::Run run = spans.runFrom(first);
+    for (std::size_t k = 0; k < count;) {
+        const int here = column(middleTick(run.begins[k], run.ends[k]));
+        std::size_t end = k + 1;
+        while (end < count && column(middleTick(run.begins[end], run.ends[end])) == here)
+            ++end;
+        marker.setColumn(here);
+        mark(k, end - k);
+        k = end;
+    }
+}
+
 void ScatterPlot::drawRecordSeries(MarkerPainter &marker, int first, int last)
 {
     if (m_recordSeries.empty())
@@ -204,23 +227,31 @@ void ScatterPlot::drawRecordSeries(MarkerPainter &marker, int first, int last)
     const SpanIndex &spans = datastore()->recordSpans();
     const auto run = barRun(spans, timeScale(), first - 1, last + 1);
     const std::uint8_t *const pens = m_pens.values(*datastore()).data();
-    const PositionMap x(timeScale());
-    const double height = contentsRect().height();
     struct Line {
         const double *values;
-        const QRgb *colors;
-        std::size_t colorCount;
+        std::array<QRgb, 256> colors;
+        std::array<MarkerPainter::Place, SpanIndex::blockSize> places;
     };
-    std::vector<Line> lines;
-    for (RecordSeries &series : m_recordSeries)
-        lines.push_back({series.values.values(*datastore()).data(), series.colors.data(), series.colors.size()});
-    for (std::size_t i = run.first; i < run.second; ++i) {
-        const double column = x(middleTick(spans, i));
-        for (const Line &line : lines) {
-            const double row = height - m_scale.pixel(line.values[i]);
-            const std::uint8_t pen = pens[i];
-            marker.mark(column, row, pen < line.colorCount ? line.colors[pen] : qRgb(0, 0, 0));
-        }
+    std::vector<Line> lines(m_recordSeries.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        lines[i].values = m_recordSeries[i].values.values(*datastore()).data();
+        lines[i].colors.fill(qRgb(0, 0, 0));
+        const std::vector<QRgb> &colors = m_recordSeries[i].colors;
+        std::copy_n(colors.begin(), std::min<std::size_t>(colors.size(), unknownPen), lines[i].colors.begin());
+    }
+    ColumnFinder column(timeScale(), first, last);
+    for (std::size_t i = run.first; i < run.second;) {
+        const std::size_t count = std::min(run.second - i, spans.runFrom(i).size);
+        for (Line &line : lines)
+            marker.placesOf(m_scale, line.values + i, count, line.places.data());
+        markByColumn(marker, column, spans, i, count, [&, pensOfRun = pens + i](std::size_t k, std::size_t some) {
+            for (std::size_t l = 0; l < lines.size(); ++l) {
+                const QRgb *const colors = lines[l].colors.data();
+                marker.markEach(lines[l].places.data() + k, some, lines.size(), l,
+                                [=](std::size_t j) { return colors[pensOfRun[k + j]]; });
+            }
+        });
+        i += count;
     }
 }
 
@@ -232,12 +263,32 @@ void ScatterPlot::drawSpectrumSeries(MarkerPainter &marker, int first, int last)
         const auto run = barRun(spans, timeScale(), first - 1, last + 1);
         cursors.push_back({&spans, series.values.values(*datastore()).data(), series.color, run.first, run.second});
     }
-    const PositionMap x(timeScale());
-    const double height = contentsRect().height();
-    visitInTimeOrder(cursors, [&](const ScatterCursor &at, std::size_t i) {
-        const double row = height - m_scale.pixel(at.values[i]);
-        marker.mark(x(middleTick(*at.spans, i)), row, at.color);
-    });
+    ColumnFinder column(timeScale(), first, last);
+    std::vector<std::array<MarkerPainter::Place, SpanIndex::blockSize>> places(cursors.size());
+    const auto markCommon = [&](std::size_t count) {
+        for (std::size_t c = 0; c < cursors.size(); ++c)
+            marker.placesOf(m_scale, cursors[c].values + cursors[c].next, count, places[c].data());
+        const auto mark = [&](std::size_t k, std::size_t some) {
+            for (std::size_t c = 0; c < cursors.size(); ++c)
+                marker.markEach(places[c].data() + k, some, cursors.size(), c,
+                                [color = cursors[c].color](std::size_t) { return color; });
+        };
+        markByColumn(marker, column, *cursors[0].spans, cursors[0].next, count, mark);
+        for (ScatterCursor &cursor : cursors)
+            cursor.next += count;
+    };
+    const auto markOne = [&](const ScatterCursor &at, std::size_t i) {
+        MarkerPainter::Place place;
+        marker.placesOf(m_scale, at.values + i, 1, &place);
+        marker.setColumn(column(middleTick(at.spans->begin(i), at.spans->end(i))));
+        marker.mark(place, at.color);
+    };
+    for (bool more = true; more;) {
+        if (const std::size_t count = commonRun(cursors))
+            markCommon(count);
+        else
+            more = visitInTimeOrder(cursors, SpanIndex::blockSize, markOne);
+    }
 }
 
 template<typename Visit>

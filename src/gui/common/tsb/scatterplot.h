@@ -1,8 +1,10 @@
 #pragma once
 
+#include "gui/common/tsb/markerpainter.h"
 #include "gui/common/tsb/plot.h"
 #include "gui/common/tsb/recordcolumn.h"
 #include "gui/common/tsb/scatterplotsettings.h"
+#include "gui/common/tsb/scatterseries.h"
 #include "gui/common/tsb/valuescale.h"
 #include "gui/common/uiinfo.h"
 
@@ -72,8 +74,11 @@ private:
     void noteRemoved();
 
     double rowOf(double scaleValue) const;
-    void drawRecordSeries(class MarkerPainter &marker, int first, int last);
-    void drawSpectrumSeries(class MarkerPainter &marker, int first, int last);
+    void drawRecordSeries(MarkerPainter &marker, int first, int last);
+    void drawSpectrumSeries(MarkerPainter &marker, int first, int last);
+    template<typename Mark>
+    static void markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
+                             std::size_t count, Mark mark);
     template<typename Visit>
     void visitInSight(Visit visit);
     std::vector<Point> pointsOf(const Record &record) const;

@@ -32,14 +32,33 @@ private:
     double m_originPixel;
 };
 
+/// The column that a marker stands on, halves rounded up as points are drawn. Remembers the times of the column found
+/// last, as most moments lie on the same as the one before.
+class ColumnFinder {
+public:
+    /// Columns far outside of first .. last - 1 come out as some column outside.
+    ColumnFinder(const TimeScale &scale, int first, int last);
+
+    int operator()(std::int64_t tick) { return tick >= m_from && tick < m_until ? m_column : find(tick); }
+    /// Whether all entries of the block that holds entry i stand on the column found last.
+    bool holdsBlockOf(const SpanIndex &spans, std::size_t i) const { return spans.blockLiesWithin(i, m_from, m_until); }
+    int column() const { return m_column; }
+
+private:
+    int find(std::int64_t tick);
+
+    TimeScale m_scale;
+    PositionMap m_position;
+    int m_first, m_last;
+    int m_column = 0;
+    std::int64_t m_from = 0, m_until = 0; ///< times that are surely on the column, if not all of them
+};
+
 /// The middle of an entry, half way from its begin to its end.
-inline std::int64_t middleTick(const SpanIndex &spans, std::size_t i)
+inline std::int64_t middleTick(std::int64_t begin, std::int64_t end)
 {
-    const std::int64_t begin = spans.begin(i);
     std::int64_t span;
-    if (__builtin_sub_overflow(spans.end(i), begin, &span))
-        return begin;
-    return begin + span / 2;
+    return __builtin_sub_overflow(end, begin, &span) ? begin : begin + span / 2;
 }
 
 /// A place in one spectrum series while several are drawn together.
@@ -51,12 +70,16 @@ struct ScatterCursor {
     std::size_t end;
 };
 
-/// Visits the entries of all cursors in order of their begins, those that begin together in the order of the cursors:
-/// the order of the records.
+/// How many entries all cursors have in common from where they stand, up to the end of a block: those of the same
+/// records. 0 if the next ones differ, or at an end.
+std::size_t commonRun(const std::vector<ScatterCursor> &cursors);
+
+/// Visits some entries of all cursors in order of their begins, those that begin together in the order of the cursors:
+/// the order of the records. Tells whether there were as many.
 template<typename Visit>
-void visitInTimeOrder(std::vector<ScatterCursor> &cursors, Visit visit)
+bool visitInTimeOrder(std::vector<ScatterCursor> &cursors, std::size_t count, Visit visit)
 {
-    for (;;) {
+    for (; count > 0; --count) {
         ScatterCursor *earliest = nullptr;
         std::int64_t begin = 0;
         for (ScatterCursor &cursor : cursors) {
@@ -66,9 +89,10 @@ void visitInTimeOrder(std::vector<ScatterCursor> &cursors, Visit visit)
             }
         }
         if (!earliest)
-            return;
+            return false;
         visit(*earliest, earliest->next++);
     }
+    return true;
 }
 
 /// The electrometer's name, with " pos" or " neg" behind it where its channel is of that group.
