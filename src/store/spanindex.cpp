@@ -88,6 +88,19 @@ bool SpanIndex::blockLiesWithin(std::size_t i, std::int64_t from, std::int64_t u
     return followedWithin || begin(std::min(m_size, next * blockSize) - 1) < until;
 }
 
+void SpanIndex::fetchIfCrossing(std::size_t i, std::int64_t tick) const
+{
+    if (i >= m_size)
+        return;
+    const Block &block = m_blocks[i / blockSize];
+    if (block.firstBegin >= tick || block.greatestEnd < tick)
+        return;
+    const auto *const memory = reinterpret_cast<const char *>(block.spans.get());
+    constexpr std::size_t cacheLine = 64;
+    for (std::size_t at = 0; at < sizeof(Spans); at += cacheLine)
+        __builtin_prefetch(memory + at);
+}
+
 SpanIndex::Run SpanIndex::runFrom(std::size_t i) const
 {
     const Spans &spans = *m_blocks[i / blockSize].spans;

@@ -28,6 +28,10 @@ public:
     /// Whether all begins and ends of that block lie in [from, until).
     bool blockLiesWithin(std::size_t i, std::int64_t from, std::int64_t until) const;
 
+    /// Asks for the times of the block that holds entry i to be brought into the cache, if the tick lies between them;
+    /// i may be beyond the end.
+    void fetchIfCrossing(std::size_t i, std::int64_t tick) const;
+
     /// The entries from one on to the end of its block, in memory.
     struct Run {
         const std::int64_t *begins, *ends;

@@ -96,13 +96,22 @@ inline std::uint32_t multiplied(std::uint32_t x, std::uint32_t a)
     return (t + (t >> 8) + 0x80) >> 8;
 }
 
-inline QRgb blended(QRgb below, QRgb color, std::uint32_t alpha)
+/// The channels of a colour, 16 bits apart, so that they are multiplied at once.
+inline std::uint64_t spread(QRgb color)
 {
-    const auto channel = [alpha](int under, int over) {
-        return multiplied(std::uint32_t(over), alpha) + multiplied(std::uint32_t(under), 255 - alpha);
-    };
-    return qRgb(int(channel(qRed(below), qRed(color))), int(channel(qGreen(below), qGreen(color))),
-                int(channel(qBlue(below), qBlue(color))));
+    return std::uint64_t(color & 0xff00ff) | std::uint64_t((color >> 8) & 0xff00ff) << 32;
+}
+
+inline QRgb gathered(std::uint64_t channels)
+{
+    return 0xff000000u | QRgb(channels & 0xff00ff) | QRgb(channels >> 32 & 0xff) << 8;
+}
+
+/// multiplied() of each channel.
+inline std::uint64_t multipliedChannels(std::uint64_t channels, std::uint32_t a)
+{
+    const std::uint64_t t = channels * a;
+    return (t + ((t >> 8) & 0x00ff00ff00ff00ffu) + 0x0080008000800080u) >> 8 & 0x00ff00ff00ff00ffu;
 }
 
 /// A bar without width is outlined by two lines that lie on each other. From what both cover together, the coverage of
@@ -188,9 +197,15 @@ void BarStripPainter::prepare(int height)
     for (int kind = 0; kind < 2; ++kind)
         for (int place = 0; place < phases * stampColumns; ++place) {
             auto &alphas = m_stamps[kind].alphas[std::size_t(place)];
+            auto &through = m_stamps[kind].through[std::size_t(place)];
             alphas.assign(std::size_t(m_rowClasses), 0);
-            for (const auto &entry : classes)
-                alphas[std::size_t(entry.second)] = entry.first[std::size_t(kind * phases * stampColumns + place)];
+            through.assign(std::size_t(m_rowClasses), 1);
+            for (const auto &entry : classes) {
+                const std::uint8_t alpha = entry.first[std::size_t(kind * phases * stampColumns + place)];
+                const float open = float(255 - alpha) / 255;
+                alphas[std::size_t(entry.second)] = alpha;
+                through[std::size_t(entry.second)] = open * open;
+            }
         }
 }
 
@@ -203,7 +218,11 @@ void BarStripPainter::draw(QPainter &painter, QImage &image, const BarStripSourc
     BarPen pen(painter, *source.styles);
     std::size_t narrow = run.first; // where the present run of bars below a pixel begins
     for (std::size_t i = run.first; i < run.second; ++i) {
-        // The cheap test first: most bars are decided by it.
+        // The cheap tests first: most bars are decided by them.
+        if (saturatedSubtract(spans.greatestEndOfBlock(i), spans.leastBeginOfBlock(i)) <= scale.ticksPerPixel) {
+            i |= SpanIndex::blockSize - 1; // a block that lies within a pixel
+            continue;
+        }
         if (saturatedSubtract(spans.end(i), spans.begin(i)) <= scale.ticksPerPixel)
             continue;
         const BarEnds ends = barEnds(spans, scale, i);
@@ -230,70 +249,86 @@ void BarStripPainter::blendRun(QImage &image, const BarStripSource &source, cons
         blendColumn(image, source, scale, begin, end, x);
 }
 
+int BarStripPainter::phaseOf(const SpanIndex &spans, const TimeScale &scale, std::size_t i, int base)
+{
+    const std::int64_t begin = spans.begin(i), end = spans.end(i), origin = ticksOf(scale.tickAt(base));
+    std::int64_t fromBase;
+    if (end >= begin && end - begin <= scale.ticksPerPixel && !__builtin_sub_overflow(begin, origin, &fromBase) &&
+        std::abs(fromBase) < 64 * scale.ticksPerPixel) {
+        // Without a division. Where rounding could tell, it is left to the formula below.
+        constexpr double doubt = 1e-6;
+        constexpr int positive = 128 * phases; // truncation is to round down
+        const double exact = double(2 * fromBase + (end - begin)) * (0.5 * phases / double(scale.ticksPerPixel));
+        const double part = exact + positive - double(int(exact + positive));
+        if (part > doubt && part < 1 - doubt)
+            return int(exact + positive) - positive;
+    }
+    const double columns = std::clamp(barEnds(spans, scale, i).x0 - base, -1000.0, 1000.0);
+    return int(columns * phases); // exact: on the raster engine's grid
+}
+
 /// Walks back from the last bar that can touch the column until nothing beneath would be seen, then blends what was
 /// met, the oldest first.
 void BarStripPainter::blendColumn(QImage &image, const BarStripSource &source, const TimeScale &scale,
                                   std::size_t begin, std::size_t end, int x)
 {
     const SpanIndex &spans = *source.spans;
-    const std::int64_t until = ticksOf(scale.tickAt(std::int64_t(x) + 2));
+    // A bar without width reaches half a column and what one phase is; it doesn't begin behind its middle.
+    const std::int64_t reach = scale.ticksPerPixel / 2 + scale.ticksPerPixel / phases + 2;
+    const std::int64_t until = saturatedAdd(ticksOf(scale.tickAt(std::int64_t(x) + 1)), reach);
     const std::int64_t from = ticksOf(scale.tickAt(std::int64_t(x) - 2));
     std::size_t i = end - begin <= shortRun ? end : std::clamp(spans.lowerBound(until), begin, end);
+    const auto classes = std::size_t(m_rowClasses);
     m_layers.clear();
-    m_covers.assign(std::size_t(m_rowClasses), RowCover());
-    bool covered = false;
-    while (i > begin) {
+    m_remaining.assign(classes, 1);
+    m_strongest.assign(classes, 0);
+    for (std::vector<float> *sums : {&m_red, &m_green, &m_blue})
+        sums->assign(classes, 0);
+    std::size_t coveredRows = 0; // row classes from the first on; what is covered stays so
+    while (i > begin && coveredRows < classes) {
         --i;
         if (spans.begin(i) < from)
             break;
         const BarStyle &style = (*source.styles)[source.styleOf(i)];
         if (style.pen.style() == Qt::NoPen) // without width there is nothing to fill
             continue;
-        const BarEnds ends = barEnds(spans, scale, i);
-        if (std::abs(ends.x0 - x) > stampColumns)
-            continue;
-        const int position = int(ends.x0 * phases); // exact: on the raster engine's grid
-        const int column = position >> phaseBits;
-        const int place = x - column + 1;
+        const int position = phaseOf(spans, scale, i, x - 1);
+        const int place = 2 - (position >> phaseBits);
         if (place < 0 || place >= stampColumns)
             continue;
-        const int phase = position & (phases - 1);
-        const auto &alphas = m_stamps[style.half].alphas[std::size_t(phase * stampColumns + place)];
+        const auto stamp = std::size_t((position & (phases - 1)) * stampColumns + place);
+        const std::vector<std::uint8_t> &alphas = m_stamps[style.half].alphas[stamp];
+        const float *const through = m_stamps[style.half].through[stamp].data();
+        const QRgb color = style.pen.color().rgb();
+        const auto red = float(qRed(color)), green = float(qGreen(color)), blue = float(qBlue(color));
         bool touches = false;
-        covered = true;
-        for (int row = 0; row < m_rowClasses; ++row) {
-            const std::uint8_t alpha = alphas[std::size_t(row)];
-            RowCover &cover = m_covers[std::size_t(row)];
-            const float through = float(255 - alpha) / 255;
-            cover.remaining *= through * through;
-            cover.strongest = std::max(cover.strongest, alpha);
-            touches = touches || alpha != 0;
-            covered = covered && cover.remaining < invisibleWeight && cover.strongest >= clearingAlpha;
+        for (std::size_t row = 0; row < classes; ++row) {
+            const float weight = m_remaining[row] * (1 - through[row]);
+            m_red[row] += weight * red;
+            m_green[row] += weight * green;
+            m_blue[row] += weight * blue;
+            m_remaining[row] *= through[row];
+            m_strongest[row] = std::max(m_strongest[row], alphas[row]);
+            touches = touches || alphas[row] != 0;
         }
         if (touches)
-            m_layers.push_back({alphas.data(), style.pen.color().rgb()});
-        if (covered)
-            break;
+            m_layers.push_back({alphas.data(), color});
+        while (coveredRows < classes && m_remaining[coveredRows] < invisibleWeight &&
+               m_strongest[coveredRows] >= clearingAlpha)
+            ++coveredRows;
     }
     if (m_layers.empty())
         return;
-    blendLayers(image, x, covered);
+    blendLayers(image, x, coveredRows == classes);
 }
 
 /// What the layers come to, in real numbers, over anything.
 QRgb BarStripPainter::meanOfLayers(int row) const
 {
-    float red = 0, green = 0, blue = 0, open = 1;
-    for (const Layer &layer : m_layers) { // the newest first
-        const float through = float(255 - layer.alphas[row]) / 255;
-        const float weight = open * (1 - through * through);
-        red += weight * float(qRed(layer.color));
-        green += weight * float(qGreen(layer.color));
-        blue += weight * float(qBlue(layer.color));
-        open *= through * through;
-    }
-    const float all = std::max(1 - open, 1e-6f);
-    return qRgb(int(red / all + 0.5f), int(green / all + 0.5f), int(blue / all + 0.5f));
+    const auto r = std::size_t(row);
+    const float all = std::max(1 - m_remaining[r], 1e-6f);
+    const auto channel = [all](float sum) { return int(sum / all + 0.5f); };
+    return qRgb(channel(m_red[r]), channel(m_green[r]), channel(m_blue[r]));
 }
 
 /// Where what lies beneath is covered, blending starts from the mean of the layers: rounding to whole numbers keeps a
@@ -314,10 +349,15 @@ void BarStripPainter::blendLayers(QImage &image, int x, bool covered)
         Known &last = known[std::size_t(row)];
         if (last.below != pixel) {
             last.below = pixel;
-            last.result = covered ? meanOfLayers(row) : pixel;
-            for (auto layer = m_layers.rbegin(); layer != m_layers.rend(); ++layer)
-                if (const std::uint32_t alpha = layer->alphas[row])
-                    last.result = blended(blended(last.result, layer->color, alpha), layer->color, alpha);
+            std::uint64_t channels = spread(covered ? meanOfLayers(row) : pixel);
+            for (auto layer = m_layers.rbegin(); layer != m_layers.rend(); ++layer) {
+                if (const std::uint32_t alpha = layer->alphas[row]) { // two lines, one upon the other
+                    const std::uint64_t over = multipliedChannels(spread(layer->color), alpha);
+                    channels = over + multipliedChannels(channels, 255 - alpha);
+                    channels = over + multipliedChannels(channels, 255 - alpha);
+                }
+            }
+            last.result = gathered(channels);
         }
         pixel = last.result;
     }

@@ -53,6 +53,7 @@ private:
     /// The coverage of a bar without width, by phase of its middle, column and class of rows.
     struct Stamp {
         std::array<std::vector<std::uint8_t>, phases * stampColumns> alphas; ///< one per row class
+        std::array<std::vector<float>, phases * stampColumns> through;       ///< what both lines leave to see
     };
 
     void prepare(int height);
@@ -60,6 +61,8 @@ private:
                   std::size_t end, int first, int last);
     void blendColumn(QImage &image, const BarStripSource &source, const TimeScale &scale, std::size_t begin,
                      std::size_t end, int x);
+    /// Where the middle of a bar below a pixel lies, in 64ths of a column from the left of column `base`.
+    static int phaseOf(const SpanIndex &spans, const TimeScale &scale, std::size_t i, int base);
     void blendLayers(QImage &image, int x, bool covered);
     QRgb meanOfLayers(int row) const;
 
@@ -72,11 +75,10 @@ private:
         QRgb color;
     };
     std::vector<Layer> m_layers;
-    struct RowCover {
-        float remaining = 1;        ///< the weight of what lies beneath
-        std::uint8_t strongest = 0; ///< the greatest coverage of one layer
-    };
-    std::vector<RowCover> m_covers; ///< by row class
+    // By row class:
+    std::vector<float> m_remaining;            ///< the weight of what lies beneath
+    std::vector<float> m_red, m_green, m_blue; ///< sums over the layers by their weights
+    std::vector<std::uint8_t> m_strongest;     ///< the greatest coverage of one layer
 };
 
 /// The records whose bars may touch the columns first .. last - 1: from a walk back from the last of them that ends at

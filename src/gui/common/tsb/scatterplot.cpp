@@ -203,6 +203,7 @@ template<typename Mark>
 void ScatterPlot::markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
                                std::size_t count, Mark mark)
 {
+    spans.fetchIfCrossing(first + 2 * SpanIndex::blockSize, column.until());
     if (column.holdsBlockOf(spans, first)) {
         marker.setColumn(column.column());
         mark(0, count);

@@ -43,6 +43,8 @@ public:
     /// Whether all entries of the block that holds entry i stand on the column found last.
     bool holdsBlockOf(const SpanIndex &spans, std::size_t i) const { return spans.blockLiesWithin(i, m_from, m_until); }
     int column() const { return m_column; }
+    /// Where the column found last ends, about.
+    std::int64_t until() const { return m_until; }
 
 private:
     int find(std::int64_t tick);
