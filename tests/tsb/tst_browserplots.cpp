@@ -5,13 +5,15 @@
 #include "gui/common/tsb/timeview.h"
 #include "tsb/plotstore.h"
 
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
 #include <QAction>
+#include <QComboBox>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
 namespace {
 
@@ -59,6 +61,12 @@ protected:
         const int mode = int(begin / 10) % 2;
         auto full = testRecord(begin, end, mode);
         full->variables = RealVector(1, std::sin(begin / 200));
+        addWithSpectrum(full);
+    }
+    void addWithSpectrum(const Spectrometer::FullRecordPointer &full)
+    {
+        const int mode = full->opmode;
+        const double begin = double((full->beginTime - testStart).count()) / 1e7;
         store.addFullRecord(full);
         auto spectrum = std::make_shared<SpectMath::Spectrum>();
         spectrum->info = infos[mode];
@@ -80,20 +88,6 @@ protected:
     Datastore store;
     Tsb::TimeSeriesBrowser browser{uiInfo};
 };
-
-/// Over all pixels and channels.
-int greatestDifference(const QImage &a, const QImage &b)
-{
-    int greatest = a.size() == b.size() ? 0 : 255;
-    for (int y = 0; greatest < 255 && y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y), q = b.pixel(x, y);
-            greatest = std::max({greatest, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
-                                 std::abs(qBlue(p) - qBlue(q))});
-        }
-    }
-    return greatest;
-}
 
 TEST_F(BrowserPlotsTest, TheMenuHasEveryKind)
 {
@@ -161,46 +155,167 @@ TEST_F(BrowserPlotsTest, TheDefaultStackIsFittedAndGoesRound)
     EXPECT_EQ(browser.setup(), setup);
 }
 
-/// Records that come in bursts while the axis moves leave the picture that a fresh browser draws.
-TEST_F(BrowserPlotsTest, LiveDataEqualsAFullRedraw)
+TEST_F(BrowserPlotsTest, TabReachesEveryButtonBoxAndList)
 {
-    browser.addDefaultStack();
-    for (Tsb::View *view : browser.views()) {
-        QVariantMap settings = view->settings().toMap();
-        settings[QStringLiteral("autoFillGaps")] = false; // closes gaps beside a change only at the next redraw
-        view->setSettings(settings);
+    for (QAction *action : browser.addPlotActions())
+        action->trigger();
+    for (Tsb::View *one : browser.views()) {
+        if (auto *scatter = dynamic_cast<Tsb::ScatterPlotView *>(one))
+            scatter->setPropertiesVisible(true);
     }
     settle();
-    std::mt19937 random(11);
-    int next = 3000;
-    for (int burst = 0; burst < 20; ++burst) {
-        for (int i = 0; i < 100; ++i, next += 10)
-            add(next, next + 10);
-        TimeScale scale = browser.timeScale();
-        scale.originPixel -= std::int64_t(random() % 120);
-        browser.timeView()->setTimeScale(scale);
-        if (burst % 3 == 0)
-            settle();
+    QSet<QWidget *> wanted, reached;
+    for (QWidget *widget : browser.findChildren<QWidget *>()) {
+        const bool control = qobject_cast<QAbstractButton *>(widget) || qobject_cast<QComboBox *>(widget) ||
+                             qobject_cast<QAbstractSpinBox *>(widget) || qobject_cast<Tsb::Plot *>(widget);
+        if (control && widget->isVisible() && widget->isEnabled())
+            wanted.insert(widget);
     }
-    // As at the timer's next beat.
-    for (Tsb::Plot *plot : browser.findChildren<Tsb::Plot *>())
-        plot->update();
-    settle();
+    EXPECT_GT(wanted.size(), 25);
+    browser.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&browser));
+    for (int i = 0; i < 3 * wanted.size(); ++i) {
+        QWidget *const focus = QApplication::focusWidget();
+        QTest::keyClick(focus ? focus : &browser, Qt::Key_Tab);
+        reached.insert(QApplication::focusWidget());
+    }
+    for (QWidget *widget : wanted - reached)
+        ADD_FAILURE() << widget->metaObject()->className() << " in " << widget->parent()->metaObject()->className();
+}
 
-    Tsb::TimeSeriesBrowser fresh(uiInfo);
-    fresh.resize(browser.size());
-    fresh.setDatastore(&store);
-    fresh.timeView()->setTimeScale(browser.timeScale());
-    fresh.setSetup(browser.setup());
-    fresh.show();
-    settle();
-    const auto plots = browser.findChildren<Tsb::Plot *>(), others = fresh.findChildren<Tsb::Plot *>();
-    ASSERT_EQ(plots.size(), others.size());
-    for (int i = 0; i < plots.size(); ++i) {
-        plots[i]->grab();
-        others[i]->grab();
-        EXPECT_EQ(greatestDifference(plots[i]->image(), others[i]->image()), 0) << plots[i]->metaObject()->className();
+/// Setups that nobody sane writes, for each kind and key; what the data don't have is kept.
+TEST_F(BrowserPlotsTest, HostileSetupsRestoreWhatIsSound)
+{
+    const QVariantList odd{QVariant(),
+                           qQNaN(),
+                           qInf(),
+                           -qInf(),
+                           0,
+                           -1,
+                           1e300,
+                           -1e300,
+                           qulonglong(-1),
+                           true,
+                           QString(100'000, QLatin1Char('x')),
+                           QString(5000, QLatin1Char('\n')),
+                           QStringLiteral("<b>&amp;%1"),
+                           QVariantList{1, qQNaN()},
+                           QVariantMap{{QStringLiteral("x"), 1}},
+                           QByteArray("\xff\x00", 2)};
+    const struct {
+        const char *kind, *type;
+        QStringList keys;
+    } kinds[] = {{"opmode", "opmode", {"type"}},
+                 {"opmode", "flag", {"type", "flag"}},
+                 {"scatterplot", "electrometer", {"type", "height", "propertiesVisible", "electrometerNumber"}},
+                 {"scatterplot", "parameter", {"scaleMin", "scaleMax", "parameterName"}},
+                 {"scatterplot",
+                  "fraction",
+                  {"scaleMin", "fractionScale", "concentrationType", "totalConcentration", "visibleSpectra",
+                   "diameterSmallerLimit", "diameterLargerLimit", "mobilitySmallerLimit"}},
+                 {"scatterplot", "spectrumparameter", {"visibleSpectra", "spectrumParameter"}},
+                 {"spectrogram",
+                  "",
+                  {"height", "spectra", "colorLower", "colorUpper", "smoothingCoef", "colormap", "whiteBackground"}}};
+    for (const auto &kind : kinds) {
+        QVariantList setup;
+        const auto add = [&](const QVariant &settings) {
+            setup << QVariantMap{{"type", QLatin1String(kind.kind)}, {"settings", settings}};
+        };
+        for (const QVariant &value : odd) {
+            add(value);
+            for (const QString &key : kind.keys) {
+                QVariantMap settings{{"type", QLatin1String(kind.type)},
+                                     {"flag", "a flag"},
+                                     {"smoothingEnabled", true},
+                                     {"totalConcentration", false},
+                                     {"spectra", QStringList{infos[0]->hash}},
+                                     {"visibleSpectra", QStringList{infos[0]->hash}}};
+                if (key.startsWith(QLatin1String("mobility")))
+                    settings["fractionScale"] = "mobility";
+                settings[key] = value;
+                add(settings);
+            }
+        }
+        browser.setSetup(setup);
+        browser.allFitScale();
+        settle();
+        browser.grab();
+        const QVariantList kept = browser.setup().toList();
+        ASSERT_EQ(kept.size(), setup.size());
+        for (const Tsb::View *one : browser.views()) {
+            EXPECT_GE(one->height(), 16);
+            EXPECT_LE(one->height(), 4096);
+        }
+        browser.setSetup(kept);
+        const QVariantList again = browser.setup().toList();
+        for (int i = 0; i < kept.size(); ++i)
+            EXPECT_EQ(again.value(i), kept[i]) << testing::PrintToString(setup[i].toMap()["settings"].toMap().keys());
     }
+
+    const QVariant unknown = QVariantList{
+        QVariantMap{{"type", "opmode"}, {"settings", QVariantMap{{"type", "flag"}, {"flag", "nobody raises it"}}}},
+        QVariantMap{{"type", "scatterplot"},
+                    {"settings", QVariantMap{{"type", "parameter"}, {"parameterName", "no variable"}}}},
+        QVariantMap{{"type", "scatterplot"},
+                    {"settings", QVariantMap{{"type", "electrometer"}, {"electrometerNumber", 4711}}}},
+        QVariantMap{{"type", "scatterplot"},
+                    {"settings", QVariantMap{{"type", "fraction"}, {"visibleSpectra", QStringList{"no id"}}}}},
+        QVariantMap{{"type", "spectrogram"}, {"settings", QVariantMap{{"spectra", QStringList{"no id"}}}}}};
+    browser.setSetup(unknown);
+    settle();
+    browser.grab();
+    const auto given = unknown.toList(), written = browser.setup().toList();
+    ASSERT_EQ(written.size(), given.size());
+    for (int i = 0; i < given.size(); ++i) {
+        const QVariantMap settings = given[i].toMap()["settings"].toMap();
+        for (auto value = settings.begin(); value != settings.end(); ++value)
+            EXPECT_EQ(written[i].toMap()["settings"].toMap()[value.key()], value.value()) << i;
+    }
+}
+
+TEST_F(BrowserPlotsTest, AbsurdTimesDrawSomethingBounded)
+{
+    const RecordTime late = recordTimeFromTicks(253'402'300'799 * ticksPerSecond); // the end of the year 9999
+    const RecordTime times[] = {RecordTime(),
+                                recordTimeFromTicks(1),
+                                earliestRecordTime,
+                                late,
+                                latestRecordTime,
+                                testStart,
+                                testStart,
+                                testStart - Ticks(ticksPerDay),
+                                recordTimeFromTicks(-5 * ticksPerDay)};
+    for (const RecordTime begin : times) {
+        for (const RecordTime end : times) {
+            auto full = testRecord(0, 0, int(store.size() % 2));
+            full->beginTime = begin;
+            full->endTime = end;
+            addWithSpectrum(full);
+        }
+    }
+    browser.addDefaultStack();
+    settle();
+    for (const RecordTime origin : times) {
+        for (const std::int64_t ticks :
+             {TimeScale::leastTicksPerPixel, ticksPerSecond, TimeScale::greatestTicksPerPixel}) {
+            browser.timeView()->setTimeScale({origin, ticks, 300});
+            browser.allFitScale();
+            browser.grab();
+        }
+    }
+    for (int i = 0; i < store.size(); i += 7) {
+        browser.selectRecord(store.at(i));
+        browser.grab();
+    }
+    for (Tsb::Plot *plot : browser.findChildren<Tsb::Plot *>()) {
+        for (const int x : {3, 300, 600})
+            QTest::mouseClick(plot, Qt::LeftButton, {}, {x, 10});
+    }
+    browser.fitTimescale(store.at(0)->beginTime, store.at(store.size() - 1)->endTime);
+    settle();
+    browser.grab();
+    EXPECT_TRUE(browser.timeScale().isRepresentable(browser.width()));
 }
 
 } // namespace

@@ -13,7 +13,7 @@ namespace Tsb {
 namespace {
 
 const QString offeredFormat = QStringLiteral("%Y-%m-%d %H:%M:%S");
-constexpr int messageWidth = 40; // average characters
+constexpr int messageWidth = 52; // average characters
 constexpr int shownLength = 40;  // of a text that can't be read
 
 } // namespace
@@ -51,7 +51,7 @@ void GoToTimeDialog::accept()
         return QDialog::accept();
     }
     m_message->setText(
-        tr("“%1” is no time. It is to read YYYY-MM-DD or YYYY-MM-DD HH:MM:SS.").arg(m_edit->text().left(shownLength)));
+        tr("“%1” is no time.\nIt is to read YYYY-MM-DD or YYYY-MM-DD HH:MM:SS.").arg(m_edit->text().left(shownLength)));
     m_edit->setFocus();
     m_edit->selectAll();
 }

@@ -24,12 +24,16 @@ QStringList sortedIds(const QSet<QString> &ids)
     return list;
 }
 
-/// Sets a limit by the number under the key, if it is one.
+/// Sets a limit by the number under the key, if it is one that a size or a mobility can have.
 template<typename Make>
 void readLimit(const QVariantMap &map, const char *key, MobilitySize &limit, Make make)
 {
-    if (const auto value = finiteNumber(map.value(QString::fromLatin1(key))))
-        limit = limitInBothUnits(make(*value));
+    const auto value = finiteNumber(map.value(QString::fromLatin1(key)));
+    if (!value || *value < 0)
+        return;
+    const MobilitySize read = limitInBothUnits(make(*value));
+    if (!std::isnan(read.diameter) && !std::isnan(read.mobility))
+        limit = read;
 }
 
 } // namespace
@@ -115,14 +119,19 @@ void readScatterSetup(const QVariantMap &map, ScatterPlotSettings &settings)
     settings.spectrumParameter = spectrumParameterFromKey(map.value("spectrumParameter").toString());
 
     const SpectMath::MobilityModel model;
-    const auto diameter = [&model](double value) { return MobilitySize::fromDiameter(model, value, Unit::nanometre); };
-    const auto mobility = [&model](double value) {
-        return MobilitySize::fromMobility(model, value, Unit::mobilityCgs);
-    };
-    readLimit(map, "diameterSmallerLimit", settings.smallerLimit, diameter);
-    readLimit(map, "diameterLargerLimit", settings.largerLimit, diameter);
-    readLimit(map, "mobilitySmallerLimit", settings.smallerLimit, mobility);
-    readLimit(map, "mobilityLargerLimit", settings.largerLimit, mobility);
+    if (settings.fractionScale == DistributionScale::mobility) {
+        const auto mobility = [&model](double value) {
+            return MobilitySize::fromMobility(model, value, Unit::mobilityCgs);
+        };
+        readLimit(map, "mobilitySmallerLimit", settings.smallerLimit, mobility);
+        readLimit(map, "mobilityLargerLimit", settings.largerLimit, mobility);
+    } else {
+        const auto diameter = [&model](double value) {
+            return MobilitySize::fromDiameter(model, value, Unit::nanometre);
+        };
+        readLimit(map, "diameterSmallerLimit", settings.smallerLimit, diameter);
+        readLimit(map, "diameterLargerLimit", settings.largerLimit, diameter);
+    }
 }
 
 } // namespace Tsb
