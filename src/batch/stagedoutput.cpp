@@ -10,6 +10,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace Batch {
 
 namespace {
@@ -18,6 +21,27 @@ QString resolved(const QString &folder)
 {
     const QString canonical = QFileInfo(folder).canonicalFilePath();
     return canonical.isEmpty() ? QDir::cleanPath(QFileInfo(folder).absoluteFilePath()) : canonical;
+}
+
+/// Waits until the file, or the folder's list of files, is on the disk: a power failure behind a rename that came first
+/// would leave an empty file in place of the old one. Null, or why it failed.
+QString settle(const QString &path)
+{
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    const bool settled = descriptor >= 0 && ::fsync(descriptor) == 0;
+    const int error = errno;
+    if (descriptor >= 0)
+        ::close(descriptor);
+    return settled ? QString() : QString::fromLocal8Bit(std::strerror(error));
+}
+
+/// Moves a file, in place of one that may be there. Null, or why it failed.
+QString moveFile(const QString &from, const QString &to)
+{
+    QString reason = settle(from);
+    if (reason.isNull() && std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
+        reason = QString::fromLocal8Bit(std::strerror(errno));
+    return reason;
 }
 
 } // namespace
@@ -65,17 +89,14 @@ bool StagedOutput::moveOut()
     const QStringList names = QDir(m_staging->path()).entryList(QDir::Files, QDir::Name);
     for (const QString &name : names) {
         const QString target = QDir(m_folder).filePath(name);
-        QString reason;
-        if (!isUntouched(name))
-            reason = QStringLiteral("it was written by others in the meantime");
-        else if (std::rename(QFile::encodeName(m_staging->filePath(name)).constData(),
-                             QFile::encodeName(target).constData()) != 0)
-            reason = QString::fromLocal8Bit(std::strerror(errno));
-        if (reason.isEmpty())
+        const QString reason = isUntouched(name) ? moveFile(m_staging->filePath(name), target)
+                                                 : QStringLiteral("it was written by others in the meantime");
+        if (reason.isNull())
             continue;
         moved = false;
         tell(QStringLiteral("\"%1\" was not written: %2").arg(target, reason));
     }
+    settle(m_folder); // not every file system can: the files themselves are safe by now
     return moved;
 }
 
