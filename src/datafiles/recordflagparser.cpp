@@ -17,10 +17,10 @@ int typeOf(const QString &word)
     return RecordFlag::Note;
 }
 
-QVariant firstDocument(const QString &text)
+QVariant firstDocument(const QString &text, qint64 mostNodes)
 {
     try {
-        const QVariantList documents = Llama::yamlLoad(text.toUtf8());
+        const QVariantList documents = Llama::yamlLoad(text.toUtf8(), QString(), mostNodes);
         return documents.isEmpty() ? QVariant() : documents.first();
     } catch (const Llama::YamlError &) {
         return {};
@@ -29,13 +29,13 @@ QVariant firstDocument(const QString &text)
 
 } // namespace
 
-std::shared_ptr<RecordFlag> makeRecordFlag(const QString &text)
+std::shared_ptr<RecordFlag> makeRecordFlag(const QString &text, qint64 mostNodes)
 {
     auto flag = std::make_shared<RecordFlag>();
     flag->text = text;
     flag->message = text;
     flag->hash = qHash(text, 0);
-    const QVariant document = firstDocument(text);
+    const QVariant document = firstDocument(text, mostNodes);
     if (document.type() == QVariant::String) {
         flag->message = document.toString();
         flag->properties.insert(QStringLiteral("message"), flag->message);
@@ -45,6 +45,21 @@ std::shared_ptr<RecordFlag> makeRecordFlag(const QString &text)
         flag->type = typeOf(flag->properties.value(QStringLiteral("type")).toString());
     }
     return flag;
+}
+
+qint64 nodesOf(const QVariant &tree)
+{
+    qint64 count = 1;
+    if (tree.type() == QVariant::Map) {
+        const QVariantMap entries = tree.toMap();
+        for (const QVariant &value : entries)
+            count += 1 + nodesOf(value);
+    } else if (tree.type() == QVariant::List) {
+        const QVariantList items = tree.toList();
+        for (const QVariant &item : items)
+            count += nodesOf(item);
+    }
+    return count;
 }
 
 } // namespace Spectrometer

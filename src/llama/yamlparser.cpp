@@ -231,7 +231,8 @@ void YamlParser::remember(const yaml_char_t *anchor, const Tree &tree)
 void YamlParser::countNodes(qint64 count, const Event &event)
 {
     m_nodes += count;
-    if (m_nodes > std::min(m_mostNodes, maximumNodesPerByte * qint64(m_input.size())))
+    const qint64 held = m_nodes + m_anchors.size(); // an anchor takes as much memory as a node
+    if (held > m_mostNodes || m_nodes > maximumNodesPerByte * qint64(m_input.size()))
         fail("Too many nodes at line %1, column %2", event);
 }
 

@@ -1,5 +1,6 @@
 #include "datafiles/reading.h"
 
+#include "datafiles/recordflagparser.h"
 #include "util/timeformat.h"
 
 #include <cmath>
@@ -215,6 +216,24 @@ TEST_F(FileReading, a_wide_header_over_short_rows_does_not_eat_memory)
     EXPECT_LT(bytes, (64u << 20) + 1024u * std::size_t(recordCount()) + 10u * std::size_t(names.size() + rows.size()));
     ASSERT_EQ(complaints().size(), 1);
     EXPECT_TRUE(complaints()[0].endsWith("Record would hold too many values"));
+}
+
+TEST_F(FileReading, properties_of_flags_do_not_eat_memory)
+{
+    QByteArray rows(flagsHeader);
+    for (int i = 0; i < 1000; ++i)
+        rows += "# flag " + QByteArray::number(i) + ": {type: warning, message: m" + QByteArray::number(i) + ", a: [" +
+                QByteArray("0,").repeated(300) + "]}\n" + row(i, "!" + QByteArray::number(i));
+    write("1.flags", rows);
+    read();
+    ASSERT_EQ(recordCount(), 1000);
+    qint64 nodes = 0;
+    for (const auto &one : reader->datastore()->records())
+        nodes += Spectrometer::nodesOf(one->flags.at(0)->properties);
+    EXPECT_LT(110 * nodes, (32 << 20) + qint64(rows.size()));
+    EXPECT_EQ(record(0).flags[0]->message, "m0");
+    EXPECT_TRUE(record(999).flags[0]->message.startsWith("{type: warning, message: m999")) << "a note of its text";
+    EXPECT_TRUE(complaints().isEmpty());
 }
 
 TEST_F(FileReading, statistics_count_lines_bytes_and_what_was_lost)

@@ -122,6 +122,18 @@ TEST(YamlLoad, nodes_are_bounded)
     EXPECT_EQ(loaded("a: &a [1, 2, 3, 4, 5, 6, 7, 8]\nb: [*a, *a, *a, *a, *a, *a]\n").toMap().size(), 2);
     EXPECT_EQ(promptFailure("[&a [" + QByteArray("1,").repeated(5000) + "1]" + QByteArray(",*a").repeated(10000) + "]"),
               "Too many nodes at line 1, column 10243");
+
+    // A text of anchors alone takes twice the memory of one without.
+    const auto isTaken = [](const char *text, qint64 mostNodes) {
+        try {
+            return !Llama::yamlLoad(text, QString(), mostNodes).isEmpty();
+        } catch (const Llama::YamlError &) {
+            return false;
+        }
+    };
+    EXPECT_TRUE(isTaken("[x, y]", 3));
+    EXPECT_FALSE(isTaken("[&a x, &b y]", 3));
+    EXPECT_TRUE(isTaken("[&a x, &b y]", 4));
 }
 
 TEST(YamlLoad, foreign_texts_cost_little)

@@ -57,7 +57,9 @@ std::shared_ptr<Spectrometer::RecordFlag> FileReaderState::flagOf(const QString 
         return *found;
     if (recordFlags.size() >= mostFlags)
         return nullptr;
-    const auto flag = Spectrometer::makeRecordFlag(text);
+    constexpr qint64 always = 100000, bytesPerNode = 110;
+    const auto flag = Spectrometer::makeRecordFlag(text, always + bytesRead / bytesPerNode - m_flagNodes);
+    m_flagNodes += Spectrometer::nodesOf(flag->properties);
     recordFlags.insert(text, flag);
     return flag;
 }

@@ -47,7 +47,8 @@ struct FileReaderState {
     int knownOpmode(const QString &name) const { return m_opmodeIndex.value(name, -1); }
     /// The slot of the variable of that name, added if it isn't known.
     int variableOf(const QString &name, const QString &humanname, const QString &unit);
-    /// The flag of that text, made if it isn't known; null when there are absurdly many.
+    /// The flag of that text, made if it isn't known; null when there are absurdly many. When those before it have
+    /// properties out of proportion to what was read, it is a note with its whole text.
     std::shared_ptr<Spectrometer::RecordFlag> flagOf(const QString &text);
     /// Takes a finished description in: the result is the one known already if the two are equal. Where another stands
     /// under its hash, the result is null, or, with `rename`, the new one under a hash of its own.
@@ -75,6 +76,7 @@ private:
     QHash<QString, int> m_variableIndex;
     QHash<QString, int> m_renamed; ///< hash text to the last number hung to it
     std::size_t m_spectrumBytes = 0;
+    qint64 m_flagNodes = 0; ///< values in the properties of all flags
 };
 
 /// No header may describe more electrometers, parameters, modes, groups, flags or points of spectra than this.
