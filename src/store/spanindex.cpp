@@ -12,14 +12,20 @@ std::int64_t endTicks(RecordTime beginTime, RecordTime endTime)
 
 } // namespace
 
-std::size_t SpanIndex::lowerBound(std::int64_t tick) const
+std::size_t SpanIndex::blocksBefore(std::int64_t tick) const
 {
-    // The first block that begins at or after the tick; the answer is its first entry or lies in the block before.
     const auto next = std::lower_bound(m_blocks.begin(), m_blocks.end(), tick,
                                        [](const Block &block, std::int64_t t) { return block.firstBegin < t; });
-    if (next == m_blocks.begin())
+    return std::size_t(next - m_blocks.begin());
+}
+
+std::size_t SpanIndex::lowerBound(std::int64_t tick) const
+{
+    // The answer is the first entry of the first block that begins at or after the tick, or lies in the block before.
+    const std::size_t before = blocksBefore(tick);
+    if (before == 0)
         return 0;
-    const auto block = std::size_t(next - m_blocks.begin()) - 1;
+    const std::size_t block = before - 1;
     const std::size_t first = block * blockSize;
     const auto &begins = m_blocks[block].spans->begins;
     const auto last = begins.begin() + std::ptrdiff_t(std::min(blockSize, m_size - first));
@@ -95,6 +101,17 @@ void SpanIndex::fetchIfCrossing(std::size_t i, std::int64_t tick) const
     const Block &block = m_blocks[i / blockSize];
     if (block.firstBegin >= tick || block.greatestEnd < tick)
         return;
+    fetch(block);
+}
+
+void SpanIndex::fetchAround(std::int64_t tick) const
+{
+    if (const std::size_t before = blocksBefore(tick))
+        fetch(m_blocks[before - 1]);
+}
+
+void SpanIndex::fetch(const Block &block)
+{
     const auto *const memory = reinterpret_cast<const char *>(block.spans.get());
     constexpr std::size_t cacheLine = 64;
     for (std::size_t at = 0; at < sizeof(Spans); at += cacheLine)

@@ -32,6 +32,9 @@ public:
     /// i may be beyond the end.
     void fetchIfCrossing(std::size_t i, std::int64_t tick) const;
 
+    /// The same for the block that lowerBound() of that tick will look into.
+    void fetchAround(std::int64_t tick) const;
+
     /// The entries from one on to the end of its block, in memory.
     struct Run {
         const std::int64_t *begins, *ends;
@@ -70,6 +73,9 @@ private:
     };
 
     void refresh(std::size_t block);
+    /// The number of blocks that begin before the tick.
+    std::size_t blocksBefore(std::int64_t tick) const;
+    static void fetch(const Block &block);
 
     std::vector<Block> m_blocks;
     std::size_t m_size = 0;

@@ -96,22 +96,13 @@ inline std::uint32_t multiplied(std::uint32_t x, std::uint32_t a)
     return (t + (t >> 8) + 0x80) >> 8;
 }
 
-/// The channels of a colour, 16 bits apart, so that they are multiplied at once.
-inline std::uint64_t spread(QRgb color)
+inline QRgb blended(QRgb below, QRgb color, std::uint32_t alpha)
 {
-    return std::uint64_t(color & 0xff00ff) | std::uint64_t((color >> 8) & 0xff00ff) << 32;
-}
-
-inline QRgb gathered(std::uint64_t channels)
-{
-    return 0xff000000u | QRgb(channels & 0xff00ff) | QRgb(channels >> 32 & 0xff) << 8;
-}
-
-/// multiplied() of each channel.
-inline std::uint64_t multipliedChannels(std::uint64_t channels, std::uint32_t a)
-{
-    const std::uint64_t t = channels * a;
-    return (t + ((t >> 8) & 0x00ff00ff00ff00ffu) + 0x0080008000800080u) >> 8 & 0x00ff00ff00ff00ffu;
+    const auto channel = [alpha](int under, int over) {
+        return multiplied(std::uint32_t(over), alpha) + multiplied(std::uint32_t(under), 255 - alpha);
+    };
+    return qRgb(int(channel(qRed(below), qRed(color))), int(channel(qGreen(below), qGreen(color))),
+                int(channel(qBlue(below), qBlue(color))));
 }
 
 /// A bar without width is outlined by two lines that lie on each other. From what both cover together, the coverage of
@@ -194,25 +185,42 @@ void BarStripPainter::prepare(int height)
         m_rowClass[std::size_t(y)] = classes.emplace(row, int(classes.size())).first->second;
     }
     m_rowClasses = int(classes.size());
-    for (int kind = 0; kind < 2; ++kind)
-        for (int place = 0; place < phases * stampColumns; ++place) {
-            auto &alphas = m_stamps[kind].alphas[std::size_t(place)];
-            auto &through = m_stamps[kind].through[std::size_t(place)];
-            alphas.assign(std::size_t(m_rowClasses), 0);
-            through.assign(std::size_t(m_rowClasses), 1);
+    m_paddedClasses = (classes.size() + rowsAtOnce - 1) / rowsAtOnce * rowsAtOnce;
+    for (std::size_t kind = 0; kind < 2; ++kind)
+        for (std::size_t place = 0; place < m_stamps[kind].size(); ++place) {
+            Stamp &stamp = m_stamps[kind][place];
+            stamp = Stamp();
+            stamp.alphas.assign(m_paddedClasses, 0);
+            stamp.through.assign(m_paddedClasses, 1);
+            stamp.lanes.assign(4 * m_paddedClasses, 0);
             for (const auto &entry : classes) {
-                const std::uint8_t alpha = entry.first[std::size_t(kind * phases * stampColumns + place)];
+                const auto row = std::size_t(entry.second);
+                const std::uint8_t alpha = entry.first[kind * m_stamps[kind].size() + place];
                 const float open = float(255 - alpha) / 255;
-                alphas[std::size_t(entry.second)] = alpha;
-                through[std::size_t(entry.second)] = open * open;
+                stamp.touches = stamp.touches || alpha != 0;
+                stamp.alphas[row] = alpha;
+                stamp.through[row] = open * open;
+                std::fill_n(stamp.lanes.begin() + std::ptrdiff_t(4 * row), 4, alpha);
             }
         }
+}
+
+void BarStripPainter::prepareColors(const std::vector<BarStyle> &styles)
+{
+    m_penColors.resize(styles.size());
+    for (std::size_t i = 0; i < styles.size(); ++i) {
+        PenColor &pen = m_penColors[i];
+        pen.color = styles[i].pen.color().rgb();
+        for (std::size_t lane = 0; lane < pen.lanes.size(); ++lane)
+            pen.lanes[lane] = std::uint16_t(pen.color >> 8 * (lane % 4) & 0xff); // blue, green, red, 255
+    }
 }
 
 void BarStripPainter::draw(QPainter &painter, QImage &image, const BarStripSource &source, const TimeScale &scale,
                            int first, int last)
 {
     prepare(image.height());
+    prepareColors(*source.styles);
     const SpanIndex &spans = *source.spans;
     const auto run = barRun(spans, scale, first, last);
     BarPen pen(painter, *source.styles);
@@ -249,23 +257,90 @@ void BarStripPainter::blendRun(QImage &image, const BarStripSource &source, cons
         blendColumn(image, source, scale, begin, end, x);
 }
 
-int BarStripPainter::phaseOf(const SpanIndex &spans, const TimeScale &scale, std::size_t i, int base)
-{
-    const std::int64_t begin = spans.begin(i), end = spans.end(i), origin = ticksOf(scale.tickAt(base));
-    std::int64_t fromBase;
-    if (end >= begin && end - begin <= scale.ticksPerPixel && !__builtin_sub_overflow(begin, origin, &fromBase) &&
-        std::abs(fromBase) < 64 * scale.ticksPerPixel) {
-        // Without a division. Where rounding could tell, it is left to the formula below.
-        constexpr double doubt = 1e-6;
-        constexpr int positive = 128 * phases; // truncation is to round down
-        const double exact = double(2 * fromBase + (end - begin)) * (0.5 * phases / double(scale.ticksPerPixel));
-        const double part = exact + positive - double(int(exact + positive));
-        if (part > doubt && part < 1 - doubt)
-            return int(exact + positive) - positive;
+namespace {
+
+/// Where the middles of bars below a pixel lie, in 64ths of a column from the left of one column.
+class PhaseFinder {
+public:
+    PhaseFinder(const SpanIndex &spans, const TimeScale &scale, int column, int phases)
+        : m_spans(spans), m_scale(scale), m_column(column), m_phases(phases), m_origin(ticksOf(scale.tickAt(column))),
+          m_factor(0.5 * phases / double(scale.ticksPerPixel)), m_positive(128 * phases)
+    {
     }
-    const double columns = std::clamp(barEnds(spans, scale, i).x0 - base, -1000.0, 1000.0);
-    return int(columns * phases); // exact: on the raster engine's grid
+    int operator()(std::size_t i) const
+    {
+        const std::int64_t begin = m_spans.begin(i), end = m_spans.end(i);
+        std::int64_t from;
+        if (end >= begin && end - begin <= m_scale.ticksPerPixel && !__builtin_sub_overflow(begin, m_origin, &from) &&
+            std::abs(from) < 64 * m_scale.ticksPerPixel) {
+            // Without a division. Where rounding could tell, it is left to the formula below.
+            constexpr double doubt = 1e-6;
+            const double exact = double(2 * from + (end - begin)) * m_factor + m_positive; // truncation rounds down
+            const int whole = int(exact);
+            const double part = exact - whole;
+            if (part > doubt && part < 1 - doubt)
+                return whole - m_positive;
+        }
+        const double columns = std::clamp(barEnds(m_spans, m_scale, i).x0 - m_column, -1000.0, 1000.0);
+        return int(columns * m_phases); // exact: on the raster engine's grid
+    }
+
+private:
+    const SpanIndex &m_spans;
+    const TimeScale &m_scale;
+    int m_column;
+    int m_phases;
+    std::int64_t m_origin;
+    double m_factor;
+    int m_positive;
+};
+
+// A few numbers at once: constant counts of numbers that don't overlap.
+
+template<std::size_t count>
+void takeWeights(float *__restrict remaining, const float *__restrict through, float *__restrict weights)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        weights[i] = remaining[i] * (1 - through[i]);
+        remaining[i] *= through[i];
+    }
 }
+
+template<std::size_t count>
+void addWeighted(float *__restrict sums, const float *__restrict weights, float value)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        sums[i] += weights[i] * value;
+}
+
+template<std::size_t count>
+void keepGreatest(std::uint8_t *__restrict greatest, const std::uint8_t *__restrict values)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        greatest[i] = greatest[i] < values[i] ? values[i] : greatest[i];
+}
+
+/// multiplied(), which fits into 16 bits.
+inline std::uint16_t multipliedLane(std::uint16_t value, std::uint16_t alpha)
+{
+    const auto t = std::uint16_t(value * alpha);
+    return std::uint16_t(std::uint16_t(t + (t >> 8) + 0x80) >> 8);
+}
+
+/// blended() twice: a bar's two lines, one upon the other.
+template<std::size_t count>
+void blendTwice(std::uint16_t *__restrict lanes, const std::uint16_t *__restrict color,
+                const std::uint16_t *__restrict alphas)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto open = std::uint16_t(255 - alphas[i]);
+        const std::uint16_t over = multipliedLane(color[i], alphas[i]);
+        const auto once = std::uint16_t(over + multipliedLane(lanes[i], open));
+        lanes[i] = std::uint16_t(over + multipliedLane(once, open));
+    }
+}
+
+} // namespace
 
 /// Walks back from the last bar that can touch the column until nothing beneath would be seen, then blends what was
 /// met, the oldest first.
@@ -277,64 +352,98 @@ void BarStripPainter::blendColumn(QImage &image, const BarStripSource &source, c
     const std::int64_t reach = scale.ticksPerPixel / 2 + scale.ticksPerPixel / phases + 2;
     const std::int64_t until = saturatedAdd(ticksOf(scale.tickAt(std::int64_t(x) + 1)), reach);
     const std::int64_t from = ticksOf(scale.tickAt(std::int64_t(x) - 2));
-    std::size_t i = end - begin <= shortRun ? end : std::clamp(spans.lowerBound(until), begin, end);
-    const auto classes = std::size_t(m_rowClasses);
+    std::size_t i = end;
+    if (end - begin > shortRun) {
+        i = std::clamp(spans.lowerBound(until), begin, end);
+        spans.fetchAround(saturatedAdd(until, scale.ticksPerPixel)); // for the next column
+    }
     m_layers.clear();
-    m_remaining.assign(classes, 1);
-    m_strongest.assign(classes, 0);
+    m_remaining.assign(m_paddedClasses, 1);
+    m_strongest.assign(m_paddedClasses, 0);
     for (std::vector<float> *sums : {&m_red, &m_green, &m_blue})
-        sums->assign(classes, 0);
+        sums->assign(m_paddedClasses, 0);
+    const PhaseFinder phaseOf(spans, scale, x - 1, phases);
+    const auto classes = std::size_t(m_rowClasses);
     std::size_t coveredRows = 0; // row classes from the first on; what is covered stays so
     while (i > begin && coveredRows < classes) {
         --i;
         if (spans.begin(i) < from)
             break;
-        const BarStyle &style = (*source.styles)[source.styleOf(i)];
+        const std::uint8_t styleIndex = source.styleOf(i);
+        const BarStyle &style = (*source.styles)[styleIndex];
         if (style.pen.style() == Qt::NoPen) // without width there is nothing to fill
             continue;
-        const int position = phaseOf(spans, scale, i, x - 1);
+        const int position = phaseOf(i);
         const int place = 2 - (position >> phaseBits);
         if (place < 0 || place >= stampColumns)
             continue;
-        const auto stamp = std::size_t((position & (phases - 1)) * stampColumns + place);
-        const std::vector<std::uint8_t> &alphas = m_stamps[style.half].alphas[stamp];
-        const float *const through = m_stamps[style.half].through[stamp].data();
-        const QRgb color = style.pen.color().rgb();
-        const auto red = float(qRed(color)), green = float(qGreen(color)), blue = float(qBlue(color));
-        bool touches = false;
-        for (std::size_t row = 0; row < classes; ++row) {
-            const float weight = m_remaining[row] * (1 - through[row]);
-            m_red[row] += weight * red;
-            m_green[row] += weight * green;
-            m_blue[row] += weight * blue;
-            m_remaining[row] *= through[row];
-            m_strongest[row] = std::max(m_strongest[row], alphas[row]);
-            touches = touches || alphas[row] != 0;
-        }
-        if (touches)
-            m_layers.push_back({alphas.data(), color});
+        const Stamp &stamp = m_stamps[style.half][std::size_t((position & (phases - 1)) * stampColumns + place)];
+        if (!stamp.touches)
+            continue;
+        addLayer(stamp, styleIndex);
         while (coveredRows < classes && m_remaining[coveredRows] < invisibleWeight &&
                m_strongest[coveredRows] >= clearingAlpha)
             ++coveredRows;
     }
-    if (m_layers.empty())
-        return;
-    blendLayers(image, x, coveredRows == classes);
+    if (coveredRows == classes && !m_layers.empty())
+        blendOverMean(image, x);
+    else
+        blendLayers(image, x);
+}
+
+/// Puts a layer beneath those that are there.
+void BarStripPainter::addLayer(const Stamp &stamp, std::uint8_t style)
+{
+    m_layers.push_back({&stamp, style});
+    const QRgb color = m_penColors[style].color;
+    for (std::size_t first = 0; first < m_paddedClasses; first += rowsAtOnce) {
+        float weights[rowsAtOnce];
+        takeWeights<rowsAtOnce>(m_remaining.data() + first, stamp.through.data() + first, weights);
+        addWeighted<rowsAtOnce>(m_red.data() + first, weights, float(qRed(color)));
+        addWeighted<rowsAtOnce>(m_green.data() + first, weights, float(qGreen(color)));
+        addWeighted<rowsAtOnce>(m_blue.data() + first, weights, float(qBlue(color)));
+        keepGreatest<rowsAtOnce>(m_strongest.data() + first, stamp.alphas.data() + first);
+    }
 }
 
 /// What the layers come to, in real numbers, over anything.
-QRgb BarStripPainter::meanOfLayers(int row) const
+QRgb BarStripPainter::meanOfLayers(std::size_t row) const
 {
-    const auto r = std::size_t(row);
-    const float all = std::max(1 - m_remaining[r], 1e-6f);
+    const float all = std::max(1 - m_remaining[row], 1e-6f);
     const auto channel = [all](float sum) { return int(sum / all + 0.5f); };
-    return qRgb(channel(m_red[r]), channel(m_green[r]), channel(m_blue[r]));
+    return qRgb(channel(m_red[row]), channel(m_green[row]), channel(m_blue[row]));
 }
 
 /// Where what lies beneath is covered, blending starts from the mean of the layers: rounding to whole numbers keeps a
 /// last trace of whatever it starts from, which would be that of the background here and that of earlier bars there.
-void BarStripPainter::blendLayers(QImage &image, int x, bool covered)
+/// So all rows of a class get the same colour, and all classes are worked out at once.
+void BarStripPainter::blendOverMean(QImage &image, int x)
 {
+    m_lanes.assign(4 * m_paddedClasses, 0);
+    for (std::size_t row = 0; row < std::size_t(m_rowClasses); ++row) {
+        const QRgb mean = meanOfLayers(row);
+        const std::array<int, 4> channels{qBlue(mean), qGreen(mean), qRed(mean), 255};
+        std::copy(channels.begin(), channels.end(), m_lanes.begin() + std::ptrdiff_t(4 * row));
+    }
+    constexpr std::size_t lanesAtOnce = 4 * rowsAtOnce;
+    for (std::size_t first = 0; first < m_lanes.size(); first += lanesAtOnce)
+        for (auto layer = m_layers.rbegin(); layer != m_layers.rend(); ++layer)
+            blendTwice<lanesAtOnce>(m_lanes.data() + first, m_penColors[layer->style].lanes.data(),
+                                    layer->stamp->lanes.data() + first);
+    for (int y = 0; y < image.height(); ++y) {
+        const int row = m_rowClass[std::size_t(y)];
+        if (row < 0)
+            continue;
+        const std::uint16_t *const lanes = m_lanes.data() + 4 * row;
+        reinterpret_cast<QRgb *>(image.scanLine(y))[x] = qRgb(lanes[2], lanes[1], lanes[0]);
+    }
+}
+
+/// Over what is there.
+void BarStripPainter::blendLayers(QImage &image, int x) const
+{
+    if (m_layers.empty())
+        return;
     // Rows of one class over the same background come to the same colour: most rows do.
     struct Known {
         QRgb below = 0, result = 0;
@@ -349,15 +458,12 @@ void BarStripPainter::blendLayers(QImage &image, int x, bool covered)
         Known &last = known[std::size_t(row)];
         if (last.below != pixel) {
             last.below = pixel;
-            std::uint64_t channels = spread(covered ? meanOfLayers(row) : pixel);
-            for (auto layer = m_layers.rbegin(); layer != m_layers.rend(); ++layer) {
-                if (const std::uint32_t alpha = layer->alphas[row]) { // two lines, one upon the other
-                    const std::uint64_t over = multipliedChannels(spread(layer->color), alpha);
-                    channels = over + multipliedChannels(channels, 255 - alpha);
-                    channels = over + multipliedChannels(channels, 255 - alpha);
+            last.result = pixel;
+            for (auto layer = m_layers.rbegin(); layer != m_layers.rend(); ++layer)
+                if (const std::uint32_t alpha = layer->stamp->alphas[std::size_t(row)]) { // two lines on each other
+                    const QRgb color = m_penColors[layer->style].color;
+                    last.result = blended(blended(last.result, color, alpha), color, alpha);
                 }
-            }
-            last.result = gathered(channels);
         }
         pixel = last.result;
     }

@@ -50,35 +50,49 @@ private:
     static constexpr int phases = 1 << phaseBits; ///< positions within a column that the raster engine tells apart
     static constexpr int stampColumns = 3;        ///< the column that the bar's middle lies in, and its neighbours
 
-    /// The coverage of a bar without width, by phase of its middle, column and class of rows.
+    static constexpr std::size_t rowsAtOnce = 8; ///< row classes are counted up to a multiple of this
+
+    /// The coverage of a bar without width in one column, by class of rows.
     struct Stamp {
-        std::array<std::vector<std::uint8_t>, phases * stampColumns> alphas; ///< one per row class
-        std::array<std::vector<float>, phases * stampColumns> through;       ///< what both lines leave to see
+        bool touches = false;
+        std::vector<std::uint8_t> alphas;
+        std::vector<float> through;       ///< the share of what lies beneath that both lines of the bar leave
+        std::vector<std::uint16_t> lanes; ///< alphas, for each of the four channels
     };
+    using Stamps = std::array<Stamp, phases * stampColumns>; ///< by phase of the middle and column
 
     void prepare(int height);
+    void prepareColors(const std::vector<BarStyle> &styles);
     void blendRun(QImage &image, const BarStripSource &source, const TimeScale &scale, std::size_t begin,
                   std::size_t end, int first, int last);
     void blendColumn(QImage &image, const BarStripSource &source, const TimeScale &scale, std::size_t begin,
                      std::size_t end, int x);
-    /// Where the middle of a bar below a pixel lies, in 64ths of a column from the left of column `base`.
-    static int phaseOf(const SpanIndex &spans, const TimeScale &scale, std::size_t i, int base);
-    void blendLayers(QImage &image, int x, bool covered);
-    QRgb meanOfLayers(int row) const;
+    void addLayer(const Stamp &stamp, std::uint8_t style);
+    void blendLayers(QImage &image, int x) const;
+    void blendOverMean(QImage &image, int x);
+    QRgb meanOfLayers(std::size_t row) const;
 
     int m_height = -1;
     std::vector<int> m_rowClass; ///< by row; -1 for rows that no bar touches
     int m_rowClasses = 0;
-    Stamp m_stamps[2]; ///< full and half height
-    struct Layer {
-        const std::uint8_t *alphas;
+    std::size_t m_paddedClasses = 0;
+    /// The colour of a style's pen, and its channels as often as rows are blended at once.
+    struct PenColor {
         QRgb color;
+        std::array<std::uint16_t, 4 * rowsAtOnce> lanes;
+    };
+    std::vector<PenColor> m_penColors;
+    Stamps m_stamps[2]; ///< full and half height
+    struct Layer {
+        const Stamp *stamp;
+        std::uint8_t style;
     };
     std::vector<Layer> m_layers;
     // By row class:
     std::vector<float> m_remaining;            ///< the weight of what lies beneath
     std::vector<float> m_red, m_green, m_blue; ///< sums over the layers by their weights
     std::vector<std::uint8_t> m_strongest;     ///< the greatest coverage of one layer
+    std::vector<std::uint16_t> m_lanes;        ///< the channels while they are blended
 };
 
 /// The records whose bars may touch the columns first .. last - 1: from a walk back from the last of them that ends at
