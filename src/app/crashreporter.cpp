@@ -33,6 +33,7 @@ struct Prepared {
     const char *folder = nullptr;
     char *arguments[mostArguments + 2] = {}; ///< ended by null; empty: no restart
     int restartTimeout = 0;                  ///< seconds
+    void (*lastWords)() noexcept = nullptr;
     timespec start{};
     char reason[512] = ""; ///< of std::terminate
 };
@@ -110,6 +111,8 @@ void handleCrash(int signal, siginfo_t *info, void *context)
         alarm(reportPatience);
         CrashReport::write(prepared.folder,
                            {prepared.program, prepared.reason, signal, info, context, secondsRunning()});
+        if (prepared.lastWords)
+            prepared.lastWords();
     } else if (reporting != self) {
         for (;;)
             pause(); // the process ends with the thread that crashed first
@@ -183,6 +186,7 @@ bool prepareTexts(const CrashReporter::Settings &settings)
 {
     prepared = Prepared();
     prepared.restartTimeout = settings.restartTimeoutSeconds;
+    prepared.lastWords = settings.lastWords;
     prepared.program = keep((settings.applicationName + QLatin1Char(' ') + settings.applicationVersion).toLocal8Bit());
     prepared.folder = keep(QFile::encodeName(settings.reportFolder));
     clock_gettime(CLOCK_MONOTONIC, &prepared.start);

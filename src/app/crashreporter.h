@@ -19,6 +19,8 @@ struct Settings {
     QStringList restartArguments;
     /// A process that crashes sooner than this after install isn't started again: that ends a chain of crashes.
     int restartTimeoutSeconds = 60;
+    /// Called once the report is written, on the thread that crashed; must neither allocate nor lock.
+    void (*lastWords)() noexcept = nullptr;
 };
 
 /// Installs the reporter for all threads; the calling one, which must also uninstall it, gets an alternate stack.

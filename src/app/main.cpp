@@ -49,6 +49,7 @@ bool installCrashReporter(const QString &recoveryFile)
     settings.reportFolder = QStringLiteral("crash_reports");
     settings.restartArguments = QStringList{QStringLiteral("--recover"), recoveryFile};
     settings.restartTimeoutSeconds = 60;
+    settings.lastWords = Log::writeCountAtCrash;
     return CrashReporter::install(settings);
 }
 

@@ -1,8 +1,11 @@
 #include "log/logger.h"
 
+#include "log/consoleoutput.h"
 #include "log/logfilewriter.h"
 
-#include <cstdio>
+#include <QCoreApplication>
+
+#include <cstdlib>
 
 namespace Log {
 
@@ -86,29 +89,42 @@ RootLogger &RootLogger::instance()
     // Never destroyed, since other static objects may still log while the process ends.
     static RootLogger *const root = [] {
         qRegisterMetaType<Log::Entry>("Log::Entry");
-        return new RootLogger;
+        auto *made = new RootLogger;
+        if (QCoreApplication::instance()) // whose thread is sure to turn an event loop
+            made->moveToThread(QCoreApplication::instance()->thread());
+        return made;
     }();
     return *root;
 }
 
-RootLogger::RootLogger() = default;
+RootLogger::RootLogger() : m_console(std::make_unique<ConsoleOutput>()), m_consoleTimer(new QTimer(this))
+{
+    m_consoleTimer->setSingleShot(true);
+    m_consoleTimer->setInterval(ConsoleOutput::patience);
+    connect(m_consoleTimer, &QTimer::timeout, this, [this] { m_console->flush(); });
+    std::atexit([] { instance().m_console->flush(); });
+}
+
 RootLogger::~RootLogger() = default;
 
 void RootLogger::post(const Entry &entry)
 {
     if (m_filter && !m_filter(entry))
         return;
-    // One write for the whole line, so that the lines of two threads don't mix, and a flush, so that a crash loses
-    // none.
-    const QByteArray line = consoleLine(entry);
-    std::fwrite(line.constData(), 1, std::size_t(line.size()), stdout);
-    std::fflush(stdout);
+    if (m_console->put(entry))
+        QMetaObject::invokeMethod(this, "flushConsoleSoon", Qt::QueuedConnection);
     Q_EMIT newEntry(entry);
     if (m_fileOutput) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_writer)
             m_writer->write(entry);
     }
+}
+
+void RootLogger::flushConsoleSoon()
+{
+    if (!m_consoleTimer->isActive())
+        m_consoleTimer->start();
 }
 
 void RootLogger::setLogDirectory(const QString &directory)

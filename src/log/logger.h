@@ -5,6 +5,7 @@
 #include <QMetaType>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include <atomic>
 #include <functional>
@@ -32,9 +33,17 @@ int levelFromName(const QString &name, int fallback);
 /// The line that an entry prints on the console, with its line feed.
 QByteArray consoleLine(const Entry &entry);
 
+/// Whether the entry says what the one before it said, in the same area and on the same day.
+bool isRepeat(const Entry &before, const Entry &entry);
+/// Prints the count of a run of equal entries that is still untold. For the moment of a crash: nothing is allocated or
+/// locked.
+void writeCountAtCrash() noexcept;
+
+class ConsoleOutput;
 class LogFileWriter;
 
-/// The one root of all logging. Every operation may be called from any thread; newEntry is emitted on the
+/// The one root of all logging. The console gets a run of equal entries as the first of them and how many more there
+/// were; the signal and the files get each. Every operation may be called from any thread; newEntry is emitted on the
 /// poster's thread, so receivers connect queued.
 class RootLogger : public QObject {
     Q_OBJECT
@@ -51,11 +60,16 @@ public:
 Q_SIGNALS:
     void newEntry(Log::Entry entry);
 
+private Q_SLOTS:
+    void flushConsoleSoon();
+
 private:
     RootLogger();
     ~RootLogger() override;
 
-    std::mutex m_mutex; ///< guards m_writer and what it writes
+    std::unique_ptr<ConsoleOutput> m_console;
+    QTimer *m_consoleTimer; ///< on this object's thread, the application's
+    std::mutex m_mutex;     ///< guards m_writer and what it writes
     std::unique_ptr<LogFileWriter> m_writer;
     std::atomic<bool> m_fileOutput{false};
     std::function<bool(const Entry &)> m_filter;

@@ -86,6 +86,15 @@ TEST(CrashReporter, AReportTellsAddressAndException)
     EXPECT_TRUE(onlyReport(thrown).contains("St13runtime_error: no way out\n")) << onlyReport(thrown).constData();
 }
 
+TEST(CrashReporter, WhatTheConsoleWasYetToTellIsTold)
+{
+    Process process;
+    const Ended ended = runCrash(process, {"logged", "main", SIGSEGV, "probeNull"}, 0);
+    EXPECT_TRUE(ended.crashed);
+    EXPECT_EQ(ended.output.count("said"), 2) << ended.output.constData();
+    EXPECT_TRUE(ended.output.contains("E] said (1002 times more) [probe           ]\n")) << ended.output.constData();
+}
+
 TEST(CrashReporter, AProcessOfSomeAgeIsStartedAgainOnce)
 {
     for (const Crash &crash : {Crash{"null", "main", SIGSEGV, ""}, Crash{"overflow", "reading", SIGSEGV, ""},

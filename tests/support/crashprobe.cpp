@@ -1,4 +1,5 @@
 #include "app/crashreporter.h"
+#include "log/logger.h"
 #include "util/workerthread.h"
 
 #include <QCoreApplication>
@@ -70,7 +71,11 @@ void crash(const QString &kind)
         probeAbort();
     else if (kind == QLatin1String("throw"))
         [&]() noexcept { probeThrow(); }();
-    else if (kind == QLatin1String("bus"))
+    else if (kind == QLatin1String("logged")) {
+        for (int i = 0; i < 1003; ++i)
+            Log::Logger(QStringLiteral("probe")).log(Log::Error, QStringLiteral("said"));
+        probeNull();
+    } else if (kind == QLatin1String("bus"))
         probeRaise(SIGBUS);
     else if (kind == QLatin1String("ill"))
         probeRaise(SIGILL);
@@ -110,6 +115,7 @@ int main(int argc, char **argv)
     settings.reportFolder = QStringLiteral("crash_reports");
     settings.restartArguments = QStringList{QStringLiteral("--recover"), QStringLiteral("a file.recovery")};
     settings.restartTimeoutSeconds = arguments[4].toInt();
+    settings.lastWords = Log::writeCountAtCrash;
     if (!CrashReporter::install(settings))
         return 3;
     open("held-open", O_RDWR | O_CREAT, 0666); // and without O_CLOEXEC

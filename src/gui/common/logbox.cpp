@@ -54,7 +54,7 @@ LogBox::~LogBox()
 
 void LogBox::put(const Log::Entry &entry)
 {
-    if (!m_entries.empty() && LogText::isRepeat(m_entries.back(), entry)) {
+    if (!m_entries.empty() && Log::isRepeat(m_entries.back(), entry)) {
         m_entries.back().count += entry.count;
         return;
     }

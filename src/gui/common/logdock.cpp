@@ -49,7 +49,7 @@ void LogDock::addEntry(Log::Entry entry)
         return;
     if (!m_flushTimer.isActive())
         m_flushTimer.start();
-    if (m_mayRepeat && LogText::isRepeat(m_lastEntry, entry)) {
+    if (m_mayRepeat && Log::isRepeat(m_lastEntry, entry)) {
         (m_pending.empty() ? m_repeats : m_pending.back().count) += entry.count;
         return;
     }

@@ -26,12 +26,6 @@ bool isShown(const Log::Entry &entry)
     return !entry.source.startsWith(QLatin1String("qt."));
 }
 
-bool isRepeat(const Log::Entry &before, const Log::Entry &entry)
-{
-    return entry.level == before.level && entry.source == before.source && entry.time.date() == before.time.date() &&
-           entry.message == before.message;
-}
-
 QString html(const Log::Entry &entry, bool withDate)
 {
     const QString time =
