@@ -230,6 +230,7 @@ TEST_F(MorvantideMainWindowTest, SavesTheOpenDataAndRemembersWhere)
         action("Save data...")->trigger();
     };
     EXPECT_FALSE(action("Save data...")->isEnabled());
+    EXPECT_TRUE(action("Spectra info")->isEnabled()) << "it shows that there are none";
     data.writeDay(1);
     open();
     save("mine", output.path());
@@ -241,8 +242,10 @@ TEST_F(MorvantideMainWindowTest, SavesTheOpenDataAndRemembersWhere)
     open();
     save("mine", output.path());
     EXPECT_EQ(variant, "block-reinv") << "other data, another name";
+    EXPECT_TRUE(action("Spectra info")->isEnabled());
     window->closeData();
     EXPECT_FALSE(action("Save data...")->isEnabled());
+    EXPECT_FALSE(action("Spectra info")->isEnabled());
 }
 
 TEST_F(MorvantideMainWindowTest, AWishToQuitEndsASaveUnderWay)
@@ -343,7 +346,7 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
     EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "Spectra", "&View", "&Help"}));
     EXPECT_EQ(file,
               (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
-    EXPECT_EQ(spectra, (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics"}));
+    EXPECT_EQ(spectra, (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");
@@ -352,5 +355,5 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
             buttons.append(button->text());
     buttons.sort();
     EXPECT_EQ(buttons, (QStringList{"Add plot", "Fit timescale", "Latest record", "Manually select files",
-                                    "Open folder", "Time flies"}));
+                                    "Open folder", "Spectra", "Time flies"}));
 }

@@ -2,6 +2,7 @@
 
 #include "datafiles/datafinder.h"
 #include "gui/common/iconhelp.h"
+#include "gui/common/recordviews/reportview.h"
 #include "gui/common/tsb/plot.h"
 #include "gui/common/tsb/plotmenu.h"
 #include "gui/common/tsb/timeseriesbrowser.h"
@@ -50,6 +51,7 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     setBrowsingEnabled(false);
     setTitle(false);
     connect(&m_loader, &DataLoader::finished, this, &MorvantideMainWindow::fileReaderFinished);
+    connect(this, &MorvantideMainWindow::invertersChanged, reportView(), &RecordViews::ReportView::setInverters);
 
     if (!settingsFile.startsWith(QCoreApplication::applicationDirPath()))
         logger().log(Log::Info, QStringLiteral("Settings are kept in '%1'.").arg(settingsFile));
@@ -83,6 +85,7 @@ void MorvantideMainWindow::setupToolbar()
     QAction *first = toolBar()->actions().first();
     toolBar()->insertActions(first, {m_openFolderAction, m_openFilesAction});
     toolBar()->insertSeparator(first);
+    toolBar()->addAction(m_infoAction);
 
     auto *addPlot = new QToolButton(toolBar());
     addPlot->setText(tr("Add plot"));
@@ -107,6 +110,7 @@ void MorvantideMainWindow::setupMenus()
     fileMenu()->insertAction(actions().quit, m_saveAction);
     fileMenu()->insertSeparator(actions().quit);
     setupSpectraMenu();
+    m_spectraMenu->addAction(m_infoAction);
 }
 
 void MorvantideMainWindow::setTitle(bool incomplete)

@@ -9,6 +9,7 @@
 #include <QSet>
 #include <QVariantMap>
 
+class MorvantideInfoWindow;
 class QLabel;
 
 /// The review window: the commands that open, close and reinvert data. What a command does at length has an owner of
@@ -44,6 +45,8 @@ public Q_SLOTS:
     void fileReaderFinished(const DataLoader::Result &result);
     /// Asks for a folder and what to write into it, and writes day files.
     void saveData();
+    /// Lists the spectra in memory in a window of its own; an earlier one goes.
+    void showInfoWindow();
     /// Quits, on a wish from outside of the event loop.
     void terminateSignal();
 
@@ -80,6 +83,7 @@ private:
     void setupKeepingActions();
     void updateKeepingActions();
     Spectrometer::SpectraByMode spectraToSave() const;
+    QString recordsText(UiInfo::InfoKey spectrum) const;
     // ---- reinversion
     void setupSpectraMenu();
     QStringList askForInverterFiles();
@@ -98,8 +102,11 @@ private:
     QAction *m_openFilesAction = nullptr;
 
     QAction *m_saveAction = nullptr;
+    QAction *m_infoAction = nullptr;
     QString m_saveVariant; ///< of the next save
     QPointer<DataSaverDialog> m_saver;
+    QPointer<MorvantideInfoWindow> m_infoWindow;
+
     Reinversion m_reinversion;
     SpectMath::InverterList m_inverters; ///< in use, in the order of loading
     std::int64_t m_reinversionCount = 0; ///< since the data were opened
