@@ -377,9 +377,9 @@ void Datastore::mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord>
     series = std::move(merged);
 }
 
-void Datastore::removeSpectrum(SeriesKey key)
+std::shared_ptr<Datastore::Series> Datastore::removeSpectrum(SeriesKey key)
 {
-    m_spectrumSeries.remove(key);
+    std::shared_ptr<Series> series = m_spectrumSeries.take(key);
     m_seriesSpans.erase(key);
     for (int i = 0; i < size(); ++i) {
         const std::shared_ptr<Record> record = at(i);
@@ -392,6 +392,7 @@ void Datastore::removeSpectrum(SeriesKey key)
         spectra.erase(kept, spectra.end());
         Q_EMIT updated(i, record, SpectraChanged);
     }
+    return series;
 }
 
 void Datastore::addFullRecord(const Spectrometer::FullRecordPointer &fullRecord)

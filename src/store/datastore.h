@@ -86,8 +86,9 @@ public:
     /// each in turn, at the cost of one merge for each series. The gaps given are not looked at.
     void enterSpectra(std::vector<SpectrumRecord> &&entries);
 
-    /// Drops the series and takes its spectra out of every record.
-    void removeSpectrum(SeriesKey key);
+    /// Drops the series and takes its spectra out of every record. What was the series keeps the spectra alive, for
+    /// letting go of very many takes a while; null if there was none.
+    std::shared_ptr<Series> removeSpectrum(SeriesKey key);
 
 public Q_SLOTS:
     // A null pointer is ignored, and so is an unknown head in update, replace and add of spectra.

@@ -1,6 +1,7 @@
 // The commands of the menu "Spectra" that make spectra anew and discard them.
 
 #include "gui/common/iconhelp.h"
+#include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "spectra/inverterfiles.h"
 
@@ -190,6 +191,7 @@ void MorvantideMainWindow::reinversionFinished()
 {
     logger().log(Log::Info, QStringLiteral("Reinversion finished!"));
     m_queueStatusLabel->clear();
+    browser()->redrawPlots(); // gaps whose end wasn't there yet when their begin was drawn
     updateReinversionActions();
 }
 
@@ -223,7 +225,9 @@ void MorvantideMainWindow::removeSpectrum(const SpectMath::SpectrumInfo *spectru
 void MorvantideMainWindow::discard(const UiInfo::InfoPointer &info)
 {
     logger().log(Log::Info, QStringLiteral("Removing spectrum '%1' from memory.").arg(info->name));
-    m_store->removeSpectrum(info.get());
+    browser()->setListening(false); // what shows the spectrum hears of it with the list
+    m_discarded.take(m_store->removeSpectrum(info.get()));
+    browser()->setListening(true);
     uiInfo()->removeSpectrum(info.get());
     const auto isGone = [this, &info](const SpectMath::InverterPointer &inverter) {
         if (inverter->info() != info)

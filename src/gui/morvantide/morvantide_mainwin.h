@@ -4,6 +4,7 @@
 #include "gui/morvantide/dataloader.h"
 #include "gui/morvantide/datasaverdialog.h"
 #include "gui/morvantide/reinversion.h"
+#include "gui/morvantide/slowrelease.h"
 
 #include <QPointer>
 #include <QSet>
@@ -108,6 +109,7 @@ private:
     QPointer<MorvantideInfoWindow> m_infoWindow;
 
     Reinversion m_reinversion;
+    SlowRelease m_discarded;
     SpectMath::InverterList m_inverters; ///< in use, in the order of loading
     std::int64_t m_reinversionCount = 0; ///< since the data were opened
     bool m_ignoreRemovals = false;       ///< until the event loop has turned

@@ -103,15 +103,14 @@ void OpmodePlot::setDatastore(Datastore *store)
         disconnect(datastore(), nullptr, this, nullptr);
     Plot::setDatastore(store);
     m_recordStyles.invalidate();
-    if (store) {
-        connect(store, &Datastore::updated, this, &OpmodePlot::noteUpdated);
+    if (store)
         connect(store, &Datastore::removed, this, &OpmodePlot::noteRemoved);
-    }
 }
 
-void OpmodePlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int)
+void OpmodePlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int flags)
 {
-    m_recordStyles.noteUpdated(*datastore(), index, *record);
+    if (flags != SpectraChanged) // which no style shows
+        m_recordStyles.noteUpdated(*datastore(), index, *record);
 }
 
 void OpmodePlot::noteRemoved()

@@ -30,13 +30,13 @@ public Q_SLOTS:
     void reloadSetup();
 
 protected:
+    void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags) override;
     void drawRange(QPainter &painter, int first, int last) override;
 
 private:
     /// The style of a record: by its mode, with further styles for provisional records and those without the flag.
     std::uint8_t styleOf(const Record &record) const;
     void rebuildStyles();
-    void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags);
     void noteRemoved();
 
     std::shared_ptr<UiInfo> m_uiInfo;

@@ -55,10 +55,18 @@ void Plot::setDatastore(Datastore *datastore)
         disconnect(m_datastore, nullptr, this, nullptr);
     m_datastore = datastore;
     if (m_datastore) {
-        connect(m_datastore, &Datastore::updated, this, &Plot::updateRecord);
+        setListening(true);
         connect(m_datastore, &Datastore::removed, this, &Plot::removeRecord);
     }
     requestFullRedraw();
+}
+
+void Plot::setListening(bool on)
+{
+    if (m_datastore && on)
+        connect(m_datastore, &Datastore::updated, this, &Plot::updateRecord, Qt::UniqueConnection);
+    else if (m_datastore)
+        disconnect(m_datastore, &Datastore::updated, this, &Plot::updateRecord);
 }
 
 void Plot::setUpdateTimer(QTimer *timer)
@@ -125,8 +133,11 @@ bool Plot::takeDirty(const PixelRange &range)
     return !seen.empty;
 }
 
-void Plot::updateRecord(int index, std::shared_ptr<Record> record, int flags)
+void Plot::noteUpdated(int, const std::shared_ptr<Record> &, int) {}
+
+void Plot::updateRecord(int index, const std::shared_ptr<Record> &record, int flags)
 {
+    noteUpdated(index, record, flags);
     if (!takeDirty(rangeOfUpdatedRecord(index, record, flags)))
         return;
     if ((flags & RecordCameIn) != 0 || !m_updateDelayer || m_updateDelayer->requestUpdate())

@@ -26,6 +26,11 @@ public:
     ~Plot() override;
 
     virtual void setDatastore(Datastore *datastore);
+    /// Whether changes of the store are heard of. Who changes a great many records at once turns that off meanwhile,
+    /// and sees to it that what shows the change is told of it.
+    void setListening(bool on);
+    /// The whole image is out of date.
+    void requestFullRedraw();
     /// The timer that paces repaints; owned by the caller.
     virtual void setUpdateTimer(QTimer *timer);
 
@@ -44,7 +49,7 @@ public Q_SLOTS:
     /// Columns and rows of the cursors are in widget coordinates.
     void setTimeCursor(bool visible, int pixel);
     void setValueCursor(bool visible, int pixel);
-    void updateRecord(int index, std::shared_ptr<Record> record, int flags);
+    void updateRecord(int index, const std::shared_ptr<Record> &record, int flags);
     void removeRecord(int index, std::shared_ptr<Record> record);
 
 Q_SIGNALS:
@@ -68,6 +73,8 @@ protected:
     virtual void drawOverlay(QPainter &painter);
     virtual void drawUnderlay(QPainter &painter);
     virtual void checkImageSize();
+    /// Told of every change of the store that is heard of, to keep values beside it.
+    virtual void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags);
     /// The columns that a change concerns; empty for a change that doesn't show.
     virtual PixelRange rangeOfUpdatedRecord(int index, const std::shared_ptr<Record> &record, int flags);
     virtual PixelRange rangeOfRemovedRecord(int index, const std::shared_ptr<Record> &record);
@@ -77,8 +84,6 @@ protected:
 
     /// Columns from begin to end of the record, widened by `margin` on each side.
     PixelRange spanOf(const Record &record, int margin) const;
-    /// The whole image is out of date.
-    void requestFullRedraw();
     int redrawMargin() const { return m_redrawMargin; }
     void setRedrawMargin(int pixels) { m_redrawMargin = pixels; }
     bool isTimeCursorVisible() const { return m_timeCursorVisible; }

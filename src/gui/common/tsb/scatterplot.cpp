@@ -143,10 +143,8 @@ void ScatterPlot::setDatastore(Datastore *store)
     Plot::setDatastore(store);
     m_pens.invalidate();
     rebuildSeries();
-    if (store) {
-        connect(store, &Datastore::updated, this, &ScatterPlot::noteUpdated);
+    if (store)
         connect(store, &Datastore::removed, this, &ScatterPlot::noteRemoved);
-    }
 }
 
 void ScatterPlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int flags)

@@ -42,6 +42,7 @@ public Q_SLOTS:
 protected:
     void drawRange(QPainter &painter, int first, int last) override;
     void drawOverlay(QPainter &painter) override;
+    void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags) override;
     PixelRange rangeOfUpdatedRecord(int index, const std::shared_ptr<Record> &record, int flags) override;
 
 private:
@@ -70,7 +71,6 @@ private:
     void rebuildSeries();
     void addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool paleRegular, bool paleIrregular);
     void rebuildSpectrumSeries();
-    void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags);
     void noteRemoved();
 
     double rowOf(double scaleValue) const;

@@ -1,6 +1,7 @@
 #include "gui/common/tsb/timeseriesbrowser.h"
 
 #include "gui/common/tsb/header.h"
+#include "gui/common/tsb/plot.h"
 #include "gui/common/tsb/timeview.h"
 #include "gui/common/tsb/view.h"
 #include "gui/common/tsb/viewholder.h"
@@ -98,6 +99,18 @@ void TimeSeriesBrowser::setDatastore(Datastore *datastore)
     m_datastore = datastore;
     for (View *view : m_views)
         view->setDatastore(datastore);
+}
+
+void TimeSeriesBrowser::setListening(bool on)
+{
+    for (Plot *plot : findChildren<Plot *>())
+        plot->setListening(on);
+}
+
+void TimeSeriesBrowser::redrawPlots()
+{
+    for (Plot *plot : findChildren<Plot *>())
+        plot->requestFullRedraw();
 }
 
 // ---- views come

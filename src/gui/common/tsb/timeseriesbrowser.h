@@ -38,6 +38,10 @@ public:
 
     /// Hands the store to every view; it may die before the browser. Null takes it away.
     void setDatastore(Datastore *datastore);
+    /// Whether all plots hear of changes of the store, see Plot::setListening.
+    void setListening(bool on);
+    /// Draws all plots anew: what changes came to one after the other may have left between them.
+    void redrawPlots();
     /// The lasting views in the order of display: a list of maps with "type" and, for a view that has any, "settings".
     QVariant setup() const;
     /// Puts other views in the place of all; takes what is sound in the value.
