@@ -62,6 +62,10 @@ function(morvantide_test name)
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
   if(ARG_THREADS)
     set_tests_properties(${name} PROPERTIES LABELS threads)
+    if(NOT TARGET thread_tests)
+      add_custom_target(thread_tests) # what `./test tsan` builds
+    endif()
+    add_dependencies(thread_tests ${name})
   endif()
 endfunction()
 
