@@ -66,7 +66,7 @@ protected:
     void addWithSpectrum(const Spectrometer::FullRecordPointer &full)
     {
         const int mode = full->opmode;
-        const double begin = double((full->beginTime - testStart).count()) / 1e7;
+        const double begin = double(ticksOf(full->beginTime)) / 1e7 - double(ticksOf(testStart)) / 1e7; // no overflow
         store.addFullRecord(full);
         auto spectrum = std::make_shared<SpectMath::Spectrum>();
         spectrum->info = infos[mode];
