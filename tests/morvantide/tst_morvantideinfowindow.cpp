@@ -173,6 +173,22 @@ TEST_F(InfoWindow, RecoloursOne)
     EXPECT_EQ(ui->spectrumColor(spectrum(1)), QColor(Qt::green)) << "it stays";
 }
 
+TEST_F(InfoWindow, FocusStaysWhereTheUserIs)
+{
+    QObject::connect(&window, &MorvantideInfoWindow::requestSpectrumRemove,
+                     [&](const SpectMath::SpectrumInfo *spectrum) {
+                         ui->removeSpectrum(spectrum);
+                         ui->publish();
+                     });
+    select({0});
+    button("renameButton")->setFocus();
+    rename("other");
+    EXPECT_EQ(window.focusWidget(), button("renameButton"));
+    button("deleteButton")->setFocus();
+    QTest::keyClick(button("deleteButton"), Qt::Key_Space);
+    EXPECT_EQ(window.focusWidget(), tree) << "not the button that closes the window";
+}
+
 TEST_F(InfoWindow, AsksForEachSelectedSpectrumToGo)
 {
     QStringList asked;

@@ -4,7 +4,6 @@
 #include <QHeaderView>
 #include <QInputDialog>
 #include <QPushButton>
-#include <QScopedValueRollback>
 #include <QShortcut>
 #include <QStandardItemModel>
 #include <QTreeView>
@@ -118,6 +117,7 @@ void MorvantideInfoWindow::updateModel()
         selected.insert(index.data().toString());
     const int current = m_treeView->currentIndex().row();
 
+    m_updating = true; // a button that is disabled for a moment would lose the focus
     m_model->rows.clear();
     m_model->setRowCount(0); // not clear(), which would forget the columns' widths
     m_model->setHorizontalHeaderLabels({tr("Spectrum"), tr("Comment"), tr("Id"), tr("Inverter")});
@@ -131,12 +131,18 @@ void MorvantideInfoWindow::updateModel()
     m_treeView->selectionModel()->setCurrentIndex(m_model->index(std::min(current, m_model->rowCount() - 1), 0),
                                                   QItemSelectionModel::NoUpdate);
     m_treeView->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
+    m_updating = false;
     selectionChanged();
 }
 
 void MorvantideInfoWindow::selectionChanged()
 {
+    if (m_updating)
+        return;
     const int count = m_treeView->selectionModel()->selectedRows().size();
+    const QWidget *focused = focusWidget();
+    if (count == 0 && (focused == m_renameButton || focused == m_colorButton || focused == m_deleteButton))
+        m_treeView->setFocus(); // else it would go to "Close", and another Return with it
     m_renameButton->setEnabled(count > 0);
     m_deleteButton->setEnabled(count > 0);
     m_colorButton->setEnabled(count == 1);

@@ -49,4 +49,5 @@ private:
     QPushButton *m_renameButton;
     QPushButton *m_colorButton;
     QPushButton *m_deleteButton;
+    bool m_updating = false; ///< the rows, and the selection with them, are being made anew
 };
