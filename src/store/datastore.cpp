@@ -150,6 +150,12 @@ const SpanIndex &Datastore::seriesSpans(SeriesKey key) const
     return spans;
 }
 
+std::size_t Datastore::lostEntries(SeriesKey key) const
+{
+    const auto found = m_lostEntries.find(key);
+    return found == m_lostEntries.end() ? 0 : found->second;
+}
+
 Datastore::iterator Datastore::lowerBound(RecordTime time)
 {
     return m_records.begin() + lowerBoundIndex(time);
@@ -282,14 +288,18 @@ void Datastore::dropOldest()
 {
     const std::shared_ptr<Record> dropped = m_records.front();
     m_records.pop_front();
-    m_recordSpans.truncate(0);
+    m_recordSpans.removeFirst(1);
+    ++m_lostRecords;
     for (auto entry = m_spectrumSeries.begin(); entry != m_spectrumSeries.end(); ++entry) {
         Series &series = **entry;
+        std::size_t lost = 0;
         // Another record of the same beginTime loses its entry too.
-        while (!series.empty() && series.front().record->beginTime <= dropped->beginTime) {
+        for (; !series.empty() && series.front().record->beginTime <= dropped->beginTime; ++lost)
             series.pop_front();
-            m_seriesSpans[entry.key()].truncate(0);
-        }
+        if (lost == 0)
+            continue;
+        m_seriesSpans[entry.key()].removeFirst(lost);
+        m_lostEntries[entry.key()] += lost;
     }
     Q_EMIT removed(0, dropped);
 }
@@ -381,6 +391,8 @@ std::shared_ptr<Datastore::Series> Datastore::removeSpectrum(SeriesKey key)
 {
     std::shared_ptr<Series> series = m_spectrumSeries.take(key);
     m_seriesSpans.erase(key);
+    if (series)
+        m_lostEntries[key] += series->size();
     for (int i = 0; i < size(); ++i) {
         const std::shared_ptr<Record> record = at(i);
         auto &spectra = record->spectra;

@@ -54,6 +54,11 @@ public:
     /// Begins and ends of the records of a series, entry for entry; an empty index if there is no such series. Valid
     /// until the next change of the store.
     const SpanIndex &seriesSpans(SeriesKey key) const;
+    /// How many records it has lost so far, each the first one then. What is kept beside the records tells by this how
+    /// many go at its front.
+    std::size_t lostRecords() const { return m_lostRecords; }
+    /// The same of the entries of a series; those of one that was removed count as lost.
+    std::size_t lostEntries(SeriesKey key) const;
 
     // ---- search, all by one bisection over beginTime
     iterator lowerBound(RecordTime time);
@@ -117,5 +122,7 @@ private:
     QMap<SeriesKey, std::shared_ptr<Series>> m_spectrumSeries;
     mutable SpanIndex m_recordSpans; ///< may lack records at the end
     mutable std::map<SeriesKey, SpanIndex> m_seriesSpans;
+    std::size_t m_lostRecords = 0;
+    std::map<SeriesKey, std::size_t> m_lostEntries;
     mutable int m_lastFound = 0; ///< where the last search ended: the next one is mostly for the place after it
 };

@@ -26,17 +26,16 @@ std::size_t SpanIndex::lowerBound(std::int64_t tick) const
     if (before == 0)
         return 0;
     const std::size_t block = before - 1;
-    const std::size_t first = block * blockSize;
     const auto &begins = m_blocks[block].spans->begins;
-    const auto last = begins.begin() + std::ptrdiff_t(std::min(blockSize, m_size - first));
-    return first + std::size_t(std::lower_bound(begins.begin(), last, tick) - begins.begin());
+    const auto slot = std::lower_bound(begins.begin() + firstSlotOf(block), begins.begin() + endSlotOf(block), tick);
+    return block * blockSize + std::size_t(slot - begins.begin()) - m_front;
 }
 
 std::size_t SpanIndex::firstEndingFrom(std::size_t from, std::int64_t tick) const
 {
     std::size_t i = from;
     while (i < m_size) {
-        const std::size_t blockEnd = std::min(m_size, (i / blockSize + 1) * blockSize);
+        const std::size_t blockEnd = std::min(m_size, i + blockSize - slotOf(i));
         if (greatestEndOfBlock(i) >= tick) {
             for (; i < blockEnd; ++i) {
                 if (end(i) >= tick)
@@ -50,19 +49,20 @@ std::size_t SpanIndex::firstEndingFrom(std::size_t from, std::int64_t tick) cons
 
 std::size_t SpanIndex::firstReachingFrom(std::size_t from, std::int64_t tick) const
 {
-    for (std::size_t block = from / blockSize, slot = from % blockSize; block < m_blocks.size(); ++block, slot = 0) {
+    std::size_t slot = slotOf(from);
+    for (std::size_t block = (m_front + from) / blockSize; block < m_blocks.size(); ++block, slot = 0) {
         const bool followedInTime = block + 1 < m_blocks.size() && m_blocks[block + 1].firstBegin >= tick;
         if (m_blocks[block].greatestEnd < tick && !followedInTime)
             continue;
         const Spans &spans = *m_blocks[block].spans;
-        const std::size_t first = block * blockSize;
-        const std::size_t used = std::min(blockSize, m_size - first);
-        for (; slot + 1 < used; ++slot) {
+        const std::size_t endSlot = endSlotOf(block);
+        const auto entryAt = [&](std::size_t s) { return block * blockSize + s - m_front; };
+        for (; slot + 1 < endSlot; ++slot) {
             if (spans.ends[slot] >= tick || spans.begins[slot + 1] >= tick)
-                return first + slot;
+                return entryAt(slot);
         }
-        if (slot < used && (spans.ends[slot] >= tick || followedInTime))
-            return first + slot;
+        if (slot < endSlot && (spans.ends[slot] >= tick || followedInTime))
+            return entryAt(slot);
     }
     return m_size;
 }
@@ -71,8 +71,9 @@ std::size_t SpanIndex::lastEndingFrom(std::size_t before, std::int64_t tick) con
 {
     std::size_t i = std::min(before, m_size); // the entry before i is the next to look at
     while (i > 0) {
-        const std::size_t blockBegin = (i - 1) / blockSize * blockSize;
-        if (greatestEndOfBlock(i - 1) >= tick) {
+        const std::size_t last = i - 1;
+        const std::size_t blockBegin = last - std::min(last, slotOf(last));
+        if (greatestEndOfBlock(last) >= tick) {
             for (; i > blockBegin; --i) {
                 if (end(i - 1) >= tick)
                     return i - 1;
@@ -85,20 +86,21 @@ std::size_t SpanIndex::lastEndingFrom(std::size_t before, std::int64_t tick) con
 
 bool SpanIndex::blockLiesWithin(std::size_t i, std::int64_t from, std::int64_t until) const
 {
-    const std::size_t next = i / blockSize + 1;
-    const Block &block = m_blocks[next - 1];
+    const Block &block = blockOf(i);
     if (block.firstBegin < from || block.leastEnd < from || block.greatestEnd >= until)
         return false;
     // No begin is beyond that of the next block: the entries themselves are seldom looked at.
-    const bool followedWithin = next < m_blocks.size() && m_blocks[next].firstBegin < until;
-    return followedWithin || begin(std::min(m_size, next * blockSize) - 1) < until;
+    const std::size_t next = (m_front + i) / blockSize + 1;
+    if (next < m_blocks.size() && m_blocks[next].firstBegin < until)
+        return true;
+    return block.spans->begins[endSlotOf(next - 1) - 1] < until;
 }
 
 void SpanIndex::fetchIfCrossing(std::size_t i, std::int64_t tick) const
 {
     if (i >= m_size)
         return;
-    const Block &block = m_blocks[i / blockSize];
+    const Block &block = blockOf(i);
     if (block.firstBegin >= tick || block.greatestEnd < tick)
         return;
     fetch(block);
@@ -120,19 +122,18 @@ void SpanIndex::fetch(const Block &block)
 
 SpanIndex::Run SpanIndex::runFrom(std::size_t i) const
 {
-    const Spans &spans = *m_blocks[i / blockSize].spans;
-    const std::size_t slot = i % blockSize;
+    const Spans &spans = *blockOf(i).spans;
+    const std::size_t slot = slotOf(i);
     return {spans.begins.data() + slot, spans.ends.data() + slot, std::min(blockSize - slot, m_size - i)};
 }
 
 void SpanIndex::append(RecordTime beginTime, RecordTime endTime)
 {
-    const std::size_t block = m_size / blockSize;
-    const std::size_t slot = m_size % blockSize;
+    const std::size_t slot = slotOf(m_size);
     const std::int64_t endTick = endTicks(beginTime, endTime);
     if (slot == 0)
         m_blocks.push_back({ticksOf(beginTime), endTick, endTick, std::make_unique<Spans>()});
-    Block &last = m_blocks[block];
+    Block &last = m_blocks.back();
     last.spans->begins[slot] = ticksOf(beginTime);
     last.spans->ends[slot] = endTick;
     last.leastEnd = std::min(last.leastEnd, endTick);
@@ -149,13 +150,15 @@ void SpanIndex::insert(std::size_t i, RecordTime beginTime, RecordTime endTime)
     append(beginTime, endTime); // makes room; what is carried over at the end is overwritten below
     std::int64_t carriedBegin = ticksOf(beginTime);
     std::int64_t carriedEnd = endTicks(beginTime, endTime);
-    for (std::size_t block = i / blockSize, slot = i % blockSize; block < m_blocks.size(); ++block, slot = 0) {
+    std::size_t slot = slotOf(i);
+    for (std::size_t block = (m_front + i) / blockSize; block < m_blocks.size(); ++block, slot = 0) {
         Spans &spans = *m_blocks[block].spans;
-        const std::size_t used = std::min(blockSize, m_size - block * blockSize);
-        const std::int64_t lastBegin = spans.begins[used - 1];
-        const std::int64_t lastEnd = spans.ends[used - 1];
-        std::copy_backward(spans.begins.begin() + slot, spans.begins.begin() + used - 1, spans.begins.begin() + used);
-        std::copy_backward(spans.ends.begin() + slot, spans.ends.begin() + used - 1, spans.ends.begin() + used);
+        const std::size_t endSlot = endSlotOf(block);
+        const std::int64_t lastBegin = spans.begins[endSlot - 1];
+        const std::int64_t lastEnd = spans.ends[endSlot - 1];
+        std::copy_backward(spans.begins.begin() + slot, spans.begins.begin() + endSlot - 1,
+                           spans.begins.begin() + endSlot);
+        std::copy_backward(spans.ends.begin() + slot, spans.ends.begin() + endSlot - 1, spans.ends.begin() + endSlot);
         spans.begins[slot] = std::exchange(carriedBegin, lastBegin);
         spans.ends[slot] = std::exchange(carriedEnd, lastEnd);
         refresh(block);
@@ -167,17 +170,31 @@ void SpanIndex::truncate(std::size_t size)
     if (size >= m_size)
         return;
     m_size = size;
-    m_blocks.resize((size + blockSize - 1) / blockSize);
-    if (size % blockSize != 0)
+    if (isEmpty())
+        m_front = 0;
+    m_blocks.resize((endPlace() + blockSize - 1) / blockSize);
+    if (endPlace() % blockSize != 0)
         refresh(m_blocks.size() - 1);
+}
+
+void SpanIndex::removeFirst(std::size_t count)
+{
+    if (count >= m_size)
+        return truncate(0);
+    m_front += count;
+    m_size -= count;
+    m_blocks.erase(m_blocks.begin(), m_blocks.begin() + std::ptrdiff_t(m_front / blockSize));
+    m_front %= blockSize;
+    refresh(0);
 }
 
 void SpanIndex::refresh(std::size_t block)
 {
     Block &b = m_blocks[block];
-    const auto used = std::ptrdiff_t(std::min(blockSize, m_size - block * blockSize));
-    b.firstBegin = b.spans->begins[0];
-    const auto [least, greatest] = std::minmax_element(b.spans->ends.begin(), b.spans->ends.begin() + used);
+    const std::size_t first = firstSlotOf(block);
+    b.firstBegin = b.spans->begins[first];
+    const auto &ends = b.spans->ends;
+    const auto [least, greatest] = std::minmax_element(ends.begin() + first, ends.begin() + endSlotOf(block));
     b.leastEnd = *least;
     b.greatestEnd = *greatest;
 }

@@ -2,6 +2,7 @@
 
 #include "util/recordtime.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <memory>
@@ -10,7 +11,8 @@
 /// The begin and end times of the entries of a sequence that ascends in begin time, apart from the entries themselves,
 /// so that drawing and searching touch neither records nor spectra. The greatest end of each block of 64 entries lets a
 /// walk pass over blocks that cannot reach a time. About 17 bytes an entry. Times are ticks; an end of 0 counts as the
-/// begin. A value of its owner's thread.
+/// begin. The first block may hold fewer entries than the others, as those at the front go. A value of its owner's
+/// thread.
 class SpanIndex {
 public:
     static constexpr std::size_t blockSize = 64;
@@ -18,13 +20,13 @@ public:
     std::size_t size() const { return m_size; }
     bool isEmpty() const { return m_size == 0; }
 
-    std::int64_t begin(std::size_t i) const { return m_blocks[i / blockSize].spans->begins[i % blockSize]; }
+    std::int64_t begin(std::size_t i) const { return blockOf(i).spans->begins[slotOf(i)]; }
     /// Not below begin, unless the entry itself ends before it begins.
-    std::int64_t end(std::size_t i) const { return m_blocks[i / blockSize].spans->ends[i % blockSize]; }
+    std::int64_t end(std::size_t i) const { return blockOf(i).spans->ends[slotOf(i)]; }
     /// The greatest end of the entries of the block that holds entry i.
-    std::int64_t greatestEndOfBlock(std::size_t i) const { return m_blocks[i / blockSize].greatestEnd; }
+    std::int64_t greatestEndOfBlock(std::size_t i) const { return blockOf(i).greatestEnd; }
     /// The least begin of the entries of that block.
-    std::int64_t leastBeginOfBlock(std::size_t i) const { return m_blocks[i / blockSize].firstBegin; }
+    std::int64_t leastBeginOfBlock(std::size_t i) const { return blockOf(i).firstBegin; }
     /// Whether all begins and ends of that block lie in [from, until).
     bool blockLiesWithin(std::size_t i, std::int64_t from, std::int64_t until) const;
 
@@ -59,6 +61,8 @@ public:
     void insert(std::size_t i, RecordTime beginTime, RecordTime endTime);
     /// Forgets the entries from `size` on.
     void truncate(std::size_t size);
+    /// Forgets so many entries at the front, all of them if there are fewer. Moves none of the others.
+    void removeFirst(std::size_t count);
 
 private:
     struct Spans {
@@ -72,11 +76,20 @@ private:
         std::unique_ptr<Spans> spans;
     };
 
+    // Entry i stands at place m_front + i of the blocks, one after the other.
+    const Block &blockOf(std::size_t i) const { return m_blocks[(m_front + i) / blockSize]; }
+    std::size_t slotOf(std::size_t i) const { return (m_front + i) % blockSize; }
+    std::size_t endPlace() const { return m_front + m_size; }
+    std::size_t firstSlotOf(std::size_t block) const { return block == 0 ? m_front : 0; }
+    /// Behind the last slot in use.
+    std::size_t endSlotOf(std::size_t block) const { return std::min(blockSize, endPlace() - block * blockSize); }
+
     void refresh(std::size_t block);
     /// The number of blocks that begin before the tick.
     std::size_t blocksBefore(std::int64_t tick) const;
     static void fetch(const Block &block);
 
     std::vector<Block> m_blocks;
+    std::size_t m_front = 0; ///< slots of the first block whose entries went; below blockSize
     std::size_t m_size = 0;
 };

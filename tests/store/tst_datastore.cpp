@@ -155,6 +155,44 @@ TEST(Datastore, drops_the_oldest_beyond_the_limit)
     EXPECT_TRUE(store.spectrumSeries().contains(info.get())) << "an emptied series stays";
 }
 
+TEST(Datastore, a_full_store_keeps_its_spans_right)
+{
+    std::mt19937 random(3);
+    Datastore store;
+    store.setMaxRecords(400);
+    const auto info = makeInfo("a");
+    std::int64_t entered = 0;
+    std::size_t removed = 0;
+    QObject::connect(&store, &Datastore::removed, &store, [&] { EXPECT_EQ(store.lostRecords(), ++removed); });
+    for (int i = 0; i < 3000; ++i) {
+        const int begin = 10'000 + 10 * i - (random() % 8 == 0 ? int(random() % 5000) : 0);
+        store.addFullRecord(fullRecord(begin, begin + 5));
+        if (random() % 4 != 0) {
+            const auto &record = store.at(int(random() % unsigned(store.size())));
+            const auto before = store.series(info.get()) ? store.series(info.get())->size() : 0;
+            store.enterSpectrum(record, spectrumOf(info));
+            entered += std::int64_t(store.series(info.get())->size() - before);
+        }
+        if (random() % 5 != 0) // otherwise the spans fall behind
+            continue;
+        const SpanIndex &spans = store.recordSpans();
+        ASSERT_EQ(spans.size(), store.records().size());
+        for (std::size_t k = 0; k < spans.size(); ++k)
+            ASSERT_EQ(spans.begin(k), ticksOf(store.records()[k]->beginTime)) << k;
+        const auto series = store.series(info.get());
+        const SpanIndex &seriesSpans = store.seriesSpans(info.get());
+        ASSERT_EQ(seriesSpans.size(), series ? series->size() : 0);
+        for (std::size_t k = 0; k < seriesSpans.size(); ++k)
+            ASSERT_EQ(seriesSpans.end(k), ticksOf((*series)[k].record->endTime)) << k;
+    }
+    EXPECT_GT(removed, 2000u);
+    const std::int64_t lostEntries = entered - std::int64_t(store.series(info.get())->size());
+    EXPECT_GT(lostEntries, 1000);
+    EXPECT_EQ(std::int64_t(store.lostEntries(info.get())), lostEntries);
+    store.removeSpectrum(info.get());
+    EXPECT_EQ(std::int64_t(store.lostEntries(info.get())), entered) << "all of it";
+}
+
 TEST(Datastore, gaps_only_get_smaller)
 {
     Datastore store;

@@ -8,7 +8,7 @@ namespace Tsb {
 namespace {
 
 const QColor noFlagColor(238, 238, 236);
-constexpr int edgeMargin = 8; ///< columns
+constexpr int edgeMargin = 8;  ///< columns
 constexpr int mostModes = 120; ///< so that two styles for each, and two more, fit into a byte
 
 } // namespace
@@ -103,8 +103,6 @@ void OpmodePlot::setDatastore(Datastore *store)
         disconnect(datastore(), nullptr, this, nullptr);
     Plot::setDatastore(store);
     m_recordStyles.invalidate();
-    if (store)
-        connect(store, &Datastore::removed, this, &OpmodePlot::noteRemoved);
 }
 
 void OpmodePlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int flags)
@@ -113,20 +111,15 @@ void OpmodePlot::noteUpdated(int index, const std::shared_ptr<Record> &record, i
         m_recordStyles.noteUpdated(*datastore(), index, *record);
 }
 
-void OpmodePlot::noteRemoved()
-{
-    m_recordStyles.noteRemoved();
-}
-
 void OpmodePlot::drawRange(QPainter &painter, int first, int last)
 {
     if (!datastore() || first >= last)
         return clearRange(painter, first, last);
-    const std::vector<std::uint8_t> &styles = m_recordStyles.values(*datastore());
+    const std::uint8_t *const styles = m_recordStyles.values(*datastore());
     BarStripSource source;
     source.spans = &datastore()->recordSpans();
     source.styles = &m_styles;
-    source.styleOf = [&styles](std::size_t i) { return styles[i]; };
+    source.styleOf = [styles](std::size_t i) { return styles[i]; };
     // The raster engine rounds a corner at the edge of what it may draw on unlike one amid it. Drawn with a margin that
     // is thrown away, a column comes out the same whether it is redrawn alone or with all others.
     const QSize size(last - first + 2 * edgeMargin, contentsRect().height());

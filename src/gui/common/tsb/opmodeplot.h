@@ -37,7 +37,6 @@ private:
     /// The style of a record: by its mode, with further styles for provisional records and those without the flag.
     std::uint8_t styleOf(const Record &record) const;
     void rebuildStyles();
-    void noteRemoved();
 
     std::shared_ptr<UiInfo> m_uiInfo;
     Mode m_mode = Opmode;

@@ -9,40 +9,28 @@ double SeriesColumn::valueAt(const SpectrumRecord &entry) const
 
 void SeriesColumn::noteUpdated(const Datastore &store, const std::shared_ptr<Record> &record)
 {
-    if (m_stale)
+    m_column.follow(store.lostEntries(key()));
+    if (m_column.isStale())
         return;
     const auto series = store.series(key());
     if (!series)
-        return invalidate();
+        return m_column.invalidate();
     std::size_t i = Datastore::lowerBoundOf(*series, record->beginTime);
     while (i < series->size() && (*series)[i].record != record && (*series)[i].record->beginTime == record->beginTime)
         ++i;
-    if (i == series->size() || (*series)[i].record != record) {
-        if (series->size() != m_values.size())
-            invalidate();
-        return; // the record has no spectrum of this series
-    }
-    if (series->size() == m_values.size() + 1)
-        m_values.insert(m_values.begin() + std::ptrdiff_t(i), valueAt((*series)[i]));
-    else if (series->size() == m_values.size())
-        m_values[i] = valueAt((*series)[i]);
-    else
-        invalidate();
+    if (i < series->size() && (*series)[i].record == record)
+        m_column.note(i, series->size(), valueAt((*series)[i]));
+    else if (series->size() != m_column.size()) // the record has no spectrum of this series, but another came unnoticed
+        m_column.invalidate();
 }
 
-const std::vector<double> &SeriesColumn::values(const Datastore &store)
+const double *SeriesColumn::values(const Datastore &store)
 {
+    static const Datastore::Series none;
     const auto series = store.series(key());
-    const std::size_t size = series ? series->size() : 0;
-    if (m_stale || m_values.size() != size) {
-        m_values.clear();
-        m_values.reserve(size);
-        if (series)
-            for (const SpectrumRecord &entry : *series)
-                m_values.push_back(valueAt(entry));
-        m_stale = false;
-    }
-    return m_values;
+    m_column.follow(store.lostEntries(key()));
+    m_column.bringUpToDate(series ? *series : none, [this](const SpectrumRecord &entry) { return valueAt(entry); });
+    return m_column.data();
 }
 
 } // namespace Tsb

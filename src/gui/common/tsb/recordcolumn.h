@@ -1,11 +1,59 @@
 #pragma once
 
+#include "gui/common/tsb/valuequeue.h"
 #include "store/datastore.h"
 
 #include <functional>
-#include <vector>
 
 namespace Tsb {
+
+/// Values kept in step with a sequence that loses entries at its front only, and counts them.
+template<typename T>
+class Column {
+public:
+    bool isStale() const { return m_stale; }
+    void invalidate() { m_stale = true; }
+    std::size_t size() const { return m_values.size(); }
+    const T *data() const { return m_values.data(); }
+
+    /// Takes away as many as the sequence lost since, out of so many by now.
+    void follow(std::size_t lostSoFar)
+    {
+        const std::size_t lost = lostSoFar - m_lost;
+        m_lost = lostSoFar;
+        if (lost > m_values.size())
+            m_stale = true;
+        if (!m_stale)
+            m_values.removeFirst(lost);
+    }
+    /// For the value of entry i of what are so many now, which came in or changed.
+    void note(std::size_t i, std::size_t size, const T &value)
+    {
+        if (size == m_values.size() + 1)
+            m_values.insert(i, value);
+        else if (size == m_values.size())
+            m_values.set(i, value);
+        else
+            m_stale = true;
+    }
+    /// Works all values out anew if they are stale or not of that size.
+    template<typename Sequence, typename ValueOf>
+    void bringUpToDate(const Sequence &sequence, ValueOf valueOf)
+    {
+        if (!m_stale && m_values.size() == sequence.size())
+            return;
+        m_values.clear();
+        m_values.reserve(sequence.size());
+        for (const auto &entry : sequence)
+            m_values.append(valueOf(entry));
+        m_stale = false;
+    }
+
+private:
+    ValueQueue<T> m_values;
+    std::size_t m_lost = 0;
+    bool m_stale = true;
+};
 
 /// One value for each record of a store, kept in step with it, so that drawing doesn't touch the records. Worked out
 /// anew when it is asked for after invalidate().
@@ -19,44 +67,27 @@ public:
         m_valueOf = std::move(valueOf);
         invalidate();
     }
-    void invalidate() { m_stale = true; }
+    void invalidate() { m_column.invalidate(); }
     T valueOf(const Record &record) const { return m_valueOf(record); }
 
     /// For Datastore::updated.
     void noteUpdated(const Datastore &store, int index, const Record &record)
     {
-        if (m_stale)
-            return;
-        if (std::size_t(store.size()) == m_values.size() + 1)
-            m_values.insert(m_values.begin() + index, m_valueOf(record));
-        else if (std::size_t(store.size()) == m_values.size())
-            m_values[std::size_t(index)] = m_valueOf(record);
-        else
-            m_stale = true;
+        m_column.follow(store.lostRecords());
+        if (!m_column.isStale())
+            m_column.note(std::size_t(index), std::size_t(store.size()), m_valueOf(record));
     }
-    /// For Datastore::removed, which always means the oldest record.
-    void noteRemoved()
+    /// As many as there are records, until the store changes.
+    const T *values(const Datastore &store)
     {
-        if (!m_values.empty())
-            m_values.erase(m_values.begin());
-    }
-
-    const std::vector<T> &values(const Datastore &store)
-    {
-        if (m_stale || m_values.size() != std::size_t(store.size())) {
-            m_values.clear();
-            m_values.reserve(std::size_t(store.size()));
-            for (const auto &record : store.records())
-                m_values.push_back(m_valueOf(*record));
-            m_stale = false;
-        }
-        return m_values;
+        m_column.follow(store.lostRecords());
+        m_column.bringUpToDate(store.records(), [this](const auto &record) { return m_valueOf(*record); });
+        return m_column.data();
     }
 
 private:
     ValueOf m_valueOf;
-    std::vector<T> m_values;
-    bool m_stale = true;
+    Column<T> m_column;
 };
 
 /// The same for the entries of one spectrum series.
@@ -70,19 +101,18 @@ public:
     }
 
     const SpectMath::SpectrumInfo *key() const { return m_info.get(); }
-    void invalidate() { m_stale = true; }
     double valueOf(const SpectMath::Spectrum &spectrum) const { return m_valueOf(spectrum); }
     /// For Datastore::updated.
     void noteUpdated(const Datastore &store, const std::shared_ptr<Record> &record);
-    const std::vector<double> &values(const Datastore &store);
+    /// As many as the series has entries, until the store changes.
+    const double *values(const Datastore &store);
 
 private:
     double valueAt(const SpectrumRecord &entry) const;
 
     SpectMath::SpectrumInfoPointer m_info; ///< held, so that the key isn't given to another description
     ValueOf m_valueOf;
-    std::vector<double> m_values;
-    bool m_stale = true;
+    Column<double> m_column;
 };
 
 } // namespace Tsb

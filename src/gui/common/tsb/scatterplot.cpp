@@ -143,8 +143,6 @@ void ScatterPlot::setDatastore(Datastore *store)
     Plot::setDatastore(store);
     m_pens.invalidate();
     rebuildSeries();
-    if (store)
-        connect(store, &Datastore::removed, this, &ScatterPlot::noteRemoved);
 }
 
 void ScatterPlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int flags)
@@ -157,15 +155,6 @@ void ScatterPlot::noteUpdated(int index, const std::shared_ptr<Record> &record, 
     m_pens.noteUpdated(*datastore(), index, *record);
     for (RecordSeries &series : m_recordSeries)
         series.values.noteUpdated(*datastore(), index, *record);
-}
-
-void ScatterPlot::noteRemoved()
-{
-    m_pens.noteRemoved();
-    for (RecordSeries &series : m_recordSeries)
-        series.values.noteRemoved();
-    for (SpectrumSeries &series : m_spectrumSeries)
-        series.values.invalidate();
 }
 
 PixelRange ScatterPlot::rangeOfUpdatedRecord(int, const std::shared_ptr<Record> &record, int flags)
@@ -225,7 +214,7 @@ void ScatterPlot::drawRecordSeries(MarkerPainter &marker, int first, int last)
         return;
     const SpanIndex &spans = datastore()->recordSpans();
     const auto run = barRun(spans, timeScale(), first - 1, last + 1);
-    const std::uint8_t *const pens = m_pens.values(*datastore()).data();
+    const std::uint8_t *const pens = m_pens.values(*datastore());
     struct Line {
         const double *values;
         std::array<QRgb, 256> colors;
@@ -233,7 +222,7 @@ void ScatterPlot::drawRecordSeries(MarkerPainter &marker, int first, int last)
     };
     std::vector<Line> lines(m_recordSeries.size());
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        lines[i].values = m_recordSeries[i].values.values(*datastore()).data();
+        lines[i].values = m_recordSeries[i].values.values(*datastore());
         lines[i].colors.fill(qRgb(0, 0, 0));
         const std::vector<QRgb> &colors = m_recordSeries[i].colors;
         std::copy_n(colors.begin(), std::min<std::size_t>(colors.size(), unknownPen), lines[i].colors.begin());
@@ -260,7 +249,7 @@ void ScatterPlot::drawSpectrumSeries(MarkerPainter &marker, int first, int last)
     for (SpectrumSeries &series : m_spectrumSeries) {
         const SpanIndex &spans = datastore()->seriesSpans(series.info.get());
         const auto run = barRun(spans, timeScale(), first - 1, last + 1);
-        cursors.push_back({&spans, series.values.values(*datastore()).data(), series.color, run.first, run.second});
+        cursors.push_back({&spans, series.values.values(*datastore()), series.color, run.first, run.second});
     }
     ColumnFinder column(timeScale(), first, last);
     std::vector<std::array<MarkerPainter::Place, SpanIndex::blockSize>> places(cursors.size());
@@ -299,7 +288,7 @@ void ScatterPlot::visitInSight(Visit visit)
     if (m_settings.usesSpectra()) {
         for (SpectrumSeries &series : m_spectrumSeries) {
             const auto run = barRun(datastore()->seriesSpans(series.info.get()), timeScale(), -1, width + 1);
-            const std::vector<double> &values = series.values.values(*datastore());
+            const double *const values = series.values.values(*datastore());
             for (std::size_t i = run.first; i < run.second; ++i)
                 visit(values[i]);
         }
@@ -307,7 +296,7 @@ void ScatterPlot::visitInSight(Visit visit)
     }
     const auto run = barRun(datastore()->recordSpans(), timeScale(), -1, width + 1);
     for (RecordSeries &series : m_recordSeries) {
-        const std::vector<double> &values = series.values.values(*datastore());
+        const double *const values = series.values.values(*datastore());
         for (std::size_t i = run.first; i < run.second; ++i)
             visit(values[i]);
     }

@@ -71,7 +71,6 @@ private:
     void rebuildSeries();
     void addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool paleRegular, bool paleIrregular);
     void rebuildSpectrumSeries();
-    void noteRemoved();
 
     double rowOf(double scaleValue) const;
     void drawRecordSeries(MarkerPainter &marker, int first, int last);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace Tsb {
+
+/// Values one after the other in memory, of which the first ones can be taken away at a constant cost each: their room
+/// is used again once it is as large as what is left.
+template<typename T>
+class ValueQueue {
+public:
+    std::size_t size() const { return m_values.size() - m_front; }
+    const T *data() const { return m_values.data() + m_front; }
+
+    void clear()
+    {
+        m_values.clear();
+        m_front = 0;
+    }
+    void reserve(std::size_t size) { m_values.reserve(m_front + size); }
+    void append(const T &value) { m_values.push_back(value); }
+    void set(std::size_t i, const T &value) { m_values[m_front + i] = value; }
+    /// Moves the values from i on by one place.
+    void insert(std::size_t i, const T &value)
+    {
+        m_values.insert(m_values.begin() + std::ptrdiff_t(m_front + i), value);
+    }
+    /// Not more than there are.
+    void removeFirst(std::size_t count)
+    {
+        m_front += count;
+        if (m_front < size())
+            return;
+        m_values.erase(m_values.begin(), m_values.begin() + std::ptrdiff_t(m_front));
+        m_front = 0;
+    }
+
+private:
+    std::vector<T> m_values;
+    std::size_t m_front = 0; ///< values at the front that were taken away
+};
+
+} // namespace Tsb
