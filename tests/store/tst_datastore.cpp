@@ -149,6 +149,7 @@ TEST(Datastore, drops_the_oldest_beyond_the_limit)
     EXPECT_EQ(store.series(info.get())->size(), 1u) << "the other record of that time loses its entry too";
     EXPECT_EQ(store.seriesSpans(info.get()).size(), 1u);
     EXPECT_EQ(store.seriesSpans(info.get()).begin(0), 30);
+    EXPECT_EQ(store.lostEntries(info.get()), 3u);
     store.setMaxRecords(1);
     store.addFullRecord(fullRecord(40, 41));
     EXPECT_EQ(listener.take(), "-0:5(2) -0:20(1) -0:30(0) +0:40:1");
