@@ -38,16 +38,17 @@ TEST(ColorHistogram, BinsAgreeWithTheirDefinitionAtEveryEdge)
 TEST(ColorHistogram, PassesOverWhatHasNoLogarithm)
 {
     ColorHistogram histogram;
-    const double odd[] = {0, -0.0, -3, nan, -nan, inf, -inf};
-    histogram.add(odd, 7);
+    const double odd[] = {0, -0.0, -3, nan, -nan, inf, -inf, -5e-324, -1e300};
+    histogram.add(odd, 9);
+    histogram.add(odd + 1, 8);
     EXPECT_EQ(histogram.total(), 0);
     EXPECT_FALSE(histogram.limits());
-    const double some[] = {1e-30, 1, 1e30};
-    histogram.add(some, 3);
-    EXPECT_EQ(histogram.total(), 3);
-    EXPECT_EQ(histogram.count(0), 1);
+    const double some[] = {1e-30, 5e-324, 1, 1e30, 1.7976931348623157e308};
+    histogram.add(some, 5);
+    EXPECT_EQ(histogram.total(), 5);
+    EXPECT_EQ(histogram.count(0), 2);
     EXPECT_EQ(histogram.count(2000), 1);
-    EXPECT_EQ(histogram.count(4001), 1);
+    EXPECT_EQ(histogram.count(4001), 2);
 }
 
 TEST(ColorHistogram, LimitsLeaveOutAFortiethAtEachEnd)
@@ -85,6 +86,37 @@ TEST(ColorHistogram, OneFilledBinSetsNothing)
     histogram.add(beyond.data(), beyond.size());
     ASSERT_TRUE(histogram.limits());
     EXPECT_NEAR(histogram.limits()->second, 20.01, 1e-9);
+}
+
+/// Beside a loop over all entries with the definition: series shorter and longer than what is fetched ahead, spectra of
+/// several lengths among them, empty ones, and entries without one.
+TEST(ColorHistogram, CountsEveryValueOfEveryWalk)
+{
+    std::mt19937 random(8);
+    std::uniform_real_distribution<double> decade(-1, 1);
+    for (const int count : {0, 1, 7, 8, 9, 15, 16, 17, 30, 300}) {
+        TestSeries series;
+        std::vector<std::int64_t> expected(ColorHistogram::binCount, 0);
+        for (int i = 0; i < count; ++i) {
+            const std::size_t sizes[] = {9, 9, 9, 0, 8, 17};
+            std::vector<double> values(sizes[random() % 6]);
+            for (double &value : values)
+                value = random() % 8 == 0 ? -1 : std::pow(10.0, 3 * decade(random));
+            const bool absent = random() % 5 == 0;
+            const int status = random() % 5 == 0 ? 3 : 0;
+            series.add(i * ticksPerSecond, (i + 1) * ticksPerSecond, absent ? nullptr : &values, status);
+            if (absent || status != 0 || values.size() != 9)
+                continue;
+            for (const double value : values)
+                if (value > 0)
+                    ++expected[std::size_t(definedBin(value))];
+        }
+        ColorHistogram histogram;
+        const TimeScale scale(recordTimeFromTicks(0), ticksPerSecond, 0);
+        Tsb::addVisibleValues(histogram, series.source(), scale, count + 2, 9, nullptr);
+        for (int bin = 0; bin < ColorHistogram::binCount; ++bin)
+            ASSERT_EQ(histogram.count(bin), expected[std::size_t(bin)]) << count << " entries, bin " << bin;
+    }
 }
 
 TEST(ColorHistogram, TakesWhatIsInView)

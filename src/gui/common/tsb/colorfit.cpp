@@ -1,5 +1,7 @@
 #include "gui/common/tsb/colorfit.h"
 
+#include "gui/common/tsb/spectrumwalk.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -52,16 +54,18 @@ public:
             m_cells[std::size_t(i)] = makeCell(std::uint64_t(firstCell + i) << cellShift);
     }
 
-    /// For positive, finite values.
+    /// -1 for what isn't counted: zero, negative numbers, infinity and what is no number.
     int binOf(double v) const
     {
-        const std::int64_t cell = std::int64_t(bitsOf(v) >> cellShift) - firstCell;
-        if (cell < 0)
-            return 0;
-        if (cell >= cellCount)
-            return lastBin;
-        const Cell &c = m_cells[std::size_t(cell)];
-        return c.bin + (v >= c.edge ? 1 : 0);
+        // Below the first cell this wraps, and a sign stands above all cells: one comparison tells the usual values.
+        const std::uint64_t cell = (bitsOf(v) >> cellShift) - std::uint64_t(firstCell);
+        if (cell < std::uint64_t(cellCount)) {
+            const Cell &c = m_cells[std::size_t(cell)];
+            return c.bin + (v >= c.edge ? 1 : 0);
+        }
+        if (!(v > 0 && v <= std::numeric_limits<double>::max()))
+            return -1;
+        return v < 1 ? 0 : lastBin;
     }
 
 private:
@@ -92,11 +96,6 @@ const BinTable &binTable()
     return table;
 }
 
-bool counts(double v)
-{
-    return v > 0 && v <= std::numeric_limits<double>::max();
-}
-
 } // namespace
 
 int ColorHistogram::binOf(double v)
@@ -104,18 +103,21 @@ int ColorHistogram::binOf(double v)
     return binTable().binOf(v);
 }
 
-void ColorHistogram::add(const double *values, std::size_t count)
+void ColorHistogram::add(const double *values, std::size_t size)
 {
     const BinTable &table = binTable();
+    const auto count = [&](double v, std::size_t half) {
+        const int bin = table.binOf(v);
+        if (bin >= 0)
+            ++m_counts[half][std::size_t(bin)];
+    };
     std::size_t i = 0;
-    for (; i + 1 < count; i += 2) {
-        if (counts(values[i]))
-            ++m_counts[0][std::size_t(table.binOf(values[i]))];
-        if (counts(values[i + 1]))
-            ++m_counts[1][std::size_t(table.binOf(values[i + 1]))];
+    for (; i + 1 < size; i += 2) {
+        count(values[i], 0);
+        count(values[i + 1], 1);
     }
-    if (i < count && counts(values[i]))
-        ++m_counts[0][std::size_t(table.binOf(values[i]))];
+    if (i < size)
+        count(values[i], 0);
 }
 
 std::int64_t ColorHistogram::count(int bin) const
@@ -158,16 +160,16 @@ void addVisibleValues(ColorHistogram &histogram, const SpectrogramSource &source
     const auto n = std::size_t(valuesPerSpectrum);
     std::vector<double> smoothed(n);
     const auto [begin, end] = source.entriesAround(scale, 0, width);
-    for (std::size_t i = begin; i < end; ++i) {
-        const double *values = source.values(i, n);
+    walkSpectra(source.series, begin, end, [&](const SpectrumRecord &entry) {
+        const double *values = SpectrogramSource::valuesOf(entry, n);
         if (!values)
-            continue;
+            return;
         if (smoothing) {
             multiplyRow(values, *smoothing, smoothed.data(), n);
             values = smoothed.data();
         }
         histogram.add(values, n);
-    }
+    });
 }
 
 } // namespace Tsb

@@ -16,7 +16,7 @@ class ColorHistogram {
 public:
     static constexpr int binCount = 4002;
 
-    void add(const double *values, std::size_t count);
+    void add(const double *values, std::size_t size);
     /// The limits in decades that leave out 2.5 % of the values at each end; none for an empty histogram, or when all
     /// values lie so close together that the lower limit isn't below the upper.
     std::optional<std::pair<double, double>> limits() const;
@@ -24,7 +24,8 @@ public:
     std::int64_t total() const;
     std::int64_t count(int bin) const;
 
-    /// The bin of one value: ceil((log10(v) + 20) / 40 * 4000), held within 0 .. 4001. Exact, without a logarithm.
+    /// The bin of one value: ceil((log10(v) + 20) / 40 * 4000), held within 0 .. 4001. Exact, without a logarithm. -1
+    /// for what is passed over.
     static int binOf(double v);
 
 private:

@@ -120,9 +120,9 @@ private:
 
 } // namespace
 
-const double *SpectrogramSource::values(std::size_t entry, std::size_t binCount) const
+const double *SpectrogramSource::valuesOf(const SpectrumRecord &entry, std::size_t binCount)
 {
-    const SpectMath::Spectrum *spectrum = series[entry].spectrum.get();
+    const SpectMath::Spectrum *spectrum = entry.spectrum.get();
     if (!spectrum || spectrum->concentrations.size() != binCount || spectrum->status != 0)
         return nullptr;
     return spectrum->concentrations.data().begin();

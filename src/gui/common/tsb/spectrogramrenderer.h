@@ -17,7 +17,8 @@ struct SpectrogramSource {
     const SpanIndex &spans; ///< entry for entry
 
     /// The values of an entry that is to be drawn: it has a spectrum of that length and of status 0. Null otherwise.
-    const double *values(std::size_t entry, std::size_t binCount) const;
+    const double *values(std::size_t entry, std::size_t binCount) const { return valuesOf(series[entry], binCount); }
+    static const double *valuesOf(const SpectrumRecord &entry, std::size_t binCount);
     /// The entries that can show on the columns from first to last: those that begin from two columns before to two
     /// behind, and one more on each side.
     std::pair<std::size_t, std::size_t> entriesAround(const TimeScale &scale, int first, int last) const;
