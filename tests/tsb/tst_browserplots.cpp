@@ -9,6 +9,7 @@
 #include <QAbstractSpinBox>
 #include <QAction>
 #include <QComboBox>
+#include <QHash>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -16,6 +17,27 @@
 #include <cmath>
 
 namespace {
+
+QHash<const Tsb::View *, int> fits;
+
+template<class T>
+struct Counted : T {
+    void fitScale() override
+    {
+        ++fits[this];
+        T::fitScale();
+    }
+    static Tsb::View *make() { return new Counted; }
+};
+
+std::vector<Tsb::ViewKind> countedKinds()
+{
+    const QString opmode = QStringLiteral("opmode"), scatter = QStringLiteral("scatterplot"),
+                  spectrogram = QStringLiteral("spectrogram");
+    return {{opmode, &Tsb::OpmodeView::staticMetaObject, &Counted<Tsb::OpmodeView>::make},
+            {scatter, &Tsb::ScatterPlotView::staticMetaObject, &Counted<Tsb::ScatterPlotView>::make},
+            {spectrogram, &Tsb::SpectrogramView::staticMetaObject, &Counted<Tsb::SpectrogramView>::make}};
+}
 
 /// A browser with all kinds of views over a store of two modes with a spectrum each, and one variable.
 class BrowserPlotsTest : public ::testing::Test {
@@ -153,6 +175,31 @@ TEST_F(BrowserPlotsTest, TheDefaultStackIsFittedAndGoesRound)
     browser.setSetup(setup);
     settle();
     EXPECT_EQ(browser.setup(), setup);
+}
+
+/// A fit reads all the data in sight: with a full store, more than once is what the first picture waits for.
+TEST_F(BrowserPlotsTest, EachNewViewIsFittedOnce)
+{
+    Tsb::TimeSeriesBrowser counted(uiInfo, nullptr, countedKinds());
+    counted.resize(900, 700);
+    counted.setDatastore(&store);
+    counted.show();
+    counted.fitTimescale(store.at(0)->beginTime, store.at(store.size() - 1)->endTime);
+    settle();
+    fits.clear();
+    counted.addDefaultStack();
+    settle();
+    for (QAction *action : counted.addPlotActions())
+        action->trigger();
+    Q_EMIT uiInfo->requestVariableScatterplot(QStringLiteral("temperature"));
+    settle();
+    const auto views = counted.views();
+    ASSERT_EQ(views.size(), 5 + 6 + 1);
+    for (const Tsb::View *one : views) {
+        if (qobject_cast<const Tsb::OpmodeView *>(one))
+            continue; // nothing to fit
+        EXPECT_EQ(fits.value(one), 1) << one->metaObject()->className();
+    }
 }
 
 TEST_F(BrowserPlotsTest, TabReachesEveryButtonBoxAndList)

@@ -144,7 +144,6 @@ void TimeSeriesBrowser::addNewScatterPlotView(int type)
 {
     ScatterPlotView *const view = addScatterPlotView();
     view->showType(type);
-    view->fitScale();
     ensureViewVisible(m_addPlotRow);
 }
 
@@ -178,7 +177,12 @@ View *TimeSeriesBrowser::addSpectrogramView(const QStringList &ids)
 
 ScatterPlotView *TimeSeriesBrowser::addScatterPlotView()
 {
-    auto *const view = new ScatterPlotView;
+    View *const made = makeView(scatterType);
+    auto *view = qobject_cast<ScatterPlotView *>(made);
+    if (!view) { // asked for from elsewhere, where it is none of the menu's kinds
+        delete made;
+        view = new ScatterPlotView;
+    }
     addView(view);
     activateLayouts();
     return view;
@@ -219,7 +223,7 @@ void TimeSeriesBrowser::addDiagnosticPlot(const QString &channelName)
     ensureViewVisible(view);
 }
 
-// ---- the default stack
+// ---- the default stack, each view of which is fitted once, at the end: that reads all the data in sight
 
 void TimeSeriesBrowser::addDefaultStack()
 {
@@ -242,8 +246,7 @@ void TimeSeriesBrowser::addDefaultStack()
 void TimeSeriesBrowser::addConcentrationsOf(const QStringList &ids)
 {
     ScatterPlotView *const view = addScatterPlotView();
-    view->setVisibleSpectra(QSet<QString>(ids.begin(), ids.end()));
-    view->showType(ScatterPlotSettings::Concentration);
+    view->prepareType(ScatterPlotSettings::Concentration, QSet<QString>(ids.begin(), ids.end()));
     view->setPropertiesVisible(false);
 }
 
@@ -253,7 +256,7 @@ void TimeSeriesBrowser::addFirstVariable()
     if (!metadata || metadata->variables.isEmpty())
         return;
     ScatterPlotView *const view = addScatterPlotView();
-    view->showType(ScatterPlotSettings::Variable);
+    view->prepareType(ScatterPlotSettings::Variable, {});
     view->setPropertiesVisible(false);
 }
 

@@ -158,14 +158,20 @@ void ScatterPlotView::showType(int type)
 {
     if (type < ScatterPlotSettings::Electrometer || type > ScatterPlotSettings::Parameter)
         return;
+    prepareType(type, m_settings.visibleSpectra);
+    fitScale();
+}
+
+void ScatterPlotView::prepareType(int type, const QSet<QString> &spectra)
+{
     const bool changed = type != m_settings.type;
-    change([this, type](ScatterPlotSettings &settings) {
+    change([&](ScatterPlotSettings &settings) {
         settings.type = type;
+        settings.visibleSpectra = spectra;
         chooseDefaults(settings);
     });
     if (changed) // values of the former kind would be read in another unit
         m_scale->setMinMax(0.0, type == ScatterPlotSettings::Concentration ? 5.0 : 1.0, true);
-    fitScale();
 }
 
 void ScatterPlotView::setElectrometerSelection(int electrometer)

@@ -3,6 +3,8 @@
 #include "gui/common/tsb/scatterplot.h"
 #include "gui/common/tsb/singleplotview.h"
 
+#include <QSet>
+
 class QAction;
 
 namespace Tsb {
@@ -27,8 +29,12 @@ public:
     QVariant settings() const override;
     void setSettings(const QVariant &settings) override;
 
+    /// As showType() for these spectra, but for the fit, which is left to the caller: it reads all the data in sight.
+    void prepareType(int type, const QSet<QString> &spectra);
+
 public Q_SLOTS:
-    /// The kind, a ScatterPlotSettings::Type. A kind without a choice yet takes the first there is.
+    /// The kind, a ScatterPlotSettings::Type, and fits the scale to it. A kind without a choice yet takes the first
+    /// there is.
     void showType(int type);
     void setElectrometerSelection(int electrometer);
     void setDiagnosticSelection(const QString &channelName);
