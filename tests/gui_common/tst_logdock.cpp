@@ -2,7 +2,6 @@
 #include "gui/common/logdock.h"
 #include "gui/common/logtext.h"
 
-#include <QElapsedTimer>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -116,12 +115,12 @@ TEST(LogDock, FoldsEqualEntriesInARow)
 TEST(LogDock, ABurstShowsItsLastThousandLinesAtOnce)
 {
     ShownDock shown;
-    QElapsedTimer clock;
-    clock.start();
+    int changes = 0;
+    QObject::connect(shown.edit, &QPlainTextEdit::textChanged, [&changes] { ++changes; });
     for (int i = 0; i < 500000; ++i)
         shown.dock.addEntry(entry(i % 2 ? QString("complaint\n%1").arg(i) : QString("complaint %1").arg(i)));
     const QStringList lines = shown.lines();
-    EXPECT_LT(clock.elapsed(), 20000) << "one paragraph for each would take a minute";
+    EXPECT_LE(changes, LogDock::greatestBlockCount) << "one for each entry would take a minute";
     EXPECT_LE(lines.size(), LogDock::greatestBlockCount);
     EXPECT_GT(lines.size(), LogDock::greatestBlockCount - 3);
     EXPECT_EQ(lines.last().trimmed(), "499999");

@@ -37,7 +37,7 @@ std::string promptFailure(const QByteArray &text)
     QElapsedTimer timer;
     timer.start();
     const std::string message = failure(text);
-    EXPECT_LT(timer.elapsed(), 2000) << text.left(20).toStdString();
+    EXPECT_LT(timer.elapsed(), 10000) << text.left(20).toStdString();
     return message;
 }
 
@@ -144,7 +144,7 @@ TEST(YamlLoad, foreign_texts_cost_little)
     QElapsedTimer timer;
     timer.start();
     EXPECT_EQ(loaded(anchors).toList().size(), 50000);
-    EXPECT_LT(timer.elapsed(), 2000);
+    EXPECT_LT(timer.elapsed(), 10000);
 
     QByteArray directives;
     for (int i = 0; i < 50000; ++i)
