@@ -7,11 +7,10 @@
 #include "datafiles/filereadertask.h"
 #include "datafiles/recordparser/fieldsplitter.h"
 #include "datafiles/recordparser/numberparser.h"
+#include "support/measuring.h"
 #include "util/timeformat.h"
 
 #include <double-conversion/string-to-double.h>
-
-#include <benchmark/benchmark.h>
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -123,12 +122,6 @@ qint64 statusBytes(const char *key)
     return 0;
 }
 
-double median(QVector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.isEmpty() ? 0 : values[values.size() / 2];
-}
-
 std::shared_ptr<FileReader> makeReader()
 {
     return std::make_shared<FileReader>(FileReader::SpectrumMap(), earliestRecordTime, latestRecordTime);
@@ -155,26 +148,26 @@ int runRead(bool withPeer)
     std::printf("%.0f MB, 75000 rows of 3 texts and 200 numbers\n", megabytes);
     int rows = 0;
     readSeconds(path, &rows);
-    QVector<double> ours, theirs, ratios;
+    std::vector<double> ours, theirs, ratios;
     for (int round = 0; round < 5; ++round) {
         QProcess peer;
         if (withPeer)
             peer.start("/usr/bin/python3", {QStringLiteral(READ_CSV_SCRIPT), path, "2"});
         const bool ended = withPeer && peer.waitForFinished(-1) && peer.exitCode() == 0;
         const QList<QByteArray> lines = peer.readAllStandardOutput().trimmed().split('\n');
-        ours.append(readSeconds(path, &rows));
+        ours.push_back(readSeconds(path, &rows));
         if (!ended) {
             if (withPeer)
                 std::printf("read_csv failed: %s\n", peer.readAllStandardError().constData());
             continue;
         }
-        theirs.append(lines.last().split(' ').first().toDouble()); // warmed up by the first
-        ratios.append(theirs.last() / ours.last());
+        theirs.push_back(lines.last().split(' ').first().toDouble()); // warmed up by the first
+        ratios.push_back(theirs.back() / ours.back());
     }
     std::printf("ours      %6.0f ms  %5.1f ns a number  %.0f MB/s\n", median(ours) * 1e3, median(ours) * 1e9 / 15e6,
                 megabytes / median(ours));
-    if (!theirs.isEmpty())
-        std::printf("read_csv  %6.0f ms\nratio     %6.2f (median of %d)\n", median(theirs) * 1e3, median(ratios),
+    if (!theirs.empty())
+        std::printf("read_csv  %6.0f ms\nratio     %6.2f (median of %zu)\n", median(theirs) * 1e3, median(ratios),
                     ratios.size());
     return 0;
 }

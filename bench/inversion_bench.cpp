@@ -11,40 +11,17 @@
 #include "spectra/instrument_model.h"
 #include "spectra/orderedinversion.h"
 #include "store/datastore.h"
+#include "support/measuring.h"
 #include "util/workerthread.h"
 
-#include <benchmark/benchmark.h>
-
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
-#include <QThread>
 #include <QTimer>
-
-#include <algorithm>
-#include <vector>
-
-#include <time.h>
 
 namespace {
 
 constexpr int pointCount = 50;
 constexpr int differentRecords = 500;
-
-double microseconds(clockid_t clock)
-{
-    timespec now{};
-    clock_gettime(clock, &now);
-    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) * 1e-3;
-}
-
-double quantile(std::vector<double> values, double part)
-{
-    if (values.empty())
-        return 0;
-    std::sort(values.begin(), values.end());
-    return values[std::size_t(part * double(values.size() - 1))];
-}
 
 /// A store of records a minute apart, and the inverter that fits them.
 struct Run {
@@ -192,12 +169,12 @@ void queueSpeed(benchmark::State &state)
         needed.push_back((w.back() + two.main) / two.all);
         ratio.push_back(two.main / bareQueuedCall());
     }
-    state.counters["w_us"] = quantile(w, 0.5);
-    state.counters["c_us"] = quantile(c, 0.5);
-    state.counters["c_per_bare_call"] = quantile(ratio, 0.5);
+    state.counters["w_us"] = median(w);
+    state.counters["c_us"] = median(c);
+    state.counters["c_per_bare_call"] = median(ratio);
     // By the clock only where nothing else runs; by the processors' time without what both may idle.
-    state.counters["of_possible_by_clock"] = quantile(reached, 0.5);
-    state.counters["of_possible_by_processor"] = quantile(needed, 0.5);
+    state.counters["of_possible_by_clock"] = median(reached);
+    state.counters["of_possible_by_processor"] = median(needed);
 }
 BENCHMARK(queueSpeed)
     ->ArgNames({"m", "n", "views"})
@@ -235,10 +212,10 @@ void turnsOfTheEventLoop(benchmark::State &state)
         timer.stop();
     }
     state.counters["turns"] = double(byClock.size());
-    state.counters["longest_ms"] = quantile(byClock, 1);
-    state.counters["longest_cpu_ms"] = quantile(byProcessor, 1);
-    state.counters["p99_ms"] = quantile(byClock, 0.99);
-    state.counters["p99_cpu_ms"] = quantile(byProcessor, 0.99);
+    state.counters["longest_ms"] = percentile(byClock, 1);
+    state.counters["longest_cpu_ms"] = percentile(byProcessor, 1);
+    state.counters["p99_ms"] = percentile(byClock, 0.99);
+    state.counters["p99_cpu_ms"] = percentile(byProcessor, 0.99);
 }
 BENCHMARK(turnsOfTheEventLoop)
     ->ArgNames({"m", "n"})
@@ -252,6 +229,7 @@ BENCHMARK(turnsOfTheEventLoop)
 void fillSpectra(Run &run)
 {
     const SpectMath::SpectrumInfoPointer info = run.inverters.front()->info();
+    std::vector<SpectrumRecord> entries;
     for (const auto &record : run.store->records()) {
         auto spectrum = SpectMath::makeSpectrum();
         spectrum->info = info;
@@ -259,8 +237,9 @@ void fillSpectra(Run &run)
         spectrum->concentrations = RealVector(pointCount, 100);
         spectrum->covariances = BandMatrix(pointCount, pointCount, 0, 0);
         record->spectra.push_back(spectrum);
-        run.store->enterSpectrum(record, spectrum);
+        entries.push_back({record, spectrum, 0});
     }
+    run.store->enterSpectra(std::move(entries));
 }
 
 /// Taking a spectrum out of half a million records while six views watch, in times of walking the records once. Times
@@ -299,10 +278,10 @@ void discardWithViews(benchmark::State &state)
         ratio.push_back(discard.back() / walk.back());
         later.push_back((microseconds(CLOCK_THREAD_CPUTIME_ID) - discarded) / 1000);
     }
-    state.counters["walk_ms"] = quantile(walk, 0.5);
-    state.counters["discard_ms"] = quantile(discard, 0.5);
-    state.counters["walks"] = quantile(ratio, 0.5);
-    state.counters["later_ms"] = quantile(later, 0.5); // in slices
+    state.counters["walk_ms"] = median(walk);
+    state.counters["discard_ms"] = median(discard);
+    state.counters["walks"] = median(ratio);
+    state.counters["later_ms"] = median(later); // in slices
 }
 BENCHMARK(discardWithViews)->Iterations(7)->Unit(benchmark::kMillisecond);
 
@@ -326,8 +305,8 @@ void wholeCommand(benchmark::State &state)
         byClock.push_back(needed / jobs / (microseconds(CLOCK_MONOTONIC) - clock));
         byProcessor.push_back(needed / (microseconds(CLOCK_PROCESS_CPUTIME_ID) - processor));
     }
-    state.counters["by_clock"] = quantile(byClock, 0.5);
-    state.counters["by_processor_time"] = quantile(byProcessor, 0.5);
+    state.counters["by_clock"] = median(byClock);
+    state.counters["by_processor_time"] = median(byProcessor);
 }
 BENCHMARK(wholeCommand)
     ->ArgNames({"m", "n"})
@@ -338,12 +317,3 @@ BENCHMARK(wholeCommand)
     ->UseRealTime();
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

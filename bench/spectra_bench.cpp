@@ -5,12 +5,11 @@
 #include "spectra/instrument_model.h"
 #include "spectra/inverter.h"
 #include "spectra/reference_inversion.h"
+#include "support/measuring.h"
 
 #include <Eigen/Dense>
-#include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -142,19 +141,12 @@ using Way = std::function<double(const Record &)>;
 /// Microseconds per record.
 double timed(const Problem &problem, const Way &way)
 {
-    const auto start = std::chrono::steady_clock::now();
+    const double begin = microseconds(CLOCK_MONOTONIC);
     double sum = 0;
     for (const Record &record : problem.records)
         sum += way(record);
     benchmark::DoNotOptimize(sum);
-    const std::chrono::duration<double, std::micro> taken = std::chrono::steady_clock::now() - start;
-    return taken.count() / double(problem.records.size());
-}
-
-double median(std::vector<double> values)
-{
-    std::nth_element(values.begin(), values.begin() + std::ptrdiff_t(values.size() / 2), values.end());
-    return values[values.size() / 2];
+    return (microseconds(CLOCK_MONOTONIC) - begin) / double(problem.records.size());
 }
 
 void oneInversion(benchmark::State &state)

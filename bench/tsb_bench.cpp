@@ -4,23 +4,13 @@
 
 #include "gui/common/tsb/colorfit.h"
 #include "gui/common/tsb/spectrogramrenderer.h"
-#include "store/datastore.h"
-
-#include <benchmark/benchmark.h>
-#include <qwt_color_map.h>
-#include <qwt_matrix_raster_data.h>
-#include <qwt_plot_spectrogram.h>
-#include <qwt_scale_map.h>
-
-#include <QApplication>
-#include <QPainter>
+#include "support/fillstore.h"
+#include "support/measuring.h"
+#include "support/peer.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstring>
-#include <functional>
-#include <map>
 
 namespace {
 
@@ -47,19 +37,19 @@ public:
             description->radii[std::size_t(k)] = std::pow(10.0, k * 0.05);
         m_info = description;
         m_store.setLimitRecords(false);
-        for (int i = 0; i < count; ++i) {
-            auto record = std::allocate_shared<Record>(SlabAllocator<Record>());
+        fillAsRead(m_store, count, [this](int i) {
+            auto record = makeRecord();
             record->beginTime = start + Ticks(i * recordTicks);
             record->endTime = record->beginTime + Ticks(recordTicks);
-            auto spectrum = std::allocate_shared<SpectMath::Spectrum>(SlabAllocator<SpectMath::Spectrum>());
+            auto spectrum = SpectMath::makeSpectrum();
             spectrum->info = m_info;
             spectrum->status = 0;
             spectrum->concentrations.resize(bins);
             for (int k = 0; k < bins; ++k)
                 spectrum->concentrations[std::size_t(k)] = concentration(i, k);
-            m_store.insertRecord(m_store.lowerBound(record->beginTime), record);
-            m_store.enterSpectrum(record, spectrum);
-        }
+            record->spectra.push_back(spectrum);
+            return record;
+        });
     }
     Tsb::SpectrogramSource source() const { return {*m_store.series(m_info.get()), m_store.seriesSpans(m_info.get())}; }
 
@@ -93,89 +83,17 @@ QImage strip()
     return image;
 }
 
-double milliseconds(const std::function<void()> &work)
-{
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-/// Runs two ways in turn and counts the medians of their times and of other / ours.
-void compare(benchmark::State &state, const std::function<void()> &ours, const std::function<void()> &other)
-{
-    for (int i = 0; i < 10; ++i) {
-        ours();
-        other();
-    }
-    std::vector<double> oursTimes, otherTimes, ratios;
-    for (auto _ : state) {
-        oursTimes.push_back(milliseconds(ours));
-        otherTimes.push_back(milliseconds(other));
-        ratios.push_back(otherTimes.back() / oursTimes.back());
-    }
-    state.counters["ours_ms"] = median(oursTimes);
-    state.counters["other_ms"] = median(otherTimes);
-    state.counters["other/ours"] = median(ratios);
-}
-
-// ---- the peer
-
-/// jet as Qwt interpolates it; its index table isn't used in the RGB format.
-class PeerPlot {
-public:
-    PeerPlot()
-    {
-        QVector<double> matrix(recordCount * bins);
-        for (int k = 0; k < bins; ++k)
-            for (int i = 0; i < recordCount; ++i)
-                matrix[k * recordCount + i] = std::log10(concentration(i, k));
-        auto *data = new QwtMatrixRasterData;
-        data->setValueMatrix(matrix, recordCount);
-        data->setInterval(Qt::XAxis, QwtInterval(0, recordCount));
-        data->setInterval(Qt::YAxis, QwtInterval(0, bins));
-        data->setInterval(Qt::ZAxis, QwtInterval(1, 3));
-        data->setResampleMode(QwtMatrixRasterData::BilinearInterpolation);
-        m_plot.setData(data);
-        auto *colors = new QwtLinearColorMap(QColor(0, 0, 127), QColor(127, 0, 0));
-        colors->addColorStop(0.11, QColor(0, 0, 255));
-        colors->addColorStop(0.375, QColor(0, 255, 255));
-        colors->addColorStop(0.64, QColor(255, 255, 0));
-        colors->addColorStop(0.9, QColor(255, 0, 0));
-        m_plot.setColorMap(colors);
-        m_plot.setRenderThreadCount(1);
-        m_x.setScaleInterval(0, recordCount);
-        m_x.setPaintInterval(0, width);
-        m_y.setScaleInterval(0, bins);
-        m_y.setPaintInterval(height, 0);
-    }
-    void draw(QImage &image)
-    {
-        QPainter painter(&image);
-        m_plot.draw(&painter, m_x, m_y, QRectF(0, 0, width, height));
-    }
-
-private:
-    QwtPlotSpectrogram m_plot;
-    QwtScaleMap m_x, m_y;
-};
-
 void fullRedrawBesideQwt(benchmark::State &state)
 {
-    static PeerPlot peer;
-    QImage image = strip(), peerImage = strip();
+    PeerSpectrogram peer(recordCount, bins, concentration, width, height);
+    QImage image = strip();
     const auto parameters = wholeRange();
     compare(
         state,
         [&] {
             renderSpectrogram(store().source(), parameters, image, {0, width});
         },
-        [&] { peer.draw(peerImage); });
+        [&] { peer.draw(); });
 }
 BENCHMARK(fullRedrawBesideQwt)->Iterations(200)->Unit(benchmark::kMillisecond);
 
@@ -291,13 +209,3 @@ void colorFitBesideReadingEachValue(benchmark::State &state)
 BENCHMARK(colorFitBesideReadingEachValue)->Iterations(20)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -1,14 +1,11 @@
 #include "datafiles/plainfileoutput.h"
+#include "support/measuring.h"
 #include "util/timeformat.h"
 
 #include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include <benchmark/benchmark.h>
-
-#include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <iostream>
@@ -124,19 +121,18 @@ void plainOverOurs(benchmark::State &state)
     QFile plain(folder.filePath(QStringLiteral("plain")));
     plain.open(QIODevice::WriteOnly);
     output.writeRecordRow(records().front());
-    const auto secondsOf = [](auto &&writeOne) {
-        const auto start = std::chrono::steady_clock::now();
+    const auto timeOf = [](auto &&writeOne) {
+        const double begin = microseconds(CLOCK_MONOTONIC);
         for (const auto &record : records())
             writeOne(record);
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        return microseconds(CLOCK_MONOTONIC) - begin;
     };
     std::vector<double> ratios;
     for (auto _ : state) {
-        const double plainSeconds = secondsOf([&](const auto &record) { writePlainRow(plain, record); });
-        ratios.push_back(plainSeconds / secondsOf([&](const auto &record) { output.writeRecordRow(record); }));
+        const double plainTime = timeOf([&](const auto &record) { writePlainRow(plain, record); });
+        ratios.push_back(plainTime / timeOf([&](const auto &record) { output.writeRecordRow(record); }));
     }
-    std::nth_element(ratios.begin(), ratios.begin() + std::ptrdiff_t(ratios.size() / 2), ratios.end());
-    state.counters["ratio"] = ratios[ratios.size() / 2];
+    state.counters["ratio"] = median(ratios);
 }
 
 void requireSameBytes()

@@ -69,12 +69,16 @@ function(morvantide_test name)
   endif()
 endfunction()
 
-# morvantide_bench(name [WIDGETS] SOURCES ... LINK ...): a Google Benchmark executable.
+# morvantide_bench(name [WIDGETS] SOURCES ... LINK ...): a Google Benchmark executable. WIDGETS gives it the main of
+# programs that draw.
 function(morvantide_bench name)
   cmake_parse_arguments(ARG "WIDGETS" "" "SOURCES;LINK" ${ARGN})
   if(ARG_WIDGETS AND NOT MORVANTIDE_GUI)
     return()
   endif()
+  if(ARG_WIDGETS)
+    list(APPEND ARG_SOURCES support/windowmain.cpp)
+  endif()
   add_executable(${name} ${ARG_SOURCES})
-  target_link_libraries(${name} PRIVATE ${ARG_LINK} benchmark::benchmark)
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} benchsupport)
 endfunction()

@@ -1,5 +1,7 @@
 #include "timeseries/benchstore.h"
 
+#include "support/fillstore.h"
+
 #include <cmath>
 
 namespace {
@@ -61,14 +63,12 @@ BenchStore::BenchStore(int count)
     m_uiInfo->publish();
 
     m_store.setLimitRecords(false);
-    for (; m_count < count; ++m_count) {
-        const auto record = makeRecordAt(m_count);
-        m_store.insertRecord(m_store.lowerBound(record->beginTime), record);
-        for (const auto &spectrum : makeSpectra(m_count)) {
-            record->spectra.push_back(spectrum);
-            m_store.enterSpectrum(record, spectrum);
-        }
-    }
+    fillAsRead(m_store, count, [this](int i) {
+        const auto record = makeRecordAt(i);
+        record->spectra = makeSpectra(i);
+        return record;
+    });
+    m_count = count;
 }
 
 BenchStore &BenchStore::shared()

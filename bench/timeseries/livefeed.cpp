@@ -1,7 +1,7 @@
 // Records that come in while six views are open.
 
+#include "support/measuring.h"
 #include "timeseries/browserwindow.h"
-#include "timeseries/compare.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

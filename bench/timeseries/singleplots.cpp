@@ -3,11 +3,9 @@
 #include "gui/common/tsb/opmodeplot.h"
 #include "gui/common/tsb/scatterplot.h"
 #include "gui/common/tsb/scattervalues.h"
+#include "support/measuring.h"
 #include "timeseries/bareplot.h"
-#include "timeseries/compare.h"
 #include "timeseries/peers.h"
-
-#include <malloc.h>
 
 #include <cmath>
 
@@ -115,9 +113,12 @@ void stripBesideEachBar(benchmark::State &state)
 }
 BENCHMARK(stripBesideEachBar)->Iterations(5)->Unit(benchmark::kMillisecond);
 
-// ---- the first draw after a change of settings
+// ---- what a change of settings costs, from nothing
 
-void firstDrawOfVariable(benchmark::State &state)
+using Work = std::function<void(BareScatter &)>;
+
+/// Another variable each time, beside reading its values and, for a drawing, the modes that colour them.
+void anotherVariable(benchmark::State &state, const Work &work, bool withModes)
 {
     BenchStore &data = BenchStore::shared();
     const auto plot = scatterPlot(data, variablePlot(0));
@@ -127,16 +128,15 @@ void firstDrawOfVariable(benchmark::State &state)
         [&] {
             slot = (slot + 1) % BenchStore::variables;
             plot->setSettings(variablePlot(slot));
-            plot->redraw();
+            work(*plot);
         },
         [&] {
             double sum = 0;
             for (const auto &record : data.store().records())
-                sum += record->variables[std::size_t(slot)] + record->opmode;
+                sum += record->variables[std::size_t(slot)] + (withModes ? record->opmode : 0);
             benchmark::DoNotOptimize(sum);
         });
 }
-BENCHMARK(firstDrawOfVariable)->Iterations(30)->Unit(benchmark::kMillisecond);
 
 /// The total concentrations of both series, without keeping them.
 double sumOfDotProducts(BenchStore &data)
@@ -150,66 +150,56 @@ double sumOfDotProducts(BenchStore &data)
     return sum;
 }
 
-ScatterPlotSettings otherMoment(const BenchStore &data, int turn)
-{
-    ScatterPlotSettings settings = concentrationPlot(data);
-    settings.concentrationType =
-        turn % 2 == 0 ? SpectMath::ConcentrationType::number : SpectMath::ConcentrationType::radius;
-    return settings;
-}
-
-void firstDrawOfConcentrations(benchmark::State &state)
+/// Another moment each time, beside the dot products.
+void anotherMoment(benchmark::State &state, const Work &work)
 {
     BenchStore &data = BenchStore::shared();
-    const auto plot = scatterPlot(data, concentrationPlot(data));
+    ScatterPlotSettings settings = concentrationPlot(data);
+    const auto plot = scatterPlot(data, settings);
     int turn = 0;
     compare(
         state,
         [&] {
-            plot->setSettings(otherMoment(data, ++turn));
-            plot->redraw();
+            settings.concentrationType =
+                ++turn % 2 == 0 ? SpectMath::ConcentrationType::number : SpectMath::ConcentrationType::radius;
+            plot->setSettings(settings);
+            work(*plot);
         },
         [&] { benchmark::DoNotOptimize(sumOfDotProducts(data)); });
 }
-BENCHMARK(firstDrawOfConcentrations)->Iterations(30)->Unit(benchmark::kMillisecond);
 
-// ---- autoscale of values, from nothing
+void draw(BareScatter &plot)
+{
+    plot.redraw();
+}
+
+void fit(BareScatter &plot)
+{
+    auto range = plot.minMax();
+    benchmark::DoNotOptimize(range);
+}
+
+void firstDrawOfVariable(benchmark::State &state)
+{
+    anotherVariable(state, draw, true);
+}
+BENCHMARK(firstDrawOfVariable)->Iterations(30)->Unit(benchmark::kMillisecond);
+
+void firstDrawOfConcentrations(benchmark::State &state)
+{
+    anotherMoment(state, draw);
+}
+BENCHMARK(firstDrawOfConcentrations)->Iterations(30)->Unit(benchmark::kMillisecond);
 
 void fitOfVariable(benchmark::State &state)
 {
-    BenchStore &data = BenchStore::shared();
-    const auto plot = scatterPlot(data, variablePlot(0));
-    int slot = 0;
-    compare(
-        state,
-        [&] {
-            slot = (slot + 1) % BenchStore::variables;
-            plot->setSettings(variablePlot(slot));
-            auto range = plot->minMax();
-            benchmark::DoNotOptimize(range);
-        },
-        [&] {
-            double sum = 0;
-            for (const auto &record : data.store().records())
-                sum += record->variables[std::size_t(slot)];
-            benchmark::DoNotOptimize(sum);
-        });
+    anotherVariable(state, fit, false);
 }
 BENCHMARK(fitOfVariable)->Iterations(30)->Unit(benchmark::kMillisecond);
 
 void fitOfConcentrations(benchmark::State &state)
 {
-    BenchStore &data = BenchStore::shared();
-    const auto plot = scatterPlot(data, concentrationPlot(data));
-    int turn = 0;
-    compare(
-        state,
-        [&] {
-            plot->setSettings(otherMoment(data, ++turn));
-            auto range = plot->minMax();
-            benchmark::DoNotOptimize(range);
-        },
-        [&] { benchmark::DoNotOptimize(sumOfDotProducts(data)); });
+    anotherMoment(state, fit);
 }
 BENCHMARK(fitOfConcentrations)->Iterations(30)->Unit(benchmark::kMillisecond);
 
@@ -234,14 +224,10 @@ void bytesKept(benchmark::State &state)
                                      {"parameter", parameterPlot(data), 2 * records}};
     for (auto _ : state) {
         for (const Kind &kind : kinds) {
-            const auto inUse = [] {
-                const struct mallinfo2 info = mallinfo2();
-                return double(info.uordblks) + double(info.hblkhd);
-            };
             const auto plot = scatterPlot(data, kind.settings);
-            const double before = inUse();
+            const double before = bytesInUse();
             plot->redraw();
-            state.counters[kind.name] = (inUse() - before) / kind.points;
+            state.counters[kind.name] = (bytesInUse() - before) / kind.points;
         }
     }
 }

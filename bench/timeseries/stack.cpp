@@ -1,15 +1,16 @@
 // Six views together.
+//
+//   timeseries_bench --benchmark_filter=-liveFeed   all but the feed
+//   timeseries_bench --benchmark_filter=liveFeed    a minute of 200 records a second
 
 #include "gui/common/tsb/colormap.h"
 #include "gui/common/tsb/opmodeplot.h"
 #include "gui/common/tsb/scatterplot.h"
 #include "gui/common/tsb/spectrogramplot.h"
+#include "support/measuring.h"
 #include "timeseries/bareplot.h"
 #include "timeseries/browserwindow.h"
-#include "timeseries/compare.h"
 #include "timeseries/peers.h"
-
-#include <malloc.h>
 
 #include <cmath>
 #include <cstring>
@@ -100,7 +101,9 @@ std::vector<std::unique_ptr<Peer>> makePeers(BenchStore &data)
     std::vector<std::unique_ptr<Peer>> peers;
     peers.push_back(std::make_unique<PeerStrip>(data, width, stripHeight));
     for (int i = 0; i < 2; ++i)
-        peers.push_back(std::make_unique<PeerSpectrogram>(data, i, width, spectrogramHeight));
+        peers.push_back(std::make_unique<PeerSpectrogram>(
+            data.count(), BenchStore::bins,
+            [i](int record, int bin) { return BenchStore::concentration(record, i, bin); }, width, spectrogramHeight));
     const auto scatter = [&](const std::vector<QVector<double>> &series, double least, double greatest) {
         peers.push_back(std::make_unique<PeerScatter>(width, scatterHeight, series, least, greatest));
     };
@@ -243,22 +246,18 @@ BENCHMARK(firstPicture)->Iterations(10)->Unit(benchmark::kMillisecond);
 /// Bytes that six open views add for each point and series shown, images left out.
 void memoryOfSixViews(benchmark::State &state)
 {
-    const auto inUse = [] {
-        const struct mallinfo2 info = mallinfo2();
-        return double(info.uordblks) + double(info.hblkhd);
-    };
     for (auto _ : state) {
         BenchStore data(500'000); // nothing has asked it for its times yet
         BrowserWindow window(data);
-        const double before = inUse();
+        const double before = bytesInUse();
         window.addSixViews();
         double images = 0;
         for (const Tsb::Plot *plot : window.plots())
             images += double(plot->image().sizeInBytes());
         // A strip, two spectra, a variable, two concentrations, raw and processed currents.
         const double points = 8.0 * data.count();
-        state.counters["bytes_a_point"] = (inUse() - before - images) / points;
-        state.counters["total_MB"] = (inUse() - before) * 1e-6;
+        state.counters["bytes_a_point"] = (bytesInUse() - before - images) / points;
+        state.counters["total_MB"] = (bytesInUse() - before) * 1e-6;
         state.counters["images_MB"] = images * 1e-6;
     }
 }

@@ -1,13 +1,14 @@
-#include "timeseries/compare.h"
+#include "support/measuring.h"
+
+#include <malloc.h>
 
 #include <algorithm>
-#include <ctime>
 
-double processorMilliseconds()
+double microseconds(clockid_t clock)
 {
     timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e3 + double(now.tv_nsec) * 1e-6;
+    clock_gettime(clock, &now);
+    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) * 1e-3;
 }
 
 double percentile(std::vector<double> values, double share)
@@ -25,10 +26,10 @@ double median(std::vector<double> values)
 
 void compare(benchmark::State &state, const std::function<void()> &ours, const std::function<void()> &other)
 {
-    const auto timeOf = [](const std::function<void()> &work) {
-        const double begin = processorMilliseconds();
+    const auto milliseconds = [](const std::function<void()> &work) {
+        const double begin = microseconds(CLOCK_PROCESS_CPUTIME_ID);
         work();
-        return processorMilliseconds() - begin;
+        return (microseconds(CLOCK_PROCESS_CPUTIME_ID) - begin) * 1e-3;
     };
     for (int i = 0; i < 3; ++i) {
         ours();
@@ -36,11 +37,17 @@ void compare(benchmark::State &state, const std::function<void()> &ours, const s
     }
     std::vector<double> oursTimes, otherTimes, ratios;
     for (auto _ : state) {
-        oursTimes.push_back(timeOf(ours));
-        otherTimes.push_back(timeOf(other));
+        oursTimes.push_back(milliseconds(ours));
+        otherTimes.push_back(milliseconds(other));
         ratios.push_back(otherTimes.back() / oursTimes.back());
     }
     state.counters["ours_ms"] = median(oursTimes);
     state.counters["other_ms"] = median(otherTimes);
     state.counters["other/ours"] = median(ratios);
+}
+
+double bytesInUse()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return double(info.uordblks) + double(info.hblkhd);
 }
