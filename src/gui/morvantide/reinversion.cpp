@@ -1,20 +1,18 @@
 #include "gui/morvantide/reinversion.h"
 
-#include <QElapsedTimer>
-
 namespace {
 
 /// Of the event loop's time, at a stretch.
-constexpr qint64 longestFeedingMs = 2;
+constexpr int longestFeedingMs = 2;
 /// Records between two looks at the clock.
 constexpr int recordsPerLook = 256;
 
 } // namespace
 
-Reinversion::Reinversion(QObject *parent) : QObject(parent)
+Reinversion::Reinversion(QObject *parent)
+    : QObject(parent), m_feeding(
+                           longestFeedingMs, [this] { return feed(); }, [this] { allIsFed(); })
 {
-    m_feedTimer.setInterval(0);
-    connect(&m_feedTimer, &QTimer::timeout, this, &Reinversion::feed);
 }
 
 Reinversion::~Reinversion()
@@ -40,24 +38,22 @@ void Reinversion::start(std::shared_ptr<Datastore> store, std::shared_ptr<const 
     connect(queue, &InversionQueue::empty, this, &Reinversion::queueIsEmpty);
     connect(queue, &InversionQueue::queueStatus, this,
             [this](int length, int speed) { Q_EMIT queueStatus(length + m_store->size() - m_fed, speed); });
-    m_feedTimer.start();
+    m_feeding.start();
 }
 
-void Reinversion::feed()
+bool Reinversion::feed()
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (!isFed() && timer.elapsed() < longestFeedingMs) {
-        const int end = std::min(m_fed + recordsPerLook, m_store->size());
-        for (; m_fed < end; ++m_fed) {
-            const std::shared_ptr<Record> &record = m_store->at(m_fed);
-            m_count -= record->interim;
-            m_inversionQueue->addJob(record);
-        }
+    const int end = std::min(m_fed + recordsPerLook, m_store->size());
+    for (; m_fed < end; ++m_fed) {
+        const std::shared_ptr<Record> &record = m_store->at(m_fed);
+        m_count -= record->interim;
+        m_inversionQueue->addJob(record);
     }
-    if (!isFed())
-        return;
-    m_feedTimer.stop();
+    return !isFed();
+}
+
+void Reinversion::allIsFed()
+{
     // A queue that took no record, or has no worker, is never told to be empty.
     if (!m_inversionQueue->isBusy())
         queueIsEmpty();
@@ -80,7 +76,7 @@ void Reinversion::cancel()
 
 void Reinversion::letGo()
 {
-    m_feedTimer.stop();
+    m_feeding.stop();
     m_inversionQueue->disconnect(); // it lives on for a while
     m_inversionQueue.reset();
     m_store.reset();

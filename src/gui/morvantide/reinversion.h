@@ -1,11 +1,11 @@
 #pragma once
 
+#include "gui/morvantide/slicedwork.h"
 #include "spectra/inversionqueue.h"
 #include "store/datastore.h"
 
 #include <QObject>
 #include <QSharedPointer>
-#include <QTimer>
 
 #include <memory>
 
@@ -41,7 +41,9 @@ Q_SIGNALS:
     void queueStatus(int length, int speed);
 
 private:
-    void feed();
+    /// Hands some records to the queue; false when it has all.
+    bool feed();
+    void allIsFed();
     void queueIsEmpty();
     bool isFed() const { return m_fed == m_store->size(); }
     void letGo();
@@ -50,7 +52,7 @@ private:
     std::shared_ptr<Datastore> m_store; ///< of the run under way
     /// A child too: what deleteLater never gets to, for the event loop has ended, goes with this object.
     QSharedPointer<SpectMath::InversionQueue> m_inversionQueue;
-    QTimer m_feedTimer;
+    SlicedWork m_feeding;
     int m_fed = 0; ///< records of the store that the queue was given
     int m_done = 0;
     int m_count = 0;

@@ -1,0 +1,20 @@
+#include "gui/morvantide/slicedwork.h"
+
+#include <QElapsedTimer>
+
+SlicedWork::SlicedWork(int longestSliceMs, std::function<bool()> step, std::function<void()> done)
+{
+    m_timer.setInterval(0);
+    QObject::connect(&m_timer, &QTimer::timeout, [this, longestSliceMs, step, done] {
+        QElapsedTimer clock;
+        clock.start();
+        do {
+            if (!step()) {
+                m_timer.stop();
+                if (done)
+                    done();
+                return;
+            }
+        } while (clock.elapsed() < longestSliceMs);
+    });
+}
