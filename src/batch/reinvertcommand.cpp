@@ -1,6 +1,6 @@
 #include "batch/reinvertcommand.h"
 
-#include "batch/exitstatus.h"
+#include "batch/earlyend.h"
 #include "batch/folderread.h"
 #include "batch/messagecollector.h"
 #include "batch/progressline.h"
@@ -147,18 +147,7 @@ bool invertAndWrite(const ReinvertOptions &options, const FileReader &reader, co
 
 Outcome reinvert(const ReinvertOptions &options, const MessageCollector &messages)
 {
-    Outcome outcome;
     const SaveOptions &save = options.save;
-    const auto refuse = [&outcome](const QString &reason) {
-        outcome.refused = true;
-        tell(reason);
-        return outcome;
-    };
-    const auto nothing = [&outcome](const QString &reason) {
-        outcome.nothingFound = true;
-        tell(reason);
-        return outcome;
-    };
     const QStringList inputs = matchingFiles(save.read);
     if (inputs.isEmpty())
         return nothing(nothingMatchedText(save.read.folder));
@@ -166,17 +155,14 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
     if (reason.isEmpty() && !options.onlyNew)
         reason = refusal(save, inputs, expectedTargets(save, inputs));
     if (!reason.isEmpty())
-        return refuse(reason);
+        return refused(reason);
     const InverterList loaded = readInverters(options.inverters);
     if (loaded.empty())
         return nothing(QStringLiteral("No inverters!"));
 
     const FolderRead read = readFolder(save.read, inputs, save.outputVariant);
-    outcome.interrupted = read.interrupted;
-    if (outcome.interrupted) {
-        tell(QStringLiteral("Stopped: nothing was written."));
-        return outcome;
-    }
+    if (read.interrupted)
+        return stopped();
     if (!read.hasRecords())
         return nothing(QStringLiteral("Nothing found"));
     const InverterList inverters = usableInverters(loaded, *read.reader);
@@ -186,9 +172,10 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
     const QStringList targets = targetsOf(save, *read.reader, selection.byMode);
     reason = refusal(save, inputs, targets);
     if (!reason.isEmpty())
-        return refuse(reason);
+        return refused(reason);
 
     StagedOutput staged(save.outputFolder);
+    Outcome outcome;
     outcome.outputLost = !staged.isValid() || !staged.bringIn(targets);
     if (outcome.outputLost)
         return outcome;

@@ -1,6 +1,6 @@
 #include "batch/render/rendercommand.h"
 
-#include "batch/exitstatus.h"
+#include "batch/earlyend.h"
 #include "batch/folderread.h"
 #include "batch/interrupt.h"
 #include "batch/messagecollector.h"
@@ -80,30 +80,6 @@ bool write(QImage picture, const QString &path)
     if (!reason.isEmpty())
         tell(QStringLiteral("\"%1\" could not be written: %2").arg(path, reason));
     return reason.isEmpty();
-}
-
-Outcome stopped()
-{
-    Outcome outcome;
-    outcome.interrupted = true;
-    tell(QStringLiteral("Stopped: nothing was written."));
-    return outcome;
-}
-
-Outcome refused(const QString &reason)
-{
-    Outcome outcome;
-    outcome.refused = true;
-    tell(reason);
-    return outcome;
-}
-
-Outcome nothing(const QString &reason)
-{
-    Outcome outcome;
-    outcome.nothingFound = true;
-    tell(reason);
-    return outcome;
 }
 
 Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRead &read,
