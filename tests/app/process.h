@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QFile>
+#include "support/files.h"
+
 #include <QProcess>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 /// What became of a process.
 struct Ended {
@@ -22,7 +21,7 @@ public:
         if (m_process.workingDirectory().isEmpty())
             m_process.setWorkingDirectory(m_folder.path());
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
         m_process.setProcessEnvironment(environment);
         m_process.start(program, arguments);
         ASSERT_TRUE(m_process.waitForStarted(60000)) << qPrintable(m_process.errorString());
@@ -62,16 +61,3 @@ private:
     QProcess m_process;
     QByteArray m_output;
 };
-
-inline QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-inline void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(content), content.size());
-}

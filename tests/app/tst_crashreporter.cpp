@@ -23,22 +23,22 @@ struct Crash {
 /// Runs the probe to its crash.
 Ended runCrash(Process &process, const Crash &crash, int delayMs)
 {
-    process.start(probe, {QString::fromLatin1(crash.kind), QString::fromLatin1(crash.thread), QString::number(delayMs),
-                          QStringLiteral("1")});
+    process.start(probe,
+                  {QString::fromLatin1(crash.kind), QString::fromLatin1(crash.thread), QString::number(delayMs), "1"});
     return process.wait();
 }
 
 QByteArray onlyReport(const Process &process)
 {
-    const QDir folder(process.path(QStringLiteral("crash_reports")));
-    const QStringList reports = folder.entryList({QStringLiteral("crash-*.txt")}, QDir::Files);
+    const QDir folder(process.path("crash_reports"));
+    const QStringList reports = folder.entryList({"crash-*.txt"}, QDir::Files);
     EXPECT_EQ(reports.size(), 1);
     return reports.isEmpty() ? QByteArray() : contentOf(folder.filePath(reports.first()));
 }
 
 QByteArray waitForRestart(const Process &process)
 {
-    const QString path = process.path(QStringLiteral("restarted.txt"));
+    const QString path = process.path("restarted.txt");
     QElapsedTimer timer;
     timer.start();
     while (contentOf(path).count('\n') < 3 && timer.elapsed() < 30000)
@@ -72,7 +72,7 @@ TEST(CrashReporter, AReportTellsWhereEachKindOfCrashWas)
         EXPECT_EQ(report.contains(" reading\n"), QByteArray("reading") == crash.thread);
         EXPECT_TRUE(report.contains("[stack]")) << "the memory map is missing";
         EXPECT_TRUE(ended.errors.contains("crash_reports/crash-")) << ended.errors.constData();
-        EXPECT_TRUE(process.names(QStringLiteral("restarted.txt")).isEmpty()) << "started again before its time";
+        EXPECT_TRUE(process.names("restarted.txt").isEmpty()) << "started again before its time";
     }
 }
 
@@ -110,7 +110,7 @@ TEST(CrashReporter, AProcessOfSomeAgeIsStartedAgainOnce)
 TEST(CrashReporter, WithoutAFolderTheReportGoesToStandardError)
 {
     Process process;
-    writeFile(process.path(QStringLiteral("crash_reports")), "in the way");
+    writeFile(process.path("crash_reports"), "in the way");
     const Ended ended = runCrash(process, {"null", "main", SIGSEGV, ""}, 1200);
     EXPECT_EQ(ended.code, SIGSEGV);
     EXPECT_TRUE(ended.errors.contains("probeNull")) << ended.errors.constData();
@@ -127,7 +127,7 @@ TEST(CrashReporter, InstallsOnceAndFailsWithWords)
     struct sigaction action {};
     ASSERT_EQ(sigaction(SIGBUS, nullptr, &action), 0);
 
-    settings.applicationVersion = QString(100000, QLatin1Char('x'));
+    settings.applicationVersion = QString(100000, 'x');
     EXPECT_FALSE(CrashReporter::install(settings));
     settings.applicationVersion.clear();
     EXPECT_TRUE(CrashReporter::install(settings));

@@ -9,7 +9,7 @@
 namespace {
 
 const QString program = QStringLiteral(PROGRAM);
-const QString recoveryFiles = QStringLiteral("*.recovery*");
+const QString recoveryFiles = "*.recovery*";
 const char started[] = "Program started";
 
 const char recoveredText[] = "The program recovered from a crash!";
@@ -29,7 +29,7 @@ TEST(Program, QuitsOnASignalAndLeavesNothingBehind)
             QThread::msleep(10);
         }
         ASSERT_EQ(left.size(), 1);
-        EXPECT_TRUE(left.first().startsWith(QStringLiteral("quilvane-%1-").arg(process.process().processId())));
+        EXPECT_TRUE(left.first().startsWith(QString("quilvane-%1-").arg(process.process().processId())));
         ::kill(pid_t(process.process().processId()), signal);
         const Ended ended = process.wait();
         EXPECT_FALSE(ended.crashed);
@@ -43,7 +43,7 @@ TEST(Program, QuitsOnASignalAndLeavesNothingBehind)
 TEST(Program, QuitsWhileItAsksForData)
 {
     Process process;
-    process.start(program, {QStringLiteral("."), QStringLiteral("block")});
+    process.start(program, {".", "block"});
     ASSERT_TRUE(process.waitForOutput(started));
     QThread::msleep(1500); // the dialog stands in an event loop of its own
     process.process().terminate();
@@ -57,16 +57,16 @@ TEST(Program, ABadRecoveryStartEndsInSilence)
         QStringList arguments;
         QByteArray content;
     } table[] = {
-        {{QStringLiteral("--recover")}, ""},
-        {{QStringLiteral("--recover"), QStringLiteral("not-there.recovery")}, ""},
-        {{QStringLiteral("--recover"), QStringLiteral("a.recovery")}, "# Quilvane recovery file v1\r\n"},
-        {{QStringLiteral("folder"), QStringLiteral("--recover"), QStringLiteral("a.recovery")}, "nonsense\n"},
+        {{"--recover"}, ""},
+        {{"--recover", "not-there.recovery"}, ""},
+        {{"--recover", "a.recovery"}, "# Quilvane recovery file v1\r\n"},
+        {{"folder", "--recover", "a.recovery"}, "nonsense\n"},
     };
     for (const auto &row : table) {
-        SCOPED_TRACE(qPrintable(row.arguments.join(QLatin1Char(' '))));
+        SCOPED_TRACE(qPrintable(row.arguments.join(' ')));
         Process process;
         if (!row.content.isEmpty())
-            writeFile(process.path(QStringLiteral("a.recovery")), row.content);
+            writeFile(process.path("a.recovery"), row.content);
         process.start(program, row.arguments);
         const Ended ended = process.wait();
         EXPECT_FALSE(ended.crashed);
@@ -79,10 +79,10 @@ TEST(Program, ABadRecoveryStartEndsInSilence)
 TEST(Program, ARecoveredOneSaysSoAndForgetsItsCommandLine)
 {
     Process process;
-    writeFile(process.path(QStringLiteral("a.recovery")), "# Quilvane recovery file v1\n");
-    process.start(program, {QStringLiteral("folder"), QStringLiteral("--recover"), QStringLiteral("a.recovery")});
+    writeFile(process.path("a.recovery"), "# Quilvane recovery file v1\n");
+    process.start(program, {"folder", "--recover", "a.recovery"});
     ASSERT_TRUE(process.waitForOutput(recoveredText));
-    EXPECT_FALSE(QFile::exists(process.path(QStringLiteral("a.recovery"))));
+    EXPECT_FALSE(QFile::exists(process.path("a.recovery")));
     process.process().terminate();
     const Ended ended = process.wait();
     EXPECT_EQ(ended.code, 0);
@@ -93,7 +93,7 @@ TEST(Program, ARecoveredOneSaysSoAndForgetsItsCommandLine)
 TEST(Program, RunsWhereNothingCanBeWritten)
 {
     Process process;
-    process.process().setWorkingDirectory(QStringLiteral("/proc"));
+    process.process().setWorkingDirectory("/proc");
     process.start(program, {});
     ASSERT_TRUE(process.waitForOutput(started));
     process.process().terminate();

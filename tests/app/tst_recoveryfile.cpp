@@ -1,27 +1,19 @@
 #include "app/recoveryfile.h"
 
-#include <QDir>
-#include <QFile>
+#include "support/files.h"
+
 #include <QLockFile>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <thread>
 
 namespace {
 
-const QString header = QStringLiteral("# Quilvane recovery file v1");
+const QString header = "# Quilvane recovery file v1";
 
 class RecoveryFileTest : public ::testing::Test {
 protected:
-    QString path() const { return m_folder.filePath(QStringLiteral("a.recovery")); }
-    void write(const QByteArray &content)
-    {
-        QFile file(path());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
+    QString path() const { return m_folder.filePath("a.recovery"); }
     int fileCount() const { return QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden).size(); }
 
     QTemporaryDir m_folder;
@@ -37,18 +29,16 @@ TEST(RecoveryFileText, HoldsOneArgumentALine)
         QStringList arguments;
     } table[] = {
         {QString(), false, {}},
-        {QStringLiteral("\n"), false, {}},
+        {"\n", false, {}},
         {header, true, {}},
-        {header + QLatin1Char('\n'), true, {}},
-        {header + QStringLiteral("\n\n"), true, {QString()}}, // one empty last line alone goes
-        {header + QStringLiteral("\n--morvantide\n"), true, {QStringLiteral("--morvantide")}},
-        {header + QStringLiteral("\nprogram\n\na folder"),
-         true,
-         {QStringLiteral("program"), QString(), QStringLiteral("a folder")}},
-        {header + QStringLiteral("\r\n--morvantide\r\n"), false, {}},
-        {header + QStringLiteral(" \n"), false, {}},
-        {QStringLiteral("\n") + header, false, {}},
-        {QStringLiteral("# Quilvane recovery file v2\n"), false, {}},
+        {header + '\n', true, {}},
+        {header + "\n\n", true, {QString()}}, // one empty last line alone goes
+        {header + "\n--morvantide\n", true, {"--morvantide"}},
+        {header + "\nprogram\n\na folder", true, {"program", QString(), "a folder"}},
+        {header + "\r\n--morvantide\r\n", false, {}},
+        {header + " \n", false, {}},
+        {"\n" + header, false, {}},
+        {"# Quilvane recovery file v2\n", false, {}},
     };
     for (const auto &row : table) {
         const auto arguments = RecoveryFile::argumentsIn(row.text);
@@ -60,10 +50,8 @@ TEST(RecoveryFileText, HoldsOneArgumentALine)
 TEST_F(RecoveryFileTest, WhatIsWrittenIsTakenOnce)
 {
     RecoveryFile::write(path());
-    QFile file(path());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "# Quilvane recovery file v1\n--morvantide\n");
-    EXPECT_EQ(RecoveryFile::take(path()), QStringList{QStringLiteral("--morvantide")});
+    EXPECT_EQ(contentOf(path()), "# Quilvane recovery file v1\n--morvantide\n");
+    EXPECT_EQ(RecoveryFile::take(path()), QStringList{"--morvantide"});
     EXPECT_EQ(fileCount(), 0);
     EXPECT_FALSE(RecoveryFile::take(path()));
     EXPECT_EQ(fileCount(), 0) << "neither the file that taking made nor a lock stays";
@@ -72,7 +60,7 @@ TEST_F(RecoveryFileTest, WhatIsWrittenIsTakenOnce)
 TEST_F(RecoveryFileTest, ABadFileIsGoneAllTheSame)
 {
     for (const char *content : {"", "# Quilvane recovery file v1\r\n--morvantide\r\n", "nonsense"}) {
-        write(content);
+        writeFile(path(), content);
         EXPECT_FALSE(RecoveryFile::take(path())) << content;
         EXPECT_EQ(fileCount(), 0) << content;
     }
@@ -81,7 +69,7 @@ TEST_F(RecoveryFileTest, ABadFileIsGoneAllTheSame)
 TEST_F(RecoveryFileTest, TakingWaitsForTheLock)
 {
     RecoveryFile::write(path());
-    QLockFile lock(path() + QStringLiteral(".lock"));
+    QLockFile lock(path() + ".lock");
     ASSERT_TRUE(lock.lock());
     std::optional<QStringList> taken;
     std::thread other([&] { taken = RecoveryFile::take(path()); });
@@ -94,6 +82,6 @@ TEST_F(RecoveryFileTest, TakingWaitsForTheLock)
 
 TEST_F(RecoveryFileTest, AFolderThatIsNotThereFails)
 {
-    RecoveryFile::write(m_folder.filePath(QStringLiteral("none/a.recovery"))); // in silence
-    EXPECT_FALSE(RecoveryFile::take(m_folder.filePath(QStringLiteral("none/a.recovery"))));
+    RecoveryFile::write(m_folder.filePath("none/a.recovery")); // in silence
+    EXPECT_FALSE(RecoveryFile::take(m_folder.filePath("none/a.recovery")));
 }

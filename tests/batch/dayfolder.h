@@ -1,11 +1,9 @@
 #pragma once
 
-#include <QDir>
-#include <QFile>
+#include "support/files.h"
+
 #include <QProcess>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 /// A folder of small day files, and the program run on it.
 class DayFolder : public ::testing::Test {
@@ -18,25 +16,15 @@ protected:
 
     QString path(const QString &name = QString()) const { return m_folder.filePath(name); }
 
-    void write(const QString &name, const QByteArray &content)
-    {
-        ASSERT_TRUE(QDir().mkpath(QFileInfo(path(name)).path()));
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        ASSERT_EQ(file.write(content), content.size());
-    }
-    QByteArray contentOf(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    void write(const QString &name, const QByteArray &content) { writeFile(path(name), content); }
+    QByteArray contentOf(const QString &name) const { return ::contentOf(path(name)); }
     QStringList names(const QString &folder) const { return QDir(path(folder)).entryList(QDir::Files); }
 
     /// Runs the program with "{}" in an argument standing for the folder.
     Ended run(const QStringList &arguments) { return run(QStringLiteral(BATCH_PROGRAM), arguments); }
     Ended run(const QString &program, QStringList arguments)
     {
-        arguments.replaceInStrings(QStringLiteral("{}"), path());
+        arguments.replaceInStrings("{}", path());
         QProcess process;
         process.start(program, arguments);
         EXPECT_TRUE(process.waitForFinished(120000));
@@ -46,23 +34,21 @@ protected:
     /// The same through a line of shell, in which "$@" is the program and its arguments.
     Ended runInShell(const QString &line, const QStringList &arguments)
     {
-        return run(QStringLiteral("sh"),
-                   QStringList{QStringLiteral("-c"), line, QStringLiteral("sh"), QStringLiteral(BATCH_PROGRAM)} +
-                       arguments);
+        return run("sh", QStringList{"-c", line, "sh", QStringLiteral(BATCH_PROGRAM)} + arguments);
     }
 
     /// Records of two modes and a day at +02:00, their spectra, one of which is empty, and a flag that comes twice.
-    void writeDay(const QString &folder, const QString &variant = QStringLiteral("block"))
+    void writeDay(const QString &folder, const QString &variant = "block")
     {
-        const QString stem = QStringLiteral("%1/20190912-%2").arg(folder, variant);
-        write(stem + QStringLiteral(".records"),
+        const QString stem = QString("%1/20190912-%2").arg(folder, variant);
+        write(stem + ".records",
               recordsHeader() +
                   "2019-09-12 00:30:00.000000+02:00\t2019-09-12 00:31:00.000000+02:00\tions\t1\t2\t0.1\t"
                   "0.2\t3\t4\t5\t6\t20.5\t\n"
                   "# flag ab: {type: warning, message: \"Too humid\"}\n"
                   "2019-09-12 00:31:00.000000+02:00\t2019-09-12 00:32:00.000000+02:00\toffset\t1\t2\t0.1\t"
                   "0.2\t3\t4\t5\t6\t20.5\t!ab!ab\n");
-        write(stem + QStringLiteral("-ions.spectra"),
+        write(stem + "-ions.spectra",
               spectraHeader() +
                   "2019-09-12 00:30:00.000000+02:00\t2019-09-12 00:31:00.000000+02:00\tions\t1\t2\t0.5\t3\n"
                   "2019-09-12 00:33:00.000000+02:00\t2019-09-12 00:34:00.000000+02:00\tions\t\t\t\t\n");

@@ -17,7 +17,7 @@ using Json = nlohmann::ordered_json;
 /// Whether the process has a handler for that signal.
 bool catches(qint64 pid, int signal)
 {
-    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    QFile status(QString("/proc/%1/status").arg(pid));
     if (!status.open(QIODevice::ReadOnly))
         return false;
     for (const QByteArray &line : status.readAll().split('\n')) {
@@ -31,7 +31,7 @@ bool catches(qint64 pid, int signal)
 
 TEST_F(DayFolder, SummaryTellsAsJsonWhatTheFilesHold)
 {
-    writeDay(QStringLiteral("in"));
+    writeDay("in");
     const Ended ended = run({"summary", "{}/in", "--variant", "block", "--json"});
     EXPECT_EQ(ended.code, 0) << ended.errors.constData();
     Json summary = Json::parse(ended.output.toStdString());
@@ -73,13 +73,13 @@ TEST_F(DayFolder, SummaryNamesComplaintsAndIgnoredRows)
 
 TEST(MessageCollector, KeepsTheFirstThousandWarnings)
 {
-    const Log::Logger logger(QStringLiteral("area"));
+    const Log::Logger logger("area");
     const Batch::MessageCollector messages(false);
     for (int i = 0; i < 1003; ++i)
         logger.log(i % 2 ? Log::Warning : Log::Error, QString::number(i));
-    logger.log(Log::Notice, QStringLiteral("no complaint"));
+    logger.log(Log::Notice, "no complaint");
     ASSERT_EQ(messages.entries().size(), 1000);
-    EXPECT_EQ(messages.entries().last().message, QStringLiteral("999"));
+    EXPECT_EQ(messages.entries().last().message, "999");
     EXPECT_EQ(messages.omitted(), 3);
 }
 
@@ -97,9 +97,9 @@ TEST(ExitStatus, TheGravestRules)
 
 TEST_F(DayFolder, EveryWayOfEndingHasItsStatus)
 {
-    writeDay(QStringLiteral("in"));
-    writeDay(QStringLiteral("in"), QStringLiteral("10s"));
-    writeDay(QStringLiteral("out"));
+    writeDay("in");
+    writeDay("in", "10s");
+    writeDay("out");
     write("odd/20190912-block.records",
           "ignored\n" + recordsHeader() +
               "2019-09-12 12:00:00\t2019-09-12 12:01:00\tions\t1\t2\t1\t1\t1\t1\t1\t1\t1\t\n");
@@ -147,7 +147,7 @@ TEST_F(DayFolder, EveryWayOfEndingHasItsStatus)
 
 TEST_F(DayFolder, AFileThatIsReadIsNeverWrittenUnderAnyName)
 {
-    writeDay(QStringLiteral("in"));
+    writeDay("in");
     QDir().mkpath(path("out"));
     ASSERT_TRUE(QFile::link(path("in/20190912-block-ions.spectra"), path("out/20190911-block-ions.spectra")));
     const QByteArray before = contentOf("in/20190912-block-ions.spectra");
@@ -164,7 +164,7 @@ TEST_F(DayFolder, AFileThatIsReadIsNeverWrittenUnderAnyName)
 
 TEST_F(DayFolder, WhatIsSavedTwiceIsTheSame)
 {
-    writeDay(QStringLiteral("in"));
+    writeDay("in");
     EXPECT_EQ(run({"save", "{}/in", "--variant", "block", "--output", "{}/a", "--inversion-vars"}).code, 0);
     EXPECT_EQ(names("a"), (QStringList{"20190912-block-ions.spectra", "20190912-block.records"}));
     EXPECT_TRUE(contentOf("a/20190912-block-ions.spectra").contains("inversion_vars"));
@@ -183,7 +183,7 @@ TEST_F(DayFolder, ASpectrumIsSavedWithTheModeWhoseRecordsHoldIt)
     // A name need not begin with the mode's.
     QByteArray header = spectraHeader();
     header.replace("ions neg", "nd");
-    write(QStringLiteral("in/20190912-block-ions.spectra"),
+    write("in/20190912-block-ions.spectra",
           header + "2019-09-12 00:30:00.000000+02:00\t2019-09-12 00:31:00.000000+02:00\tions\t1\t2\t0.5\t3\n");
     EXPECT_EQ(run({"save", "{}/in", "--variant", "block", "--output", "{}/out", "--no-records"}).code, 0);
     EXPECT_EQ(names("out"), QStringList{"20190912-block-ions.spectra"});
@@ -192,7 +192,7 @@ TEST_F(DayFolder, ASpectrumIsSavedWithTheModeWhoseRecordsHoldIt)
 
 TEST_F(DayFolder, AnOutputThatCanNotBeWrittenIsTold)
 {
-    writeDay(QStringLiteral("in"));
+    writeDay("in");
     const Ended full = runInShell("\"$@\" > /dev/full", {"summary", "{}/in", "--variant", "block"});
     EXPECT_EQ(full.code, 1);
     EXPECT_TRUE(full.errors.contains("could not be written")) << full.errors.constData();
@@ -204,7 +204,7 @@ TEST_F(DayFolder, AnOutputThatCanNotBeWrittenIsTold)
 
 TEST_F(DayFolder, NamesOfFoldersAreTakenAsBytesUnderThePlainLocale)
 {
-    writeDay(QStringLiteral("in"));
+    writeDay("in");
     const Ended ended =
         runInShell("cd \"$2\" && mv in \"$(printf 'J\\303\\244rvselja')\" && exec env LC_ALL=C \"$1\" summary "
                    "\"$(printf 'J\\303\\244rvselja')\" --variant block",
@@ -219,8 +219,7 @@ TEST_F(DayFolder, CtrlCEndsAReadBehindTheFileAtHand)
         rows += "2019-09-12 12:00:00\t2019-09-12 12:01:00\tions\t1\t2\t1\t1\t1\t1\t1\t1\t1\t\n";
     write("in/20000101-block.records", rows);
     for (int year = 2001; year < 2400; ++year)
-        ASSERT_TRUE(
-            QFile::link(path("in/20000101-block.records"), path(QStringLiteral("in/%10101-block.records").arg(year))));
+        ASSERT_TRUE(QFile::link(path("in/20000101-block.records"), path(QString("in/%10101-block.records").arg(year))));
 
     QProcess process;
     process.start(QStringLiteral(BATCH_PROGRAM),

@@ -1,6 +1,6 @@
 #include "batch/dayfolder.h"
 
-#include "demo/demowriter.h"
+#include "support/demodata.h"
 
 #include <QElapsedTimer>
 #include <QThread>
@@ -11,17 +11,7 @@ namespace {
 
 class Reinvert : public DayFolder {
 protected:
-    Reinvert() { makeDemo("demo", 1, 600); }
-
-    void makeDemo(const char *name, int days, int interval)
-    {
-        Demo::Campaign::Settings settings;
-        settings.days = days;
-        settings.interval = interval;
-        const Demo::Campaign campaign(settings);
-        Demo::writeCampaign(campaign, path(QLatin1String(name)));
-        Demo::writeInverterFiles(campaign.inverterFiles(), path(QStringLiteral("inverters")));
-    }
+    Reinvert() { writeDemoData(path("demo"), 600); }
 
     static QStringList arguments(const QString &inverters, const QString &output, const QStringList &more = {})
     {
@@ -48,15 +38,15 @@ protected:
     bool isTidy() const { return QDir(path()).entryList({"*unfinished*"}, QDir::AllEntries | QDir::Hidden).isEmpty(); }
 };
 
-const QString particles = QStringLiteral("20190514-%1-particles.spectra");
-const QString ions = QStringLiteral("20190514-%1-ions.spectra");
+const QString particles = "20190514-%1-particles.spectra";
+const QString ions = "20190514-%1-ions.spectra";
 
 } // namespace
 
 TEST_F(Reinvert, ItsOwnInvertersGiveTheDayFilesBackToTheByte)
 {
     for (const char *jobs : {"1", "2", "8"}) {
-        const QString out = QStringLiteral("out") + QLatin1String(jobs);
+        const QString out = "out" + QLatin1String(jobs);
         const Ended ended = run(arguments("{}/inverters/demo.invmap", "{}/" + out,
                                           {"--output-variant", "block", "--inversion-vars", "--jobs", jobs}));
         EXPECT_EQ(ended.code, 0) << ended.errors.constData();
@@ -72,7 +62,7 @@ TEST_F(Reinvert, EveryKindOfPathHoldsTheSameInverters)
     const QStringList common{"--output-variant", "block", "--inversion-vars"};
     // The folder holds each inverter three times over; so does the list of two paths.
     for (const char *inverters : {"{}/inverters", "{}/inverters/demo.sinp", "{}/inverters/demo.sinp/particles"}) {
-        const QString out = QStringLiteral("out%1").arg(QString(inverters).size());
+        const QString out = QString("out%1").arg(QString(inverters).size());
         const Ended ended = run(arguments(inverters, "{}/" + out, common));
         EXPECT_EQ(ended.code, 0) << inverters << ended.errors.constData();
         EXPECT_EQ(rows(out + "/" + particles.arg("block")), rows("demo/" + particles.arg("block"))) << inverters;
@@ -155,7 +145,7 @@ TEST_F(Reinvert, AnInverterThatDoesNotFitIsToldOnceWithACount)
 TEST_F(Reinvert, AKilledRunLeavesNothingHalfDoneAndCtrlCWholeDays)
 {
     QDir(path("demo")).removeRecursively();
-    makeDemo("demo", 4, 30);
+    writeDemoData(path("demo"), 30, 4);
     for (int signal : {SIGKILL, SIGINT}) {
         QStringList all = arguments("{}/inverters/demo.sinp", "{}/out", {"--records"});
         all.replaceInStrings("{}", path());

@@ -30,15 +30,15 @@ protected:
     static void SetUpTestSuite()
     {
         // As the program does, whatever the test's surroundings give.
-        QApplication::setStyle(QStringLiteral("Fusion"));
-        QApplication::setFont(QFont(QStringLiteral("Sans Serif"), 9));
+        QApplication::setStyle("Fusion");
+        QApplication::setFont(QFont("Sans Serif", 9));
     }
 
     Render()
     {
         Demo::Campaign::Settings settings;
         settings.interval = 600;
-        Demo::writeCampaign(Demo::Campaign(settings), path(QStringLiteral("demo")));
+        Demo::writeCampaign(Demo::Campaign(settings), path("demo"));
         qunsetenv("DISPLAY");
     }
 
@@ -51,8 +51,8 @@ protected:
     std::unique_ptr<StackPicture> samePicture(const QVariant &setup, const QSize &size = {})
     {
         Batch::RenderOptions options;
-        options.read.folder = path(QStringLiteral("demo"));
-        options.read.variant = QStringLiteral("block");
+        options.read.folder = path("demo");
+        options.read.variant = "block";
         if (!m_read.reader)
             m_read = Batch::readFolder(options.read, Batch::matchingFiles(options.read), options.read.variant);
         const Batch::TimeSpan span = Batch::spanToShow(options, *m_read.reader->datastore());
@@ -187,7 +187,7 @@ TEST_F(Render, EqualsTheWindowsPictureAndIsFinerAtTwice)
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
-        const QString one = QLatin1String(c.name) + QStringLiteral(".png"), two = "2-" + one;
+        const QString one = QLatin1String(c.name) + ".png", two = "2-" + one;
         const Ended ended = render(one, c.arguments);
         ASSERT_EQ(ended.code, 0) << ended.errors.constData();
         const QImage drawn = picture(one);
@@ -311,7 +311,7 @@ TEST_F(Render, NeedsNoDisplayNorTheUsersDesktopButAFont)
     EXPECT_EQ(contentOf("styled.png"), contentOf("plain.png"));
 
     write("fonts.conf", "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig></fontconfig>\n");
-    const Ended without = runInShell(QStringLiteral("env FONTCONFIG_FILE='%1' \"$@\"").arg(path("fonts.conf")),
+    const Ended without = runInShell(QString("env FONTCONFIG_FILE='%1' \"$@\"").arg(path("fonts.conf")),
                                      arguments + QStringList{path("without.png")});
     EXPECT_EQ(without.code, 1);
     EXPECT_TRUE(without.errors.contains("No font is installed")) << without.errors.constData();

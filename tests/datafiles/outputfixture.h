@@ -2,13 +2,11 @@
 
 #include "datafiles/plainfileoutput.h"
 #include "log/logger.h"
+#include "support/files.h"
+#include "support/realvector.h"
 
-#include <QDir>
-#include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <csignal>
@@ -17,13 +15,6 @@
 
 /// 2019-09-12 10:16:52 UTC, which is 12:16:52 at +02:00.
 constexpr RecordTime someTime = recordTimeFromTicks(1568283412LL * ticksPerSecond);
-
-inline RealVector realVector(std::initializer_list<double> values)
-{
-    RealVector vector(values.size());
-    std::copy(values.begin(), values.end(), vector.begin());
-    return vector;
-}
 
 inline std::shared_ptr<Spectrometer::RecordFlag> flagOf(const QString &text)
 {
@@ -38,28 +29,28 @@ protected:
     OutputTest()
     {
         metadata->totalElectrometers = 2;
-        metadata->electrometerNames = {QStringLiteral("E1"), QStringLiteral("E2")};
-        metadata->electrometerGroups[QStringLiteral("pos")] = {0, 2};
-        metadata->opmodes = {Opmode(0, QStringLiteral("ions")), Opmode(1, QStringLiteral("offset"))};
+        metadata->electrometerNames = {"E1", "E2"};
+        metadata->electrometerGroups["pos"] = {0, 2};
+        metadata->opmodes = {Opmode(0, "ions"), Opmode(1, "offset")};
         auto variable = std::make_shared<Spectrometer::SystemVariable>();
-        variable->name = variable->humanname = QStringLiteral("temp");
+        variable->name = variable->humanname = "temp";
         variable->index = variable->valueIndex = 0;
         metadata->variables = {variable};
         metadata->variableCount = 1;
 
         auto info = std::make_shared<SpectMath::SpectrumInfo>();
-        info->name = QStringLiteral("ions\tpos");
+        info->name = "ions\tpos";
         info->radii = realVector({1.5, 2.25});
         info->scale = SpectMath::DistributionScale::radius;
         info->finish();
         spectrumInfo = info;
 
-        settings.folder = folder.path() + QStringLiteral("/out");
-        settings.fileNamePattern = QStringLiteral("%Y%m%d");
-        settings.timeFormat = QStringLiteral("%Y-%m-%d %H:%M:%s");
-        settings.variants[0].name = QStringLiteral("block");
+        settings.folder = folder.path() + "/out";
+        settings.fileNamePattern = "%Y%m%d";
+        settings.timeFormat = "%Y-%m-%d %H:%M:%s";
+        settings.variants[0].name = "block";
         settings.metadata = metadata;
-        settings.spectra[QStringLiteral("ions")] = {spectrumInfo};
+        settings.spectra["ions"] = {spectrumInfo};
 
         QObject::connect(&Log::RootLogger::instance(), &Log::RootLogger::newEntry, &logReceiver,
                          [this](const Log::Entry &entry) {
@@ -100,32 +91,19 @@ protected:
         return r;
     }
 
-    QString path(const QString &name) const { return settings.folder + QLatin1Char('/') + name; }
-    static QByteArray bytes(const QString &fileName)
-    {
-        QFile file(fileName);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(fileName);
-        return file.readAll();
-    }
+    QString path(const QString &name) const { return settings.folder + '/' + name; }
     /// The lines after the last column row.
     static QList<QByteArray> rows(const QString &fileName)
     {
-        QList<QByteArray> lines = bytes(fileName).split('\n');
+        QList<QByteArray> lines = contentOf(fileName).split('\n');
         EXPECT_EQ(lines.takeLast(), QByteArray()) << "the file doesn't end in a line feed";
         int first = 0;
         for (int i = 0; i < lines.size(); ++i)
             if (lines.at(i).startsWith("begin_time\t"))
                 first = i + 1;
+        EXPECT_GT(first, 0) << qPrintable(fileName);
         return lines.mid(first);
     }
-    static void writeFile(const QString &fileName, const QByteArray &content)
-    {
-        QDir().mkpath(QFileInfo(fileName).path());
-        QFile file(fileName);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(fileName);
-        file.write(content);
-    }
-
     QTemporaryDir folder;
     QObject logReceiver;
     QStringList errors;

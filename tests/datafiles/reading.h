@@ -2,16 +2,12 @@
 
 #include "datafiles/filereadertask.h"
 #include "log/logger.h"
+#include "support/files.h"
 
-#include <mutex>
-
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
 #include <memory>
+#include <mutex>
 
 /// What the log got while this lives, on any thread that ends before it does.
 class LogCatcher : public QObject {
@@ -46,12 +42,7 @@ private:
 /// Writes a folder of day files, reads it, and tells what came of it.
 class Reading : public testing::Test {
 protected:
-    void write(const QString &name, const QByteArray &text)
-    {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-    }
+    void write(const QString &name, const QByteArray &text) { writeFile(folder.filePath(name), text); }
     void write(const QString &name, std::initializer_list<const char *> lines)
     {
         QByteArray text;

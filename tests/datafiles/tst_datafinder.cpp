@@ -1,11 +1,9 @@
 #include "datafiles/datafinder.h"
 #include "datafiles/memoryestimate.h"
+#include "support/files.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -14,7 +12,7 @@ protected:
     void touch(const QStringList &names)
     {
         for (const QString &name : names)
-            ASSERT_TRUE(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
+            writeFile(folder.filePath(name));
     }
     QStringList find(QVariantMap choice)
     {

@@ -1,9 +1,8 @@
 #include "datafiles/linescanner.h"
 
-#include <QFile>
-#include <QTemporaryDir>
+#include "support/files.h"
 
-#include <gtest/gtest.h>
+#include <QTemporaryDir>
 
 #include <random>
 
@@ -13,19 +12,12 @@ namespace {
 
 class Lines : public testing::Test {
 protected:
-    QString write(const QByteArray &bytes)
-    {
-        const QString path = folder.filePath("file");
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return path;
-    }
     /// All lines; "<too long>" for those that were skipped.
     QList<QByteArray> scan(const QByteArray &bytes, std::size_t limit = LineScanner::longestLine)
     {
         LineScanner scanner(limit);
-        EXPECT_TRUE(scanner.open(write(bytes)));
+        writeFile(folder.filePath("file"), bytes);
+        EXPECT_TRUE(scanner.open(folder.filePath("file")));
         std::int64_t counted = 0;
         scanner.setByteCounter([&counted](std::int64_t count) { counted += count; });
         QList<QByteArray> lines;

@@ -14,26 +14,26 @@ TEST_F(OutputTest, RowsOfAllKinds)
     settings.variants[0].diagnostics = settings.variants[0].currents = true;
     PlainFileOutput output(settings);
     auto full = std::make_shared<Spectrometer::FullRecord>(record());
-    full->flags = {flagOf(QStringLiteral("low flow")), flagOf(QStringLiteral("a\n\"b\""))};
+    full->flags = {flagOf("low flow"), flagOf("a\n\"b\"")};
     output.fullRecord(full);
     output.writeSpectraRow(withSpectrum());
 
     const QByteArray head = "2019-09-12 12:16:52.000000+02:00\t2019-09-12 12:17:02.000000+02:00\tions\t";
     const QByteArray currents = "1.5\t\t0.25\t\tnan\t0";
-    const auto records = rows(path(QStringLiteral("20190912-block.records")));
+    const auto records = rows(path("20190912-block.records"));
     ASSERT_EQ(records.size(), 3);
-    const QRegularExpression definition(QStringLiteral("^# flag ([0-9a-f]{2}): (.*)$"));
+    const QRegularExpression definition("^# flag ([0-9a-f]{2}): (.*)$");
     const auto first = definition.match(QString::fromUtf8(records.at(0)));
     const auto second = definition.match(QString::fromUtf8(records.at(1)));
-    EXPECT_EQ(first.captured(2), QStringLiteral("low flow"));
-    EXPECT_EQ(second.captured(2), QStringLiteral("\"a\\n\\\"b\\\"\""));
+    EXPECT_EQ(first.captured(2), "low flow");
+    EXPECT_EQ(second.captured(2), "\"a\\n\\\"b\\\"\"");
     const QByteArray volts = QString::number(100000.5, 'g', 6).toLatin1() + "\t\t293.15";
     EXPECT_EQ(records.at(2), head + currents + '\t' + volts + "\t!" + first.captured(1).toLatin1() + '!' +
                                  second.captured(1).toLatin1());
-    EXPECT_EQ(rows(path(QStringLiteral("20190912-block.diagnostics"))), QList<QByteArray>{head + volts});
-    EXPECT_EQ(rows(path(QStringLiteral("20190912-block.currents"))), QList<QByteArray>{head + currents});
-    EXPECT_EQ(rows(path(QStringLiteral("20190912-block-ions.spectra"))), QList<QByteArray>{head + "123457\tnan\t3\t4"});
-    EXPECT_TRUE(errors.isEmpty()) << qPrintable(errors.join(QLatin1Char('\n')));
+    EXPECT_EQ(rows(path("20190912-block.diagnostics")), QList<QByteArray>{head + volts});
+    EXPECT_EQ(rows(path("20190912-block.currents")), QList<QByteArray>{head + currents});
+    EXPECT_EQ(rows(path("20190912-block-ions.spectra")), QList<QByteArray>{head + "123457\tnan\t3\t4"});
+    EXPECT_TRUE(errors.isEmpty()) << qPrintable(errors.join('\n'));
     EXPECT_EQ(output.counts().written, 4);
 }
 
@@ -46,7 +46,7 @@ TEST_F(OutputTest, RowsAreFullWidthWhateverIsMissing)
     bare.dpVariantId = 0;
     bare.opmode = 9;
     output.writeRecordRow(bare);
-    EXPECT_EQ(rows(path(QStringLiteral("20190912-block.records"))).first(),
+    EXPECT_EQ(rows(path("20190912-block.records")).first(),
               "2019-09-12 10:16:52.000000\t2019-09-12 10:16:52.000000\t\t\t\t\t\tnan\tnan\t\t\t\t");
 
     Record without(record());
@@ -57,7 +57,7 @@ TEST_F(OutputTest, RowsAreFullWidthWhateverIsMissing)
     for (const Record &r : {without, withSpectrum(3), shortened, withSpectrum(), noCovariances})
         EXPECT_EQ(output.writeSpectraRow(r), Result::Written);
     QList<QByteArray> ends;
-    for (const QByteArray &row : rows(path(QStringLiteral("20190912-block-ions.spectra"))))
+    for (const QByteArray &row : rows(path("20190912-block-ions.spectra")))
         ends << row.mid(row.indexOf("ions") + 4);
     EXPECT_EQ(ends,
               (QList<QByteArray>{"\t\t\t\t\t\t\t", "\t\t\t\t\t\t\t", "\t\t\t\t\t\t\t",
@@ -83,13 +83,13 @@ TEST_F(OutputTest, WhatIsSkipped)
     Spectrometer::FullRecord otherVariant = record();
     otherVariant.dpVariantId = 1;
     EXPECT_EQ(output.writeRecordRow(otherVariant), Result::Skipped);
-    EXPECT_EQ(QDir(settings.folder).entryList(QDir::Files), QStringList{QStringLiteral("20190912-block.diagnostics")});
+    EXPECT_EQ(QDir(settings.folder).entryList(QDir::Files), QStringList{"20190912-block.diagnostics"});
 }
 
 TEST_F(OutputTest, Headers)
 {
     namespace FileHeader = Spectrometer::FileHeader;
-    metadata->instrumentSettings = {{QStringLiteral("serial"), 7}, {QStringLiteral("a"), QStringLiteral("x\ny")}};
+    metadata->instrumentSettings = {{"serial", 7}, {"a", "x\ny"}};
     const QVariantMap common = FileHeader::commonKeys(*metadata);
     const auto yamlOf = [](const FileHeader::Lines &lines) {
         QByteArray yaml;
@@ -107,41 +107,41 @@ TEST_F(OutputTest, Headers)
               "begin_time\tend_time\topmode\tcur_0\tcur_1\tcurvar_0\tcurvar_1\trawcur_0\trawcur_1\tvolt_0"
               "\tvolt_1\ttemp\tflags");
     const QVariantMap map = yamlOf(records);
-    EXPECT_EQ(map.value(QStringLiteral("instrument configuration")).toMap(), metadata->instrumentSettings);
-    EXPECT_EQ(map.value(QStringLiteral("electrometer groups")).toMap().value(QStringLiteral("pos")),
+    EXPECT_EQ(map.value("instrument configuration").toMap(), metadata->instrumentSettings);
+    EXPECT_EQ(map.value("electrometer groups").toMap().value("pos"),
               (QVariantList{0, 1})); // the last channel, inclusive
-    EXPECT_EQ(map.value(QStringLiteral("file type")), QStringLiteral("records"));
-    EXPECT_EQ(map.value(QStringLiteral("total electrometers")), 2);
+    EXPECT_EQ(map.value("file type"), "records");
+    EXPECT_EQ(map.value("total electrometers"), 2);
 
-    const auto spectra = FileHeader::spectraHeader(common, QStringLiteral("ions"), {spectrumInfo}, true);
+    const auto spectra = FileHeader::spectraHeader(common, "ions", {spectrumInfo}, true);
     EXPECT_EQ(spectra.last(), "begin_time\tend_time\topmode\tnd_avg(ions_pos, 1.5)\tnd_avg(ions_pos, 2.25)"
                               "\tnd_std(ions_pos, 1.5)\tnd_std(ions_pos, 2.25)\tcurrent_rms_error(ions\tpos)"
                               "\tcurrent_mean_abs_error(ions\tpos)\tcurrent_total_error(ions\tpos)");
     const QVariantMap spectraMap = yamlOf(spectra);
-    const QVariantMap entry = spectraMap.value(QStringLiteral("spectra")).toList().value(0).toMap();
-    EXPECT_EQ(entry.value(QStringLiteral("name")), QStringLiteral("ions\tpos"));
-    EXPECT_EQ(entry.value(QStringLiteral("scale")), QStringLiteral("radius"));
-    EXPECT_EQ(entry.value(QStringLiteral("xunit")), QStringLiteral("nm"));
-    EXPECT_EQ(entry.value(QStringLiteral("xpoints")).toList().value(1).toDouble(), 2.25);
-    EXPECT_FALSE(spectraMap.contains(QStringLiteral("total electrometers")));
-    EXPECT_EQ(spectraMap.value(QStringLiteral("inversion_vars")).toList().size(), 3);
+    const QVariantMap entry = spectraMap.value("spectra").toList().value(0).toMap();
+    EXPECT_EQ(entry.value("name"), "ions\tpos");
+    EXPECT_EQ(entry.value("scale"), "radius");
+    EXPECT_EQ(entry.value("xunit"), "nm");
+    EXPECT_EQ(entry.value("xpoints").toList().value(1).toDouble(), 2.25);
+    EXPECT_FALSE(spectraMap.contains("total electrometers"));
+    EXPECT_EQ(spectraMap.value("inversion_vars").toList().size(), 3);
 }
 
 TEST_F(OutputTest, NumbersInHeadersKeepTheirValue)
 {
     // Digits beyond 32 bits would be read as 0.
     const QVariantList numbers{3e9, -1e12, 1e22, 2.5e9, 0.1, 7.0, -2147483648.0, qint64(1) << 40, 4294967295u, 12};
-    metadata->instrumentSettings = {{QStringLiteral("a"), QVariantMap{{QStringLiteral("b"), numbers}}}};
+    metadata->instrumentSettings = {{"a", QVariantMap{{"b", numbers}}}};
     const auto settingsIn = [&] {
         QByteArray text;
         const auto lines =
             Spectrometer::FileHeader::recordsHeader(Spectrometer::FileHeader::commonKeys(*metadata), *metadata);
         for (const QByteArray &line : lines.mid(1, lines.size() - 2))
             text += line.mid(2) + '\n';
-        return Llama::yamlLoad(text).value(0).toMap().value(QStringLiteral("instrument configuration")).toMap();
+        return Llama::yamlLoad(text).value(0).toMap().value("instrument configuration").toMap();
     };
     const QVariantMap once = settingsIn();
-    const QVariantList read = once.value(QStringLiteral("a")).toMap().value(QStringLiteral("b")).toList();
+    const QVariantList read = once.value("a").toMap().value("b").toList();
     ASSERT_EQ(read.size(), numbers.size());
     for (int i = 0; i < numbers.size(); ++i)
         EXPECT_EQ(read.at(i).toDouble(), numbers.at(i).toDouble()) << i;
@@ -161,7 +161,7 @@ TEST_F(OutputTest, RawAndLogFiles)
     raw->valid.setBit(1);
     raw->variables = realVector({-3});
     output.rawRecord(raw);
-    const auto rawLines = bytes(path(QStringLiteral("20190912.rawdata"))).split('\n');
+    const auto rawLines = contentOf(path("20190912.rawdata")).split('\n');
     EXPECT_EQ(rawLines.first(), "# Quilvane raw data");
     EXPECT_EQ(rawLines.at(rawLines.size() - 2),
               "2019-09-12 10:16:52.000000\toffset\t2019-09-12 10:16:52.000000\t0.100000000"
@@ -169,12 +169,11 @@ TEST_F(OutputTest, RawAndLogFiles)
 
     Log::Entry entry;
     entry.level = 4;
-    entry.source = QStringLiteral("x%2");
-    entry.message = QStringLiteral("one\ntwo");
+    entry.source = "x%2";
+    entry.message = "one\ntwo";
     entry.time = QDateTime(QDate(2019, 9, 12), QTime(12, 0, 0, 7));
     output.addLogEntry(entry);
-    EXPECT_TRUE(
-        bytes(path(QStringLiteral("20190912.log"))).endsWith("\n2019-09-12 12:00:00.007\twarning\tx%2\tone\n\ttwo\n"));
+    EXPECT_TRUE(contentOf(path("20190912.log")).endsWith("\n2019-09-12 12:00:00.007\twarning\tx%2\tone\n\ttwo\n"));
 }
 
 TEST_F(OutputTest, NumbersAreThoseOfQtInWholeRows)
@@ -190,7 +189,7 @@ TEST_F(OutputTest, NumbersAreThoseOfQtInWholeRows)
     for (std::size_t i = 0; i < 500; ++i)
         expected << QString::number(r.currents[i], 'g', 6);
     output.writeCurrentsRow(r);
-    const auto row = rows(path(QStringLiteral("20190912-block.currents"))).first().split('\t');
+    const auto row = rows(path("20190912-block.currents")).first().split('\t');
     ASSERT_EQ(row.size(), 1503);
-    EXPECT_EQ(row.mid(3, 500).join('\t'), expected.join(QLatin1Char('\t')).toLatin1());
+    EXPECT_EQ(row.mid(3, 500).join('\t'), expected.join('\t').toLatin1());
 }

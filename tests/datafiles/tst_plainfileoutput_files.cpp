@@ -16,7 +16,7 @@ using Result = PlainFileOutput::RowResult;
 
 namespace {
 
-const QString recordsName = QStringLiteral("20190912-block.records");
+const QString recordsName = "20190912-block.records";
 
 int headersIn(const QByteArray &text)
 {
@@ -60,7 +60,7 @@ TEST(FlagIds, ShortestFreePrefixOfTheDigest)
     QHash<QByteArray, QString> seen;
     QString one, other; // two texts whose digests begin alike
     for (int i = 0; other.isEmpty(); ++i) {
-        const QString text = QStringLiteral("flag %1").arg(i);
+        const QString text = QString("flag %1").arg(i);
         one = seen.value(digest(text).left(2));
         if (!one.isEmpty())
             other = text;
@@ -83,7 +83,7 @@ TEST_F(OutputTest, ContinuesOnlyAfterTheSameLastHeader)
     PlainFileOutput output(settings);
     output.writeRecordRow(record());
     output.closeFiles();
-    const QByteArray block = bytes(path(recordsName));
+    const QByteArray block = contentOf(path(recordsName));
     const QByteArray header = block.left(block.lastIndexOf('\n', -2) + 1);
     const QByteArray otherHeader = "# Quilvane records\n# other: 1\n# \nbegin_time\n";
 
@@ -107,7 +107,7 @@ TEST_F(OutputTest, ContinuesOnlyAfterTheSameLastHeader)
         messages.clear();
         EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written) << c.name;
         output.closeFiles();
-        const QByteArray after = bytes(path(recordsName));
+        const QByteArray after = contentOf(path(recordsName));
         EXPECT_EQ(headersIn(after), c.headersAfter) << c.name;
         EXPECT_TRUE(after.startsWith(c.before)) << c.name;
         EXPECT_TRUE(messages.join(QString()).contains(QLatin1String(c.message)))
@@ -120,43 +120,42 @@ TEST_F(OutputTest, FlagsAreDefinedAnewAtEachOpening)
 {
     PlainFileOutput output(settings);
     Spectrometer::FullRecord flagged = record();
-    flagged.flags = {flagOf(QStringLiteral("leak"))};
+    flagged.flags = {flagOf("leak")};
     output.writeRecordRow(flagged);
     output.writeRecordRow(flagged);
     output.closeFiles();
     output.writeRecordRow(flagged);
-    const QByteArray text = bytes(path(recordsName));
+    const QByteArray text = contentOf(path(recordsName));
     EXPECT_EQ(text.count("\n# flag "), 2);
     EXPECT_EQ(headersIn(text), 1);
 }
 
 TEST_F(OutputTest, FilesByLocalDayWithSafeNames)
 {
-    settings.folder = folder.path() + QStringLiteral("/50% of %2/deep");
-    settings.variants[0].name = QStringLiteral("../10%s");
+    settings.folder = folder.path() + "/50% of %2/deep";
+    settings.variants[0].name = "../10%s";
     PlainFileOutput output(settings);
     Spectrometer::FullRecord late = record();
     late.beginTime = someTime + std::chrono::hours(12); // 22:16:52 UTC, the next day at +02:00
     EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
     EXPECT_EQ(output.writeRecordRow(late), Result::Written);
     EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written);
-    EXPECT_EQ(
-        QDir(settings.folder).entryList(QDir::Files),
-        (QStringList{QStringLiteral("20190912-..%2F10%25s.records"), QStringLiteral("20190913-..%2F10%25s.records")}));
-    EXPECT_EQ(rows(path(QStringLiteral("20190912-..%2F10%25s.records"))).size(), 2);
-    EXPECT_TRUE(messages.join(QString()).contains(QStringLiteral("closing \"")));
+    EXPECT_EQ(QDir(settings.folder).entryList(QDir::Files),
+              (QStringList{"20190912-..%2F10%25s.records", "20190913-..%2F10%25s.records"}));
+    EXPECT_EQ(rows(path("20190912-..%2F10%25s.records")).size(), 2);
+    EXPECT_TRUE(messages.join(QString()).contains("closing \""));
 
     Spectrometer::FullRecord ancient = record();
     ancient.beginTime = recordTimeFromTicks(-1000 * ticksPerDay);
     EXPECT_EQ(output.writeRecordRow(ancient), Result::Lost);
 
-    settings.fileNamePattern = QStringLiteral("%Y%m%d%H%M"); // a name of its own for every minute
+    settings.fileNamePattern = "%Y%m%d%H%M"; // a name of its own for every minute
     output.setSettings(settings);
     output.applySettings();
     output.writeRecordRow(record());
     output.writeRecordRow(record(1));
-    EXPECT_TRUE(QFile::exists(path(QStringLiteral("201909121216-..%2F10%25s.records"))));
-    EXPECT_TRUE(QFile::exists(path(QStringLiteral("201909121217-..%2F10%25s.records"))));
+    EXPECT_TRUE(QFile::exists(path("201909121216-..%2F10%25s.records")));
+    EXPECT_TRUE(QFile::exists(path("201909121217-..%2F10%25s.records")));
 }
 
 TEST(FileNamePart, AnotherTextForEachName)
@@ -165,7 +164,7 @@ TEST(FileNamePart, AnotherTextForEachName)
     QSet<QString> parts;
     for (const QString &name : names) {
         const QString part = PlainFileOutput::fileNamePart(name);
-        EXPECT_FALSE(part.contains(QLatin1Char('/')));
+        EXPECT_FALSE(part.contains('/'));
         parts.insert(part);
     }
     EXPECT_EQ(parts.size(), names.size());
@@ -176,24 +175,25 @@ TEST_F(OutputTest, FullDiskLosesTheRowAndNothingElse)
 {
     PlainFileOutput output(settings);
     output.writeRecordRow(record());
-    const QByteArray before = bytes(path(recordsName));
+    const QByteArray before = contentOf(path(recordsName));
     Spectrometer::FullRecord flagged = record(1);
-    flagged.flags = {flagOf(QStringLiteral("leak"))};
+    flagged.flags = {flagOf("leak")};
     // Room for nothing, for a part of the flag's definition, for all but the row's last byte.
     for (int room : {0, 5, 40, 100}) {
         FullDisk disk(before.size() + room);
         EXPECT_EQ(output.writeRecordRow(flagged), Result::Lost);
-        EXPECT_EQ(bytes(path(recordsName)), before) << room;
+        EXPECT_EQ(contentOf(path(recordsName)), before) << room;
     }
     ASSERT_EQ(errors.size(), 4);
     // The reason is the system's, in the user's language.
-    EXPECT_EQ(errors.first(), QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!")
-                                  .arg(path(recordsName), qt_error_string(EFBIG)));
+    EXPECT_EQ(
+        errors.first(),
+        QString("Failed to write into file \"%1\": %2. Data was lost!").arg(path(recordsName), qt_error_string(EFBIG)));
     EXPECT_EQ(output.counts().lost, 4);
 
     // With room again the flag is still to be defined.
     EXPECT_EQ(output.writeRecordRow(flagged), Result::Written);
-    const QByteArray after = bytes(path(recordsName));
+    const QByteArray after = contentOf(path(recordsName));
     EXPECT_TRUE(after.startsWith(before + "# flag "));
     EXPECT_EQ(headersIn(after), 1);
 }
@@ -212,9 +212,9 @@ TEST_F(OutputTest, FullDiskAtTheHeaderLeavesNoFile)
         FullDisk disk(100);
         EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
     }
-    EXPECT_EQ(bytes(path(recordsName)), old);
+    EXPECT_EQ(contentOf(path(recordsName)), old);
     EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
-    EXPECT_EQ(headersIn(bytes(path(recordsName))), 1);
+    EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
 }
 
 TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
@@ -222,34 +222,33 @@ TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
     settings.variants[0].currents = true;
     PlainFileOutput first(settings);
     first.writeRecordRow(record());
-    const QByteArray before = bytes(path(recordsName));
+    const QByteArray before = contentOf(path(recordsName));
     PlainFileOutput second(settings);
     EXPECT_EQ(second.writeRecordRow(record()), Result::Lost);
     EXPECT_EQ(second.writeCurrentsRow(record()), Result::Written);
-    EXPECT_EQ(bytes(path(recordsName)), before);
-    EXPECT_EQ(
-        errors,
-        QStringList{QStringLiteral("Failed to lock file \"%1\" for writing. Data was lost!").arg(path(recordsName))});
+    EXPECT_EQ(contentOf(path(recordsName)), before);
+    EXPECT_EQ(errors,
+              QStringList{QString("Failed to lock file \"%1\" for writing. Data was lost!").arg(path(recordsName))});
     first.closeFiles();
     EXPECT_EQ(second.writeRecordRow(record()), Result::Written);
-    EXPECT_EQ(headersIn(bytes(path(recordsName))), 1);
+    EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
 }
 
 TEST_F(OutputTest, PlacesThatCannotBeWritten)
 {
-    writeFile(folder.filePath(QStringLiteral("plain")), "x");
-    settings.folder = folder.filePath(QStringLiteral("plain/sub"));
+    writeFile(folder.filePath("plain"), "x");
+    settings.folder = folder.filePath("plain/sub");
     EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
-    EXPECT_EQ(errors.takeLast(), QStringLiteral("Failed to create path \"%1\". Data was lost!").arg(settings.folder));
+    EXPECT_EQ(errors.takeLast(), QString("Failed to create path \"%1\". Data was lost!").arg(settings.folder));
 
     // A folder, and a device that would be read for ever, under the file's name.
-    settings.folder = folder.filePath(QStringLiteral("odd"));
+    settings.folder = folder.filePath("odd");
     QDir().mkpath(path(recordsName));
-    QFile::link(QStringLiteral("/dev/full"), path(QStringLiteral("20190912-block-ions.spectra")));
+    QFile::link("/dev/full", path("20190912-block-ions.spectra"));
     PlainFileOutput output(settings);
     EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
     EXPECT_EQ(output.writeSpectraRow(withSpectrum()), Result::Lost);
-    for (const QString &name : {path(QStringLiteral("20190912-block-ions.spectra")), path(recordsName)})
-        EXPECT_EQ(errors.takeLast(), QStringLiteral("Failed to open file \"%1\". Data was lost!").arg(name));
+    for (const QString &name : {path("20190912-block-ions.spectra"), path(recordsName)})
+        EXPECT_EQ(errors.takeLast(), QString("Failed to open file \"%1\". Data was lost!").arg(name));
     EXPECT_TRUE(errors.isEmpty());
 }

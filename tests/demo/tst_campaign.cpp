@@ -22,12 +22,6 @@ double totalOf(const SpectMath::Spectrum &spectrum)
     return total;
 }
 
-double diameterOfPeak(const SpectMath::Spectrum &spectrum)
-{
-    const auto &values = spectrum.concentrations;
-    return 2 * spectrum.info->radii[std::size_t(std::max_element(values.begin(), values.end()) - values.begin())];
-}
-
 /// The records of a day, by mode.
 class CampaignTest : public ::testing::TestWithParam<unsigned> {
 protected:
@@ -55,26 +49,6 @@ protected:
 
 TEST_P(CampaignTest, EventGrowsOverTheAfternoon)
 {
-    // The mean peak of each hour from the start of growth to the evening, of both polarities.
-    double before = 0;
-    for (int begin = 13; begin < 19; ++begin) {
-        double sum = 0;
-        int count = 0;
-        for (std::size_t i = 0; i < records.size(); ++i) {
-            if (records[i]->opmode != int(Mode::Particles) || hour(i) < begin || hour(i) >= begin + 1)
-                continue;
-            for (const auto &spectrum : records[i]->spectra) {
-                sum += diameterOfPeak(*spectrum);
-                ++count;
-            }
-        }
-        ASSERT_GT(count, 5) << begin;
-        EXPECT_GT(sum / count, before + 2) << begin;
-        before = sum / count;
-        EXPECT_LT(before, 14 + 6.5 * (begin - 13)) << begin;
-    }
-    EXPECT_GT(before, 33);
-    EXPECT_LT(before, 43);
     EXPECT_NEAR(campaign->atmosphere().eventDiameter(12.35 / 24), 2, 0.6);
     EXPECT_NEAR(campaign->atmosphere().eventDiameter(18.5 / 24), 40, 4);
 }

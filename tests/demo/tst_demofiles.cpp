@@ -3,13 +3,10 @@
 #include "datafiles/filereader.h"
 #include "log/logger.h"
 #include "store/datastore.h"
+#include "support/files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 
@@ -26,23 +23,11 @@ Campaign::Settings settingsOf(std::uint64_t seed, int days = 1, int interval = 9
     return settings;
 }
 
-QStringList filesIn(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::Files, QDir::Name);
-}
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
-    return file.readAll();
-}
-
 QByteArray allBytes(const QString &folder)
 {
     QByteArray all;
     for (const QString &name : filesIn(folder))
-        all += name.toUtf8() + '\n' + bytesOf(folder + QLatin1Char('/') + name);
+        all += name.toUtf8() + '\n' + contentOf(folder + '/' + name);
     return all;
 }
 
@@ -73,7 +58,7 @@ protected:
     {
         auto reader = std::make_unique<FileReader>(FileReader::SpectrumMap(), earliestRecordTime, latestRecordTime);
         for (const QString &name : filesIn(from))
-            reader->readFile(from + QLatin1Char('/') + name);
+            reader->readFile(from + '/' + name);
         reader->finishRecords();
         return reader;
     }
@@ -94,9 +79,8 @@ TEST_F(DemoFilesTest, SameSeedSameBytes)
     const QByteArray one = write("one", 1);
     EXPECT_EQ(one, write("again", 1));
     EXPECT_NE(one, write("other", 2));
-    EXPECT_EQ(filesIn(path(QStringLiteral("one"))), (QStringList{QStringLiteral("20190514-block-ions.spectra"),
-                                                                 QStringLiteral("20190514-block-particles.spectra"),
-                                                                 QStringLiteral("20190514-block.records")}));
+    EXPECT_EQ(filesIn(path("one")), (QStringList{"20190514-block-ions.spectra", "20190514-block-particles.spectra",
+                                                 "20190514-block.records"}));
 }
 
 TEST_F(DemoFilesTest, WhatIsReadIsWhatWasWritten)
@@ -104,7 +88,7 @@ TEST_F(DemoFilesTest, WhatIsReadIsWhatWasWritten)
     const Campaign campaign(settingsOf(3, 2, 300));
     Demo::writeCampaign(campaign, folder.path());
     const auto reader = read(folder.path());
-    EXPECT_TRUE(complaints.isEmpty()) << qPrintable(complaints.join(QLatin1Char('\n')));
+    EXPECT_TRUE(complaints.isEmpty()) << qPrintable(complaints.join('\n'));
     EXPECT_EQ(reader->statistics().ignoredRows, 0);
 
     const Spectrometer::RecordMetadata &metadata = *reader->metadata();
@@ -170,7 +154,7 @@ TEST_F(DemoFilesTest, WhatIsReadIsWhatWasWritten)
 TEST_F(DemoFilesTest, SavedAgainByteByByte)
 {
     const Campaign campaign(settingsOf(5));
-    const QString first = path(QStringLiteral("first"));
+    const QString first = path("first");
     Demo::writeCampaign(campaign, first);
     const auto saveAgain = [&](const QString &from, const QString &to) {
         const auto reader = read(from);
@@ -186,19 +170,19 @@ TEST_F(DemoFilesTest, SavedAgainByteByByte)
         }
         EXPECT_EQ(output.counts().lost, 0);
     };
-    const QString second = path(QStringLiteral("second"));
-    const QString third = path(QStringLiteral("third"));
+    const QString second = path("second");
+    const QString third = path("third");
     saveAgain(first, second);
     saveAgain(second, third);
     EXPECT_EQ(allBytes(second), allBytes(third));
     ASSERT_EQ(filesIn(first), filesIn(second));
     for (const QString &name : filesIn(first)) {
-        QByteArray expected = bytesOf(first + QLatin1Char('/') + name);
+        QByteArray expected = contentOf(first + '/' + name);
         // The one thing that files can't keep: that the empty fields of a spectrum mean a failure.
-        if (name.endsWith(QLatin1String(".spectra"))) {
+        if (name.endsWith(".spectra")) {
             expected.replace("\t\t", "\tnan\t").replace("\t\t", "\tnan\t").replace("\t\n", "\tnan\n");
         }
-        EXPECT_TRUE(expected == bytesOf(second + QLatin1Char('/') + name)) << qPrintable(name);
+        EXPECT_TRUE(expected == contentOf(second + '/' + name)) << qPrintable(name);
     }
 }
 
@@ -212,22 +196,19 @@ TEST_F(DemoFilesTest, Program)
         errors = process.readAllStandardError();
         return process.exitCode();
     };
-    const QString out = path(QStringLiteral("new/folder"));
-    EXPECT_EQ(run({out, QStringLiteral("--days"), QStringLiteral("2"), QStringLiteral("--interval"),
-                   QStringLiteral("3600"), QStringLiteral("--seed"), QStringLiteral("9")}),
-              0);
+    const QString out = path("new/folder");
+    EXPECT_EQ(run({out, "--days", "2", "--interval", "3600", "--seed", "9"}), 0);
     EXPECT_EQ(filesIn(out).size(), 6);
     const QByteArray before = allBytes(out);
     EXPECT_EQ(run({out}), 2); // never adds to a folder that holds something
     EXPECT_EQ(allBytes(out), before);
     EXPECT_EQ(run({}), 2);
-    EXPECT_EQ(run({path(QStringLiteral("none")), QStringLiteral("--days"), QStringLiteral("0")}), 2);
-    EXPECT_FALSE(QDir(path(QStringLiteral("none"))).exists());
+    EXPECT_EQ(run({path("none"), "--days", "0"}), 2);
+    EXPECT_FALSE(QDir(path("none")).exists());
     // What can't become a folder is told once, not for every row.
-    QFile file(path(QStringLiteral("file")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    EXPECT_EQ(run({file.fileName()}), 2);
+    writeFile(path("file"));
+    EXPECT_EQ(run({path("file")}), 2);
     EXPECT_EQ(errors.count('\n'), 1) << errors.constData();
-    EXPECT_EQ(run({file.fileName() + QStringLiteral("/inside")}), 1);
+    EXPECT_EQ(run({path("file/inside")}), 1);
     EXPECT_EQ(errors.count('\n'), 1) << errors.constData();
 }

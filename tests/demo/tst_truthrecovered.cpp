@@ -142,9 +142,18 @@ TEST_P(TruthRecovered, GrowingModeIsFollowed)
     });
     for (const auto &polarity : hours) {
         ASSERT_GE(polarity.size(), 8u);
-        for (const auto &[hour, modes] : polarity)
-            EXPECT_NEAR(median(modes.found) / median(modes.true_), 1, 0.15)
-                << "at " << hour << " h, " << median(modes.true_) << " nm";
+        double before = 0;
+        for (const auto &[hour, modes] : polarity) {
+            const double found = median(modes.found);
+            EXPECT_NEAR(found / median(modes.true_), 1, 0.15) << "at " << hour << " h, " << found << " nm";
+            if (hour < 13 || hour > 18)
+                continue;
+            EXPECT_GT(found, before + 2) << hour;
+            EXPECT_LT(found, 14 + 6.5 * (hour - 13)) << hour;
+            before = found;
+        }
+        EXPECT_GT(before, 33);
+        EXPECT_LT(before, 43);
     }
 }
 

@@ -1,20 +1,12 @@
 #include "gui/common/inversionstatistics.h"
 
+#include "support/namedspectrum.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 
 namespace {
-
-SpectMath::SpectrumInfoPointer info(const QString &name, const QString &inverter, const QString &comment)
-{
-    auto made = std::make_shared<SpectMath::SpectrumInfo>();
-    made->name = name;
-    made->inverterName = inverter;
-    made->comment = comment;
-    made->hash = name + inverter;
-    return made;
-}
 
 void add(Datastore &store, const SpectMath::SpectrumInfoPointer &info, double error)
 {
@@ -47,7 +39,8 @@ TEST(InversionStatistics, ReportsWhatHasMoreThanTenValues)
 {
     Datastore store;
     store.setLimitRecords(false);
-    const auto z = info("z", "inv", "c"), a = info("a spectrum", "", "comment"), few = info("few", "inv", "");
+    const auto z = namedSpectrum("z", "1", "inv", "c"), a = namedSpectrum("a spectrum", "2", "", "comment"),
+               few = namedSpectrum("few", "3", "inv");
     for (int i = 0; i < 11; ++i) {
         add(store, z, 0.1 * i);
         add(store, a, 1234567 + i);

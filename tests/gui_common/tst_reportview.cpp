@@ -1,5 +1,6 @@
 #include "gui/common/recordviews/recordreport.h"
 #include "gui/common/recordviews/reportview.h"
+#include "support/realvector.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -11,13 +12,6 @@ namespace {
 
 using RecordViews::recordReport;
 
-RealVector vectorOf(std::initializer_list<double> values)
-{
-    RealVector vector(values.size());
-    std::copy(values.begin(), values.end(), vector.begin());
-    return vector;
-}
-
 /// Two electrometers of a group of four, each seeing one class.
 SpectMath::InverterPointer inverter(const QString &name, const QString &mode, const QString &group)
 {
@@ -27,12 +21,12 @@ SpectMath::InverterPointer inverter(const QString &name, const QString &mode, co
     info->opmode = mode;
     info->electrometerGroup = group;
     info->scale = SpectMath::DistributionScale::radius;
-    info->radii = vectorOf({1, 2});
+    info->radii = realVector({1, 2});
     info->finish();
     SpectMath::InverterSettings settings;
     settings.instrumentMatrix = RealMatrix(2, 2, 0.0);
     settings.instrumentMatrix(0, 0) = settings.instrumentMatrix(1, 1) = 1;
-    settings.totalWeights = vectorOf({1, 1});
+    settings.totalWeights = realVector({1, 1});
     return std::make_shared<SpectMath::Inverter>(settings, info);
 }
 
@@ -46,8 +40,8 @@ struct Data {
         metadata->totalElectrometers = 4;
         metadata->electrometerGroups = {{"neg", {0, 2}}, {"pos", {2, 4}}};
         record->opmode = 0;
-        record->currents = vectorOf({11, 12, 13, 14});
-        record->currentVariances = vectorOf({1, 1, 1, 1});
+        record->currents = realVector({11, 12, 13, 14});
+        record->currentVariances = realVector({1, 1, 1, 1});
     }
 };
 
@@ -66,7 +60,7 @@ TEST(RecordReport, OneSectionForEachInverterOfTheMode)
     EXPECT_TRUE(report.mid(first, second - first).contains("<td>0</td><td>13</td>")) << "its own group's channels";
     EXPECT_TRUE(report.mid(second).contains("<td>0</td><td>11</td>"));
 
-    data.record->currentVariances = vectorOf({0, 1, 1, 1}); // nothing can be solved: status 2
+    data.record->currentVariances = realVector({0, 1, 1, 1}); // nothing can be solved: status 2
     EXPECT_TRUE(recordReport(list, *data.record, data.metadata.get()).endsWith("<h2>ions neg (d)</h2>"));
 }
 

@@ -1,5 +1,6 @@
 #include "gui/common/spectrumnaming.h"
 #include "gui/common/uiinfo.h"
+#include "support/namedspectrum.h"
 
 #include <QSignalSpy>
 
@@ -8,17 +9,6 @@
 using ::testing::ElementsAre;
 
 namespace {
-
-SpectMath::SpectrumInfoPointer info(const QString &name, const QString &hash, const QString &inverter = {},
-                                    const QString &comment = {})
-{
-    auto made = std::make_shared<SpectMath::SpectrumInfo>();
-    made->name = name;
-    made->hash = hash;
-    made->inverterName = inverter;
-    made->comment = comment;
-    return made;
-}
 
 QList<QRgb> colorsOf(const SpectrumColors::ByHash &colors, const QList<SpectMath::SpectrumInfoPointer> &infos)
 {
@@ -42,13 +32,14 @@ TEST(SpectrumNaming, TellsNamesakesApart)
         QStringList names;
     } table[] = {
         {{}, {}},
-        {{info("particles", "aaaaa", "inv")}, {"particles"}},
-        {{info("p", "aaaaa", "a"), info("q", "bbbbb"), info("p", "ccccc", "b")}, {"p (a)", "q", "p (b)"}},
-        {{info("p", "aaaaa", "a", "x"), info("p", "bbbbb", "", "x")}, {"p (a)", "p (x)"}},
-        {{info("p", "aaaaa", "a"), info("p", "bbbbb", "a"), info("p", "ccccc", "a")},
+        {{namedSpectrum("particles", "aaaaa", "inv")}, {"particles"}},
+        {{namedSpectrum("p", "aaaaa", "a"), namedSpectrum("q", "bbbbb"), namedSpectrum("p", "ccccc", "b")},
+         {"p (a)", "q", "p (b)"}},
+        {{namedSpectrum("p", "aaaaa", "a", "x"), namedSpectrum("p", "bbbbb", "", "x")}, {"p (a)", "p (x)"}},
+        {{namedSpectrum("p", "aaaaa", "a"), namedSpectrum("p", "bbbbb", "a"), namedSpectrum("p", "ccccc", "a")},
          {"p (a)", "p (a bbbb)", "p (a cccc)"}},
-        {{info("p", "aaaaa"), info("p", "bbbbb")}, {"p (aaaa)", "p (bbbb)"}},
-        {{info("%2", "aaaaa", "%1"), info("%2", "bbbbb", "b")}, {"%2 (%1)", "%2 (b)"}},
+        {{namedSpectrum("p", "aaaaa"), namedSpectrum("p", "bbbbb")}, {"p (aaaa)", "p (bbbb)"}},
+        {{namedSpectrum("%2", "aaaaa", "%1"), namedSpectrum("%2", "bbbbb", "b")}, {"%2 (%1)", "%2 (b)"}},
     };
     for (const auto &row : table)
         EXPECT_EQ(SpectrumNaming::displayNames(row.infos), row.names) << row.names.join(", ").toStdString();
@@ -78,23 +69,24 @@ TEST(SpectrumColors, SpectraTakeNamedThenLeastUsedColours)
 {
     QList<SpectMath::SpectrumInfoPointer> infos;
     for (int i = 0; i < 7; ++i)
-        infos.append(info("particles pos", QString("pos%1").arg(i)));
+        infos.append(namedSpectrum("particles pos", QString("pos%1").arg(i)));
     EXPECT_THAT(
         colorsOf(SpectrumColors::updated({}, infos), infos),
         ElementsAre(scarletDark, orangeDark, scarletMiddle, orangeMiddle, scarletLight, orangeLight, orangeDark));
 
     // Both names want the same dark blue: the second one is in the copy still, yet the colour is in use.
-    const QList<SpectMath::SpectrumInfoPointer> blues{info("particles", "1"), info("particles neg", "2"),
-                                                      info("ions neg", "3"), info("x neg", "4"), info("x", "5")};
+    const QList<SpectMath::SpectrumInfoPointer> blues{
+        namedSpectrum("particles", "1"), namedSpectrum("particles neg", "2"), namedSpectrum("ions neg", "3"),
+        namedSpectrum("x neg", "4"), namedSpectrum("x", "5")};
     EXPECT_THAT(colorsOf(SpectrumColors::updated({}, blues), blues),
                 ElementsAre(skyDark, plumDark, skyLight, skyMiddle, chocolateDark));
 }
 
 TEST(SpectrumColors, AColourStaysWithItsSpectrum)
 {
-    const auto first = info("x", "1"), second = info("x", "2"), third = info("x", "3");
+    const auto first = namedSpectrum("x", "1"), second = namedSpectrum("x", "2"), third = namedSpectrum("x", "3");
     const auto before = SpectrumColors::updated({}, {first, second});
-    const auto after = SpectrumColors::updated(before, {third, info("renamed", "2")});
+    const auto after = SpectrumColors::updated(before, {third, namedSpectrum("renamed", "2")});
     EXPECT_EQ(after.value("2"), before.value("2"));
     EXPECT_FALSE(after.contains("1"));
     EXPECT_EQ(after.value("3").rgb(), plumDark) << "the colour of the one that left is free again";
@@ -106,10 +98,10 @@ TEST(UiInfo, PublishesTheDataOnce)
     QSignalSpy updates(&ui, &UiInfo::configUpdated);
     auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
     metadata->opmodes = {Opmode(0, "ions")};
-    const auto a = info("p", "aaaa", "one"), b = info("p", "bbbb", "two");
+    const auto a = namedSpectrum("p", "aaaa", "one"), b = namedSpectrum("p", "bbbb", "two");
     ui.setData(metadata, {a});
     ui.addSpectrum(b, "reinv-1");
-    ui.addSpectrum(info("again", "bbbb"), "reinv-2");
+    ui.addSpectrum(namedSpectrum("again", "bbbb"), "reinv-2");
     EXPECT_EQ(updates.size(), 0);
     ui.publish();
     EXPECT_EQ(updates.size(), 1);
@@ -119,8 +111,8 @@ TEST(UiInfo, PublishesTheDataOnce)
     EXPECT_EQ(ui.spectrumById("none"), nullptr);
     EXPECT_EQ(ui.spectrumName(a.get()), "p (one)");
     EXPECT_EQ(ui.spectrumName(b.get()), "p (two) reinv-1");
-    EXPECT_EQ(ui.spectrumName(info("stranger", "cccc").get()), "stranger");
-    EXPECT_FALSE(ui.spectrumColor(info("stranger", "cccc").get()).isValid());
+    EXPECT_EQ(ui.spectrumName(namedSpectrum("stranger", "cccc").get()), "stranger");
+    EXPECT_FALSE(ui.spectrumColor(namedSpectrum("stranger", "cccc").get()).isValid());
     EXPECT_EQ(ui.opmodeColor(0).rgb(), scarletDark);
     EXPECT_FALSE(ui.opmodeColor(1).isValid());
     EXPECT_FALSE(ui.opmodeColor(-1).isValid());
@@ -135,7 +127,7 @@ TEST(UiInfo, PublishesTheDataOnce)
     ui.publish();
     EXPECT_TRUE(ui.spectrumInfos().isEmpty());
     EXPECT_EQ(ui.metadata(), nullptr);
-    const auto again = info("p", "bbbb", "two");
+    const auto again = namedSpectrum("p", "bbbb", "two");
     ui.setData(metadata, {again});
     ui.publish();
     EXPECT_EQ(ui.spectrumColor(again.get()), colorOfB) << "the same data opened again look the same";
@@ -146,7 +138,8 @@ TEST(UiInfo, TheUsersColoursAndCommentsStandBeforeTheOwn)
 {
     UiInfo ui;
     auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
-    const auto a = info("p", "aaaa", "", "first"), b = info("p", "bbbb", "", "second"), c = info("q", "cccc");
+    const auto a = namedSpectrum("p", "aaaa", "", "first"), b = namedSpectrum("p", "bbbb", "", "second"),
+               c = namedSpectrum("q", "cccc");
     ui.setData(metadata, {a, b, c});
     ui.publish();
     EXPECT_EQ(ui.spectrumComment(a.get()), "first");
@@ -155,7 +148,7 @@ TEST(UiInfo, TheUsersColoursAndCommentsStandBeforeTheOwn)
     ui.setSpectrumComment(a.get(), "own");
     ui.setSpectrumColor(a.get(), Qt::green);
     ui.setSpectrumColor(b.get(), QColor());
-    ui.setSpectrumComment(info("stranger", "dddd").get(), "lost");
+    ui.setSpectrumComment(namedSpectrum("stranger", "dddd").get(), "lost");
     const QColor colorOfB = ui.spectrumColor(b.get());
     ui.publish();
     EXPECT_EQ(ui.spectrumName(a.get()), "p (own)");

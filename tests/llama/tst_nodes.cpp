@@ -1,9 +1,8 @@
 #include "llama/qyaml.h"
+#include "support/files.h"
 
 #include <QMap>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <limits>
 
@@ -144,13 +143,9 @@ TEST(LoadYamlNode, from_files_and_sources)
     const QString path = directory.filePath("x.yaml");
     EXPECT_EQ(error([&] { loadYamlNode(path); }),
               QString("File '%1' can not be opened: No such file or directory").arg(path));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.close();
+    writeFile(path);
     EXPECT_EQ(error([&] { loadYamlNode(path); }), QString("File '%1' has bad structure").arg(path));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("a: 5");
-    file.close();
+    writeFile(path, "a: 5");
     EXPECT_EQ(loadYamlNode(path).toMap().at("a").path(), path + arrow + "a");
     EXPECT_TRUE(error([&] { loadYamlNode(directory.path()); }).contains("can not be opened"));
 }

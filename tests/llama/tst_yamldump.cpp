@@ -57,51 +57,12 @@ class RandomTrees {
 public:
     QString text()
     {
-        static const QStringList pieces{"a",
-                                        "yes",
-                                        "1",
-                                        ".",
-                                        "5",
-                                        "e+",
-                                        "0x",
-                                        " ",
-                                        "\n",
-                                        "\t",
-                                        "'",
-                                        "\"",
-                                        "#",
-                                        ": ",
-                                        "- ",
-                                        "?",
-                                        "[",
-                                        "]",
-                                        "{",
-                                        ",",
-                                        "&",
-                                        "*",
-                                        "!",
-                                        "%",
-                                        "\\",
-                                        "|",
-                                        ">",
-                                        "~",
-                                        "<<",
-                                        "=",
-                                        "--",
-                                        "...",
-                                        "@",
-                                        "`",
-                                        ":",
-                                        "\r",
-                                        "\x7f",
-                                        "\x01",
-                                        " \n ",
-                                        QString(QChar(0x2192)),
-                                        QString(QChar(0x2028)),
-                                        QString(QChar(0xfeff)),
-                                        QString(QChar(0x85)),
-                                        QString::fromUtf8("\U0001f600"),
-                                        QString(QChar(0))};
+        static const QStringList pieces =
+            QString(
+                "a_yes_1_._5_e+_0x_ _\n_\t_'_\"_#_: _- _?_[_]_{_,_&_*_!_%_\\_|_>_~_<<_=_--_..._@_`_:_\r_\x7f_\x01_ \n ")
+                .split('_') +
+            QStringList{QChar(0x2192), QChar(0x2028), QChar(0xfeff), QChar(0x85), QString::fromUtf8("\U0001f600"),
+                        QChar(0)};
         QString text;
         for (unsigned i = below(6); i > 0; --i)
             text += pieces[int(below(unsigned(pieces.size())))];

@@ -1,10 +1,9 @@
 #include "llama/qyaml.h"
+#include "support/files.h"
 
 #include <QBuffer>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <sys/stat.h>
 
@@ -20,15 +19,21 @@ QVariant loaded(const QByteArray &text)
     return documents.value(0);
 }
 
-/// The message of the error that loading ends with.
-std::string failure(const QByteArray &text, const QString &sourceName = QString())
+/// The words of the error that this ends with.
+template<typename Operation>
+std::string errorOf(Operation operation)
 {
     try {
-        yamlLoad(text, sourceName);
+        operation();
     } catch (const Llama::YamlError &error) {
         return error.message().toStdString();
     }
     return "no error";
+}
+
+std::string failure(const QByteArray &text, const QString &sourceName = QString())
+{
+    return errorOf([&] { yamlLoad(text, sourceName); });
 }
 
 /// Runs in well under the seconds that libyaml alone would take.
@@ -124,16 +129,12 @@ TEST(YamlLoad, nodes_are_bounded)
               "Too many nodes at line 1, column 10243");
 
     // A text of anchors alone takes twice the memory of one without.
-    const auto isTaken = [](const char *text, qint64 mostNodes) {
-        try {
-            return !Llama::yamlLoad(text, QString(), mostNodes).isEmpty();
-        } catch (const Llama::YamlError &) {
-            return false;
-        }
+    const auto bounded = [](const char *text, qint64 mostNodes) {
+        return errorOf([&] { EXPECT_FALSE(yamlLoad(text, QString(), mostNodes).isEmpty()); });
     };
-    EXPECT_TRUE(isTaken("[x, y]", 3));
-    EXPECT_FALSE(isTaken("[&a x, &b y]", 3));
-    EXPECT_TRUE(isTaken("[&a x, &b y]", 4));
+    EXPECT_EQ(bounded("[x, y]", 3), "no error");
+    EXPECT_NE(bounded("[&a x, &b y]", 3), "no error");
+    EXPECT_EQ(bounded("[&a x, &b y]", 4), "no error");
 }
 
 TEST(YamlLoad, foreign_texts_cost_little)
@@ -177,33 +178,20 @@ TEST(YamlLoad, devices_and_files)
 
     BrokenDevice broken;
     ASSERT_TRUE(broken.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
-    try {
-        yamlLoad(&broken, "x");
-        FAIL();
-    } catch (const Llama::YamlError &error) {
-        EXPECT_EQ(error.message().toStdString(), "(x) Reader error: input error at 0");
-    }
+    EXPECT_EQ(errorOf([&] { yamlLoad(&broken, "x"); }), "(x) Reader error: input error at 0");
 
     const QTemporaryDir directory;
     const auto fileFailure = [](const QString &path) {
-        try {
-            Llama::yamlLoadFile(path);
-        } catch (const Llama::YamlError &error) {
-            return error.message();
-        }
-        return QString("no error");
+        return QString::fromStdString(errorOf([&] { Llama::yamlLoadFile(path); }));
     };
     EXPECT_EQ(fileFailure("/no/file"), "Could not open file '/no/file'");
     EXPECT_EQ(fileFailure(directory.path()), QString("Could not open file '%1'").arg(directory.path()));
     const QString pipe = directory.filePath("pipe");
     ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     EXPECT_EQ(fileFailure(pipe), QString("Could not open file '%1'").arg(pipe)) << "and doesn't wait for a writer";
-    QFile file(directory.filePath("x.yaml"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[");
-    file.close();
-    EXPECT_TRUE(fileFailure(file.fileName()).startsWith("(x.yaml) parser error: "))
-        << fileFailure(file.fileName()).toStdString();
+    const QString path = directory.filePath("x.yaml");
+    writeFile(path, "[");
+    EXPECT_TRUE(fileFailure(path).startsWith("(x.yaml) parser error: ")) << fileFailure(path).toStdString();
 }
 
 } // namespace

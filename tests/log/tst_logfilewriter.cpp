@@ -1,12 +1,10 @@
 #include "log/logfilewriter.h"
+#include "support/files.h"
 #include "util/buildinfo.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QSysInfo>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -15,12 +13,7 @@ struct LogFiles : testing::Test {
     {
         return {level, "main", message, QDateTime({2019, 9, day}, {12, 16, 52, 7})};
     }
-    QString content(const QString &name) const
-    {
-        QFile file(folder + "/" + name);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return QString::fromUtf8(file.readAll());
-    }
+    QString content(const QString &name) const { return QString::fromUtf8(contentOf(folder + "/" + name)); }
 
     QTemporaryDir directory;
     QString folder = directory.filePath("new/logs");
@@ -55,14 +48,13 @@ TEST_F(LogFiles, opening_again_adds_a_second_header)
 
 TEST_F(LogFiles, a_failure_goes_to_standard_error_and_is_tried_again)
 {
-    QFile blocker(directory.filePath("new"));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    writeFile(directory.filePath("new")); // in the way
     Log::LogFileWriter writer(folder);
     testing::internal::CaptureStderr();
     writer.write(entry(12, 6, "lost"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Failed to create log file destination dir\n");
 
-    blocker.remove();
+    ASSERT_TRUE(QFile::remove(directory.filePath("new")));
     ASSERT_TRUE(QDir(directory.path()).mkpath("new/logs/20190912.log"));
     testing::internal::CaptureStderr();
     writer.write(entry(12, 6, "lost"));

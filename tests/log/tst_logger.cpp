@@ -1,10 +1,10 @@
 #include "log/logger.h"
 
+#include "support/files.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <thread>
@@ -240,11 +240,8 @@ TEST_F(Logging, threads_write_whole_lines)
     for (const QString &line : lines)
         ASSERT_TRUE(line.mid(17).startsWith(QString(60, line[17])) && line.endsWith(" [inversion       ]"));
     int rows = 0;
-    for (const QString &name : QDir(directory.path()).entryList(QDir::Files)) {
-        QFile file(directory.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        rows += file.readAll().count("\tinfo\tinversion\t");
-    }
+    for (const QString &name : filesIn(directory.path()))
+        rows += contentOf(directory.filePath(name)).count("\tinfo\tinversion\t");
     EXPECT_EQ(rows, 800);
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QDir>
-#include <QFile>
+#include "support/files.h"
+
+#include <QDateTime>
 #include <QTemporaryDir>
 
 /// A data folder that a test writes: day files of flags, which need nothing but times and modes.
@@ -25,12 +26,7 @@ struct DayFolder {
         }
         write("20190101-block.flags", text);
     }
-    void write(const QString &name, const QByteArray &text)
-    {
-        QFile file(folder.filePath(name));
-        file.open(QIODevice::WriteOnly);
-        file.write(text);
-    }
+    void write(const QString &name, const QByteArray &text) { writeFile(folder.filePath(name), text); }
     /// A record each ten minutes of one day of 2019 (from 1), "ions" and "particles" in turn, two hours east of
     /// Greenwich.
     void writeDay(int dayOfYear, const QString &variant = QStringLiteral("block"))

@@ -2,19 +2,16 @@
 #include "gui/morvantide/readprogress.h"
 #include "gui/morvantide/recentfolders.h"
 #include "gui/morvantide/settingsfile.h"
+#include "support/files.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDialogButtonBox>
-#include <QDir>
-#include <QFile>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -100,10 +97,8 @@ TEST(DataChooserDialog, SpanButtons)
 TEST(DataChooserDialog, ListsTheVariantsOfTheFolder)
 {
     QTemporaryDir folder;
-    for (const char *name : {"20190912-90s.records", "20190912-5min.records", "notes.txt"}) {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    for (const char *name : {"20190912-90s.records", "20190912-5min.records", "notes.txt"})
+        writeFile(folder.filePath(name));
     Dialog d;
     auto *box = d.find<QComboBox>("variantComboBox");
     const auto items = [box] {

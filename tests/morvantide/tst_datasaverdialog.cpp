@@ -1,16 +1,15 @@
 #include "batch/reinvertcommand.h"
 #include "batch/savecommand.h"
 #include "datafiles/filereader.h"
-#include "demo/demowriter.h"
-#include "demo/inverterfile.h"
 #include "gui/morvantide/datasaverdialog.h"
 #include "gui/morvantide/savewarnings.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/recordinversion.h"
+#include "support/demodata.h"
+#include "support/files.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -21,21 +20,7 @@
 #include <QTest>
 #include <QTreeView>
 
-#include <gtest/gtest.h>
-
 namespace {
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void touch(const QString &path)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-}
 
 /// The open data of a window: a demonstration's day, read, and saved through the dialog.
 class Saving : public ::testing::Test {
@@ -43,24 +28,18 @@ protected:
     static void SetUpTestSuite()
     {
         s_folder = new QTemporaryDir;
-        Demo::Campaign::Settings settings;
-        settings.interval = 600;
-        const Demo::Campaign campaign(settings);
-        Demo::writeCampaign(campaign, s_folder->filePath("demo"));
-        Demo::writeInverterFiles(campaign.inverterFiles(), s_folder->filePath("inverters"));
+        writeDemoData(s_folder->filePath("demo"), 600);
         // An inverter that goes by another name than the one whose spectra are in the files.
         QByteArray other = contentOf(s_folder->filePath("inverters/particles-neg.inverter"));
-        QFile file(s_folder->filePath("inverters/other.inverter"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(other.replace("inverter_name: demo", "inverter_name: other"));
+        writeFile(s_folder->filePath("inverters/other.inverter"),
+                  other.replace("inverter_name: demo", "inverter_name: other"));
     }
     static void TearDownTestSuite() { delete s_folder; }
 
     Saving() : reader({}, RecordTime::min(), RecordTime::max())
     {
-        const QDir demo(s_folder->filePath("demo"));
-        for (const QString &name : demo.entryList(QDir::Files, QDir::Name))
-            reader.readFile(demo.filePath(name));
+        for (const QString &name : filesIn(s_folder->filePath("demo")))
+            reader.readFile(s_folder->filePath("demo/" + name));
         reader.finishRecords();
         ui->setData(reader.metadata(), reader.spectrumInfos().toList());
         ui->publish();
@@ -118,7 +97,7 @@ protected:
     }
 
     QString output() const { return ownFolder.filePath("out"); }
-    QStringList written() const { return QDir(output()).entryList(QDir::Files); }
+    QStringList written() const { return filesIn(output()); }
     Batch::SaveOptions options(const QString &folder) const
     {
         Batch::SaveOptions save;
@@ -131,7 +110,7 @@ protected:
     }
     void expectSameFiles(const QString &folder) const
     {
-        EXPECT_EQ(written(), QDir(folder).entryList(QDir::Files));
+        EXPECT_EQ(written(), filesIn(folder));
         for (const QString &name : written())
             EXPECT_TRUE(contentOf(output() + "/" + name) == contentOf(folder + "/" + name)) << qPrintable(name);
     }
@@ -145,8 +124,8 @@ protected:
 };
 
 QTemporaryDir *Saving::s_folder = nullptr;
-const QString particles = QStringLiteral("20190514-saved-particles.spectra");
-const QString ions = QStringLiteral("20190514-saved-ions.spectra");
+const QString particles = "20190514-saved-particles.spectra";
+const QString ions = "20190514-saved-ions.spectra";
 
 } // namespace
 
@@ -266,7 +245,7 @@ TEST_F(Saving, EscapeAndCloseStopTheWritingAndNotTheDialog)
 
 TEST_F(Saving, LossesAreToldOnceForEachFileAndCountedInTheEnd)
 {
-    touch(output()); // a file where the folder should be
+    writeFile(output()); // a file where the folder should be
     const auto dialog = makeDialog();
     pressSave(*dialog);
     ASSERT_EQ(messages.size(), 4) << qPrintable(messages.join('\n'));
@@ -299,7 +278,7 @@ TEST_F(Saving, WarnsOfWhatStandsInTheFolder)
     dialog->setReinverting(true);
     EXPECT_TRUE(problems(*dialog).contains("reinversion is running"));
     dialog->setReinverting(false);
-    touch(output() + "/.hidden");
+    writeFile(output() + "/.hidden");
     dialog->checkFolder(output());
     EXPECT_EQ(problems(*dialog), start + "Folder is not empty! Files may become corrupted." + end);
 
@@ -307,18 +286,18 @@ TEST_F(Saving, WarnsOfWhatStandsInTheFolder)
     const QStringList others{"20190514-a%2Fbxc.records", "20190514-a%2Fb.c-reinv-ions.spectra",
                              "20190514-a%2Fb.c-fog.spectra", "a%2Fb.c.records", "20190514-a%2Fb.c.records.bak"};
     for (const QString &name : others)
-        touch(output() + "/" + name);
+        writeFile(output() + "/" + name);
     dialog->checkFolder(output());
     EXPECT_FALSE(problems(*dialog).contains("already"));
-    touch(output() + "/" + own[0]);
+    writeFile(output() + "/" + own[0]);
     dialog->checkFolder(output());
     EXPECT_TRUE(problems(*dialog).contains("1 day file of the variant \"a/b.c\""));
-    touch(output() + "/" + own[1]);
+    writeFile(output() + "/" + own[1]);
     dialog->checkFolder(output());
     EXPECT_TRUE(problems(*dialog).contains("2 day files of the variant"));
     dialog->setVariant("<b>");
     EXPECT_FALSE(problems(*dialog).contains("already")) << "another name has none";
-    touch(output() + "/20190514-<b>.records");
+    writeFile(output() + "/20190514-<b>.records");
     dialog->checkFolder(output());
     EXPECT_TRUE(problems(*dialog).contains("\"&lt;b&gt;\""));
     EXPECT_TRUE(saveButton(*dialog)->isEnabled());

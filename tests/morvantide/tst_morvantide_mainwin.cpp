@@ -1,68 +1,36 @@
 #include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/common/tsb/timeview.h"
-#include "gui/morvantide/datachooserdialog.h"
 #include "gui/morvantide/datasaverdialog.h"
-#include "gui/morvantide/morvantide_mainwin.h"
 #include "gui/morvantide/readprogressdialog.h"
 #include "morvantide/dayfolder.h"
-#include "morvantide/dialogs.h"
-#include "morvantide/docktext.h"
+#include "morvantide/windowtest.h"
 
-#include <QAction>
-#include <QDockWidget>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QSettings>
-#include <QTest>
 #include <QToolBar>
 #include <QToolButton>
 
-#include <gtest/gtest.h>
-
 namespace {
 
-class MorvantideMainWindowTest : public testing::Test {
+class MorvantideMainWindowTest : public WindowTest {
 protected:
-    MorvantideMainWindowTest() : window(std::make_unique<MorvantideMainWindow>(settingsFile())) {}
-
-    QString settingsFile() const { return settingsFolder.filePath("morvantide.conf"); }
     QSettings settings() const { return QSettings(settingsFile(), QSettings::IniFormat); }
-
-    /// Goes through the dialog, and comes back with the read under way.
-    void startOpening(const QVariantMap &choice = {})
-    {
-        QVariantMap all{{"folderName", data.path()}, {"variant", "block"}, {"legacyFiles", false}};
-        for (auto it = choice.begin(); it != choice.end(); ++it)
-            all[it.key()] = *it;
-        withDialog<DataChooserDialog>([&all](DataChooserDialog &dialog) {
-            dialog.setChoice(all);
-            QTest::keyClick(&dialog, Qt::Key_Return);
-        });
-        window->showDataDirChoice();
-    }
+    void startOpening(const QVariantMap &choice = {}) { WindowTest::startOpening(data.path(), choice); }
     void open(const QVariantMap &choice = {})
     {
         startOpening(choice);
         waitForRead();
     }
-    void waitForRead()
-    {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !window->isReading(); }, 30000));
-    }
-    QString log() const { return logDockText(*window); }
     int recordCount() const { return window->datastore() ? window->datastore()->size() : -1; }
     QString title() const { return window->windowTitle(); }
     QString folderName() const { return QDir(data.path()).dirName(); }
 
     DayFolder data;
-    QTemporaryDir settingsFolder;
-    std::unique_ptr<MorvantideMainWindow> window;
 };
 
 } // namespace
@@ -211,12 +179,6 @@ TEST_F(MorvantideMainWindowTest, FilesPickedByHand)
 
 TEST_F(MorvantideMainWindowTest, SavesTheOpenDataAndRemembersWhere)
 {
-    const auto action = [this](const QString &text) {
-        for (QAction *candidate : window->findChildren<QAction *>())
-            if (candidate->text() == text)
-                return candidate;
-        return static_cast<QAction *>(nullptr);
-    };
     QTemporaryDir output;
     QString variant, folder;
     const auto save = [&](const QString &newVariant, const QString &newFolder) {
@@ -295,7 +257,7 @@ TEST_F(MorvantideMainWindowTest, GoesAwayInTheMiddleOfARead)
         startOpening();
         QTest::qWait(wait);
         window.reset();
-        window = std::make_unique<MorvantideMainWindow>(settingsFile());
+        makeWindow();
     }
 }
 
@@ -306,7 +268,7 @@ TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
     QTest::qWait(20);
     window->close();
     EXPECT_EQ(settings().value("version").toInt(), 3);
-    window = std::make_unique<MorvantideMainWindow>(settingsFile());
+    makeWindow();
     EXPECT_EQ(window->size(), QSize(640, 480));
     window.reset();
 
@@ -324,29 +286,25 @@ TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
     settings().setValue("version", 2);
     settings().setValue("datachooserOldPaths", QStringList{"/a"});
     settings().setValue("MainWindow/geometry", geometry);
-    window = std::make_unique<MorvantideMainWindow>(settingsFile());
+    makeWindow();
     EXPECT_GT(window->width(), 640);
     EXPECT_EQ(settings().allKeys(), QStringList{"version"}) << settings().allKeys().join(' ').toStdString();
 }
 
 TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
 {
-    QStringList titles, file, spectra;
+    QStringList titles;
+    QMap<QString, QStringList> commands;
     for (const QAction *menu : window->menuBar()->actions()) {
         titles.append(menu->text());
-        for (const QAction *action : menu->menu()->actions()) {
-            if (menu->text() == "&File")
-                file.append(action->text());
-            if (menu->text() == "Spectra")
-                spectra.append(action->text());
-            if (!action->icon().isNull() || action->text().isEmpty())
-                continue;
-        }
+        for (const QAction *command : menu->menu()->actions())
+            commands[menu->text()].append(command->text());
     }
     EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "Spectra", "&View", "&Help"}));
-    EXPECT_EQ(file,
+    EXPECT_EQ(commands["&File"],
               (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
-    EXPECT_EQ(spectra, (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
+    EXPECT_EQ(commands["Spectra"],
+              (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");

@@ -1,5 +1,7 @@
 #include "gui/morvantide/morvantideinfowindow.h"
 
+#include "support/namedspectrum.h"
+
 #include <QAbstractItemModel>
 #include <QApplication>
 #include <QColorDialog>
@@ -15,23 +17,13 @@
 
 namespace {
 
-SpectMath::SpectrumInfoPointer info(const QString &name, const QString &hash, const QString &inverter,
-                                    const QString &comment = {})
-{
-    auto made = std::make_shared<SpectMath::SpectrumInfo>();
-    made->name = name;
-    made->hash = hash;
-    made->inverterName = inverter;
-    made->comment = comment;
-    return made;
-}
-
 class InfoWindow : public ::testing::Test {
 protected:
     InfoWindow()
     {
         ui->setData(std::make_shared<Spectrometer::RecordMetadata>(),
-                    {info("p", "aaaa", "", "one"), info("p", "bbbb", "", "two"), info("q", "cccc", "inv")});
+                    {namedSpectrum("p", "aaaa", "", "one"), namedSpectrum("p", "bbbb", "", "two"),
+                     namedSpectrum("q", "cccc", "inv")});
         ui->publish();
         window.show();
     }
@@ -123,7 +115,7 @@ TEST_F(InfoWindow, ButtonsFollowTheSelectionAndTheSelectionItsSpectra)
     select({0, 2});
     EXPECT_EQ(enabled(), "x-x");
     ui->removeSpectrum(spectrum(1));
-    ui->addSpectrum(info("r", "dddd", ""), "reinv-1");
+    ui->addSpectrum(namedSpectrum("r", "dddd", ""), "reinv-1");
     ui->publish();
     EXPECT_EQ(selectedIds(), (QStringList{"aaaa", "cccc"})) << "in their new places";
     ui->removeSpectrum(spectrum(0));

@@ -15,7 +15,7 @@ class RandomOrders : public ReviewWindow {
 protected:
     RandomOrders() : ReviewWindow(1800)
     {
-        writeDemo("other", 2400, 2);
+        writeDemoData(path("other"), 2400, 1, 2);
         m_files = writeVariants(6) + writeVariants(2, "ions") +
                   QStringList{"inverters/demo.invmap", "inverters/ions-pos.inverter", "variants"};
     }
@@ -31,7 +31,7 @@ protected:
             QTest::qWait(wait);
     }
 
-    void read() { startOpening(below(2) ? "demo" : "other"); }
+    void read() { startOpening(path(below(2) ? "demo" : "other")); }
     void invert()
     {
         if (!window->datastore() || window->isReinverting())

@@ -2,14 +2,11 @@
 
 #include "demo/zipwriter.h"
 #include "inverterfixture.h"
+#include "support/files.h"
 
 #include <QCryptographicHash>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 using namespace SpectMath;
 using Demo::ZipWriter;
@@ -22,10 +19,7 @@ protected:
     QString write(const QString &name, const QByteArray &bytes)
     {
         const QString path = dir.filePath(name);
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
+        writeFile(path, bytes);
         return path;
     }
     InverterList load(const QString &path)

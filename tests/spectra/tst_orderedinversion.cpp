@@ -13,9 +13,9 @@ class OrderedInversions : public ::testing::Test {
 protected:
     OrderedInversions() : model(8, 10, 10, 3)
     {
-        metadata.opmodes << Opmode(0, QStringLiteral("ions")) << Opmode(1, QStringLiteral("others"));
+        metadata.opmodes << Opmode(0, "ions") << Opmode(1, "others");
         auto info = std::make_shared<SpectMath::SpectrumInfo>();
-        info->opmode = QStringLiteral("ions");
+        info->opmode = "ions";
         inverters.push_back(std::make_shared<SpectMath::Inverter>(model.settings, info));
         for (int i = 0; i < 1000; ++i) {
             auto record = std::make_shared<Record>();

@@ -1,5 +1,7 @@
 #include "spectra/spectruminfo.h"
 
+#include "support/realvector.h"
+
 #include <QCryptographicHash>
 
 #include <gtest/gtest.h>
@@ -14,19 +16,12 @@ using namespace SpectMath;
 constexpr double pi = 3.14159265358979323846;
 const double inf = std::numeric_limits<double>::infinity();
 
-RealVector vectorOf(std::initializer_list<double> values)
-{
-    RealVector result(values.size());
-    std::copy(values.begin(), values.end(), result.begin());
-    return result;
-}
-
 SpectrumInfo mobilityInfo()
 {
     SpectrumInfo info;
     info.name = "ions pos";
     info.concentrationUnit = parseUnit("1/cm^3", unitTable());
-    info.mobilities = vectorOf({3.2, 1.9, 1.0, 0.51, 0.13, 0.04});
+    info.mobilities = realVector({3.2, 1.9, 1.0, 0.51, 0.13, 0.04});
     info.finish();
     return info;
 }
@@ -36,7 +31,7 @@ SpectrumInfo radiusInfo()
     SpectrumInfo info;
     info.name = "particles neg";
     info.scale = DistributionScale::radius;
-    info.radii = vectorOf({0.4, 0.9, 2.0, 4.1, 9.7, 20.0});
+    info.radii = realVector({0.4, 0.9, 2.0, 4.1, 9.7, 20.0});
     info.finish();
     return info;
 }
@@ -45,7 +40,7 @@ TEST(MobilityModel, known_points_of_the_iteration)
 {
     const SpectrumInfo info = [] {
         SpectrumInfo i;
-        i.mobilities = vectorOf({1.0, 3.2, 0.0013, -1.0});
+        i.mobilities = realVector({1.0, 3.2, 0.0013, -1.0});
         i.finish();
         return i;
     }();
@@ -170,7 +165,7 @@ double integral(const RealVector &grid, const RealVector &density, double from, 
 
 TEST(SpectrumInfo, fraction_weights_integrate_the_interpolated_density)
 {
-    const RealVector density = vectorOf({3.0, 7.0, 1.0, 4.0, 9.0, 2.0});
+    const RealVector density = realVector({3.0, 7.0, 1.0, 4.0, 9.0, 2.0});
     const auto at = [](const SpectrumInfo &info, double point) {
         return info.scale == DistributionScale::mobility
                    ? MobilitySize::fromMobility(info.model, point * 1e-4, info.model.mobilityUnit)
@@ -228,7 +223,7 @@ TEST(SpectrumInfo, fraction_weights_of_open_and_missing_limits)
         EXPECT_NEAR(sum(below) + sum(above), sum(trapezoid), 1e-3) << "0.1 % off in the axis conversion";
     }
     SpectrumInfo single;
-    single.mobilities = vectorOf({1.0});
+    single.mobilities = realVector({1.0});
     single.finish();
     const MobilitySize all = MobilitySize::fromDiameter(single.model, 0.0, Unit::nanometre);
     EXPECT_EQ(single.fractionWeights(all, all, ConcentrationType::volume).size(), 1u);

@@ -1,11 +1,10 @@
 #include "util/zipreader.h"
 
 #include "demo/zipwriter.h"
+#include "support/files.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -30,10 +29,8 @@ protected:
 
     QString write(const QByteArray &bytes)
     {
-        QFile file(m_dir.filePath("pack.zip"));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(bytes);
-        return file.fileName();
+        writeFile(m_dir.filePath("pack.zip"), bytes);
+        return m_dir.filePath("pack.zip");
     }
     QByteArray dataOf(const QByteArray &archive, const QString &name)
     {
