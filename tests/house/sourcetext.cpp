@@ -24,7 +24,7 @@ QString textOf(const QString &relativePath)
 
 QStringList includesOf(const QString &text)
 {
-    static const QRegularExpression include(QStringLiteral("^\\s*#\\s*include\\s*[<\"]([^>\"]+)[>\"]"),
+    static const QRegularExpression include("^\\s*#\\s*include\\s*[<\"]([^>\"]+)[>\"]",
                                             QRegularExpression::MultilineOption);
     QStringList includes;
     for (auto it = include.globalMatch(text); it.hasNext();)
@@ -42,8 +42,8 @@ QString withoutCommentsAndTexts(const QString &text)
     for (auto it = token.globalMatch(text); it.hasNext();) {
         const auto match = it.next();
         for (int i = match.capturedStart(); i < match.capturedEnd(); ++i) {
-            if (result[i] != QLatin1Char('\n'))
-                result[i] = QLatin1Char(' ');
+            if (result[i] != '\n')
+                result[i] = ' ';
         }
     }
     return result;
@@ -51,20 +51,20 @@ QString withoutCommentsAndTexts(const QString &text)
 
 QList<int> chainedArgLines(const QString &text)
 {
-    static const QRegularExpression call(QStringLiteral("\\.arg\\s*\\("));
-    static const QRegularExpression next(QStringLiteral("\\G\\s*\\.arg\\s*\\("));
+    static const QRegularExpression call("\\.arg\\s*\\(");
+    static const QRegularExpression next("\\G\\s*\\.arg\\s*\\(");
     const QString code = withoutCommentsAndTexts(text);
     QList<int> lines;
     for (auto it = call.globalMatch(code); it.hasNext();) {
         int at = it.next().capturedEnd();
         for (int depth = 1; at < code.size() && depth > 0; ++at) {
-            if (code[at] == QLatin1Char('('))
+            if (code[at] == '(')
                 ++depth;
-            else if (code[at] == QLatin1Char(')'))
+            else if (code[at] == ')')
                 --depth;
         }
         if (next.match(code, at).hasMatch())
-            lines << 1 + code.left(at).count(QLatin1Char('\n'));
+            lines << 1 + code.left(at).count('\n');
     }
     return lines;
 }

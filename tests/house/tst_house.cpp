@@ -10,7 +10,7 @@
 
 namespace {
 
-const QStringList sourceNames{QStringLiteral("*.cpp"), QStringLiteral("*.h")};
+const QStringList sourceNames{"*.cpp", "*.h"};
 
 /// A folder, and the folders whose headers it may show or use besides its own. The longest folder that a path starts
 /// with is its room.
@@ -53,8 +53,8 @@ QString roomOf(const QString &path)
 {
     QString best;
     for (const Room &room : rooms) {
-        const QString folder = QString::fromLatin1(room.folder);
-        if (path.startsWith(folder + QLatin1Char('/')) && folder.size() > best.size())
+        const QString folder = room.folder;
+        if (path.startsWith(folder + '/') && folder.size() > best.size())
             best = folder;
     }
     return best;
@@ -63,16 +63,16 @@ QString roomOf(const QString &path)
 /// The room of an include such as "gui/common/uiinfo.h" or "demo/weather.h"; empty for a header of a library.
 QString roomOfInclude(const QString &include)
 {
-    const QString inSources = roomOf(QStringLiteral("src/") + include);
+    const QString inSources = roomOf("src/" + include);
     return inSources.isEmpty() ? roomOf(include) : inSources;
 }
 
 bool isWindowHeader(const QString &include)
 {
-    if (include.startsWith(QLatin1String("QtGui/")) || include.startsWith(QLatin1String("QtWidgets/")))
+    if (include.startsWith("QtGui/") || include.startsWith("QtWidgets/"))
         return true;
-    for (const QString &folder : QStringLiteral(WINDOW_FOLDERS).split(QLatin1Char(':'), Qt::SkipEmptyParts)) {
-        if (QFileInfo::exists(folder + QLatin1Char('/') + include))
+    for (const QString &folder : QStringLiteral(WINDOW_FOLDERS).split(':', Qt::SkipEmptyParts)) {
+        if (QFileInfo::exists(folder + '/' + include))
             return true;
     }
     return false;
@@ -80,7 +80,7 @@ bool isWindowHeader(const QString &include)
 
 QString readable(const QStringList &faults)
 {
-    return faults.join(QLatin1Char('\n'));
+    return faults.join('\n');
 }
 
 } // namespace
@@ -90,14 +90,12 @@ TEST(House, EveryRoomIncludesOnlyWhatItNeeds)
     QStringList faults;
     int seen = 0;
     for (const Room &room : rooms) {
-        const QString folder = QString::fromLatin1(room.folder);
+        const QString folder = room.folder;
         QStringList allowed{folder};
-        for (const QString &need : QString::fromLatin1(room.needs).split(QLatin1Char(' '), Qt::SkipEmptyParts))
-            allowed << (need == QLatin1String("resources") || need == QLatin1String("demo")
-                            ? need
-                            : QStringLiteral("src/") + need);
+        for (const QString &need : QString::fromLatin1(room.needs).split(' ', Qt::SkipEmptyParts))
+            allowed << (need == "resources" || need == "demo" ? need : "src/" + need);
         // Programs' own headers of the drawing half stand below src/batch.
-        allowed << (folder == QLatin1String("src/batch") ? QStringLiteral("src/batch/render") : folder);
+        allowed << (folder == "src/batch" ? "src/batch/render" : folder);
         for (const QString &file : filesBelow(folder, sourceNames)) {
             if (roomOf(file) != folder)
                 continue;
@@ -105,9 +103,9 @@ TEST(House, EveryRoomIncludesOnlyWhatItNeeds)
             for (const QString &include : includesOf(textOf(file))) {
                 const QString other = roomOfInclude(include);
                 if (!other.isEmpty() && !allowed.contains(other))
-                    faults << QStringLiteral("%1 includes %2").arg(file, include);
+                    faults << QString("%1 includes %2").arg(file, include);
                 if (other.isEmpty() && !room.windows && isWindowHeader(include))
-                    faults << QStringLiteral("%1 includes the window header %2").arg(file, include);
+                    faults << QString("%1 includes the window header %2").arg(file, include);
             }
         }
     }
@@ -120,35 +118,33 @@ TEST(House, WindowHeadersAreKnownFromOthers)
     if (QStringLiteral(WINDOW_FOLDERS).isEmpty())
         GTEST_SKIP() << "built without windows";
     for (const char *name : {"QImage", "QWidget", "QtWidgets/QLabel", "qwt_plot.h", "QTest"})
-        EXPECT_TRUE(isWindowHeader(QString::fromLatin1(name))) << name;
+        EXPECT_TRUE(isWindowHeader(name)) << name;
     for (const char *name : {"QString", "vector", "QtCore/QFile", "fmt/format.h"})
-        EXPECT_FALSE(isWindowHeader(QString::fromLatin1(name))) << name;
+        EXPECT_FALSE(isWindowHeader(name)) << name;
 }
 
 TEST(House, EverySourceIsListedByItsFolder)
 {
     QStringList faults;
-    const QStringList folders{QStringLiteral("src"), QStringLiteral("demo"), QStringLiteral("tests"),
-                              QStringLiteral("bench")};
+    const QStringList folders{"src", "demo", "tests", "bench"};
     QString testLists;
-    for (const QString &list : filesBelow(QStringLiteral("tests"), {QStringLiteral("CMakeLists.txt")}))
+    for (const QString &list : filesBelow("tests", {"CMakeLists.txt"}))
         testLists += textOf(list);
     for (const QString &folder : folders) {
-        for (const QString &file : filesBelow(folder, {QStringLiteral("*.cpp"), QStringLiteral("*.h")})) {
-            const bool isRoom = folder == QLatin1String("src") || folder == QLatin1String("demo");
-            if (!isRoom && file.endsWith(QLatin1String(".h")))
+        for (const QString &file : filesBelow(folder, {"*.cpp", "*.h"})) {
+            const bool isRoom = folder == "src" || folder == "demo";
+            if (!isRoom && file.endsWith(".h"))
                 continue; // declares no QObject, or its target says so
-            if (file.startsWith(QLatin1String("tests/support/")) && testLists.contains(QFileInfo(file).fileName()))
+            if (file.startsWith("tests/support/") && testLists.contains(QFileInfo(file).fileName()))
                 continue; // helpers are listed by the tests that use them
             // The list of a folder may stand in a CMakeLists.txt above it.
             bool listed = false;
-            for (QString parent = QFileInfo(file).path(); !listed && parent != QLatin1String(".");
-                 parent = QFileInfo(parent).path()) {
-                const QString list = textOf(parent + QStringLiteral("/CMakeLists.txt"));
+            for (QString parent = QFileInfo(file).path(); !listed && parent != "."; parent = QFileInfo(parent).path()) {
+                const QString list = textOf(parent + "/CMakeLists.txt");
                 const QString name = QRegularExpression::escape(file.mid(parent.size() + 1));
-                listed = list.contains(QRegularExpression(QStringLiteral("(^|[\\s/])%1[\\s)]").arg(name)));
+                listed = list.contains(QRegularExpression(QString("(^|[\\s/])%1[\\s)]").arg(name)));
             }
-            if (!listed && !textOf(QStringLiteral("cmake/Rooms.cmake")).contains(QFileInfo(file).fileName()))
+            if (!listed && !textOf("cmake/Rooms.cmake").contains(QFileInfo(file).fileName()))
                 faults << file;
         }
     }
@@ -163,10 +159,10 @@ TEST(House, NoConversionObeysTheUsersLocale)
                        "istringstream|stringstream)\\b\\s*[(<\\w]|\\bto_string\\s*\\("));
     QStringList faults;
     for (const char *folder : {"src", "demo"}) {
-        for (const QString &file : filesBelow(QString::fromLatin1(folder), sourceNames)) {
+        for (const QString &file : filesBelow(folder, sourceNames)) {
             const QString code = withoutCommentsAndTexts(textOf(file));
             for (auto it = call.globalMatch(code); it.hasNext();)
-                faults << QStringLiteral("%1: %2").arg(file, it.next().captured());
+                faults << QString("%1: %2").arg(file, it.next().captured());
         }
     }
     EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));
@@ -175,13 +171,13 @@ TEST(House, NoConversionObeysTheUsersLocale)
 /// "%1 %2" filled by two calls in a row fills a "%2" inside the first value as well.
 TEST(House, MarkersAreFilledInOnePass)
 {
-    EXPECT_EQ(chainedArgLines(QStringLiteral("a.arg(b(1), c);\nx.arg(y(\")\"))\n  .arg(z);")), QList<int>{2});
-    EXPECT_EQ(chainedArgLines(QStringLiteral("a.arg(b.arg(c)); // x.arg(1).arg(2)")), QList<int>{});
+    EXPECT_EQ(chainedArgLines("a.arg(b(1), c);\nx.arg(y(\")\"))\n  .arg(z);"), QList<int>{2});
+    EXPECT_EQ(chainedArgLines("a.arg(b.arg(c)); // x.arg(1).arg(2)"), QList<int>{});
     QStringList faults;
     for (const char *folder : {"src", "demo"}) {
-        for (const QString &file : filesBelow(QString::fromLatin1(folder), sourceNames)) {
+        for (const QString &file : filesBelow(folder, sourceNames)) {
             for (int line : chainedArgLines(textOf(file)))
-                faults << QStringLiteral("%1:%2").arg(file, QString::number(line));
+                faults << QString("%1:%2").arg(file, QString::number(line));
         }
     }
     EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));

@@ -1,10 +1,7 @@
-#include "batch/reinvertcommand.h"
 #include "batch/savecommand.h"
 #include "datafiles/filereader.h"
 #include "gui/morvantide/datasaverdialog.h"
 #include "gui/morvantide/savewarnings.h"
-#include "spectra/inverterfiles.h"
-#include "spectra/recordinversion.h"
 #include "support/demodata.h"
 #include "support/files.h"
 
@@ -29,10 +26,6 @@ protected:
     {
         s_folder = new QTemporaryDir;
         writeDemoData(s_folder->filePath("demo"), 600);
-        // An inverter that goes by another name than the one whose spectra are in the files.
-        QByteArray other = contentOf(s_folder->filePath("inverters/particles-neg.inverter"));
-        writeFile(s_folder->filePath("inverters/other.inverter"),
-                  other.replace("inverter_name: demo", "inverter_name: other"));
     }
     static void TearDownTestSuite() { delete s_folder; }
 
@@ -48,23 +41,6 @@ protected:
                              if (entry.source == "filewriter" && entry.level <= Log::Info)
                                  messages << Log::levelName(entry.level) + ": " + entry.message;
                          });
-    }
-
-    /// As the window does it: the new in place of what has the same hash, behind the others.
-    void reinvert(const QStringList &paths)
-    {
-        const auto inverters = SpectMath::loadChosenInverters(paths, unitTable(), nullptr);
-        for (const auto &inverter : inverters) {
-            if (const auto old = ui->spectrumById(inverter->info()->hash)) {
-                reader.datastore()->removeSpectrum(old.get());
-                ui->removeSpectrum(old.get());
-            }
-            ui->addSpectrum(inverter->info(), "reinv-1");
-        }
-        for (const auto &record : reader.datastore()->records())
-            reader.datastore()->addSpectra(SpectMath::invertRecord(
-                inverters, *record, *reader.metadata(), [](int, const QString &text) { FAIL() << qPrintable(text); }));
-        ui->publish();
     }
 
     std::unique_ptr<DataSaverDialog> makeDialog(const QString &variant = "saved")
@@ -98,23 +74,6 @@ protected:
 
     QString output() const { return ownFolder.filePath("out"); }
     QStringList written() const { return filesIn(output()); }
-    Batch::SaveOptions options(const QString &folder) const
-    {
-        Batch::SaveOptions save;
-        save.read.folder = s_folder->filePath("demo");
-        save.read.variant = "block";
-        save.outputFolder = ownFolder.filePath(folder);
-        save.outputVariant = "saved";
-        save.inversionVars = true;
-        return save;
-    }
-    void expectSameFiles(const QString &folder) const
-    {
-        EXPECT_EQ(written(), filesIn(folder));
-        for (const QString &name : written())
-            EXPECT_TRUE(contentOf(output() + "/" + name) == contentOf(folder + "/" + name)) << qPrintable(name);
-    }
-
     static QTemporaryDir *s_folder;
     QTemporaryDir ownFolder;
     FileReader reader;
@@ -137,25 +96,17 @@ TEST_F(Saving, ItsFilesAreThoseOfTheCommand)
     pressSave(*dialog);
     EXPECT_EQ(written().size(), 3);
     EXPECT_TRUE(dialog->isVisible()) << "ready for the next save";
-    ASSERT_EQ(Batch::runSave(options("command")), 0);
-    expectSameFiles(ownFolder.filePath("command"));
-}
-
-TEST_F(Saving, ReinvertedFilesAreThoseOfTheCommand)
-{
-    // The second replaces a spectrum that was read: its columns go behind the rest.
-    const QStringList inverters{s_folder->filePath("inverters/other.inverter"),
-                                s_folder->filePath("inverters/particles-neg.inverter")};
-    reinvert(inverters);
-    const auto dialog = makeDialog();
-    dialog->findChild<QCheckBox *>("saveInversionVarsCheckBox")->setChecked(true);
-    pressSave(*dialog);
-    EXPECT_EQ(written(), (QStringList{ions, particles}));
-
-    Batch::ReinvertOptions reinvert{options("command"), inverters, false, 2};
-    reinvert.save.records = false;
-    ASSERT_EQ(Batch::runReinvert(reinvert), 0);
-    expectSameFiles(ownFolder.filePath("command"));
+    Batch::SaveOptions command;
+    command.read.folder = s_folder->filePath("demo");
+    command.read.variant = "block";
+    command.outputFolder = ownFolder.filePath("command");
+    command.outputVariant = "saved";
+    command.inversionVars = true;
+    ASSERT_EQ(Batch::runSave(command), 0);
+    EXPECT_EQ(written(), filesIn(command.outputFolder));
+    for (const QString &name : written())
+        EXPECT_TRUE(contentOf(output() + "/" + name) == contentOf(command.outputFolder + "/" + name))
+            << qPrintable(name);
 }
 
 TEST_F(Saving, WhatIsNotTickedIsNotWritten)
