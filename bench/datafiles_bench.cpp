@@ -12,7 +12,6 @@
 
 #include <double-conversion/string-to-double.h>
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>

@@ -24,26 +24,35 @@ double median(std::vector<double> values)
     return percentile(std::move(values), 0.5);
 }
 
+double timeOf(const std::function<void()> &work)
+{
+    const double begin = microseconds(CLOCK_PROCESS_CPUTIME_ID);
+    work();
+    return (microseconds(CLOCK_PROCESS_CPUTIME_ID) - begin) * 1e-3;
+}
+
+void countTimes(benchmark::State &state, const std::vector<double> &ours, const std::vector<double> &other)
+{
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < ours.size(); ++i)
+        ratios.push_back(other[i] / ours[i]);
+    state.counters["ours_ms"] = median(ours);
+    state.counters["other_ms"] = median(other);
+    state.counters["other/ours"] = median(ratios);
+}
+
 void compare(benchmark::State &state, const std::function<void()> &ours, const std::function<void()> &other)
 {
-    const auto milliseconds = [](const std::function<void()> &work) {
-        const double begin = microseconds(CLOCK_PROCESS_CPUTIME_ID);
-        work();
-        return (microseconds(CLOCK_PROCESS_CPUTIME_ID) - begin) * 1e-3;
-    };
     for (int i = 0; i < 3; ++i) {
         ours();
         other();
     }
-    std::vector<double> oursTimes, otherTimes, ratios;
+    std::vector<double> oursTimes, otherTimes;
     for (auto _ : state) {
-        oursTimes.push_back(milliseconds(ours));
-        otherTimes.push_back(milliseconds(other));
-        ratios.push_back(otherTimes.back() / oursTimes.back());
+        oursTimes.push_back(timeOf(ours));
+        otherTimes.push_back(timeOf(other));
     }
-    state.counters["ours_ms"] = median(oursTimes);
-    state.counters["other_ms"] = median(otherTimes);
-    state.counters["other/ours"] = median(ratios);
+    countTimes(state, oursTimes, otherTimes);
 }
 
 double bytesInUse()

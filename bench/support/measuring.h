@@ -14,7 +14,11 @@ double median(std::vector<double> values);
 /// The value below which that share of all lies; 1 is the greatest. 0 for none.
 double percentile(std::vector<double> values, double share);
 
-/// Runs two ways by turns and counts the medians of their processor times, in milliseconds, and of other / ours.
+/// Processor time of this process in milliseconds.
+double timeOf(const std::function<void()> &work);
+/// Counts the medians of the times of two ways, in milliseconds, and of other / ours.
+void countTimes(benchmark::State &state, const std::vector<double> &ours, const std::vector<double> &other);
+/// Runs two ways by turns and counts their processor times.
 void compare(benchmark::State &state, const std::function<void()> &ours, const std::function<void()> &other);
 
 /// Bytes that the process has from the allocator.

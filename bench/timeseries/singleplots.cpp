@@ -7,8 +7,6 @@
 #include "timeseries/bareplot.h"
 #include "timeseries/peers.h"
 
-#include <cmath>
-
 namespace {
 
 constexpr int width = 1600;

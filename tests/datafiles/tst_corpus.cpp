@@ -1,8 +1,5 @@
 #include "datafiles/reading.h"
 
-#include <QElapsedTimer>
-#include <QSet>
-
 namespace {
 
 /// What one damaged or odd file must come to: the records it gives, the lines that no reader took, and what is said of

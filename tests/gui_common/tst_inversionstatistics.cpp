@@ -23,18 +23,6 @@ void add(Datastore &store, const SpectMath::SpectrumInfoPointer &info, double er
 
 } // namespace
 
-TEST(InversionStatistics, Quantiles)
-{
-    const auto one = InversionStatistics::quantiles({7});
-    EXPECT_EQ(one.q10, 7);
-    EXPECT_EQ(one.q50, 7);
-    EXPECT_EQ(one.q90, 7);
-    const auto eleven = InversionStatistics::quantiles({10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0});
-    EXPECT_EQ(eleven.q10, 1);
-    EXPECT_EQ(eleven.q50, 5);
-    EXPECT_EQ(eleven.q90, 9);
-}
-
 TEST(InversionStatistics, ReportsWhatHasMoreThanTenValues)
 {
     Datastore store;
@@ -42,7 +30,7 @@ TEST(InversionStatistics, ReportsWhatHasMoreThanTenValues)
     const auto z = namedSpectrum("z", "1", "inv", "c"), a = namedSpectrum("a spectrum", "2", "", "comment"),
                few = namedSpectrum("few", "3", "inv");
     for (int i = 0; i < 11; ++i) {
-        add(store, z, 0.1 * i);
+        add(store, z, 0.1 * (i * 7 % 11)); // in no order
         add(store, a, 1234567 + i);
         if (i < 10)
             add(store, few, i);

@@ -1,7 +1,6 @@
 #include "house/sourcetext.h"
 
 #include <QFileInfo>
-#include <QMap>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>

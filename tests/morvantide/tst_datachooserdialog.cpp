@@ -4,12 +4,10 @@
 #include "gui/morvantide/settingsfile.h"
 #include "support/files.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDialogButtonBox>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
 

@@ -2,8 +2,6 @@
 #include "gui/morvantide/reinversion.h"
 #include "morvantide/reviewwindow.h"
 
-#include <QElapsedTimer>
-
 #include <random>
 
 // Reading, inverting, cancelling, saving and closing in random orders. Meant for the sanitizers: nothing is expected

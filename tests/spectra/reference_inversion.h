@@ -5,7 +5,6 @@
 #include <boost/numeric/ublas/symmetric.hpp>
 
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 

@@ -1,7 +1,5 @@
 #include "util/timeformat.h"
 
-#include <QTimeZone>
-
 #include <gtest/gtest.h>
 
 #include <random>
