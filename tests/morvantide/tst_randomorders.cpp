@@ -1,4 +1,4 @@
-#include "datafiles/plainfileoutput.h"
+#include "datafiles/recordwriting.h"
 #include "gui/morvantide/reinversion.h"
 #include "morvantide/reviewwindow.h"
 
@@ -53,20 +53,15 @@ protected:
         const auto store = window->datastore();
         if (!store)
             return;
-        Spectrometer::PlainFileOutput::Settings settings;
-        settings.folder = path("saved");
-        settings.fileNamePattern = "%Y%m%d";
-        settings.timeFormat = "%Y-%m-%d %H:%M:%s";
-        settings.variants[0].name = "saved";
-        settings.metadata = std::make_shared<Spectrometer::RecordMetadata>(*window->uiInfo()->metadata());
-        for (const auto &info : window->uiInfo()->spectrumInfos())
-            settings.spectra[info->opmode] << info;
+        const auto metadata = std::make_shared<Spectrometer::RecordMetadata>(*window->uiInfo()->metadata());
+        auto settings = Spectrometer::dayFileSettings(path("saved"), "saved", metadata);
+        settings.spectra = Spectrometer::spectraByMode(*store, *metadata, window->uiInfo()->spectrumInfos().toVector());
         Spectrometer::PlainFileOutput output(settings);
-        for (int i = 0; i < store->size(); ++i) {
-            output.writeSpectraRow(*store->at(i));
-            if (i % 20 == 0)
+        Spectrometer::writeRecords(output, *store, [](int done) {
+            if (done % 20 == 0)
                 QCoreApplication::processEvents();
-        }
+            return true;
+        });
         EXPECT_EQ(output.counts().lost, 0);
     }
     void renew()
