@@ -1,13 +1,9 @@
 #include "spectra/eliminationkernels.h"
 
+#include "util/processors.h"
+
 #include <algorithm>
 
-// The resolvers of cloned functions run before the thread sanitizer is up.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_THREAD__)
-#define FOR_EACH_PROCESSOR __attribute__((target_clones("avx2", "default")))
-#else
-#define FOR_EACH_PROCESSOR
-#endif
 #define INLINED inline __attribute__((always_inline))
 
 namespace SpectMath::Kernels {
@@ -120,7 +116,7 @@ SystemShape SystemShape::of(std::size_t order, std::size_t besides)
     return shape;
 }
 
-FOR_EACH_PROCESSOR
+MORVANTIDE_FOR_EACH_PROCESSOR
 void normalMatrix(const SystemShape &shape, const double *a, const double *weights, std::size_t rows, double *weighted,
                   double *normal)
 {
@@ -148,7 +144,7 @@ void normalMatrix(const SystemShape &shape, const double *a, const double *weigh
         normal[i * n + i] = 1.0;
 }
 
-FOR_EACH_PROCESSOR
+MORVANTIDE_FOR_EACH_PROCESSOR
 bool eliminate(const SystemShape &shape, double *system, double *lower, double *inversePivots, double leastPivot)
 {
     const std::size_t stride = shape.stride();
@@ -185,7 +181,7 @@ bool eliminate(const SystemShape &shape, double *system, double *lower, double *
     return true;
 }
 
-FOR_EACH_PROCESSOR
+MORVANTIDE_FOR_EACH_PROCESSOR
 void solveForward(const SystemShape &shape, const double *lower, double *z, std::size_t first)
 {
     const std::size_t n = shape.columns;
@@ -200,7 +196,7 @@ void solveForward(const SystemShape &shape, const double *lower, double *z, std:
     }
 }
 
-FOR_EACH_PROCESSOR
+MORVANTIDE_FOR_EACH_PROCESSOR
 void solveBackward(const SystemShape &shape, const double *lower, const double *inversePivots, double *z)
 {
     const std::size_t n = shape.columns;
@@ -223,7 +219,7 @@ void solveBackward(const SystemShape &shape, const double *lower, const double *
     }
 }
 
-FOR_EACH_PROCESSOR
+MORVANTIDE_FOR_EACH_PROCESSOR
 void inverseDiagonal(const SystemShape &shape, const double *system, const double *inversePivots, const double *z,
                      double *diagonal, double *x)
 {
@@ -241,7 +237,7 @@ void inverseDiagonal(const SystemShape &shape, const double *system, const doubl
     }
 }
 
-FOR_EACH_PROCESSOR
+MORVANTIDE_FOR_EACH_PROCESSOR
 void bandOfProduct(const SystemShape &shape, const double *system, const double *inversePivots, double *diagonal,
                    double *overlap)
 {
@@ -263,7 +259,7 @@ void bandOfProduct(const SystemShape &shape, const double *system, const double 
     }
 }
 
-FOR_EACH_PROCESSOR
+MORVANTIDE_FOR_EACH_PROCESSOR
 void addRowTimes(const double *row, const double *matrix, std::size_t rows, std::size_t columns, double *out)
 {
     for (std::size_t j = 0; j < columns; j += tileColumns) {

@@ -103,7 +103,27 @@ void SpanIndex::fetchIfCrossing(std::size_t i, std::int64_t tick) const
     const Block &block = blockOf(i);
     if (block.firstBegin >= tick || block.greatestEnd < tick)
         return;
-    fetch(block);
+    const std::size_t slot = guessSlot((m_front + i) / blockSize, tick);
+    __builtin_prefetch(&block.spans->begins[slot]);
+    __builtin_prefetch(&block.spans->ends[slot]);
+}
+
+std::size_t SpanIndex::guessSlot(std::size_t block, std::int64_t tick) const
+{
+    const std::size_t first = firstSlotOf(block), end = endSlotOf(block);
+    const std::int64_t from = m_blocks[block].firstBegin;
+    const bool followed = block + 1 < m_blocks.size();
+    const std::int64_t to = followed ? m_blocks[block + 1].firstBegin : m_blocks[block].greatestEnd;
+    if (tick <= from || to <= from)
+        return first;
+    const double share = (double(tick) - double(from)) / (double(to) - double(from));
+    return std::min(first + std::size_t(std::min(share, 1.0) * double(end - first)), end - 1);
+}
+
+std::size_t SpanIndex::guessInRun(std::size_t i, std::int64_t tick) const
+{
+    const std::size_t slot = guessSlot((m_front + i) / blockSize, tick);
+    return slot - std::min(slot, slotOf(i));
 }
 
 void SpanIndex::fetchAround(std::int64_t tick) const
@@ -122,9 +142,16 @@ void SpanIndex::fetch(const Block &block)
 
 SpanIndex::Run SpanIndex::runFrom(std::size_t i) const
 {
-    const Spans &spans = *blockOf(i).spans;
+    const Block &block = blockOf(i);
     const std::size_t slot = slotOf(i);
-    return {spans.begins.data() + slot, spans.ends.data() + slot, std::min(blockSize - slot, m_size - i)};
+    const std::int64_t *const begins = block.spans->begins.data() + slot, *const ends = block.spans->ends.data() + slot;
+    const bool knowsFirst = block.endsAscend && slot == firstSlotOf((m_front + i) / blockSize);
+    return {begins,
+            ends,
+            std::min(blockSize - slot, m_size - i),
+            block.endsAscend,
+            knowsFirst ? block.firstBegin : *begins,
+            knowsFirst ? block.leastEnd : *ends};
 }
 
 void SpanIndex::append(RecordTime beginTime, RecordTime endTime)
@@ -132,10 +159,11 @@ void SpanIndex::append(RecordTime beginTime, RecordTime endTime)
     const std::size_t slot = slotOf(m_size);
     const std::int64_t endTick = endTicks(beginTime, endTime);
     if (slot == 0)
-        m_blocks.push_back({ticksOf(beginTime), endTick, endTick, std::make_unique<Spans>()});
+        m_blocks.push_back({ticksOf(beginTime), endTick, endTick, true, makeInSlab<Spans>()});
     Block &last = m_blocks.back();
     last.spans->begins[slot] = ticksOf(beginTime);
     last.spans->ends[slot] = endTick;
+    last.endsAscend = last.endsAscend && endTick >= last.greatestEnd;
     last.leastEnd = std::min(last.leastEnd, endTick);
     last.greatestEnd = std::max(last.greatestEnd, endTick);
     ++m_size;
@@ -193,8 +221,9 @@ void SpanIndex::refresh(std::size_t block)
     Block &b = m_blocks[block];
     const std::size_t first = firstSlotOf(block);
     b.firstBegin = b.spans->begins[first];
-    const auto &ends = b.spans->ends;
-    const auto [least, greatest] = std::minmax_element(ends.begin() + first, ends.begin() + endSlotOf(block));
+    const auto from = b.spans->ends.begin() + first, to = b.spans->ends.begin() + endSlotOf(block);
+    const auto [least, greatest] = std::minmax_element(from, to);
+    b.endsAscend = std::is_sorted(from, to);
     b.leastEnd = *least;
     b.greatestEnd = *greatest;
 }

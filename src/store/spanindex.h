@@ -1,11 +1,11 @@
 #pragma once
 
 #include "util/recordtime.h"
+#include "util/slabarray.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <memory>
 #include <vector>
 
 /// The begin and end times of the entries of a sequence that ascends in begin time, apart from the entries themselves,
@@ -30,8 +30,11 @@ public:
     /// Whether all begins and ends of that block lie in [from, until).
     bool blockLiesWithin(std::size_t i, std::int64_t from, std::int64_t until) const;
 
-    /// Asks for the times of the block that holds entry i to be brought into the cache, if the tick lies between them;
-    /// i may be beyond the end.
+    /// Where the tick lies in the run that runFrom(i) gives, if the entries of its block follow each other evenly: a
+    /// place to begin a search at, below the run's size.
+    std::size_t guessInRun(std::size_t i, std::int64_t tick) const;
+    /// If the tick lies within the block that holds entry i, asks for the times there to be brought into the cache; i
+    /// may be beyond the end.
     void fetchIfCrossing(std::size_t i, std::int64_t tick) const;
 
     /// The same for the block that lowerBound() of that tick will look into.
@@ -41,6 +44,8 @@ public:
     struct Run {
         const std::int64_t *begins, *ends;
         std::size_t size;
+        bool endsAscend;                   ///< as begins always do; false may be said of a run in which they do
+        std::int64_t firstBegin, firstEnd; ///< of the first entry, without a look at the arrays where that is known
     };
     Run runFrom(std::size_t i) const;
 
@@ -73,7 +78,8 @@ private:
         std::int64_t firstBegin;
         std::int64_t leastEnd;
         std::int64_t greatestEnd;
-        std::unique_ptr<Spans> spans;
+        bool endsAscend;
+        SlabPointer<Spans> spans; ///< among the records, on large pages: a column needs but few of them
     };
 
     // Entry i stands at place m_front + i of the blocks, one after the other.
@@ -87,6 +93,7 @@ private:
     void refresh(std::size_t block);
     /// The number of blocks that begin before the tick.
     std::size_t blocksBefore(std::int64_t tick) const;
+    std::size_t guessSlot(std::size_t block, std::int64_t tick) const;
     static void fetch(const Block &block);
 
     std::vector<Block> m_blocks;

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <initializer_list>
 #include <iterator>
+#include <memory>
+#include <new>
 
 /// Memory for the many small arrays and objects of a store: pieces cut one after the other from slabs of 2 MB, each
 /// slab given back as a whole when the last of its pieces is released. A piece costs no header. Cutting is per thread
@@ -33,6 +35,24 @@ struct SlabAllocator {
     friend bool operator==(SlabAllocator, SlabAllocator) noexcept { return true; }
     friend bool operator!=(SlabAllocator, SlabAllocator) noexcept { return false; }
 };
+
+/// One object in slab memory, its members without a value where they have no initializer.
+template<typename T>
+struct SlabDelete {
+    void operator()(T *object) const noexcept
+    {
+        object->~T();
+        Slab::release(object, sizeof(T));
+    }
+};
+template<typename T>
+using SlabPointer = std::unique_ptr<T, SlabDelete<T>>;
+template<typename T>
+SlabPointer<T> makeInSlab()
+{
+    static_assert(alignof(T) <= 8, "slab pieces are 8-byte aligned");
+    return SlabPointer<T>(new (Slab::allocate(sizeof(T))) T);
+}
 
 /// An array of doubles in slab memory, as the storage of uBLAS vectors and banded matrices:
 /// boost::numeric::ublas::vector<double, SlabArray>. New elements of resize(n, fill) take the fill value, those of

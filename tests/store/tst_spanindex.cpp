@@ -69,9 +69,14 @@ void expectEqual(const SpanIndex &index, const PlainSpans &plain)
             ASSERT_TRUE(index.blockLiesWithin(i, from, until)) << i;
             ASSERT_FALSE(index.blockLiesWithin(i, from + 1, until)) << i;
             ASSERT_FALSE(index.blockLiesWithin(i, from, until - 1)) << i;
-            ASSERT_EQ(index.runFrom(i).size, first + size - i) << i;
-            ASSERT_EQ(index.runFrom(i).begins[0], plain.spans[i].begin) << i;
-            ASSERT_EQ(index.runFrom(i).ends[0], plain.spans[i].end) << i;
+            const SpanIndex::Run run = index.runFrom(i);
+            ASSERT_EQ(run.size, first + size - i) << i;
+            ASSERT_EQ(run.begins[0], plain.spans[i].begin) << i;
+            ASSERT_EQ(run.ends[0], plain.spans[i].end) << i;
+            ASSERT_EQ(run.firstBegin, plain.spans[i].begin) << i;
+            ASSERT_EQ(run.firstEnd, plain.spans[i].end) << i;
+            ASSERT_TRUE(!run.endsAscend || std::is_sorted(run.ends, run.ends + run.size)) << i;
+            ASSERT_LT(index.guessInRun(i, plain.spans[first].begin + std::int64_t(i)), run.size) << i;
         }
     }
 }
