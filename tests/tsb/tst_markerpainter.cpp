@@ -49,27 +49,29 @@ TEST(MarkerPainter, what_is_held_back_gives_the_picture_of_each_marker)
             const ValueScale scale{true, 0, 1, 0};
             std::uniform_real_distribution<double> value(-0.1 * height - 1, 1.1 * height + 1);
             {
-                Tsb::MarkerPainter painter(image, first, last);
+                const auto colorOf = [](Tsb::MarkerPainter::Name name) {
+                    return 0xff000000u | name * 2654435761u >> 8;
+                };
+                Tsb::MarkerPainter painter(image, first, last, colorOf);
                 for (int run = 0; run < 300; ++run) {
                     const int column = int(random() % 50) - 5; // back and forth, and outside
                     constexpr std::size_t count = 5, lines = 2;
                     double values[lines][count];
-                    Tsb::MarkerPainter::Place places[lines][count];
+                    Tsb::MarkerPlace places[lines][count];
                     for (std::size_t line = 0; line < lines; ++line) {
                         for (double &v : values[line])
                             v = random() % 20 == 0 ? std::nan("") : value(random);
-                        painter.placesOf(scale, values[line], count, places[line]);
+                        Tsb::MarkerPlaces::of(scale, height, values[line], count, places[line]);
                     }
-                    const auto colorOf = [&](std::size_t line, std::size_t k) {
-                        return qRgb(run % 256, int(line) * 100, int(k) * 40);
+                    const auto nameOf = [&](std::size_t line, std::size_t k) {
+                        return Tsb::MarkerPainter::Name(std::size_t(run) * 100 + line * 10 + k);
                     };
                     painter.setColumn(column);
                     for (std::size_t line = 0; line < lines; ++line)
-                        painter.markEach(places[line], count, lines, line,
-                                         [&](std::size_t k) { return colorOf(line, k); });
+                        painter.markEach(places[line], count, lines, line, nameOf(line, 0), 1);
                     for (std::size_t k = 0; k < count; ++k)
                         for (std::size_t line = 0; line < lines; ++line)
-                            plain.mark(column, height - values[line][k], colorOf(line, k));
+                            plain.mark(column, height - values[line][k], colorOf(nameOf(line, k)));
                 }
             }
             EXPECT_EQ(image, plain.image) << height << ' ' << first;

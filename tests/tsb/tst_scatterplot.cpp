@@ -60,9 +60,9 @@ protected:
         view.show();
     }
 
-    std::shared_ptr<Record> add(double begin, double value, int opmode = 0)
+    std::shared_ptr<Record> add(double begin, double value, int opmode = 0, double duration = 1)
     {
-        auto full = testRecord(begin, begin + 1, opmode);
+        auto full = testRecord(begin, begin + duration, opmode);
         for (RealVector *vector : {&full->variables, &full->currents, &full->rawCurrents, &full->currentVariances})
             *vector = RealVector(3, value);
         full->rawCurrents[1] = value + 1;
@@ -136,8 +136,13 @@ TEST_F(Scatter, draws_what_single_points_would)
 {
     std::mt19937 random(3);
     std::uniform_real_distribution<double> uniform(-0.3, 1.3);
-    for (int i = 0; i < 1500; ++i)
-        add(i * 0.23, i % 17 == 0 ? nan : uniform(random), i % 3 - 0 == 2 ? -1 : i % 2);
+    // Even first, then by bursts and gaps, at last with ends that go back and forth.
+    double begin = 0;
+    for (int i = 0; i < 1500; ++i) {
+        begin += i < 500 ? 0.23 : 0.23 * std::pow(random() % 16 / 10.0, 4);
+        const double duration = i < 1000 ? 1 : 0.1 + double(random() % 40);
+        add(begin, i % 17 == 0 ? nan : uniform(random), i % 3 - 0 == 2 ? -1 : i % 2, duration);
+    }
     view.setDiagnosticSelection("flow");
     view.showType(ScatterPlotSettings::Variable);
     view.scaleWidget()->setMinMax(0, 1, true);

@@ -1,5 +1,7 @@
 #include "gui/common/tsb/markerpainter.h"
 
+#include "util/processors.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -7,39 +9,21 @@ namespace Tsb {
 
 namespace {
 
-using Place = MarkerPainter::Place;
+using namespace MarkerPlaces;
+using Place = MarkerPlace;
 
-// Places: three that aren't rows, one that stays empty, the rows, and again one that stays empty.
-constexpr Place nowhere = 0;
-constexpr Place aboveTop = 1;
-constexpr Place belowBottom = 2;
-constexpr Place firstRow = 4;
 constexpr Place noPlace = std::numeric_limits<Place>::max();
 
 } // namespace
 
-MarkerPainter::MarkerPainter(QImage &image, int first, int last)
-    : m_bits(image.bits()), m_stride(image.bytesPerLine()), m_first(std::max(first, 0)),
-      m_end(std::min(last, image.width())), m_height(image.height()),
+MarkerPainter::MarkerPainter(QImage &image, int first, int last, ColorOf colorOf)
+    : m_colorOf(std::move(colorOf)), m_bits(image.bits()), m_stride(image.bytesPerLine()), m_first(std::max(first, 0)),
+      m_end(std::min(last, image.width())), m_height(std::min(image.height(), mostRows)),
       m_keys(std::size_t(firstRow) + std::size_t(m_height) + 1, 0), m_least(noPlace), m_greatest(nowhere)
 {
 }
 
-void MarkerPainter::placesOf(const ValueScale &scale, const double *values, std::size_t count, Place *places) const
-{
-    const double height = m_height, bottom = m_height - 1;
-    const ValueScale by = scale; // a copy that nothing written here can change
-    for (std::size_t i = 0; i < count; ++i) {
-        const double row = height - by.pixel(values[i]);
-        const double rounded = row + 0.5; // halves up
-        double place = nowhere - firstRow;
-        place = row >= 0 ? rounded : place;
-        place = row < 0 ? aboveTop - firstRow : place;
-        place = row > bottom ? belowBottom - firstRow : place;
-        places[i] = Place(place) + firstRow;
-    }
-}
-
+MORVANTIDE_FOR_EACH_PROCESSOR
 void MarkerPainter::noteSpan(const Place *places, std::size_t count)
 {
     Place least = m_least, greatest = m_greatest;
@@ -63,11 +47,21 @@ void MarkerPainter::flush()
         to = std::max(to, 2);
     if (m_keys[belowBottom] != 0)
         to = m_height;
-    if (m_column >= m_first - 1 && m_column <= m_end)
+    if (m_column >= m_first - 1 && m_column <= m_end) {
+        findColors();
         writeRows(std::max(from, 0), std::min(to, m_height));
+    }
     std::fill(m_keys.begin() + m_least, m_keys.begin() + m_greatest + 1, 0);
     m_least = noPlace;
     m_greatest = nowhere;
+}
+
+void MarkerPainter::findColors()
+{
+    constexpr Key order = ~Key(0) << 32;
+    for (Place place = std::max(m_least, aboveTop); place <= m_greatest; ++place)
+        if (Key &key = m_keys[std::size_t(place)])
+            key = (key & order) | m_colorOf(Name(key));
 }
 
 /// A square leaves its middle open, and a mark on the edge has no right column.

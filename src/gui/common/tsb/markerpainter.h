@@ -1,11 +1,12 @@
 #pragma once
 
-#include "gui/common/tsb/valuescale.h"
+#include "gui/common/tsb/markerplaces.h"
 
 #include <QImage>
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace Tsb {
@@ -16,18 +17,19 @@ namespace Tsb {
 ///
 /// Markers come column by column. Of the many that one column gets, each row remembers only the last, and the pixels
 /// are worked out from those when the column is left: the same picture as by writing each, at the cost of one number
-/// kept for each marker.
+/// kept for each marker. Only the colours of those that show are asked for.
 class MarkerPainter {
 public:
-    MarkerPainter(QImage &image, int first, int last);
+    /// What its caller knows a marker by.
+    using Name = std::uint32_t;
+    using ColorOf = std::function<QRgb(Name)>;
+
+    MarkerPainter(QImage &image, int first, int last, ColorOf colorOf);
     MarkerPainter(const MarkerPainter &) = delete;
     MarkerPainter &operator=(const MarkerPainter &) = delete;
     ~MarkerPainter() { flush(); }
 
-    /// A marker's place in its column, made by placesOf().
-    using Place = std::int32_t;
-    /// The places of values on a scale. A NaN draws nothing.
-    void placesOf(const ValueScale &scale, const double *values, std::size_t count, Place *places) const;
+    using Place = MarkerPlace;
 
     /// The column of the middles of the markers that follow; may lie outside of the image.
     void setColumn(int column)
@@ -37,20 +39,17 @@ public:
         flush();
         m_column = column;
     }
-    void mark(Place place, QRgb color)
-    {
-        markEach(&place, 1, 1, 0, [color](std::size_t) { return color; });
-    }
-    /// Markers of one column. Of `lines` lines of as many markers each, which are drawn point by point by turns, this
-    /// is number `line`; they come in order.
-    template<typename ColorOf>
-    void markEach(const Place *places, std::size_t count, std::size_t lines, std::size_t line, ColorOf colorOf)
+    void mark(Place place, Name name) { markEach(&place, 1, 1, 0, name, 0); }
+    /// Markers of one column, named by `firstName` and steps from there. Of `lines` lines of as many markers each,
+    /// which are drawn point by point by turns, this is number `line`; they come in order.
+    void markEach(const Place *places, std::size_t count, std::size_t lines, std::size_t line, Name firstName,
+                  Name nameStep)
     {
         noteSpan(places, count);
         Key *const keys = m_keys.data();
-        Key order = m_order + line;
-        for (std::size_t k = 0; k < count; ++k, order += lines) {
-            const Key key = order << 32 | colorOf(k);
+        Key key = (m_order + line) << 32 | firstName;
+        const Key step = Key(lines) << 32 | nameStep;
+        for (std::size_t k = 0; k < count; ++k, key += step) {
             Key &last = keys[places[k]];
             last = line == 0 ? key : std::max(key, last);
         }
@@ -61,12 +60,14 @@ public:
     void flush();
 
 private:
-    /// Which marker was the last, in the upper half, and its colour; 0 for none.
+    /// Which marker was the last, in the upper half, and its name, later its colour; 0 for none.
     using Key = std::uint64_t;
 
     void noteSpan(const Place *places, std::size_t count);
+    void findColors();
     void writeRows(int from, int to);
 
+    ColorOf m_colorOf;
     uchar *m_bits;
     int m_stride;
     int m_first;

@@ -15,6 +15,8 @@ public:
     void invalidate() { m_stale = true; }
     std::size_t size() const { return m_values.size(); }
     const T *data() const { return m_values.data(); }
+    /// Another number after each change of the values.
+    std::uint64_t revision() const { return m_revision; }
 
     /// Takes away as many as the sequence lost since, out of so many by now.
     void follow(std::size_t lostSoFar)
@@ -23,12 +25,15 @@ public:
         m_lost = lostSoFar;
         if (lost > m_values.size())
             m_stale = true;
-        if (!m_stale)
-            m_values.removeFirst(lost);
+        if (m_stale || lost == 0)
+            return;
+        m_values.removeFirst(lost);
+        ++m_revision;
     }
     /// For the value of entry i of what are so many now, which came in or changed.
     void note(std::size_t i, std::size_t size, const T &value)
     {
+        ++m_revision;
         if (size == m_values.size() + 1)
             m_values.insert(i, value);
         else if (size == m_values.size())
@@ -47,11 +52,13 @@ public:
         for (const auto &entry : sequence)
             m_values.append(valueOf(entry));
         m_stale = false;
+        ++m_revision;
     }
 
 private:
     ValueQueue<T> m_values;
     std::size_t m_lost = 0;
+    std::uint64_t m_revision = 0;
     bool m_stale = true;
 };
 
@@ -84,6 +91,8 @@ public:
         m_column.bringUpToDate(store.records(), [this](const auto &record) { return m_valueOf(*record); });
         return m_column.data();
     }
+    /// Another number after each change of the values.
+    std::uint64_t revision() const { return m_column.revision(); }
 
 private:
     ValueOf m_valueOf;
@@ -106,6 +115,8 @@ public:
     void noteUpdated(const Datastore &store, const std::shared_ptr<Record> &record);
     /// As many as the series has entries, until the store changes.
     const double *values(const Datastore &store);
+    /// Another number after each change of the values.
+    std::uint64_t revision() const { return m_column.revision(); }
 
 private:
     double valueAt(const SpectrumRecord &entry) const;

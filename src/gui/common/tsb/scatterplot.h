@@ -49,6 +49,7 @@ private:
     /// A line of points with one value for each record: currents, noise or a variable.
     struct RecordSeries {
         RecordColumn<double> values;
+        MarkerPlaceColumn places;
         std::vector<QRgb> colors; ///< by pen of the record; black for pens outside it
         QRgb colorOf(std::uint8_t pen) const { return pen < colors.size() ? colors[pen] : qRgb(0, 0, 0); }
     };
@@ -56,6 +57,7 @@ private:
     struct SpectrumSeries {
         SpectMath::SpectrumInfoPointer info;
         SeriesColumn values;
+        MarkerPlaceColumn places;
         QRgb color;
         std::function<double(const SpectMath::Spectrum &)> valueOf; ///< as the label tells it
     };
@@ -68,13 +70,17 @@ private:
         QRgb color;
     };
 
+    class PlaceSource;
+
     void rebuildSeries();
     void addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool paleRegular, bool paleIrregular);
     void rebuildSpectrumSeries();
 
     double rowOf(double scaleValue) const;
-    void drawRecordSeries(MarkerPainter &marker, int first, int last);
-    void drawSpectrumSeries(MarkerPainter &marker, int first, int last);
+    template<typename Series>
+    PlaceSource placesOf(Series &series, std::size_t size, std::size_t drawn);
+    void drawRecordSeries(QImage &image, int first, int last);
+    void drawSpectrumSeries(QImage &image, int first, int last);
     template<typename Mark>
     static void markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
                              std::size_t count, Mark mark);

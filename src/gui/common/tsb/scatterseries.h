@@ -66,8 +66,6 @@ inline std::int64_t middleTick(std::int64_t begin, std::int64_t end)
 /// A place in one spectrum series while several are drawn together.
 struct ScatterCursor {
     const SpanIndex *spans;
-    const double *values;
-    QRgb color;
     std::size_t next;
     std::size_t end;
 };
