@@ -138,6 +138,13 @@ TEST_F(PlotTest, DrawsOnlyChangedColumns)
     store.upsertFullRecord(testRecord(-22, -15, 1));
     expectLikeRedrawn();
     EXPECT_EQ(plot.drawn, std::vector<PixelRange>({PixelRange(0, 12)}));
+    // What changes out of sight comes back when the move that put it there is taken back before it was painted.
+    for (const int away : {-60, 230}) {
+        plot.setTimeScale({testStart, ticksPerSecond, 25 + away});
+        store.upsertFullRecord(testRecord(away < 0 ? 17 : 267, away < 0 ? 19 : 269, 1));
+        plot.setTimeScale({testStart, ticksPerSecond, 25});
+        expectLikeRedrawn();
+    }
     store.setLimitRecords(true);
     store.setMaxRecords(10);
     store.addFullRecord(testRecord(9000, 9001, 0));

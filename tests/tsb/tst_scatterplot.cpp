@@ -1,11 +1,13 @@
 #include "gui/common/tsb/scatterplotview.h"
 
 #include "gui/common/tsb/opmodeplot.h"
+#include "gui/common/tsb/scatterpropertiesrow.h"
 #include "gui/common/tsb/scattersetup.h"
 #include "gui/common/tsb/scattervalues.h"
 #include "gui/common/tsb/verticalscalewidget.h"
 #include "plotstore.h"
 
+#include <QComboBox>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -244,6 +246,71 @@ TEST_F(Scatter, fits_its_scale_to_what_is_in_sight)
     EXPECT_NEAR(view.scaleWidget()->maximum() - view.scaleWidget()->minimum(), 4.4, 1e-9);
 }
 
+TEST_F(Scatter, a_choice_in_the_row_leaves_no_plot_off_its_scale)
+{
+    addSpectra(add(10, 2), 100, 1);
+    addSpectra(add(20, 6), 1000, 3);
+    const auto choose = [this](const char *toolTip, int index) {
+        for (QComboBox *combo : view.propertiesRow()->findChildren<QComboBox *>())
+            if (combo->toolTip() == toolTip)
+                combo->setCurrentIndex(index);
+    };
+    view.showType(ScatterPlotSettings::Electrometer);
+    view.scaleWidget()->setMinMax(3, 5, true);
+    choose("Electrometer", 1);
+    EXPECT_EQ(view.plotSettings().electrometerNumber, 1);
+    EXPECT_EQ(view.scaleWidget()->maximum(), 5) << "to be compared with the other by the same scale";
+    view.scaleWidget()->setMinMax(50, 60, true);
+    choose("Electrometer", 2);
+    EXPECT_DOUBLE_EQ(view.scaleWidget()->maximum(), 6.2);
+
+    view.setVisibleSpectra({infos[0]->hash});
+    view.showType(ScatterPlotSettings::Parameter);
+    EXPECT_DOUBLE_EQ(view.scaleWidget()->maximum(), 3.1);
+    view.scaleWidget()->setMinMax(0, 100, true);
+    view.setSpectrumParameter(SpectrumParameter::SumBackError);
+    choose("Inversion parameter", 0);
+    EXPECT_DOUBLE_EQ(view.scaleWidget()->maximum(), 3.1) << "another quantity";
+}
+
+TEST_F(Scatter, the_selected_record_is_marked_and_labelled)
+{
+    metadata->electrometerNames = {"an electrometer", "of a name that has", "several words in it"};
+    const auto record = add(100, 2);
+    view.setElectrometerSelection(2);
+    view.showType(ScatterPlotSettings::Electrometer);
+    view.setCurrentRecord(record);
+    const QPoint origin = view.plot()->contentsRect().topLeft();
+    const int x = qRound(view.plot()->timeScale().positionOf(record->midTime)),
+              h = view.plot()->contentsRect().height();
+    const QRgb color = uiInfo->opmodeColor(0).rgb();
+    const auto shown = [this] { return view.plot()->grab().toImage(); };
+    for (const bool above : {true, false}) {
+        view.scaleWidget()->setMinMax(above ? -5 : 5, above ? 0 : 9, true);
+        const QImage image = shown();
+        const int top = above ? 0 : h - 2;
+        for (const QPoint &p : {QPoint(-1, 0), QPoint(0, 0), QPoint(-1, 1), QPoint(0, 1)})
+            EXPECT_EQ(image.pixel(origin + QPoint(x, top) + p), color) << above;
+        EXPECT_EQ(image.pixel(origin + QPoint(x + 1, top + (above ? 0 : 1))), qRgb(255, 255, 255)) << above;
+    }
+    view.scaleWidget()->setMinMax(0, 4, true);
+    EXPECT_EQ(shown().pixel(origin + QPoint(x, qRound(h / 2.0))), qRgb(255, 255, 255)) << "hollow";
+
+    // Both values have a line of their own, and none has two.
+    const QImage before = shown();
+    view.setDatalabelsEnabled(true);
+    const QImage labelled = shown();
+    QRect changed;
+    for (int row = 0; row < before.height(); ++row)
+        for (int column = x + 4; column < before.width(); ++column)
+            if (before.pixel(column, row) != labelled.pixel(column, row))
+                changed |= QRect(column, row, 1, 1);
+    const QFontMetrics metrics = view.plot()->fontMetrics();
+    EXPECT_GT(changed.height(), metrics.height());
+    EXPECT_LE(changed.height(), 2 * metrics.height() + 4);
+    EXPECT_GT(changed.width(), metrics.horizontalAdvance("several words in it neg: 2 (fA)") - 8);
+}
+
 TEST_F(Scatter, only_what_a_kind_shows_makes_it_repaint)
 {
     const auto record = add(10, 2);
@@ -340,9 +407,12 @@ TEST_F(Scatter, hostile_settings_change_only_what_is_sound)
         }
     }
     view.setSettings(QVariant());
-    view.setSettings(
-        QVariantMap{{"type", "parameter"}, {"scaleMin", 5.0}, {"scaleMax", 1.0}}); // upside down is allowed
-    picture();
+    view.scaleWidget()->setMinMax(1, 7, true);
+    for (const auto &range : {std::make_pair(5.0, 1.0), std::make_pair(3.0, 3.0), std::make_pair(-1.5e308, 1.5e308)}) {
+        view.setSettings(QVariantMap{{"type", "electrometer"}, {"scaleMin", range.first}, {"scaleMax", range.second}});
+        EXPECT_EQ(view.scaleWidget()->minimum(), 1) << "one that nothing can be read on";
+        EXPECT_EQ(view.scaleWidget()->maximum(), 7);
+    }
 }
 
 TEST_F(Scatter, absurd_times_stay_bounded)

@@ -330,6 +330,38 @@ TEST_F(BrowserTest, DraggingAViewReordersTheStack)
     EXPECT_EQ(order(), (QVector<int>{2, 1, 3})) << "a small movement changes nothing";
 }
 
+TEST_F(BrowserTest, TabGoesFromTopToBottom)
+{
+    const auto focusedWidgets = [this] {
+        QVector<QWidget *> found;
+        QWidget *const start = addPlotRow()->findChild<QToolButton *>();
+        start->setFocus();
+        do {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            found << QApplication::focusWidget();
+        } while (found.last() != start && found.size() < 30);
+        return found;
+    };
+    const auto wanted = [this](const QVector<StripView *> &views) {
+        QVector<QWidget *> widgets;
+        for (StripView *view : views)
+            widgets << view->findChild<QToolButton *>() << view->plot();
+        return widgets << addPlotRow()->findChild<QToolButton *>();
+    };
+    browser->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(browser.get()));
+    StripView *const first = addStrip(), *const second = addStrip(), *const third = addStrip();
+    EXPECT_EQ(focusedWidgets(), wanted({first, second, third}));
+    drag(first->findChild<QToolButton *>()->parentWidget(), {8, 50}, {40, 200, 2000});
+    EXPECT_EQ(focusedWidgets(), wanted({second, third, first}));
+    StripView *const late = addStrip();
+    drag(late->findChild<QToolButton *>()->parentWidget(), {8, 50}, {-2000});
+    EXPECT_EQ(focusedWidgets(), wanted({late, second, third, first}));
+    delete second;
+    settle();
+    EXPECT_EQ(focusedWidgets(), wanted({late, third, first}));
+}
+
 TEST_F(BrowserTest, AViewMayCloseWhileItIsDragged)
 {
     StripView *const first = addStrip();

@@ -130,6 +130,12 @@ bool Plot::takeDirty(const PixelRange &range)
 {
     const PixelRange seen = range.clipped(0, m_image.width());
     m_dirtyRange.unite(seen);
+    // The image may still stand where it was before a move that is to be painted. What is out of sight by that move
+    // comes back if it is taken back before then.
+    int shift = 0;
+    if (!m_fullRedrawNeeded && m_imageTimeScale != m_timeScale &&
+        m_imageTimeScale.pixelShiftFrom(m_timeScale, &shift) && std::abs(shift) < m_image.width())
+        m_dirtyRange.unite(range.clipped(shift, m_image.width() + shift));
     return !seen.empty;
 }
 

@@ -8,6 +8,7 @@
 
 #include <QPainter>
 #include <QStaticText>
+#include <QTextOption>
 
 #include <cmath>
 
@@ -452,10 +453,14 @@ void ScatterPlot::drawSelectedRecord(QPainter &painter, const QRect &contents)
         const int row = qRound(std::max(std::min(y, double(contents.height())), -1.0));
         painter.setPen(Qt::black);
         painter.drawRect(qRound(x) - 3, row - 3, 6, 6);
-        painter.setPen(QColor(point.color));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(qRound(x) - 1, row - 1, 2, 2);
-        painter.setBrush(Qt::white);
+        if (y < 0 || y > contents.height() - 1) {
+            painter.fillRect(qRound(x) - 1, y < 0 ? 0 : contents.height() - 2, 2, 2, QColor(point.color));
+        } else {
+            painter.setPen(QColor(point.color));
+            painter.setBrush(Qt::NoBrush);
+            painter.drawRect(qRound(x) - 1, row - 1, 2, 2);
+            painter.setBrush(Qt::white);
+        }
         topmost = std::min(topmost, double(row));
     }
     if (m_settings.datalabels && !points.empty())
@@ -472,6 +477,9 @@ void ScatterPlot::drawLabel(QPainter &painter, const QRect &contents, const std:
         lines << scatterLabelLine(point.color, point.name, point.value, point.unit);
     QStaticText text(lines.join(QLatin1String("<br>")));
     text.setTextFormat(Qt::RichText);
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap); // each value on one line
+    text.setTextOption(option);
     text.prepare(QTransform(), painter.font());
     const QSizeF size = text.size();
     constexpr double distance = 8;

@@ -49,23 +49,42 @@ ScatterPlotView::ScatterPlotView(QWidget *parent)
     connect(m_scale, &VerticalScaleWidget::minMaxChanged, this, [this] { plot()->setScale(m_scale->scale()); });
     connect(m_scale, &VerticalScaleWidget::requestAutoscale, this, &ScatterPlotView::fitScale);
     connect(scatter, &Plot::valueCursorChanged, m_scale, &VerticalScaleWidget::showCursor);
-    connect(m_properties, &ScatterPropertiesRow::electrometerChosen, this, &ScatterPlotView::setElectrometerSelection);
-    connect(m_properties, &ScatterPropertiesRow::variableChosen, this, &ScatterPlotView::setDiagnosticSelection);
-    connect(m_properties, &ScatterPropertiesRow::parameterChosen, this, &ScatterPlotView::setSpectrumParameter);
-    connect(m_properties, &ScatterPropertiesRow::fractionScaleChosen, this, &ScatterPlotView::setFractionScale);
-    connect(m_properties, &ScatterPropertiesRow::smallerLimitChosen, this, &ScatterPlotView::setFractionSmallerLimit);
-    connect(m_properties, &ScatterPropertiesRow::largerLimitChosen, this, &ScatterPlotView::setFractionLargerLimit);
-    connect(m_properties, &ScatterPropertiesRow::spectraChosen, this, &ScatterPlotView::setVisibleSpectra);
-    connect(m_properties, &ScatterPropertiesRow::totalChosen, this,
-            [this](bool total) { change([total](ScatterPlotSettings &s) { s.totalConcentration = total; }); });
-    connect(m_properties, &ScatterPropertiesRow::concentrationTypeChosen, this,
-            [this](SpectMath::ConcentrationType type) {
-                change([type](ScatterPlotSettings &s) { s.concentrationType = type; });
-            });
+    connectProperties();
     applySettings();
 }
 
 ScatterPlotView::~ScatterPlotView() = default;
+
+/// What the user chooses in the row. Another quantity has other units and is fitted; the same one of another place or
+/// range keeps the scale, by which it is compared, unless nothing of it would lie there.
+void ScatterPlotView::connectProperties()
+{
+    connect(m_properties, &ScatterPropertiesRow::electrometerChosen, this, [this](int electrometer) {
+        setElectrometerSelection(electrometer);
+        fitIfOffScale();
+    });
+    connect(m_properties, &ScatterPropertiesRow::variableChosen, this, [this](const QString &name) {
+        setDiagnosticSelection(name);
+        fitScale();
+    });
+    connect(m_properties, &ScatterPropertiesRow::parameterChosen, this, [this](SpectrumParameter parameter) {
+        setSpectrumParameter(parameter);
+        fitScale();
+    });
+    connect(m_properties, &ScatterPropertiesRow::fractionScaleChosen, this, &ScatterPlotView::setFractionScale);
+    connect(m_properties, &ScatterPropertiesRow::smallerLimitChosen, this, &ScatterPlotView::setFractionSmallerLimit);
+    connect(m_properties, &ScatterPropertiesRow::largerLimitChosen, this, &ScatterPlotView::setFractionLargerLimit);
+    connect(m_properties, &ScatterPropertiesRow::spectraChosen, this, &ScatterPlotView::setVisibleSpectra);
+    connect(m_properties, &ScatterPropertiesRow::totalChosen, this, [this](bool total) {
+        change([total](ScatterPlotSettings &s) { s.totalConcentration = total; });
+        fitIfOffScale();
+    });
+    connect(m_properties, &ScatterPropertiesRow::concentrationTypeChosen, this,
+            [this](SpectMath::ConcentrationType type) {
+                change([type](ScatterPlotSettings &s) { s.concentrationType = type; });
+                fitScale();
+            });
+}
 
 void ScatterPlotView::makeActions()
 {
@@ -96,6 +115,8 @@ void ScatterPlotView::makeActions()
             [this](bool on) { change([on](ScatterPlotSettings &s) { s.showProcessedCurrents = on; }); });
     connect(m_noiseAction, &QAction::toggled, this,
             [this](bool on) { change([on](ScatterPlotSettings &s) { s.showElectrometerNoise = on; }); });
+    for (QAction *action : {m_rawAction, m_processedAction, m_noiseAction})
+        connect(action, &QAction::triggered, this, &ScatterPlotView::fitIfOffScale);
     m_properties->setOptions({m_labelAction, m_propertiesAction});
 }
 
@@ -266,6 +287,13 @@ void ScatterPlotView::fitScale()
         m_scale->setMinMax(lower, upper, true);
 }
 
+void ScatterPlotView::fitIfOffScale()
+{
+    const auto range = plot()->minMax();
+    if (range.second < m_scale->minimum() || range.first > m_scale->maximum())
+        fitScale();
+}
+
 void ScatterPlotView::showSelectedValue()
 {
     const auto record = plot()->currentRecord();
@@ -318,7 +346,7 @@ void ScatterPlotView::setSettings(const QVariant &settings)
     // Last, since showing a kind fits the scale.
     const auto lower = finiteNumber(map.value(QStringLiteral("scaleMin")));
     const auto upper = finiteNumber(map.value(QStringLiteral("scaleMax")));
-    if (lower && upper)
+    if (lower && upper && *lower < *upper && std::isfinite(*upper - *lower))
         m_scale->setMinMax(*lower, *upper, true);
 }
 

@@ -53,6 +53,8 @@ public Q_SLOTS:
 
 private:
     void makeActions();
+    void connectProperties();
+    void fitIfOffScale();
     void change(const std::function<void(ScatterPlotSettings &)> &edit);
     void applySettings();
     void refreshLabel();

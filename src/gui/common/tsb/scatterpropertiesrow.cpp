@@ -11,6 +11,8 @@
 #include <QSignalBlocker>
 #include <QToolButton>
 
+#include <limits>
+
 namespace Tsb {
 
 using SpectMath::ConcentrationType;
@@ -118,6 +120,8 @@ void ScatterPropertiesRow::makeFractionForm()
     m_rangeLabel = new QLabel(m_fractionForm);
     m_smallerLimit = new ExpSpinBox(m_fractionForm);
     m_largerLimit = new ExpSpinBox(m_fractionForm);
+    for (ExpSpinBox *limit : {m_smallerLimit, m_largerLimit})
+        limit->setRange(0, std::numeric_limits<double>::max());
     for (QWidget *widget : {static_cast<QWidget *>(m_concentrationCombo), static_cast<QWidget *>(m_totalCheck),
                             static_cast<QWidget *>(m_fractionScaleCombo), static_cast<QWidget *>(m_rangeLabel),
                             static_cast<QWidget *>(m_smallerLimit), static_cast<QWidget *>(m_largerLimit)})

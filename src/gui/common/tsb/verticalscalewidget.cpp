@@ -238,8 +238,12 @@ void VerticalScaleWidget::drawTitleAcross(QPainter &painter, int freeWidth) cons
         else
             lines.append(word);
     }
-    for (int i = 0;
-         i < lines.size() && (i == 0 || (i + 1) * m_lineHeight <= contentsRect().height() + metrics.descent()); ++i) {
+    const int fitting = std::max(1, (contentsRect().height() + metrics.descent()) / m_lineHeight);
+    while (lines.size() > fitting) { // what there is no room for is at least hinted at
+        const QString rest = lines.takeLast();
+        lines.last() += QLatin1Char(' ') + rest;
+    }
+    for (int i = 0; i < lines.size(); ++i) {
         const int left = i == 0 ? beside : titleMargin;
         const QString shown = metrics.elidedText(lines[i], Qt::ElideRight, std::max(0, roomIn(i)));
         painter.drawText(QRect(left, i * m_lineHeight, freeWidth - left, m_lineHeight),

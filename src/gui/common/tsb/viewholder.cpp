@@ -9,6 +9,21 @@
 
 namespace Tsb {
 
+namespace {
+
+/// What takes the focus inside of a widget, in the order in which it was made.
+QVector<QWidget *> focusableIn(QWidget *widget)
+{
+    QVector<QWidget *> found;
+    for (QWidget *w = widget->nextInFocusChain(); w != widget; w = w->nextInFocusChain()) {
+        if (w->focusPolicy() != Qt::NoFocus && !w->focusProxy() && widget->isAncestorOf(w))
+            found.append(w);
+    }
+    return found;
+}
+
+} // namespace
+
 int dropIndex(const QVector<QRect> &items, int placeholderIndex, int spacing, int y)
 {
     int candidate = 0, offset = 0;
@@ -36,8 +51,33 @@ ViewHolder::ViewHolder(QWidget *parent)
 
 void ViewHolder::setLastRow(QWidget *row)
 {
+    m_lastRow = row;
     m_layout->addWidget(row);
     m_layout->addStretch();
+}
+
+bool ViewHolder::event(QEvent *event)
+{
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest) // views came, went or were put in another order, or their rows did
+        updateTabOrder();
+    return handled;
+}
+
+/// Tab goes through the views from top to bottom, and to the row behind them last.
+void ViewHolder::updateTabOrder()
+{
+    QVector<QWidget *> order;
+    for (View *view : viewsInOrder())
+        order += focusableIn(view);
+    if (m_lastRow)
+        order += focusableIn(m_lastRow);
+    if (order.isEmpty() || order == focusableIn(this))
+        return;
+    // All of them take the place in the window that the last has, which was there before any view.
+    setTabOrder(order.last(), order.first());
+    for (int i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
 }
 
 void ViewHolder::addView(View *view)

@@ -38,6 +38,7 @@ Q_SIGNALS:
     void reordered();
 
 protected:
+    bool event(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -50,8 +51,10 @@ private:
     void endDrag();
     void movePlaceholder(int index);
     int viewItemCount() const;
+    void updateTabOrder();
 
     QVBoxLayout *m_layout;
+    QWidget *m_lastRow = nullptr;
     QPointer<View> m_draggedView;
     QPoint m_pressPosition;
     QPoint m_viewStartPosition;
