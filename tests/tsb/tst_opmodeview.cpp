@@ -110,6 +110,20 @@ TEST_F(OpmodeStrip, shows_where_a_flag_is_raised)
     EXPECT_EQ(view.plot()->mode(), Tsb::OpmodePlot::Flag);
 }
 
+TEST_F(OpmodeStrip, the_time_cursor_of_other_plots_runs_through)
+{
+    add(0, 20, 0);
+    const QImage without = view.plot()->grab().toImage();
+    Q_EMIT view.timeCursorChange(true, 60);
+    QImage with = view.plot()->grab().toImage();
+    const QRect contents = view.plot()->contentsRect();
+    for (int y = contents.top(); y <= contents.bottom(); ++y) {
+        EXPECT_EQ(with.pixelColor(60, y), QColor(175, 175, 175)) << y;
+        with.setPixel(60, y, without.pixel(60, y));
+    }
+    EXPECT_EQ(with, without);
+}
+
 TEST_F(OpmodeStrip, grows_with_the_store_as_if_drawn_anew)
 {
     for (int i = 0; i < 200; ++i) {

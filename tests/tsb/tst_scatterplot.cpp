@@ -7,7 +7,10 @@
 #include "gui/common/tsb/verticalscalewidget.h"
 #include "plotstore.h"
 
+#include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -271,6 +274,29 @@ TEST_F(Scatter, a_choice_in_the_row_leaves_no_plot_off_its_scale)
     view.setSpectrumParameter(SpectrumParameter::SumBackError);
     choose("Inversion parameter", 0);
     EXPECT_DOUBLE_EQ(view.scaleWidget()->maximum(), 3.1) << "another quantity";
+}
+
+TEST_F(Scatter, the_label_of_the_limits_gives_way_in_a_narrow_view)
+{
+    view.showType(ScatterPlotSettings::Concentration);
+    view.propertiesRow()->findChild<QCheckBox *>()->setChecked(false);
+    const auto *label = view.propertiesRow()->findChild<QLabel *>();
+    const auto resizeTo = [this, label](int width) {
+        view.resize(width, view.height());
+        QApplication::processEvents();
+        for (const QWidget *widget : view.propertiesRow()->findChildren<QWidget *>())
+            if (widget->isVisible() && (qobject_cast<const QComboBox *>(widget) || widget == label)) {
+                EXPECT_GE(widget->width(), widget->sizeHint().width()) << width << widget->metaObject()->className();
+            }
+        return label->isVisible();
+    };
+    int width = 1300;
+    EXPECT_TRUE(resizeTo(width));
+    while (width > 300 && resizeTo(width))
+        width -= 20;
+    EXPECT_GT(width, 500);
+    EXPECT_FALSE(resizeTo(width - 50));
+    EXPECT_TRUE(resizeTo(1300));
 }
 
 TEST_F(Scatter, the_selected_record_is_marked_and_labelled)

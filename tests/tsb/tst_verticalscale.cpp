@@ -192,6 +192,24 @@ TEST_F(VerticalScaleTest, LabelsAtTheEdgesAreWhole)
     EXPECT_EQ(inkRows(0, line), middle);
 }
 
+TEST_F(VerticalScaleTest, NamesAreShownToTheirEnds)
+{
+    // Too long for one line upwards, and a word of them for one across: word by word upwards.
+    const int line = widget.fontMetrics().height();
+    const QString word = QStringLiteral("concentration");
+    widget.resize(6 * line, widget.fontMetrics().horizontalAdvance(word) + 10);
+    const auto pictureOf = [this](const QString &label) {
+        widget.setLabel(label);
+        return picture();
+    };
+    EXPECT_NE(pictureOf("Total " + word + "\n(nm)"), pictureOf("Total concentratioM\n(nm)"));
+    EXPECT_NE(pictureOf("Total " + word + "\n(nm)"), pictureOf("Total " + word + "\n(nM)"));
+    // Where there is no room for all, the last line tells that it goes on.
+    const QString many = QStringLiteral("many words one below the other");
+    widget.resize(4 * line, 3 * line + widget.frameWidth() * 2);
+    EXPECT_NE(pictureOf(many), pictureOf("many words one"));
+}
+
 TEST_F(VerticalScaleTest, DragGoesOnAcrossTheScreensEdge)
 {
     EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({4, 300}, {0, 0, 800, 600}), QPoint(790, 0));

@@ -8,6 +8,7 @@ namespace Tsb {
 namespace {
 
 const QColor noFlagColor(238, 238, 236);
+const QColor cursorColor(0, 0, 0, 80);
 constexpr int edgeMargin = 8;  ///< columns
 constexpr int mostModes = 120; ///< so that two styles for each, and two more, fit into a byte
 
@@ -132,6 +133,16 @@ void OpmodePlot::drawRange(QPainter &painter, int first, int last)
     m_painter.draw(scratch, m_scratch, source, scale, 0, size.width());
     scratch.end();
     painter.drawImage(first, 0, m_scratch, edgeMargin, 0, last - first, size.height());
+}
+
+void OpmodePlot::drawOverlay(QPainter &painter)
+{
+    Plot::drawOverlay(painter);
+    if (!isTimeCursorVisible())
+        return;
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(cursorColor);
+    painter.drawLine(timeCursorPixel(), contentsRect().top(), timeCursorPixel(), contentsRect().bottom());
 }
 
 } // namespace Tsb

@@ -32,6 +32,7 @@ public Q_SLOTS:
 protected:
     void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags) override;
     void drawRange(QPainter &painter, int first, int last) override;
+    void drawOverlay(QPainter &painter) override;
 
 private:
     /// The style of a record: by its mode, with further styles for provisional records and those without the flag.

@@ -179,6 +179,8 @@ void ScatterPropertiesRow::showSettings(const ScatterPlotSettings &settings)
     m_totalCheck->setChecked(settings.totalConcentration);
     m_rangeLabel->setText(mobility ? QStringLiteral("Mobility range (cm²/V/s)")
                                    : QStringLiteral("Diameter range (nm)"));
+    for (QWidget *limit : {static_cast<QWidget *>(m_smallerLimit), static_cast<QWidget *>(m_largerLimit)})
+        limit->setToolTip(m_rangeLabel->text());
     m_smallerLimit->setValue(mobility ? settings.smallerLimit.mobility : settings.smallerLimit.diameter);
     m_largerLimit->setValue(mobility ? settings.largerLimit.mobility : settings.largerLimit.diameter);
     m_spectra->setSelectedSpectra(settings.visibleSpectra);
@@ -193,9 +195,28 @@ void ScatterPropertiesRow::showSettingsForm(bool on)
     m_parameterCombo->setVisible(on && type == ScatterPlotSettings::Parameter);
     m_fractionForm->setVisible(on && type == ScatterPlotSettings::Concentration);
     m_spectraButton->setVisible(on && m_settings.usesSpectra());
-    for (QWidget *limit : {static_cast<QWidget *>(m_fractionScaleCombo), static_cast<QWidget *>(m_rangeLabel),
-                           static_cast<QWidget *>(m_smallerLimit), static_cast<QWidget *>(m_largerLimit)})
+    for (QWidget *limit : {static_cast<QWidget *>(m_fractionScaleCombo), static_cast<QWidget *>(m_smallerLimit),
+                           static_cast<QWidget *>(m_largerLimit)})
         limit->setVisible(!m_settings.totalConcentration);
+    showRangeLabel();
+}
+
+/// The label of the limits gives way where the row is too short for all: the limits' tool tips say the same.
+void ScatterPropertiesRow::showRangeLabel()
+{
+    int needed = 0;
+    for (const QWidget *widget : findChildren<QWidget *>()) {
+        const bool inRow = widget->parentWidget() == this || widget->parentWidget() == m_fractionForm;
+        if (inRow && !widget->isWindow() && widget != m_fractionForm && (widget == m_rangeLabel || !widget->isHidden()))
+            needed += widget->sizeHint().width() + spacing;
+    }
+    m_rangeLabel->setVisible(!m_settings.totalConcentration && needed <= width());
+}
+
+void ScatterPropertiesRow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    showRangeLabel();
 }
 
 } // namespace Tsb

@@ -40,11 +40,15 @@ Q_SIGNALS:
     void totalChosen(bool total);
     void spectraChosen(QSet<QString> ids);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
     QComboBox *addCombo(const QString &toolTip);
     void makeFractionForm();
     void refillCombos();
     void showSettingsForm(bool on);
+    void showRangeLabel();
 
     std::shared_ptr<UiInfo> m_uiInfo;
     ScatterPlotSettings m_settings;
