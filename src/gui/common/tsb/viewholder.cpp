@@ -3,26 +3,12 @@
 #include "gui/common/tsb/view.h"
 
 #include <QFrame>
+#include <QHash>
 #include <QMouseEvent>
 #include <QStyle>
 #include <QVBoxLayout>
 
 namespace Tsb {
-
-namespace {
-
-/// What takes the focus inside of a widget, in the order in which it was made.
-QVector<QWidget *> focusableIn(QWidget *widget)
-{
-    QVector<QWidget *> found;
-    for (QWidget *w = widget->nextInFocusChain(); w != widget; w = w->nextInFocusChain()) {
-        if (w->focusPolicy() != Qt::NoFocus && !w->focusProxy() && widget->isAncestorOf(w))
-            found.append(w);
-    }
-    return found;
-}
-
-} // namespace
 
 int dropIndex(const QVector<QRect> &items, int placeholderIndex, int spacing, int y)
 {
@@ -64,20 +50,31 @@ bool ViewHolder::event(QEvent *event)
     return handled;
 }
 
-/// Tab goes through the views from top to bottom, and to the row behind them last.
+/// Tab goes through the views from top to bottom, and to the row behind them last. Within a view the order stays.
 void ViewHolder::updateTabOrder()
 {
-    QVector<QWidget *> order;
-    for (View *view : viewsInOrder())
-        order += focusableIn(view);
-    if (m_lastRow)
-        order += focusableIn(m_lastRow);
-    if (order.isEmpty() || order == focusableIn(this))
+    QVector<QWidget *> present, wanted;
+    QHash<const QWidget *, QVector<QWidget *>> byRow;
+    for (QWidget *widget = nextInFocusChain(); widget != this; widget = widget->nextInFocusChain()) {
+        if (widget->focusPolicy() == Qt::NoFocus || widget->focusProxy())
+            continue;
+        const QWidget *row = widget;
+        while (row && row->parentWidget() != this)
+            row = row->parentWidget();
+        if (!row)
+            continue;
+        present.append(widget);
+        byRow[row].append(widget);
+    }
+    for (const View *view : viewsInOrder())
+        wanted += byRow.value(view);
+    wanted += byRow.value(m_lastRow);
+    if (wanted.isEmpty() || wanted == present)
         return;
     // All of them take the place in the window that the last has, which was there before any view.
-    setTabOrder(order.last(), order.first());
-    for (int i = 1; i < order.size(); ++i)
-        setTabOrder(order[i - 1], order[i]);
+    setTabOrder(wanted.last(), wanted.first());
+    for (int i = 1; i < wanted.size(); ++i)
+        setTabOrder(wanted[i - 1], wanted[i]);
 }
 
 void ViewHolder::addView(View *view)
