@@ -2,6 +2,7 @@
 
 #include "datafiles/datafinder.h"
 #include "gui/common/iconhelp.h"
+#include "gui/common/menubutton.h"
 #include "gui/common/recordviews/reportview.h"
 #include "gui/common/tsb/plot.h"
 #include "gui/common/tsb/plotmenu.h"
@@ -19,7 +20,6 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QToolBar>
-#include <QToolButton>
 
 namespace {
 
@@ -87,11 +87,10 @@ void MorvantideMainWindow::setupToolbar()
     toolBar()->insertSeparator(first);
     toolBar()->addAction(m_infoAction);
 
-    auto *addPlot = new QToolButton(toolBar());
+    auto *addPlot = new MenuButton(toolBar());
     addPlot->setText(tr("Add plot"));
     addPlot->setIcon(namedIcon(QStringLiteral("add-plot")));
     addPlot->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    addPlot->setPopupMode(QToolButton::InstantPopup);
     auto *menu = new Tsb::PlotMenu(addPlot);
     menu->addActions(browser()->addPlotActions());
     addPlot->setMenu(menu);

@@ -1,4 +1,5 @@
 #include "gui/common/iconhelp.h"
+#include "gui/common/menubutton.h"
 #include "gui/common/tsb/opmodeview.h"
 #include "gui/common/tsb/plotmenu.h"
 #include "gui/common/tsb/scatterplotview.h"
@@ -8,7 +9,6 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QHBoxLayout>
-#include <QToolButton>
 
 // How plots come into the browser: its menus, the requests of other views, and the stack of a folder that brings none.
 
@@ -104,11 +104,9 @@ QWidget *TimeSeriesBrowser::makeAddPlotRow()
     auto *const layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    auto *const button = new QToolButton(row);
+    auto *const button = new MenuButton(row);
     button->setText(tr("Add plot"));
-    button->setAutoRaise(true);
     button->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    button->setPopupMode(QToolButton::InstantPopup);
     button->setFocusPolicy(Qt::StrongFocus);
     auto *const menu = new PlotMenu(button);
     menu->addActions(m_addPlotActions);

@@ -1,5 +1,6 @@
 #include "gui/common/tsb/scatterpropertiesrow.h"
 
+#include "gui/common/menubutton.h"
 #include "gui/common/tsb/expspinbox.h"
 #include "gui/common/tsb/spectraselectionwidget.h"
 
@@ -65,8 +66,9 @@ ScatterPropertiesRow::ScatterPropertiesRow(QWidget *parent) : QWidget(parent)
     m_titleButton->setToolTip(QStringLiteral("Show or hide the choices for this plot"));
     connect(m_titleButton, &QToolButton::toggled, this, &ScatterPropertiesRow::showSettingsForm);
     row->addWidget(m_titleButton);
-    m_optionsButton = makeButton(QStringLiteral("Options"), this);
-    m_optionsButton->setPopupMode(QToolButton::InstantPopup);
+    m_optionsButton = new MenuButton(this);
+    m_optionsButton->setText(QStringLiteral("Options"));
+    m_optionsButton->setFocusPolicy(Qt::TabFocus);
     row->addWidget(m_optionsButton);
 
     m_electrometerCombo = addCombo(QStringLiteral("Electrometer"));

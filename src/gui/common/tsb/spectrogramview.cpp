@@ -1,5 +1,6 @@
 #include "gui/common/tsb/spectrogramview.h"
 
+#include "gui/common/menubutton.h"
 #include "gui/common/tsb/colorbar.h"
 #include "gui/common/tsb/colorfit.h"
 #include "gui/common/tsb/expspinbox.h"
@@ -103,8 +104,8 @@ void SpectrogramView::makeControls()
     m_controls = new QWidget(this);
     m_spectraButton = makeButton(tr("Spectrogram"), m_controls);
     m_spectraButton->setCheckable(true);
-    m_optionsButton = makeButton(tr("Options"), m_controls);
-    m_optionsButton->setPopupMode(QToolButton::InstantPopup);
+    m_optionsButton = new MenuButton(m_controls);
+    m_optionsButton->setText(tr("Options"));
     m_smoothingLabel = new QLabel(tr("Smoothing:"), m_controls);
     m_smoothingLabel->hide();
     m_smoothingSpinBox = new QDoubleSpinBox(m_controls);
