@@ -200,6 +200,9 @@ TEST_F(Scatter, concentrations_on_a_scale_of_decades)
 
     view.showType(ScatterPlotSettings::Parameter);
     EXPECT_EQ(view.plot()->minMax(), std::make_pair(1.0, 1.0));
+    view.setSpectrumParameter(SpectrumParameter(7));
+    EXPECT_TRUE(std::isnan(view.plot()->minMax().first));
+    EXPECT_EQ(view.settings().toMap()["spectrumParameter"], QString());
 }
 
 TEST_F(Scatter, the_picture_grows_with_the_store_as_if_drawn_anew)

@@ -14,6 +14,11 @@ constexpr std::array<ParameterText, 3> parameterTexts = {{{"BackErrorMeanSq", "R
                                                           {"BackErrorMeanAvg", "Reverse current mean abs error"},
                                                           {"SumBackError", "Total current error"}}};
 
+bool isKnown(SpectrumParameter parameter)
+{
+    return int(parameter) >= 0 && std::size_t(parameter) < parameterTexts.size();
+}
+
 bool sameLimit(const SpectMath::MobilitySize &a, const SpectMath::MobilitySize &b)
 {
     return Tsb::sameValue(a.diameter, b.diameter) && Tsb::sameValue(a.mobility, b.mobility) &&
@@ -24,12 +29,12 @@ bool sameLimit(const SpectMath::MobilitySize &a, const SpectMath::MobilitySize &
 
 QString toKey(SpectrumParameter parameter)
 {
-    return QString::fromLatin1(parameterTexts.at(std::size_t(parameter)).key);
+    return isKnown(parameter) ? QString::fromLatin1(parameterTexts[std::size_t(parameter)].key) : QString();
 }
 
 QString displayText(SpectrumParameter parameter)
 {
-    return QString::fromLatin1(parameterTexts.at(std::size_t(parameter)).display);
+    return isKnown(parameter) ? QString::fromLatin1(parameterTexts[std::size_t(parameter)].display) : QString();
 }
 
 SpectrumParameter spectrumParameterFromKey(const QString &key)

@@ -9,7 +9,7 @@
 /// Which residual of an inversion is drawn.
 enum class SpectrumParameter { BackErrorMeanSq, BackErrorMeanAvg, SumBackError };
 
-/// The word in a stored setup.
+/// The word in a stored setup; empty for a value that is none of these, which draws nothing.
 QString toKey(SpectrumParameter parameter);
 /// An unknown word is the first parameter.
 SpectrumParameter spectrumParameterFromKey(const QString &key);
