@@ -181,8 +181,11 @@ TEST_F(Scatter, concentrations_on_a_scale_of_decades)
                                  : std::pow(10, uniform(random)),
                    1, i % 13 == 0 ? 3 : 0);
     }
-    view.setVisibleSpectra({infos[0]->hash, infos[1]->hash, "absent"});
     view.showType(ScatterPlotSettings::Concentration);
+    const QImage nothingChosen = view.plot()->grab().toImage();
+    view.setVisibleSpectra({"absent"});
+    EXPECT_NE(nothingChosen, view.plot()->grab().toImage()) << "the plot says that its spectra are to be chosen";
+    view.setVisibleSpectra({infos[0]->hash, infos[1]->hash, "absent"});
     const double width = std::log10(infos[0]->radii[3]) - std::log10(infos[0]->radii[0]);
     EXPECT_EQ(picture(), drawnPlainly([&](const Record &record) {
                   std::vector<std::pair<double, QColor>> points;

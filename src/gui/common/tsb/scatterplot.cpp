@@ -427,6 +427,10 @@ std::vector<double> ScatterPlot::scaleValuesOf(const Record &record) const
 void ScatterPlot::drawOverlay(QPainter &painter)
 {
     const QRect contents = contentsRect();
+    if (m_settings.usesSpectra() && m_settings.visibleSpectra.isEmpty()) {
+        painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
+        painter.drawText(contents, Qt::AlignCenter, tr("No spectra"));
+    }
     painter.setPen(cursorColor);
     if (isValueCursorVisible())
         painter.drawLine(contents.left(), valueCursorPixel(), contents.right(), valueCursorPixel());

@@ -121,7 +121,7 @@ void ViewHolder::mousePressEvent(QMouseEvent *event)
 
 void ViewHolder::startDrag(View *view, const QPoint &position)
 {
-    m_dragStartIndex = m_placeholderIndex = m_layout->indexOf(view);
+    m_placeholderIndex = m_layout->indexOf(view);
     m_layout->setEnabled(false);
     m_placeholder->setFixedHeight(view->height());
     m_layout->removeWidget(view);
@@ -171,7 +171,6 @@ void ViewHolder::mouseReleaseEvent(QMouseEvent *event)
 
 void ViewHolder::endDrag()
 {
-    const bool moved = m_placeholderIndex != m_dragStartIndex;
     m_layout->setEnabled(false);
     m_layout->removeWidget(m_placeholder);
     m_placeholder->hide();
@@ -183,8 +182,6 @@ void ViewHolder::endDrag()
     m_layout->update();
     m_draggedView = nullptr;
     m_placeholderIndex = -1;
-    if (moved)
-        Q_EMIT reordered();
 }
 
 } // namespace Tsb

@@ -34,8 +34,6 @@ public:
 Q_SIGNALS:
     /// A view is being dragged; the pointer is at that place of the holder.
     void dragMoved(const QPoint &position);
-    /// A drag has put the views in another order.
-    void reordered();
 
 protected:
     bool event(QEvent *event) override;
@@ -59,7 +57,6 @@ private:
     QPoint m_pressPosition;
     QPoint m_viewStartPosition;
     QFrame *m_placeholder;
-    int m_dragStartIndex = 0;
     int m_placeholderIndex = -1; ///< -1: no drag
 };
 
