@@ -207,6 +207,10 @@ TEST_F(BrowserTest, TheTimeCursorRunsThroughAll)
     EXPECT_EQ(second->plot()->cursor(), -1);
     EXPECT_EQ(browser->timeView()->grab().toImage(), axis);
     EXPECT_EQ(told.count(), 2);
+    QApplication::sendEvent(first->plot(), &move);
+    EXPECT_EQ(second->plot()->cursor(), 200);
+    browser->closeView(first);
+    EXPECT_EQ(second->plot()->cursor(), -1) << "it goes with the plot that the pointer was on";
 }
 
 TEST_F(BrowserTest, KeysZoomAboutTheRecordOrTheMiddle)

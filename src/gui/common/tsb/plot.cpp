@@ -335,7 +335,8 @@ bool Plot::event(QEvent *event)
         checkImageSize();
         break;
     case QEvent::Hide:
-        endPan(); // no release comes to a hidden widget
+        endPan(); // neither a release nor the pointer's leaving comes to a hidden widget
+        hideCursors();
         break;
     default:
         break;
@@ -433,10 +434,15 @@ void Plot::endPan()
     Q_EMIT requestDisableAutoscroll(false);
 }
 
-void Plot::leaveEvent(QEvent *)
+void Plot::hideCursors()
 {
     setTimeCursor(false, 0);
     setValueCursor(false, 0);
+}
+
+void Plot::leaveEvent(QEvent *)
+{
+    hideCursors();
 }
 
 void Plot::wheelEvent(QWheelEvent *event)

@@ -107,6 +107,7 @@ private:
     void drawColumns(QPainter &painter, const PixelRange &range);
     bool takeDirty(const PixelRange &range);
     void endPan();
+    void hideCursors();
 
     void chooseRecordAt(int x, bool sameOpmode);
     void chooseRecordRelative(int step, bool sameOpmode);
