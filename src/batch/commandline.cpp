@@ -51,6 +51,7 @@ struct Words {
     std::string outputFile;
     std::string size;
     std::string setupFile;
+    std::string scale = "1";
     std::vector<std::string> inverters;
     bool noRecords = false;
     bool records = false;
@@ -101,7 +102,7 @@ void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &option
         ->check(CLI::Range(1, 1024));
 }
 
-void addRenderOptions(CLI::App *command, Words &words, RenderOptions &options)
+void addRenderOptions(CLI::App *command, Words &words)
 {
     const CLI::Validator moment(
         [](const std::string &text) {
@@ -122,9 +123,9 @@ void addRenderOptions(CLI::App *command, Words &words, RenderOptions &options)
     command->add_option("--to", words.to, "Last day, which is shown whole, or the moment where the picture ends")
         ->check(moment);
     command->add_option("--setup", words.setupFile, "Window setup file whose plots are drawn; else the default ones");
-    command->add_option("--scale", options.scale, "2 draws text and lines twice as fine, in twice as many pixels")
+    command->add_option("--scale", words.scale, "2 draws text and lines twice as fine, in twice as many pixels")
         ->capture_default_str()
-        ->check(CLI::IsMember({1, 2}));
+        ->check(CLI::IsMember({"1", "2"}));
 }
 
 ReadOptions folderOptions(const Words &words)
@@ -140,6 +141,7 @@ void completeRender(const Words &words, RenderOptions &options)
     options.from = QString::fromStdString(words.from);
     options.to = QString::fromStdString(words.to);
     options.setupFile = textOf(words.setupFile);
+    options.scale = words.scale == "2" ? 2 : 1;
     if (!options.outputFile.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         throw CLI::ValidationError("--output", "isn't the name of a PNG file");
 }
@@ -189,7 +191,7 @@ CommandLine parseCommandLine(int argc, const char *const *argv, Pictures picture
     CLI::App *render = nullptr;
     if (pictures == Pictures::Present) {
         render = app.add_subcommand("render", "Draws the plots of the window as a picture; needs no display");
-        addRenderOptions(render, words, result.render);
+        addRenderOptions(render, words);
     }
 
     try {

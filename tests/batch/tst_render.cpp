@@ -231,13 +231,19 @@ TEST_F(Render, ShowsTheSpanThatIsAskedFor)
     ASSERT_EQ(render("half.png", {"--from", "2019-05-14 12:00"}).code, 0);
     EXPECT_NE(contentOf("half.png"), contentOf("day.png"));
 
-    for (const QStringList &empty : {QStringList{"--to", "2019-05-13"},
-                                     {"--from", "2031-01-01"},
-                                     {"--from", day, "--to", "2019-05-13"},
-                                     {"--from", "2019-05-15", "--to", day}}) {
-        const Ended ended = render("empty.png", empty);
-        EXPECT_EQ(ended.code, 1) << qPrintable(empty.join(' '));
-        EXPECT_TRUE(ended.errors.startsWith("No records from ")) << ended.errors.constData();
+    const struct {
+        QStringList arguments;
+        const char *words;
+    } empty[] = {
+        {{"--to", "2019-05-13"}, "before 2019-05-14 00:00:00"},
+        {{"--from", "2031-01-01"}, "from 2031-01-01 00:00:00 on"},
+        {{"--from", day, "--to", "2019-05-13"}, "from 2019-05-14 00:00:00 to 2019-05-14 00:00:00"},
+        {{"--from", "2019-05-15 12:30", "--to", day}, "from 2019-05-15 12:30:00 to 2019-05-15 00:00:00"},
+    };
+    for (const auto &c : empty) {
+        const Ended ended = render("empty.png", c.arguments);
+        EXPECT_EQ(ended.code, 1) << c.words;
+        EXPECT_EQ(ended.errors, QByteArray("No records ") + c.words + "\n");
     }
     EXPECT_FALSE(QFile::exists(path("empty.png")));
 }
@@ -263,7 +269,9 @@ TEST_F(Render, RefusesWithWords)
         {{"--size", "800x99999"}, 2, "not a size: 800x99999"},
         {{"--size", "800x200"}, 2, "pixels of height"},
         {{"--size", "16000x16000", "--scale", "2"}, 2, "too large"},
-        {{"--scale", "3"}, 2, "--scale"},
+        {{"--size", "100x800"}, 2, "pixels of width"},
+        {{"--scale", "3"}, 2, "3 not in"},
+        {{"--scale", "1.5"}, 2, "1.5 not in"},
         {{"--from", "yesterday"}, 2, "not a time: yesterday"},
         {{"--to", "2019-05-14 25:00"}, 2, "not a time"},
         {{"--setup", "{}/none.windowsetup"}, 2, "Failed to open interface setup file"},

@@ -29,6 +29,7 @@ namespace {
 constexpr int margin = 4;           ///< around the views
 constexpr int leftColumn = 140;     ///< room for the names of scales, which nobody can widen any more
 constexpr int leastPlotHeight = 48; ///< of a view that shares a given height
+constexpr int leastAxisWidth = 60;  ///< one label of the time axis
 constexpr int spareHeight = 400;    ///< of the browser below the last view, for what else stands there
 
 /// A strip is as high as its text; all other views take what there is.
@@ -72,10 +73,11 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
         m_browser->addDefaultStack();
 
     const int width = size.isEmpty() ? defaultWidth : size.width();
-    m_browser->resize(width, spareHeight);
-    m_browser->findChild<Tsb::Header *>()->splitter()->setSizes({leftColumn, width});
+    m_browser->resize(std::max(width, defaultWidth), spareHeight);
+    m_browser->findChild<Tsb::Header *>()->splitter()->setSizes({leftColumn, m_browser->width()});
     settle();
-    m_browser->resize(2 * width - contentsFrame().width(), m_browser->height());
+    const int besideAxis = contentsFrame().width() - m_browser->timeView()->width();
+    m_browser->resize(m_browser->width() + width - contentsFrame().width(), m_browser->height());
     settle();
     if (!size.isEmpty())
         shareHeight(size.height());
@@ -87,6 +89,8 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
         m_browser->allFitScale();
     settle();
     m_frame = contentsFrame();
+    if (width < besideAxis + leastAxisWidth)
+        m_fault = QStringLiteral("The plots need at least %1 pixels of width.").arg(besideAxis + leastAxisWidth);
     if (m_frame.height() > greatestHeight)
         m_fault = QStringLiteral("The plots are too many, or too high, for one picture: %1 pixels, of at most %2")
                       .arg(QString::number(m_frame.height()), QString::number(greatestHeight));

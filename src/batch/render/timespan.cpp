@@ -39,12 +39,16 @@ bool hasRecordsIn(const TimeSpan &span, const Datastore &store)
     return std::any_of(store.records().begin(), store.records().end(), lies);
 }
 
-QString textOf(const TimeSpan &span, std::int64_t utcOffset)
+QString textOf(const TimeSpan &span, const RenderOptions &options, std::int64_t utcOffset)
 {
-    const QString format = QStringLiteral("%Y-%m-%d %H:%M:%0s");
-    return QStringLiteral("%1 to %2")
-        .arg(timeToString(localTime(span.begin, utcOffset), format),
-             timeToString(localTime(span.end, utcOffset), format));
+    const QString format = QStringLiteral("%Y-%m-%d %H:%M:%S");
+    const QString begin = timeToString(localTime(span.begin, utcOffset), format);
+    const QString end = timeToString(localTime(span.end, utcOffset), format);
+    if (options.to.isEmpty() && !options.from.isEmpty())
+        return QStringLiteral("from %1 on").arg(begin);
+    if (options.from.isEmpty() && !options.to.isEmpty())
+        return QStringLiteral("before %1").arg(end);
+    return QStringLiteral("from %1 to %2").arg(begin, end);
 }
 
 } // namespace Batch

@@ -17,7 +17,7 @@ struct TimeSpan {
 TimeSpan spanToShow(const RenderOptions &options, const Datastore &store);
 /// Whether something of a record lies in the span.
 bool hasRecordsIn(const TimeSpan &span, const Datastore &store);
-/// Local text of the span for people.
-QString textOf(const TimeSpan &span, std::int64_t utcOffset);
+/// Local text for people of what was asked for, such as "from 2019-05-14 12:00:00 on".
+QString textOf(const TimeSpan &span, const RenderOptions &options, std::int64_t utcOffset);
 
 } // namespace Batch
