@@ -20,6 +20,11 @@ std::string texts(const std::vector<ValueTick> &ticks)
     return all;
 }
 
+bool contains(const std::string &text, const std::string &part)
+{
+    return text.find(part) != std::string::npos;
+}
+
 TEST(LinearTicks, Labels)
 {
     struct Case {
@@ -125,6 +130,30 @@ TEST(LogarithmicTicks, MinorTicksKeepThreePixelsAndLabelsALine)
         }
         EXPECT_GE(labelsWithin, perDecade > 14 / std::log10(2.0) ? 2 : 0) << height;
     }
+}
+
+/// Zoomed in between two marks, or onto one: an axis without numbers says nothing.
+TEST(LogarithmicTicks, AShortRangeIsReadableToo)
+{
+    for (double lower : {-11.98, -0.31, 0.05, 2.74, 3.0, 7.9, 290.4}) {
+        for (double span : {1e-7, 1e-4, 0.02, 0.1, 0.25, 0.5}) {
+            const auto ticks = Tsb::logarithmicTicks(lower, lower + span, 112, 16);
+            double lastLabel = -inf;
+            int within = 0;
+            for (const ValueTick &tick : ticks) {
+                if (tick.label.isEmpty())
+                    continue;
+                EXPECT_NEAR(std::log10(tick.label.toDouble()), tick.value, 0.01 * span) << tick.label.toStdString();
+                EXPECT_GE((tick.value - lastLabel) * 112 / span, 16 - 1e-6) << tick.label.toStdString();
+                lastLabel = tick.value;
+                within += tick.value >= lower && tick.value <= lower + span ? 1 : 0;
+            }
+            EXPECT_GE(within, 2) << lower << " " << span;
+            EXPECT_LE(within, 7) << lower << " " << span;
+        }
+    }
+    // 550 to 1620; 1400 would touch 1200.
+    EXPECT_TRUE(contains(texts(Tsb::logarithmicTicks(2.74, 3.21, 112, 16)), " 500 600 800 1000 1200 1600 2000 "));
 }
 
 TEST(LogarithmicTicks, RangesWithoutExtentHaveNone)

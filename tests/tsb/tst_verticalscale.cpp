@@ -1,4 +1,5 @@
 #include "gui/common/tsb/cursorwrap.h"
+#include "gui/common/tsb/scaletitle.h"
 #include "gui/common/tsb/verticalscalewidget.h"
 
 #include <QMouseEvent>
@@ -244,6 +245,41 @@ TEST_F(VerticalScaleTest, DragGoesOnAcrossTheScreensEdge)
         EXPECT_EQ(sets, obeys ? 2 : 1) << "wrapping is off for this drag once it was refused";
         mouse(QEvent::MouseButtonRelease, above(70), Qt::LeftButton, Qt::NoButton);
         Tsb::setCursorAccess({});
+    }
+}
+
+/// Each character 7 pixels wide, lines 15 high.
+TEST(ScaleTitle, IsShownWholeWhereverItFits)
+{
+    struct Case {
+        const char *label;
+        int freeWidth, height, icon;
+        bool upwards;
+        QStringList lines;
+    };
+    const Case cases[] = {
+        {"ions neg\n(1/cm^3)", 60, 100, 14, true, {"ions neg", "(1/cm^3)"}},
+        {"ions neg\n(1/cm^3)", 60, 62, 14, false, {"ions", "neg", "(1/cm^3)"}},
+        {"ions neg\n(1/cm^3)", 80, 40, 14, false, {"ions neg", "(1/cm^3)"}},
+        {"Total concentration\n(#/cm3)", 60, 112, 0, true, {"Total", "concentration", "(#/cm3)"}},
+        {"temperature.mean (C)", 80, 120, 0, true, {"temperature.mean", "(C)"}},
+        {"temperature.mean (C)", 25, 120, 0, false, {"temperature.mean", "(C)"}}, // to be shortened
+        {"a b c d", 10, 30, 0, false, {"a", "b"}},
+        {"", 60, 100, 0, true, {""}},
+        {"ions", 0, 0, 14, false, {"ions"}},
+    };
+    for (const Case &c : cases) {
+        Tsb::TitleRoom room;
+        room.lineHeight = 15;
+        room.firstLine = c.freeWidth - c.icon;
+        room.line = c.freeWidth;
+        room.lines = c.height / 15;
+        room.upwards = c.height - (c.icon > 0 ? 15 : 0);
+        room.depth = c.freeWidth;
+        const auto plan =
+            Tsb::planTitle(QString::fromLatin1(c.label), room, [](const QString &text) { return 7 * text.size(); });
+        EXPECT_EQ(plan.upwards, c.upwards) << c.label << " " << c.freeWidth << " " << c.height;
+        EXPECT_EQ(plan.lines, c.lines) << plan.lines.join('|').toStdString();
     }
 }
 

@@ -19,6 +19,15 @@ namespace {
 constexpr int idRole = Qt::UserRole;
 constexpr int colorSquare = 8;
 constexpr int leastWidth = 16; // characters
+
+/// The colour itself in a selected row too, where an icon would be tinted.
+QIcon spectrumIcon(const QColor &color)
+{
+    const QPixmap square = spectrumColorPixmap(color);
+    QIcon icon(square);
+    icon.addPixmap(square, QIcon::Selected);
+    return icon;
+}
 } // namespace
 
 QPixmap spectrumColorPixmap(const QColor &color)
@@ -75,7 +84,7 @@ void SpectraSelectionWidget::updateSpectrumList()
         item->setData(info->hash, idRole);
         const QColor color = m_uiInfo->spectrumColor(info.get());
         if (color.isValid())
-            item->setIcon(QIcon(spectrumColorPixmap(color)));
+            item->setIcon(spectrumIcon(color));
         item->setSizeHint(size);
         m_model->appendRow(item);
     }

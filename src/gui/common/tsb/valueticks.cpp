@@ -102,6 +102,55 @@ MinorPlan planMinorTicks(double pixelsPerDecade, int lineHeight)
     return plan;
 }
 
+/// Ticks at even steps of the value itself, for a range so short that less than two of the others have a text in it.
+/// They keep their distance from those, and so do their texts.
+class FinerTicks {
+public:
+    FinerTicks(std::vector<ValueTick> &ticks, double pixelsPerDecade, int lineHeight)
+        : m_ticks(ticks), m_pixelsPerDecade(pixelsPerDecade), m_lineHeight(lineHeight)
+    {
+    }
+
+    void add(double lower, double upper, int height)
+    {
+        const auto steps = linearTicks(std::pow(10.0, lower), std::pow(10.0, upper), height, m_lineHeight);
+        if (steps.size() < 2)
+            return;
+        const double greatest = std::max(std::abs(steps.front().value), std::abs(steps.back().value));
+        const double digits = std::ceil(std::log10(greatest / (steps[1].value - steps[0].value))) + 1;
+        for (const ValueTick &step : steps)
+            if (step.value > 0)
+                place(std::log10(step.value), QString::number(step.value, 'g', int(std::clamp(digits, 6.0, 17.0))));
+        std::stable_sort(m_ticks.begin(), m_ticks.end(),
+                         [](const ValueTick &a, const ValueTick &b) { return a.value < b.value; });
+    }
+
+private:
+    void place(double decade, const QString &text)
+    {
+        ValueTick *same = nullptr;
+        bool hasRoom = true;
+        for (ValueTick &tick : m_ticks) {
+            const double distance = std::abs(tick.value - decade) * m_pixelsPerDecade;
+            if (!tick.label.isEmpty() && distance < m_lineHeight)
+                return;
+            if (distance < samePlace)
+                same = &tick;
+            else if (distance < minMinorDistance)
+                hasRoom = false;
+        }
+        if (same)
+            same->label = text;
+        else if (hasRoom)
+            m_ticks.push_back({decade, text, false});
+    }
+
+    static constexpr double samePlace = 0.01; ///< pixels
+    std::vector<ValueTick> &m_ticks;
+    double m_pixelsPerDecade;
+    int m_lineHeight;
+};
+
 } // namespace
 
 QString powerOfTenText(double decade, int mantissa)
@@ -176,6 +225,11 @@ std::vector<ValueTick> logarithmicTicks(double lower, double upper, int height, 
             ticks.push_back({decade + std::log10(m), labelled ? powerOfTenText(decade, m) : QString(), false});
         }
     }
+    const auto isReadable = [&](const ValueTick &tick) {
+        return !tick.label.isEmpty() && tick.value >= lower && tick.value <= upper;
+    };
+    if (k == 1 && std::count_if(ticks.begin(), ticks.end(), isReadable) < 2)
+        FinerTicks(ticks, pixelsPerDecade, lineHeight).add(lower, upper, height);
     return ticks;
 }
 

@@ -19,7 +19,8 @@ std::vector<ValueTick> linearTicks(double lower, double upper, int height, int l
 
 /// Ticks of an axis in decades: lower and upper (in any order) are logarithms, labels show 10 to the power. Decades
 /// that stand too close are thinned to every k-th; between decades that stand far enough apart there are minor ticks at
-/// 2 to 9, with labels where there is room.
+/// 2 to 9, with labels where there is room. A range so short that it has less than two labels gets ticks at even steps
+/// of the value too.
 std::vector<ValueTick> logarithmicTicks(double lower, double upper, int height, int lineHeight);
 
 /// A mantissa of 1 to 9 times 10 to a whole power, with six digits at most; also where a double can't hold it.

@@ -1,11 +1,11 @@
 #include "gui/common/tsb/verticalscalewidget.h"
 #include "gui/common/tsb/plaintooltip.h"
+#include "gui/common/tsb/scaletitle.h"
 #include "gui/common/tsb/valueticks.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <algorithm>
 #include <cmath>
 
 namespace Tsb {
@@ -199,79 +199,37 @@ int VerticalScaleWidget::drawTicks(QPainter &painter) const
     return widest;
 }
 
-namespace {
-
-struct WrappedText {
-    QStringList lines;
-    bool fits = true; ///< every line has the room that it needs
-};
-
-/// The words of a text in as few lines as they fit into; roomIn(i) is the width of line i.
-template<typename RoomIn>
-WrappedText wrapped(QString text, const QFontMetrics &metrics, RoomIn roomIn)
-{
-    WrappedText result;
-    result.lines << QString();
-    for (const QString &word : text.replace(QLatin1Char('\n'), QLatin1Char(' ')).split(QLatin1Char(' '))) {
-        QString &line = result.lines.last();
-        const QString longer = line.isEmpty() ? word : line + QLatin1Char(' ') + word;
-        if (line.isEmpty() || metrics.horizontalAdvance(longer) <= roomIn(result.lines.size() - 1))
-            line = longer;
-        else
-            result.lines << word;
-    }
-    for (int i = 0; i < result.lines.size(); ++i)
-        result.fits = result.fits && metrics.horizontalAdvance(result.lines[i]) <= roomIn(i);
-    return result;
-}
-
-} // namespace
-
-/// The icon on top and the label below it: upwards as it is where it fits, else word by word from left to right,
-/// beginning beside the icon, or upwards, if one of these has room for all of it. The ends of names tell them apart.
+/// The icon on top, and the label beside and below it.
 void VerticalScaleWidget::drawTitle(QPainter &painter, int freeWidth) const
 {
-    const QFontMetrics metrics = fontMetrics();
     const int height = contentsRect().height();
+    const QFontMetrics metrics = fontMetrics();
     int top = titleMargin, beside = titleMargin;
     if (!m_icon.isNull()) {
-        const int inset = std::max(0, (m_lineHeight - m_icon.height()) / 2);
-        painter.drawPixmap(titleMargin + inset, inset, m_icon);
+        painter.drawPixmap(titleMargin, std::max(0, (m_lineHeight - m_icon.height()) / 2), m_icon);
         top = m_lineHeight;
-        beside += m_icon.width() + 2 * titleMargin;
+        beside = m_icon.width() + 3 * titleMargin;
     }
-    const int upwards = height - top - titleMargin;
-    const int linesUpwards = freeWidth / m_lineHeight;
-    const QStringList lines = m_label.split(QLatin1Char('\n'));
-    const auto fitsUpwards = [&](const QString &line) { return metrics.horizontalAdvance(line) <= upwards; };
-    if (lines.size() <= linesUpwards && std::all_of(lines.begin(), lines.end(), fitsUpwards))
-        return drawTitleUpwards(painter, lines, upwards);
-
-    const auto leftOf = [beside](int line) { return line == 0 ? beside : titleMargin; };
-    WrappedText across = wrapped(m_label, metrics, [&](int line) { return freeWidth - leftOf(line); });
-    const int linesAcross = std::max(1, (height + metrics.descent()) / m_lineHeight);
-    if (!across.fits || across.lines.size() > linesAcross) {
-        const WrappedText up = wrapped(m_label, metrics, [upwards](int) { return upwards; });
-        if (up.fits && up.lines.size() <= linesUpwards)
-            return drawTitleUpwards(painter, up.lines, upwards);
-    }
-    if (across.lines.size() > linesAcross) // the last that is shown tells by its end that there is more
-        across.lines = across.lines.mid(0, linesAcross - 1)
-                       << across.lines[linesAcross - 1] + QLatin1Char(' ') + across.lines[linesAcross];
-    for (int i = 0; i < across.lines.size(); ++i) {
-        const int room = std::max(0, freeWidth - leftOf(i));
-        painter.drawText(QRect(leftOf(i), i * m_lineHeight, room, m_lineHeight), Qt::AlignLeft | Qt::AlignVCenter,
-                         metrics.elidedText(across.lines[i], Qt::ElideRight, room));
-    }
-}
-
-void VerticalScaleWidget::drawTitleUpwards(QPainter &painter, const QStringList &lines, int room) const
-{
+    TitleRoom room;
+    room.lineHeight = m_lineHeight;
+    room.firstLine = freeWidth - beside;
+    room.line = freeWidth - titleMargin;
+    room.lines = (height + metrics.descent()) / std::max(1, m_lineHeight);
+    room.upwards = height - top - titleMargin;
+    room.depth = freeWidth;
+    const TitlePlan plan =
+        planTitle(m_label, room, [&metrics](const QString &text) { return metrics.horizontalAdvance(text); });
     painter.save();
-    painter.translate(titleMargin, contentsRect().height() - titleMargin);
-    painter.rotate(-90);
-    for (int i = 0; i < lines.size(); ++i)
-        painter.drawText(QRect(0, i * m_lineHeight, room, m_lineHeight), Qt::AlignCenter, lines[i]);
+    if (plan.upwards) {
+        painter.translate(titleMargin, height - titleMargin);
+        painter.rotate(-90);
+    }
+    for (int i = 0; i < plan.lines.size(); ++i) {
+        const int left = plan.upwards ? 0 : i == 0 ? beside : titleMargin;
+        const QRect place(left, i * m_lineHeight, plan.upwards ? room.upwards : freeWidth - left, m_lineHeight);
+        const QString shown = metrics.elidedText(plan.lines[i], Qt::ElideRight, std::max(0, place.width()));
+        painter.drawText(place, plan.upwards ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter, shown);
+    }
     painter.restore();
 }
 

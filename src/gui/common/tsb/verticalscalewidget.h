@@ -62,7 +62,6 @@ private:
     /// Draws the ticks and returns the width that their labels take at the right edge.
     int drawTicks(QPainter &painter) const;
     void drawTitle(QPainter &painter, int freeWidth) const;
-    void drawTitleUpwards(QPainter &painter, const QStringList &lines, int room) const;
     void drawCursor(QPainter &painter) const;
     double heightAt(int widgetY) const; ///< pixels above the contents' bottom edge
 
