@@ -263,7 +263,9 @@ TEST(ScaleTitle, IsShownWholeWhereverItFits)
         {"ions neg\n(1/cm^3)", 80, 40, 14, false, {"ions neg", "(1/cm^3)"}},
         {"Total concentration\n(#/cm3)", 60, 112, 0, true, {"Total", "concentration", "(#/cm3)"}},
         {"temperature.mean (C)", 80, 120, 0, true, {"temperature.mean", "(C)"}},
-        {"temperature.mean (C)", 25, 120, 0, false, {"temperature.mean", "(C)"}}, // to be shortened
+        {"temperature.mean (C)", 35, 100, 0, true, {"temperature.", "mean (C)"}},
+        {"ions neg\n(1/cm^3)", 50, 66, 14, true, {"ions", "neg", "(1/cm^3)"}},
+        {"temperature.mean (C)", 25, 120, 0, false, {"temperature.", "mean", "(C)"}}, // to be shortened
         {"a b c d", 10, 30, 0, false, {"a", "b"}},
         {"", 60, 100, 0, true, {""}},
         {"ions", 0, 0, 14, false, {"ions"}},
@@ -274,7 +276,8 @@ TEST(ScaleTitle, IsShownWholeWhereverItFits)
         room.firstLine = c.freeWidth - c.icon;
         room.line = c.freeWidth;
         room.lines = c.height / 15;
-        room.upwards = c.height - (c.icon > 0 ? 15 : 0);
+        room.firstUpwards = c.height - (c.icon > 0 ? 15 : 0);
+        room.upwards = c.height;
         room.depth = c.freeWidth;
         const auto plan =
             Tsb::planTitle(QString::fromLatin1(c.label), room, [](const QString &text) { return 7 * text.size(); });

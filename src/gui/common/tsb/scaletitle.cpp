@@ -9,16 +9,31 @@ namespace {
 using WidthOf = std::function<int(const QString &)>;
 using RoomIn = std::function<int(int)>; ///< the width of a line
 
-QStringList wrapped(QString label, const RoomIn &roomIn, const WidthOf &widthOf)
+/// The parts between which a line may end, blanks left at their ends.
+QStringList partsOf(const QString &label)
+{
+    static const QString ends = QStringLiteral(" \n._");
+    QStringList parts{QString()};
+    for (const QChar c : label) {
+        parts.last() += c == QLatin1Char('\n') ? QLatin1Char(' ') : c;
+        if (ends.contains(c))
+            parts << QString();
+    }
+    return parts;
+}
+
+QStringList wrapped(const QString &label, const RoomIn &roomIn, const WidthOf &widthOf)
 {
     QStringList lines{QString()};
-    for (const QString &word : label.replace(QLatin1Char('\n'), QLatin1Char(' ')).split(QLatin1Char(' '))) {
-        const QString longer = lines.last().isEmpty() ? word : lines.last() + QLatin1Char(' ') + word;
-        if (lines.last().isEmpty() || widthOf(longer) <= roomIn(lines.size() - 1))
+    for (const QString &part : partsOf(label)) {
+        const QString longer = lines.last() + part;
+        if (lines.last().isEmpty() || widthOf(longer.trimmed()) <= roomIn(lines.size() - 1))
             lines.last() = longer;
         else
-            lines.append(word);
+            lines << part;
     }
+    for (QString &line : lines)
+        line = line.trimmed();
     return lines;
 }
 
@@ -35,7 +50,7 @@ bool fit(const QStringList &lines, int most, const RoomIn &roomIn, const WidthOf
 
 TitlePlan planTitle(const QString &label, const TitleRoom &room, const WidthOf &widthOf)
 {
-    const auto upwards = [&room](int) { return room.upwards; };
+    const auto upwards = [&room](int line) { return line == 0 ? room.firstUpwards : room.upwards; };
     const auto across = [&room](int line) { return line == 0 ? room.firstLine : room.line; };
     const int linesUpwards = room.depth / std::max(1, room.lineHeight);
 

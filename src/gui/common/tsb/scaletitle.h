@@ -9,11 +9,12 @@ namespace Tsb {
 /// The room that a scale has for its name, beside its numbers; all in pixels.
 struct TitleRoom {
     int lineHeight = 0;
-    int firstLine = 0; ///< width of the first line from left to right, which an icon may shorten
-    int line = 0;      ///< width of the others
-    int lines = 0;     ///< how many of them there may be
-    int upwards = 0;   ///< length of a line from the bottom upwards
-    int depth = 0;     ///< width that lines upwards may take together
+    int firstLine = 0;    ///< width of the first line from left to right, which an icon may shorten
+    int line = 0;         ///< width of the others
+    int lines = 0;        ///< how many of them there may be
+    int firstUpwards = 0; ///< length of the first line from the bottom upwards
+    int upwards = 0;      ///< length of the others
+    int depth = 0;        ///< width that lines upwards may take together
 };
 
 struct TitlePlan {
@@ -22,7 +23,8 @@ struct TitlePlan {
 };
 
 /// Upwards as the label stands, if its lines fit; else word by word from left to right; else word by word upwards. If
-/// none of these holds all of it, from left to right with as many lines as there are.
+/// none of these holds all of it, from left to right with as many lines as there are. A line may also end behind a full
+/// stop or an underscore.
 TitlePlan planTitle(const QString &label, const TitleRoom &room, const std::function<int(const QString &)> &widthOf);
 
 } // namespace Tsb

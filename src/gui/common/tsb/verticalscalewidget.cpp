@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Tsb {
@@ -15,6 +16,7 @@ constexpr int tickLength = 4;
 constexpr int minorTickLength = 2;
 constexpr int labelGap = 6; ///< from a label's right end to the edge
 constexpr int titleMargin = 2;
+constexpr int wordGap = 4; ///< between a line of the title and the numbers
 constexpr double cursorOpacity = 0.9;
 } // namespace
 
@@ -212,23 +214,30 @@ void VerticalScaleWidget::drawTitle(QPainter &painter, int freeWidth) const
     }
     TitleRoom room;
     room.lineHeight = m_lineHeight;
-    room.firstLine = freeWidth - beside;
-    room.line = freeWidth - titleMargin;
+    const int right = freeWidth - wordGap;
+    room.firstLine = right - beside;
+    room.line = right - titleMargin;
     room.lines = (height + metrics.descent()) / std::max(1, m_lineHeight);
-    room.upwards = height - top - titleMargin;
+    room.firstUpwards = height - top - titleMargin;
+    room.upwards = height - 2 * titleMargin;
     room.depth = freeWidth;
-    const TitlePlan plan =
-        planTitle(m_label, room, [&metrics](const QString &text) { return metrics.horizontalAdvance(text); });
+    const auto widthOf = [&metrics](const QString &text) { return metrics.horizontalAdvance(text); };
+    const TitlePlan plan = planTitle(m_label, room, widthOf);
     painter.save();
     if (plan.upwards) {
         painter.translate(titleMargin, height - titleMargin);
         painter.rotate(-90);
     }
+    const bool allShort = std::all_of(plan.lines.begin(), plan.lines.end(),
+                                      [&](const QString &line) { return widthOf(line) <= room.firstUpwards; });
     for (int i = 0; i < plan.lines.size(); ++i) {
         const int left = plan.upwards ? 0 : i == 0 ? beside : titleMargin;
-        const QRect place(left, i * m_lineHeight, plan.upwards ? room.upwards : freeWidth - left, m_lineHeight);
-        const QString shown = metrics.elidedText(plan.lines[i], Qt::ElideRight, std::max(0, place.width()));
-        painter.drawText(place, plan.upwards ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter, shown);
+        const int length = !plan.upwards        ? right - left
+                           : i == 0 || allShort ? room.firstUpwards // one centre for all where there is one
+                                                : room.upwards;
+        const QRect place(left, i * m_lineHeight, std::max(0, length), m_lineHeight);
+        painter.drawText(place, plan.upwards ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter,
+                         metrics.elidedText(plan.lines[i], Qt::ElideRight, place.width()));
     }
     painter.restore();
 }
