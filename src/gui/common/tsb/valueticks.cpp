@@ -103,17 +103,23 @@ MinorPlan planMinorTicks(double pixelsPerDecade, int lineHeight)
 }
 
 /// Ticks at even steps of the value itself, for a range so short that less than two of the others have a text in it.
-/// They keep their distance from those, and so do their texts.
+/// Texts within the range keep their distance.
 class FinerTicks {
 public:
-    FinerTicks(std::vector<ValueTick> &ticks, double pixelsPerDecade, int lineHeight)
-        : m_ticks(ticks), m_pixelsPerDecade(pixelsPerDecade), m_lineHeight(lineHeight)
+    FinerTicks(std::vector<ValueTick> &ticks, double lower, double upper, int height, int lineHeight)
+        : m_ticks(ticks), m_lower(lower), m_upper(upper), m_height(height), m_lineHeight(lineHeight)
     {
     }
 
-    void add(double lower, double upper, int height)
+    bool areNeeded() const
     {
-        const auto steps = linearTicks(std::pow(10.0, lower), std::pow(10.0, upper), height, m_lineHeight);
+        return std::count_if(m_ticks.begin(), m_ticks.end(),
+                             [this](const ValueTick &tick) { return isReadable(tick); }) < 2;
+    }
+
+    void add()
+    {
+        const auto steps = linearTicks(std::pow(10.0, m_lower), std::pow(10.0, m_upper), m_height, m_lineHeight);
         if (steps.size() < 2)
             return;
         const double greatest = std::max(std::abs(steps.front().value), std::abs(steps.back().value));
@@ -126,29 +132,31 @@ public:
     }
 
 private:
-    void place(double decade, const QString &text)
+    bool isReadable(const ValueTick &tick) const
     {
-        ValueTick *same = nullptr;
-        bool hasRoom = true;
-        for (ValueTick &tick : m_ticks) {
-            const double distance = std::abs(tick.value - decade) * m_pixelsPerDecade;
-            if (!tick.label.isEmpty() && distance < m_lineHeight)
-                return;
-            if (distance < samePlace)
-                same = &tick;
-            else if (distance < minMinorDistance)
-                hasRoom = false;
-        }
-        if (same)
-            same->label = text;
-        else if (hasRoom)
-            m_ticks.push_back({decade, text, false});
+        return !tick.label.isEmpty() && tick.value >= m_lower && tick.value <= m_upper;
     }
 
-    static constexpr double samePlace = 0.01; ///< pixels
+    /// A tick with a text takes the place of one without that stands too close.
+    void place(double decade, const QString &text)
+    {
+        if (decade < m_lower || decade > m_upper)
+            return;
+        const double pixelsPerDecade = m_height / (m_upper - m_lower);
+        const auto distance = [&](const ValueTick &tick) { return std::abs(tick.value - decade) * pixelsPerDecade; };
+        if (std::any_of(m_ticks.begin(), m_ticks.end(),
+                        [&](const ValueTick &tick) { return isReadable(tick) && distance(tick) < m_lineHeight; }))
+            return;
+        const auto gone = std::remove_if(m_ticks.begin(), m_ticks.end(), [&](const ValueTick &tick) {
+            return !tick.major && distance(tick) < minMinorDistance;
+        });
+        m_ticks.erase(gone, m_ticks.end());
+        m_ticks.push_back({decade, text, false});
+    }
+
     std::vector<ValueTick> &m_ticks;
-    double m_pixelsPerDecade;
-    int m_lineHeight;
+    double m_lower, m_upper;
+    int m_height, m_lineHeight;
 };
 
 } // namespace
@@ -225,11 +233,9 @@ std::vector<ValueTick> logarithmicTicks(double lower, double upper, int height, 
             ticks.push_back({decade + std::log10(m), labelled ? powerOfTenText(decade, m) : QString(), false});
         }
     }
-    const auto isReadable = [&](const ValueTick &tick) {
-        return !tick.label.isEmpty() && tick.value >= lower && tick.value <= upper;
-    };
-    if (k == 1 && std::count_if(ticks.begin(), ticks.end(), isReadable) < 2)
-        FinerTicks(ticks, pixelsPerDecade, lineHeight).add(lower, upper, height);
+    FinerTicks finer(ticks, lower, upper, height, lineHeight);
+    if (k == 1 && finer.areNeeded())
+        finer.add();
     return ticks;
 }
 
