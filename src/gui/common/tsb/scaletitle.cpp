@@ -63,7 +63,8 @@ TitlePlan planTitle(const QString &label, const TitleRoom &room, const WidthOf &
     const QStringList upwardLines = wrapped(label, upwards, widthOf);
     if (fit(upwardLines, linesUpwards, upwards, widthOf))
         return {true, upwardLines};
-    return {false, acrossLines.mid(0, std::max(1, room.lines))};
+    const bool canBeRead = room.line >= 2 * room.lineHeight;
+    return {false, canBeRead ? acrossLines.mid(0, std::max(1, room.lines)) : QStringList()};
 }
 
 } // namespace Tsb

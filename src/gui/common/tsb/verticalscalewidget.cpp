@@ -195,7 +195,8 @@ int VerticalScaleWidget::drawTicks(QPainter &painter) const
             continue;
         // A text at an edge is moved inward as far as its digits would be cut.
         const int top = std::max(-ink.top(), std::min(y - m_lineHeight / 2, height - ink.bottom() - 1));
-        painter.drawText(QRect(0, top, width - labelGap, m_lineHeight), Qt::AlignRight | Qt::AlignTop, tick.label);
+        painter.drawText(QRect(0, top, width - labelGap, m_lineHeight), Qt::AlignRight | Qt::AlignTop,
+                         metrics.elidedText(tick.label, Qt::ElideLeft, width - labelGap)); // half a number misleads
         widest = std::max(widest, metrics.horizontalAdvance(tick.label));
     }
     return widest;
