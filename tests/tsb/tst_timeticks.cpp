@@ -104,6 +104,16 @@ TEST(TimeAxis, EqualNeighboursKeepOneLabel)
     EXPECT_FALSE(far.ticks.front().drawn) << "ticks 2 pixels apart";
 }
 
+TEST(TimeAxis, YearsWhereMonthsHaveNoRoom)
+{
+    const TimeScale scale(at("2020-11-01T00:00:00"), 86400 * second, 0); // one pixel a day
+    const TimeAxis years = Tsb::timeAxis(scale, 500, 0, 50);
+    EXPECT_EQ(groupsOf(years), (QStringList{"0-61 2020", "61-426 2021", "426-500 2022"}));
+    const TimeAxis months = Tsb::timeAxis(scale, 500, 0, 32);
+    EXPECT_EQ(months.groups.size(), 17u);
+    EXPECT_EQ(years.boundaries, months.boundaries);
+}
+
 /// Whatever the scale, an axis is bounded work, its ticks ascend and stand at the place that the scale gives them.
 TEST(TimeAxis, SurvivesEveryScale)
 {

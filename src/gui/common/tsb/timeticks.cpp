@@ -32,6 +32,7 @@ constexpr TickRow cursorRows[] = {
 constexpr int tickSpacing = 60; // columns that a step has to exceed
 constexpr int leastTickDistance = 4;
 constexpr std::int64_t secondsPerHour = 3600;
+constexpr std::int64_t daysOfLongestMonth = 31;
 
 template<std::size_t count>
 const TickRow &rowFor(const TickRow (&rows)[count], std::int64_t span)
@@ -69,7 +70,7 @@ std::int64_t alignedTick(std::int64_t time, std::int64_t step)
 
 } // namespace
 
-TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds)
+TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds, int monthTextWidth)
 {
     TimeAxis axis;
     const TickRow &row = rowFor(tickRows, scale.ticksPerPixel * tickSpacing);
@@ -81,9 +82,11 @@ TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds)
     if (left > end)
         return axis;
 
+    const bool monthsHaveRoom = daysOfLongestMonth * ticksPerDay / scale.ticksPerPixel + 1 >= monthTextWidth;
+    const char *const cellFormat = monthsHaveRoom ? row.groupFormat : "%Y";
     std::int64_t tick = alignedTick(left, step);
-    QString lastLabel, group = text(tick, offsetSeconds, row.groupFormat);
-    int groupLeft = -1;
+    QString lastLabel, group = text(tick, offsetSeconds, row.groupFormat), cell = text(tick, offsetSeconds, cellFormat);
+    int cellLeft = -1;
     while (tick < end) {
         tick = saturatedAdd(tick, step);
         const int x = scale.pixelAt(recordTimeFromTicks(tick));
@@ -97,11 +100,15 @@ TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds)
         const QString nextGroup = text(tick, offsetSeconds, row.groupFormat);
         if (nextGroup == group && tick < end)
             continue;
-        if (const TimeGroup cell{std::max(0, groupLeft), std::min(x, width), group}; cell.left < cell.right)
-            axis.groups.push_back(cell);
         axis.boundaries.push_back(x);
         group = nextGroup;
-        groupLeft = x;
+        const QString nextCell = text(tick, offsetSeconds, cellFormat);
+        if (nextCell == cell && tick < end)
+            continue;
+        if (const TimeGroup closed{std::max(0, cellLeft), std::min(x, width), cell}; closed.left < closed.right)
+            axis.groups.push_back(closed);
+        cell = nextCell;
+        cellLeft = x;
     }
     return axis;
 }

@@ -30,8 +30,9 @@ struct TimeAxis {
 };
 
 /// Ticks and groups of the columns 0 .. width. Steps line up with midnight UTC; texts show the time moved by the
-/// offset. Times before the epoch get no text.
-TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds);
+/// offset. Times before the epoch get no text. Where no month has room for a text of that width, the texts are those of
+/// years, and the marks between months stay.
+TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds, int monthTextWidth = 0);
 
 /// The two texts at the time cursor.
 struct TimeCursorLabels {

@@ -394,8 +394,9 @@ void TimeView::paintEvent(QPaintEvent *event)
 
 void TimeView::paintAxis(QPainter &painter, const QSize &size) const
 {
-    const TimeAxis axis = timeAxis(m_timeScale, size.width(), m_offsetSeconds);
     const QFontMetrics metrics = painter.fontMetrics();
+    const TimeAxis axis =
+        timeAxis(m_timeScale, size.width(), m_offsetSeconds, metrics.horizontalAdvance(QStringLiteral("0000-00")));
     const int bottom = size.height();
     const QPen pen(palette().color(QPalette::WindowText));
     painter.setPen(pen);
