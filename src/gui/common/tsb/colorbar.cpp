@@ -109,7 +109,8 @@ void Colorbar::paintEvent(QPaintEvent *)
 
 void Colorbar::drawColors(QPainter &painter, const QRect &area) const
 {
-    QImage image(area.size(), QImage::Format_RGB32);
+    const qreal ratio = devicePixelRatioF();
+    QImage image(qRound(area.width() * ratio), qRound(area.height() * ratio), QImage::Format_RGB32);
     for (int y = 0; y < image.height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
         if (m_orientation == Qt::Vertical)
@@ -120,7 +121,7 @@ void Colorbar::drawColors(QPainter &painter, const QRect &area) const
         else
             std::copy_n(reinterpret_cast<const QRgb *>(image.constScanLine(0)), image.width(), line);
     }
-    painter.drawImage(area.topLeft(), image);
+    painter.drawImage(area, image);
 }
 
 double Colorbar::tickPosition(double decade, int size) const
