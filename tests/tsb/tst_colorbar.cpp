@@ -57,6 +57,24 @@ protected:
     Colorbar bar{GetParam()};
 };
 
+TEST_P(ColorbarTest, ALostReleaseEndsADragToo)
+{
+    mouse(QEvent::MouseButtonPress, 150, Qt::LeftButton, Qt::LeftButton);
+    mouse(QEvent::MouseMove, 100, Qt::NoButton, Qt::LeftButton);
+    const double upper = bar.upper();
+    EXPECT_GT(upper, 3);
+    mouse(QEvent::MouseMove, 180, Qt::NoButton, Qt::NoButton);
+    EXPECT_EQ(bar.upper(), upper);
+
+    QSignalSpy marked(&bar, &Colorbar::mouseMarkedValue);
+    QObject::connect(&bar, &Colorbar::mouseMarkedValue, &bar, &Colorbar::markValue);
+    mouse(QEvent::MouseButtonPress, 150, Qt::RightButton, Qt::RightButton);
+    mouse(QEvent::MouseMove, 160, Qt::NoButton, Qt::NoButton);
+    mouse(QEvent::MouseMove, 170, Qt::NoButton, Qt::NoButton);
+    ASSERT_EQ(marked.size(), 2);
+    EXPECT_TRUE(std::isnan(marked[1][0].toDouble()));
+}
+
 TEST_P(ColorbarTest, TakesOnlyUsableLimits)
 {
     struct Case {

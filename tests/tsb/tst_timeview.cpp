@@ -151,6 +151,22 @@ TEST_F(TimeViewTest, MiddleButtonRolls)
     EXPECT_EQ(view.timeScale().ticksPerPixel, second);
 }
 
+TEST_F(TimeViewTest, StopsMovingWhenTheReleaseCannotCome)
+{
+    view.show();
+    for (const bool hidden : {true, false}) {
+        mouse(QEvent::MouseButtonPress, Qt::MiddleButton, {400, middle()});
+        mouse(QEvent::MouseMove, Qt::MiddleButton, {700, middle()});
+        hidden ? view.hide() : view.setEnabled(false);
+        const TimeScale stopped = view.timeScale();
+        QTest::qWait(70);
+        EXPECT_EQ(view.timeScale(), stopped);
+        hidden ? view.show() : view.setEnabled(true);
+        drag(Qt::LeftButton, {400, middle()}, {10, 0});
+        EXPECT_EQ(view.timeScale().tickAt(10), stopped.tickAt(0));
+    }
+}
+
 TEST_F(TimeViewTest, ScrollIntoViewMovesAsLittleAsPossible)
 {
     const auto moment = [](std::int64_t pixel) { return start + Ticks(pixel * second); };

@@ -116,6 +116,15 @@ TEST_F(VerticalScaleTest, DragPansUpAndDownAndZoomsSideways)
     EXPECT_EQ(widget.minimum(), 3) << "a scale without extent can't be dragged";
 }
 
+TEST_F(VerticalScaleTest, ALostReleaseEndsADragToo)
+{
+    mouse(QEvent::MouseButtonPress, above(100), Qt::LeftButton, Qt::LeftButton);
+    mouse(QEvent::MouseMove, above(50), Qt::NoButton, Qt::NoButton);
+    EXPECT_EQ(widget.minimum(), 0);
+    drag(above(50), above(100));
+    EXPECT_DOUBLE_EQ(widget.minimum(), -25);
+}
+
 TEST_F(VerticalScaleTest, WheelZoomsAboutThePointer)
 {
     const double held = widget.scale().value(150);

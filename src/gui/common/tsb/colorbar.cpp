@@ -266,9 +266,15 @@ void Colorbar::dragTo(const QPoint &pos)
 void Colorbar::mouseMoveEvent(QMouseEvent *event)
 {
     const int p = along(event->pos());
+    const bool marks = event->buttons().testFlag(Qt::RightButton);
+    // A release that went elsewhere, as to a dialog that came up, ends a drag too.
+    if (m_dragging && !event->buttons().testFlag(Qt::LeftButton))
+        m_dragging = false;
+    if (!marks && !std::isnan(m_markedValue))
+        Q_EMIT mouseMarkedValue(std::numeric_limits<double>::quiet_NaN());
     if (m_dragging) {
         dragTo(event->pos());
-    } else if (event->buttons() & Qt::RightButton) {
+    } else if (marks) {
         Q_EMIT mouseMarkedValue(valueAt(p));
         event->accept();
     } else {

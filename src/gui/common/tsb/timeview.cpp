@@ -286,7 +286,15 @@ void TimeView::changeEvent(QEvent *event)
     if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange ||
         event->type() == QEvent::StyleChange)
         updateFontMetrics();
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        endDrag();
     QFrame::changeEvent(event);
+}
+
+void TimeView::hideEvent(QHideEvent *event)
+{
+    endDrag(); // no release comes to a hidden widget, nor to a disabled one
+    QFrame::hideEvent(event);
 }
 
 // ---- gestures
@@ -315,6 +323,13 @@ void TimeView::mouseReleaseEvent(QMouseEvent *event)
                       (m_dragState == Rolling && event->button() == Qt::MiddleButton);
     if (!ends)
         return QFrame::mouseReleaseEvent(event);
+    endDrag();
+}
+
+void TimeView::endDrag()
+{
+    if (m_dragState == Idle)
+        return;
     m_rollTimer.stop();
     m_dragState = Idle;
     setCursor(Qt::OpenHandCursor);

@@ -72,6 +72,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -94,6 +95,7 @@ private:
     void updateFontMetrics();
     void pan(QMouseEvent *event);
     void panAndZoom(QPoint delta);
+    void endDrag();
     void paintCursor(QPainter &painter, const QSize &size) const;
     int contentsWidth() const { return contentsRect().width(); }
 

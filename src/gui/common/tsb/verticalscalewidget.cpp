@@ -268,7 +268,7 @@ double VerticalScaleWidget::heightAt(int widgetY) const
 
 void VerticalScaleWidget::mousePressEvent(QMouseEvent *event)
 {
-    if (m_readOnly || m_dragging || event->button() != Qt::LeftButton)
+    if (m_readOnly || event->button() != Qt::LeftButton)
         return QFrame::mousePressEvent(event);
     m_drag.begin(event->pos());
     m_dragStartScale = m_scale.rebased(heightAt(event->pos().y()));
@@ -278,7 +278,7 @@ void VerticalScaleWidget::mousePressEvent(QMouseEvent *event)
 
 void VerticalScaleWidget::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!m_dragging)
+    if (!m_dragging || !event->buttons().testFlag(Qt::LeftButton)) // the release may have gone elsewhere
         return QFrame::mouseMoveEvent(event);
     const QPoint global = event->globalPos();
     const QPoint delta = m_drag.moveTo(event->pos(), global, screenAt(global)).value_or(QPoint());
