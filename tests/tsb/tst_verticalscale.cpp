@@ -274,8 +274,9 @@ TEST(ScaleTitle, IsShownWholeWhereverItFits)
         {"temperature.mean (C)", 80, 120, 0, true, {"temperature.mean", "(C)"}},
         {"temperature.mean (C)", 35, 100, 0, true, {"temperature.", "mean (C)"}},
         {"ions neg\n(1/cm^3)", 50, 66, 14, true, {"ions", "neg", "(1/cm^3)"}},
-        {"temperature.mean (C)", 30, 70, 0, false, {"temperature.", "mean", "(C)"}}, // to be shortened
-        {"temperature.mean (C)", 25, 70, 0, false, {}},
+        {"Total concentration\n(#/cm3)", 36, 112, 0, true, {"Total concentration", "(#/cm3)"}}, // to be shortened
+        {"temperature.mean (C)", 72, 70, 0, false, {"temperature.", "mean (C)"}},               // likewise
+        {"temperature.mean (C)", 14, 70, 0, false, {}},
         {"abc defg hij klm", 30, 30, 0, false, {"abc", "defg"}},
         {"", 60, 100, 0, true, {""}},
         {"ions", 0, 0, 14, false, {}},

@@ -63,6 +63,8 @@ TitlePlan planTitle(const QString &label, const TitleRoom &room, const WidthOf &
     const QStringList upwardLines = wrapped(label, upwards, widthOf);
     if (fit(upwardLines, linesUpwards, upwards, widthOf))
         return {true, upwardLines};
+    if (room.firstUpwards > room.line && asItStands.size() <= linesUpwards)
+        return {true, asItStands};
     const bool canBeRead = room.line >= 2 * room.lineHeight;
     return {false, canBeRead ? acrossLines.mid(0, std::max(1, room.lines)) : QStringList()};
 }

@@ -23,8 +23,8 @@ struct TitlePlan {
 };
 
 /// Upwards as the label stands, if its lines fit; else word by word from left to right; else word by word upwards. If
-/// none of these holds all of it, from left to right with as many lines as there are, or nothing where that says
-/// nothing. A line may also end behind a full stop or an underscore.
+/// none of these holds all of it, the way with the longer lines, or nothing where that says nothing. A line may also
+/// end behind a full stop or an underscore.
 TitlePlan planTitle(const QString &label, const TitleRoom &room, const std::function<int(const QString &)> &widthOf);
 
 } // namespace Tsb
