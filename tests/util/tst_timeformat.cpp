@@ -1,5 +1,7 @@
 #include "util/timeformat.h"
 
+#include <QLocale>
+
 #include <gtest/gtest.h>
 
 #include <random>
