@@ -216,7 +216,7 @@ TEST_F(VerticalScaleTest, NamesAreShownToTheirEnds)
     EXPECT_NE(pictureOf("Total " + word + "\n(nm)"), pictureOf("Total " + word + "\n(nM)"));
     // Where there is no room for all, the last line tells that it goes on.
     const QString many = QStringLiteral("many words one below the other");
-    widget.resize(4 * line, 3 * line + widget.frameWidth() * 2);
+    widget.resize(7 * line, 3 * line + widget.frameWidth() * 2);
     EXPECT_NE(pictureOf(many), pictureOf("many words one"));
 }
 
@@ -277,7 +277,7 @@ TEST(ScaleTitle, IsShownWholeWhereverItFits)
         {"Total concentration\n(#/cm3)", 36, 112, 0, true, {"Total concentration", "(#/cm3)"}}, // to be shortened
         {"temperature.mean (C)", 72, 70, 0, false, {"temperature.", "mean (C)"}},               // likewise
         {"temperature.mean (C)", 14, 70, 0, false, {}},
-        {"abc defg hij klm", 30, 30, 0, false, {"abc", "defg"}},
+        {"abc defg hij klm", 30, 30, 0, false, {"abc", "defg hij"}}, // shortened, which shows that it goes on
         {"", 60, 100, 0, true, {""}},
         {"ions", 0, 0, 14, false, {}},
     };

@@ -37,6 +37,15 @@ QStringList wrapped(const QString &label, const RoomIn &roomIn, const WidthOf &w
     return lines;
 }
 
+/// So many lines at most. The last has the next behind it where there are more: too wide then, it shows that it is cut.
+QStringList firstOf(const QStringList &lines, int most)
+{
+    QStringList first = lines.mid(0, most);
+    if (lines.size() > most)
+        first.last() += QLatin1Char(' ') + lines[most];
+    return first;
+}
+
 bool fit(const QStringList &lines, int most, const RoomIn &roomIn, const WidthOf &widthOf)
 {
     for (int i = 0; i < lines.size(); ++i) {
@@ -66,7 +75,7 @@ TitlePlan planTitle(const QString &label, const TitleRoom &room, const WidthOf &
     if (room.firstUpwards > room.line && asItStands.size() <= linesUpwards)
         return {true, asItStands};
     const bool canBeRead = room.line >= 2 * room.lineHeight;
-    return {false, canBeRead ? acrossLines.mid(0, std::max(1, room.lines)) : QStringList()};
+    return {false, canBeRead ? firstOf(acrossLines, std::max(1, room.lines)) : QStringList()};
 }
 
 } // namespace Tsb
