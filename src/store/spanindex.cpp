@@ -126,10 +126,14 @@ std::size_t SpanIndex::guessInRun(std::size_t i, std::int64_t tick) const
     return slot - std::min(slot, slotOf(i));
 }
 
-void SpanIndex::fetchAround(std::int64_t tick) const
+void SpanIndex::fetch(std::size_t first, std::size_t last) const
 {
-    if (const std::size_t before = blocksBefore(tick))
-        fetch(m_blocks[before - 1]);
+    for (std::size_t i = first; i < std::min(last, m_size);) {
+        const std::size_t next = endOfBlock(i), count = std::min(next, last) - i;
+        fetch(blockOf(i).spans->begins.data() + slotOf(i), count);
+        fetch(blockOf(i).spans->ends.data() + slotOf(i), count);
+        i = next;
+    }
 }
 
 void SpanIndex::fetch(const Block &block)
@@ -138,6 +142,14 @@ void SpanIndex::fetch(const Block &block)
     constexpr std::size_t cacheLine = 64;
     for (std::size_t at = 0; at < sizeof(Spans); at += cacheLine)
         __builtin_prefetch(memory + at);
+}
+
+void SpanIndex::fetch(const std::int64_t *times, std::size_t count)
+{
+    constexpr std::size_t cacheLine = 8; // times
+    for (std::size_t i = 0; i < count; i += cacheLine)
+        __builtin_prefetch(times + i);
+    __builtin_prefetch(times + count - 1);
 }
 
 SpanIndex::Run SpanIndex::runFrom(std::size_t i) const
@@ -152,6 +164,14 @@ SpanIndex::Run SpanIndex::runFrom(std::size_t i) const
             block.endsAscend,
             knowsFirst ? block.firstBegin : *begins,
             knowsFirst ? block.leastEnd : *ends};
+}
+
+SpanIndex::Times SpanIndex::timesBefore(std::size_t i, std::size_t most) const
+{
+    const Spans &spans = *blockOf(i - 1).spans;
+    const std::size_t endSlot = slotOf(i - 1) + 1;
+    const std::size_t size = std::min({endSlot, i, most});
+    return {spans.begins.data() + endSlot - size, spans.ends.data() + endSlot - size, size};
 }
 
 void SpanIndex::append(RecordTime beginTime, RecordTime endTime)

@@ -37,8 +37,8 @@ public:
     /// may be beyond the end.
     void fetchIfCrossing(std::size_t i, std::int64_t tick) const;
 
-    /// The same for the block that lowerBound() of that tick will look into.
-    void fetchAround(std::int64_t tick) const;
+    /// The same for the entries first .. last - 1, as far as there are so many.
+    void fetch(std::size_t first, std::size_t last) const;
 
     /// The entries from one on to the end of its block, in memory.
     struct Run {
@@ -48,6 +48,16 @@ public:
         std::int64_t firstBegin, firstEnd; ///< of the first entry, without a look at the arrays where that is known
     };
     Run runFrom(std::size_t i) const;
+
+    /// The times of entries of one block, side by side in memory.
+    struct Times {
+        const std::int64_t *begins, *ends;
+        std::size_t size;
+    };
+    /// Of those that precede entry i in the block of the last of them, the last so many at most; i is not 0.
+    Times timesBefore(std::size_t i, std::size_t most) const;
+    /// Behind the last entry of the block that holds entry i.
+    std::size_t endOfBlock(std::size_t i) const { return std::min(m_size, i + blockSize - slotOf(i)); }
 
     /// The first entry whose begin isn't less than the tick; size() if there is none.
     std::size_t lowerBound(std::int64_t tick) const;
@@ -95,6 +105,7 @@ private:
     std::size_t blocksBefore(std::int64_t tick) const;
     std::size_t guessSlot(std::size_t block, std::int64_t tick) const;
     static void fetch(const Block &block);
+    static void fetch(const std::int64_t *times, std::size_t count);
 
     std::vector<Block> m_blocks;
     std::size_t m_front = 0; ///< slots of the first block whose entries went; below blockSize

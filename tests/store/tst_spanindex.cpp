@@ -77,6 +77,10 @@ void expectEqual(const SpanIndex &index, const PlainSpans &plain)
             ASSERT_EQ(run.firstEnd, plain.spans[i].end) << i;
             ASSERT_TRUE(!run.endsAscend || std::is_sorted(run.ends, run.ends + run.size)) << i;
             ASSERT_LT(index.guessInRun(i, plain.spans[first].begin + std::int64_t(i)), run.size) << i;
+            const SpanIndex::Times before = index.timesBefore(i + 1, 5);
+            ASSERT_EQ(before.size, std::min<std::size_t>(5, i + 1 - first)) << i;
+            ASSERT_EQ(before.begins[before.size - 1], plain.spans[i].begin) << i;
+            ASSERT_EQ(before.ends[0], plain.spans[i + 1 - before.size].end) << i;
         }
     }
 }

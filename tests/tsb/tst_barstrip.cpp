@@ -36,6 +36,12 @@ public:
         m_styleOf.push_back(std::uint8_t(style));
     }
 
+    void removeFirst(std::size_t count)
+    {
+        m_spans.removeFirst(count);
+        m_styleOf.erase(m_styleOf.begin(), m_styleOf.begin() + std::ptrdiff_t(count));
+    }
+
     QImage painted(bool eachBar, int first = 0, int last = width)
     {
         QImage image(width, m_height, QImage::Format_ARGB32_Premultiplied);
@@ -78,32 +84,67 @@ TEST(BarStrip, looks_as_if_every_bar_were_drawn)
 {
     const struct {
         const char *name;
-        double perPixel;  ///< records in a pixel
-        double widest;    ///< pixels
-        bool modesInTurn; ///< else in long runs
-        int styles;       ///< how many of the styles occur
+        double perPixel; ///< records in a pixel
+        double widest;   ///< pixels
+        int runs;        ///< so many of a style after each other
+        int styles;      ///< how many of the styles occur, or that one alone as a negative number
+        int atOnce = 1;  ///< so many begin at the same time
     } cases[] = {
-        {"wide bars", 0.1, 9, true, 6},        {"about a pixel", 0.8, 2, true, 6},
-        {"a few to a pixel", 4, 0.3, true, 6}, {"dozens to a pixel", 40, 0.025, true, 6},
-        {"hundreds", 250, 0.004, true, 5},     {"hundreds in runs", 250, 0.004, false, 7},
-        {"mixed widths", 3, 1.6, true, 7},     {"only without the flag", 20, 0.05, true, 7},
+        {"wide bars", 0.1, 9, 1, 6},
+        {"about a pixel", 0.8, 2, 1, 6},
+        {"a few to a pixel", 4, 0.3, 1, 6},
+        {"dozens to a pixel", 40, 0.025, 1, 6},
+        {"hundreds", 250, 0.004, 1, 5},
+        {"hundreds in runs", 250, 0.004, 400, 7},
+        {"dozens in runs", 45, 0.02, 40, 7},
+        {"mixed widths", 3, 1.6, 1, 7},
+        {"only without the flag", 20, 0.05, 1, 7},
+        {"all provisional", 250, 0.004, 1, -1},
+        {"none with the flag", 250, 0.004, 1, -6},
+        {"many at a time", 2, 0.01, 1, 6, 200},
+        {"full and half at a time", 8, 0.01, 30, 2, 30},
     };
     std::mt19937 random(7);
     std::uniform_real_distribution<double> uniform(0, 1);
     for (const auto &c : cases) {
-        for (const int height : {12, 15, 20, 23}) {
+        for (const int height : {3, 5, 8, 12, 15, 20, 23, 64}) {
             Strip strip(height);
             double x = -3;
             int i = 0;
             while (x < Strip::width + 3) {
-                const int style = c.modesInTurn ? i % c.styles : (i / 400) % c.styles;
-                strip.add(x, c.widest * uniform(random), style);
-                x += 2 * uniform(random) / c.perPixel;
+                strip.add(x, c.widest * uniform(random), c.styles < 0 ? -c.styles : (i / c.runs) % c.styles);
                 ++i;
+                if (i % c.atOnce == 0)
+                    x += 2 * uniform(random) / c.perPixel;
             }
             EXPECT_LE(greatestDifference(strip.painted(false), strip.painted(true)), 2)
                 << c.name << ", height " << height;
         }
+    }
+}
+
+TEST(BarStrip, forgotten_records_hide_no_wide_bar)
+{
+    for (const int lost : {1, 10, 63}) {
+        Strip strip;
+        for (int i = 0; i < 300; ++i)
+            strip.add(100 + i * 0.01, i % 64 >= 54 ? 5 : 0.008, i % 6);
+        strip.removeFirst(std::size_t(lost));
+        EXPECT_LE(greatestDifference(strip.painted(false), strip.painted(true)), 2) << lost;
+    }
+}
+
+TEST(BarStrip, a_column_alone_is_the_same_as_with_all_others)
+{
+    for (const double perPixel : {1.0, 6.0, 60.0, 300.0}) {
+        Strip strip;
+        for (int i = 0; i < Strip::width * perPixel; ++i)
+            if (i / 500 % 3 != 2) // with gaps
+                strip.add(i / perPixel, 0.8 / perPixel, i % 20 == 19 ? 1 : i % 3 * 2);
+        const QImage whole = strip.painted(false);
+        for (int x = 0; x < Strip::width; ++x)
+            ASSERT_EQ(strip.painted(false, x, x + 1).copy(x, 0, 1, whole.height()), whole.copy(x, 0, 1, whole.height()))
+                << perPixel << " to a pixel, column " << x;
     }
 }
 
@@ -119,15 +160,17 @@ TEST(BarStrip, draws_only_the_columns_that_it_is_asked_for)
             ASSERT_EQ(part.pixel(x, y), x >= 100 && x < 140 ? whole.pixel(x, y) : qRgb(255, 255, 255)) << x << ' ' << y;
 }
 
-TEST(BarStrip, absurd_times_stay_bounded)
+TEST(BarStrip, absurd_times_are_drawn_as_each_bar_would_be)
 {
     Strip strip;
     strip.add(-1e9, 2e9, 0);
     strip.add(5, -200, 1);
     for (int i = 0; i < 1000; ++i)
         strip.add(5, 0, 2);
+    for (int i = 0; i < 100; ++i)
+        strip.add(20 + i * 0.01, i % 3 - 1, 4); // some end before they begin
     strip.add(50, 1e12, 3);
-    strip.painted(false);
+    EXPECT_LE(greatestDifference(strip.painted(false), strip.painted(true)), 2);
 }
 
 } // namespace
