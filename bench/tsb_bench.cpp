@@ -190,9 +190,9 @@ void colorFitBesideReadingEachValue(benchmark::State &state)
     compare(
         state,
         [&] {
-            Tsb::ColorHistogram histogram;
+            SpectMath::DecadeHistogram histogram;
             Tsb::addVisibleValues(histogram, store().source(), parameters.scale, width, bins, nullptr);
-            auto limits = histogram.limits();
+            auto limits = Tsb::colorLimits(histogram);
             benchmark::DoNotOptimize(limits);
         },
         [&] {

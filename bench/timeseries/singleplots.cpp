@@ -143,7 +143,7 @@ double sumOfDotProducts(BenchStore &data)
     for (int which = 0; which < 2; ++which) {
         const auto weights = Tsb::concentrationWeights(*data.info(which), concentrationPlot(data));
         for (const SpectrumRecord &entry : *data.store().series(data.info(which).get()))
-            sum += Tsb::concentrationOf(*entry.spectrum, weights);
+            sum += SpectMath::concentrationOf(*entry.spectrum, weights);
     }
     return sum;
 }
@@ -158,8 +158,8 @@ void anotherMoment(benchmark::State &state, const Work &work)
     compare(
         state,
         [&] {
-            settings.concentrationType =
-                ++turn % 2 == 0 ? SpectMath::ConcentrationType::number : SpectMath::ConcentrationType::radius;
+            settings.concentrationType = ++turn % 2 == 0 ? SpectMath::ConcentrationType::surface
+                                                         : SpectMath::ConcentrationType::radius; // not kept ready
             plot->setSettings(settings);
             work(*plot);
         },

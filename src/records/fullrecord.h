@@ -10,13 +10,15 @@ namespace Spectrometer {
 
 /// A head with all measured values. NaN stands for a value that isn't there.
 struct FullRecord : RecordHead {
+    // Beside the mode in the head: what colours a record is read of very many.
+    bool provisional = false; ///< the measured values are provisional; never written to day files
+    bool regular = true;      ///< drawn from the second pen list of a variable plot when false
+
     RealVector voltages;         ///< V, one per electrometer
     RealVector variables;        ///< slot = SystemVariable::valueIndex
     RealVector currents;         ///< fA, one per electrometer
     RealVector currentVariances; ///< fA^2
     RealVector rawCurrents;      ///< fA, uncorrected
-    bool provisional = false;    ///< the measured values are provisional; never written to day files
-    bool regular = true;         ///< drawn from the second pen list of a variable plot when false
     std::vector<std::shared_ptr<RecordFlag>> flags; ///< in file order, doubles kept
 };
 

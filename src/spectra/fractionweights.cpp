@@ -79,4 +79,14 @@ RealVector SpectrumInfo::fractionWeights(const MobilitySize &lower, const Mobili
     return c;
 }
 
+RealVector SpectrumInfo::totalWeights(ConcentrationType type) const
+{
+    MobilitySize lower, upper;
+    lower.diameterUnit = upper.diameterUnit = sizeUnit;
+    lower.mobilityUnit = upper.mobilityUnit = mobilityUnit;
+    lower.diameter = upper.mobility = 0.0;
+    lower.mobility = upper.diameter = std::numeric_limits<double>::infinity();
+    return fractionWeights(lower, upper, type);
+}
+
 } // namespace SpectMath

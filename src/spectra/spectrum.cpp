@@ -70,6 +70,24 @@ BandMatrix smoothedBand(const BandMatrix &covariances, const RealMatrix &matrix)
 
 } // namespace
 
+double concentrationOf(const Spectrum &spectrum, const RealVector &weights)
+{
+    const std::size_t n = weights.size();
+    if (spectrum.status != 0 || n == 0 || spectrum.concentrations.size() != n)
+        return noValue;
+    const double *const c = spectrum.concentrations.data().begin();
+    const double *const w = weights.data().begin();
+    double sum = 0;
+    for (std::size_t i = 0; i < n; ++i)
+        sum += w[i] * c[i];
+    return sum;
+}
+
+double decadesOf(double concentration)
+{
+    return concentration <= 0 ? -std::numeric_limits<double>::infinity() : std::log10(concentration);
+}
+
 std::shared_ptr<Spectrum> makeSpectrum()
 {
     return std::allocate_shared<Spectrum>(SlabAllocator<Spectrum>());

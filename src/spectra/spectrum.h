@@ -38,6 +38,13 @@ struct Spectrum {
     Spectrum smoothed(const RealMatrix &matrix, CovarianceSmoothing mode) const;
 };
 
+/// The dot product of weights and concentrations, as by SpectrumInfo::fractionWeights; NaN for a failed spectrum or one
+/// of another size.
+double concentrationOf(const Spectrum &spectrum, const RealVector &weights);
+
+/// log10 of a concentration; nothing and less than nothing lie below all decades.
+double decadesOf(double concentration);
+
 /// A spectrum in slab memory, for the many that live in a store.
 std::shared_ptr<Spectrum> makeSpectrum();
 

@@ -70,6 +70,8 @@ struct SpectrumInfo {
     /// Weights whose dot product with concentrations is the integral of the linearly interpolated density (times the
     /// moment of a size-based type) over log10 of the native axis between the limits.
     RealVector fractionWeights(const MobilitySize &lower, const MobilitySize &upper, ConcentrationType type) const;
+    /// The same over the whole axis.
+    RealVector totalWeights(ConcentrationType type) const;
 
     /// "name (inverter)", or the first four characters of the hash in place of an empty inverter name.
     QString displayLabel() const;

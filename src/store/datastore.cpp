@@ -150,6 +150,25 @@ const SpanIndex &Datastore::seriesSpans(SeriesKey key) const
     return spans;
 }
 
+const SpectMath::DecadeHistogram &Datastore::histogram(SeriesKey key) const
+{
+    static const SpectMath::DecadeHistogram none;
+    const auto found = m_summaries.find(key);
+    return found == m_summaries.end() ? none : found->second.histogram();
+}
+
+SeriesSummary &Datastore::summaryOf(const SpectMath::SpectrumInfoPointer &info)
+{
+    return m_summaries.try_emplace(info.get(), *info).first->second;
+}
+
+void Datastore::updateSpans() const
+{
+    recordSpans();
+    for (const SeriesKey key : m_spectrumSeries.keys())
+        seriesSpans(key);
+}
+
 std::size_t Datastore::lostEntries(SeriesKey key) const
 {
     const auto found = m_lostEntries.find(key);
@@ -294,8 +313,10 @@ void Datastore::dropOldest()
         Series &series = **entry;
         std::size_t lost = 0;
         // Another record of the same beginTime loses its entry too.
-        for (; !series.empty() && series.front().record->beginTime <= dropped->beginTime; ++lost)
+        for (; !series.empty() && series.front().record->beginTime <= dropped->beginTime; ++lost) {
+            m_summaries.at(entry.key()).leave(series.front());
             series.pop_front();
+        }
         if (lost == 0)
             continue;
         m_seriesSpans[entry.key()].removeFirst(lost);
@@ -337,11 +358,15 @@ void Datastore::enterSpectrum(const std::shared_ptr<Record> &record,
     std::shared_ptr<Series> &series = m_spectrumSeries[key];
     if (!series)
         series = std::make_shared<Series>();
+    SeriesSummary &summary = summaryOf(spectrum->info);
     const std::size_t place = lowerBoundOf(*series, record->beginTime);
     if (place < series->size() && (*series)[place].record == record) {
-        (*series)[place].spectrum = spectrum;
+        summary.give((*series)[place], spectrum);
     } else {
-        series->insert(series->begin() + std::ptrdiff_t(place), SpectrumRecord{record, spectrum, 0});
+        SpectrumRecord entry;
+        entry.record = record;
+        summary.give(entry, spectrum);
+        series->insert(series->begin() + std::ptrdiff_t(place), std::move(entry));
         insertSpan(m_seriesSpans[key], place, *record);
     }
     updateGaps(*series, place);
@@ -369,6 +394,7 @@ void Datastore::mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord>
     }
     // What was merged stands in `merged`, what wasn't yet behind `next`: together the series as it would be by now.
     Series &series = **known;
+    SeriesSummary &summary = summaryOf(entries.front().spectrum->info);
     m_seriesSpans[key].truncate(lowerBoundOf(series, entries.front().record->beginTime));
     Series merged;
     auto next = series.begin();
@@ -378,8 +404,8 @@ void Datastore::mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord>
         if (next != series.end() && next->record == entry.record)
             merged.push_back(std::move(*next++));
         if (merged.empty() || merged.back().record != entry.record)
-            merged.push_back({entry.record, entry.spectrum, 0});
-        merged.back().spectrum = entry.spectrum;
+            merged.push_back({entry.record, nullptr});
+        summary.give(merged.back(), entry.spectrum);
         updateGaps(merged.size() > 1 ? &merged[merged.size() - 2] : nullptr, merged.back(),
                    next == series.end() ? nullptr : &*next);
     }
@@ -391,6 +417,7 @@ std::shared_ptr<Datastore::Series> Datastore::removeSpectrum(SeriesKey key)
 {
     std::shared_ptr<Series> series = m_spectrumSeries.take(key);
     m_seriesSpans.erase(key);
+    m_summaries.erase(key);
     if (series)
         m_lostEntries[key] += series->size();
     for (int i = 0; i < size(); ++i) {

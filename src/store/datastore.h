@@ -1,7 +1,6 @@
 #pragma once
 
-#include "records/record.h"
-#include "spectra/spectrum.h"
+#include "store/seriessummary.h"
 #include "store/spanindex.h"
 
 #include <QMap>
@@ -10,13 +9,6 @@
 #include <deque>
 #include <map>
 #include <vector>
-
-/// An entry of a spectrum series: one record that has a spectrum of the series' description.
-struct SpectrumRecord {
-    std::shared_ptr<Record> record;
-    std::shared_ptr<SpectMath::Spectrum> spectrum;
-    std::int64_t nearestGap = 0; ///< distance in midTime to the nearest neighbour, ticks; 0 for a lone entry
-};
 
 /// What Datastore::updated tells; each emission carries exactly one.
 enum UpdateFlag { RecordCameIn = 1, DataReplaced = 2, SpectraChanged = 4 };
@@ -54,6 +46,10 @@ public:
     /// Begins and ends of the records of a series, entry for entry; an empty index if there is no such series. Valid
     /// until the next change of the store.
     const SpanIndex &seriesSpans(SeriesKey key) const;
+    /// Brings the indexes of all spans up to date, so that who asks first needn't wait for it.
+    void updateSpans() const;
+    /// The concentrations of all of the series' spectra that didn't fail; an empty one if there is no such series.
+    const SpectMath::DecadeHistogram &histogram(SeriesKey key) const;
     /// How many records it has lost so far, each the first one then. What is kept beside the records tells by this how
     /// many go at its front.
     std::size_t lostRecords() const { return m_lostRecords; }
@@ -110,6 +106,7 @@ Q_SIGNALS:
 
 private:
     int indexOfRecord(const std::shared_ptr<Record> &record) const;
+    SeriesSummary &summaryOf(const SpectMath::SpectrumInfoPointer &info);
     void mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord> &entries);
     int insertAt(int index, const std::shared_ptr<Record> &record);
     void dropOldest();
@@ -122,6 +119,7 @@ private:
     QMap<SeriesKey, std::shared_ptr<Series>> m_spectrumSeries;
     mutable SpanIndex m_recordSpans; ///< may lack records at the end
     mutable std::map<SeriesKey, SpanIndex> m_seriesSpans;
+    std::map<SeriesKey, SeriesSummary> m_summaries;
     std::size_t m_lostRecords = 0;
     std::map<SeriesKey, std::size_t> m_lostEntries;
     mutable int m_lastFound = 0; ///< where the last search ended: the next one is mostly for the place after it

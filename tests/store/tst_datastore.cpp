@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <random>
 
 namespace {
@@ -472,6 +473,94 @@ TEST(Datastore, many_spectra_at_once_are_as_each_in_turn)
                 }
             }
         }
+    }
+}
+
+/// The trapezoids of the density over the logarithm of the axis.
+double integralOf(const SpectMath::Spectrum &spectrum)
+{
+    const RealVector &x = spectrum.info->nativePoints(), &c = spectrum.concentrations;
+    double sum = 0;
+    for (std::size_t i = 0; i + 1 < x.size(); ++i)
+        sum += (c[i] + c[i + 1]) / 2 * std::log10(x[i + 1] / x[i]);
+    return sum;
+}
+
+void expectSummary(const Datastore &store, Datastore::SeriesKey key)
+{
+    SpectMath::DecadeHistogram expected;
+    const auto series = store.series(key);
+    for (std::size_t i = 0; series && i < series->size(); ++i) {
+        const SpectMath::Spectrum &spectrum = *(*series)[i].spectrum;
+        const double decades = (*series)[i].totalDecades;
+        if (spectrum.status != 0 || spectrum.concentrations.size() != key->nativePoints().size()) {
+            ASSERT_TRUE(std::isnan(decades)) << i;
+            continue;
+        }
+        expected.add(spectrum.concentrations.data().begin(), spectrum.concentrations.size());
+        const double total = integralOf(spectrum);
+        if (total > 1e-9) {
+            ASSERT_NEAR(decades, std::log10(total), 1e-9) << i;
+        } else if (total < -1e-9) {
+            ASSERT_EQ(decades, -std::numeric_limits<double>::infinity()) << i;
+        }
+    }
+    const SpectMath::DecadeHistogram &histogram = store.histogram(key);
+    for (int bin = 0; bin < SpectMath::DecadeHistogram::binCount; ++bin)
+        ASSERT_EQ(histogram.count(bin), expected.count(bin)) << bin;
+}
+
+TEST(Datastore, what_is_known_of_all_spectra_follows_them)
+{
+    std::mt19937 random(17);
+    const auto makeSpectrum = [&random](const SpectMath::SpectrumInfoPointer &info) {
+        const auto spectrum = spectrumOf(info);
+        spectrum->status = random() % 5 == 0 ? 2 : 0;
+        spectrum->concentrations.resize(random() % 7 == 0 ? 3 : 5);
+        for (double &c : spectrum->concentrations)
+            c = std::pow(10.0, double(random() % 60) / 10 - 2) * (random() % 6 == 0 ? -1 : 1);
+        return spectrum;
+    };
+    std::vector<SpectMath::SpectrumInfoPointer> infos;
+    for (const char *name : {"a", "b"}) {
+        auto info = std::make_shared<SpectMath::SpectrumInfo>();
+        info->name = name;
+        info->scale = SpectMath::DistributionScale::radius;
+        info->radii.resize(5);
+        for (std::size_t k = 0; k < 5; ++k)
+            info->radii[k] = std::pow(1.5, double(k * k));
+        info->finish();
+        infos.push_back(info);
+    }
+    Datastore store;
+    store.setMaxRecords(60);
+    for (int step = 0; step < 600; ++step) {
+        const int begin = 10 * step - int(random() % 300) + 1000;
+        store.addFullRecord(fullRecord(begin, begin + 5));
+        SpectMath::SpectrumPointerList spectra;
+        for (const auto &info : infos)
+            if (random() % 3 != 0)
+                spectra.push_back(makeSpectrum(info));
+        const auto result = resultFor(*store.at(int(random() % unsigned(store.size()))), spectra);
+        if (step % 3 == 0)
+            store.replaceSpectra(result);
+        else
+            store.addSpectra(result);
+        if (step % 40 == 20) { // a file's spectra at once
+            std::vector<SpectrumRecord> entries;
+            for (int i = 0; i < store.size(); ++i)
+                if (random() % 2 == 0)
+                    entries.push_back({store.at(i), makeSpectrum(infos[0])});
+            store.enterSpectra(std::move(entries));
+        }
+        if (step % 200 == 150)
+            store.removeSpectrum(infos[1].get());
+        if (step % 10 != 0)
+            continue;
+        for (const auto &info : infos)
+            expectSummary(store, info.get());
+        if (HasFatalFailure())
+            return;
     }
 }
 

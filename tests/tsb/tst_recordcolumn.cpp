@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 
 namespace {
@@ -137,6 +138,39 @@ TEST_F(Columns, work_out_only_what_came_in)
     EXPECT_EQ(worked, 5 * mostRecords);
 }
 
+TEST(ManyRecords, have_their_values_whichever_thread_works_them_out)
+{
+    constexpr int count = 120'001;
+    const auto info = std::make_shared<SpectMath::SpectrumInfo>();
+    Datastore store;
+    store.setLimitRecords(false);
+    std::vector<std::shared_ptr<Record>> records;
+    std::vector<SpectrumRecord> entries;
+    for (int i = 0; i < count; ++i) {
+        auto record = makeRecord();
+        record->beginTime = testStart + Ticks(i);
+        record->endTime = record->beginTime + Ticks(1);
+        record->variables = RealVector(2, i);
+        records.push_back(record);
+        auto spectrum = SpectMath::makeSpectrum();
+        spectrum->info = info;
+        spectrum->currentRmsError = i;
+        entries.push_back({record, spectrum});
+    }
+    store.mergeRecords(std::move(records));
+    store.enterSpectra(std::move(entries));
+    RecordColumn<double> ofRecords;
+    ofRecords.setValueOf([](const Record &record) { return record.variables[1]; }, {&Record::variables, 1});
+    SeriesColumn ofSeries(info, residual), ofEntries(info, &SpectrumRecord::totalDecades);
+    const double *const values = ofRecords.values(store), *const residuals = ofSeries.values(store);
+    const double *const totals = ofEntries.values(store);
+    for (int i = 0; i < count; ++i) {
+        ASSERT_EQ(values[i], i);
+        ASSERT_EQ(residuals[i], i);
+        ASSERT_TRUE(std::isnan(totals[i])) << "a failed spectrum";
+    }
+}
+
 /// Counts how often values move.
 struct Counted {
     int value = 0;
@@ -156,11 +190,11 @@ TEST(ValueQueue, moves_each_value_a_few_times_whatever_its_length)
     for (const int length : {1, 10, 10'000}) {
         Tsb::ValueQueue<Counted> queue;
         for (int i = 0; i < length; ++i)
-            queue.append(i);
+            queue.insert(queue.size(), i);
         Counted::moves = 0;
         for (int i = 0; i < 100'000; ++i) {
             queue.removeFirst(1);
-            queue.append(length + i);
+            queue.insert(queue.size(), length + i);
             ASSERT_EQ(queue.size(), std::size_t(length));
             ASSERT_EQ(queue.data()[0].value, i + 1);
             ASSERT_EQ(queue.data()[length - 1].value, length + i);

@@ -1,9 +1,13 @@
 #include "gui/common/tsb/recordcolumn.h"
 
+#include "gui/common/tsb/spectrumwalk.h"
+
 namespace Tsb {
 
 double SeriesColumn::valueAt(const SpectrumRecord &entry) const
 {
+    if (m_ofEntry)
+        return entry.*m_ofEntry;
     return entry.spectrum ? m_valueOf(*entry.spectrum) : noValue;
 }
 
@@ -29,7 +33,15 @@ const double *SeriesColumn::values(const Datastore &store)
     static const Datastore::Series none;
     const auto series = store.series(key());
     m_column.follow(store.lostEntries(key()));
-    m_column.bringUpToDate(series ? *series : none, [this](const SpectrumRecord &entry) { return valueAt(entry); });
+    const Datastore::Series &entries = series ? *series : none;
+    m_column.bringUpToDate(entries.size(), [&](std::size_t begin, std::size_t end, double *place) {
+        const auto visit = [&](const SpectrumRecord &entry) { *place++ = valueAt(entry); };
+        const auto at = [&entries](std::size_t i) { return entries.begin() + std::ptrdiff_t(i); };
+        if (m_ofEntry)
+            std::for_each(at(begin), at(end), visit);
+        else
+            walkSpectra(entries, begin, end, visit);
+    });
     return m_column.data();
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "gui/common/tsb/recordwalk.h"
 #include "gui/common/tsb/valuequeue.h"
-#include "store/datastore.h"
+#include "util/inhalves.h"
 
 #include <functional>
 
@@ -41,16 +42,15 @@ public:
         else
             m_stale = true;
     }
-    /// Works all values out anew if they are stale or not of that size.
-    template<typename Sequence, typename ValueOf>
-    void bringUpToDate(const Sequence &sequence, ValueOf valueOf)
+    /// Works all values out anew if they are stale or not of that size: fill(begin, end, place) writes those of the
+    /// entries begin .. end - 1. Called from two threads for many.
+    template<typename Fill>
+    void bringUpToDate(std::size_t size, Fill fill)
     {
-        if (!m_stale && m_values.size() == sequence.size())
+        if (!m_stale && m_values.size() == size)
             return;
-        m_values.clear();
-        m_values.reserve(sequence.size());
-        for (const auto &entry : sequence)
-            m_values.append(valueOf(entry));
+        T *const values = m_values.unset(size);
+        inHalves(size, [&fill, values](std::size_t begin, std::size_t end) { fill(begin, end, values + begin); });
         m_stale = false;
         ++m_revision;
     }
@@ -67,11 +67,14 @@ private:
 template<typename T>
 class RecordColumn {
 public:
+    /// May be called from two threads at once.
     using ValueOf = std::function<T(const Record &)>;
 
-    void setValueOf(ValueOf valueOf)
+    /// The slot that values come from, for columns that are quickly made.
+    void setValueOf(ValueOf valueOf, RecordSlot reads = {})
     {
         m_valueOf = std::move(valueOf);
+        m_reads = reads;
         invalidate();
     }
     void invalidate() { m_column.invalidate(); }
@@ -88,7 +91,10 @@ public:
     const T *values(const Datastore &store)
     {
         m_column.follow(store.lostRecords());
-        m_column.bringUpToDate(store.records(), [this](const auto &record) { return m_valueOf(*record); });
+        m_column.bringUpToDate(store.records().size(), [&](std::size_t begin, std::size_t end, T *place) {
+            walkRecords(store.records(), begin, end, m_reads,
+                        [&](const Record &record) { *place++ = m_valueOf(record); });
+        });
         return m_column.data();
     }
     /// Another number after each change of the values.
@@ -96,21 +102,28 @@ public:
 
 private:
     ValueOf m_valueOf;
+    RecordSlot m_reads;
     Column<T> m_column;
 };
 
 /// The same for the entries of one spectrum series.
 class SeriesColumn {
 public:
+    /// May be called from two threads at once.
     using ValueOf = std::function<double(const SpectMath::Spectrum &)>;
 
-    explicit SeriesColumn(SpectMath::SpectrumInfoPointer info, ValueOf valueOf)
+    /// Values that are told by what lies in the spectra.
+    SeriesColumn(SpectMath::SpectrumInfoPointer info, ValueOf valueOf)
         : m_info(std::move(info)), m_valueOf(std::move(valueOf))
+    {
+    }
+    /// Values that the entries have themselves.
+    SeriesColumn(SpectMath::SpectrumInfoPointer info, double SpectrumRecord::*value)
+        : m_info(std::move(info)), m_ofEntry(value)
     {
     }
 
     const SpectMath::SpectrumInfo *key() const { return m_info.get(); }
-    double valueOf(const SpectMath::Spectrum &spectrum) const { return m_valueOf(spectrum); }
     /// For Datastore::updated.
     void noteUpdated(const Datastore &store, const std::shared_ptr<Record> &record);
     /// As many as the series has entries, until the store changes.
@@ -123,6 +136,7 @@ private:
 
     SpectMath::SpectrumInfoPointer m_info; ///< held, so that the key isn't given to another description
     ValueOf m_valueOf;
+    double SpectrumRecord::*m_ofEntry = nullptr; ///< in place of m_valueOf
     Column<double> m_column;
 };
 

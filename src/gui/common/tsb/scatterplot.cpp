@@ -14,6 +14,9 @@
 
 namespace Tsb {
 
+using SpectMath::ConcentrationType;
+using SpectMath::decadesOf;
+
 namespace {
 
 constexpr std::uint8_t unknownPen = 255;
@@ -116,25 +119,23 @@ void ScatterPlot::rebuildSeries()
         if (number < 0 || number >= m_uiInfo->metadata()->totalElectrometers)
             return;
         if (m_settings.showElectrometerNoise)
-            return addRecordSeries([number](const Record &r) { return electrometerNoise(r, number); }, false, false);
+            return addRecordSeries({&Record::currentVariances, number}, electrometerNoise, false, false);
         if (m_settings.showRawCurrents)
-            addRecordSeries([number](const Record &r) { return slotValue(r.rawCurrents, number); }, true, true);
+            addRecordSeries({&Record::rawCurrents, number}, slotValue, true, true);
         if (m_settings.showProcessedCurrents)
-            addRecordSeries([number](const Record &r) { return slotValue(r.currents, number); }, false, false);
+            addRecordSeries({&Record::currents, number}, slotValue, false, false);
     } else if (m_settings.type == ScatterPlotSettings::Variable) {
-        if (const auto variable = m_uiInfo->metadata()->variable(m_settings.parameterName)) {
-            const int slot = variable->valueIndex;
-            addRecordSeries([slot](const Record &r) { return slotValue(r.variables, slot); }, false, true);
-        }
+        if (const auto variable = m_uiInfo->metadata()->variable(m_settings.parameterName))
+            addRecordSeries({&Record::variables, variable->valueIndex}, slotValue, false, true);
     } else {
         rebuildSpectrumSeries();
     }
 }
 
-void ScatterPlot::addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool paleRegular, bool paleIrregular)
+void ScatterPlot::addRecordSeries(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular)
 {
     RecordSeries series;
-    series.values.setValueOf(std::move(valueOf));
+    series.values.setValueOf([=](const Record &record) { return valueOf(record.*slot.vector, slot.slot); }, slot);
     for (const QColor &color : m_uiInfo->opmodeColors())
         for (const bool pale : {paleRegular, paleIrregular})
             series.colors.push_back(opaque(pale ? paleTint(color) : color));
@@ -146,22 +147,24 @@ void ScatterPlot::rebuildSpectrumSeries()
     for (const SpectMath::SpectrumInfoPointer &info : m_uiInfo->spectrumInfos()) {
         if (!m_settings.visibleSpectra.contains(info->hash))
             continue;
-        std::function<double(const SpectMath::Spectrum &)> valueOf, scaleValueOf;
-        if (m_settings.type == ScatterPlotSettings::Concentration) {
-            const RealVector weights = concentrationWeights(*info, m_settings);
-            valueOf = [weights](const SpectMath::Spectrum &s) { return concentrationOf(s, weights); };
-            // A scale of decades; nothing and less than nothing lie below all of them.
-            scaleValueOf = [weights](const SpectMath::Spectrum &s) {
-                const double value = concentrationOf(s, weights);
-                return value <= 0 ? -std::numeric_limits<double>::infinity() : std::log10(value);
-            };
-        } else {
-            const SpectrumParameter parameter = m_settings.spectrumParameter;
-            valueOf = [parameter](const SpectMath::Spectrum &s) { return parameterOf(s, parameter); };
-            scaleValueOf = valueOf;
-        }
         const QRgb color = opaque(m_uiInfo->spectrumColor(info.get()));
-        m_spectrumSeries.push_back({info, SeriesColumn(info, scaleValueOf), {}, color, valueOf});
+        const auto add = [&](SeriesColumn column, auto valueOf) {
+            m_spectrumSeries.push_back({info, std::move(column), {}, color, valueOf});
+        };
+        if (m_settings.type == ScatterPlotSettings::Parameter) {
+            const auto valueOf = [parameter = m_settings.spectrumParameter](const SpectMath::Spectrum &s) {
+                return parameterOf(s, parameter);
+            };
+            add(SeriesColumn(info, valueOf), valueOf);
+            continue;
+        }
+        const auto valueOf = [weights = concentrationWeights(*info, m_settings)](const SpectMath::Spectrum &s) {
+            return concentrationOf(s, weights);
+        };
+        if (m_settings.totalConcentration && m_settings.concentrationType == ConcentrationType::number)
+            add(SeriesColumn(info, &SpectrumRecord::totalDecades), valueOf);
+        else
+            add(SeriesColumn(info, [valueOf](const SpectMath::Spectrum &s) { return decadesOf(valueOf(s)); }), valueOf);
     }
 }
 
@@ -250,8 +253,8 @@ ScatterPlot::PlaceSource ScatterPlot::placesOf(Series &series, std::size_t size,
             keep ? series.places.places(m_scale, height, values, size, series.values.revision()) : nullptr};
 }
 
-/// Calls mark(i, n) for runs of the entries first .. first + count - 1 of a block that stand on one column, which is
-/// set.
+/// Calls mark(i, n) for runs of the entries first .. first + count - 1 of a block that stand on one column, which
+/// is set.
 template<typename Mark>
 void ScatterPlot::markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
                                std::size_t count, Mark mark)
@@ -408,9 +411,10 @@ std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) cons
             if (spectrum->info.get() != series.info.get())
                 continue;
             const double value = series.valueOf(*spectrum);
+            const bool decades = m_settings.type == ScatterPlotSettings::Concentration;
             if (!std::isnan(value))
                 points.push_back({m_uiInfo->spectrumName(series.info.get()), scatterUnit(m_settings, QString()), value,
-                                  series.values.valueOf(*spectrum), series.color});
+                                  decades ? decadesOf(value) : value, series.color});
         }
     }
     return points;

@@ -73,7 +73,8 @@ private:
     class PlaceSource;
 
     void rebuildSeries();
-    void addRecordSeries(RecordColumn<double>::ValueOf valueOf, bool paleRegular, bool paleIrregular);
+    using ValueOfSlot = double (*)(const RealVector &values, int slot);
+    void addRecordSeries(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular);
     void rebuildSpectrumSeries();
 
     double rowOf(double scaleValue) const;

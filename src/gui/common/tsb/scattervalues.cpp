@@ -14,23 +14,10 @@ double slotValue(const RealVector &values, int slot)
     return slot >= 0 && std::size_t(slot) < values.size() ? values[std::size_t(slot)] : noValue;
 }
 
-double electrometerNoise(const Record &record, int electrometer)
+double electrometerNoise(const RealVector &currentVariances, int electrometer)
 {
-    const double variance = slotValue(record.currentVariances, electrometer);
+    const double variance = slotValue(currentVariances, electrometer);
     return variance >= 0 ? std::sqrt(variance) : noValue;
-}
-
-double concentrationOf(const SpectMath::Spectrum &spectrum, const RealVector &weights)
-{
-    const std::size_t n = weights.size();
-    if (spectrum.status != 0 || n == 0 || spectrum.concentrations.size() != n)
-        return noValue;
-    const double *const c = spectrum.concentrations.data().begin();
-    const double *const w = weights.data().begin();
-    double sum = 0;
-    for (std::size_t i = 0; i < n; ++i)
-        sum += w[i] * c[i];
-    return sum;
 }
 
 double parameterOf(const SpectMath::Spectrum &spectrum, SpectrumParameter parameter)
@@ -50,14 +37,9 @@ double parameterOf(const SpectMath::Spectrum &spectrum, SpectrumParameter parame
 
 RealVector concentrationWeights(const SpectMath::SpectrumInfo &info, const ScatterPlotSettings &settings)
 {
-    if (!settings.totalConcentration)
-        return info.fractionWeights(settings.smallerLimit, settings.largerLimit, settings.concentrationType);
-    SpectMath::MobilitySize lower, upper;
-    lower.diameterUnit = upper.diameterUnit = info.sizeUnit;
-    lower.mobilityUnit = upper.mobilityUnit = info.mobilityUnit;
-    lower.diameter = upper.mobility = 0.0;
-    lower.mobility = upper.diameter = std::numeric_limits<double>::infinity();
-    return info.fractionWeights(lower, upper, settings.concentrationType);
+    return settings.totalConcentration
+               ? info.totalWeights(settings.concentrationType)
+               : info.fractionWeights(settings.smallerLimit, settings.largerLimit, settings.concentrationType);
 }
 
 namespace {

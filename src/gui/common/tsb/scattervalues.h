@@ -1,7 +1,6 @@
 #pragma once
 
 #include "gui/common/tsb/scatterplotsettings.h"
-#include "records/record.h"
 #include "spectra/spectrum.h"
 
 namespace Tsb {
@@ -9,9 +8,7 @@ namespace Tsb {
 /// The value of a slot, or NaN where the vector is too short.
 double slotValue(const RealVector &values, int slot);
 /// The noise of an electrometer: the square root of its variance.
-double electrometerNoise(const Record &record, int electrometer);
-/// The dot product of weights and concentrations; NaN for a failed spectrum or one of another size.
-double concentrationOf(const SpectMath::Spectrum &spectrum, const RealVector &weights);
+double electrometerNoise(const RealVector &currentVariances, int electrometer);
 /// The residual; NaN for a failed spectrum.
 double parameterOf(const SpectMath::Spectrum &spectrum, SpectrumParameter parameter);
 /// The weights of a concentration plot for a description: the whole axis, or between the settings' limits.

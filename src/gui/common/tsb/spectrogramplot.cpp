@@ -138,13 +138,14 @@ PixelRange SpectrogramPlot::rangeOfRemovedRecord(int, const std::shared_ptr<Reco
     return hasSpectrum(*record) ? spanOf(*record, 1) : PixelRange();
 }
 
-void SpectrogramPlot::addVisibleValuesTo(ColorHistogram &histogram)
+void SpectrogramPlot::addVisibleValuesTo(DecadeHistogram &histogram)
 {
     const auto entries = series();
     if (!entries)
         return;
     const SpectrogramSource source{*entries, datastore()->seriesSpans(m_spectrumInfo.get())};
-    addVisibleValues(histogram, source, timeScale(), contentsRect().width(), binCount(), smoothing());
+    addVisibleValues(histogram, source, timeScale(), contentsRect().width(), binCount(), smoothing(),
+                     &datastore()->histogram(m_spectrumInfo.get()));
 }
 
 // ---- drawing

@@ -7,8 +7,6 @@
 
 namespace Tsb {
 
-class ColorHistogram;
-
 /// One spectrum as an image: time to the right, bins upward, colour for log10 of the values. The drawing is
 /// renderSpectrogram's; this is the plot that keeps its parameters and its cached image.
 class SpectrogramPlot : public Plot {
@@ -23,7 +21,7 @@ public:
     double colorUpper() const { return m_colorUpper; }
 
     /// Adds the values in view, smoothed as they are drawn.
-    void addVisibleValuesTo(ColorHistogram &histogram);
+    void addVisibleValuesTo(SpectMath::DecadeHistogram &histogram);
 
 public Q_SLOTS:
     void setColorLimits(double lower, double upper); ///< decades

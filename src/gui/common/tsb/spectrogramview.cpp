@@ -362,9 +362,9 @@ void SpectrogramView::highlightValue(double value)
 
 void SpectrogramView::fitScale()
 {
-    ColorHistogram histogram;
+    DecadeHistogram histogram;
     forEachPlot([&](SpectrogramPlot &plot) { plot.addVisibleValuesTo(histogram); });
-    if (const auto limits = histogram.limits())
+    if (const auto limits = colorLimits(histogram))
         m_colorbar->setLimits(limits->first, limits->second);
 }
 

@@ -1,9 +1,28 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace Tsb {
+
+/// Leaves what is made without a value as it is in memory.
+template<typename T>
+struct UnsetAllocator : std::allocator<T> {
+    template<typename U>
+    struct rebind {
+        using other = UnsetAllocator<U>;
+    };
+    template<typename U, typename... Args>
+    void construct(U *place, Args &&...args)
+    {
+        if constexpr (sizeof...(Args) == 0)
+            ::new (static_cast<void *>(place)) U;
+        else
+            ::new (static_cast<void *>(place)) U(std::forward<Args>(args)...);
+    }
+};
 
 /// Values one after the other in memory, of which the first ones can be taken away at a constant cost each: their room
 /// is used again once it is as large as what is left.
@@ -13,13 +32,14 @@ public:
     std::size_t size() const { return m_values.size() - m_front; }
     const T *data() const { return m_values.data() + m_front; }
 
-    void clear()
+    /// Makes them as many, whose values are to be set.
+    T *unset(std::size_t size)
     {
         m_values.clear();
         m_front = 0;
+        m_values.resize(size);
+        return m_values.data();
     }
-    void reserve(std::size_t size) { m_values.reserve(m_front + size); }
-    void append(const T &value) { m_values.push_back(value); }
     void set(std::size_t i, const T &value) { m_values[m_front + i] = value; }
     /// Moves the values from i on by one place.
     void insert(std::size_t i, const T &value)
@@ -37,7 +57,7 @@ public:
     }
 
 private:
-    std::vector<T> m_values;
+    std::vector<T, UnsetAllocator<T>> m_values;
     std::size_t m_front = 0; ///< values at the front that were taken away
 };
 

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <system_error>
+#include <thread>
+
+/// Calls work(begin, end) for the two halves of 0 .. size, one of them on a thread of its own where there are as many
+/// as to be worth one, and returns when both are done. For work that waits for memory most of the time. It must not
+/// throw, and reads nothing that the other half writes.
+template<typename Work>
+void inHalves(std::size_t size, Work work)
+{
+    constexpr std::size_t worthAThread = 50'000; // some milliseconds of work; to start a thread takes less than 0.1
+    std::thread other;
+    if (size >= worthAThread && std::thread::hardware_concurrency() > 1) {
+        try {
+            other = std::thread([=] { work(size / 2, size); });
+        } catch (const std::system_error &) { // no more threads: all of it here
+        }
+    }
+    work(0, other.joinable() ? size / 2 : size);
+    if (other.joinable())
+        other.join();
+}
