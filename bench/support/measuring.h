@@ -14,8 +14,8 @@ double median(std::vector<double> values);
 /// The value below which that share of all lies; 1 is the greatest. 0 for none.
 double percentile(std::vector<double> values, double share);
 
-/// Processor time of this process in milliseconds.
-double timeOf(const std::function<void()> &work);
+/// Milliseconds by a clock, by default those of this process's processors.
+double timeOf(const std::function<void()> &work, clockid_t clock = CLOCK_PROCESS_CPUTIME_ID);
 /// Counts the medians of the times of two ways, in milliseconds, and of other / ours.
 void countTimes(benchmark::State &state, const std::vector<double> &ours, const std::vector<double> &other);
 /// Runs two ways by turns and counts their processor times.

@@ -14,14 +14,18 @@ public:
     explicit BrowserWindow(BenchStore &data) : m_data(data), m_browser(data.uiInfo())
     {
         m_browser.resize(1600, 900);
-        m_browser.setDatastore(&data.store());
         m_browser.show();
         settle();
-        m_browser.fitTimescale(BenchStore::start(), data.end());
-        settle();
+    }
+    void showData()
+    {
+        m_browser.setDatastore(&m_data.store());
+        m_browser.fitTimescale(BenchStore::start(), m_data.end());
     }
     void addSixViews()
     {
+        showData();
+        settle();
         const auto spectrogram = [this](int i) {
             return QVariantMap{{"visibleSpectra", QStringList{m_data.info(i)->hash}}, {"height", 230}};
         };

@@ -222,22 +222,27 @@ BENCHMARK(panBesideMovingImages)->Iterations(400)->Unit(benchmark::kMillisecond)
 /// The default stack of a folder that was just read, up to its first picture, beside a full redraw of the same window.
 void firstPicture(benchmark::State &state)
 {
-    std::vector<double> first, redraw;
+    std::vector<double> first, redraw, firstByProcessor;
     for (auto _ : state) {
-        BenchStore data(500'000); // nothing has asked it for its times yet
-        std::unique_ptr<BrowserWindow> window;
-        first.push_back(timeOf([&] {
-            window = std::make_unique<BrowserWindow>(data);
-            window->browser().addDefaultStack();
-            BrowserWindow::settle();
-        }));
+        BenchStore data(500'000);
+        BrowserWindow window(data);
+        const double begin = microseconds(CLOCK_PROCESS_CPUTIME_ID);
+        first.push_back(timeOf(
+            [&] {
+                window.showData();
+                window.browser().addDefaultStack();
+                BrowserWindow::settle();
+            },
+            CLOCK_MONOTONIC));
+        firstByProcessor.push_back((microseconds(CLOCK_PROCESS_CPUTIME_ID) - begin) * 1e-3);
         const auto zoom = [&](int turn) {
-            window->browser().timeView()->setTimeScale(zoomed(data, turn));
+            window.browser().timeView()->setTimeScale(zoomed(data, turn));
             BrowserWindow::settle();
         };
         zoom(1);
-        redraw.push_back(timeOf([&] { zoom(2); }));
+        redraw.push_back(timeOf([&] { zoom(2); }, CLOCK_MONOTONIC));
     }
+    state.counters["ours_processor_ms"] = median(firstByProcessor);
     countTimes(state, first, redraw);
 }
 BENCHMARK(firstPicture)->Iterations(5)->Unit(benchmark::kMillisecond);
