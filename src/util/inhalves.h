@@ -1,5 +1,7 @@
 #pragma once
 
+#include "util/alternatestack.h"
+
 #include <cstddef>
 #include <system_error>
 #include <thread>
@@ -14,7 +16,10 @@ void inHalves(std::size_t size, Work work)
     std::thread other;
     if (size >= worthAThread && std::thread::hardware_concurrency() > 1) {
         try {
-            other = std::thread([=] { work(size / 2, size); });
+            other = std::thread([=] {
+                const AlternateStack signalStack;
+                work(size / 2, size);
+            });
         } catch (const std::system_error &) { // no more threads: all of it here
         }
     }
