@@ -16,5 +16,5 @@ void fillAsRead(Datastore &store, int count, const std::function<std::shared_ptr
         store.mergeRecords(std::move(records));
         store.enterSpectra(std::move(entries));
     }
-    store.updateSpans();
+    store.updateIndexes();
 }

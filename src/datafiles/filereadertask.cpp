@@ -56,7 +56,7 @@ void FileReaderTask::run()
     }
 
     m_reader->setByteCounter(nullptr);
-    m_reader->datastore()->updateSpans(); // here rather than on the thread that is to draw them
+    m_reader->datastore()->updateIndexes(); // here rather than on the thread that is to draw them
     Q_EMIT bytesProgress(m_bytesDone, std::max(m_bytesTotal, m_bytesDone));
     const qint64 elapsed = m_clock.elapsed();
     m_seconds = double(m_clock.nsecsElapsed()) * 1e-9;

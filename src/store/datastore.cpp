@@ -43,6 +43,16 @@ void insertSpan(SpanIndex &spans, std::size_t index, const Record &record)
         spans.insert(index, record.beginTime, record.endTime);
 }
 
+void insertMarks(ValueQueue<RecordMarks> &marks, std::size_t index, const Record &record)
+{
+    if (index > marks.size())
+        return; // likewise
+    if (marks.size() - index > farFromEnd)
+        marks.truncate(index);
+    else
+        marks.insert(index, RecordMarks::of(record));
+}
+
 void lowerGap(std::int64_t &gap, std::int64_t distance)
 {
     if (gap == 0 || distance < gap)
@@ -162,9 +172,23 @@ SeriesSummary &Datastore::summaryOf(const SpectMath::SpectrumInfoPointer &info)
     return m_summaries.try_emplace(info.get(), *info).first->second;
 }
 
-void Datastore::updateSpans() const
+const RecordMarks *Datastore::recordMarks() const
+{
+    for (std::size_t i = m_recordMarks.size(); i < m_records.size(); ++i)
+        m_recordMarks.insert(i, RecordMarks::of(*m_records[i]));
+    return m_recordMarks.data();
+}
+
+void Datastore::updateMarks(int index)
+{
+    if (std::size_t(index) < m_recordMarks.size())
+        m_recordMarks.set(std::size_t(index), RecordMarks::of(*at(index)));
+}
+
+void Datastore::updateIndexes() const
 {
     recordSpans();
+    recordMarks();
     for (const SeriesKey key : m_spectrumSeries.keys())
         seriesSpans(key);
 }
@@ -298,6 +322,7 @@ int Datastore::insertAt(int index, const std::shared_ptr<Record> &record)
         index = std::min(index, size());
     }
     insertSpan(m_recordSpans, std::size_t(index), *record);
+    insertMarks(m_recordMarks, std::size_t(index), *record);
     m_records.insert(m_records.begin() + index, record);
     m_lastFound = index;
     return index;
@@ -308,6 +333,7 @@ void Datastore::dropOldest()
     const std::shared_ptr<Record> dropped = m_records.front();
     m_records.pop_front();
     m_recordSpans.removeFirst(1);
+    m_recordMarks.removeFirst(std::min<std::size_t>(1, m_recordMarks.size()));
     ++m_lostRecords;
     for (auto entry = m_spectrumSeries.begin(); entry != m_spectrumSeries.end(); ++entry) {
         Series &series = **entry;
@@ -337,7 +363,9 @@ void Datastore::mergeRecords(std::vector<std::shared_ptr<Record>> &&records)
         return;
     for (const auto &record : records)
         warnOfMissingTimes(*record);
-    m_recordSpans.truncate(std::size_t(lowerBoundIndex(records.front()->beginTime)));
+    const auto first = std::size_t(lowerBoundIndex(records.front()->beginTime));
+    m_recordSpans.truncate(first);
+    m_recordMarks.truncate(std::min(first, m_recordMarks.size()));
     std::size_t stored = m_records.size();
     m_records.resize(m_records.size() + records.size());
     // From the back, so that only what lies behind the first newcomer moves. Of equal times the newcomer goes before.
@@ -455,6 +483,7 @@ void Datastore::addOrReplace(const Spectrometer::FullRecordPointer &fullRecord, 
         index = insertAt(index, makeRecord(*fullRecord));
     } else if (replace) {
         static_cast<Spectrometer::FullRecord &>(*at(index)) = *fullRecord;
+        updateMarks(index);
         flag = DataReplaced;
     }
     Q_EMIT updated(index, at(index), flag);
@@ -466,6 +495,7 @@ void Datastore::updateFullRecord(const Spectrometer::FullRecordPointer &fullReco
     if (index < 0)
         return;
     static_cast<Spectrometer::FullRecord &>(*at(index)) = *fullRecord;
+    updateMarks(index);
     Q_EMIT updated(index, at(index), DataReplaced);
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "store/recordmarks.h"
 #include "store/seriessummary.h"
 #include "store/spanindex.h"
+#include "util/valuequeue.h"
 
 #include <QMap>
 #include <QObject>
@@ -46,8 +48,10 @@ public:
     /// Begins and ends of the records of a series, entry for entry; an empty index if there is no such series. Valid
     /// until the next change of the store.
     const SpanIndex &seriesSpans(SeriesKey key) const;
-    /// Brings the indexes of all spans up to date, so that who asks first needn't wait for it.
-    void updateSpans() const;
+    /// What colours each record, index for index. Valid until the next change of the store.
+    const RecordMarks *recordMarks() const;
+    /// Brings what is kept of spans and marks up to date, so that who asks first needn't wait for it.
+    void updateIndexes() const;
     /// The concentrations of all of the series' spectra that didn't fail; an empty one if there is no such series.
     const SpectMath::DecadeHistogram &histogram(SeriesKey key) const;
     /// How many records it has lost so far, each the first one then. What is kept beside the records tells by this how
@@ -108,6 +112,7 @@ private:
     int indexOfRecord(const std::shared_ptr<Record> &record) const;
     SeriesSummary &summaryOf(const SpectMath::SpectrumInfoPointer &info);
     void mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord> &entries);
+    void updateMarks(int index);
     int insertAt(int index, const std::shared_ptr<Record> &record);
     void dropOldest();
     void addOrReplace(const Spectrometer::FullRecordPointer &fullRecord, bool replace);
@@ -117,7 +122,8 @@ private:
     int m_maxRecords = 1000;
     bool m_limitRecords = true;
     QMap<SeriesKey, std::shared_ptr<Series>> m_spectrumSeries;
-    mutable SpanIndex m_recordSpans; ///< may lack records at the end
+    mutable SpanIndex m_recordSpans;               ///< may lack records at the end
+    mutable ValueQueue<RecordMarks> m_recordMarks; ///< likewise
     mutable std::map<SeriesKey, SpanIndex> m_seriesSpans;
     std::map<SeriesKey, SeriesSummary> m_summaries;
     std::size_t m_lostRecords = 0;

@@ -157,7 +157,7 @@ TEST(Datastore, drops_the_oldest_beyond_the_limit)
     EXPECT_TRUE(store.spectrumSeries().contains(info.get())) << "an emptied series stays";
 }
 
-TEST(Datastore, a_full_store_keeps_its_spans_right)
+TEST(Datastore, a_full_store_keeps_spans_and_marks_right)
 {
     std::mt19937 random(3);
     Datastore store;
@@ -168,7 +168,14 @@ TEST(Datastore, a_full_store_keeps_its_spans_right)
     QObject::connect(&store, &Datastore::removed, &store, [&] { EXPECT_EQ(store.lostRecords(), ++removed); });
     for (int i = 0; i < 3000; ++i) {
         const int begin = 10'000 + 10 * i - (random() % 8 == 0 ? int(random() % 5000) : 0);
-        store.addFullRecord(fullRecord(begin, begin + 5));
+        store.addFullRecord(fullRecord(begin, begin + 5, i % 3));
+        auto changed = std::make_shared<FullRecord>(*store.at(int(random() % unsigned(store.size()))));
+        changed->provisional = random() % 2 == 0;
+        changed->regular = random() % 2 == 0;
+        if (i % 2 == 0)
+            store.updateFullRecord(changed);
+        else
+            store.upsertFullRecord(changed);
         if (random() % 4 != 0) {
             const auto &record = store.at(int(random() % unsigned(store.size())));
             const auto before = store.series(info.get()) ? store.series(info.get())->size() : 0;
@@ -181,6 +188,12 @@ TEST(Datastore, a_full_store_keeps_its_spans_right)
         ASSERT_EQ(spans.size(), store.records().size());
         for (std::size_t k = 0; k < spans.size(); ++k)
             ASSERT_EQ(spans.begin(k), ticksOf(store.records()[k]->beginTime)) << k;
+        for (int k = 0; k < store.size(); ++k) {
+            const RecordMarks &marks = store.recordMarks()[k];
+            ASSERT_EQ(marks.opmode, store.at(k)->opmode) << k;
+            ASSERT_EQ(marks.regular, store.at(k)->regular) << k;
+            ASSERT_EQ(marks.provisional, store.at(k)->provisional) << k;
+        }
         const auto series = store.series(info.get());
         const SpanIndex &seriesSpans = store.seriesSpans(info.get());
         ASSERT_EQ(seriesSpans.size(), series ? series->size() : 0);
@@ -359,6 +372,8 @@ TEST(Datastore, agrees_with_a_plain_list_on_random_operations)
             }
             if (plain.size() == 0)
                 continue;
+            if (k % 7 == 0)
+                store.updateIndexes(); // sometimes long ago
             const auto &owner = plain.records[std::size_t(number(plain.size()))];
             store.enterSpectrum(owner, spectrumOf(info));
             const auto place = std::find_if(entries.begin(), entries.end(),
@@ -371,6 +386,8 @@ TEST(Datastore, agrees_with_a_plain_list_on_random_operations)
         const SpanIndex &spans = store.recordSpans();
         const SpanIndex &seriesSpans = store.seriesSpans(info.get());
         ASSERT_EQ(spans.size(), plain.records.size());
+        for (std::size_t i = 0; i < spans.size(); ++i)
+            ASSERT_EQ(store.recordMarks()[i].opmode, plain.records[i]->opmode) << i;
         ASSERT_EQ(seriesSpans.size(), entries.size());
         for (std::size_t i = 0; i < entries.size(); ++i) {
             ASSERT_EQ((*store.series(info.get()))[i].record, entries[i]);

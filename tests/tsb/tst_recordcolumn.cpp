@@ -188,7 +188,7 @@ struct Counted {
 TEST(ValueQueue, moves_each_value_a_few_times_whatever_its_length)
 {
     for (const int length : {1, 10, 10'000}) {
-        Tsb::ValueQueue<Counted> queue;
+        ValueQueue<Counted> queue;
         for (int i = 0; i < length; ++i)
             queue.insert(queue.size(), i);
         Counted::moves = 0;

@@ -23,7 +23,7 @@ QColor paleTint(const QColor &color)
 OpmodePlot::OpmodePlot(QWidget *parent) : Plot(parent)
 {
     rebuildStyles();
-    m_recordStyles.setValueOf([this](const Record &record) { return styleOf(record); });
+    showOpmode();
 }
 
 QSize OpmodePlot::sizeHint() const
@@ -70,21 +70,27 @@ void OpmodePlot::rebuildStyles()
     m_styles.push_back({QPen(Qt::NoPen), QBrush(noFlagColor), false});
 }
 
-std::uint8_t OpmodePlot::styleOf(const Record &record) const
+std::uint8_t OpmodePlot::firstStyleOf(int opmode) const
 {
-    const bool known = record.opmode >= 0 && record.opmode < m_knownModes;
-    const int ofMode = 2 * (known ? record.opmode : m_knownModes);
-    if (m_mode == Opmode)
-        return std::uint8_t(ofMode + (record.provisional ? 1 : 0));
+    return std::uint8_t(2 * (opmode >= 0 && opmode < m_knownModes ? opmode : m_knownModes));
+}
+
+std::uint8_t OpmodePlot::modeStyleOf(const RecordMarks &record) const
+{
+    return std::uint8_t(firstStyleOf(record.opmode) + (record.provisional ? 1 : 0));
+}
+
+std::uint8_t OpmodePlot::flagStyleOf(const Record &record) const
+{
     const bool raised = std::any_of(record.flags.begin(), record.flags.end(),
                                     [this](const auto &flag) { return flag->hash == m_flag.hash; });
-    return std::uint8_t(raised ? ofMode : int(m_styles.size()) - 1);
+    return raised ? firstStyleOf(record.opmode) : std::uint8_t(m_styles.size() - 1);
 }
 
 void OpmodePlot::showOpmode()
 {
     m_mode = Opmode;
-    m_recordStyles.invalidate();
+    m_recordStyles.setValueOfMarks([this](const RecordMarks &record) { return modeStyleOf(record); });
     requestFullRedraw();
 }
 
@@ -92,7 +98,7 @@ void OpmodePlot::showFlag(const Spectrometer::RecordFlag &flag)
 {
     m_flag = flag;
     m_mode = Flag;
-    m_recordStyles.invalidate();
+    m_recordStyles.setValueOf([this](const Record &record) { return flagStyleOf(record); });
     requestFullRedraw();
 }
 

@@ -36,7 +36,10 @@ protected:
 
 private:
     /// The style of a record: by its mode, with further styles for provisional records and those without the flag.
-    std::uint8_t styleOf(const Record &record) const;
+    /// The style of final records of a mode.
+    std::uint8_t firstStyleOf(int opmode) const;
+    std::uint8_t modeStyleOf(const RecordMarks &record) const;
+    std::uint8_t flagStyleOf(const Record &record) const;
     void rebuildStyles();
 
     std::shared_ptr<UiInfo> m_uiInfo;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "gui/common/tsb/recordwalk.h"
-#include "gui/common/tsb/valuequeue.h"
 #include "util/inhalves.h"
+#include "util/valuequeue.h"
 
 #include <functional>
 
@@ -74,7 +74,15 @@ public:
     void setValueOf(ValueOf valueOf, RecordSlot reads = {})
     {
         m_valueOf = std::move(valueOf);
+        m_valueOfMarks = nullptr;
         m_reads = reads;
+        invalidate();
+    }
+    /// Values that the records' marks tell: no record is read for them.
+    void setValueOfMarks(std::function<T(const RecordMarks &)> valueOf)
+    {
+        m_valueOf = [valueOf](const Record &record) { return valueOf(RecordMarks::of(record)); };
+        m_valueOfMarks = std::move(valueOf);
         invalidate();
     }
     void invalidate() { m_column.invalidate(); }
@@ -91,9 +99,13 @@ public:
     const T *values(const Datastore &store)
     {
         m_column.follow(store.lostRecords());
+        const RecordMarks *const marks = m_valueOfMarks ? store.recordMarks() : nullptr;
         m_column.bringUpToDate(store.records().size(), [&](std::size_t begin, std::size_t end, T *place) {
-            walkRecords(store.records(), begin, end, m_reads,
-                        [&](const Record &record) { *place++ = m_valueOf(record); });
+            if (marks)
+                std::transform(marks + begin, marks + end, place, m_valueOfMarks);
+            else
+                walkRecords(store.records(), begin, end, m_reads,
+                            [&](const Record &record) { *place++ = m_valueOf(record); });
         });
         return m_column.data();
     }
@@ -102,6 +114,7 @@ public:
 
 private:
     ValueOf m_valueOf;
+    std::function<T(const RecordMarks &)> m_valueOfMarks; ///< where those tell it
     RecordSlot m_reads;
     Column<T> m_column;
 };

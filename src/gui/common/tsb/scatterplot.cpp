@@ -66,7 +66,7 @@ ScatterPlot::ScatterPlot(QWidget *parent) : Plot(parent)
 {
     setMouseTracking(true);
     setRedrawMargin(markerMargin);
-    m_pens.setValueOf([](const Record &record) {
+    m_pens.setValueOfMarks([](const RecordMarks &record) {
         const bool known = record.opmode >= 0 && record.opmode < mostModes;
         return known ? std::uint8_t(2 * record.opmode + (record.regular ? 0 : 1)) : unknownPen;
     });

@@ -5,8 +5,6 @@
 #include <utility>
 #include <vector>
 
-namespace Tsb {
-
 /// Leaves what is made without a value as it is in memory.
 template<typename T>
 struct UnsetAllocator : std::allocator<T> {
@@ -46,6 +44,8 @@ public:
     {
         m_values.insert(m_values.begin() + std::ptrdiff_t(m_front + i), value);
     }
+    /// Forgets the values from `size` on; not more than there are.
+    void truncate(std::size_t size) { m_values.resize(m_front + size); }
     /// Not more than there are.
     void removeFirst(std::size_t count)
     {
@@ -60,5 +60,3 @@ private:
     std::vector<T, UnsetAllocator<T>> m_values;
     std::size_t m_front = 0; ///< values at the front that were taken away
 };
-
-} // namespace Tsb
