@@ -240,7 +240,10 @@ void firstPicture(benchmark::State &state)
             BrowserWindow::settle();
         };
         zoom(1);
-        redraw.push_back(timeOf([&] { zoom(2); }, CLOCK_MONOTONIC));
+        std::vector<double> redraws;
+        for (int turn = 2; turn < 12; ++turn)
+            redraws.push_back(timeOf([&] { zoom(turn); }, CLOCK_MONOTONIC));
+        redraw.push_back(median(redraws));
     }
     state.counters["ours_processor_ms"] = median(firstByProcessor);
     countTimes(state, first, redraw);
