@@ -37,7 +37,12 @@ View::View(QWidget *parent)
     addAction(below);
 }
 
-View::~View() = default;
+View::~View()
+{
+    // What is left of it hides its children, and a plot that hides tells of its cursors.
+    for (Plot *plot : findChildren<Plot *>())
+        plot->disconnect(this);
+}
 
 void View::setDatastore(Datastore *) {}
 
