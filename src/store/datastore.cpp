@@ -146,7 +146,7 @@ const SpectMath::DecadeHistogram &Datastore::histogram(SeriesKey key) const
 
 SeriesSummary &Datastore::summaryOf(const SpectMath::SpectrumInfoPointer &info)
 {
-    return m_summaries.try_emplace(info.get(), *info).first->second;
+    return m_summaries.try_emplace(info.get(), info).first->second;
 }
 
 const RecordMarks *Datastore::recordMarks() const

@@ -1,7 +1,9 @@
 #include "store/seriessummary.h"
 
-SeriesSummary::SeriesSummary(const SpectMath::SpectrumInfo &info)
-    : m_totalWeights(info.totalWeights(SpectMath::ConcentrationType::number))
+#include <utility>
+
+SeriesSummary::SeriesSummary(SpectMath::SpectrumInfoPointer info)
+    : m_info(std::move(info)), m_totalWeights(m_info->totalWeights(SpectMath::ConcentrationType::number))
 {
 }
 

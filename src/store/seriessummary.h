@@ -8,7 +8,7 @@
 /// that was given to an entry changes no more.
 class SeriesSummary {
 public:
-    explicit SeriesSummary(const SpectMath::SpectrumInfo &info);
+    explicit SeriesSummary(SpectMath::SpectrumInfoPointer info);
 
     /// Gives the entry a spectrum, in place of the one it may have.
     void give(SpectrumRecord &entry, const std::shared_ptr<SpectMath::Spectrum> &spectrum);
@@ -21,6 +21,7 @@ public:
 private:
     bool counts(const SpectMath::Spectrum *spectrum) const;
 
+    SpectMath::SpectrumInfoPointer m_info; ///< held, so that no other description comes to stand at its address
     RealVector m_totalWeights;
     SpectMath::DecadeHistogram m_histogram;
 };

@@ -581,4 +581,21 @@ TEST(Datastore, what_is_known_of_all_spectra_follows_them)
     }
 }
 
+TEST(Datastore, a_description_lives_as_long_as_its_emptied_series)
+{
+    Datastore store;
+    store.setMaxRecords(1);
+    auto info = makeInfo("a");
+    const Datastore::SeriesKey key = info.get();
+    const std::weak_ptr<const SpectMath::SpectrumInfo> watched = info;
+    store.addFullRecord(fullRecord(10, 11));
+    store.enterSpectrum(store.at(0), spectrumOf(info));
+    info.reset();
+    store.addFullRecord(fullRecord(20, 21));
+    ASSERT_TRUE(store.series(key)->empty());
+    EXPECT_FALSE(watched.expired()) << "another description could come to have the series' key";
+    store.removeSpectrum(key);
+    EXPECT_TRUE(watched.expired());
+}
+
 } // namespace
