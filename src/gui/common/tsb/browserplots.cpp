@@ -140,7 +140,7 @@ void TimeSeriesBrowser::addNewOpmodeView()
 
 void TimeSeriesBrowser::addNewScatterPlotView(int type)
 {
-    ScatterPlotView *const view = addScatterPlotView();
+    ScatterPlotView *const view = addScatterPlotView(true);
     view->showType(type);
     ensureViewVisible(m_addPlotRow);
 }
@@ -173,7 +173,7 @@ View *TimeSeriesBrowser::addSpectrogramView(const QStringList &ids)
     return view;
 }
 
-ScatterPlotView *TimeSeriesBrowser::addScatterPlotView()
+ScatterPlotView *TimeSeriesBrowser::addScatterPlotView(bool withProperties)
 {
     View *const made = makeView(scatterType);
     auto *view = qobject_cast<ScatterPlotView *>(made);
@@ -181,6 +181,7 @@ ScatterPlotView *TimeSeriesBrowser::addScatterPlotView()
         delete made;
         view = new ScatterPlotView;
     }
+    view->setPropertiesVisible(withProperties);
     addView(view);
     activateLayouts();
     return view;
@@ -205,19 +206,17 @@ void TimeSeriesBrowser::addFlagPlot(const QString &flagData)
 
 void TimeSeriesBrowser::addElectrometerPlot(int channelNumber)
 {
-    ScatterPlotView *const view = addScatterPlotView();
+    ScatterPlotView *const view = addScatterPlotView(false);
     view->setElectrometerSelection(channelNumber);
     view->showType(ScatterPlotSettings::Electrometer);
-    view->setPropertiesVisible(false);
     ensureViewVisible(view);
 }
 
 void TimeSeriesBrowser::addDiagnosticPlot(const QString &channelName)
 {
-    ScatterPlotView *const view = addScatterPlotView();
+    ScatterPlotView *const view = addScatterPlotView(false);
     view->setDiagnosticSelection(channelName);
     view->showType(ScatterPlotSettings::Variable);
-    view->setPropertiesVisible(false);
     ensureViewVisible(view);
 }
 
@@ -239,13 +238,13 @@ void TimeSeriesBrowser::addDefaultStack()
     for (const QString &mode : hasKind(spectrogramType) ? modes : QStringList())
         addSpectrogramView(groups.value(mode));
     allFitScale();
+    settleBeforePainting();
 }
 
 void TimeSeriesBrowser::addConcentrationsOf(const QStringList &ids)
 {
-    ScatterPlotView *const view = addScatterPlotView();
+    ScatterPlotView *const view = addScatterPlotView(false);
     view->prepareType(ScatterPlotSettings::Concentration, QSet<QString>(ids.begin(), ids.end()));
-    view->setPropertiesVisible(false);
 }
 
 void TimeSeriesBrowser::addFirstVariable()
@@ -253,9 +252,8 @@ void TimeSeriesBrowser::addFirstVariable()
     const auto metadata = m_uiInfo->metadata();
     if (!metadata || metadata->variables.isEmpty())
         return;
-    ScatterPlotView *const view = addScatterPlotView();
+    ScatterPlotView *const view = addScatterPlotView(false);
     view->prepareType(ScatterPlotSettings::Variable, {});
-    view->setPropertiesVisible(false);
 }
 
 } // namespace Tsb

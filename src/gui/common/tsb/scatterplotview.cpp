@@ -9,6 +9,7 @@
 #include "gui/common/tsb/viewlayout.h"
 
 #include <QAction>
+#include <QEvent>
 
 #include <cmath>
 
@@ -32,16 +33,14 @@ MobilitySize limitFrom(DistributionScale scale, double value)
 } // namespace
 
 ScatterPlotView::ScatterPlotView(QWidget *parent)
-    : SinglePlotView<ScatterPlot>(parent), m_scale(new VerticalScaleWidget(this)),
-      m_properties(new ScatterPropertiesRow(this)), m_resizer(new Resizer(this, this))
+    : SinglePlotView<ScatterPlot>(parent), m_scale(new VerticalScaleWidget(this)), m_resizer(new Resizer(this, this))
 {
     m_settings.smallerLimit = limitInBothUnits(limitFrom(DistributionScale::diameter, initialSmallerLimit));
     m_settings.largerLimit = limitInBothUnits(limitFrom(DistributionScale::diameter, initialLargerLimit));
     auto *scatter = new ScatterPlot(this);
     setPlot(scatter);
-    viewLayout()->insertRow(0, m_properties, nullptr);
-    viewLayout()->insertRow(1, m_scale, scatter);
-    viewLayout()->insertRow(2, m_resizer, nullptr);
+    viewLayout()->insertRow(0, m_scale, scatter);
+    viewLayout()->insertRow(1, m_resizer, nullptr);
     setFixedHeight(initialHeight);
     makeActions();
 
@@ -49,11 +48,31 @@ ScatterPlotView::ScatterPlotView(QWidget *parent)
     connect(m_scale, &VerticalScaleWidget::minMaxChanged, this, [this] { plot()->setScale(m_scale->scale()); });
     connect(m_scale, &VerticalScaleWidget::requestAutoscale, this, &ScatterPlotView::fitScale);
     connect(scatter, &Plot::valueCursorChanged, m_scale, &VerticalScaleWidget::showCursor);
-    connectProperties();
     applySettings();
 }
 
 ScatterPlotView::~ScatterPlotView() = default;
+
+bool ScatterPlotView::event(QEvent *event)
+{
+    if (event->type() == QEvent::Polish && m_propertiesAction->isChecked())
+        makeProperties();
+    return View::event(event);
+}
+
+/// Above the plot, on the screen and for Tab.
+void ScatterPlotView::makeProperties()
+{
+    if (m_properties)
+        return;
+    m_properties = new ScatterPropertiesRow(this);
+    m_properties->setOptions({m_labelAction, m_propertiesAction});
+    m_properties->setUiInfo(m_uiInfo);
+    m_properties->showSettings(m_settings);
+    connectProperties();
+    viewLayout()->insertRow(0, m_properties, nullptr);
+    setTabOrder(m_properties->lastForTab(), plot());
+}
 
 /// What the user chooses in the row. Another quantity has other units and is fitted; the same one of another place or
 /// range keeps the scale, by which it is compared, unless nothing of it would lie there.
@@ -117,7 +136,6 @@ void ScatterPlotView::makeActions()
             [this](bool on) { change([on](ScatterPlotSettings &s) { s.showElectrometerNoise = on; }); });
     for (QAction *action : {m_rawAction, m_processedAction, m_noiseAction})
         connect(action, &QAction::triggered, this, &ScatterPlotView::fitIfOffScale);
-    m_properties->setOptions({m_labelAction, m_propertiesAction});
 }
 
 // ---- settings
@@ -143,7 +161,8 @@ void ScatterPlotView::applySettings()
     m_noiseAction->setChecked(m_settings.showElectrometerNoise);
     m_labelAction->setChecked(m_settings.datalabels);
     m_scale->setAppearLog(m_settings.type == ScatterPlotSettings::Concentration);
-    m_properties->showSettings(m_settings);
+    if (m_properties)
+        m_properties->showSettings(m_settings);
     plot()->setSettings(m_settings);
     refreshLabel();
 }
@@ -248,8 +267,11 @@ void ScatterPlotView::setDatalabelsEnabled(bool on)
 
 void ScatterPlotView::setPropertiesVisible(bool visible)
 {
-    m_properties->setVisible(visible);
     m_propertiesAction->setChecked(visible);
+    if (visible && testAttribute(Qt::WA_WState_Polished))
+        makeProperties();
+    if (m_properties)
+        m_properties->setVisible(visible);
 }
 
 // ---- the data's description and the selected record
@@ -267,7 +289,8 @@ void ScatterPlotView::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
 
 void ScatterPlotView::reloadSetup()
 {
-    m_properties->setUiInfo(m_uiInfo);
+    if (m_properties)
+        m_properties->setUiInfo(m_uiInfo);
     refreshLabel();
 }
 
@@ -325,7 +348,7 @@ QVariant ScatterPlotView::settings() const
 {
     QVariantMap map = scatterSetup(m_settings);
     map[QStringLiteral("height")] = height();
-    map[QStringLiteral("propertiesVisible")] = !m_properties->isHidden();
+    map[QStringLiteral("propertiesVisible")] = m_propertiesAction->isChecked();
     if (std::isfinite(m_scale->minimum()) && std::isfinite(m_scale->maximum())) {
         map[QStringLiteral("scaleMin")] = m_scale->minimum();
         map[QStringLiteral("scaleMax")] = m_scale->maximum();

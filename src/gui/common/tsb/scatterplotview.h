@@ -22,6 +22,7 @@ public:
 
     const ScatterPlotSettings &plotSettings() const { return plot()->settings(); }
     VerticalScaleWidget *scaleWidget() const { return m_scale; }
+    /// Null until it is shown for the first time: most plots are never asked for it, and it has many widgets.
     ScatterPropertiesRow *propertiesRow() const { return m_properties; }
 
     void setUiInfo(std::shared_ptr<UiInfo> uiInfo) override;
@@ -51,8 +52,12 @@ public Q_SLOTS:
     void showSelectedValue();
     void reloadSetup();
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     void makeActions();
+    void makeProperties();
     void connectProperties();
     void fitIfOffScale();
     void change(const std::function<void(ScatterPlotSettings &)> &edit);
@@ -63,7 +68,7 @@ private:
     std::shared_ptr<UiInfo> m_uiInfo;
     ScatterPlotSettings m_settings;
     VerticalScaleWidget *m_scale;
-    ScatterPropertiesRow *m_properties;
+    ScatterPropertiesRow *m_properties = nullptr;
     Resizer *m_resizer;
     QAction *m_labelAction = nullptr;
     QAction *m_propertiesAction = nullptr;

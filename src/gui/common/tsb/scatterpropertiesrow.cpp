@@ -167,6 +167,11 @@ void ScatterPropertiesRow::setOptions(const QList<QAction *> &actions)
     m_optionsButton->setMenu(menu);
 }
 
+QWidget *ScatterPropertiesRow::lastForTab() const
+{
+    return m_spectraButton;
+}
+
 void ScatterPropertiesRow::showSettings(const ScatterPlotSettings &settings)
 {
     m_settings = settings;

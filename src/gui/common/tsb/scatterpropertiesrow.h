@@ -28,6 +28,8 @@ public:
     void showSettings(const ScatterPlotSettings &settings);
     /// What the button "Options" offers.
     void setOptions(const QList<QAction *> &actions);
+    /// Its last widget in the order of Tab.
+    QWidget *lastForTab() const;
 
 Q_SIGNALS:
     void electrometerChosen(int electrometer);

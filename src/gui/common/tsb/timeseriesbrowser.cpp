@@ -260,6 +260,7 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
             .log(Log::Warning, tr("The layout has %1 plots; the first %2 are shown")
                                    .arg(QString::number(count), QString::number(greatestViewCount)));
     setUpdatesEnabled(true);
+    settleBeforePainting();
 }
 
 // ---- what all views share
@@ -273,6 +274,14 @@ void TimeSeriesBrowser::activateLayouts()
     m_viewHolder->layout()->activate();
     for (View *view : views())
         view->activateLayout();
+}
+
+/// What new views have posted would come behind the painting that the first of them asked for, and have most of it done
+/// once more.
+void TimeSeriesBrowser::settleBeforePainting()
+{
+    for (const QEvent::Type type : {QEvent::LayoutRequest, QEvent::UpdateLater})
+        QCoreApplication::sendPostedEvents(nullptr, type);
 }
 
 void TimeSeriesBrowser::allFitScale()

@@ -113,11 +113,12 @@ private:
     QString typeOf(const View *view) const;
     /// The kind must be there. Not fitted.
     View *addSpectrogramView(const QStringList &ids);
-    ScatterPlotView *addScatterPlotView();
+    ScatterPlotView *addScatterPlotView(bool withProperties);
     void addConcentrationsOf(const QStringList &ids);
     void addFirstVariable();
     bool hasKind(const QString &type) const;
     void activateLayouts();
+    void settleBeforePainting();
     void zoom(int step);
     void refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width);
 
