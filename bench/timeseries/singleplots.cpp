@@ -99,7 +99,10 @@ void stripBesideEachBar(benchmark::State &state)
     Tsb::BarStripSource source;
     source.spans = &data.store().recordSpans();
     source.styles = &styles;
-    source.styleOf = [](std::size_t i) { return std::uint8_t(i % BenchStore::modes); };
+    std::vector<std::uint8_t> styleOf;
+    for (int i = 0; i < data.count(); ++i)
+        styleOf.push_back(std::uint8_t(i % BenchStore::modes));
+    source.styleOf = styleOf.data();
     QImage image = modes->target();
     compare(
         state, [&] { modes->redraw(); },

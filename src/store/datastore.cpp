@@ -144,6 +144,12 @@ const SpectMath::DecadeHistogram &Datastore::histogram(SeriesKey key) const
     return found == m_summaries.end() ? none : found->second.histogram();
 }
 
+const double *Datastore::totalDecades(SeriesKey key) const
+{
+    const auto found = m_summaries.find(key);
+    return found == m_summaries.end() ? nullptr : found->second.totalDecades();
+}
+
 SeriesSummary &Datastore::summaryOf(const SpectMath::SpectrumInfoPointer &info)
 {
     return m_summaries.try_emplace(info.get(), info).first->second;
@@ -210,7 +216,7 @@ void Datastore::dropOldest()
         std::size_t lost = 0;
         // Another record of the same beginTime loses its entry too.
         for (; !series.empty() && series.front().record->beginTime <= dropped->beginTime; ++lost) {
-            m_summaries.at(entry.key()).leave(series.front());
+            m_summaries.at(entry.key()).removeFirst(*series.front().spectrum);
             series.pop_front();
         }
         if (lost == 0)
@@ -259,12 +265,11 @@ void Datastore::enterSpectrum(const std::shared_ptr<Record> &record,
     SeriesSummary &summary = summaryOf(spectrum->info);
     const std::size_t place = lowerBoundOf(*series, record->beginTime);
     if (place < series->size() && (*series)[place].record == record) {
-        summary.give((*series)[place], spectrum);
+        summary.replace(place, *(*series)[place].spectrum, *spectrum);
+        (*series)[place].spectrum = spectrum;
     } else {
-        SpectrumRecord entry;
-        entry.record = record;
-        summary.give(entry, spectrum);
-        series->insert(series->begin() + std::ptrdiff_t(place), std::move(entry));
+        summary.insert(place, *spectrum);
+        series->insert(series->begin() + std::ptrdiff_t(place), {record, spectrum});
         insertSpan(m_seriesSpans[key], place, *record);
     }
     updateGaps(*series, place);
@@ -292,22 +297,31 @@ void Datastore::mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord>
     }
     // What was merged stands in `merged`, what wasn't yet behind `next`: together the series as it would be by now.
     Series &series = **known;
-    SeriesSummary &summary = summaryOf(entries.front().spectrum->info);
+    SeriesSummary::Merge summary(summaryOf(entries.front().spectrum->info));
     m_seriesSpans[key].truncate(lowerBoundOf(series, entries.front().record->beginTime));
     Series merged;
     auto next = series.begin();
+    const auto keep = [&] {
+        merged.push_back(std::move(*next++));
+        summary.keep();
+    };
     for (const SpectrumRecord &entry : entries) {
         while (next != series.end() && next->record->beginTime < entry.record->beginTime)
-            merged.push_back(std::move(*next++));
+            keep();
         if (next != series.end() && next->record == entry.record)
-            merged.push_back(std::move(*next++));
-        if (merged.empty() || merged.back().record != entry.record)
-            merged.push_back({entry.record, nullptr});
-        summary.give(merged.back(), entry.spectrum);
+            keep();
+        if (merged.empty() || merged.back().record != entry.record) {
+            merged.push_back({entry.record, entry.spectrum});
+            summary.insert(*entry.spectrum);
+        } else {
+            summary.replaceLast(*merged.back().spectrum, *entry.spectrum);
+            merged.back().spectrum = entry.spectrum;
+        }
         updateGaps(merged.size() > 1 ? &merged[merged.size() - 2] : nullptr, merged.back(),
                    next == series.end() ? nullptr : &*next);
     }
     std::move(next, series.end(), std::back_inserter(merged));
+    summary.finish();
     series = std::move(merged);
 }
 

@@ -3,6 +3,7 @@
 #include "store/recordmarks.h"
 #include "store/seriessummary.h"
 #include "store/spanindex.h"
+#include "store/spectrumrecord.h"
 #include "util/valuequeue.h"
 
 #include <QMap>
@@ -54,6 +55,9 @@ public:
     void updateIndexes() const;
     /// The concentrations of all of the series' spectra that didn't fail; an empty one if there is no such series.
     const SpectMath::DecadeHistogram &histogram(SeriesKey key) const;
+    /// The number concentrations over the whole axis of the series' spectra, entry for entry, by decadesOf(); NaN for
+    /// those that failed. Null if there is no such series. Valid until the next change of the store.
+    const double *totalDecades(SeriesKey key) const;
     /// How many records it has lost so far, each the first one then. What is kept beside the records tells by this how
     /// many go at its front.
     std::size_t lostRecords() const { return m_lostRecords; }

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "spectra/decadehistogram.h"
-#include "store/spectrumrecord.h"
+#include "spectra/spectrum.h"
+#include "util/valuequeue.h"
 
 /// What colour limits and plots of total concentrations ask of all values of a series. Kept as spectra come and go,
 /// when their values are at hand: to gather them later from all over memory takes longer than to draw them. A spectrum
@@ -10,18 +11,49 @@ class SeriesSummary {
 public:
     explicit SeriesSummary(SpectMath::SpectrumInfoPointer info);
 
-    /// Gives the entry a spectrum, in place of the one it may have.
-    void give(SpectrumRecord &entry, const std::shared_ptr<SpectMath::Spectrum> &spectrum);
-    /// The entry is about to go.
-    void leave(const SpectrumRecord &entry);
+    /// A new entry at that place has this spectrum.
+    void insert(std::size_t place, const SpectMath::Spectrum &spectrum);
+    /// The entry at that place has this spectrum now instead of the former one.
+    void replace(std::size_t place, const SpectMath::Spectrum &former, const SpectMath::Spectrum &spectrum);
+    /// The first entry, which had this spectrum, has gone.
+    void removeFirst(const SpectMath::Spectrum &spectrum);
+
+    /// Inserts and replaces many in ascending order of their places, at the cost of one walk through all.
+    class Merge;
 
     /// Of the concentrations of all spectra that didn't fail and have the description's size.
     const SpectMath::DecadeHistogram &histogram() const { return m_histogram; }
+    /// The number concentrations over the whole axis, entry for entry, by decadesOf(); NaN for a failed spectrum or one
+    /// of another size.
+    const double *totalDecades() const { return m_totalDecades.data(); }
 
 private:
-    bool counts(const SpectMath::Spectrum *spectrum) const;
+    bool counts(const SpectMath::Spectrum &spectrum) const;
+    void count(const SpectMath::Spectrum &spectrum);
+    void discount(const SpectMath::Spectrum &spectrum);
+    double totalDecadesOf(const SpectMath::Spectrum &spectrum) const;
 
     SpectMath::SpectrumInfoPointer m_info; ///< held, so that no other description comes to stand at its address
     RealVector m_totalWeights;
     SpectMath::DecadeHistogram m_histogram;
+    ValueQueue<double> m_totalDecades;
+};
+
+class SeriesSummary::Merge {
+public:
+    explicit Merge(SeriesSummary &summary) : m_summary(summary) {}
+
+    /// The next entry of the former ones is the next one of all.
+    void keep() { m_totals.insert(m_totals.size(), m_summary.m_totalDecades.data()[m_kept++]); }
+    /// A new entry with this spectrum is the next one of all.
+    void insert(const SpectMath::Spectrum &spectrum);
+    /// The last entry so far has this spectrum now instead of the former one.
+    void replaceLast(const SpectMath::Spectrum &former, const SpectMath::Spectrum &spectrum);
+    /// Keeps all former entries that are left. The last call.
+    void finish();
+
+private:
+    SeriesSummary &m_summary;
+    ValueQueue<double> m_totals;
+    std::size_t m_kept = 0;
 };

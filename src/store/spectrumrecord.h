@@ -8,6 +8,4 @@ struct SpectrumRecord {
     std::shared_ptr<Record> record;
     std::shared_ptr<SpectMath::Spectrum> spectrum;
     std::int64_t nearestGap = 0; ///< distance in midTime to the nearest neighbour, ticks; 0 for a lone entry
-    /// The number concentration over the whole axis, by decadesOf(); NaN for a failed spectrum or one of another size.
-    double totalDecades = noValue;
 };

@@ -509,7 +509,7 @@ void expectSummary(const Datastore &store, Datastore::SeriesKey key)
     const auto series = store.series(key);
     for (std::size_t i = 0; series && i < series->size(); ++i) {
         const SpectMath::Spectrum &spectrum = *(*series)[i].spectrum;
-        const double decades = (*series)[i].totalDecades;
+        const double decades = store.totalDecades(key)[i];
         if (spectrum.status != 0 || spectrum.concentrations.size() != key->nativePoints().size()) {
             ASSERT_TRUE(std::isnan(decades)) << i;
             continue;

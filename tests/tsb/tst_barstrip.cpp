@@ -23,7 +23,6 @@ public:
         m_styles.push_back({QPen(Qt::NoPen), QBrush(QColor(238, 238, 236)), false});
         m_source.spans = &m_spans;
         m_source.styles = &m_styles;
-        m_source.styleOf = [this](std::size_t i) { return m_styleOf[i]; };
         m_scale = TimeScale(recordTimeFromTicks(1'000'000'000), 1'000'000, 0);
     }
 
@@ -44,6 +43,7 @@ public:
 
     QImage painted(bool eachBar, int first = 0, int last = width)
     {
+        m_source.styleOf = m_styleOf.data();
         QImage image(width, m_height, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::white);
         QPainter painter(&image);

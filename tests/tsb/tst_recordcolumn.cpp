@@ -161,9 +161,9 @@ TEST(ManyRecords, have_their_values_whichever_thread_works_them_out)
     store.enterSpectra(std::move(entries));
     RecordColumn<double> ofRecords;
     ofRecords.setValueOf([](const Record &record) { return record.variables[1]; }, {&Record::variables, 1});
-    SeriesColumn ofSeries(info, residual), ofEntries(info, &SpectrumRecord::totalDecades);
+    SeriesColumn ofSeries(info, residual), ofTotals = SeriesColumn::ofTotalDecades(info);
     const double *const values = ofRecords.values(store), *const residuals = ofSeries.values(store);
-    const double *const totals = ofEntries.values(store);
+    const double *const totals = ofTotals.values(store);
     for (int i = 0; i < count; ++i) {
         ASSERT_EQ(values[i], i);
         ASSERT_EQ(residuals[i], i);

@@ -62,7 +62,7 @@ void BarStripPainter::drawEachBar(QPainter &painter, int height, const BarStripS
     BarPen pen(painter, *source.styles);
     const auto run = barRun(*source.spans, scale, first, last);
     for (std::size_t i = run.first; i < run.second; ++i) {
-        const BarStyle &style = pen.use(source.styleOf(i));
+        const BarStyle &style = pen.use(source.styleOf[i]);
         painter.drawRect(barRect(endsOfBar(*source.spans, scale, i), height, style.half, first, last));
     }
 }
@@ -99,7 +99,7 @@ void BarStripPainter::draw(QPainter &painter, QImage &image, const BarStripSourc
             continue;
         blendRun(image, source, scale, narrow, i, first, last);
         narrow = i + 1;
-        const BarStyle &style = pen.use(source.styleOf(i));
+        const BarStyle &style = pen.use(source.styleOf[i]);
         painter.drawRect(barRect(ends, image.height(), style.half, first, last));
     }
     blendRun(image, source, scale, narrow, run.second, first, last);
@@ -151,7 +151,7 @@ BarCover BarStripPainter::findLayers(const BarStripSource &source, const TimeSca
         i -= bars.size;
         const Outline *outlines[barsAtOnce];
         for (std::size_t k = 0; k < bars.size; ++k)
-            outlines[k] = &m_outlines[source.styleOf(i + k)];
+            outlines[k] = &m_outlines[source.styleOf[i + k]];
         addLayers(bars, outlines, middles, visible, cover);
         if (early != 0)
             break;

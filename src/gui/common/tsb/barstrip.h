@@ -9,7 +9,6 @@
 #include <QPen>
 
 #include <cstdint>
-#include <functional>
 #include <vector>
 
 class QPainter;
@@ -26,8 +25,8 @@ struct BarStyle {
 /// What a bar strip shows: one bar a record from its begin to its end, in the order of the records.
 struct BarStripSource {
     const SpanIndex *spans = nullptr;
-    /// The style of record i, an index into `styles`.
-    std::function<std::uint8_t(std::size_t)> styleOf;
+    /// By record, an index into `styles`.
+    const std::uint8_t *styleOf = nullptr;
     const std::vector<BarStyle> *styles = nullptr;
 };
 

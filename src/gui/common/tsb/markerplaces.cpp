@@ -23,12 +23,17 @@ void MarkerPlaces::of(const ValueScale &scale, int height, const double *values,
 const MarkerPlace *MarkerPlaceColumn::places(const ValueScale &scale, int height, const double *values,
                                              std::size_t count, std::uint64_t revision)
 {
-    if (m_revision != revision || m_places.size() != count || m_height != height || m_scale != scale) {
-        m_places.resize(count);
-        MarkerPlaces::of(scale, height, values, count, m_places.data());
+    if (m_revision != revision || m_count != count || m_height != height || m_scale != scale) {
+        m_places.clear();
         m_revision = revision;
+        m_count = count;
         m_height = height;
         m_scale = scale;
+        return nullptr;
+    }
+    if (m_places.size() != count) {
+        m_places.resize(count);
+        MarkerPlaces::of(scale, height, values, count, m_places.data());
     }
     return m_places.data();
 }

@@ -29,15 +29,17 @@ void of(const ValueScale &scale, int height, const double *values, std::size_t c
 /// the same places again, at a quarter of the memory to be read.
 class MarkerPlaceColumn {
 public:
-    /// One place for each value, until the next call. The revision is another one whenever values have changed.
+    /// One place for each value, until the next call. The revision is another one whenever values have changed. Null
+    /// the first time that these are asked for: while a scale is dragged, no places are drawn a second time.
     const MarkerPlace *places(const ValueScale &scale, int height, const double *values, std::size_t count,
                               std::uint64_t revision);
 
 private:
-    std::vector<MarkerPlace> m_places;
+    std::vector<MarkerPlace> m_places; ///< of what the others tell, or empty
     ValueScale m_scale;
     int m_height = -1;
     std::uint64_t m_revision = 0;
+    std::size_t m_count = 0;
 };
 
 } // namespace Tsb

@@ -12,6 +12,12 @@ const QColor cursorColor(0, 0, 0, 80);
 constexpr int edgeMargin = 8;  ///< columns
 constexpr int mostModes = 120; ///< so that two styles for each, and two more, fit into a byte
 
+/// The style of final records of a mode; the next one is that of provisional ones.
+std::uint8_t firstStyleOf(int opmode, int knownModes)
+{
+    return std::uint8_t(2 * (opmode >= 0 && opmode < knownModes ? opmode : knownModes));
+}
+
 } // namespace
 
 QColor paleTint(const QColor &color)
@@ -45,8 +51,10 @@ void OpmodePlot::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
 void OpmodePlot::reloadSetup()
 {
     rebuildStyles();
-    m_recordStyles.invalidate();
-    requestFullRedraw();
+    if (m_mode == Opmode)
+        showOpmode();
+    else
+        showFlag(m_flag);
 }
 
 /// Styles 2 m and 2 m + 1 are mode m, final and provisional; then an unknown mode likewise; the last is "no flag".
@@ -70,27 +78,19 @@ void OpmodePlot::rebuildStyles()
     m_styles.push_back({QPen(Qt::NoPen), QBrush(noFlagColor), false});
 }
 
-std::uint8_t OpmodePlot::firstStyleOf(int opmode) const
-{
-    return std::uint8_t(2 * (opmode >= 0 && opmode < m_knownModes ? opmode : m_knownModes));
-}
-
-std::uint8_t OpmodePlot::modeStyleOf(const RecordMarks &record) const
-{
-    return std::uint8_t(firstStyleOf(record.opmode) + (record.provisional ? 1 : 0));
-}
-
 std::uint8_t OpmodePlot::flagStyleOf(const Record &record) const
 {
     const bool raised = std::any_of(record.flags.begin(), record.flags.end(),
                                     [this](const auto &flag) { return flag->hash == m_flag.hash; });
-    return raised ? firstStyleOf(record.opmode) : std::uint8_t(m_styles.size() - 1);
+    return raised ? firstStyleOf(record.opmode, m_knownModes) : std::uint8_t(m_styles.size() - 1);
 }
 
 void OpmodePlot::showOpmode()
 {
     m_mode = Opmode;
-    m_recordStyles.setValueOfMarks([this](const RecordMarks &record) { return modeStyleOf(record); });
+    m_recordStyles.setValueOfMarks([known = m_knownModes](const RecordMarks &record) {
+        return std::uint8_t(firstStyleOf(record.opmode, known) + (record.provisional ? 1 : 0));
+    });
     requestFullRedraw();
 }
 
@@ -122,11 +122,10 @@ void OpmodePlot::drawRange(QPainter &painter, int first, int last)
 {
     if (!datastore() || first >= last)
         return clearRange(painter, first, last);
-    const std::uint8_t *const styles = m_recordStyles.values(*datastore());
     BarStripSource source;
     source.spans = &datastore()->recordSpans();
     source.styles = &m_styles;
-    source.styleOf = [styles](std::size_t i) { return styles[i]; };
+    source.styleOf = m_recordStyles.values(*datastore());
     // The raster engine rounds a corner at the edge of what it may draw on unlike one amid it. Drawn with a margin that
     // is thrown away, a column comes out the same whether it is redrawn alone or with all others.
     const QSize size(last - first + 2 * edgeMargin, contentsRect().height());

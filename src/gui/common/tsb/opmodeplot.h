@@ -35,10 +35,6 @@ protected:
     void drawOverlay(QPainter &painter) override;
 
 private:
-    /// The style of a record: by its mode, with further styles for provisional records and those without the flag.
-    /// The style of final records of a mode.
-    std::uint8_t firstStyleOf(int opmode) const;
-    std::uint8_t modeStyleOf(const RecordMarks &record) const;
     std::uint8_t flagStyleOf(const Record &record) const;
     void rebuildStyles();
 
@@ -47,7 +43,7 @@ private:
     Spectrometer::RecordFlag m_flag;
     int m_knownModes = 0; ///< modes that have a colour; more are drawn in black
     std::vector<BarStyle> m_styles;
-    RecordColumn<std::uint8_t> m_recordStyles;
+    RecordColumn<std::uint8_t> m_recordStyles; ///< places in m_styles
     BarStripPainter m_painter;
     QImage m_scratch; ///< kept for its memory
 };

@@ -6,13 +6,15 @@ namespace Tsb {
 
 double SeriesColumn::valueAt(const SpectrumRecord &entry) const
 {
-    if (m_ofEntry)
-        return entry.*m_ofEntry;
     return entry.spectrum ? m_valueOf(*entry.spectrum) : noValue;
 }
 
 void SeriesColumn::noteUpdated(const Datastore &store, const std::shared_ptr<Record> &record)
 {
+    if (isOfTotals()) {
+        ++m_totalsRevision;
+        return;
+    }
     m_column.follow(store.lostEntries(key()));
     if (m_column.isStale())
         return;
@@ -30,19 +32,27 @@ void SeriesColumn::noteUpdated(const Datastore &store, const std::shared_ptr<Rec
 
 const double *SeriesColumn::values(const Datastore &store)
 {
+    if (isOfTotals())
+        return totals(store);
     static const Datastore::Series none;
     const auto series = store.series(key());
     m_column.follow(store.lostEntries(key()));
     const Datastore::Series &entries = series ? *series : none;
     m_column.bringUpToDate(entries.size(), [&](std::size_t begin, std::size_t end, double *place) {
-        const auto visit = [&](const SpectrumRecord &entry) { *place++ = valueAt(entry); };
-        const auto at = [&entries](std::size_t i) { return entries.begin() + std::ptrdiff_t(i); };
-        if (m_ofEntry)
-            std::for_each(at(begin), at(end), visit);
-        else
-            walkSpectra(entries, begin, end, visit);
+        walkSpectra(entries, begin, end, [&](const SpectrumRecord &entry) { *place++ = valueAt(entry); });
     });
     return m_column.data();
+}
+
+const double *SeriesColumn::totals(const Datastore &store)
+{
+    const auto series = store.series(key());
+    const std::size_t count = series ? series->size() : 0, lost = store.lostEntries(key());
+    if (count != m_totals || lost != m_lostTotals)
+        ++m_totalsRevision;
+    m_totals = count;
+    m_lostTotals = lost;
+    return store.totalDecades(key());
 }
 
 } // namespace Tsb

@@ -74,15 +74,18 @@ public:
     void setValueOf(ValueOf valueOf, RecordSlot reads = {})
     {
         m_valueOf = std::move(valueOf);
-        m_valueOfMarks = nullptr;
+        m_valuesOfMarks = nullptr;
         m_reads = reads;
         invalidate();
     }
     /// Values that the records' marks tell: no record is read for them.
-    void setValueOfMarks(std::function<T(const RecordMarks &)> valueOf)
+    template<typename ValueOfMarks>
+    void setValueOfMarks(ValueOfMarks valueOf)
     {
         m_valueOf = [valueOf](const Record &record) { return valueOf(RecordMarks::of(record)); };
-        m_valueOfMarks = std::move(valueOf);
+        m_valuesOfMarks = [valueOf](const RecordMarks *begin, const RecordMarks *end, T *place) {
+            std::transform(begin, end, place, valueOf);
+        };
         invalidate();
     }
     void invalidate() { m_column.invalidate(); }
@@ -99,10 +102,10 @@ public:
     const T *values(const Datastore &store)
     {
         m_column.follow(store.lostRecords());
-        const RecordMarks *const marks = m_valueOfMarks ? store.recordMarks() : nullptr;
+        const RecordMarks *const marks = m_valuesOfMarks ? store.recordMarks() : nullptr;
         m_column.bringUpToDate(store.records().size(), [&](std::size_t begin, std::size_t end, T *place) {
             if (marks)
-                std::transform(marks + begin, marks + end, place, m_valueOfMarks);
+                m_valuesOfMarks(marks + begin, marks + end, place);
             else
                 walkRecords(store.records(), begin, end, m_reads,
                             [&](const Record &record) { *place++ = m_valueOf(record); });
@@ -114,12 +117,13 @@ public:
 
 private:
     ValueOf m_valueOf;
-    std::function<T(const RecordMarks &)> m_valueOfMarks; ///< where those tell it
+    /// Where those tell it: all at once, as they are quicker to look at than a function is to call.
+    std::function<void(const RecordMarks *begin, const RecordMarks *end, T *place)> m_valuesOfMarks;
     RecordSlot m_reads;
     Column<T> m_column;
 };
 
-/// The same for the entries of one spectrum series.
+/// The same for the entries of one spectrum series. Their total concentrations stand in the store.
 class SeriesColumn {
 public:
     /// May be called from two threads at once.
@@ -130,11 +134,8 @@ public:
         : m_info(std::move(info)), m_valueOf(std::move(valueOf))
     {
     }
-    /// Values that the entries have themselves.
-    SeriesColumn(SpectMath::SpectrumInfoPointer info, double SpectrumRecord::*value)
-        : m_info(std::move(info)), m_ofEntry(value)
-    {
-    }
+    /// The total concentrations, by decadesOf().
+    static SeriesColumn ofTotalDecades(SpectMath::SpectrumInfoPointer info) { return {std::move(info), nullptr}; }
 
     const SpectMath::SpectrumInfo *key() const { return m_info.get(); }
     /// For Datastore::updated.
@@ -142,15 +143,19 @@ public:
     /// As many as the series has entries, until the store changes.
     const double *values(const Datastore &store);
     /// Another number after each change of the values.
-    std::uint64_t revision() const { return m_column.revision(); }
+    std::uint64_t revision() const { return isOfTotals() ? m_totalsRevision : m_column.revision(); }
 
 private:
+    bool isOfTotals() const { return !m_valueOf; }
     double valueAt(const SpectrumRecord &entry) const;
+    const double *totals(const Datastore &store);
 
     SpectMath::SpectrumInfoPointer m_info; ///< held, so that the key isn't given to another description
-    ValueOf m_valueOf;
-    double SpectrumRecord::*m_ofEntry = nullptr; ///< in place of m_valueOf
-    Column<double> m_column;
+    ValueOf m_valueOf;                     ///< none: of totals
+    Column<double> m_column;               ///< of other values
+    std::uint64_t m_totalsRevision = 0;
+    std::size_t m_totals = 0;     ///< how many there were
+    std::size_t m_lostTotals = 0; ///< how many the series had lost by then
 };
 
 } // namespace Tsb

@@ -1,6 +1,7 @@
 #include "gui/common/tsb/scatterplot.h"
 
 #include "gui/common/tsb/barstrip.h"
+#include "gui/common/tsb/finiterange.h"
 #include "gui/common/tsb/markerpainter.h"
 #include "gui/common/tsb/opmodeplot.h"
 #include "gui/common/tsb/scatterseries.h"
@@ -132,7 +133,7 @@ void ScatterPlot::rebuildSpectrumSeries()
             return concentrationOf(s, weights);
         };
         if (m_settings.totalConcentration && m_settings.concentrationType == ConcentrationType::number)
-            add(SeriesColumn(info, &SpectrumRecord::totalDecades), valueOf);
+            add(SeriesColumn::ofTotalDecades(info), valueOf);
         else
             add(SeriesColumn(info, [valueOf](const SpectMath::Spectrum &s) { return decadesOf(valueOf(s)); }), valueOf);
     }
@@ -185,31 +186,20 @@ void ScatterPlot::visitInSight(Visit visit)
     if (m_settings.usesSpectra()) {
         for (SpectrumSeries &series : m_spectrumSeries) {
             const auto run = barRun(datastore()->seriesSpans(series.info.get()), timeScale(), -1, width + 1);
-            const double *const values = series.values.values(*datastore());
-            for (std::size_t i = run.first; i < run.second; ++i)
-                visit(values[i]);
+            visit(series.values.values(*datastore()) + run.first, run.second - run.first);
         }
         return;
     }
     const auto run = barRun(datastore()->recordSpans(), timeScale(), -1, width + 1);
-    for (RecordSeries &series : m_recordSeries) {
-        const double *const values = series.values.values(*datastore());
-        for (std::size_t i = run.first; i < run.second; ++i)
-            visit(values[i]);
-    }
+    for (RecordSeries &series : m_recordSeries)
+        visit(series.values.values(*datastore()) + run.first, run.second - run.first);
 }
 
 std::pair<double, double> ScatterPlot::minMax()
 {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    double least = infinity, greatest = -infinity;
-    visitInSight([&](double value) {
-        if (std::isfinite(value)) {
-            least = std::min(least, value);
-            greatest = std::max(greatest, value);
-        }
-    });
-    return least <= greatest ? std::make_pair(least, greatest) : std::make_pair(noValue, noValue);
+    FiniteRange range;
+    visitInSight([&range](const double *values, std::size_t count) { range.include(values, count); });
+    return range.isEmpty() ? std::make_pair(noValue, noValue) : std::make_pair(range.least, range.greatest);
 }
 
 // ---- the selected record

@@ -85,6 +85,7 @@ private:
     template<typename Mark>
     static void markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
                              std::size_t count, Mark mark);
+    /// Calls visit(values, count) for the values in sight of each line.
     template<typename Visit>
     void visitInSight(Visit visit);
     std::vector<Point> pointsOf(const Record &record) const;
