@@ -202,6 +202,30 @@ TEST_F(BrowserPlotsTest, EachNewViewIsFittedOnce)
     }
 }
 
+/// Counts how often plots are painted.
+class PaintCount : public QObject {
+public:
+    QHash<const QObject *, int> counts;
+
+    PaintCount() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && qobject_cast<Tsb::Plot *>(watched))
+            ++counts[watched];
+        return false;
+    }
+};
+
+TEST_F(BrowserPlotsTest, TheDefaultStackIsPaintedOnce)
+{
+    PaintCount painted;
+    browser.addDefaultStack();
+    settle();
+    ASSERT_EQ(painted.counts.size(), 5);
+    for (const int count : painted.counts)
+        EXPECT_EQ(count, 1);
+}
+
 TEST_F(BrowserPlotsTest, TabReachesEveryButtonBoxAndList)
 {
     for (QAction *action : browser.addPlotActions())

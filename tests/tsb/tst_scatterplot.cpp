@@ -92,10 +92,18 @@ protected:
         store.addSpectra(result);
     }
 
+    /// Drawn for the first time, and once more from what was kept then.
     QImage picture()
     {
         view.grab();
-        return view.plot()->image().copy();
+        const QImage first = view.plot()->image().copy();
+        const TimeScale scale = view.plot()->timeScale();
+        for (const std::int64_t perPixel : {scale.ticksPerPixel + 1, scale.ticksPerPixel}) {
+            view.setTimeScale(TimeScale(scale.originTick, perPixel, scale.originPixel));
+            view.grab();
+        }
+        EXPECT_EQ(view.plot()->image(), first);
+        return first;
     }
 
     /// Every marker by single points, as the plain way would draw them.
@@ -280,6 +288,36 @@ TEST_F(Scatter, a_choice_in_the_row_leaves_no_plot_off_its_scale)
     view.setSpectrumParameter(SpectrumParameter::SumBackError);
     choose("Inversion parameter", 0);
     EXPECT_DOUBLE_EQ(view.scaleWidget()->maximum(), 3.1) << "another quantity";
+}
+
+TEST_F(Scatter, choices_are_made_when_they_are_first_shown)
+{
+    ScatterPlotView bare;
+    bare.setPropertiesVisible(false);
+    bare.setUiInfo(uiInfo);
+    bare.showType(ScatterPlotSettings::Electrometer);
+    bare.resize(900, 160);
+    bare.show();
+    EXPECT_EQ(bare.propertiesRow(), nullptr);
+    bare.setElectrometerSelection(2);
+    bare.setPropertiesVisible(true);
+    QApplication::processEvents();
+    ASSERT_NE(bare.propertiesRow(), nullptr);
+    EXPECT_TRUE(bare.propertiesRow()->isVisible());
+    EXPECT_LE(bare.propertiesRow()->geometry().bottom(), bare.plot()->y());
+    QComboBox *electrometer = nullptr;
+    for (QComboBox *combo : bare.propertiesRow()->findChildren<QComboBox *>()) {
+        if (combo->isVisible())
+            electrometer = combo;
+    }
+    ASSERT_NE(electrometer, nullptr);
+    EXPECT_EQ(electrometer->currentText(), "e2");
+    electrometer->setCurrentIndex(1);
+    EXPECT_EQ(bare.plotSettings().electrometerNumber, 1);
+    bool plotCame = false; // Tab comes by the choices before the plot
+    for (const QWidget *next = bare.nextInFocusChain(); next != electrometer; next = next->nextInFocusChain())
+        plotCame = plotCame || next == bare.plot();
+    EXPECT_FALSE(plotCame);
 }
 
 TEST_F(Scatter, the_label_of_the_limits_gives_way_in_a_narrow_view)

@@ -260,7 +260,6 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
             .log(Log::Warning, tr("The layout has %1 plots; the first %2 are shown")
                                    .arg(QString::number(count), QString::number(greatestViewCount)));
     setUpdatesEnabled(true);
-    settleBeforePainting();
 }
 
 // ---- what all views share
