@@ -195,10 +195,20 @@ TEST_F(MainWindowBaseTest, FollowsWhatComesIn)
     EXPECT_EQ(window.shownRecord(), next);
     EXPECT_TRUE(window.isFollowingLast());
 
+    window.browser()->timeView()->forgetViews();
+    const TimeScale followed = window.browser()->timeScale();
+    EXPECT_EQ(window.shownRecord(), comesIn(500'000, 0));
+    EXPECT_NE(window.browser()->timeScale(), followed);
+    EXPECT_FALSE(window.browser()->timeView()->hasPreviousView()) << "nobody went there";
+    window.showRecord(next);
+    EXPECT_TRUE(window.browser()->timeView()->hasPreviousView());
+    follow();
+
     metadata->dpVariants[0].skipOffsets = true;
-    comesIn(120, 2);
-    EXPECT_EQ(window.shownRecord(), next);
-    EXPECT_EQ(window.shownRecord(), comesIn(130, 1));
+    const RecordPointer last = window.shownRecord();
+    comesIn(500'020, 2);
+    EXPECT_EQ(window.shownRecord(), last);
+    EXPECT_EQ(window.shownRecord(), comesIn(500'030, 1));
 }
 
 TEST_F(MainWindowBaseTest, HoldsTheNextRecordBackWhileSpectraChange)

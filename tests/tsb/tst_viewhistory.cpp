@@ -106,7 +106,8 @@ TEST_F(ViewHistoryTest, WhatIsNoGestureLeavesNothing)
     view.changeZoom(1 / 0.9, 399);
     view.setTimeScale(home);
     QTest::qWait(settled);
-    view.scrollIntoView(start + Ticks(5000 * second), start + Ticks(5001 * second));
+    view.scrollIntoView(start + Ticks(50 * second), start + Ticks(51 * second)); // in sight
+    view.runIntoView(start + Ticks(5000 * second), start + Ticks(5001 * second));
     view.refitIntoView(start, start + Ticks(900 * second));
     view.goToTime({});
     view.fitIntoView({}, start);
@@ -114,6 +115,34 @@ TEST_F(ViewHistoryTest, WhatIsNoGestureLeavesNothing)
     drag(100);
     view.forgetViews();
     EXPECT_FALSE(view.hasPreviousView());
+}
+
+TEST_F(ViewHistoryTest, JumpsInQuickSuccessionAreOneGesture)
+{
+    const auto jump = [this](int to) { view.scrollIntoView(start + Ticks(to * second), start + Ticks(to * second)); };
+    wheel(120);
+    const TimeScale zoomed = view.timeScale();
+    QSignalSpy told(&view, &Tsb::TimeView::hasPreviousViewChanged);
+    jump(5000);
+    jump(5010);
+    for (int i = 0; i < 3; ++i) { // together longer than the pause that ends it
+        QTest::qWait(250);
+        jump(5010); // in sight by now
+    }
+    jump(5020);
+    const TimeScale jumped = view.timeScale();
+    EXPECT_NE(jumped, zoomed);
+    QTest::qWait(800);
+    jump(-5000);
+    wheel(-120);
+    view.goToPreviousView();
+    view.goToPreviousView();
+    EXPECT_EQ(view.timeScale(), jumped);
+    view.goToPreviousView();
+    EXPECT_EQ(view.timeScale(), zoomed) << "the jump ended the steps of the wheel";
+    EXPECT_EQ(told.count(), 0);
+    EXPECT_EQ(wayBack(), 1);
+    EXPECT_EQ(view.timeScale(), home);
 }
 
 TEST_F(ViewHistoryTest, KeepsFifty)

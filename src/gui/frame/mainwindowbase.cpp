@@ -88,13 +88,20 @@ void MainWindowBase::showRecord(std::shared_ptr<Record> record)
 {
     if (!m_followLastGuard)
         implicitDisableFollowLast();
+    if (takeShownRecord(record))
+        m_browser->selectRecord(record);
+}
+
+/// False for the one that is shown already.
+bool MainWindowBase::takeShownRecord(const std::shared_ptr<Record> &record)
+{
     if (record == m_shownRecord)
-        return;
+        return false;
     if (record && (!m_shownRecord || record->beginUtcOffset != m_shownRecord->beginUtcOffset))
         m_browser->timeView()->setTimeOffset(record->beginUtcOffset);
     m_shownRecord = record; // before the browser hears of it: its answer comes back here
-    m_browser->selectRecord(record);
     queueViewUpdate();
+    return true;
 }
 
 void MainWindowBase::queueViewUpdate()
@@ -194,6 +201,12 @@ bool MainWindowBase::isOffset(const Record &record) const
            metadata->opmodes[record.opmode].isOffset;
 }
 
+void MainWindowBase::followRecord(const std::shared_ptr<Record> &record)
+{
+    if (takeShownRecord(record))
+        m_browser->followRecord(record);
+}
+
 void MainWindowBase::recordCameIn(const std::shared_ptr<Record> &record, bool following)
 {
     const DpVariant variant = variantOf(*record);
@@ -204,7 +217,7 @@ void MainWindowBase::recordCameIn(const std::shared_ptr<Record> &record, bool fo
     if (!variant.followAtOnce && !heldBack)
         m_spectraPending = false;
     if (following && !heldBack)
-        showRecord(record);
+        followRecord(record);
     m_lastRecord = record;
 }
 
@@ -218,7 +231,7 @@ void MainWindowBase::recordUpdated(int, std::shared_ptr<Record> record, int flag
     }
     if ((flags & SpectraChanged) && m_spectraPending && record == m_lastRecord) {
         if (following)
-            showRecord(record);
+            followRecord(record);
         return;
     }
     if (record != m_shownRecord)

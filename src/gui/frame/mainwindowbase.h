@@ -122,6 +122,8 @@ private:
     QAction *makeAction(const QString &text, const QString &icon = {}, const QString &shortText = {});
     void updatePreviousView();
     void queueViewUpdate();
+    void followRecord(const std::shared_ptr<Record> &record);
+    bool takeShownRecord(const std::shared_ptr<Record> &record);
     void recordCameIn(const std::shared_ptr<Record> &record, bool following);
     DpVariant variantOf(const Record &record) const;
     bool isOffset(const Record &record) const;

@@ -315,10 +315,20 @@ void TimeSeriesBrowser::setDisableAutoscroll(bool on)
 
 void TimeSeriesBrowser::selectRecord(std::shared_ptr<Record> record)
 {
+    makeCurrent(record, &TimeView::scrollIntoView);
+}
+
+void TimeSeriesBrowser::followRecord(std::shared_ptr<Record> record)
+{
+    makeCurrent(record, &TimeView::runIntoView);
+}
+
+void TimeSeriesBrowser::makeCurrent(const std::shared_ptr<Record> &record, Scroll bring)
+{
     if (record == m_currentRecord)
         return;
     if (record && !m_disableAutoscroll)
-        timeView()->scrollIntoView(record->beginTime, record->endTime);
+        (timeView()->*bring)(record->beginTime, record->endTime);
     m_currentRecord = record;
     for (View *view : m_views)
         view->setCurrentRecord(record);

@@ -79,6 +79,8 @@ public Q_SLOTS:
     void ensureViewVisible(QWidget *widget);
     /// Scrolls the axis just enough to show the record, unless that is disabled, and hands the record to all views.
     void selectRecord(std::shared_ptr<Record> record);
+    /// The same for a record that came in and was not chosen: the axis runs along, and leaves nothing to go back to.
+    void followRecord(std::shared_ptr<Record> record);
     void setDisableAutoscroll(bool on);
     /// Fits the scales of all views to what is in sight.
     void allFitScale();
@@ -103,6 +105,8 @@ private Q_SLOTS:
     void setTimeCursor(bool visible, int value);
 
 private:
+    using Scroll = void (TimeView::*)(RecordTime begin, RecordTime end);
+
     void makeActions();
     void makeAddPlotActions();
     QAction *addPlotAction(const QString &text, const QIcon &icon = QIcon());
@@ -120,6 +124,7 @@ private:
     void activateLayouts();
     void settleBeforePainting();
     void zoom(int step);
+    void makeCurrent(const std::shared_ptr<Record> &record, Scroll bring);
     void refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width);
 
     std::shared_ptr<UiInfo> m_uiInfo;

@@ -17,6 +17,7 @@ namespace {
 
 constexpr int rollInterval = 20; // ms
 constexpr int settleTime = 400;  // ms after the last step of a zoom
+constexpr int landingTime = 700; // ms after the last jump: a held key takes that long to repeat for the first time
 
 TimeView::Surroundings realSurroundings()
 {
@@ -61,7 +62,6 @@ TimeView::TimeView(QWidget *parent) : QFrame(parent), m_surroundings(realSurroun
     m_rollTimer.setInterval(rollInterval);
     connect(&m_followTimer, &QTimer::timeout, this, &TimeView::updateFollowNow);
     m_settleTimer.setSingleShot(true);
-    m_settleTimer.setInterval(settleTime);
     connect(&m_settleTimer, &QTimer::timeout, this, &TimeView::finishGesture);
     connect(&m_rollTimer, &QTimer::timeout, this, &TimeView::panTick);
 }
@@ -103,6 +103,23 @@ void TimeView::scrollIntoView(RecordTime beginTime, RecordTime endTime)
 {
     if (m_dragState != Idle || isMissing(beginTime) || isMissing(endTime))
         return;
+    // Though it may be in sight: a key held down moves a dense axis only now and then.
+    beginStep(Jumps);
+    moveIntoView(beginTime, endTime);
+    tellHistory();
+}
+
+void TimeView::runIntoView(RecordTime beginTime, RecordTime endTime)
+{
+    if (m_dragState != Idle || isMissing(beginTime) || isMissing(endTime))
+        return;
+    if (m_settleTimer.isActive() && m_steps == Jumps)
+        finishGesture(); // where the axis runs from there is not the jump's doing
+    moveIntoView(beginTime, endTime);
+}
+
+void TimeView::moveIntoView(RecordTime beginTime, RecordTime endTime)
+{
     const int width = contentsWidth(), half = width / 2;
     const std::int64_t right = std::max(width - 10, half), left = std::min(half, 10);
     const std::int64_t x0 = m_timeScale.columnOf(beginTime), x1 = m_timeScale.columnOf(endTime);
@@ -142,8 +159,7 @@ void TimeView::changeZoom(double multiplier, int midPixel)
     std::int64_t ticks = zoomedTicks(m_timeScale.ticksPerPixel, multiplier);
     if (multiplier > 1 && ticks == m_timeScale.ticksPerPixel)
         ++ticks; // else truncation would hold the finest scales for ever
-    if (!m_settleTimer.isActive() && m_dragState == Idle)
-        beginGesture();
+    beginStep(ZoomSteps);
     if (m_followNow) {
         updateFollowNowAt(ticks);
     } else {
@@ -151,14 +167,13 @@ void TimeView::changeZoom(double multiplier, int midPixel)
         scale.ticksPerPixel = ticks;
         setTimeScale(scale);
     }
-    m_settleTimer.start();
     tellHistory();
 }
 
 void TimeView::changeZoom(TimeScale startTimescale, QPoint delta)
 {
     if (m_settleTimer.isActive())
-        finishGesture(); // steps of zoom came before the drag
+        finishGesture(); // steps came before the drag
     m_history.begin(place());
     if (m_followNow) {
         const std::int64_t span = saturatedSubtract(m_timeScale.originPixel, startTimescale.originPixel);
@@ -178,6 +193,16 @@ void TimeView::beginGesture()
 {
     finishGesture();
     m_history.begin(place());
+}
+
+/// Goes on with the gesture of the last step, if that was of the same kind and not long ago.
+void TimeView::beginStep(Steps steps)
+{
+    const bool goesOn = m_settleTimer.isActive() && m_steps == steps;
+    if (!goesOn && m_dragState == Idle)
+        beginGesture();
+    m_steps = steps;
+    m_settleTimer.start(steps == Jumps ? landingTime : settleTime);
 }
 
 void TimeView::finishGesture()

@@ -44,8 +44,11 @@ public Q_SLOTS:
     void setFollowNow(bool on);
     /// Holds ticksPerPixel within its limits; refuses in silence a scale whose window leaves the range of times.
     void setTimeScale(TimeScale newtimescale);
-    /// Moves as little as possible; nothing during a drag or when a time is missing.
+    /// Moves as little as possible; nothing during a drag or when a time is missing. Jumps that follow each other
+    /// within a moment are one gesture.
     void scrollIntoView(RecordTime beginTime, RecordTime endTime);
+    /// The same for what came in and was not chosen: no step on the way back.
+    void runIntoView(RecordTime beginTime, RecordTime endTime);
     void fitIntoView(RecordTime beginTime, RecordTime endTime);
     /// The same once more at another width: no step of its own on the way back.
     void refitIntoView(RecordTime beginTime, RecordTime endTime);
@@ -86,9 +89,12 @@ private Q_SLOTS:
 
 private:
     enum DragState { Idle, Panning, Rolling };
+    enum Steps { ZoomSteps, Jumps };
 
     ViewHistory::Place place() const { return {m_timeScale, m_followNow}; }
     void beginGesture();
+    void beginStep(Steps steps);
+    void moveIntoView(RecordTime beginTime, RecordTime endTime);
     void tellHistory();
     void updateFollowNowAt(std::int64_t ticksPerPixel);
     void updateFollowInterval();
@@ -113,7 +119,8 @@ private:
     double m_rollSpeed = 0;
     double m_rollPosition = 0;
     ViewHistory m_history;
-    QTimer m_settleTimer; ///< runs while steps of zoom may still follow
+    QTimer m_settleTimer;      ///< runs while further steps may still follow
+    Steps m_steps = ZoomSteps; ///< of which kind those are
     bool m_toldHasPrevious = false;
     bool m_cursorVisible = false;
     int m_cursorPixel = 0;
