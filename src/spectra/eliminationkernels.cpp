@@ -10,19 +10,24 @@ namespace SpectMath::Kernels {
 
 namespace {
 
-/// Four numbers, at any address of a double.
-using Four = double __attribute__((vector_size(32), aligned(8), may_alias));
+using Four = double __attribute__((vector_size(32)));
 
 constexpr std::size_t lanes = 4;
 
-INLINED const Four &four(const double *p)
+/// Four numbers at any address of a double. A struct, since not every compiler lets a reference to a mere vector take
+/// another alignment than the vector's own.
+struct __attribute__((packed, aligned(alignof(double)), may_alias)) Stored {
+    Four four;
+};
+
+INLINED const Stored &at(const double *p)
 {
-    return *reinterpret_cast<const Four *>(p);
+    return *reinterpret_cast<const Stored *>(p);
 }
 
-INLINED Four &four(double *p)
+INLINED Stored &at(double *p)
 {
-    return *reinterpret_cast<Four *>(p);
+    return *reinterpret_cast<Stored *>(p);
 }
 
 /// A tile of 4 rows by 8 columns.
@@ -32,18 +37,18 @@ struct Tile {
 
 INLINED void loadTile(Tile &t, const double *p, std::size_t stride)
 {
-    t.a0 = four(p), t.a1 = four(p + lanes), p += stride;
-    t.b0 = four(p), t.b1 = four(p + lanes), p += stride;
-    t.c0 = four(p), t.c1 = four(p + lanes), p += stride;
-    t.d0 = four(p), t.d1 = four(p + lanes);
+    t.a0 = at(p).four, t.a1 = at(p + lanes).four, p += stride;
+    t.b0 = at(p).four, t.b1 = at(p + lanes).four, p += stride;
+    t.c0 = at(p).four, t.c1 = at(p + lanes).four, p += stride;
+    t.d0 = at(p).four, t.d1 = at(p + lanes).four;
 }
 
 INLINED void storeTile(const Tile &t, double *p, std::size_t stride)
 {
-    four(p) = t.a0, four(p + lanes) = t.a1, p += stride;
-    four(p) = t.b0, four(p + lanes) = t.b1, p += stride;
-    four(p) = t.c0, four(p + lanes) = t.c1, p += stride;
-    four(p) = t.d0, four(p + lanes) = t.d1;
+    at(p).four = t.a0, at(p + lanes).four = t.a1, p += stride;
+    at(p).four = t.b0, at(p + lanes).four = t.b1, p += stride;
+    at(p).four = t.c0, at(p + lanes).four = t.c1, p += stride;
+    at(p).four = t.d0, at(p + lanes).four = t.d1;
 }
 
 /// t -= Σ factors[k][0..3] · rows[k][0..7] for k from first up to end.
@@ -53,8 +58,8 @@ INLINED void subtractProducts(Tile &t, const double *factors, std::size_t factor
 #pragma GCC unroll 2
     for (std::size_t k = first; k < end; ++k) {
         const double *f = factors + k * factorStride;
-        const Four x0 = four(rows + k * stride);
-        const Four x1 = four(rows + k * stride + lanes);
+        const Four x0 = at(rows + k * stride).four;
+        const Four x1 = at(rows + k * stride + lanes).four;
         t.a0 -= f[0] * x0, t.a1 -= f[0] * x1;
         t.b0 -= f[1] * x0, t.b1 -= f[1] * x1;
         t.c0 -= f[2] * x0, t.c1 -= f[2] * x1;
@@ -123,15 +128,15 @@ void normalMatrix(const SystemShape &shape, const double *a, const double *weigh
     const std::size_t n = shape.columns;
     for (std::size_t l = 0; l < rows; ++l) {
         for (std::size_t j = 0; j < n; j += lanes)
-            four(weighted + l * n + j) = weights[l] * four(a + l * n + j);
+            at(weighted + l * n + j).four = weights[l] * at(a + l * n + j).four;
     }
     for (std::size_t i = 0; i < shape.rows; i += tileRows) {
         for (std::size_t j = i / tileColumns * tileColumns; j < n; j += tileColumns) {
             Tile t{};
             for (std::size_t l = 0; l < rows; ++l) {
                 const double *f = weighted + l * n + i;
-                const Four x0 = four(a + l * n + j);
-                const Four x1 = four(a + l * n + j + lanes);
+                const Four x0 = at(a + l * n + j).four;
+                const Four x1 = at(a + l * n + j + lanes).four;
                 t.a0 += f[0] * x0, t.a1 += f[0] * x1;
                 t.b0 += f[1] * x0, t.b1 += f[1] * x1;
                 t.c0 += f[2] * x0, t.c1 += f[2] * x1;
@@ -174,7 +179,7 @@ bool eliminate(const SystemShape &shape, double *system, double *lower, double *
         for (std::size_t r = 0; r < tileRows; ++r) {
             double *target = lower + (i + r) * shape.columns;
             for (std::size_t j = begin; j < shape.columns; j += lanes)
-                four(target + j) = inversePivots[i + r] * four(rows + r * stride + j);
+                at(target + j).four = inversePivots[i + r] * at(rows + r * stride + j).four;
             std::fill(target + begin, target + i + r + 1, 0.0);
         }
     }
@@ -191,8 +196,8 @@ void solveForward(const SystemShape &shape, const double *lower, double *z, std:
         z[k + 2] -= a[k + 2] * z[k] + b[k + 2] * z[k + 1];
         z[k + 3] -= a[k + 3] * z[k] + b[k + 3] * z[k + 1] + c[k + 3] * z[k + 2];
         for (std::size_t j = k + tileRows; j < n; j += lanes)
-            four(z + j) -=
-                (z[k] * four(a + j) + z[k + 1] * four(b + j)) + (z[k + 2] * four(c + j) + z[k + 3] * four(d + j));
+            at(z + j).four -= (z[k] * at(a + j).four + z[k + 1] * at(b + j).four) +
+                              (z[k + 2] * at(c + j).four + z[k + 3] * at(d + j).four);
     }
 }
 
@@ -206,11 +211,11 @@ void solveBackward(const SystemShape &shape, const double *lower, const double *
         const double *a = lower + k * n, *b = a + n, *c = b + n, *d = c + n;
         Four sa{}, sb{}, sc{}, sd{};
         for (std::size_t j = k + tileRows; j < n; j += lanes) {
-            const Four x = four(z + j);
-            sa += four(a + j) * x;
-            sb += four(b + j) * x;
-            sc += four(c + j) * x;
-            sd += four(d + j) * x;
+            const Four x = at(z + j).four;
+            sa += at(a + j).four * x;
+            sb += at(b + j).four * x;
+            sc += at(c + j).four * x;
+            sd += at(d + j).four * x;
         }
         z[k + 3] = z[k + 3] * inversePivots[k + 3] - sumOf(sd);
         z[k + 2] = z[k + 2] * inversePivots[k + 2] - sumOf(sc) - c[k + 3] * z[k + 3];
@@ -230,9 +235,9 @@ void inverseDiagonal(const SystemShape &shape, const double *system, const doubl
         const double inverse = inversePivots[k];
         const double scaled = z[k] * inverse;
         for (std::size_t j = 0; j <= k; j += lanes) {
-            const Four v = four(row + j);
-            four(diagonal + j) += v * v * inverse;
-            four(x + j) += scaled * v;
+            const Four v = at(row + j).four;
+            at(diagonal + j).four += v * v * inverse;
+            at(x + j).four += scaled * v;
         }
     }
 }
@@ -247,15 +252,15 @@ void bandOfProduct(const SystemShape &shape, const double *system, const double 
         Four d0{}, d1{}, o0{}, o1{};
         for (std::size_t i = first; i < shape.order; ++i) {
             const double *row = system + i * shape.stride() + shape.columns + j;
-            const Four v0 = four(row), v1 = four(row + lanes);
+            const Four v0 = at(row).four, v1 = at(row + lanes).four;
             const Four w0 = inversePivots[i] * v0, w1 = inversePivots[i] * v1;
             d0 += w0 * v0, d1 += w1 * v1;
-            o0 += w0 * four(row + 1);
-            const Four next = last ? Four{row[5], row[6], row[7], 0.0} : four(row + 5);
+            o0 += w0 * at(row + 1).four;
+            const Four next = last ? Four{row[5], row[6], row[7], 0.0} : at(row + 5).four;
             o1 += w1 * next;
         }
-        four(diagonal + j) = d0, four(diagonal + j + lanes) = d1;
-        four(overlap + j) = o0, four(overlap + j + lanes) = o1;
+        at(diagonal + j).four = d0, at(diagonal + j + lanes).four = d1;
+        at(overlap + j).four = o0, at(overlap + j + lanes).four = o1;
     }
 }
 
@@ -263,17 +268,17 @@ MORVANTIDE_FOR_EACH_PROCESSOR
 void addRowTimes(const double *row, const double *matrix, std::size_t rows, std::size_t columns, double *out)
 {
     for (std::size_t j = 0; j < columns; j += tileColumns) {
-        Four even0 = four(out + j), even1 = four(out + j + lanes), odd0{}, odd1{};
+        Four even0 = at(out + j).four, even1 = at(out + j + lanes).four, odd0{}, odd1{};
         std::size_t i = 0;
         for (const double *p = matrix + j; i + 1 < rows; i += 2, p += 2 * columns) {
-            even0 += row[i] * four(p), even1 += row[i] * four(p + lanes);
-            odd0 += row[i + 1] * four(p + columns), odd1 += row[i + 1] * four(p + columns + lanes);
+            even0 += row[i] * at(p).four, even1 += row[i] * at(p + lanes).four;
+            odd0 += row[i + 1] * at(p + columns).four, odd1 += row[i + 1] * at(p + columns + lanes).four;
         }
         if (i < rows) {
-            even0 += row[i] * four(matrix + i * columns + j);
-            even1 += row[i] * four(matrix + i * columns + j + lanes);
+            even0 += row[i] * at(matrix + i * columns + j).four;
+            even1 += row[i] * at(matrix + i * columns + j + lanes).four;
         }
-        four(out + j) = even0 + odd0, four(out + j + lanes) = even1 + odd1;
+        at(out + j).four = even0 + odd0, at(out + j + lanes).four = even1 + odd1;
     }
 }
 
