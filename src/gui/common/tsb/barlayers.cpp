@@ -26,9 +26,8 @@ void setColor(BarColor &colors, int rowClass, QRgb color)
 /// One channel of both bounds: two lines of the bar upon them.
 inline void layChannel(Channel &least, Channel &greatest, Channel color, Channel alpha)
 {
-    const Channel over = multiplied(color, alpha), open = 255 - alpha;
-    least = over + multiplied(Channel(over + multiplied(least, open)), open);
-    greatest = over + multiplied(Channel(over + multiplied(greatest, open)), open);
+    least = underTwoLines(least, color, alpha);
+    greatest = underTwoLines(greatest, color, alpha);
 }
 
 /// Whether the colours of these classes are so near to each other that their middle is within 1 of both.
