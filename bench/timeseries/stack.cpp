@@ -270,6 +270,10 @@ void memoryOfSixViews(benchmark::State &state)
         BrowserWindow window(data);
         const double before = bytesInUse();
         window.addSixViews();
+        for (int turn = 1; turn < 4; ++turn) { // some is kept from the second drawing on
+            window.browser().timeView()->setTimeScale(zoomed(data, turn));
+            BrowserWindow::settle();
+        }
         double images = 0;
         for (const Tsb::Plot *plot : window.plots())
             images += double(plot->image().sizeInBytes());
