@@ -320,6 +320,18 @@ TEST_F(PlotTest, CursorsStopTheirRing)
     EXPECT_EQ(times.count(), 3);
 }
 
+TEST_F(PlotTest, AContextMenuTakesTheCursors)
+{
+    QSignalSpy times(&plot, &Tsb::Plot::timeCursorChanged), values(&plot, &Tsb::Plot::valueCursorChanged);
+    plot.setTimeCursor(true, 10);
+    plot.setValueCursor(true, 20);
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, QPoint(10, 20));
+    QApplication::sendEvent(&plot, &menu);
+    ASSERT_EQ(times.count(), 2);
+    EXPECT_FALSE(times.last()[0].toBool());
+    EXPECT_FALSE(values.last()[0].toBool());
+}
+
 TEST_F(PlotTest, CurrentRecordIsAnOverlay)
 {
     const QImage image = plot.image().copy(), before = picture();

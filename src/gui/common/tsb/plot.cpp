@@ -338,6 +338,9 @@ bool Plot::event(QEvent *event)
         endPan(); // neither a release nor the pointer's leaving comes to a hidden widget
         hideCursors();
         break;
+    case QEvent::ContextMenu:
+        hideCursors(); // the pointer may go elsewhere over the menu, and its leaving isn't told after that
+        break;
     default:
         break;
     }
