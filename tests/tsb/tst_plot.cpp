@@ -332,6 +332,22 @@ TEST_F(PlotTest, AContextMenuTakesTheCursors)
     EXPECT_FALSE(values.last()[0].toBool());
 }
 
+TEST_F(PlotTest, FocusShowsWhereItCameByAKey)
+{
+    QApplication::setActiveWindow(&plot);
+    plot.setFocus(Qt::MouseFocusReason);
+    ASSERT_TRUE(plot.hasFocus());
+    const QImage clicked = picture();
+    plot.clearFocus();
+    plot.setFocus(Qt::TabFocusReason);
+    const QImage reached = picture();
+    EXPECT_NE(reached, clicked);
+    const QRect contents = plot.contentsRect();
+    EXPECT_EQ(reached.copy(contents), clicked.copy(contents));
+    plot.clearFocus();
+    EXPECT_EQ(picture(), clicked);
+}
+
 TEST_F(PlotTest, CurrentRecordIsAnOverlay)
 {
     const QImage image = plot.image().copy(), before = picture();

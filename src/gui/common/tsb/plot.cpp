@@ -323,6 +323,30 @@ void Plot::paintEvent(QPaintEvent *event)
     QFrame::paintEvent(event);
     QPainter painter(this);
     paintContents(painter);
+    if (m_focusMarked && hasFocus()) {
+        painter.setClipping(false);
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+/// Who goes by keys must see where keys go; who clicked has seen it.
+void Plot::focusInEvent(QFocusEvent *event)
+{
+    switch (event->reason()) {
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+        m_focusMarked = true;
+        break;
+    case Qt::MouseFocusReason:
+    case Qt::OtherFocusReason:
+        m_focusMarked = false;
+        break;
+    default: // back from a menu or another window
+        break;
+    }
+    QFrame::focusInEvent(event);
 }
 
 bool Plot::event(QEvent *event)

@@ -97,6 +97,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void leaveEvent(QEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
@@ -118,6 +119,7 @@ private:
     TimeScale m_imageTimeScale; ///< the scale at which the image was last brought up to date
     TimeScale m_dragStartScale;
     bool m_panning = false;
+    bool m_focusMarked = false; ///< the frame shows the focus, which came by a key
     QPoint m_pressPoint;
     QImage m_image;
     PixelRange m_dirtyRange;
