@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QToolBar>
 #include <QToolButton>
@@ -263,6 +264,8 @@ TEST_F(MorvantideMainWindowTest, GoesAwayInTheMiddleOfARead)
 
 TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
 {
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    EXPECT_LT(window->height(), screen->availableSize().height()) << "no room for the title bar";
     window->show();
     window->setGeometry(40, 50, 640, 480);
     QTest::qWait(20);

@@ -19,6 +19,7 @@
 #include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QStyle>
 #include <QToolBar>
 
 namespace {
@@ -56,7 +57,8 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     if (!settingsFile.startsWith(QCoreApplication::applicationDirPath()))
         logger().log(Log::Info, QStringLiteral("Settings are kept in '%1'.").arg(settingsFile));
     setSettings(std::make_unique<QSettings>(settingsFile, QSettings::IniFormat));
-    resize(firstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+    const QSize titleBar(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    resize(firstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize() - titleBar));
     restoreMainWindowState(true);
 }
 
