@@ -1,6 +1,7 @@
 #include "gui/common/recordform.h"
 #include "gui/common/recordtext.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -9,6 +10,7 @@
 #include <QTest>
 #include <QTextBrowser>
 #include <QUrl>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -163,6 +165,47 @@ TEST(RecordForm, FlagsHighlightWhatTheyAreAbout)
         f.form.flagClicked(QUrl("1"));
         f.form.flagClicked(QUrl(QString::fromLatin1(address)));
         EXPECT_TRUE(f.ui->highlightedVariables().isEmpty()) << address;
+    }
+}
+
+TEST(RecordForm, TabPassesThroughTheFlagsBothWays)
+{
+    QWidget window;
+    QVBoxLayout layout(&window);
+    QLineEdit first, last;
+    Form f;
+    layout.addWidget(&first);
+    layout.addWidget(&f.form);
+    layout.addWidget(&last);
+    QWidget::setTabOrder(&first, f.notes);
+    QWidget::setTabOrder(f.notes, &last);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    const struct {
+        Qt::Key key;
+        QWidget *from, *to;
+        QStringList order;
+    } ways[] = {{Qt::Key_Tab, &first, &last, {"", "0", "1", "2"}},
+                {Qt::Key_Backtab, &last, &first, {"", "2", "1", "0"}}};
+    for (const int flags : {0, 1, 3}) {
+        auto shown = record();
+        for (int i = 0; i < flags; ++i)
+            shown->flags.push_back(flag(QString::number(i), i));
+        f.form.showRecord(shown);
+        for (const auto &way : ways) {
+            QStringList chosen;
+            way.from->setFocus();
+            for (int i = 0; i < 10 && QApplication::focusWidget() != way.to; ++i) {
+                QTest::keyClick(QApplication::focusWidget(), way.key);
+                if (f.notes->hasFocus())
+                    chosen << f.notes->textCursor().selectedText();
+            }
+            EXPECT_EQ(QApplication::focusWidget(), way.to) << flags << " flags";
+            QStringList expected = way.order;
+            for (int i = flags; i < 3; ++i)
+                expected.removeAll(QString::number(i));
+            EXPECT_EQ(chosen, expected) << chosen.join(' ').toStdString();
+        }
     }
 }
 

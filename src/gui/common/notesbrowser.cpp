@@ -19,6 +19,19 @@ QString NotesBrowser::chosenLink() const
     return cursor.charFormat().anchorHref();
 }
 
+/// A link at the very start would hold the focus: the base finds it anew each time when it looks for one before it.
+bool NotesBrowser::focusNextPrevChild(bool next)
+{
+    const QTextCursor before = textCursor();
+    const bool moved = QTextBrowser::focusNextPrevChild(next);
+    if (next || !hasFocus() || !before.hasSelection() || textCursor().selectionStart() != before.selectionStart())
+        return moved;
+    QTextCursor none = before;
+    none.clearSelection();
+    setTextCursor(none);
+    return QWidget::focusNextPrevChild(next);
+}
+
 void NotesBrowser::contextMenuEvent(QContextMenuEvent *event)
 {
     const bool byMouse = event->reason() == QContextMenuEvent::Mouse;
