@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <random>
 
@@ -121,6 +122,35 @@ TEST(BarStrip, looks_as_if_every_bar_were_drawn)
                 << c.name << ", height " << height;
         }
     }
+}
+
+TEST(BarStrip, of_bars_upon_each_other_the_last_are_enough)
+{
+    for (const double begin : {10.0, 10.005, 10.1, 10.5, 10.97}) {
+        for (const int styles : {2, 5, 7}) { // full and half by turns, runs of each, and some without an outline
+            Strip strip;
+            for (int i = 0; i < 3; ++i)
+                strip.add(5, 30, i);
+            for (int i = 0; i < 6000; ++i)
+                strip.add(begin, 20.3, i / 1500 * 2 % styles + (styles == 2 ? i % 2 : 0));
+            strip.add(begin, 9, 0);
+            EXPECT_LE(greatestDifference(strip.painted(false), strip.painted(true)), 2) << begin << ' ' << styles;
+        }
+    }
+}
+
+/// Half a million would hold the window for minutes.
+TEST(BarStrip, a_clock_that_stood_still_takes_no_time)
+{
+    const auto secondsFor = [](int bars) {
+        Strip strip;
+        for (int i = 0; i < bars; ++i)
+            strip.add(1, 290, i % 3 * 2);
+        const auto start = std::chrono::steady_clock::now();
+        strip.painted(false);
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    EXPECT_LT(secondsFor(40'000), 10 * secondsFor(1000));
 }
 
 TEST(BarStrip, forgotten_records_hide_no_wide_bar)

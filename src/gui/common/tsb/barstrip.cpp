@@ -42,6 +42,9 @@ BarEnds endsOfBar(const SpanIndex &spans, const TimeScale &scale, std::size_t i)
 constexpr std::size_t barsAtOnce = 8;
 /// For so many, waiting for memory isn't worth avoiding.
 constexpr std::size_t mostFetched = 512;
+/// Of bars that lie exactly upon each other so many are drawn: nothing is left of those beneath, not even where an edge
+/// covers a hundredth of a column.
+constexpr std::size_t mostAlike = 1024;
 
 } // namespace
 
@@ -77,6 +80,23 @@ void BarStripPainter::prepareOutlines(const std::vector<BarStyle> &styles)
     }
 }
 
+/// The bar itself, or the first of those of its very times and shape that can be seen among more than enough of them.
+/// The clock of an instrument may have stood still for a year.
+std::size_t BarStripPainter::firstSeenOfAlike(const BarStripSource &source, std::size_t i, std::size_t end) const
+{
+    const SpanIndex &spans = *source.spans;
+    const auto isAlike = [&](std::size_t other) {
+        return spans.begin(other) == spans.begin(i) && spans.end(other) == spans.end(i) &&
+               m_outlines[source.styleOf[other]].shape == m_outlines[source.styleOf[i]].shape;
+    };
+    if (end - i <= mostAlike || !isAlike(i + mostAlike))
+        return i;
+    std::size_t behind = i + 1;
+    while (behind < end && isAlike(behind))
+        ++behind;
+    return behind - i > mostAlike ? behind - mostAlike : i;
+}
+
 void BarStripPainter::draw(QPainter &painter, QImage &image, const BarStripSource &source, const TimeScale &scale,
                            int first, int last)
 {
@@ -98,6 +118,7 @@ void BarStripPainter::draw(QPainter &painter, QImage &image, const BarStripSourc
         if (!ends.hasWidth())
             continue;
         blendRun(image, source, scale, narrow, i, first, last);
+        i = firstSeenOfAlike(source, i, run.second);
         narrow = i + 1;
         const BarStyle &style = pen.use(source.styleOf[i]);
         painter.drawRect(barRect(ends, image.height(), style.half, first, last));

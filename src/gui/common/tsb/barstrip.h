@@ -30,7 +30,8 @@ struct BarStripSource {
     const std::vector<BarStyle> *styles = nullptr;
 };
 
-/// Draws strips of bars, antialiased. Bars of more than a pixel are drawn one by one. Of bars below a pixel there may
+/// Draws strips of bars, antialiased. Bars of more than a pixel are drawn one by one, unless a
+/// thousand of the same times come after them. Of bars below a pixel there may
 /// be hundreds to a column, of which the last few dozen are all that can be seen: those are blended in memory, with the
 /// coverage and the rounding that drawing them one by one would have. Keeps what it learned about the present height.
 class BarStripPainter {
@@ -53,6 +54,7 @@ private:
     };
 
     void prepareOutlines(const std::vector<BarStyle> &styles);
+    std::size_t firstSeenOfAlike(const BarStripSource &source, std::size_t i, std::size_t end) const;
     void blendRun(QImage &image, const BarStripSource &source, const TimeScale &scale, std::size_t begin,
                   std::size_t end, int first, int last);
     BarCover findLayers(const BarStripSource &source, const TimeScale &scale, std::size_t begin, std::size_t end, int x,
