@@ -290,11 +290,13 @@ TEST_F(BrowserPlotsTest, HostileSetupsRestoreWhatIsSound)
                   {"height", "spectra", "colorLower", "colorUpper", "smoothingCoef", "colormap", "whiteBackground"}}};
     for (const auto &kind : kinds) {
         QVariantList setup;
-        const auto add = [&](const QVariant &settings) {
+        QStringList oddKeys; // of each view, the one with the odd value
+        const auto add = [&](const QVariant &settings, const QString &oddKey) {
+            oddKeys << oddKey;
             setup << QVariantMap{{"type", QLatin1String(kind.kind)}, {"settings", settings}};
         };
         for (const QVariant &value : odd) {
-            add(value);
+            add(value, {});
             for (const QString &key : kind.keys) {
                 QVariantMap settings{{"type", QLatin1String(kind.type)},
                                      {"flag", "a flag"},
@@ -305,7 +307,7 @@ TEST_F(BrowserPlotsTest, HostileSetupsRestoreWhatIsSound)
                 if (key.startsWith(QLatin1String("mobility")))
                     settings["fractionScale"] = "mobility";
                 settings[key] = value;
-                add(settings);
+                add(settings, key);
             }
         }
         browser.setSetup(setup);
@@ -322,6 +324,17 @@ TEST_F(BrowserPlotsTest, HostileSetupsRestoreWhatIsSound)
         const QVariantList again = browser.setup().toList();
         for (int i = 0; i < kept.size(); ++i)
             EXPECT_EQ(again.value(i), kept[i]) << testing::PrintToString(setup[i].toMap()["settings"].toMap().keys());
+        for (int i = 0; i < kept.size(); ++i) {
+            if (QStringList{QString(), "type", "flag"}.contains(oddKeys[i])) // the view may be of another kind then
+                continue;
+            const QVariantMap given = setup[i].toMap()["settings"].toMap(), held = kept[i].toMap()["settings"].toMap();
+            for (auto value = given.begin(); value != given.end(); ++value) {
+                const QString &key = value.key();
+                if (key == oddKeys[i] || !held.contains(key))
+                    continue;
+                EXPECT_EQ(held[key], *value) << qPrintable(key) << " beside an odd " << qPrintable(oddKeys[i]);
+            }
+        }
     }
 
     const QVariant unknown = QVariantList{
@@ -336,6 +349,8 @@ TEST_F(BrowserPlotsTest, HostileSetupsRestoreWhatIsSound)
     browser.setSetup(unknown);
     settle();
     browser.grab();
+    uiInfo->publish(); // every list of choices is made anew
+    settle();
     const auto given = unknown.toList(), written = browser.setup().toList();
     ASSERT_EQ(written.size(), given.size());
     for (int i = 0; i < given.size(); ++i) {
@@ -387,6 +402,49 @@ TEST_F(BrowserPlotsTest, AbsurdTimesDrawSomethingBounded)
     settle();
     browser.grab();
     EXPECT_TRUE(browser.timeScale().isRepresentable(browser.width()));
+}
+
+/// All records of one begin: what a clock leaves that stood still, or was never set.
+TEST_F(BrowserPlotsTest, AStoreOfOneMomentIsDrawn)
+{
+    QObject::connect(&browser, &Tsb::TimeSeriesBrowser::recordChosen, &browser, &Tsb::TimeSeriesBrowser::selectRecord);
+    browser.addDefaultStack();
+    const RecordTime late = recordTimeFromTicks(253'402'300'799 * ticksPerSecond);
+    for (const RecordTime begin : {testStart, recordTimeFromTicks(1), late, earliestRecordTime}) {
+        for (const std::int64_t span : {std::int64_t(0), 10 * ticksPerSecond, -10 * ticksPerSecond}) {
+            Datastore moment;
+            browser.setDatastore(&moment);
+            for (int i = 0; i < 400; ++i) {
+                auto full = testRecord(0, 0, i % 2);
+                full->beginTime = begin;
+                full->endTime = recordTimeFromTicks(saturatedAdd(ticksOf(begin), span));
+                full->variables = RealVector(1, i);
+                const auto record = makeRecord(*full);
+                record->spectra = store.at(i % 2)->spectra;
+                moment.insertRecord(moment.lowerBound(begin), record);
+                moment.enterSpectrum(record, record->spectra.front());
+            }
+            browser.fitTimescale(moment.at(0)->beginTime, moment.at(moment.size() - 1)->endTime);
+            browser.redrawPlots();
+            browser.grab();
+            browser.allFitScale();
+            for (const std::int64_t ticks : {TimeScale::leastTicksPerPixel, TimeScale::greatestTicksPerPixel}) {
+                browser.timeView()->setTimeScale({begin, ticks, 300});
+                browser.grab();
+            }
+            for (Tsb::Plot *plot : browser.findChildren<Tsb::Plot *>()) {
+                browser.selectRecord(nullptr);
+                QTest::mouseClick(plot, Qt::LeftButton, {}, {300, 10});
+                EXPECT_TRUE(browser.currentRecord()) << ticksOf(begin) << ' ' << span;
+                for (const Qt::Key key : {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_Up})
+                    QTest::keyClick(plot, key);
+                EXPECT_TRUE(browser.currentRecord());
+            }
+            EXPECT_TRUE(browser.timeScale().isRepresentable(browser.width()));
+            browser.selectRecord(nullptr);
+            browser.setDatastore(&store);
+        }
+    }
 }
 
 } // namespace
