@@ -139,18 +139,33 @@ TEST(BarStrip, of_bars_upon_each_other_the_last_are_enough)
     }
 }
 
-/// Half a million would hold the window for minutes.
-TEST(BarStrip, a_clock_that_stood_still_takes_no_time)
+TEST(BarStrip, long_bars_upon_each_other_look_as_if_every_one_were_drawn)
 {
-    const auto secondsFor = [](int bars) {
-        Strip strip;
-        for (int i = 0; i < bars; ++i)
-            strip.add(1, 290, i % 3 * 2);
-        const auto start = std::chrono::steady_clock::now();
-        strip.painted(false);
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    };
-    EXPECT_LT(secondsFor(40'000), 10 * secondsFor(1000));
+    std::mt19937 random(8);
+    for (const int styles : {1, 6, 7}) {
+        for (const double step : {0.0, 0.003, 0.02}) { // from all begins at the same time to a slow march
+            Strip strip;
+            for (int i = 0; i < 5000; ++i)
+                strip.add(20 + i * step, 1 + double(random() % 2000) / 10, int(random() % unsigned(styles)));
+            EXPECT_LE(greatestDifference(strip.painted(false), strip.painted(true)), 2) << styles << ' ' << step;
+        }
+    }
+}
+
+/// Half a million would hold the window for minutes.
+TEST(BarStrip, records_of_one_begin_take_no_time)
+{
+    for (const double step : {0.0, 0.001}) { // all end together, or each later than the one before
+        const auto secondsFor = [step](int bars) {
+            Strip strip;
+            for (int i = 0; i < bars; ++i)
+                strip.add(1, 200 + i * step, i % 3 * 2);
+            const auto start = std::chrono::steady_clock::now();
+            strip.painted(false);
+            return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        };
+        EXPECT_LT(secondsFor(40'000), 10 * secondsFor(1000)) << step;
+    }
 }
 
 TEST(BarStrip, forgotten_records_hide_no_wide_bar)

@@ -42,9 +42,8 @@ BarEnds endsOfBar(const SpanIndex &spans, const TimeScale &scale, std::size_t i)
 constexpr std::size_t barsAtOnce = 8;
 /// For so many, waiting for memory isn't worth avoiding.
 constexpr std::size_t mostFetched = 512;
-/// Of bars that lie exactly upon each other so many are drawn: nothing is left of those beneath, not even where an edge
-/// covers a hundredth of a column.
-constexpr std::size_t mostAlike = 1024;
+/// More wide bars than this lie upon each other, or show little of themselves.
+constexpr std::size_t mostWideBars = 1024;
 
 } // namespace
 
@@ -80,33 +79,10 @@ void BarStripPainter::prepareOutlines(const std::vector<BarStyle> &styles)
     }
 }
 
-/// The bar itself, or the first of those of its very times and shape that can be seen among more than enough of them.
-/// The clock of an instrument may have stood still for a year.
-std::size_t BarStripPainter::firstSeenOfAlike(const BarStripSource &source, std::size_t i, std::size_t end) const
+void BarStripPainter::findWideBars(const SpanIndex &spans, const TimeScale &scale, std::size_t begin, std::size_t end)
 {
-    const SpanIndex &spans = *source.spans;
-    const auto isAlike = [&](std::size_t other) {
-        return spans.begin(other) == spans.begin(i) && spans.end(other) == spans.end(i) &&
-               m_outlines[source.styleOf[other]].shape == m_outlines[source.styleOf[i]].shape;
-    };
-    if (end - i <= mostAlike || !isAlike(i + mostAlike))
-        return i;
-    std::size_t behind = i + 1;
-    while (behind < end && isAlike(behind))
-        ++behind;
-    return behind - i > mostAlike ? behind - mostAlike : i;
-}
-
-void BarStripPainter::draw(QPainter &painter, QImage &image, const BarStripSource &source, const TimeScale &scale,
-                           int first, int last)
-{
-    m_stamps.prepare(image.height());
-    prepareOutlines(*source.styles);
-    const SpanIndex &spans = *source.spans;
-    const auto run = barRun(spans, scale, first, last);
-    BarPen pen(painter, *source.styles);
-    std::size_t narrow = run.first; // where the present run of bars below a pixel begins
-    for (std::size_t i = run.first; i < run.second; ++i) {
+    m_wide.clear();
+    for (std::size_t i = begin; i < end; ++i) {
         // The cheap tests first: most bars are decided by them.
         if (saturatedSubtract(spans.greatestEndOfBlock(i), spans.leastBeginOfBlock(i)) <= scale.ticksPerPixel) {
             i = spans.endOfBlock(i) - 1; // a block that lies within a pixel
@@ -115,13 +91,39 @@ void BarStripPainter::draw(QPainter &painter, QImage &image, const BarStripSourc
         if (saturatedSubtract(spans.end(i), spans.begin(i)) <= scale.ticksPerPixel)
             continue;
         const BarEnds ends = endsOfBar(spans, scale, i);
-        if (!ends.hasWidth())
+        if (ends.hasWidth())
+            m_wide.push_back({i, ends, true});
+    }
+}
+
+void BarStripPainter::hideCoveredBars(const BarStripSource &source, int first, int last)
+{
+    BarHiding hiding(first, last);
+    for (auto bar = m_wide.rbegin(); bar != m_wide.rend(); ++bar) {
+        const BarStyle &style = (*source.styles)[source.styleOf[bar->index]];
+        bar->seen =
+            hiding.isSeen(bar->ends, {style.pen.style() != Qt::NoPen, style.brush.style() != Qt::NoBrush, style.half});
+    }
+}
+
+void BarStripPainter::draw(QPainter &painter, QImage &image, const BarStripSource &source, const TimeScale &scale,
+                           int first, int last)
+{
+    m_stamps.prepare(image.height());
+    prepareOutlines(*source.styles);
+    const auto run = barRun(*source.spans, scale, first, last);
+    findWideBars(*source.spans, scale, run.first, run.second);
+    if (m_wide.size() > mostWideBars)
+        hideCoveredBars(source, first, last);
+    BarPen pen(painter, *source.styles);
+    std::size_t narrow = run.first; // where the present run of bars below a pixel begins
+    for (const WideBar &bar : m_wide) {
+        blendRun(image, source, scale, narrow, bar.index, first, last);
+        narrow = bar.index + 1;
+        if (!bar.seen)
             continue;
-        blendRun(image, source, scale, narrow, i, first, last);
-        i = firstSeenOfAlike(source, i, run.second);
-        narrow = i + 1;
-        const BarStyle &style = pen.use(source.styleOf[i]);
-        painter.drawRect(barRect(ends, image.height(), style.half, first, last));
+        const BarStyle &style = pen.use(source.styleOf[bar.index]);
+        painter.drawRect(barRect(bar.ends, image.height(), style.half, first, last));
     }
     blendRun(image, source, scale, narrow, run.second, first, last);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui/common/tsb/barhiding.h"
 #include "gui/common/tsb/barlayers.h"
 #include "gui/common/tsb/barstamps.h"
 #include "gui/common/tsb/timescale.h"
@@ -54,7 +55,8 @@ private:
     };
 
     void prepareOutlines(const std::vector<BarStyle> &styles);
-    std::size_t firstSeenOfAlike(const BarStripSource &source, std::size_t i, std::size_t end) const;
+    void findWideBars(const SpanIndex &spans, const TimeScale &scale, std::size_t begin, std::size_t end);
+    void hideCoveredBars(const BarStripSource &source, int first, int last);
     void blendRun(QImage &image, const BarStripSource &source, const TimeScale &scale, std::size_t begin,
                   std::size_t end, int first, int last);
     BarCover findLayers(const BarStripSource &source, const TimeScale &scale, std::size_t begin, std::size_t end, int x,
@@ -62,6 +64,12 @@ private:
     void addLayers(const SpanIndex::Times &bars, const Outline *const *outlines, const BarMiddles &middles,
                    const bool *visible, BarCover &cover);
 
+    struct WideBar {
+        std::size_t index;
+        BarEnds ends;
+        bool seen;
+    };
+    std::vector<WideBar> m_wide; ///< kept for its memory
     BarStamps m_stamps;
     std::vector<Outline> m_outlines; ///< by style
     BarLayers m_layers;
