@@ -1,9 +1,10 @@
 #include "store/datastore.h"
 
+#include "store/seriesmerge.h"
+
 #include <QDebug>
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
 
@@ -30,57 +31,17 @@ void insertMarks(ValueQueue<RecordMarks> &marks, std::size_t index, const Record
         marks.insert(index, RecordMarks::of(record));
 }
 
-void lowerGap(std::int64_t &gap, std::int64_t distance)
-{
-    if (gap == 0 || distance < gap)
-        gap = distance;
-}
-
-std::int64_t distance(const SpectrumRecord &earlier, const SpectrumRecord &later)
-{
-    return saturatedSubtract(ticksOf(later.record->midTime), ticksOf(earlier.record->midTime));
-}
-
-/// The entry's own gap, and those of its neighbours, which only ever get smaller. A neighbour may be null.
-void updateGaps(SpectrumRecord *previous, SpectrumRecord &entry, SpectrumRecord *next)
-{
-    const std::int64_t before = previous ? distance(*previous, entry) : 0;
-    const std::int64_t after = next ? distance(entry, *next) : 0;
-    if (previous && next)
-        entry.nearestGap = std::min(before, after);
-    else
-        entry.nearestGap = previous ? before : after;
-    if (previous)
-        lowerGap(previous->nearestGap, before);
-    if (next)
-        lowerGap(next->nearestGap, after);
-}
-
 void updateGaps(Datastore::Series &series, std::size_t place)
 {
     updateGaps(place > 0 ? &series[place - 1] : nullptr, series[place],
                place + 1 < series.size() ? &series[place + 1] : nullptr);
 }
 
-/// Whether different records of one beginTime stand in the series, among the entries or in both: each goes before the
-/// other then, which makes the order in which they are entered tell.
-bool haveTwins(const Datastore::Series &series, const std::vector<SpectrumRecord> &entries)
+bool beginOneAfterTheOther(const std::vector<SpectrumRecord> &entries)
 {
-    const Record *last = nullptr;
-    const auto isTwin = [&last](const SpectrumRecord &entry) {
-        const bool twin = last && last != entry.record.get() && last->beginTime == entry.record->beginTime;
-        last = entry.record.get();
-        return twin;
-    };
-    auto next = series.begin();
-    for (const SpectrumRecord &entry : entries) {
-        for (; next != series.end() && next->record->beginTime <= entry.record->beginTime; ++next)
-            if (isTwin(*next))
-                return true;
-        if (isTwin(entry))
-            return true;
-    }
-    return std::any_of(next, series.end(), isTwin);
+    return std::adjacent_find(entries.begin(), entries.end(), [](const SpectrumRecord &x, const SpectrumRecord &y) {
+               return x.record->beginTime >= y.record->beginTime;
+           }) == entries.end();
 }
 
 void warnOfMissingTimes(const Record &record)
@@ -287,42 +248,17 @@ void Datastore::enterSpectra(std::vector<SpectrumRecord> &&entries)
 
 void Datastore::mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord> &entries)
 {
-    const auto known = m_spectrumSeries.constFind(key);
-    const bool atEnd = known == m_spectrumSeries.constEnd() || (*known)->empty() ||
-                       (*known)->back().record->beginTime <= entries.front().record->beginTime;
-    if (atEnd || entries.size() < 16 || haveTwins(**known, entries)) {
+    std::shared_ptr<Series> &series = m_spectrumSeries[key];
+    if (!series)
+        series = std::make_shared<Series>();
+    const std::size_t place = lowerBoundOf(*series, entries.front().record->beginTime);
+    if (entries.size() < 16 || (place == series->size() && beginOneAfterTheOther(entries))) {
         for (const SpectrumRecord &entry : entries)
             enterSpectrum(entry.record, entry.spectrum);
         return;
     }
-    // What was merged stands in `merged`, what wasn't yet behind `next`: together the series as it would be by now.
-    Series &series = **known;
-    SeriesSummary::Merge summary(summaryOf(entries.front().spectrum->info));
-    m_seriesSpans[key].truncate(lowerBoundOf(series, entries.front().record->beginTime));
-    Series merged;
-    auto next = series.begin();
-    const auto keep = [&] {
-        merged.push_back(std::move(*next++));
-        summary.keep();
-    };
-    for (const SpectrumRecord &entry : entries) {
-        while (next != series.end() && next->record->beginTime < entry.record->beginTime)
-            keep();
-        if (next != series.end() && next->record == entry.record)
-            keep();
-        if (merged.empty() || merged.back().record != entry.record) {
-            merged.push_back({entry.record, entry.spectrum});
-            summary.insert(*entry.spectrum);
-        } else {
-            summary.replaceLast(*merged.back().spectrum, *entry.spectrum);
-            merged.back().spectrum = entry.spectrum;
-        }
-        updateGaps(merged.size() > 1 ? &merged[merged.size() - 2] : nullptr, merged.back(),
-                   next == series.end() ? nullptr : &*next);
-    }
-    std::move(next, series.end(), std::back_inserter(merged));
-    summary.finish();
-    series = std::move(merged);
+    m_seriesSpans[key].truncate(place);
+    mergeSpectra(*series, summaryOf(entries.front().spectrum->info), place, entries);
 }
 
 std::shared_ptr<Datastore::Series> Datastore::removeSpectrum(SeriesKey key)

@@ -18,8 +18,13 @@ public:
     /// The first entry, which had this spectrum, has gone.
     void removeFirst(const SpectMath::Spectrum &spectrum);
 
-    /// Inserts and replaces many in ascending order of their places, at the cost of one walk through all.
-    class Merge;
+    // For who puts many entries in their places at once.
+    /// Counts an entry's spectrum in, and tells its total.
+    double count(const SpectMath::Spectrum &spectrum);
+    void discount(const SpectMath::Spectrum &spectrum);
+    void appendTotal(double totalDecades) { m_totalDecades.insert(m_totalDecades.size(), totalDecades); }
+    /// Forgets the totals of the entries from `size` on.
+    void truncateTotals(std::size_t size) { m_totalDecades.truncate(size); }
 
     /// Of the concentrations of all spectra that didn't fail and have the description's size.
     const SpectMath::DecadeHistogram &histogram() const { return m_histogram; }
@@ -29,31 +34,9 @@ public:
 
 private:
     bool counts(const SpectMath::Spectrum &spectrum) const;
-    void count(const SpectMath::Spectrum &spectrum);
-    void discount(const SpectMath::Spectrum &spectrum);
-    double totalDecadesOf(const SpectMath::Spectrum &spectrum) const;
 
     SpectMath::SpectrumInfoPointer m_info; ///< held, so that no other description comes to stand at its address
     RealVector m_totalWeights;
     SpectMath::DecadeHistogram m_histogram;
     ValueQueue<double> m_totalDecades;
-};
-
-class SeriesSummary::Merge {
-public:
-    explicit Merge(SeriesSummary &summary) : m_summary(summary) {}
-
-    /// The next entry of the former ones is the next one of all.
-    void keep() { m_totals.insert(m_totals.size(), m_summary.m_totalDecades.data()[m_kept++]); }
-    /// A new entry with this spectrum is the next one of all.
-    void insert(const SpectMath::Spectrum &spectrum);
-    /// The last entry so far has this spectrum now instead of the former one.
-    void replaceLast(const SpectMath::Spectrum &former, const SpectMath::Spectrum &spectrum);
-    /// Keeps all former entries that are left. The last call.
-    void finish();
-
-private:
-    SeriesSummary &m_summary;
-    ValueQueue<double> m_totals;
-    std::size_t m_kept = 0;
 };

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "store/seriessummary.h"
+#include "store/spectrumrecord.h"
+
+#include <deque>
+#include <vector>
+
+/// The entry's own gap, and those of its neighbours, which only ever get smaller. A neighbour may be null.
+void updateGaps(SpectrumRecord *previous, SpectrumRecord &entry, SpectrumRecord *next);
+
+/// Enters many spectra of one description in ascending order of their records' beginTime, none of them before that
+/// place: the same result as entering each in turn, at the cost of one walk from there on. In turn means that of
+/// records of the same beginTime each goes before those that are there, unless it is the first of them: then it has
+/// another spectrum now.
+void mergeSpectra(std::deque<SpectrumRecord> &series, SeriesSummary &summary, std::size_t place,
+                  const std::vector<SpectrumRecord> &entries);
