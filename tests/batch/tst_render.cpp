@@ -222,6 +222,21 @@ TEST_F(Render, EqualsTheWindowsPictureAndIsFinerAtTwice)
     }
 }
 
+TEST_F(Render, FitsTheScalesThatASetupDoesNotTell)
+{
+    const QVariantList fitted = samePicture({})->browser().setup().toList();
+    QVariantList untold{QVariantMap{{"type", "no such view"}}};
+    for (const QVariant &entry : fitted) {
+        QVariantMap map = entry.toMap(), settings = map["settings"].toMap();
+        EXPECT_EQ(settings.remove("scaleMin") + settings.remove("colorLower"), map["type"] == "opmode" ? 0 : 1);
+        settings.remove("scaleMax");
+        settings["colorUpper"] = "no number";
+        map["settings"] = settings;
+        untold << map;
+    }
+    EXPECT_EQ(samePicture(untold)->browser().setup().toList(), fitted);
+}
+
 TEST_F(Render, ShowsTheSpanThatIsAskedFor)
 {
     const char day[] = "2019-05-14";

@@ -4,6 +4,7 @@
 #include "gui/common/tsb/header.h"
 #include "gui/common/tsb/opmodeview.h"
 #include "gui/common/tsb/resizer.h"
+#include "gui/common/tsb/setupvalues.h"
 #include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/common/tsb/timeview.h"
 #include "gui/common/tsb/view.h"
@@ -18,6 +19,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 namespace Batch {
@@ -44,6 +46,19 @@ void hideInPlace(QWidget *widget)
     policy.setRetainSizeWhenHidden(true);
     widget->setSizePolicy(policy);
     widget->hide();
+}
+
+/// Whether a view's settings tell the limits of its values or of its colours.
+bool tellScale(const QVariantMap &settings)
+{
+    for (const auto &[least, greatest] :
+         {std::make_pair("scaleMin", "scaleMax"), std::make_pair("colorLower", "colorUpper")}) {
+        const auto lower = Tsb::finiteNumber(settings.value(QLatin1String(least)));
+        const auto upper = Tsb::finiteNumber(settings.value(QLatin1String(greatest)));
+        if (lower && upper && *lower < *upper)
+            return true;
+    }
+    return false;
 }
 
 /// Where the widget stands in the browser.
@@ -87,6 +102,8 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
     m_browser->fitTimescale(span.begin, span.end);
     if (byDefault)
         m_browser->allFitScale();
+    else
+        fitWhereNotTold(setup);
     settle();
     m_frame = contentsFrame();
     if (width < besideAxis + leastAxisWidth)
@@ -99,6 +116,21 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
 }
 
 StackPicture::~StackPicture() = default;
+
+/// Somebody who writes a setup by hand needn't know the values.
+void StackPicture::fitWhereNotTold(const QVariant &setup)
+{
+    const QVector<View *> views = m_browser->views();
+    auto view = views.begin();
+    for (const QVariant &entry : setup.toList()) {
+        const QVariantMap map = entry.toMap();
+        if (view == views.end() || !m_browser->hasKind(map.value(QStringLiteral("type")).toString()))
+            continue;
+        if (!tellScale(map.value(QStringLiteral("settings")).toMap()))
+            (*view)->fitScale();
+        ++view;
+    }
+}
 
 /// Brings all geometry up to date, with the browser as high as all views need.
 void StackPicture::settle()

@@ -46,6 +46,8 @@ public:
     QVariant setup() const;
     /// Puts other views in the place of all; takes what is sound in the value.
     void setSetup(const QVariant &setup);
+    /// Whether a setup's entry of that type becomes a view.
+    bool hasKind(const QString &type) const;
 
     /// What adds plots, for menus of the main window. Their menu is to be a PlotMenu.
     const QList<QAction *> &addPlotActions() const { return m_addPlotActions; }
@@ -120,7 +122,6 @@ private:
     ScatterPlotView *addScatterPlotView(bool withProperties);
     void addConcentrationsOf(const QStringList &ids);
     void addFirstVariable();
-    bool hasKind(const QString &type) const;
     void activateLayouts();
     void settleBeforePainting();
     void zoom(int step);
