@@ -31,10 +31,10 @@ struct BarStripSource {
     const std::vector<BarStyle> *styles = nullptr;
 };
 
-/// Draws strips of bars, antialiased. Bars of more than a pixel are drawn one by one, unless a
-/// thousand of the same times come after them. Of bars below a pixel there may
-/// be hundreds to a column, of which the last few dozen are all that can be seen: those are blended in memory, with the
-/// coverage and the rounding that drawing them one by one would have. Keeps what it learned about the present height.
+/// Draws strips of bars, antialiased. Bars of more than a pixel are drawn one by one, but for those that others hide
+/// where very many lie upon each other (BarHiding). Of bars below a pixel there may be hundreds to a column, of which
+/// the last few dozen are all that can be seen: those are blended in memory, with the coverage and the rounding that
+/// drawing them one by one would have. Keeps what it learned about the present height.
 class BarStripPainter {
 public:
     /// Draws the columns first .. last - 1 of the painter's image, which is of 32 bits a pixel. The background is
