@@ -5,7 +5,7 @@
 // the time of one record's inversion on one thread, c the main thread's time for each record. Two workers can be at
 // most 2w/(w+c) times as fast as one, for on two processors the main thread takes its share from them.
 
-#include "gui/common/tsb/timeseriesbrowser.h"
+#include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/morvantide/reinversion.h"
 #include "gui/morvantide/slowrelease.h"
 #include "spectra/instrument_model.h"

@@ -2,8 +2,8 @@
 //
 //   tsb_bench       all comparisons; each counts medians of alternating runs, in milliseconds, and of their ratios
 
-#include "gui/common/tsb/colorfit.h"
-#include "gui/common/tsb/spectrogramrenderer.h"
+#include "gui/browser/drawing/colorfit.h"
+#include "gui/browser/drawing/spectrogramrenderer.h"
 #include "support/fillstore.h"
 #include "support/measuring.h"
 #include "support/peer.h"

@@ -1,4 +1,4 @@
-#include "datafiles/plainfileoutput.h"
+#include "datafiles/writing/plainfileoutput.h"
 #include "support/measuring.h"
 #include "util/timeformat.h"
 

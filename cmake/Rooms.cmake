@@ -23,16 +23,29 @@ if(MORVANTIDE_GUI)
                  <QtWidgets/QToolButton> <QtWidgets/QWidget>)
 endif()
 
-# morvantide_room(NAME [WIDGETS] [MOC] SOURCES ... [NEEDS public targets ...] [USES private targets ...])
-# MOC says that some header declares a QObject. NEEDS is what the room's headers show, USES what only its sources use.
+# morvantide_room(NAME [GUI] [WIDGETS] [MOC] SOURCES ... [NEEDS public targets ...] [USES private targets ...])
+# GUI gives the room Qt Gui without widgets, WIDGETS both. MOC says that some header declares a QObject. NEEDS is what the
+# room's headers show, USES what only its sources use: together all that the room may include. Rooms that are named must
+# stand above it in the list of CMakeLists.txt. This is the one table of who may need whom; tests/house holds the includes,
+# the order and the table in ARCHITECTURE.md against it.
 function(morvantide_room name)
-  cmake_parse_arguments(ARG "WIDGETS;MOC" "" "SOURCES;NEEDS;USES" ${ARGN})
+  cmake_parse_arguments(ARG "GUI;WIDGETS;MOC" "" "SOURCES;NEEDS;USES" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX AUTOMOC ${ARG_MOC})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  set(side core)
+  if(ARG_WIDGETS OR ARG_GUI)
+    set(side window)
+  endif()
+  string(JOIN " " needs ${ARG_NEEDS} ${ARG_USES})
+  set_property(GLOBAL APPEND_STRING PROPERTY MORVANTIDE_ROOMS "${folder}|${name}|${side}|${needs}\n")
   if(ARG_WIDGETS)
     target_link_libraries(${name} PUBLIC Qt5::Widgets ${ARG_NEEDS} PRIVATE ${ARG_USES})
     target_precompile_headers(${name} REUSE_FROM pch_gui)
+  elseif(ARG_GUI)
+    target_link_libraries(${name} PUBLIC Qt5::Gui ${ARG_NEEDS} PRIVATE ${ARG_USES})
+    target_precompile_headers(${name} REUSE_FROM pch_core)
   else()
     target_link_libraries(${name} PUBLIC Qt5::Core ${ARG_NEEDS} PRIVATE ${ARG_USES})
     target_precompile_headers(${name} REUSE_FROM pch_core)

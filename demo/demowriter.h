@@ -1,6 +1,6 @@
 #pragma once
 
-#include "datafiles/plainfileoutput.h"
+#include "datafiles/writing/plainfileoutput.h"
 #include "demo/campaign.h"
 
 namespace Demo {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/common/tsb/plot.h"
+#include "gui/browser/plots/plot.h"
 #include "timeseries/benchstore.h"
 
 #include <QPainter>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "gui/common/tsb/scatterplotsettings.h"
-#include "gui/common/tsb/timescale.h"
+#include "axis/timescale.h"
+#include "columns/scatterplotsettings.h"
 #include "gui/common/uiinfo.h"
 #include "store/datastore.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "gui/common/tsb/plot.h"
-#include "gui/common/tsb/timeseriesbrowser.h"
-#include "gui/common/tsb/timeview.h"
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/plots/plot.h"
+#include "gui/browser/views/timeseriesbrowser.h"
 #include "timeseries/benchstore.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 // One plot at a time.
 
-#include "gui/common/tsb/opmodeplot.h"
-#include "gui/common/tsb/scatterplot.h"
-#include "gui/common/tsb/scattervalues.h"
+#include "columns/scattervalues.h"
+#include "gui/browser/plots/opmodeplot.h"
+#include "gui/browser/plots/scatterplot.h"
 #include "support/measuring.h"
 #include "timeseries/bareplot.h"
 #include "timeseries/peers.h"

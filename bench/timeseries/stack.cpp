@@ -3,10 +3,10 @@
 //   timeseries_bench --benchmark_filter=-liveFeed   all but the feed
 //   timeseries_bench --benchmark_filter=liveFeed    a minute of 200 records a second
 
-#include "gui/common/tsb/colormap.h"
-#include "gui/common/tsb/opmodeplot.h"
-#include "gui/common/tsb/scatterplot.h"
-#include "gui/common/tsb/spectrogramplot.h"
+#include "gui/browser/drawing/colormap.h"
+#include "gui/browser/plots/opmodeplot.h"
+#include "gui/browser/plots/scatterplot.h"
+#include "gui/browser/plots/spectrogramplot.h"
 #include "support/measuring.h"
 #include "timeseries/bareplot.h"
 #include "timeseries/browserwindow.h"

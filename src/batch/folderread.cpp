@@ -2,8 +2,8 @@
 
 #include "batch/interrupt.h"
 #include "batch/progressline.h"
-#include "datafiles/datafinder.h"
-#include "datafiles/filereadertask.h"
+#include "datafiles/reading/datafinder.h"
+#include "datafiles/reading/filereadertask.h"
 
 #include <QDateTime>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "batch/commandline.h"
-#include "datafiles/filereader.h"
+#include "datafiles/reading/filereader.h"
 
 #include <memory>
 

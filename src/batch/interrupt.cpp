@@ -1,6 +1,6 @@
 #include "batch/interrupt.h"
 
-#include "datafiles/filereadertask.h"
+#include "datafiles/reading/filereadertask.h"
 
 #include <atomic>
 #include <csignal>

@@ -8,7 +8,7 @@
 #include "batch/savetargets.h"
 #include "batch/stagedoutput.h"
 #include "batch/writingend.h"
-#include "datafiles/datafinder.h"
+#include "datafiles/reading/datafinder.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/orderedinversion.h"
 

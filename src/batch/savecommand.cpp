@@ -7,7 +7,7 @@
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
 #include "batch/writingend.h"
-#include "datafiles/datafinder.h"
+#include "datafiles/reading/datafinder.h"
 
 namespace Batch {
 

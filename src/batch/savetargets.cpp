@@ -1,5 +1,6 @@
 #include "batch/savetargets.h"
 
+#include "util/filenamepart.h"
 #include "util/timeformat.h"
 
 #include <QDir>
@@ -20,13 +21,12 @@ using Spectrometer::PlainFileOutput;
 
 QString recordsName(const QString &day, const SaveOptions &options)
 {
-    return QStringLiteral("%1-%2.records").arg(day, PlainFileOutput::fileNamePart(options.outputVariant));
+    return QStringLiteral("%1-%2.records").arg(day, fileNamePart(options.outputVariant));
 }
 
 QString spectraName(const QString &day, const SaveOptions &options, const QString &mode)
 {
-    return QStringLiteral("%1-%2-%3.spectra")
-        .arg(day, PlainFileOutput::fileNamePart(options.outputVariant), PlainFileOutput::fileNamePart(mode));
+    return QStringLiteral("%1-%2-%3.spectra").arg(day, fileNamePart(options.outputVariant), fileNamePart(mode));
 }
 
 QStringList sorted(const QSet<QString> &names)

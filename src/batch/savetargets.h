@@ -1,8 +1,8 @@
 #pragma once
 
 #include "batch/commandline.h"
-#include "datafiles/filereader.h"
-#include "datafiles/recordwriting.h"
+#include "datafiles/reading/filereader.h"
+#include "datafiles/writing/recordwriting.h"
 
 #include <QStringList>
 

@@ -2,7 +2,7 @@
 
 #include "batch/exitstatus.h"
 #include "batch/summarytext.h"
-#include "datafiles/datafinder.h"
+#include "datafiles/reading/datafinder.h"
 
 #include <cstdio>
 

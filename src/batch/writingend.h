@@ -3,7 +3,7 @@
 #include "batch/exitstatus.h"
 #include "batch/folderread.h"
 #include "batch/messagecollector.h"
-#include "datafiles/plainfileoutput.h"
+#include "datafiles/writing/plainfileoutput.h"
 
 namespace Batch {
 

@@ -1,6 +1,6 @@
 #include "spectra/eliminationkernels.h"
 
-#include "util/processors.h"
+#include "util/functionclones.h"
 
 #include <algorithm>
 
@@ -121,7 +121,7 @@ SystemShape SystemShape::of(std::size_t order, std::size_t besides)
     return shape;
 }
 
-MORVANTIDE_FOR_EACH_PROCESSOR
+MORVANTIDE_CLONE_FOR_WIDER_REGISTERS
 void normalMatrix(const SystemShape &shape, const double *a, const double *weights, std::size_t rows, double *weighted,
                   double *normal)
 {
@@ -149,7 +149,7 @@ void normalMatrix(const SystemShape &shape, const double *a, const double *weigh
         normal[i * n + i] = 1.0;
 }
 
-MORVANTIDE_FOR_EACH_PROCESSOR
+MORVANTIDE_CLONE_FOR_WIDER_REGISTERS
 bool eliminate(const SystemShape &shape, double *system, double *lower, double *inversePivots, double leastPivot)
 {
     const std::size_t stride = shape.stride();
@@ -186,7 +186,7 @@ bool eliminate(const SystemShape &shape, double *system, double *lower, double *
     return true;
 }
 
-MORVANTIDE_FOR_EACH_PROCESSOR
+MORVANTIDE_CLONE_FOR_WIDER_REGISTERS
 void solveForward(const SystemShape &shape, const double *lower, double *z, std::size_t first)
 {
     const std::size_t n = shape.columns;
@@ -201,7 +201,7 @@ void solveForward(const SystemShape &shape, const double *lower, double *z, std:
     }
 }
 
-MORVANTIDE_FOR_EACH_PROCESSOR
+MORVANTIDE_CLONE_FOR_WIDER_REGISTERS
 void solveBackward(const SystemShape &shape, const double *lower, const double *inversePivots, double *z)
 {
     const std::size_t n = shape.columns;
@@ -224,7 +224,7 @@ void solveBackward(const SystemShape &shape, const double *lower, const double *
     }
 }
 
-MORVANTIDE_FOR_EACH_PROCESSOR
+MORVANTIDE_CLONE_FOR_WIDER_REGISTERS
 void inverseDiagonal(const SystemShape &shape, const double *system, const double *inversePivots, const double *z,
                      double *diagonal, double *x)
 {
@@ -242,7 +242,7 @@ void inverseDiagonal(const SystemShape &shape, const double *system, const doubl
     }
 }
 
-MORVANTIDE_FOR_EACH_PROCESSOR
+MORVANTIDE_CLONE_FOR_WIDER_REGISTERS
 void bandOfProduct(const SystemShape &shape, const double *system, const double *inversePivots, double *diagonal,
                    double *overlap)
 {
@@ -264,7 +264,7 @@ void bandOfProduct(const SystemShape &shape, const double *system, const double 
     }
 }
 
-MORVANTIDE_FOR_EACH_PROCESSOR
+MORVANTIDE_CLONE_FOR_WIDER_REGISTERS
 void addRowTimes(const double *row, const double *matrix, std::size_t rows, std::size_t columns, double *out)
 {
     for (std::size_t j = 0; j < columns; j += tileColumns) {

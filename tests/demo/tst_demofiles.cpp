@@ -1,6 +1,6 @@
 #include "demo/demowriter.h"
 
-#include "datafiles/filereader.h"
+#include "datafiles/reading/filereader.h"
 #include "log/logger.h"
 #include "store/datastore.h"
 #include "support/files.h"

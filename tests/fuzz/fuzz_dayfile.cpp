@@ -1,7 +1,7 @@
 #include "fuzz.h"
 
-#include "datafiles/filereader.h"
-#include "datafiles/recordparser/filereadererror.h"
+#include "datafiles/parsing/filereadererror.h"
+#include "datafiles/reading/filereader.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 #include "fuzz.h"
 
-#include "datafiles/recordparser/fieldsplitter.h"
-#include "datafiles/recordparser/numberparser.h"
+#include "datafiles/parsing/fieldsplitter.h"
+#include "datafiles/parsing/numberparser.h"
 
 #include <double-conversion/string-to-double.h>
 

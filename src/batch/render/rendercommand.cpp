@@ -8,7 +8,7 @@
 #include "batch/render/stackpicture.h"
 #include "batch/savetargets.h"
 #include "batch/writingend.h"
-#include "datafiles/datafinder.h"
+#include "datafiles/reading/datafinder.h"
 #include "llama/qyaml.h"
 
 #include <QApplication>

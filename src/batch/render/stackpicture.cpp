@@ -1,14 +1,14 @@
 #include "batch/render/stackpicture.h"
 
-#include "datafiles/filereader.h"
-#include "gui/common/tsb/header.h"
-#include "gui/common/tsb/opmodeview.h"
-#include "gui/common/tsb/resizer.h"
-#include "gui/common/tsb/setupvalues.h"
-#include "gui/common/tsb/timeseriesbrowser.h"
-#include "gui/common/tsb/timeview.h"
-#include "gui/common/tsb/view.h"
-#include "gui/common/tsb/viewlayout.h"
+#include "columns/setupvalues.h"
+#include "datafiles/reading/filereader.h"
+#include "gui/browser/controls/header.h"
+#include "gui/browser/controls/resizer.h"
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/controls/viewlayout.h"
+#include "gui/browser/views/opmodeview.h"
+#include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/browser/views/view.h"
 #include "gui/common/uiinfo.h"
 
 #include <QCoreApplication>

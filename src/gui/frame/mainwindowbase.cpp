@@ -1,13 +1,13 @@
 #include "gui/frame/mainwindowbase.h"
 
+#include "gui/browser/controls/gototimedialog.h"
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/inversionstatistics.h"
 #include "gui/common/logbox.h"
 #include "gui/common/logdock.h"
 #include "gui/common/recordform.h"
 #include "gui/common/recordviews/recordview.h"
-#include "gui/common/tsb/gototimedialog.h"
-#include "gui/common/tsb/timeseriesbrowser.h"
-#include "gui/common/tsb/timeview.h"
 #include "gui/frame/abouttext.h"
 #include "util/timeformat.h"
 

@@ -1,12 +1,12 @@
 // What the main window's frame consists of: actions, docks, menus, toolbar and shortcuts, and the window's geometry.
 
+#include "gui/browser/controls/plotmenu.h"
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/iconhelp.h"
 #include "gui/common/logdock.h"
 #include "gui/common/recordform.h"
 #include "gui/common/recordviews/reportview.h"
-#include "gui/common/tsb/plotmenu.h"
-#include "gui/common/tsb/timeseriesbrowser.h"
-#include "gui/common/tsb/timeview.h"
 #include "gui/frame/mainwindowbase.h"
 #include "gui/frame/windowgeometry.h"
 

@@ -1,6 +1,6 @@
 #include "gui/morvantide/datachooserdialog.h"
 
-#include "datafiles/datafinder.h"
+#include "datafiles/reading/datafinder.h"
 
 #include <QCheckBox>
 #include <QComboBox>

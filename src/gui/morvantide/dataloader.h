@@ -1,6 +1,6 @@
 #pragma once
 
-#include "datafiles/filereadertask.h"
+#include "datafiles/reading/filereadertask.h"
 
 #include <QObject>
 #include <QPointer>

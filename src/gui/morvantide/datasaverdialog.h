@@ -1,6 +1,6 @@
 #pragma once
 
-#include "datafiles/recordwriting.h"
+#include "datafiles/writing/recordwriting.h"
 #include "gui/common/uiinfo.h"
 
 #include <QDialog>

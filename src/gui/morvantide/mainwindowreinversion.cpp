@@ -1,7 +1,7 @@
 // The commands of the menu "Spectra" that make spectra anew and discard them.
 
+#include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/iconhelp.h"
-#include "gui/common/tsb/timeseriesbrowser.h"
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "spectra/inverterfiles.h"
 

@@ -1,6 +1,6 @@
 #include "gui/morvantide/savewarnings.h"
 
-#include "datafiles/datafinder.h"
+#include "datafiles/reading/datafinder.h"
 
 #include <QCoreApplication>
 #include <QDir>

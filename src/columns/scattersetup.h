@@ -1,0 +1,20 @@
+#pragma once
+
+#include "columns/scatterplotsettings.h"
+
+#include <QVariantMap>
+
+namespace Tsb {
+
+/// The keys of a stored setup that the settings of a scatter plot take: those of its kind, and what all kinds have.
+QVariantMap scatterSetup(const ScatterPlotSettings &settings);
+/// Takes what is sound in the map, all but the kind; absent switches take the values of new settings. Ids and names
+/// that the data don't have are kept.
+void readScatterSetup(const QVariantMap &map, ScatterPlotSettings &settings);
+/// The kind that the map names, or the fallback.
+int scatterTypeFromSetup(const QVariantMap &map, int fallback);
+
+/// The same limit with its diameter in nm and its mobility in cm^2/s/V.
+SpectMath::MobilitySize limitInBothUnits(const SpectMath::MobilitySize &limit);
+
+} // namespace Tsb

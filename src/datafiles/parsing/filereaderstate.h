@@ -1,0 +1,83 @@
+#pragma once
+
+#include "datafiles/parsing/recordcollector.h"
+#include "log/logger.h"
+#include "records/recordmetadata.h"
+#include "store/datastore.h"
+
+#include <QHash>
+#include <QMap>
+#include <QStringList>
+
+/// The times of one row.
+struct RowTimes {
+    RecordTime begin{};
+    RecordTime end{};
+    std::int64_t beginUtcOffset = 0;
+    std::int64_t endUtcOffset = 0;
+};
+
+/// What all line readers of one read share, since a record is put together from several files. It grows with every
+/// header. Used on the reading thread only.
+struct FileReaderState {
+    using SpectrumMap = QMap<QString, SpectMath::SpectrumInfoPointer>;
+
+    FileReaderState(std::shared_ptr<Datastore> store, RecordTime begin, RecordTime end);
+
+    Spectrometer::RecordMetadataPointer metadata;
+    SpectrumMap spectrumInfos; ///< by hash, over all files of the read
+    SpectrumMap spectrumMap;   ///< of the read before
+    QStringList opmodeNames;   ///< index = opmode of a head
+    QStringList variableNames; ///< index = variable index
+    int electrometerCount = 0;
+    bool electrometerCountKnown = false;
+    std::shared_ptr<Datastore> datastore;
+    RecordTime beginLimit; ///< rows that lie entirely outside the limits are passed over
+    RecordTime endLimit;
+    bool instrumentSettingsTaken = false; ///< the first header that has them as a map decides
+    QHash<QString, std::shared_ptr<Spectrometer::RecordFlag>> recordFlags; ///< one object per text
+
+    QVector<SpectMath::SpectrumInfoPointer> spectrumOrder; ///< the descriptions in order of first appearance
+    RecordCollector records;
+    std::int64_t bytesRead = 0; ///< of all files so far
+
+    /// The mode of that name, added if it isn't known.
+    int addOpmode(const QString &name);
+    /// The mode of that name, or -1.
+    int knownOpmode(const QString &name) const { return m_opmodeIndex.value(name, -1); }
+    /// The slot of the variable of that name, added if it isn't known.
+    int variableOf(const QString &name, const QString &humanname, const QString &unit);
+    /// The flag of that text, made if it isn't known; null when there are absurdly many. When those before it have
+    /// properties out of proportion to what was read, it is a note with its whole text.
+    std::shared_ptr<Spectrometer::RecordFlag> flagOf(const QString &text);
+    /// Takes a finished description in: the result is the one known already if the two are equal. Where another stands
+    /// under its hash, the result is null, or, with `rename`, the new one under a hash of its own.
+    SpectMath::SpectrumInfoPointer shareSpectrum(const std::shared_ptr<SpectMath::SpectrumInfo> &info, bool rename,
+                                                 const Log::Logger &logger);
+
+    bool isOutside(const RowTimes &times) const { return times.end < beginLimit || endLimit < times.begin; }
+    /// A new record of those times, with no mode, not yet among the records.
+    std::shared_ptr<Record> makeRecord(const RowTimes &times) const;
+    /// Grows the record's vectors to what is known now, with NaN in new slots. Never shrinks them.
+    void widen(Record &record) const;
+    /// Whether `records` more records of that width can be held in memory that is in proportion to what was read. A few
+    /// bytes of a hostile file could ask for gigabytes of empty slots.
+    bool isAffordable(std::size_t newRecords, int electrometers, int variables, std::size_t spectrumBytes = 0) const;
+
+    /// A spectrum that was read well, with room for its values, whose covariances are a diagonal.
+    std::shared_ptr<SpectMath::Spectrum> makeSpectrum(const SpectMath::SpectrumInfoPointer &info) const;
+    /// What a spectrum of that description takes.
+    static std::size_t bytesOf(const SpectMath::SpectrumInfo &info);
+    bool canTakeSpectra(std::size_t bytes) const;
+    void noteSpectra(std::size_t spectrumBytes) { m_spectrumBytes += spectrumBytes; }
+
+private:
+    QHash<QString, int> m_opmodeIndex;
+    QHash<QString, int> m_variableIndex;
+    QHash<QString, int> m_renamed; ///< hash text to the last number hung to it
+    std::size_t m_spectrumBytes = 0;
+    qint64 m_flagNodes = 0; ///< values in the properties of all flags
+};
+
+/// No header may describe more electrometers, parameters, modes, groups, flags or points of spectra than this.
+constexpr int mostHeaderValues = 10000;

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "datafiles/parsing/textview.h"
+
+#include <cstddef>
+
+class FieldSplitter;
+
+/// The value of one field of a day file, in the "C" form whatever the locale: to the bit what
+/// double_conversion::StringToDoubleConverter gives that ignores the case of the symbols "inf" and "nan" and takes
+/// empty text and junk for NaN. So a bad number is never an error, blanks around a number make it NaN, and "1e400" is
+/// infinite.
+///
+/// `readableEnd` is the end of the bytes that may be looked at behind the field, such as the end of its line: the
+/// common plain numbers are taken 8 or 16 bytes at a time.
+double parseField(TextView field, const char *readableEnd);
+
+inline double parseField(TextView field)
+{
+    return parseField(field, field.data() + field.size());
+}
+
+/// The values of `count` fields of a row, from field `first` on.
+void parseFields(const FieldSplitter &fields, std::size_t first, double *out, std::size_t count);

@@ -1,0 +1,248 @@
+#include "datafiles/parsing/oldlinereader.h"
+
+#include "datafiles/parsing/filereadererror.h"
+#include "datafiles/parsing/headersections.h"
+#include "datafiles/parsing/unittext.h"
+
+#include <QDebug>
+#include <QRegExp>
+
+#include <limits>
+
+namespace {
+
+/// What stands behind the words that open a header line, if the line has them.
+bool takePrefix(const QString &line, const char *prefix, QString *rest)
+{
+    const QLatin1String words(prefix);
+    if (!line.startsWith(words))
+        return false;
+    *rest = line.mid(words.size());
+    return true;
+}
+
+QString unquoted(const QString &text)
+{
+    return text.size() >= 2 && text.startsWith(QLatin1Char('"')) && text.endsWith(QLatin1Char('"'))
+               ? text.mid(1, text.size() - 2)
+               : text;
+}
+
+bool readFloats(const QString &text, RealVector *points, QString *bad)
+{
+    const QStringList parts = text.split(QLatin1Char(','));
+    points->resize(std::size_t(parts.size()), false);
+    for (int i = 0; i < parts.size(); ++i) {
+        bool ok = false;
+        (*points)[std::size_t(i)] = double(parts[i].trimmed().toFloat(&ok)); // old axes have the precision of a float
+        if (!ok) {
+            *bad = parts[i].trimmed();
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+OldLineReader::OldLineReader(const QList<QByteArray> &lines, FileReaderState *state)
+    : m_logger(QStringLiteral("old_line_reader")), m_state(state)
+{
+    try {
+        for (const QByteArray &line : lines) {
+            if (!line.startsWith('#'))
+                break;
+            readHeaderLine(QString::fromUtf8(line));
+        }
+    } catch (const ValueParsingError &error) {
+        throw FileReaderError(QStringLiteral("Failed to understand header: %1").arg(error.message()));
+    }
+    readColumnRow(lines.isEmpty() ? QByteArray() : lines.last());
+}
+
+void OldLineReader::warn(const QString &text) const
+{
+    m_logger.log(Log::Warning, text);
+}
+
+void OldLineReader::readHeaderLine(const QString &line)
+{
+    QString text;
+    ValueReaderPointer reader;
+    if (takePrefix(line, "#Operating modes: ", &text) || takePrefix(line, "#Possible operating modes: ", &text))
+        readModes(text);
+    else if (takePrefix(line, "#Diagnostics: ", &text))
+        reader = makeDiagnostics(text, false);
+    else if (takePrefix(line, "#Diagnostic values and voltages: ", &text))
+        reader = makeDiagnostics(text, true);
+    else if (takePrefix(line, "#Electrometer currents: ", &text))
+        reader = makeElectrometers(text, false);
+    else if (takePrefix(line, "#Raw electrometer currents: ", &text))
+        reader = makeElectrometers(text, true);
+    else if (takePrefix(line, "#Result spectrum: ", &text))
+        reader = makeSpectrum(text);
+    else
+        qDebug().noquote() << "unknown line" << line.left(200);
+    if (reader)
+        m_valueReaders.append(reader);
+    HeaderSections::checkCount(m_valueReaders.size());
+}
+
+void OldLineReader::readModes(const QString &text)
+{
+    const QStringList names = text.split(QStringLiteral(", "), Qt::SkipEmptyParts);
+    HeaderSections::checkCount(names.size());
+    for (const QString &name : names)
+        m_state->addOpmode(name);
+}
+
+OldLineReader::ValueReaderPointer OldLineReader::makeDiagnostics(const QString &text, bool withVoltages)
+{
+    const QStringList names = text.split(QLatin1Char(','), Qt::SkipEmptyParts);
+    const int most = m_state->variableNames.size() + names.size() * (withVoltages ? 2 : 1);
+    HeaderSections::checkCount(most, m_state->isAffordable(0, m_state->electrometerCount, most));
+    QVector<int> variableSlots;
+    for (const QString &part : names) {
+        const QString name = unquoted(part.trimmed());
+        variableSlots.append(m_state->variableOf(name, name, QString()));
+        if (withVoltages)
+            variableSlots.append(m_state->variableOf(QStringLiteral("sens_%1").arg(name),
+                                                     QStringLiteral("Sensor %1").arg(name), QStringLiteral("V")));
+    }
+    return std::make_shared<DiagnosticsReader>(variableSlots);
+}
+
+OldLineReader::ValueReaderPointer OldLineReader::makeElectrometers(const QString &text, bool raw)
+{
+    QRegExp withGroups(QStringLiteral("\\s*(\\d+)\\s*\\((.*)\\)"));
+    QRegExp countAlone(QStringLiteral("\\s*(\\d+)\\s*"));
+    const bool hasGroups = withGroups.exactMatch(text);
+    if (!hasGroups && !countAlone.exactMatch(text))
+        throw ValueParsingError(QStringLiteral("Electrometer currents header line"));
+    bool fits = false;
+    const int count = (hasGroups ? withGroups : countAlone).cap(1).toInt(&fits);
+    HeaderSections::checkCount(count, fits && m_state->isAffordable(0, count, m_state->variableNames.size()));
+
+    const auto ignored = std::make_shared<DummyReader>(raw ? count : 2 * count);
+    if (m_state->electrometerCountKnown && count != m_state->electrometerCount) {
+        warn(QStringLiteral("Electrometer current count not equal to previous value.  Electrometer fields will be "
+                            "ignored in this file."));
+        return ignored;
+    }
+    m_state->electrometerCount = count;
+    m_state->electrometerCountKnown = true;
+    Spectrometer::RecordMetadata &metadata = *m_state->metadata;
+    metadata.totalElectrometers = count;
+    metadata.electrometerNames.resize(count);
+    if (hasGroups && !readGroups(withGroups.cap(2), count))
+        return ignored;
+    for (int i = 0; i < count; ++i)
+        metadata.electrometerNames[i] = QString::number(i);
+    return std::make_shared<ElectrometersReader>(count, raw);
+}
+
+/// False if a group is known with other channels.
+bool OldLineReader::readGroups(const QString &text, int count)
+{
+    bool understood = true;
+    auto &groups = m_state->metadata->electrometerGroups;
+    for (const QString &part : text.split(QRegExp(QStringLiteral("\\s*,\\s*")))) {
+        const QStringList tokens = part.trimmed().split(QRegExp(QStringLiteral("\\s+")));
+        if (tokens.size() != 3) {
+            understood = false;
+            continue;
+        }
+        const int last = tokens[2].toInt();
+        const Spectrometer::ChannelRange range{tokens[1].toInt(),
+                                               last < std::numeric_limits<int>::max() ? last + 1 : last};
+        const auto known = groups.constFind(tokens[0]);
+        if (known != groups.constEnd()) {
+            if (*known == range)
+                continue;
+            warn(QStringLiteral("Different definition for electrometer channel group %1. Electrometer fields will be "
+                                "ignored in this file.")
+                     .arg(tokens[0]));
+            return false;
+        }
+        if (range.first >= 0 && range.first <= range.end && range.end <= count)
+            groups.insert(tokens[0], range);
+        else
+            warn(QStringLiteral("Invalid electrometer channel group '%1'").arg(tokens[0]));
+    }
+    if (!understood)
+        warn(QStringLiteral("Electrometer currents header line is a bit invalid"));
+    return true;
+}
+
+OldLineReader::ValueReaderPointer OldLineReader::makeSpectrum(const QString &text)
+{
+    // name, quantity, kind, concentration unit, scale, axis unit, points
+    QRegExp line(
+        QStringLiteral("\"(.*)\"\\s*(\\S*)\\s*(\\S*)\\s*\\(([^\\(\\)]*)\\)\\s*,\\s*(\\S*)\\s*\\(([^\\(\\)]*)\\)"
+                       "\\s*(.*)"));
+    if (!line.exactMatch(text))
+        throw ValueParsingError(QStringLiteral("Spectrum header line"));
+    const QStringList parts = line.capturedTexts();
+    const bool isDensity = parts[2] == QLatin1String("dif") || parts[2] == QLatin1String("density");
+    const int pointCount = parts[7].count(QLatin1Char(',')) + 1;
+    HeaderSections::checkCount(pointCount);
+    HeaderSections::checkCount(m_state->spectrumInfos.size());
+
+    const auto ignored = std::make_shared<DummyReader>(isDensity ? 2 * pointCount : 2 * pointCount - 1);
+    RealVector points;
+    QString bad;
+    if (!readFloats(parts[7], &points, &bad)) {
+        warn(QStringLiteral("Spectrum header: %1 is not a number").arg(bad));
+        return ignored;
+    }
+    if (!isDensity || parts[3] != QLatin1String("num")) {
+        warn(QStringLiteral("Not nd spectrum will be ignored"));
+        return ignored;
+    }
+    try {
+        const auto info = m_state->shareSpectrum(makeSpectrumInfo(parts, points), false, m_logger);
+        if (info)
+            return std::make_shared<SpectrumReader>(info, m_state);
+        warn(QStringLiteral("Found a different spectrum with a known hash. Spectrum will be ignored in this file."));
+    } catch (const SpectMath::UnitParsingError &error) {
+        warn(QStringLiteral("Unit parsing error: %1").arg(error.message()));
+        warn(QStringLiteral("Spectrum will be ignored"));
+    }
+    return ignored;
+}
+
+std::shared_ptr<SpectMath::SpectrumInfo> OldLineReader::makeSpectrumInfo(const QStringList &parts,
+                                                                         const RealVector &points) const
+{
+    auto info = std::make_shared<SpectMath::SpectrumInfo>();
+    info->name = parts[1];
+    const Unit axisUnit = parseHeaderUnit(parts[6]);
+    info->concentrationUnit = parseHeaderUnit(parts[4]);
+    if (parts[5] == QLatin1String("mob")) {
+        info->scale = SpectMath::DistributionScale::mobility;
+        info->mobilityUnit = axisUnit;
+        info->mobilities = points;
+    } else {
+        info->scale = SpectMath::DistributionScale::radius;
+        info->sizeUnit = axisUnit;
+        info->radii = points;
+    }
+    info->finish();
+    return info;
+}
+
+void OldLineReader::readColumnRow(const QByteArray &line)
+{
+    const QList<QByteArray> names = line.split(',');
+    if (names.size() < 3)
+        throw FileReaderError(
+            QStringLiteral("The header row (first after the \"#...\") contains wrong number of elements"));
+    if (names[0].trimmed() != "begintime" || names[1].trimmed() != "endtime")
+        throw FileReaderError(QStringLiteral("Header row does not start with \"begintime,endtime\""));
+    m_hasOpmode = names[2].trimmed() == "opmode";
+    m_fieldCount = m_hasOpmode ? 3 : 2;
+    for (const auto &reader : qAsConst(m_valueReaders)) {
+        reader->firstColumn = m_fieldCount;
+        m_fieldCount += reader->fieldCount;
+    }
+}

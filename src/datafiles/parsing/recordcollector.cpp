@@ -1,0 +1,67 @@
+#include "datafiles/parsing/recordcollector.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+bool beginsBefore(const std::shared_ptr<Record> &record, RecordTime time)
+{
+    return record->beginTime < time;
+}
+
+} // namespace
+
+std::shared_ptr<Record> RecordCollector::find(RecordTime begin)
+{
+    const int slot = m_store->lowerBoundIndex(begin); // quick for the place behind the last one found
+    if (slot < m_store->size() && m_store->at(slot)->beginTime == begin)
+        return m_store->at(slot);
+    if (!m_ascending.empty() && !beginsBefore(m_ascending.back(), begin)) {
+        const auto found = std::lower_bound(m_ascending.begin(), m_ascending.end(), begin, beginsBefore);
+        if ((*found)->beginTime == begin)
+            return *found;
+    }
+    if (!m_strays.empty()) {
+        const auto found = m_strays.find(begin);
+        if (found != m_strays.end())
+            return found->second;
+    }
+    return nullptr;
+}
+
+void RecordCollector::add(const std::shared_ptr<Record> &record)
+{
+    if (m_ascending.empty() || beginsBefore(m_ascending.back(), record->beginTime))
+        m_ascending.push_back(record);
+    else
+        m_strays.emplace(record->beginTime, record);
+}
+
+void RecordCollector::addSpectrum(const std::shared_ptr<Record> &record,
+                                  const std::shared_ptr<SpectMath::Spectrum> &spectrum)
+{
+    m_spectra.push_back({record, spectrum, 0});
+}
+
+void RecordCollector::merge()
+{
+    std::vector<std::shared_ptr<Record>> records = std::move(m_ascending);
+    m_ascending.clear();
+    if (!m_strays.empty()) {
+        const auto middle = std::ptrdiff_t(records.size());
+        for (auto &stray : m_strays)
+            records.push_back(std::move(stray.second));
+        m_strays.clear();
+        std::inplace_merge(records.begin(), records.begin() + middle, records.end(),
+                           [](const auto &a, const auto &b) { return a->beginTime < b->beginTime; });
+    }
+    m_store->mergeRecords(std::move(records));
+    const auto inOrder = [](const SpectrumRecord &a, const SpectrumRecord &b) {
+        return a.record->beginTime < b.record->beginTime;
+    };
+    if (!std::is_sorted(m_spectra.begin(), m_spectra.end(), inOrder))
+        std::stable_sort(m_spectra.begin(), m_spectra.end(), inOrder);
+    m_store->enterSpectra(std::move(m_spectra));
+    m_spectra.clear();
+}

@@ -1,0 +1,114 @@
+#include "datafiles/reading/blockreader.h"
+
+#include "datafiles/parsing/filereadererror.h"
+#include "datafiles/reading/filereader.h"
+
+BlockReader::BlockReader(const QString &fileName, FileReaderState *state, const Log::Logger &logger,
+                         ReadStatistics *statistics)
+    : m_fileName(fileName), m_state(state), m_logger(logger), m_statistics(statistics), m_errorRun(fileName)
+{
+}
+
+BlockReader::~BlockReader() = default;
+
+void BlockReader::readLine(const QByteArray &line)
+{
+    ++m_row;
+    ++m_statistics->rows;
+    if (line.startsWith('#')) {
+        logRun();
+        if (HeaderLines::opens(line)) {
+            dropOpenHeader();
+            m_header.start(line, m_row);
+            m_inHeader = true;
+            m_headerLineCount = 1;
+            return;
+        }
+        if (m_inHeader) {
+            m_header.add(line);
+            ++m_headerLineCount;
+            return;
+        }
+    } else if (m_inHeader) {
+        endHeader(line);
+        return;
+    }
+    readDataLine(line);
+}
+
+void BlockReader::logRun()
+{
+    if (m_errorRun.flush())
+        m_logger.log(Log::Warning, m_errorRun.text());
+}
+
+/// The line is the header's last one, whether or not it is a column row.
+void BlockReader::endHeader(const QByteArray &line)
+{
+    m_reader.reset();
+    m_inHeader = false;
+    QByteArray columnRow;
+    if (line.startsWith("begintime") || line.startsWith("begin_time")) {
+        columnRow = line;
+    } else {
+        m_logger.log(Log::Warning,
+                     QStringLiteral("File %1, row %2: Header ended unexpectedly. Trying to make sense of it anyway.")
+                         .arg(m_fileName, QString::number(m_row)));
+        ignoreLine();
+    }
+    try {
+        m_reader = m_header.makeReader(columnRow, m_state);
+    } catch (const FileReaderError &error) {
+        m_logger.log(
+            Log::Warning,
+            QStringLiteral("File %1, header at rows %2 to %3: %4. Subsequent data rows will not be read.")
+                .arg(m_fileName, QString::number(m_header.firstRow()), QString::number(m_row), error.message()));
+    }
+    m_header = HeaderLines();
+}
+
+void BlockReader::readDataLine(const QByteArray &line)
+{
+    if (!m_reader) {
+        ignoreLine();
+        return;
+    }
+    if (m_reader->readRow(line)) {
+        complain(m_reader->errors.join(QStringLiteral("; ")));
+        m_reader->errors.clear();
+    }
+}
+
+void BlockReader::complain(const QString &message)
+{
+    if (m_errorRun.extend(message, m_row))
+        return;
+    logRun();
+    m_errorRun.begin(message, m_row);
+}
+
+void BlockReader::ignoreLine()
+{
+    ++m_statistics->ignoredRows;
+}
+
+void BlockReader::skipLine()
+{
+    ++m_row;
+    ++m_statistics->rows;
+    ignoreLine();
+    complain(QStringLiteral("Line too long"));
+}
+
+/// A header that never comes to its end is dropped without a word, but its lines are counted.
+void BlockReader::dropOpenHeader()
+{
+    if (m_inHeader)
+        m_statistics->ignoredRows += m_headerLineCount;
+}
+
+void BlockReader::finish()
+{
+    logRun();
+    dropOpenHeader();
+}

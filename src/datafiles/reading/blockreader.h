@@ -1,0 +1,40 @@
+#pragma once
+
+#include "datafiles/reading/errorrun.h"
+#include "datafiles/reading/headerlines.h"
+
+struct ReadStatistics;
+
+/// Takes the lines of one file in order: gathers headers, makes the line reader of each block, hands it the data lines,
+/// and logs complaints, folded where they repeat.
+class BlockReader {
+public:
+    BlockReader(const QString &fileName, FileReaderState *state, const Log::Logger &logger, ReadStatistics *statistics);
+    ~BlockReader();
+
+    void readLine(const QByteArray &line);
+    /// Counts and complains about a line that was too long to be read.
+    void skipLine();
+    /// The file's end.
+    void finish();
+    int rowCount() const { return m_row; }
+
+private:
+    void logRun();
+    void dropOpenHeader();
+    void endHeader(const QByteArray &line);
+    void readDataLine(const QByteArray &line);
+    void complain(const QString &message);
+    void ignoreLine();
+
+    QString m_fileName;
+    FileReaderState *m_state;
+    Log::Logger m_logger;
+    ReadStatistics *m_statistics;
+    int m_row = 0; ///< of the present line, from 1
+    bool m_inHeader = false;
+    int m_headerLineCount = 0; ///< of the open header
+    HeaderLines m_header;
+    std::unique_ptr<LineReader> m_reader; ///< of the present block; null before the first and behind a bad header
+    ErrorRun m_errorRun;
+};

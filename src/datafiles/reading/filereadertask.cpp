@@ -1,0 +1,98 @@
+#include "datafiles/reading/filereadertask.h"
+
+#include "datafiles/parsing/filereadererror.h"
+#include "datafiles/reading/memoryestimate.h"
+#include "log/logger.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <new>
+
+namespace {
+
+constexpr int emitInterval = 100; // ms
+
+} // namespace
+
+FileReaderTask::FileReaderTask(std::shared_ptr<FileReader> reader, const FileReaderSettings &settings, QObject *parent)
+    : QObject(parent), m_logger(QStringLiteral("filereader")), m_reader(std::move(reader)), m_settings(settings)
+{
+    m_settings.files.sort(Qt::CaseSensitive);
+}
+
+FileReaderTask::~FileReaderTask()
+{
+    m_aborted.load(); // orders another thread's last call of setAborted() before what follows
+}
+
+void FileReaderTask::run()
+{
+    m_clock.start();
+    m_sinceEmitted.start();
+    const QDir folder(m_settings.folder);
+    for (const QString &file : qAsConst(m_settings.files))
+        m_bytesTotal += QFileInfo(folder.filePath(file)).size();
+    const QString warning = memoryWarning(m_bytesTotal, availableMemory());
+    if (!warning.isEmpty())
+        m_logger.log(Log::Warning, warning);
+    m_reader->setByteCounter([this](std::int64_t bytes) { countBytes(bytes); });
+
+    for (const QString &file : qAsConst(m_settings.files)) {
+        const QString path = folder.filePath(file);
+        try {
+            readFile(path);
+        } catch (const FileReaderError &error) {
+            m_logger.log(Log::Error, QStringLiteral("Skipping %1: %2").arg(path, error.message()));
+            ++m_filesDone;
+            continue; // with no look at a wish to stop
+        } catch (const std::bad_alloc &) {
+            m_logger.log(Log::Error, QStringLiteral("Skipping %1: %2").arg(path, QStringLiteral("Not enough memory")));
+            ++m_filesDone;
+            continue;
+        }
+        if (m_aborted)
+            break;
+    }
+
+    m_reader->setByteCounter(nullptr);
+    m_reader->datastore()->updateIndexes(); // here rather than on the thread that is to draw them
+    Q_EMIT bytesProgress(m_bytesDone, std::max(m_bytesTotal, m_bytesDone));
+    const qint64 elapsed = m_clock.elapsed();
+    m_seconds = double(m_clock.nsecsElapsed()) * 1e-9;
+    m_cancelled = m_filesDone < m_settings.files.size();
+    if (m_cancelled)
+        m_logger.log(Log::Warning, QStringLiteral("Reading was cancelled after %1 of %2 files.")
+                                       .arg(QString::number(m_filesDone), QString::number(m_settings.files.size())));
+    if (m_rows > 0 && elapsed >= 1)
+        m_logger.log(Log::Info,
+                     QStringLiteral("Finished reading data (average speed: %1 rows/s).").arg(m_rows * 1000 / elapsed));
+    else
+        m_logger.log(Log::Info, QStringLiteral("Finished reading data."));
+    Q_EMIT finished();
+}
+
+void FileReaderTask::readFile(const QString &path)
+{
+    const QString name = QFileInfo(path).fileName();
+    const qint64 elapsed = m_clock.elapsed();
+    if (m_rows > 0 && elapsed >= 1)
+        m_logger.log(
+            Log::Info,
+            QStringLiteral("Reading %1 (speed: %2 rows/s)").arg(name, QString::number(m_rows * 1000 / elapsed)));
+    else
+        m_logger.log(Log::Info, QStringLiteral("Reading %1").arg(name));
+    Q_EMIT progress(m_filesDone, QStringLiteral("Reading %1").arg(name));
+    m_rows += m_reader->readFile(path);
+    ++m_filesDone;
+}
+
+void FileReaderTask::countBytes(std::int64_t bytes)
+{
+    m_bytesDone += bytes;
+    if (m_sinceEmitted.elapsed() < emitInterval)
+        return;
+    m_sinceEmitted.restart();
+    // A file may grow while it is read.
+    Q_EMIT bytesProgress(m_bytesDone, std::max(m_bytesTotal, m_bytesDone));
+}

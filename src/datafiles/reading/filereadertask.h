@@ -1,0 +1,65 @@
+#pragma once
+
+#include "datafiles/reading/filereader.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+
+#include <atomic>
+
+/// What a read is asked to do.
+struct FileReaderSettings {
+    QStringList files; ///< names in the folder, or whole paths; read in case-sensitive order of the names
+    QString folder;
+    RecordTime beginLimit = earliestRecordTime;
+    RecordTime endLimit = latestRecordTime;
+    QString windowSetup; ///< passed on, not used by the read
+};
+
+/// Reads a list of files into the store of a FileReader. Its owner moves it to a reading thread and calls run() through
+/// the event loop there; signals reach other threads queued. With finished(), the store and all else that the
+/// FileReader holds pass to the owner's thread.
+class FileReaderTask : public QObject {
+    Q_OBJECT
+public:
+    FileReaderTask(std::shared_ptr<FileReader> reader, const FileReaderSettings &settings, QObject *parent = nullptr);
+    ~FileReaderTask() override;
+
+    const std::shared_ptr<FileReader> &reader() const { return m_reader; }
+    const FileReaderSettings &settings() const { return m_settings; }
+
+    /// Ends the read behind the file that is being read. May be called from any thread.
+    void setAborted() { m_aborted = true; }
+
+    // ---- to be asked when the read is over
+    bool wasCancelled() const { return m_cancelled; } ///< and files were left unread
+    int filesRead() const { return m_filesDone; }     ///< skipped ones included
+    double seconds() const { return m_seconds; }      ///< of reading
+
+public Q_SLOTS:
+    void run();
+
+Q_SIGNALS:
+    /// The files done, and what is done now.
+    void progress(int count, QString msg);
+    /// The bytes done of all bytes of all files, several times a second.
+    void bytesProgress(qint64 done, qint64 total);
+    void finished();
+
+private:
+    void readFile(const QString &path);
+    void countBytes(std::int64_t bytes);
+
+    Log::Logger m_logger;
+    std::shared_ptr<FileReader> m_reader;
+    FileReaderSettings m_settings;
+    std::atomic<bool> m_aborted{false};
+    bool m_cancelled = false;
+    int m_filesDone = 0;
+    double m_seconds = 0;
+    qint64 m_rows = 0;
+    qint64 m_bytesDone = 0;
+    qint64 m_bytesTotal = 0;
+    QElapsedTimer m_clock;        ///< since the begin of the read
+    QElapsedTimer m_sinceEmitted; ///< since the bytes were last told
+};

@@ -1,0 +1,127 @@
+#include "datafiles/reading/linescanner.h"
+
+#include "datafiles/parsing/filereadererror.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t blockSize = std::size_t(1) << 20;
+
+/// Takes the carriage returns out; the result is the new end.
+char *removeCarriageReturns(char *begin, char *end)
+{
+    auto *found = static_cast<char *>(std::memchr(begin, '\r', std::size_t(end - begin)));
+    return found ? std::remove(found, end, '\r') : end;
+}
+
+} // namespace
+
+LineScanner::~LineScanner()
+{
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+bool LineScanner::open(const QString &path)
+{
+    // Without blocking: opening a pipe that nobody writes to would wait for ever.
+    m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (m_descriptor < 0)
+        return false;
+    struct stat status;
+    if (::fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(m_descriptor);
+        m_descriptor = -1;
+        return false;
+    }
+    ::posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
+    return true;
+}
+
+LineScanner::Found LineScanner::next(QByteArray *line)
+{
+    char *lineEnd = findLineEnd();
+    while (!lineEnd && m_end - m_begin <= m_lineLimit && fill())
+        lineEnd = findLineEnd();
+    const std::size_t end = lineEnd ? std::size_t(lineEnd - m_buffer.get()) : m_end;
+    if (end - m_begin > m_lineLimit)
+        return skipLine();
+    if (!lineEnd && m_begin == m_end)
+        return Found::end;
+    *line = QByteArray::fromRawData(m_buffer.get() + m_begin, int(end - m_begin));
+    m_begin = std::min(end + 1, m_end);
+    m_scanned = m_begin;
+    return Found::line;
+}
+
+char *LineScanner::findLineEnd()
+{
+    if (m_scanned == m_end)
+        return nullptr;
+    auto *found = static_cast<char *>(std::memchr(m_buffer.get() + m_scanned, '\n', m_end - m_scanned));
+    m_scanned = found ? std::size_t(found - m_buffer.get()) : m_end;
+    return found;
+}
+
+/// Reads another block behind what is there. False at the end of the file.
+bool LineScanner::fill()
+{
+    if (m_atEnd)
+        return false;
+    makeRoom();
+    ssize_t got;
+    do
+        got = ::read(m_descriptor, m_buffer.get() + m_end, blockSize);
+    while (got < 0 && errno == EINTR);
+    if (got < 0)
+        throw FileReaderError(QString::fromLocal8Bit(std::strerror(errno)));
+    m_atEnd = got == 0;
+    if (m_counter && got > 0)
+        m_counter(got);
+    char *added = m_buffer.get() + m_end;
+    m_end = std::size_t(removeCarriageReturns(added, added + got) - m_buffer.get());
+    return got > 0;
+}
+
+/// Moves the unfinished line to the front of the buffer, and makes the buffer hold another block behind it.
+void LineScanner::makeRoom()
+{
+    const std::size_t kept = m_end - m_begin;
+    const std::size_t needed = kept + blockSize;
+    char *from = m_buffer.get() + m_begin;
+    if (needed > m_capacity) {
+        const std::size_t capacity = std::max(needed, 2 * m_capacity);
+        std::unique_ptr<char[]> larger(new char[capacity]);
+        if (kept)
+            std::memcpy(larger.get(), from, kept);
+        m_buffer = std::move(larger);
+        m_capacity = capacity;
+    } else if (kept && m_begin) {
+        std::memmove(m_buffer.get(), from, kept);
+    }
+    m_scanned -= m_begin;
+    m_begin = 0;
+    m_end = kept;
+}
+
+LineScanner::Found LineScanner::skipLine()
+{
+    char *lineEnd = findLineEnd();
+    while (!lineEnd) {
+        m_begin = m_scanned = m_end; // what was looked through isn't kept
+        if (!fill())
+            return Found::tooLong;
+        lineEnd = findLineEnd();
+    }
+    m_begin = m_scanned = std::size_t(lineEnd - m_buffer.get()) + 1;
+    return Found::tooLong;
+}

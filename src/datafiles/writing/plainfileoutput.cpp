@@ -1,0 +1,303 @@
+#include "datafiles/writing/plainfileoutput.h"
+
+#include "datafiles/writing/plainfileoutput_file.h"
+#include "datafiles/writing/plainfileoutput_header.h"
+#include "datafiles/writing/plainfileoutput_row.h"
+#include "util/filenamepart.h"
+#include "util/timeformat.h"
+
+#include <QMutexLocker>
+#include <QThread>
+
+namespace Spectrometer {
+
+namespace {
+
+const QLatin1String defaultTimeFormat("%Y-%m-%d %H:%M:%s");
+
+/// A part of a path with time codes that holds none itself.
+QString withoutCodes(QString part)
+{
+    return part.replace(QLatin1Char('%'), QLatin1String("%%"));
+}
+
+QString nameInPattern(const QString &name)
+{
+    return withoutCodes(fileNamePart(name));
+}
+
+} // namespace
+
+PlainFileOutput::PlainFileOutput(const Settings &settings, QObject *parent)
+    : QObject(parent), m_logger(QStringLiteral("filewriter")), m_settings(settings), m_row(std::make_unique<RowText>())
+{
+    applySettings();
+}
+
+PlainFileOutput::~PlainFileOutput() = default;
+
+PlainFileOutput::Settings PlainFileOutput::settings() const
+{
+    QMutexLocker lock(&m_settingsMutex);
+    return m_settings;
+}
+
+void PlainFileOutput::setSettings(const Settings &settings)
+{
+    QMutexLocker lock(&m_settingsMutex);
+    m_settings = settings;
+}
+
+// ---- files
+
+void PlainFileOutput::applySettings()
+{
+    Q_ASSERT(QObject::thread() == QThread::currentThread());
+    m_applied = settings();
+    m_files.clear();
+    m_rawFile.reset();
+    m_logFile.reset();
+    if (!m_applied.metadata)
+        return;
+
+    const QVariantMap common = FileHeader::commonKeys(*m_applied.metadata);
+    const auto plainFile = [this](const QString &pattern, const FileHeader::Lines &header) {
+        auto file =
+            std::make_unique<File>(pattern.arg(withoutCodes(m_applied.folder), m_applied.fileNamePattern), header);
+        file->matchHeader = false;
+        return file;
+    };
+    if (m_applied.rawFile)
+        m_rawFile = plainFile(QStringLiteral("%1/%2.rawdata"), FileHeader::rawHeader(common, *m_applied.metadata));
+    if (m_applied.logFile)
+        m_logFile = plainFile(QStringLiteral("%1/%2.log"), FileHeader::logHeader());
+    for (auto it = m_applied.variants.cbegin(); it != m_applied.variants.cend(); ++it)
+        makeVariantFiles(it.key(), it.value(), common);
+}
+
+void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, const QVariantMap &commonKeys)
+{
+    const RecordMetadata &metadata = *m_applied.metadata;
+    const QString stem =
+        QStringLiteral("%1/%3-%2")
+            .arg(withoutCodes(m_applied.folder), nameInPattern(variant.name), m_applied.fileNamePattern);
+    QVariantMap keys = commonKeys;
+    keys[QStringLiteral("dataproc variant")] = variant.name;
+
+    const Log::Logger logger = m_logger;
+    const auto recordsFile = [&](const QString &suffix, const FileHeader::Lines &header) {
+        auto file = std::make_unique<File>(stem + suffix, header);
+        file->messageCallback = [logger, name = variant.name](const QString &message) {
+            logger.log(Log::Debug, QStringLiteral("Updated %1 records file:\n%2").arg(name, message));
+        };
+        return file;
+    };
+    auto files = std::make_shared<StdFiles>();
+    if (variant.records)
+        files->records = recordsFile(QStringLiteral(".records"), FileHeader::recordsHeader(keys, metadata));
+    if (variant.diagnostics)
+        files->diagnostics = recordsFile(QStringLiteral(".diagnostics"), FileHeader::diagnosticsHeader(keys, metadata));
+    if (variant.currents)
+        files->currents = recordsFile(QStringLiteral(".currents"), FileHeader::currentsHeader(keys, metadata));
+
+    for (int mode = 0; variant.spectra && mode < metadata.opmodes.size(); ++mode) {
+        const QString modeName = metadata.opmodes.at(mode).name;
+        const auto infos = m_applied.spectra.value(modeName);
+        if (infos.isEmpty())
+            continue;
+        auto spectraFile = std::make_shared<SpectraFile>();
+        spectraFile->spectra = infos;
+        spectraFile->file =
+            std::make_unique<File>(QStringLiteral("%1-%2.spectra").arg(stem, nameInPattern(modeName)),
+                                   FileHeader::spectraHeader(keys, modeName, infos, m_applied.inversionVars));
+        spectraFile->file->messageCallback = [logger, name = variant.name, modeName](const QString &message) {
+            logger.log(Log::Debug, QStringLiteral("Updated %1 %2 spectra file:\n%3").arg(name, modeName, message));
+        };
+        files->spectra.insert(mode, spectraFile);
+    }
+    m_files.insert(id, files);
+}
+
+PlainFileOutput::StdFiles *PlainFileOutput::filesOf(int dpVariantId) const
+{
+    return m_files.value(dpVariantId).get();
+}
+
+void PlainFileOutput::closeFiles()
+{
+    for (const auto &files : qAsConst(m_files)) {
+        for (File *file : {files->records.get(), files->diagnostics.get(), files->currents.get()})
+            if (file)
+                file->close();
+        for (const auto &spectraFile : qAsConst(files->spectra))
+            spectraFile->file->close();
+    }
+    for (File *file : {m_rawFile.get(), m_logFile.get()})
+        if (file)
+            file->close();
+}
+
+// ---- rows
+
+template<typename MakeRow>
+PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime localTime, MakeRow makeRow)
+{
+    bool written = false;
+    try {
+        file.openFor(localTime);
+        m_row->clear();
+        makeRow(*m_row);
+        m_row->endLine();
+        file.append(m_row->data(), m_row->size());
+        file.flagIds.commit();
+        written = true;
+        file.settle();
+    } catch (const FileOutputError &error) {
+        logLoss(file.wantedName(), error.message());
+        if (!written)
+            file.flagIds.rollBack();
+    }
+    ++(written ? m_counts.written : m_counts.lost);
+    return written ? RowResult::Written : RowResult::Lost;
+}
+
+void PlainFileOutput::logLoss(const QString &fileName, const QString &message)
+{
+    if (m_lossMessages == LossMessages::FirstOfFile && m_toldFiles.contains(fileName))
+        return;
+    m_toldFiles.insert(fileName);
+    m_logger.log(Log::Error, message);
+}
+
+void PlainFileOutput::putHead(RowText &row, const RecordHead &head) const
+{
+    const auto putTime = [&](RecordTime time, std::int64_t offset) {
+        const RecordTime local = localTime(time, offset);
+        QByteArray text;
+        if (m_applied.timeFormat == defaultTimeFormat)
+            appendTimeText(text, local);
+        else
+            text = timeToString(local, m_applied.timeFormat).toUtf8();
+        row.addField(text);
+        if (offset != 0)
+            row.putBytes(utcOffsetToString(offset).toLatin1());
+    };
+    putTime(head.beginTime, head.beginUtcOffset);
+    putTime(head.endTime, head.endUtcOffset);
+    row.addField(m_applied.metadata->opmodeName(head.opmode).toUtf8());
+}
+
+PlainFileOutput::RowResult PlainFileOutput::writeRecordRow(const FullRecord &record)
+{
+    StdFiles *files = filesOf(record.dpVariantId);
+    if (!files || !files->records || record.provisional)
+        return RowResult::Skipped;
+    File &file = *files->records;
+    return writeRow(file, localTime(record.beginTime, record.beginUtcOffset), [&](RowText &row) {
+        QByteArray definitions;
+        QByteArray flags;
+        for (const auto &flag : record.flags)
+            if (flag)
+                flags += '!' + file.flagIds.idOf(flag, &definitions);
+        row.putBytes(definitions);
+        putHead(row, record);
+        addCurrents(row, *m_applied.metadata, record);
+        addDiagnostics(row, *m_applied.metadata, record);
+        row.addField(flags);
+    });
+}
+
+PlainFileOutput::RowResult PlainFileOutput::writeDiagnosticsRow(const FullRecord &record)
+{
+    // Provisional records are written here, unlike everywhere else.
+    StdFiles *files = filesOf(record.dpVariantId);
+    if (!files || !files->diagnostics)
+        return RowResult::Skipped;
+    return writeRow(*files->diagnostics, localTime(record.beginTime, record.beginUtcOffset), [&](RowText &row) {
+        putHead(row, record);
+        addDiagnostics(row, *m_applied.metadata, record);
+    });
+}
+
+PlainFileOutput::RowResult PlainFileOutput::writeCurrentsRow(const FullRecord &record)
+{
+    StdFiles *files = filesOf(record.dpVariantId);
+    if (!files || !files->currents || record.provisional)
+        return RowResult::Skipped;
+    return writeRow(*files->currents, localTime(record.beginTime, record.beginUtcOffset), [&](RowText &row) {
+        putHead(row, record);
+        addCurrents(row, *m_applied.metadata, record);
+    });
+}
+
+PlainFileOutput::RowResult PlainFileOutput::writeSpectraRow(const RecordHead &head,
+                                                            const SpectMath::SpectrumPointerList &spectra,
+                                                            bool provisional)
+{
+    StdFiles *files = filesOf(head.dpVariantId);
+    const auto spectraFile = files ? files->spectra.value(head.opmode) : nullptr;
+    if (!spectraFile || provisional)
+        return RowResult::Skipped;
+    return writeRow(*spectraFile->file, localTime(head.beginTime, head.beginUtcOffset), [&](RowText &row) {
+        putHead(row, head);
+        for (const auto &info : qAsConst(spectraFile->spectra))
+            addSpectrum(row, *info, spectrumOf(spectra, info), m_applied.inversionVars);
+    });
+}
+
+PlainFileOutput::RowResult PlainFileOutput::writeSpectraRow(const Record &record)
+{
+    return writeSpectraRow(record, record.spectra, record.spectraProvisional);
+}
+
+// ---- slots
+
+void PlainFileOutput::rawRecord(RawRecordPointer record)
+{
+    Q_ASSERT(QObject::thread() == QThread::currentThread());
+    if (m_rawFile && record)
+        writeRow(*m_rawFile, record->instrumentTime,
+                 [&](RowText &row) { addRawFields(row, *m_applied.metadata, *record); });
+}
+
+void PlainFileOutput::fullRecord(FullRecordPointer record)
+{
+    if (QObject::thread() != QThread::currentThread())
+        m_logger.log(Log::Error, QStringLiteral("FileOutput::fullRecord not called from correct thread"));
+    if (!record || record->interim || record->provisional)
+        return;
+    writeRecordRow(*record);
+    writeDiagnosticsRow(*record);
+    writeCurrentsRow(*record);
+}
+
+void PlainFileOutput::spectra(SpectMath::SpectrumRecordPointer record)
+{
+    Q_ASSERT(QObject::thread() == QThread::currentThread());
+    if (record)
+        writeSpectraRow(*record, record->spectra, record->provisional);
+}
+
+void PlainFileOutput::addLogEntry(Log::Entry msg)
+{
+    Q_ASSERT(QObject::thread() == QThread::currentThread());
+    if (!m_logFile)
+        return;
+    const RecordTime time = recordTimeFromTicks(saturatedMultiply(msg.time.toMSecsSinceEpoch(), ticksPerMillisecond));
+    writeRow(*m_logFile, localTime(time, localUtcOffset(time)), [&](RowText &row) {
+        QString message = msg.message;
+        message.replace(QLatin1Char('\n'), QLatin1String("\n\t"));
+        row.putBytes(QStringLiteral("%1\t%2\t%3\t%4")
+                         .arg(msg.time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")), Log::levelName(msg.level),
+                              msg.source, message)
+                         .toUtf8());
+    });
+}
+
+void PlainFileOutput::stop()
+{
+    Q_ASSERT(QObject::thread() == QThread::currentThread());
+    Q_EMIT stopped();
+}
+
+} // namespace Spectrometer

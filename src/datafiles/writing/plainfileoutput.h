@@ -1,0 +1,123 @@
+#pragma once
+
+#include "log/logger.h"
+#include "records/rawrecord.h"
+#include "records/record.h"
+#include "records/recordmetadata.h"
+#include "spectra/spectrum.h"
+
+#include <QHash>
+#include <QMap>
+#include <QMutex>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QVector>
+
+#include <memory>
+
+namespace Spectrometer {
+
+class RowText;
+
+/// Writes records to day files of tab-separated text, each opened with a header that describes it. A file that already
+/// ends in a block of the same header is continued. Every row is in the file when its writer returns; one that could
+/// not be written is logged under "filewriter", the file ends where it ended before, and the output goes on.
+///
+/// Lives on one thread; settings() and setSettings() may be called from any.
+class PlainFileOutput : public QObject {
+    Q_OBJECT
+public:
+    class File;
+    struct SpectraFile;
+    struct StdFiles;
+
+    struct VariantSettings {
+        QString name;
+        bool diagnostics = false;
+        bool currents = false;
+        bool records = true;
+        bool spectra = true;
+    };
+
+    struct Settings {
+        QString folder;                       ///< made when the first row comes, if it doesn't exist
+        QString fileNamePattern;              ///< time codes, such as "%Y%m%d", expanded by the row's local time
+        QString timeFormat;                   ///< of the times in rows, such as "%Y-%m-%d %H:%M:%s"
+        QHash<int, VariantSettings> variants; ///< by RecordHead::dpVariantId
+        bool rawFile = false;
+        bool logFile = false;
+        bool inversionVars = false;                     ///< the residuals of the currents, in spectra files
+        std::shared_ptr<const RecordMetadata> metadata; ///< without it nothing is written
+        QMap<QString, QVector<SpectMath::SpectrumInfoPointer>>
+            spectra;    ///< what to write, by the name of the operating mode
+        QString remark; ///< free
+    };
+
+    /// What became of a row: `Skipped` is one that the settings or the record don't ask for.
+    enum class RowResult { Written, Skipped, Lost };
+    struct RowCounts {
+        qint64 written = 0;
+        qint64 lost = 0;
+    };
+
+    explicit PlainFileOutput(const Settings &settings, QObject *parent = nullptr);
+    ~PlainFileOutput() override;
+
+    Settings settings() const;
+    /// Takes effect with the next applySettings().
+    void setSettings(const Settings &settings);
+
+    // ---- single rows, for direct callers. Provisional records are skipped, except for diagnostics.
+    RowResult writeRecordRow(const FullRecord &record);
+    RowResult writeDiagnosticsRow(const FullRecord &record);
+    RowResult writeCurrentsRow(const FullRecord &record);
+    /// `provisional` tells whether these spectra are.
+    RowResult writeSpectraRow(const RecordHead &head, const SpectMath::SpectrumPointerList &spectra, bool provisional);
+    /// The record's own spectra.
+    RowResult writeSpectraRow(const Record &record);
+
+    /// Which lost rows are logged: each, or the first of each file, for who tells their number in the end.
+    enum class LossMessages { EachRow, FirstOfFile };
+    void setLossMessages(LossMessages messages) { m_lossMessages = messages; }
+    /// The rows of all kinds since the object was made.
+    RowCounts counts() const { return m_counts; }
+    /// Closes and unlocks all files; the next rows open them again.
+    void closeFiles();
+
+public Q_SLOTS:
+    void rawRecord(Spectrometer::RawRecordPointer record);
+    /// The records, diagnostics and currents rows of a final record.
+    void fullRecord(Spectrometer::FullRecordPointer record);
+    void spectra(SpectMath::SpectrumRecordPointer record);
+    void addLogEntry(Log::Entry msg);
+    /// Drops all files and prepares those that the settings ask for.
+    void applySettings();
+    void stop();
+
+Q_SIGNALS:
+    void stopped();
+
+private:
+    StdFiles *filesOf(int dpVariantId) const;
+    void makeVariantFiles(int id, const VariantSettings &variant, const QVariantMap &commonKeys);
+    /// Opens the file for that local time and appends what `makeRow(row)` puts into the row.
+    template<typename MakeRow>
+    RowResult writeRow(File &file, RecordTime localTime, MakeRow makeRow);
+    void putHead(RowText &row, const RecordHead &head) const;
+    void logLoss(const QString &fileName, const QString &message);
+
+    Log::Logger m_logger;
+    mutable QMutex m_settingsMutex; ///< guards m_settings
+    Settings m_settings;
+    Settings m_applied; ///< what the files were made from
+    QHash<int, std::shared_ptr<StdFiles>> m_files;
+    std::unique_ptr<File> m_rawFile;
+    std::unique_ptr<File> m_logFile;
+    std::unique_ptr<RowText> m_row; ///< one buffer for all rows
+    RowCounts m_counts;
+    LossMessages m_lossMessages = LossMessages::EachRow;
+    QSet<QString> m_toldFiles; ///< of which a loss was logged
+};
+
+} // namespace Spectrometer

@@ -1,0 +1,200 @@
+#include "datafiles/writing/plainfileoutput_file.h"
+
+#include "datafiles/writing/plainfileoutput_match.h"
+#include "util/lockedfile.h"
+#include "util/timeformat.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+
+#include <unistd.h>
+
+namespace Spectrometer {
+
+namespace {
+
+/// No code finer than a day in the pattern, "%s" and "%f" included.
+bool hasOnlyDayCodes(const QString &pattern)
+{
+    for (int i = 0; i + 1 < pattern.size(); ++i) {
+        if (pattern.at(i) != QLatin1Char('%'))
+            continue;
+        ++i;
+        while (i < pattern.size() && pattern.at(i).isDigit())
+            ++i;
+        if (i < pattern.size() && QStringLiteral("HMSsf").contains(pattern.at(i)))
+            return false;
+    }
+    return true;
+}
+
+/// Writes all bytes; false with errno set if not all could be written.
+bool writeAll(int handle, const char *bytes, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(handle, bytes, size);
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
+            return false;
+        }
+        bytes += written;
+        size -= std::size_t(written);
+    }
+    return true;
+}
+
+QByteArray joined(const QList<QByteArray> &lines)
+{
+    QByteArray text;
+    for (const QByteArray &line : lines)
+        text += line + '\n';
+    return text;
+}
+
+} // namespace
+
+PlainFileOutput::File::File(const QString &pattern, const QList<QByteArray> &header)
+    : m_pattern(pattern), m_header(header), m_onlyDayCodes(hasOnlyDayCodes(pattern))
+{
+}
+
+PlainFileOutput::File::~File() = default;
+
+void PlainFileOutput::File::close()
+{
+    m_file.reset();
+    m_currentName.clear();
+    m_handle = -1;
+    flagIds.clear();
+}
+
+QString PlainFileOutput::File::nameFor(RecordTime localTime)
+{
+    // A negative time has no text, and so no file.
+    if (localTime < RecordTime())
+        throw FileOutputError(
+            QStringLiteral("Failed to open file \"%1\". Data was lost!").arg(timeToString(localTime, m_pattern)));
+    const std::int64_t day = ticksOf(localTime) / ticksPerDay;
+    if (!m_onlyDayCodes || day != m_namedDay) {
+        m_nameOfDay = timeToString(localTime, m_pattern);
+        m_namedDay = day;
+    }
+    return m_nameOfDay;
+}
+
+void PlainFileOutput::File::openFor(RecordTime localTime)
+{
+    m_wantedName = m_pattern;
+    const QString name = m_wantedName = nameFor(localTime);
+    if (m_file && name == m_currentName)
+        return;
+    m_message = m_file ? QStringLiteral("closing \"%2\"\nopening \"%1\"").arg(name, m_currentName)
+                       : QStringLiteral("opening \"%1\"").arg(name);
+    close();
+    const bool existed = QFileInfo::exists(name);
+    try {
+        openNamed(name);
+        checkHeader();
+    } catch (const FileOutputError &) {
+        // Without its header a file must not be written to. What was made for it goes again.
+        if (!existed && m_file)
+            m_file->remove();
+        close();
+        throw;
+    }
+    if (messageCallback && !m_message.isEmpty())
+        messageCallback(m_message);
+}
+
+void PlainFileOutput::File::openNamed(const QString &name)
+{
+    const QFileInfo target(name);
+    if (!target.exists()) {
+        m_message += QStringLiteral("\nfile did not exist");
+        const QString folder = target.path();
+        if (!QFileInfo::exists(folder) && !QDir().mkpath(folder))
+            throw FileOutputError(QStringLiteral("Failed to create path \"%1\". Data was lost!").arg(folder));
+    }
+    const auto file = std::make_shared<LockedFile>(name);
+    // A pipe or a device under this name would never end when it is searched for headers.
+    if ((target.exists() && !target.isFile()) || !file->open(QIODevice::ReadWrite | QIODevice::Text))
+        throw FileOutputError(QStringLiteral("Failed to open file \"%1\". Data was lost!").arg(name));
+    if (!file->lock(LockedFile::WriteLock, false))
+        throw FileOutputError(QStringLiteral("Failed to lock file \"%1\" for writing. Data was lost!").arg(name));
+    if (file->fileName() != name)
+        m_message += QStringLiteral("\nalternative name \"%1\".").arg(file->fileName());
+    m_file = file;
+    m_currentName = name;
+    m_handle = file->handle();
+}
+
+int PlainFileOutput::File::matchedHeader(bool *endsInLine)
+{
+    // A line that is longer than all header lines can't match, however long it is.
+    int longest = 0;
+    for (const QByteArray &line : m_header)
+        longest = std::max(longest, line.size());
+    QByteArray piece(longest + 3, Qt::Uninitialized);
+
+    HeaderMatch match(m_header);
+    bool continued = false;
+    *endsInLine = true;
+    m_file->seek(0);
+    while (!m_file->atEnd()) {
+        const qint64 size = m_file->readLine(piece.data(), piece.size());
+        if (size <= 0) {
+            match.reset();
+            break;
+        }
+        *endsInLine = piece.at(int(size) - 1) == '\n';
+        if (!continued)
+            match.addLine(QByteArray::fromRawData(piece.constData(), int(size) - (*endsInLine ? 1 : 0)));
+        continued = !*endsInLine;
+    }
+    m_message += match.message();
+    return match.matched();
+}
+
+void PlainFileOutput::File::checkHeader()
+{
+    QByteArray text = joined(m_header);
+    if (matchHeader && !m_header.isEmpty()) {
+        bool endsInLine = true;
+        if (matchedHeader(&endsInLine) == m_header.size())
+            text.clear();
+        if (!endsInLine)
+            text.prepend('\n');
+    } else {
+        m_message += QStringLiteral("\nwriting header");
+    }
+    if (!text.isEmpty())
+        append(text.constData(), std::size_t(text.size()));
+    flagIds.clear();
+}
+
+void PlainFileOutput::File::append(const char *bytes, std::size_t size)
+{
+    // Past QFile's own buffer: what a full disk refused would stay in it and reach the file with a later row.
+    const off_t end = ::lseek(m_handle, 0, SEEK_END);
+    if (end < 0 || !writeAll(m_handle, bytes, size)) {
+        const QString name = m_currentName;
+        const QString reason = qt_error_string(errno);
+        if (end >= 0 && ::ftruncate(m_handle, end) != 0)
+            close(); // the next opening mends the broken line
+        throw FileOutputError(QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!").arg(name, reason));
+    }
+}
+
+void PlainFileOutput::File::settle()
+{
+    if (!m_file->isLocked())
+        throw FileOutputError(
+            QStringLiteral("Failed to lock file \"%1\". Writing succeeded anyway!").arg(m_currentName));
+    m_file->touch();
+}
+
+} // namespace Spectrometer

@@ -1,0 +1,318 @@
+#include "gui/browser/controls/colorbar.h"
+
+#include <QImage>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <cmath>
+
+namespace {
+
+constexpr double halo = 0x80 / 255.0; ///< opacity of the light rim around ticks and texts
+
+/// The whole decades from floor(lower) up to but without ceil(upper). Counted in integers: a step of one is lost in
+/// limits of 1e17.
+template<typename Function>
+void forEachDecade(double lower, double upper, Function function)
+{
+    const double first = std::floor(lower);
+    const int count = int(std::min(std::ceil(upper) - first, 22.0));
+    for (int i = 0; i < count; ++i)
+        function(first + i);
+}
+
+QPen haloPen()
+{
+    QColor color(Qt::white);
+    color.setAlphaF(halo);
+    return QPen(color, 3);
+}
+
+} // namespace
+
+Colorbar::Colorbar(Qt::Orientation orientation, QWidget *parent) : QFrame(parent), m_orientation(orientation)
+{
+    setFrameShape(QFrame::StyledPanel);
+    setFrameShadow(QFrame::Sunken);
+    setSizePolicy(QSizePolicy::Preferred, sizePolicy().verticalPolicy());
+    setCursor(Qt::OpenHandCursor);
+    setMouseTracking(true);
+    setStatusTip(tr("Click and drag left/right half of the colorscale to change minimum/maximum values."));
+    updateLabelFont();
+}
+
+void Colorbar::updateLabelFont()
+{
+    m_labelFont = font();
+    if (m_labelFont.pointSizeF() > 0)
+        m_labelFont.setPointSizeF(std::max(1.0, m_labelFont.pointSizeF() - 1));
+    else // a font of pixels has no points
+        m_labelFont.setPixelSize(std::max(1, m_labelFont.pixelSize() - 1));
+}
+
+void Colorbar::changeEvent(QEvent *event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        updateLabelFont();
+        updateGeometry();
+    }
+}
+
+QSize Colorbar::minimumSizeHint() const
+{
+    return {300, fontMetrics().height() + 5};
+}
+
+void Colorbar::setColormap(const Colormap::Map &colormap)
+{
+    m_colormap = colormap;
+    update();
+}
+
+void Colorbar::setLimits(double lower, double upper)
+{
+    if (!areUsable(lower, upper) || (lower == m_lower && upper == m_upper))
+        return;
+    m_lower = lower;
+    m_upper = upper;
+    update();
+    Q_EMIT limitsChanged(m_lower, m_upper);
+}
+
+void Colorbar::markValue(double value)
+{
+    m_markedValue = value;
+    update();
+}
+
+// ---- painting
+
+void Colorbar::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    drawFrame(&painter);
+    const QRect area = contentsRect();
+    if (!m_colormap || area.isEmpty())
+        return;
+    painter.setClipRect(area);
+    drawColors(painter, area);
+    if (!(m_upper > m_lower))
+        return;
+    painter.translate(area.topLeft());
+    if (m_orientation == Qt::Horizontal)
+        drawHorizontalTicks(painter, QRect(QPoint(), area.size()));
+    else
+        drawVerticalTicks(painter, QRect(QPoint(), area.size()));
+}
+
+void Colorbar::drawColors(QPainter &painter, const QRect &area) const
+{
+    const qreal ratio = devicePixelRatioF();
+    QImage image(qRound(area.width() * ratio), qRound(area.height() * ratio), QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        if (m_orientation == Qt::Vertical)
+            std::fill_n(line, image.width(), m_colormap(1 - double(y) / image.height()));
+        else if (y == 0)
+            for (int x = 0; x < image.width(); ++x)
+                line[x] = m_colormap(double(x) / image.width());
+        else
+            std::copy_n(reinterpret_cast<const QRgb *>(image.constScanLine(0)), image.width(), line);
+    }
+    painter.drawImage(area, image);
+}
+
+double Colorbar::tickPosition(double decade, int size) const
+{
+    return std::trunc((decade - m_lower) / (m_upper - m_lower) * size + 0.5) - 0.5;
+}
+
+void Colorbar::drawHorizontalTicks(QPainter &painter, const QRect &area) const
+{
+    const int h = area.height();
+    QPainterPath ticks;
+    const auto addTick = [&](double decade, double length) {
+        const double x = tickPosition(decade, area.width());
+        ticks.moveTo(x, h);
+        ticks.lineTo(x, h - length);
+    };
+    forEachDecade(m_lower, m_upper, [&](double decade) {
+        addTick(decade, 3);
+        for (int m = 2; m <= 9; ++m)
+            addTick(decade + std::log10(m), 1.5);
+    });
+    QPainterPath labels;
+    if (std::isnan(m_markedValue))
+        addDecadeLabels(labels, area.size());
+    else
+        addMarkLabel(labels, area.size());
+
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.strokePath(ticks, haloPen());
+    painter.strokePath(labels, haloPen());
+    painter.strokePath(ticks, QPen(Qt::black));
+    painter.fillPath(labels, Qt::black);
+}
+
+void Colorbar::addDecadeLabels(QPainterPath &path, const QSize &size) const
+{
+    const QFontMetrics metrics(m_labelFont, this);
+    const int baseline = (metrics.height() - 3 + size.height()) / 2 - metrics.descent();
+    double freeFrom = 0; // where the last label ended; a text that is cut or touches its neighbour misleads
+    forEachDecade(m_lower, m_upper, [&](double decade) {
+        const QString text = QString::number(std::pow(10.0, decade), 'g', 6);
+        const int width = metrics.horizontalAdvance(text);
+        const double left = tickPosition(decade, size.width()) - width / 2.0;
+        if (left < freeFrom || left + width > size.width())
+            return;
+        path.addText(left, baseline, m_labelFont, text);
+        freeFrom = left + width + metrics.horizontalAdvance(QLatin1Char(' '));
+    });
+}
+
+void Colorbar::addMarkLabel(QPainterPath &path, const QSize &size) const
+{
+    const QFontMetrics metrics(m_labelFont, this);
+    const QString text = QString::number(std::pow(10.0, m_markedValue), 'g', 6);
+    const double furthest = size.width() - metrics.horizontalAdvance(text) - 3;
+    const double x = std::max(3.0, std::min(tickPosition(m_markedValue, size.width()) + 3, furthest));
+    path.addText(x, (metrics.height() - 3 + size.height()) / 2 - metrics.descent(), m_labelFont, text);
+}
+
+void Colorbar::drawVerticalTicks(QPainter &painter, const QRect &area) const
+{
+    const QFontMetrics metrics(m_labelFont, this);
+    painter.setFont(m_labelFont);
+    QColor faint(Qt::black);
+    faint.setAlphaF(halo);
+    const auto drawTick = [&](double v, const QPen &pen) {
+        const double y = (m_upper - v) / (m_upper - m_lower) * area.height();
+        painter.setPen(pen);
+        painter.drawLine(QLineF(0, y, 2, y));
+        painter.drawLine(QLineF(area.width() - 3, y, area.width(), y));
+        return y;
+    };
+    double freeAbove = area.height() + metrics.height();
+    forEachDecade(m_lower, m_upper, [&](double decade) {
+        for (int m = 2; m <= 9; ++m)
+            drawTick(decade + std::log10(m), QPen(faint, 1));
+        const double y = drawTick(decade, QPen(Qt::black, 2));
+        if (y + metrics.height() / 2.0 > freeAbove)
+            return;
+        painter.drawText(QRectF(0, y - metrics.height() / 2.0, area.width(), metrics.height()), Qt::AlignCenter,
+                         QString::number(decade, 'g', 6));
+        freeAbove = y - metrics.height() / 2.0;
+    });
+}
+
+// ---- mouse
+
+int Colorbar::length() const
+{
+    const QRect area = contentsRect();
+    return std::max(1, m_orientation == Qt::Horizontal ? area.width() : area.height());
+}
+
+int Colorbar::along(const QPoint &pos) const
+{
+    const QRect area = contentsRect();
+    return m_orientation == Qt::Horizontal ? pos.x() - area.x() : area.y() + area.height() - pos.y();
+}
+
+int Colorbar::across(const QPoint &pos) const
+{
+    return m_orientation == Qt::Horizontal ? pos.y() : -pos.x();
+}
+
+void Colorbar::mousePressEvent(QMouseEvent *event)
+{
+    const int size = length();
+    const int p = along(event->pos());
+    m_pressPoint = event->pos();
+    m_pressValue = valueAt(p);
+    m_valuePerPixel = (m_upper - m_lower) / size;
+    m_startUpper = m_upper;
+    m_startLower = m_lower;
+    if (event->button() == Qt::LeftButton) {
+        if (p >= size / 2 && p <= size - size / 2)
+            return; // the middle belongs to neither half
+        m_dragMode = p < size / 2 ? DragLower : DragUpper;
+        m_dragging = true;
+        setCursor(Qt::ClosedHandCursor);
+    } else if (event->button() == Qt::RightButton) {
+        Q_EMIT mouseMarkedValue(m_pressValue);
+        event->accept();
+    }
+}
+
+void Colorbar::dragTo(const QPoint &pos)
+{
+    const double size = length();
+    const double p0 = along(m_pressPoint);
+    const double d = along(pos) - p0;
+    if (m_dragMode == DragUpper) {
+        setLimits(m_startLower, m_startLower + p0 / (p0 + d) * (m_startUpper - m_startLower));
+    } else if (m_dragMode == DragLower) {
+        setLimits(m_startUpper + (size - p0) / (size - p0 - d) * (m_startLower - m_startUpper), m_startUpper);
+    } else { // about the press point; no press chooses this yet
+        const double perPixel = std::pow(0.995, across(pos) - across(m_pressPoint)) * m_valuePerPixel;
+        const double base = m_pressValue - d * perPixel;
+        setLimits(base - p0 * perPixel, base + (size - p0) * perPixel);
+    }
+}
+
+void Colorbar::mouseMoveEvent(QMouseEvent *event)
+{
+    const int p = along(event->pos());
+    const bool marks = event->buttons().testFlag(Qt::RightButton);
+    // A release that went elsewhere, as to a dialog that came up, ends a drag too.
+    if (m_dragging && !event->buttons().testFlag(Qt::LeftButton))
+        m_dragging = false;
+    if (!marks && !std::isnan(m_markedValue))
+        Q_EMIT mouseMarkedValue(std::numeric_limits<double>::quiet_NaN());
+    if (m_dragging) {
+        dragTo(event->pos());
+    } else if (marks) {
+        Q_EMIT mouseMarkedValue(valueAt(p));
+        event->accept();
+    } else {
+        const int edge = std::min(length() / 3, 30);
+        setCursor(p < edge || p > length() - edge ? Qt::OpenHandCursor : Qt::ArrowCursor);
+    }
+}
+
+void Colorbar::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton && m_dragging) {
+        setCursor(Qt::OpenHandCursor);
+        m_dragging = false;
+    } else if (event->button() == Qt::RightButton) {
+        Q_EMIT mouseMarkedValue(std::numeric_limits<double>::quiet_NaN());
+        event->accept();
+    }
+}
+
+void Colorbar::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT doubleClicked();
+    else
+        mousePressEvent(event);
+}
+
+void Colorbar::wheelEvent(QWheelEvent *event)
+{
+    event->accept();
+    const double steps = event->angleDelta().y() * 0.125 / 15;
+    if (along(event->position().toPoint()) >= length() / 2.0)
+        setLimits(m_lower, m_upper + steps * 0.02);
+    else
+        setLimits(m_lower + steps * 0.02, m_upper);
+}
+
+void Colorbar::contextMenuEvent(QContextMenuEvent *event)
+{
+    event->accept();
+}

@@ -1,0 +1,153 @@
+#include "gui/browser/plots/opmodeplot.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+namespace Tsb {
+
+namespace {
+
+const QColor noFlagColor(238, 238, 236);
+const QColor cursorColor(0, 0, 0, 80);
+constexpr int edgeMargin = 8;  ///< columns
+constexpr int mostModes = 120; ///< so that two styles for each, and two more, fit into a byte
+
+/// The style of final records of a mode; the next one is that of provisional ones.
+std::uint8_t firstStyleOf(int opmode, int knownModes)
+{
+    return std::uint8_t(2 * (opmode >= 0 && opmode < knownModes ? opmode : knownModes));
+}
+
+} // namespace
+
+QColor paleTint(const QColor &color)
+{
+    const auto pale = [](int channel) { return int(channel * 0.5 + 127); };
+    return QColor(pale(color.red()), pale(color.green()), pale(color.blue()));
+}
+
+OpmodePlot::OpmodePlot(QWidget *parent) : Plot(parent)
+{
+    rebuildStyles();
+    showOpmode();
+}
+
+QSize OpmodePlot::sizeHint() const
+{
+    const QMargins margins = contentsMargins();
+    return QSize(-1, QFontMetrics(font()).height() + 4 + margins.top() + margins.bottom());
+}
+
+void OpmodePlot::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
+{
+    if (m_uiInfo)
+        disconnect(m_uiInfo.get(), nullptr, this, nullptr);
+    m_uiInfo = std::move(uiInfo);
+    if (m_uiInfo)
+        connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &OpmodePlot::reloadSetup);
+    reloadSetup();
+}
+
+void OpmodePlot::reloadSetup()
+{
+    rebuildStyles();
+    if (m_mode == Opmode)
+        showOpmode();
+    else
+        showFlag(m_flag);
+}
+
+/// Styles 2 m and 2 m + 1 are mode m, final and provisional; then an unknown mode likewise; the last is "no flag".
+void OpmodePlot::rebuildStyles()
+{
+    m_styles.clear();
+    const auto add = [this](const QPen &pen, const QBrush &brush) {
+        m_styles.push_back({pen, brush, false});
+        m_styles.push_back({pen, QBrush(Qt::white), true});
+    };
+    m_knownModes = 0;
+    if (m_uiInfo) {
+        for (const QColor &color : m_uiInfo->opmodeColors()) {
+            if (m_knownModes == mostModes)
+                break;
+            add(QPen(QBrush(color), 0, Qt::SolidLine, Qt::SquareCap), QBrush(paleTint(color)));
+            ++m_knownModes;
+        }
+    }
+    add(QPen(QBrush(Qt::black), 0, Qt::SolidLine, Qt::SquareCap), QBrush());
+    m_styles.push_back({QPen(Qt::NoPen), QBrush(noFlagColor), false});
+}
+
+std::uint8_t OpmodePlot::flagStyleOf(const Record &record) const
+{
+    const bool raised = std::any_of(record.flags.begin(), record.flags.end(),
+                                    [this](const auto &flag) { return flag->hash == m_flag.hash; });
+    return raised ? firstStyleOf(record.opmode, m_knownModes) : std::uint8_t(m_styles.size() - 1);
+}
+
+void OpmodePlot::showOpmode()
+{
+    m_mode = Opmode;
+    m_recordStyles.setValueOfMarks([known = m_knownModes](const RecordMarks &record) {
+        return std::uint8_t(firstStyleOf(record.opmode, known) + (record.provisional ? 1 : 0));
+    });
+    requestFullRedraw();
+}
+
+void OpmodePlot::showFlag(const Spectrometer::RecordFlag &flag)
+{
+    m_flag = flag;
+    m_mode = Flag;
+    m_recordStyles.setValueOf([this](const Record &record) { return flagStyleOf(record); });
+    requestFullRedraw();
+}
+
+// ---- the records' styles, kept beside the store
+
+void OpmodePlot::setDatastore(Datastore *store)
+{
+    if (datastore())
+        disconnect(datastore(), nullptr, this, nullptr);
+    Plot::setDatastore(store);
+    m_recordStyles.invalidate();
+}
+
+void OpmodePlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int flags)
+{
+    if (flags != SpectraChanged) // which no style shows
+        m_recordStyles.noteUpdated(*datastore(), index, *record);
+}
+
+void OpmodePlot::drawRange(QPainter &painter, int first, int last)
+{
+    if (!datastore() || first >= last)
+        return clearRange(painter, first, last);
+    BarStripSource source;
+    source.spans = &datastore()->recordSpans();
+    source.styles = &m_styles;
+    source.styleOf = m_recordStyles.values(*datastore());
+    // The raster engine rounds a corner at the edge of what it may draw on unlike one amid it. Drawn with a margin that
+    // is thrown away, a column comes out the same whether it is redrawn alone or with all others.
+    const QSize size(last - first + 2 * edgeMargin, contentsRect().height());
+    if (m_scratch.size() != size)
+        m_scratch = QImage(size, QImage::Format_ARGB32_Premultiplied);
+    m_scratch.fill(Qt::white);
+    TimeScale scale = timeScale();
+    scale.originPixel = saturatedSubtract(scale.originPixel, first - edgeMargin);
+    QPainter scratch(&m_scratch);
+    m_painter.draw(scratch, m_scratch, source, scale, 0, size.width());
+    scratch.end();
+    painter.drawImage(first, 0, m_scratch, edgeMargin, 0, last - first, size.height());
+}
+
+void OpmodePlot::drawOverlay(QPainter &painter)
+{
+    Plot::drawOverlay(painter);
+    if (!isTimeCursorVisible())
+        return;
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setPen(cursorColor);
+    painter.drawLine(timeCursorPixel(), contentsRect().top(), timeCursorPixel(), contentsRect().bottom());
+}
+
+} // namespace Tsb

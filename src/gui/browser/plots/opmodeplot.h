@@ -1,0 +1,54 @@
+#pragma once
+
+#include "columns/recordcolumn.h"
+#include "gui/browser/drawing/barstrip.h"
+#include "gui/browser/plots/plot.h"
+#include "gui/common/uiinfo.h"
+#include "records/recordflag.h"
+
+namespace Tsb {
+
+/// A strip of one line: in which operating mode the instrument was, or in which records one flag is raised.
+class OpmodePlot : public Plot {
+    Q_OBJECT
+public:
+    enum Mode { Opmode, Flag };
+
+    explicit OpmodePlot(QWidget *parent = nullptr);
+
+    Mode mode() const { return m_mode; }
+    const Spectrometer::RecordFlag &flag() const { return m_flag; }
+    void showOpmode();
+    void showFlag(const Spectrometer::RecordFlag &flag);
+
+    void setDatastore(Datastore *datastore) override;
+    void setUiInfo(std::shared_ptr<UiInfo> uiInfo);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+public Q_SLOTS:
+    void reloadSetup();
+
+protected:
+    void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags) override;
+    void drawRange(QPainter &painter, int first, int last) override;
+    void drawOverlay(QPainter &painter) override;
+
+private:
+    std::uint8_t flagStyleOf(const Record &record) const;
+    void rebuildStyles();
+
+    std::shared_ptr<UiInfo> m_uiInfo;
+    Mode m_mode = Opmode;
+    Spectrometer::RecordFlag m_flag;
+    int m_knownModes = 0; ///< modes that have a colour; more are drawn in black
+    std::vector<BarStyle> m_styles;
+    RecordColumn<std::uint8_t> m_recordStyles; ///< places in m_styles
+    BarStripPainter m_painter;
+    QImage m_scratch; ///< kept for its memory
+};
+
+/// The pale tint of an operating mode's colour that fills its bars.
+QColor paleTint(const QColor &color);
+
+} // namespace Tsb

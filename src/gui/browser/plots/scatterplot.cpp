@@ -1,0 +1,321 @@
+#include "gui/browser/plots/scatterplot.h"
+
+#include "columns/finiterange.h"
+#include "columns/scattervalues.h"
+#include "gui/browser/drawing/barstrip.h"
+#include "gui/browser/drawing/markerpainter.h"
+#include "gui/browser/drawing/scatterseries.h"
+#include "gui/browser/plots/opmodeplot.h"
+#include "gui/browser/plots/scatterlabel.h"
+
+#include <QPainter>
+#include <QStaticText>
+#include <QTextOption>
+
+#include <cmath>
+
+namespace Tsb {
+
+using SpectMath::ConcentrationType;
+using SpectMath::decadesOf;
+
+namespace {
+
+constexpr std::uint8_t unknownPen = 255;
+constexpr int mostModes = 127;
+constexpr int markerMargin = 2; ///< a marker reaches beyond its record's own columns
+
+const QColor cursorColor(0, 0, 0, 80);
+
+QRgb opaque(const QColor &color)
+{
+    return color.isValid() ? color.rgb() | 0xff000000u : qRgb(0, 0, 0);
+}
+
+} // namespace
+
+ScatterPlot::ScatterPlot(QWidget *parent) : Plot(parent)
+{
+    setMouseTracking(true);
+    setRedrawMargin(markerMargin);
+    m_pens.setValueOfMarks([](const RecordMarks &record) {
+        const bool known = record.opmode >= 0 && record.opmode < mostModes;
+        return known ? std::uint8_t(2 * record.opmode + (record.regular ? 0 : 1)) : unknownPen;
+    });
+}
+
+ScatterPlot::~ScatterPlot() = default;
+
+// ---- what is drawn
+
+void ScatterPlot::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
+{
+    if (m_uiInfo)
+        disconnect(m_uiInfo.get(), nullptr, this, nullptr);
+    m_uiInfo = std::move(uiInfo);
+    if (m_uiInfo)
+        connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &ScatterPlot::reloadSetup);
+    reloadSetup();
+}
+
+void ScatterPlot::setScale(ValueScale scale)
+{
+    if (scale == m_scale)
+        return;
+    m_scale = scale;
+    requestFullRedraw();
+}
+
+void ScatterPlot::setSettings(ScatterPlotSettings settings)
+{
+    if (settings == m_settings)
+        return;
+    m_settings = std::move(settings);
+    rebuildSeries();
+}
+
+void ScatterPlot::reloadSetup()
+{
+    rebuildSeries();
+}
+
+void ScatterPlot::rebuildSeries()
+{
+    m_recordSeries.clear();
+    m_spectrumSeries.clear();
+    requestFullRedraw();
+    if (!m_uiInfo || !m_uiInfo->metadata())
+        return;
+    const int number = m_settings.electrometerNumber;
+    if (m_settings.type == ScatterPlotSettings::Electrometer) {
+        if (number < 0 || number >= m_uiInfo->metadata()->totalElectrometers)
+            return;
+        if (m_settings.showElectrometerNoise)
+            return addRecordSeries({&Record::currentVariances, number}, electrometerNoise, false, false);
+        if (m_settings.showRawCurrents)
+            addRecordSeries({&Record::rawCurrents, number}, slotValue, true, true);
+        if (m_settings.showProcessedCurrents)
+            addRecordSeries({&Record::currents, number}, slotValue, false, false);
+    } else if (m_settings.type == ScatterPlotSettings::Variable) {
+        if (const auto variable = m_uiInfo->metadata()->variable(m_settings.parameterName))
+            addRecordSeries({&Record::variables, variable->valueIndex}, slotValue, false, true);
+    } else {
+        rebuildSpectrumSeries();
+    }
+}
+
+void ScatterPlot::addRecordSeries(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular)
+{
+    RecordSeries series;
+    series.values.setValueOf([=](const Record &record) { return valueOf(record.*slot.vector, slot.slot); }, slot);
+    for (const QColor &color : m_uiInfo->opmodeColors())
+        for (const bool pale : {paleRegular, paleIrregular})
+            series.colors.push_back(opaque(pale ? paleTint(color) : color));
+    m_recordSeries.push_back(std::move(series));
+}
+
+void ScatterPlot::rebuildSpectrumSeries()
+{
+    for (const SpectMath::SpectrumInfoPointer &info : m_uiInfo->spectrumInfos()) {
+        if (!m_settings.visibleSpectra.contains(info->hash))
+            continue;
+        const QRgb color = opaque(m_uiInfo->spectrumColor(info.get()));
+        const auto add = [&](SeriesColumn column, auto valueOf) {
+            m_spectrumSeries.push_back({info, std::move(column), {}, color, valueOf});
+        };
+        if (m_settings.type == ScatterPlotSettings::Parameter) {
+            const auto valueOf = [parameter = m_settings.spectrumParameter](const SpectMath::Spectrum &s) {
+                return parameterOf(s, parameter);
+            };
+            add(SeriesColumn(info, valueOf), valueOf);
+            continue;
+        }
+        const auto valueOf = [weights = concentrationWeights(*info, m_settings)](const SpectMath::Spectrum &s) {
+            return concentrationOf(s, weights);
+        };
+        if (m_settings.totalConcentration && m_settings.concentrationType == ConcentrationType::number)
+            add(SeriesColumn::ofTotalDecades(info), valueOf);
+        else
+            add(SeriesColumn(info, [valueOf](const SpectMath::Spectrum &s) { return decadesOf(valueOf(s)); }), valueOf);
+    }
+}
+
+// ---- the values, kept beside the store
+
+void ScatterPlot::setDatastore(Datastore *store)
+{
+    if (datastore())
+        disconnect(datastore(), nullptr, this, nullptr);
+    Plot::setDatastore(store);
+    m_pens.invalidate();
+    rebuildSeries();
+}
+
+void ScatterPlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int flags)
+{
+    if ((flags & SpectraChanged) != 0) {
+        for (SpectrumSeries &series : m_spectrumSeries)
+            series.values.noteUpdated(*datastore(), record);
+        return;
+    }
+    m_pens.noteUpdated(*datastore(), index, *record);
+    for (RecordSeries &series : m_recordSeries)
+        series.values.noteUpdated(*datastore(), index, *record);
+}
+
+PixelRange ScatterPlot::rangeOfUpdatedRecord(int, const std::shared_ptr<Record> &record, int flags)
+{
+    const bool cameIn = (flags & (RecordCameIn | 8)) != 0;
+    const bool values = (flags & DataReplaced) != 0 && m_settings.type != ScatterPlotSettings::Concentration;
+    const bool spectra = (flags & SpectraChanged) != 0 && m_settings.usesSpectra();
+    return cameIn || values || spectra ? spanOf(*record, redrawMargin()) : PixelRange();
+}
+
+// ---- drawing
+
+double ScatterPlot::rowOf(double scaleValue) const
+{
+    return contentsRect().height() - m_scale.pixel(scaleValue);
+}
+
+template<typename Visit>
+void ScatterPlot::visitInSight(Visit visit)
+{
+    if (!datastore())
+        return;
+    const int width = contentsRect().width();
+    if (m_settings.usesSpectra()) {
+        for (SpectrumSeries &series : m_spectrumSeries) {
+            const auto run = barRun(datastore()->seriesSpans(series.info.get()), timeScale(), -1, width + 1);
+            visit(series.values.values(*datastore()) + run.first, run.second - run.first);
+        }
+        return;
+    }
+    const auto run = barRun(datastore()->recordSpans(), timeScale(), -1, width + 1);
+    for (RecordSeries &series : m_recordSeries)
+        visit(series.values.values(*datastore()) + run.first, run.second - run.first);
+}
+
+std::pair<double, double> ScatterPlot::minMax()
+{
+    FiniteRange range;
+    visitInSight([&range](const double *values, std::size_t count) { range.include(values, count); });
+    return range.isEmpty() ? std::make_pair(noValue, noValue) : std::make_pair(range.least, range.greatest);
+}
+
+// ---- the selected record
+
+std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) const
+{
+    std::vector<Point> points;
+    if (!m_uiInfo || !m_uiInfo->metadata())
+        return points;
+    const auto metadata = m_uiInfo->metadata();
+    if (!m_settings.usesSpectra()) {
+        const bool electrometer = m_settings.type == ScatterPlotSettings::Electrometer;
+        const auto variable = metadata->variable(m_settings.parameterName);
+        const QString name =
+            electrometer ? electrometerSeriesName(*metadata, m_settings.electrometerNumber) : m_settings.parameterName;
+        const QString unit = scatterUnit(m_settings, variable ? variable->unit : QString());
+        for (const RecordSeries &series : m_recordSeries) {
+            const double value = series.values.valueOf(record);
+            if (!std::isnan(value))
+                points.push_back({name, unit, value, value, series.colorOf(m_pens.valueOf(record))});
+        }
+        return points;
+    }
+    for (const auto &spectrum : record.spectra) {
+        for (const SpectrumSeries &series : m_spectrumSeries) {
+            if (spectrum->info.get() != series.info.get())
+                continue;
+            const double value = series.valueOf(*spectrum);
+            const bool decades = m_settings.type == ScatterPlotSettings::Concentration;
+            if (!std::isnan(value))
+                points.push_back({m_uiInfo->spectrumName(series.info.get()), scatterUnit(m_settings, QString()), value,
+                                  decades ? decadesOf(value) : value, series.color});
+        }
+    }
+    return points;
+}
+
+std::vector<double> ScatterPlot::scaleValuesOf(const Record &record) const
+{
+    std::vector<double> values;
+    for (const Point &point : pointsOf(record))
+        values.push_back(point.scaleValue);
+    return values;
+}
+
+void ScatterPlot::drawOverlay(QPainter &painter)
+{
+    const QRect contents = contentsRect();
+    if (m_settings.usesSpectra() && m_settings.visibleSpectra.isEmpty()) {
+        painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
+        painter.drawText(contents, Qt::AlignCenter, tr("No spectra"));
+    }
+    painter.setPen(cursorColor);
+    if (isValueCursorVisible())
+        painter.drawLine(contents.left(), valueCursorPixel(), contents.right(), valueCursorPixel());
+    if (isTimeCursorVisible())
+        painter.drawLine(timeCursorPixel(), contents.top(), timeCursorPixel(), contents.bottom());
+    if (currentRecord() && m_scale.valid)
+        drawSelectedRecord(painter, contents);
+}
+
+void ScatterPlot::drawSelectedRecord(QPainter &painter, const QRect &contents)
+{
+    const double x = timeScale().positionOf(currentRecord()->midTime);
+    if (!(x >= -2 && x <= contents.width() + 2))
+        return;
+    const std::vector<Point> points = pointsOf(*currentRecord());
+    double topmost = contents.height();
+    painter.save();
+    painter.translate(contents.topLeft());
+    painter.setBrush(Qt::white);
+    for (const Point &point : points) {
+        const double y = rowOf(point.scaleValue);
+        if (std::isnan(y))
+            continue;
+        const int row = qRound(std::max(std::min(y, double(contents.height())), -1.0));
+        painter.setPen(Qt::black);
+        painter.drawRect(qRound(x) - 3, row - 3, 6, 6);
+        if (y < 0 || y > contents.height() - 1) {
+            painter.fillRect(qRound(x) - 1, y < 0 ? 0 : contents.height() - 2, 2, 2, QColor(point.color));
+        } else {
+            painter.setPen(QColor(point.color));
+            painter.setBrush(Qt::NoBrush);
+            painter.drawRect(qRound(x) - 1, row - 1, 2, 2);
+            painter.setBrush(Qt::white);
+        }
+        topmost = std::min(topmost, double(row));
+    }
+    if (m_settings.datalabels && !points.empty())
+        drawLabel(painter, contents, points, x, topmost);
+    painter.restore();
+}
+
+/// To the right of the marker where it fits, otherwise to its left.
+void ScatterPlot::drawLabel(QPainter &painter, const QRect &contents, const std::vector<Point> &points, double x,
+                            double y)
+{
+    QStringList lines;
+    for (const Point &point : points)
+        lines << scatterLabelLine(point.color, point.name, point.value, point.unit);
+    QStaticText text(lines.join(QLatin1String("<br>")));
+    text.setTextFormat(Qt::RichText);
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap); // each value on one line
+    text.setTextOption(option);
+    text.prepare(QTransform(), painter.font());
+    const QSizeF size = text.size();
+    constexpr double distance = 8;
+    double left = x + distance;
+    if (left + size.width() > contents.width())
+        left = x - distance - size.width();
+    const double top = std::max(0.0, std::min(y - size.height() / 2, contents.height() - size.height()));
+    painter.fillRect(QRectF(QPointF(left, top), size).adjusted(-4, -2, 4, 2), QColor(255, 255, 255, 204));
+    painter.setPen(Qt::black);
+    painter.drawStaticText(QPointF(left, top), text);
+}
+
+} // namespace Tsb

@@ -1,0 +1,190 @@
+#include "gui/browser/plots/scatterplot.h"
+
+#include "gui/browser/drawing/barstrip.h"
+
+#include <QPainter>
+
+#include <array>
+#include <utility>
+
+namespace Tsb {
+
+namespace {
+
+constexpr std::uint32_t mostRecordSeries = 2; ///< raw and processed currents
+
+/// The first of the places from .. to - 1 that holds; `to` if none does. What holds at one place holds at all behind
+/// it. Looked for around the guess in steps that double.
+template<typename Holds>
+std::size_t firstPlace(std::size_t from, std::size_t to, std::size_t guess, Holds holds)
+{
+    std::size_t step = 1;
+    if (guess < from || guess >= to)
+        guess = from;
+    if (from < to && holds(guess)) {
+        to = guess;
+        while (from < to && holds(to - std::min(step, to - from)))
+            to -= std::min(std::exchange(step, 2 * step), to - from);
+        from = to - std::min(step, to - from);
+    } else {
+        from = std::min(to, guess + 1);
+        while (from < to && !holds(from + std::min(step, to - from) - 1))
+            from += std::min(std::exchange(step, 2 * step), to - from);
+        to = std::min(to, from + step);
+    }
+    while (from < to) {
+        const std::size_t middle = from + (to - from) / 2;
+        if (holds(middle))
+            to = middle;
+        else
+            from = middle + 1;
+    }
+    return from;
+}
+
+} // namespace
+
+void ScatterPlot::drawRange(QPainter &painter, int first, int last)
+{
+    clearRange(painter, first, last);
+    if (!datastore() || !m_scale.valid)
+        return;
+    QImage &image = *static_cast<QImage *>(painter.device());
+    if (m_settings.usesSpectra())
+        drawSpectrumSeries(image, first, last);
+    else
+        drawRecordSeries(image, first, last);
+}
+
+/// The places of a line's markers, block by block.
+class ScatterPlot::PlaceSource {
+public:
+    PlaceSource(const ValueScale &scale, int height, const double *values, const MarkerPlace *kept)
+        : m_scale(scale), m_height(height), m_values(values), m_kept(kept)
+    {
+    }
+    /// Of at most a block's entries from i on; until the next call.
+    const MarkerPlace *at(std::size_t i, std::size_t count)
+    {
+        if (m_kept)
+            return m_kept + i;
+        MarkerPlaces::of(m_scale, m_height, m_values + i, count, m_some.data());
+        return m_some.data();
+    }
+
+private:
+    ValueScale m_scale;
+    int m_height;
+    const double *m_values;
+    const MarkerPlace *m_kept; ///< of all entries; null: worked out as they are asked for
+    std::array<MarkerPlace, SpanIndex::blockSize> m_some;
+};
+
+/// A few columns are drawn without what is kept: to bring that up to date would cost what the whole line costs.
+template<typename Series>
+ScatterPlot::PlaceSource ScatterPlot::placesOf(Series &series, std::size_t size, std::size_t drawn)
+{
+    const int height = contentsRect().height();
+    const double *const values = series.values.values(*datastore());
+    const bool keep = drawn > size / 8;
+    return {m_scale, height, values,
+            keep ? series.places.places(m_scale, height, values, size, series.values.revision()) : nullptr};
+}
+
+/// Calls mark(i, n) for runs of the entries first .. first + count - 1 of a block that stand on one column, which
+/// is set.
+template<typename Mark>
+void ScatterPlot::markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
+                               std::size_t count, Mark mark)
+{
+    spans.fetchIfCrossing(first + 2 * SpanIndex::blockSize, column.until());
+    if (column.holdsBlockOf(spans, first)) {
+        marker.setColumn(column.column());
+        mark(0, count);
+        return;
+    }
+    const SpanIndex::Run run = spans.runFrom(first);
+    const auto middle = [&run](std::size_t k) { return middleTick(run.begins[k], run.ends[k]); };
+    for (std::size_t k = 0; k < count;) {
+        const int here = column(k == 0 ? middleTick(run.firstBegin, run.firstEnd) : middle(k));
+        std::size_t end = k + 1;
+        if (run.endsAscend)
+            end = firstPlace(end, count, spans.guessInRun(first, column.until()),
+                             [&](std::size_t i) { return middle(i) >= column.until(); });
+        while (end < count && column(middle(end)) == here)
+            ++end;
+        marker.setColumn(here);
+        mark(k, end - k);
+        k = end;
+    }
+}
+
+void ScatterPlot::drawRecordSeries(QImage &image, int first, int last)
+{
+    if (m_recordSeries.empty())
+        return;
+    const SpanIndex &spans = datastore()->recordSpans();
+    const auto run = barRun(spans, timeScale(), first - 1, last + 1);
+    const std::uint8_t *const pens = m_pens.values(*datastore());
+    std::vector<PlaceSource> lines;
+    for (RecordSeries &series : m_recordSeries)
+        lines.push_back(placesOf(series, spans.size(), run.second - run.first));
+    // A marker's name counts records and, in each, lines.
+    const auto nameOf = [](std::size_t record, std::size_t line) {
+        return MarkerPainter::Name(record * mostRecordSeries + line);
+    };
+    MarkerPainter marker(image, first, last, [&](MarkerPainter::Name name) {
+        return m_recordSeries[name % mostRecordSeries].colorOf(pens[name / mostRecordSeries]);
+    });
+    ColumnFinder column(timeScale(), first, last);
+    for (std::size_t i = run.first; i < run.second;) {
+        const std::size_t count = std::min(run.second - i, spans.runFrom(i).size);
+        std::array<const MarkerPlace *, mostRecordSeries> places;
+        for (std::size_t l = 0; l < lines.size(); ++l)
+            places[l] = lines[l].at(i, count);
+        markByColumn(marker, column, spans, i, count, [&](std::size_t k, std::size_t some) {
+            for (std::size_t l = 0; l < lines.size(); ++l)
+                marker.markEach(places[l] + k, some, lines.size(), l, nameOf(i + k, l), nameOf(1, 0));
+        });
+        i += count;
+    }
+}
+
+void ScatterPlot::drawSpectrumSeries(QImage &image, int first, int last)
+{
+    std::vector<ScatterCursor> cursors;
+    std::vector<PlaceSource> lines;
+    for (SpectrumSeries &series : m_spectrumSeries) {
+        const SpanIndex &spans = datastore()->seriesSpans(series.info.get());
+        const auto run = barRun(spans, timeScale(), first - 1, last + 1);
+        cursors.push_back({&spans, run.first, run.second});
+        lines.push_back(placesOf(series, spans.size(), run.second - run.first));
+    }
+    MarkerPainter marker(image, first, last, [&](MarkerPainter::Name name) { return m_spectrumSeries[name].color; });
+    ColumnFinder column(timeScale(), first, last);
+    std::vector<const MarkerPlace *> places(cursors.size());
+    const auto markCommon = [&](std::size_t count) {
+        for (std::size_t c = 0; c < cursors.size(); ++c)
+            places[c] = lines[c].at(cursors[c].next, count);
+        const auto mark = [&](std::size_t k, std::size_t some) {
+            for (std::size_t c = 0; c < cursors.size(); ++c)
+                marker.markEach(places[c] + k, some, cursors.size(), c, MarkerPainter::Name(c), 0);
+        };
+        markByColumn(marker, column, *cursors[0].spans, cursors[0].next, count, mark);
+        for (ScatterCursor &cursor : cursors)
+            cursor.next += count;
+    };
+    const auto markOne = [&](const ScatterCursor &at, std::size_t i) {
+        const std::ptrdiff_t c = &at - cursors.data();
+        marker.setColumn(column(middleTick(at.spans->begin(i), at.spans->end(i))));
+        marker.mark(*lines[std::size_t(c)].at(i, 1), MarkerPainter::Name(c));
+    };
+    for (bool more = true; more;) {
+        if (const std::size_t count = commonRun(cursors))
+            markCommon(count);
+        else
+            more = visitInTimeOrder(cursors, SpanIndex::blockSize, markOne);
+    }
+}
+
+} // namespace Tsb

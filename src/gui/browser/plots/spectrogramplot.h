@@ -1,0 +1,59 @@
+#pragma once
+
+#include "gui/browser/drawing/colormap.h"
+#include "gui/browser/plots/plot.h"
+#include "spectra/spectruminfo.h"
+#include "util/numeric.h"
+
+namespace Tsb {
+
+/// One spectrum as an image: time to the right, bins upward, colour for log10 of the values. The drawing is
+/// renderSpectrogram's; this is the plot that keeps its parameters and its cached image.
+class SpectrogramPlot : public Plot {
+    Q_OBJECT
+public:
+    explicit SpectrogramPlot(QWidget *parent = nullptr);
+
+    const SpectMath::SpectrumInfoPointer &spectrumInfo() const { return m_spectrumInfo; }
+    /// Null: nothing is drawn but the background. With reversedRows the last bin stands on the bottom row.
+    void setSpectrum(const SpectMath::SpectrumInfoPointer &info, bool reversedRows);
+    double colorLower() const { return m_colorLower; }
+    double colorUpper() const { return m_colorUpper; }
+
+    /// Adds the values in view, smoothed as they are drawn.
+    void addVisibleValuesTo(SpectMath::DecadeHistogram &histogram);
+
+public Q_SLOTS:
+    void setColorLimits(double lower, double upper); ///< decades
+    void setFillGaps(bool on);
+    void setSmoothingCoef(double width); ///< 0: off
+    void setWhiteBackground(bool on);
+    void setColormap(const Colormap::Map &colormap);
+
+protected:
+    void drawRange(QPainter &painter, int first, int last) override;
+    void clearRange(QPainter &painter, int first, int last) override;
+    void drawOverlay(QPainter &painter) override;
+    PixelRange rangeOfUpdatedRecord(int index, const std::shared_ptr<Record> &record, int flags) override;
+    PixelRange rangeOfRemovedRecord(int index, const std::shared_ptr<Record> &record) override;
+    std::shared_ptr<Record> findRecord(RecordTime tick, int direction) override;
+
+private:
+    std::shared_ptr<const Datastore::Series> series() const; ///< null without a store, spectrum or series
+    bool hasSpectrum(const Record &record) const;
+    int binCount() const;
+    const RealMatrix *smoothing();
+    void render(QImage &image, int first, int last, int offset);
+
+    SpectMath::SpectrumInfoPointer m_spectrumInfo;
+    double m_colorLower = 1;
+    double m_colorUpper = 3;
+    Colormap::Map m_colormap;
+    bool m_fillGaps = false;
+    bool m_whiteBackground = true;
+    bool m_reversedRows = false;
+    double m_smoothingCoef = 0;
+    RealMatrix m_smoothingMatrix; ///< 0 by 0 until it is needed
+};
+
+} // namespace Tsb

@@ -1,0 +1,77 @@
+#include "gui/browser/views/opmodeview.h"
+
+#include "gui/browser/controls/plaintooltip.h"
+#include "gui/browser/controls/viewlayout.h"
+#include "records/recordflagparser.h"
+
+#include <QFontMetrics>
+#include <QLabel>
+
+#include <algorithm>
+
+namespace Tsb {
+
+namespace {
+constexpr int greatestLabelHeight = 200; ///< of a message of many lines
+} // namespace
+
+OpmodeView::OpmodeView(QWidget *parent) : SinglePlotView<OpmodePlot>(parent), m_label(new QLabel(this))
+{
+    m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_label->setTextFormat(Qt::PlainText);
+    auto *strip = new OpmodePlot(this);
+    setPlot(strip);
+    viewLayout()->insertRow(0, m_label, nullptr);
+    viewLayout()->insertRow(1, nullptr, strip);
+    showOpmode();
+}
+
+/// The frame that the strip stands in, a line of text, and the label's line.
+int OpmodeView::heightOf(int labelHeight) const
+{
+    const QMargins margins = plot()->contentsMargins();
+    return margins.top() + labelHeight + QFontMetrics(font()).height() + margins.bottom();
+}
+
+void OpmodeView::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
+{
+    plot()->setUiInfo(uiInfo);
+    SinglePlotView<OpmodePlot>::setUiInfo(std::move(uiInfo));
+}
+
+void OpmodeView::showOpmode()
+{
+    m_label->hide();
+    setFixedHeight(heightOf(0));
+    setToolTip(QStringLiteral("Opmode"));
+    plot()->showOpmode();
+}
+
+void OpmodeView::showFlag(const QString &flagData)
+{
+    const auto flag = Spectrometer::makeRecordFlag(flagData);
+    m_label->setText(flag->message);
+    m_label->show();
+    setFixedHeight(heightOf(std::min(m_label->sizeHint().height(), greatestLabelHeight)));
+    setToolTip(plainToolTip(flag->message));
+    plot()->showFlag(*flag);
+}
+
+QVariant OpmodeView::settings() const
+{
+    if (plot()->mode() == OpmodePlot::Opmode)
+        return QVariantMap{{QStringLiteral("type"), QStringLiteral("opmode")}};
+    return QVariantMap{{QStringLiteral("type"), QStringLiteral("flag")}, {QStringLiteral("flag"), plot()->flag().text}};
+}
+
+void OpmodeView::setSettings(const QVariant &settings)
+{
+    const QVariantMap map = settings.toMap();
+    const QString type = map.value(QStringLiteral("type")).toString();
+    if (type == QLatin1String("opmode"))
+        showOpmode();
+    else if (type == QLatin1String("flag") && !map.value(QStringLiteral("flag")).toString().isEmpty())
+        showFlag(map.value(QStringLiteral("flag")).toString());
+}
+
+} // namespace Tsb

@@ -1,0 +1,113 @@
+#pragma once
+
+#include "gui/browser/controls/verticalscalewidget.h"
+#include "gui/browser/drawing/colormap.h"
+#include "gui/browser/plots/spectrogramplot.h"
+#include "gui/browser/views/multiplotview.h"
+
+#include <QSet>
+#include <QStringList>
+
+#include <limits>
+
+class Colorbar;
+class ExpSpinBox;
+class QActionGroup;
+class QDoubleSpinBox;
+class QFrame;
+class QLabel;
+class QMenu;
+class QToolButton;
+
+namespace Tsb {
+
+class Resizer;
+class SpectraSelectionWidget;
+
+/// A spectrogram strip for each visible spectrum, with a scale on the left of each, and one colour bar for all.
+class SpectrogramView : public MultiPlotView<SpectrogramPlot, VerticalScaleWidget> {
+    Q_OBJECT
+public:
+    explicit SpectrogramView(QWidget *parent = nullptr);
+    ~SpectrogramView() override;
+
+    const QSet<QString> &visibleSpectra() const { return m_visibleSpectra; }
+    /// Limits of the colours in decades; not a number until they are set.
+    double colorLower() const { return m_colorLower; }
+    double colorUpper() const { return m_colorUpper; }
+    const QString &colormapName() const { return m_colormapName; }
+    bool isWhiteBackground() const { return m_whiteBackground; }
+    /// An unknown name changes nothing.
+    void setColormap(const QString &name, bool white);
+
+    QVariant settings() const override;
+    void setSettings(const QVariant &settings) override;
+
+public Q_SLOTS:
+    void setUiInfo(std::shared_ptr<UiInfo> uiInfo) override;
+    /// Fits the colour limits to the values in view; without values they stay.
+    void fitScale() override;
+    void setVisibleSpectra(QSet<QString> ids) override;
+    void setSmoothingEnabled(bool on);
+    void showSettingsForm(bool visible);
+    void setColorLimits(double lower, double upper);
+    void lowSpinBoxChanged(double value);
+    void highSpinBoxChanged(double value);
+    void updateRows();
+    /// Splits the colours in two zones at a value in decades; not a number for the plain colours.
+    void highlightValue(double value);
+
+Q_SIGNALS:
+    void smoothingChanged(double width);
+    void requestColorLimits(double lower, double upper);
+
+private Q_SLOTS:
+    /// A choice of the user: fits the colours if they have no limits yet.
+    void chooseSpectra(const QSet<QString> &ids);
+
+private:
+    void makeControls();
+    void makeActions();
+    QMenu *makeColormapMenu();
+    void connectControls();
+    void appendRow();
+    void removeLastRow();
+    void configureRow(const Row &row, const SpectMath::SpectrumInfoPointer &info);
+    void showColors(const Colormap::Map &colormap, bool white);
+    void previewColormap(QAction *action);
+    void restoreColormap();
+    void applyColorLimits(double lower, double upper);
+    void adoptBarLimits();
+    void showLimitsInSpinBoxes();
+    void refuseLimitOf(ExpSpinBox *box);
+    QStringList sortedVisibleSpectra() const;
+
+    std::shared_ptr<UiInfo> m_uiInfo;
+    QSet<QString> m_visibleSpectra;
+    QFrame *m_noSpectraFrame = nullptr;
+    QWidget *m_controls = nullptr;
+    QToolButton *m_spectraButton = nullptr;
+    QToolButton *m_optionsButton = nullptr;
+    QAction *m_fitAction = nullptr;
+    QAction *m_fillGapsAction = nullptr;
+    QAction *m_smoothingAction = nullptr;
+    QAction *m_colormapAction = nullptr;
+    QActionGroup *m_colormapGroup = nullptr;
+    QLabel *m_smoothingLabel = nullptr;
+    QDoubleSpinBox *m_smoothingSpinBox = nullptr;
+    ExpSpinBox *m_lowSpinBox = nullptr;
+    ExpSpinBox *m_highSpinBox = nullptr;
+    Colorbar *m_colorbar = nullptr;
+    QString m_colormapName = QStringLiteral("jet");
+    bool m_whiteBackground = true;
+    Colormap::Map m_viewColormap;
+    bool m_smoothingEnabled = false;
+    double m_colorLower = std::numeric_limits<double>::quiet_NaN();
+    double m_colorUpper = std::numeric_limits<double>::quiet_NaN();
+    double m_colorLowerValue = std::numeric_limits<double>::quiet_NaN();
+    double m_colorUpperValue = std::numeric_limits<double>::quiet_NaN();
+    Resizer *m_resizer = nullptr;
+    SpectraSelectionWidget *m_selectionWidget = nullptr;
+};
+
+} // namespace Tsb

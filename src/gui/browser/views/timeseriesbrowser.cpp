@@ -1,0 +1,382 @@
+#include "gui/browser/views/timeseriesbrowser.h"
+
+#include "gui/browser/controls/header.h"
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/plots/plot.h"
+#include "gui/browser/views/view.h"
+#include "gui/browser/views/viewholder.h"
+#include "log/logger.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QScrollArea>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Tsb {
+
+namespace {
+
+constexpr int updatePeriod = 500; // ms
+constexpr int scrollMargin = 50;
+constexpr int dragScrollMargin = 30;
+} // namespace
+
+TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, std::vector<ViewKind> kinds)
+    : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_kinds(std::move(kinds)), m_header(new Header(this)),
+      m_scrollArea(new QScrollArea(this)), m_viewHolder(new ViewHolder)
+{
+    const int frameWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
+    m_scrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    m_scrollArea->setWidgetResizable(true);
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
+    makeActions();
+    m_addPlotRow = makeAddPlotRow();
+    m_viewHolder->setLastRow(m_addPlotRow);
+    m_scrollArea->setWidget(m_viewHolder);
+    m_header->setContentsMargins(frameWidth, 0, frameWidth, 0);
+    m_header->setViewLeft(m_scrollArea->frameWidth() + m_viewHolder->layout()->contentsMargins().left());
+
+    auto *const mainLayout = new QVBoxLayout(this);
+    mainLayout->setContentsMargins(0, 0, 0, 0);
+    mainLayout->setSpacing(0);
+    mainLayout->addWidget(m_header);
+    mainLayout->addWidget(m_scrollArea);
+
+    // From the time axis and to it.
+    connect(timeView(), &TimeView::followNowChanged, this, &TimeSeriesBrowser::timeViewFollowNowChanged);
+    connect(this, &TimeSeriesBrowser::timeCursorChanged, timeView(), &TimeView::setTimeCursor);
+    // From the stack: a drag near the edge scrolls.
+    connect(m_viewHolder, &ViewHolder::dragMoved, m_scrollArea,
+            [this](const QPoint &at) { m_scrollArea->ensureVisible(at.x(), at.y(), 0, dragScrollMargin); });
+    // From the shared names and requests.
+    if (m_uiInfo) {
+        connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &TimeSeriesBrowser::reloadUiSetup);
+        connect(m_uiInfo.get(), &UiInfo::requestElectrometerScatterplot, this, &TimeSeriesBrowser::addElectrometerPlot);
+        connect(m_uiInfo.get(), &UiInfo::requestFlagPlot, this, &TimeSeriesBrowser::addFlagPlot);
+        connect(m_uiInfo.get(), &UiInfo::requestVariableScatterplot, this, &TimeSeriesBrowser::addDiagnosticPlot);
+    }
+    reloadUiSetup();
+    m_updateTimer.start(updatePeriod);
+}
+
+TimeSeriesBrowser::~TimeSeriesBrowser()
+{
+    // They would die in the base class, and tell it to an object that is half gone.
+    for (View *view : m_views) {
+        view->disconnect(this);
+        delete view;
+    }
+}
+
+TimeView *TimeSeriesBrowser::timeView() const
+{
+    return m_header->timeView();
+}
+
+TimeScale TimeSeriesBrowser::timeScale() const
+{
+    return timeView()->timeScale();
+}
+
+QVector<View *> TimeSeriesBrowser::views() const
+{
+    QVector<View *> open;
+    for (View *view : m_views) {
+        if (!view->isDiscarded())
+            open.append(view);
+    }
+    return open;
+}
+
+void TimeSeriesBrowser::setDatastore(Datastore *datastore)
+{
+    m_datastore = datastore;
+    for (View *view : m_views)
+        view->setDatastore(datastore);
+}
+
+void TimeSeriesBrowser::setListening(bool on)
+{
+    for (Plot *plot : findChildren<Plot *>())
+        plot->setListening(on);
+}
+
+void TimeSeriesBrowser::redrawPlots()
+{
+    for (Plot *plot : findChildren<Plot *>())
+        plot->requestFullRedraw();
+}
+
+// ---- views come
+
+bool TimeSeriesBrowser::hasKind(const QString &type) const
+{
+    return std::any_of(m_kinds.begin(), m_kinds.end(), [&type](const ViewKind &kind) { return kind.type == type; });
+}
+
+View *TimeSeriesBrowser::makeView(const QString &type) const
+{
+    for (const ViewKind &kind : m_kinds) {
+        if (kind.type == type)
+            return kind.make();
+    }
+    return nullptr;
+}
+
+QString TimeSeriesBrowser::typeOf(const View *view) const
+{
+    for (const ViewKind &kind : m_kinds) {
+        if (view->metaObject() == kind.metaObject)
+            return kind.type;
+    }
+    return {};
+}
+
+void TimeSeriesBrowser::addView(View *view)
+{
+    m_viewHolder->addView(view);
+    view->setLeftMargin(m_header->leftMargin());
+    connectView(view);
+    m_views.push_back(view);
+    view->setUpdateTimer(&m_updateTimer);
+    view->setTimeScale(timeScale());
+    view->setUiInfo(m_uiInfo);
+    view->setDatastore(m_datastore);
+    view->setCurrentRecord(m_currentRecord);
+}
+
+void TimeSeriesBrowser::connectView(View *view)
+{
+    // From the time axis.
+    connect(m_header, &Header::leftMarginChanged, view, &View::setLeftMargin);
+    connect(timeView(), &TimeView::timeScaleChanged, view, &View::setTimeScale);
+    // From the view.
+    connect(view, &QObject::destroyed, this, &TimeSeriesBrowser::viewDestroyed);
+    connect(view, &View::recordChosen, this, &TimeSeriesBrowser::recordChosen);
+    connect(view, &View::requestPan, timeView(), qOverload<TimeScale, QPoint>(&TimeView::changeZoom));
+    connect(view, &View::requestZoom, timeView(), qOverload<double, int>(&TimeView::changeZoom));
+    connect(view, &View::requestCloseBelow, this, &TimeSeriesBrowser::closeViewsBelow);
+    connect(view, &View::requestDisableAutoscroll, this, &TimeSeriesBrowser::setDisableAutoscroll);
+    // The time cursor's ring.
+    connect(view, &View::timeCursorChange, this, &TimeSeriesBrowser::setTimeCursor);
+    connect(this, &TimeSeriesBrowser::timeCursorChanged, view, &View::timeCursorChange);
+}
+
+void TimeSeriesBrowser::ensureViewVisible(QWidget *widget)
+{
+    widget->show();
+    // Queued: the layout has to settle first. The widget may be gone by then.
+    QMetaObject::invokeMethod(
+        this,
+        [this, target = QPointer<QWidget>(widget)] {
+            if (target)
+                scrollToView(target);
+        },
+        Qt::QueuedConnection);
+}
+
+void TimeSeriesBrowser::scrollToView(QWidget *widget)
+{
+    m_scrollArea->ensureWidgetVisible(widget, scrollMargin, scrollMargin);
+}
+
+// ---- views go
+
+void TimeSeriesBrowser::closeView(View *view)
+{
+    if (std::find(m_views.begin(), m_views.end(), view) != m_views.end())
+        view->discard();
+}
+
+void TimeSeriesBrowser::closeTempViews()
+{
+    for (View *view : views()) {
+        if (view->isTemporary())
+            view->discard();
+    }
+}
+
+void TimeSeriesBrowser::closeAllViews()
+{
+    for (View *view : views())
+        view->discard();
+}
+
+void TimeSeriesBrowser::closeViewsBelow(View *view)
+{
+    const auto shown = m_viewHolder->viewsInOrder();
+    const int from = shown.indexOf(view);
+    for (int i = from; from >= 0 && i < shown.size(); ++i)
+        shown[i]->discard();
+}
+
+void TimeSeriesBrowser::viewDestroyed(QObject *object)
+{
+    const auto gone = [object](View *view) { return static_cast<QObject *>(view) == object; };
+    m_views.erase(std::remove_if(m_views.begin(), m_views.end(), gone), m_views.end());
+}
+
+// ---- settings
+
+QVariant TimeSeriesBrowser::setup() const
+{
+    QVariantList list;
+    for (const View *view : m_viewHolder->viewsInOrder()) {
+        const QString type = typeOf(view);
+        if (type.isEmpty() || view->isTemporary())
+            continue;
+        QVariantMap entry{{QStringLiteral("type"), type}};
+        const QVariant settings = view->settings();
+        if (settings.isValid())
+            entry.insert(QStringLiteral("settings"), settings);
+        list.append(entry);
+    }
+    return list;
+}
+
+void TimeSeriesBrowser::setSetup(const QVariant &setup)
+{
+    setUpdatesEnabled(false);
+    closeAllViews();
+    const QVariantList list = setup.toList();
+    int count = 0;
+    for (const QVariant &entry : list) {
+        const QVariantMap map = entry.toMap();
+        const QString type = map.value(QStringLiteral("type")).toString();
+        if (!hasKind(type) || ++count > greatestViewCount)
+            continue;
+        View *const view = makeView(type);
+        addView(view);
+        view->setSettings(map.value(QStringLiteral("settings")));
+    }
+    if (count > greatestViewCount)
+        Log::Logger(QStringLiteral("src/gui/common/tsb/timeseriesbrowser"))
+            .log(Log::Warning, tr("The layout has %1 plots; the first %2 are shown")
+                                   .arg(QString::number(count), QString::number(greatestViewCount)));
+    setUpdatesEnabled(true);
+}
+
+// ---- what all views share
+
+void TimeSeriesBrowser::activateLayouts()
+{
+    // Whoever asks for a plot's width wants that of the layout to come, and layouts settle only with the event loop.
+    layout()->activate();
+    m_viewHolder->layout()->activate();
+    QCoreApplication::sendPostedEvents(m_viewHolder, QEvent::LayoutRequest);
+    m_viewHolder->layout()->activate();
+    for (View *view : views())
+        view->activateLayout();
+}
+
+/// What new views have posted would come behind the painting that the first of them asked for, and have most of it done
+/// once more.
+void TimeSeriesBrowser::settleBeforePainting()
+{
+    for (const QEvent::Type type : {QEvent::LayoutRequest, QEvent::UpdateLater})
+        QCoreApplication::sendPostedEvents(nullptr, type);
+}
+
+void TimeSeriesBrowser::allFitScale()
+{
+    activateLayouts();
+    for (View *view : views())
+        view->fitScale();
+}
+
+void TimeSeriesBrowser::fitTimescale(RecordTime begin, RecordTime end)
+{
+    activateLayouts();
+    timeView()->fitIntoView(begin, end);
+    const TimeScale fitted = timeScale();
+    const int width = timeView()->contentsRect().width();
+    QMetaObject::invokeMethod(
+        this, [=] { refit(begin, end, fitted, width); }, Qt::QueuedConnection);
+}
+
+void TimeSeriesBrowser::refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width)
+{
+    if (timeView()->contentsRect().width() != width && timeScale() == fitted)
+        timeView()->refitIntoView(begin, end);
+}
+
+void TimeSeriesBrowser::setDisableAutoscroll(bool on)
+{
+    m_disableAutoscroll = on;
+    if (!on)
+        timeView()->finishDrag(); // a plot lets go of the axis
+}
+
+void TimeSeriesBrowser::selectRecord(std::shared_ptr<Record> record)
+{
+    makeCurrent(record, &TimeView::scrollIntoView);
+}
+
+void TimeSeriesBrowser::followRecord(std::shared_ptr<Record> record)
+{
+    makeCurrent(record, &TimeView::runIntoView);
+}
+
+void TimeSeriesBrowser::makeCurrent(const std::shared_ptr<Record> &record, Scroll bring)
+{
+    if (record == m_currentRecord)
+        return;
+    if (record && !m_disableAutoscroll)
+        (timeView()->*bring)(record->beginTime, record->endTime);
+    m_currentRecord = record;
+    for (View *view : m_views)
+        view->setCurrentRecord(record);
+    Q_EMIT recordChosen(record);
+}
+
+void TimeSeriesBrowser::setTimeCursor(bool visible, int value)
+{
+    if (visible == m_timeCursorVisible && (!visible || value == m_timeCursorPixel))
+        return;
+    // Stored before it is told: the news comes back round the ring.
+    m_timeCursorVisible = visible;
+    m_timeCursorPixel = value;
+    Q_EMIT timeCursorChanged(visible, value);
+}
+
+void TimeSeriesBrowser::timeViewFollowNowChanged(bool on)
+{
+    if (on)
+        m_updateTimer.stop(); // the moving scale paces the repaints
+    else
+        m_updateTimer.start();
+}
+
+void TimeSeriesBrowser::zoom(int step)
+{
+    const int middle = m_currentRecord ? saturatedPixel(timeScale().columnOf(m_currentRecord->midTime))
+                                       : timeView()->contentsRect().width() / 2;
+    timeView()->changeZoom(std::pow(0.9, step), middle);
+}
+
+void TimeSeriesBrowser::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Plus)
+        zoom(1);
+    else if (event->key() == Qt::Key_Minus)
+        zoom(-1);
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void TimeSeriesBrowser::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::EnabledChange) {
+        for (QAction *action : m_addPlotActions + m_viewActions)
+            action->setEnabled(isEnabled());
+    }
+    QWidget::changeEvent(event);
+}
+
+} // namespace Tsb

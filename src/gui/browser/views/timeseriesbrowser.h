@@ -1,0 +1,150 @@
+#pragma once
+
+#include "axis/timescale.h"
+#include "gui/browser/views/viewkinds.h"
+#include "gui/common/uiinfo.h"
+#include "store/datastore.h"
+
+#include <QIcon>
+#include <QPointer>
+#include <QTimer>
+#include <QVariant>
+#include <QWidget>
+
+#include <memory>
+
+class QAction;
+class QMenu;
+class QScrollArea;
+
+namespace Tsb {
+
+class Header;
+class ScatterPlotView;
+class TimeView;
+class View;
+class ViewHolder;
+
+/// A stack of views under one time axis. Owns the views and the timer that paces their repaints, hands the selected
+/// record and the time cursor to all, and writes and reads the list of views. Main thread only.
+class TimeSeriesBrowser : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int greatestViewCount = 200; ///< of a setup; what comes behind is left out
+
+    explicit TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr,
+                               std::vector<ViewKind> kinds = standardViewKinds());
+    ~TimeSeriesBrowser() override;
+
+    /// Hands the store to every view; it may die before the browser. Null takes it away.
+    void setDatastore(Datastore *datastore);
+    /// Whether all plots hear of changes of the store, see Plot::setListening.
+    void setListening(bool on);
+    /// Draws all plots anew: what changes came to one after the other may have left between them.
+    void redrawPlots();
+    /// The lasting views in the order of display: a list of maps with "type" and, for a view that has any, "settings".
+    QVariant setup() const;
+    /// Puts other views in the place of all; takes what is sound in the value.
+    void setSetup(const QVariant &setup);
+    /// Whether a setup's entry of that type becomes a view.
+    bool hasKind(const QString &type) const;
+
+    /// What adds plots, for menus of the main window. Their menu is to be a PlotMenu.
+    const QList<QAction *> &addPlotActions() const { return m_addPlotActions; }
+    const QList<QAction *> &viewActions() const { return m_viewActions; }
+    TimeScale timeScale() const;
+    TimeView *timeView() const;
+    /// In the order of creation, those that are closing left out.
+    QVector<View *> views() const;
+    bool hasViews() const { return !views().isEmpty(); }
+    const std::shared_ptr<Record> &currentRecord() const { return m_currentRecord; }
+
+    /// Takes the view, wires it and gives it the present state.
+    void addView(View *view);
+    /// The views of a folder that brings none, fitted: the operating modes, the total concentration of the first mode's
+    /// spectra, the first variable, and a spectrogram view for each mode with all its spectra.
+    void addDefaultStack();
+    /// Shows that span of time, at the width that the axis has once all layouts are settled.
+    void fitTimescale(RecordTime begin, RecordTime end);
+
+public Q_SLOTS:
+    /// Nothing for a view that isn't of this browser.
+    void closeView(Tsb::View *view);
+    void closeTempViews();
+    void closeAllViews();
+    /// That view and all that stand below it.
+    void closeViewsBelow(Tsb::View *view);
+    void addOpmodePlot();
+    void addFlagPlot(const QString &flagData);
+    void addElectrometerPlot(int channelNumber);
+    void addDiagnosticPlot(const QString &channelName);
+    void ensureViewVisible(QWidget *widget);
+    /// Scrolls the axis just enough to show the record, unless that is disabled, and hands the record to all views.
+    void selectRecord(std::shared_ptr<Record> record);
+    /// The same for a record that came in and was not chosen: the axis runs along, and leaves nothing to go back to.
+    void followRecord(std::shared_ptr<Record> record);
+    void setDisableAutoscroll(bool on);
+    /// Fits the scales of all views to what is in sight.
+    void allFitScale();
+
+Q_SIGNALS:
+    void recordChosen(std::shared_ptr<Record> record);
+    void timeCursorChanged(bool visible, int value);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private Q_SLOTS:
+    void viewDestroyed(QObject *object);
+    void scrollToView(QWidget *widget);
+    void timeViewFollowNowChanged(bool on);
+    void addNewOpmodeView();
+    void addNewScatterPlotView(int type);
+    void addNewSpectrogramView();
+    void addNewSpectrogramView(QAction *action);
+    void reloadUiSetup();
+    void setTimeCursor(bool visible, int value);
+
+private:
+    using Scroll = void (TimeView::*)(RecordTime begin, RecordTime end);
+
+    void makeActions();
+    void makeAddPlotActions();
+    QAction *addPlotAction(const QString &text, const QIcon &icon = QIcon());
+    QWidget *makeAddPlotRow();
+    void connectView(View *view);
+    /// Null for an unknown type.
+    View *makeView(const QString &type) const;
+    QString typeOf(const View *view) const;
+    /// The kind must be there. Not fitted.
+    View *addSpectrogramView(const QStringList &ids);
+    ScatterPlotView *addScatterPlotView(bool withProperties);
+    void addConcentrationsOf(const QStringList &ids);
+    void addFirstVariable();
+    void activateLayouts();
+    void settleBeforePainting();
+    void zoom(int step);
+    void makeCurrent(const std::shared_ptr<Record> &record, Scroll bring);
+    void refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width);
+
+    std::shared_ptr<UiInfo> m_uiInfo;
+    std::vector<ViewKind> m_kinds;
+    Header *m_header;
+    QScrollArea *m_scrollArea;
+    ViewHolder *m_viewHolder;
+    QWidget *m_addPlotRow = nullptr;
+    QAction *m_spectrogramAction = nullptr;
+    std::unique_ptr<QMenu> m_spectrogramMenu;
+    std::vector<View *> m_views; ///< in the order of creation; children of the holder
+    QPointer<Datastore> m_datastore;
+    std::shared_ptr<Record> m_currentRecord;
+    QTimer m_updateTimer;
+    QList<QAction *> m_addPlotActions;
+    QList<QAction *> m_viewActions;
+    bool m_timeCursorVisible = false;
+    int m_timeCursorPixel = 0;
+    bool m_disableAutoscroll = false;
+};
+
+} // namespace Tsb

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "axis/timescale.h"
+#include "gui/common/uiinfo.h"
+#include "store/datastore.h"
+
+#include <QSet>
+#include <QVariant>
+#include <QWidget>
+
+#include <memory>
+
+class QTimer;
+class QVBoxLayout;
+
+namespace Tsb {
+
+class Plot;
+class TitleButton;
+class ViewLayout;
+
+/// The row around one or more plots: title strip with the close button, context menu, left column. Owned by its parent;
+/// it leaves through discard() only, since the wish to close it often comes out of its own signal.
+class View : public QWidget {
+    Q_OBJECT
+public:
+    explicit View(QWidget *parent = nullptr);
+    ~View() override;
+
+    /// Null takes the store away.
+    virtual void setDatastore(Datastore *datastore);
+    virtual void setUpdateTimer(QTimer *timer);
+    /// What setSettings() takes to make such a view again; invalid if there is nothing to keep.
+    virtual QVariant settings() const;
+    /// Takes what is sound in the settings; an invalid value changes nothing.
+    virtual void setSettings(const QVariant &settings);
+
+    /// Shows the spectra of these ids, in a view that shows spectra; the base does nothing.
+    virtual void setVisibleSpectra(QSet<QString> ids);
+
+    /// A temporary view isn't kept in the setup, and its button makes it lasting before it closes it.
+    bool isTemporary() const { return m_temporary; }
+    void setTemporary(bool on);
+
+    /// Hides the view and deletes it when the event loop runs; until then it counts as closed.
+    void discard();
+    bool isDiscarded() const { return m_discarded; }
+    /// Brings the geometry of the plots up to date now, also while hidden, so that their widths can be asked.
+    void activateLayout();
+
+public Q_SLOTS:
+    /// Where the plots begin, in the view's coordinates.
+    void setLeftMargin(int width);
+    virtual void setTimeScale(TimeScale timescale);
+    virtual void setUiInfo(std::shared_ptr<UiInfo> uiInfo);
+    virtual void setCurrentRecord(std::shared_ptr<Record> record);
+    /// Fits the vertical or the colour scale to what is in sight.
+    virtual void fitScale();
+
+Q_SIGNALS:
+    void recordChosen(std::shared_ptr<Record> record);
+    void requestPan(TimeScale startTimescale, QPoint delta);
+    void requestZoom(double multiplier, int midPixel);
+    void requestCloseBelow(Tsb::View *view);
+    void requestDisableAutoscroll(bool on);
+    void timeCursorChange(bool visible, int pixel);
+
+protected:
+    ViewLayout *viewLayout() const { return m_layout; }
+    /// Wires one plot to this view: its wishes go out, the time cursor goes both ways.
+    void connectPlot(Plot *plot);
+    /// Takes a fixed height out of settings: held within 16 .. 4096; nothing for 0, less, or what is no number.
+    void restoreHeight(const QVariant &height);
+    /// Adds a separator to the context menu and returns it.
+    QAction *addSeparator();
+
+private Q_SLOTS:
+    void closeClicked();
+    void closeBelow();
+
+private:
+    QWidget *m_titleStrip;
+    ViewLayout *m_layout;
+    QVBoxLayout *m_titleLayout;
+    TitleButton *m_closeButton;
+    bool m_temporary = false;
+    bool m_discarded = false;
+};
+
+} // namespace Tsb

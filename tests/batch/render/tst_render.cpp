@@ -1,0 +1,358 @@
+#include "batch/dayfolder.h"
+
+#include "batch/folderread.h"
+#include "batch/render/stackpicture.h"
+#include "demo/demowriter.h"
+#include "gui/browser/controls/colorbar.h"
+#include "gui/browser/controls/header.h"
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/controls/verticalscalewidget.h"
+#include "gui/browser/plots/plot.h"
+#include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/browser/views/view.h"
+#include "gui/common/uiinfo.h"
+#include "llama/qyaml.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QImage>
+#include <QSplitter>
+
+#include <algorithm>
+
+namespace {
+
+using Batch::StackPicture;
+
+/// A demonstration day, and what the program draws of it.
+class Render : public DayFolder {
+protected:
+    static void SetUpTestSuite()
+    {
+        // As the program does, whatever the test's surroundings give.
+        QApplication::setStyle("Fusion");
+        QApplication::setFont(QFont("Sans Serif", 9));
+    }
+
+    Render()
+    {
+        Demo::Campaign::Settings settings;
+        settings.interval = 600;
+        Demo::writeCampaign(Demo::Campaign(settings), path("demo"));
+        qunsetenv("DISPLAY");
+    }
+
+    Ended render(const QString &name, const QStringList &more = {})
+    {
+        return run(QStringList{"render", "{}/demo", "--variant", "block", "--output", "{}/" + name} + more);
+    }
+    QImage picture(const QString &name) const { return QImage(path(name)).convertToFormat(QImage::Format_RGB32); }
+    /// The same picture made in this process, for where things stand in it.
+    std::unique_ptr<StackPicture> samePicture(const QVariant &setup, const QSize &size = {})
+    {
+        Batch::RenderOptions options;
+        options.read.folder = path("demo");
+        options.read.variant = "block";
+        if (!m_read.reader)
+            m_read = Batch::readFolder(options.read, Batch::matchingFiles(options.read), options.read.variant);
+        const Batch::TimeSpan span = Batch::spanToShow(options, *m_read.reader->datastore());
+        return std::make_unique<StackPicture>(*m_read.reader, setup, span, size);
+    }
+    const FileReader &reader() const { return *m_read.reader; }
+
+    /// Nothing that a run made to work in is left.
+    bool isTidy() const { return QDir(path()).entryList({"*.png?*"}, QDir::AllEntries | QDir::Hidden).isEmpty(); }
+
+    /// Two strips, currents with their properties, and one spectrogram, each of another height.
+    QVariantMap variedSetup()
+    {
+        const auto ids = samePicture({})->browser().setup().toList().last().toMap()["settings"].toMap();
+        QVariantMap spectra = ids;
+        spectra["height"] = 173;
+        spectra["colormap"] = "viridis";
+        const QVariantMap current{{"type", 0},        {"electrometerNumber", 3}, {"height", 91},
+                                  {"scaleMin", -5.0}, {"scaleMax", 30.0},        {"propertiesVisible", true}};
+        return {
+            {"version", 2},
+            {"timeseries", QVariantList{QVariantMap{{"type", "opmode"}, {"settings", QVariantMap{{"type", "opmode"}}}},
+                                        QVariantMap{{"type", "scatterplot"}, {"settings", current}},
+                                        QVariantMap{{"type", "no such view"}},
+                                        QVariantMap{{"type", "spectrogram"}, {"settings", spectra}}}}};
+    }
+
+private:
+    Batch::FolderRead m_read;
+};
+
+/// Where in the browser the data stand: the contents of axis, scales, plots and colour bars, in order of display.
+std::vector<QRect> contents(const Tsb::TimeSeriesBrowser &browser)
+{
+    std::vector<QRect> places;
+    const auto add = [&](const QFrame *frame) {
+        places.emplace_back(frame->mapTo(&browser, frame->contentsRect().topLeft()), frame->contentsRect().size());
+    };
+    add(browser.timeView());
+    for (const Tsb::View *view : browser.views()) {
+        for (const auto *frame : view->findChildren<QFrame *>()) {
+            if (frame->isVisible() &&
+                (qobject_cast<const Tsb::Plot *>(frame) || qobject_cast<const Colorbar *>(frame) ||
+                 qobject_cast<const Tsb::VerticalScaleWidget *>(frame)))
+                add(frame);
+        }
+    }
+    return places;
+}
+
+/// A browser as the window has it, with the same data, widths, and heights of views as the picture's, drawn by itself.
+struct Window {
+    Window(const FileReader &reader, const Tsb::TimeSeriesBrowser &model, const QVariant &setup)
+        : uiInfo(std::make_shared<UiInfo>())
+    {
+        uiInfo->setData(reader.metadata(), reader.spectrumInfos().toList());
+        uiInfo->publish();
+        browser = std::make_unique<Tsb::TimeSeriesBrowser>(uiInfo);
+        browser->resize(model.size());
+        browser->show();
+        browser->findChild<Tsb::Header *>()->splitter()->setSizes(
+            model.findChild<Tsb::Header *>()->splitter()->sizes());
+        QCoreApplication::processEvents();
+        const Datastore &store = *reader.datastore();
+        browser->setDatastore(reader.datastore().get());
+        browser->timeView()->setTimeOffset(store.records().back()->beginUtcOffset);
+        browser->fitTimescale(store.at(0)->beginTime, store.records().back()->endTime);
+        browser->setSetup(setup);
+        const bool byDefault = !browser->hasViews();
+        if (byDefault)
+            browser->addDefaultStack();
+        for (int i = 0; i < model.views().size(); ++i)
+            browser->views()[i]->setFixedHeight(model.views()[i]->height());
+        QCoreApplication::processEvents();
+        if (byDefault)
+            browser->allFitScale();
+    }
+
+    std::shared_ptr<UiInfo> uiInfo;
+    std::unique_ptr<Tsb::TimeSeriesBrowser> browser;
+};
+
+/// How many of these parts of the window's image differ in the picture, whose frame that is.
+int differingParts(const QImage &picture, const QRect &frame, const QImage &window, const std::vector<QRect> &parts)
+{
+    return int(std::count_if(parts.begin(), parts.end(), [&](const QRect &part) {
+        return picture.copy(part.translated(-frame.topLeft())) != window.copy(part);
+    }));
+}
+
+/// Of any channel of any pixel; 256 for other sizes.
+int greatestDifference(const QImage &one, const QImage &other)
+{
+    int greatest = one.size() == other.size() ? 0 : 256;
+    for (int y = 0; greatest < 256 && y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            const QRgb a = one.pixel(x, y), b = other.pixel(x, y);
+            greatest = std::max({greatest, std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                                 std::abs(qBlue(a) - qBlue(b))});
+        }
+    }
+    return greatest;
+}
+
+/// Whether every pixel of `fine` within that part of it is the one of `coarse`, twice as large.
+bool isDoubled(const QImage &fine, const QImage &coarse, const QRect &part)
+{
+    for (int y = 2 * part.top(); y <= 2 * part.bottom() + 1; ++y) {
+        for (int x = 2 * part.left(); x <= 2 * part.right() + 1; ++x) {
+            if (fine.pixel(x, y) != coarse.pixel(x / 2, y / 2))
+                return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+TEST_F(Render, EqualsTheWindowsPictureAndIsFinerAtTwice)
+{
+    const QVariantMap varied = variedSetup();
+    write("varied.windowsetup", Llama::yamlDump(varied));
+    const struct {
+        const char *name;
+        QStringList arguments;
+        QVariant setup;
+        QSize size;
+    } cases[] = {
+        {"default", {}, {}, {}},
+        {"sized", {"--size", "900x640"}, {}, {900, 640}},
+        {"varied", {"--setup", "{}/varied.windowsetup"}, varied["timeseries"], {}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString one = QLatin1String(c.name) + ".png", two = "2-" + one;
+        const Ended ended = render(one, c.arguments);
+        ASSERT_EQ(ended.code, 0) << ended.errors.constData();
+        const QImage drawn = picture(one);
+        const auto same = samePicture(c.setup, c.size);
+        ASSERT_EQ(drawn.size(), same->size());
+        EXPECT_EQ(drawn.size(), c.size.isEmpty() ? same->size() : c.size);
+
+        const Window window(reader(), same->browser(), c.setup);
+        const std::vector<QRect> parts = contents(*window.browser);
+        EXPECT_EQ(parts, contents(same->browser()));
+        ASSERT_GE(parts.size(), 6u);
+        const QImage grabbed = window.browser->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        EXPECT_EQ(differingParts(same->draw().convertToFormat(QImage::Format_RGB32), same->frame(), grabbed, parts), 0);
+        // The outlines of a process' first texts aren't smoothed as those of later ones, by a few levels of 255.
+        for (const QRect &part : parts) {
+            const QRect place = part.translated(-same->frame().topLeft());
+            EXPECT_LE(greatestDifference(drawn.copy(place), grabbed.copy(part)), 8);
+        }
+
+        ASSERT_EQ(render(two, c.arguments + QStringList{"--scale", "2"}).code, 0);
+        const QImage fine = picture(two);
+        ASSERT_EQ(fine.size(), 2 * drawn.size());
+        for (const QRect &part : parts) {
+            EXPECT_TRUE(drawn.rect().contains(part.translated(-same->frame().topLeft())));
+            const QWidget *const shown = window.browser->childAt(part.center());
+            const QRect place = part.translated(-same->frame().topLeft());
+            EXPECT_EQ(isDoubled(fine, drawn, place), qobject_cast<const Tsb::Plot *>(shown) != nullptr);
+            if (qobject_cast<const Colorbar *>(shown)) { // above its texts there are the colours alone
+                EXPECT_FALSE(isDoubled(fine, drawn, QRect(place.topLeft(), QSize(place.width(), 1))));
+            }
+        }
+    }
+}
+
+TEST_F(Render, FitsTheScalesThatASetupDoesNotTell)
+{
+    const QVariantList fitted = samePicture({})->browser().setup().toList();
+    QVariantList untold{QVariantMap{{"type", "no such view"}}};
+    for (const QVariant &entry : fitted) {
+        QVariantMap map = entry.toMap(), settings = map["settings"].toMap();
+        EXPECT_EQ(settings.remove("scaleMin") + settings.remove("colorLower"), map["type"] == "opmode" ? 0 : 1);
+        settings.remove("scaleMax");
+        settings["colorUpper"] = "no number";
+        map["settings"] = settings;
+        untold << map;
+    }
+    EXPECT_EQ(samePicture(untold)->browser().setup().toList(), fitted);
+}
+
+TEST_F(Render, ShowsTheSpanThatIsAskedFor)
+{
+    const char day[] = "2019-05-14";
+    ASSERT_EQ(render("day.png", {"--from", day, "--to", day}).code, 0);
+    ASSERT_EQ(render("hours.png", {"--from", "2019-05-14 00:00:00", "--to", "2019-05-15 00:00"}).code, 0);
+    EXPECT_EQ(contentOf("day.png"), contentOf("hours.png"));
+    // The demonstration's clock is two hours ahead; a zone in the text stands above that.
+    ASSERT_EQ(render("zone.png", {"--from", "2019-05-13 22:00:00.000000+00:00", "--to", "2019-05-15 01:00+03:00"}).code,
+              0);
+    EXPECT_EQ(contentOf("zone.png"), contentOf("day.png"));
+    ASSERT_EQ(render("half.png", {"--from", "2019-05-14 12:00"}).code, 0);
+    EXPECT_NE(contentOf("half.png"), contentOf("day.png"));
+
+    const struct {
+        QStringList arguments;
+        const char *words;
+    } empty[] = {
+        {{"--to", "2019-05-13"}, "before 2019-05-14 00:00:00"},
+        {{"--from", "2031-01-01"}, "from 2031-01-01 00:00:00 on"},
+        {{"--from", day, "--to", "2019-05-13"}, "from 2019-05-14 00:00:00 to 2019-05-14 00:00:00"},
+        {{"--from", "2019-05-15 12:30", "--to", day}, "from 2019-05-15 12:30:00 to 2019-05-15 00:00:00"},
+    };
+    for (const auto &c : empty) {
+        const Ended ended = render("empty.png", c.arguments);
+        EXPECT_EQ(ended.code, 1) << c.words;
+        EXPECT_EQ(ended.errors, QByteArray("No records ") + c.words + "\n");
+    }
+    EXPECT_FALSE(QFile::exists(path("empty.png")));
+}
+
+TEST_F(Render, RefusesWithWords)
+{
+    write("here.png", "a picture of somebody's");
+    write("list.windowsetup", "- 1\n");
+    write("other.windowsetup", "version: 2\n");
+    write("wrong.windowsetup", "timeseries: {type: opmode}\n");
+    write("broken.windowsetup", "timeseries: [\n");
+    write("short.windowsetup", "timeseries: [{type: opmode}]\n");
+    const struct {
+        QStringList arguments;
+        int code;
+        const char *words;
+    } cases[] = {
+        {{"--output", "{}/here.png"}, 2, "here.png\" exists."},
+        {{"--output", "{}/new.jpg"}, 2, "isn't the name of a PNG file"},
+        {{"--output", "{}/here.png/new.png"}, 2, "isn't a folder"},
+        {{"--size", "800"}, 2, "not a size: 800"},
+        {{"--size", "99x800"}, 2, "not a size: 99x800"},
+        {{"--size", "800x99999"}, 2, "not a size: 800x99999"},
+        {{"--size", "800x200"}, 2, "pixels of height"},
+        {{"--size", "16000x16000", "--scale", "2"}, 2, "too large"},
+        {{"--size", "100x800"}, 2, "pixels of width"},
+        {{"--scale", "3"}, 2, "3 not in"},
+        {{"--scale", "1.5"}, 2, "1.5 not in"},
+        {{"--from", "yesterday"}, 2, "not a time: yesterday"},
+        {{"--to", "2019-05-14 25:00"}, 2, "not a time"},
+        {{"--setup", "{}/none.windowsetup"}, 2, "Failed to open interface setup file"},
+        {{"--setup", "{}"}, 2, "Failed to open interface setup file"},
+        {{"--setup", "{}/broken.windowsetup"}, 2, "Failed to understand interface setup file"},
+        {{"--setup", "{}/list.windowsetup"}, 2, "it isn't a map"},
+        {{"--setup", "{}/other.windowsetup"}, 2, "no list of plots under \"timeseries\""},
+        {{"--setup", "{}/wrong.windowsetup"}, 2, "no list of plots under \"timeseries\""},
+        {{"--variant", "10s"}, 1, "block"},
+    };
+    for (const auto &c : cases) {
+        QStringList arguments{"render", "{}/demo"};
+        if (!c.arguments.contains("--variant"))
+            arguments += {"--variant", "block"};
+        if (!c.arguments.contains("--output"))
+            arguments += {"--output", "{}/new.png"};
+        const Ended ended = run(arguments + c.arguments);
+        EXPECT_EQ(ended.code, c.code) << qPrintable(c.arguments.join(' '));
+        EXPECT_TRUE(ended.errors.contains(c.words)) << qPrintable(c.arguments.join(' ')) << ended.errors.constData();
+        EXPECT_TRUE(ended.output.isEmpty()) << ended.output.constData();
+        EXPECT_FALSE(QFile::exists(path("new.png")));
+    }
+    EXPECT_EQ(contentOf("here.png"), "a picture of somebody's");
+    EXPECT_TRUE(isTidy());
+}
+
+TEST_F(Render, AnUnfinishedPictureLeavesNothing)
+{
+    const Ended full = runInShell("ulimit -f 8; exec \"$@\"",
+                                  {"render", path("demo"), "--variant", "block", "--output", path("full.png")});
+    EXPECT_EQ(full.code, 1);
+    EXPECT_TRUE(full.errors.contains("could not be written")) << full.errors.constData();
+    EXPECT_FALSE(QFile::exists(path("full.png")));
+    EXPECT_TRUE(isTidy());
+}
+
+TEST_F(Render, NeedsNoDisplayNorTheUsersDesktopButAFont)
+{
+    ASSERT_EQ(render("plain.png").code, 0);
+    const QStringList arguments{"render", path("demo"), "--variant", "block", "--output"};
+    const Ended styled = runInShell("env QT_QPA_PLATFORM=xcb DISPLAY=:77 QT_SCALE_FACTOR=3 QT_STYLE_OVERRIDE=Windows "
+                                    "QT_FONT_DPI=200 QT_QPA_PLATFORMTHEME=gtk3 \"$@\"",
+                                    arguments + QStringList{path("styled.png")});
+    EXPECT_EQ(styled.code, 0) << styled.errors.constData();
+    EXPECT_EQ(contentOf("styled.png"), contentOf("plain.png"));
+
+    write("fonts.conf", "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\"><fontconfig></fontconfig>\n");
+    const Ended without = runInShell(QString("env FONTCONFIG_FILE='%1' \"$@\"").arg(path("fonts.conf")),
+                                     arguments + QStringList{path("without.png")});
+    EXPECT_EQ(without.code, 1);
+    EXPECT_TRUE(without.errors.contains("No font is installed")) << without.errors.constData();
+    EXPECT_FALSE(QFile::exists(path("without.png")));
+}
+
+TEST_F(Render, ComplaintsOfReadingShowInTheStatus)
+{
+    QFile records(path("demo/20190514-block.records"));
+    ASSERT_TRUE(records.open(QIODevice::Append));
+    records.write("2019-05-14 12:00:00\tshort\n");
+    records.close();
+    const Ended ended = render("bad.png");
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_TRUE(ended.errors.contains("fields found")) << ended.errors.constData();
+    EXPECT_FALSE(picture("bad.png").isNull());
+}

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "datafiles/reading/filereadertask.h"
+#include "log/logger.h"
+#include "support/files.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+#include <mutex>
+
+/// What the log got while this lives, on any thread that ends before it does.
+class LogCatcher : public QObject {
+public:
+    LogCatcher()
+    {
+        connect(
+            &Log::RootLogger::instance(), &Log::RootLogger::newEntry, this,
+            [this](const Log::Entry &entry) {
+                const std::lock_guard<std::mutex> lock(m_mutex);
+                m_entries.append(entry);
+            },
+            Qt::DirectConnection);
+    }
+    /// The messages of that level or worse.
+    QStringList upTo(int level) const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        QStringList texts;
+        for (const Log::Entry &entry : m_entries)
+            if (entry.level <= level)
+                texts.append(entry.message);
+        return texts;
+    }
+    QStringList complaints() const { return upTo(Log::Warning); }
+
+private:
+    mutable std::mutex m_mutex;
+    QList<Log::Entry> m_entries;
+};
+
+/// Writes a folder of day files, reads it, and tells what came of it.
+class Reading : public testing::Test {
+protected:
+    void write(const QString &name, const QByteArray &text) { writeFile(folder.filePath(name), text); }
+    void write(const QString &name, std::initializer_list<const char *> lines)
+    {
+        QByteArray text;
+        for (const char *line : lines)
+            text.append(line).append('\n');
+        write(name, text);
+    }
+    /// Reads all files of the folder.
+    void read() { read(QDir(folder.path()).entryList(QDir::Files), folder.path()); }
+    void read(const QStringList &files, const QString &from)
+    {
+        log = std::make_unique<LogCatcher>();
+        reader = std::make_shared<FileReader>(FileReader::SpectrumMap(), beginLimit, endLimit);
+        FileReaderTask task(reader, {files, from, beginLimit, endLimit, QString()});
+        task.run();
+        reader->finishRecords();
+    }
+    int recordCount() const { return reader->datastore()->size(); }
+    const Record &record(int index) const { return *reader->datastore()->at(index); }
+    QString modeOf(int index) const { return reader->metadata()->opmodeName(record(index).opmode); }
+    QStringList messagesOf(int index) const
+    {
+        QStringList texts;
+        for (const auto &flag : record(index).flags)
+            texts.append(flag->message);
+        return texts;
+    }
+    QStringList complaints() const { return log->complaints(); }
+    qint64 ignoredRows() const { return reader->statistics().ignoredRows; }
+
+    QTemporaryDir folder;
+    RecordTime beginLimit = earliestRecordTime;
+    RecordTime endLimit = latestRecordTime;
+    std::shared_ptr<FileReader> reader;
+    std::unique_ptr<LogCatcher> log;
+};

@@ -1,0 +1,255 @@
+#include "datafiles/writing/plainfileoutput.h"
+
+#include "datafiles/writing/plainfileoutput_flags.h"
+#include "datafiles/writing/plainfileoutput_match.h"
+#include "outputfixture.h"
+#include "util/filenamepart.h"
+#include "util/lockedfile.h"
+
+#include <QCryptographicHash>
+#include <QSet>
+
+#include <cerrno>
+#include <unistd.h>
+
+using Spectrometer::PlainFileOutput;
+using Result = PlainFileOutput::RowResult;
+
+namespace {
+
+const QString recordsName = "20190912-block.records";
+
+int headersIn(const QByteArray &text)
+{
+    return ("\n" + text).count("\n# Quilvane records\n");
+}
+
+} // namespace
+
+TEST(HeaderMatch, LastHeaderDecides)
+{
+    const QList<QByteArray> header{"A", "B", "C"};
+    const struct {
+        const char *lines; ///< one letter a line
+        int matched;
+        const char *message;
+    } cases[] = {
+        {"", 0, "\nno matching header found, appending new header"},
+        {"ABC", 3, "\nmatching header found"},
+        {"ABCxyzBC", 3, "\nmatching header found"},
+        {"ABCxABC", 3, "\nmatching header found"},
+        {"ABCxAB", 2, "\npartial header match (2 of 3), appending new header"},
+        {"ABCxABx", 0, "\nno matching header found, appending new header"},
+        {"ABCA", 1, "\npartial header match (1 of 3), appending new header"},
+        {"AABC", 3, "\nmatching header found"},
+        {"BC", 0, "\nno matching header found, appending new header"},
+    };
+    for (const auto &c : cases) {
+        Spectrometer::HeaderMatch match(header);
+        for (const char *line = c.lines; *line; ++line)
+            match.addLine(QByteArray(line, 1));
+        EXPECT_EQ(match.matched(), c.matched) << c.lines;
+        EXPECT_EQ(match.message(), QLatin1String(c.message)) << c.lines;
+    }
+}
+
+TEST(FlagIds, ShortestFreePrefixOfTheDigest)
+{
+    const auto digest = [](const QString &text) {
+        return QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha1).toHex();
+    };
+    QHash<QByteArray, QString> seen;
+    QString one, other; // two texts whose digests begin alike
+    for (int i = 0; other.isEmpty(); ++i) {
+        const QString text = QString("flag %1").arg(i);
+        one = seen.value(digest(text).left(2));
+        if (!one.isEmpty())
+            other = text;
+        seen.insert(digest(text).left(2), text);
+    }
+    Spectrometer::FlagIds ids;
+    QByteArray definitions;
+    EXPECT_EQ(ids.idOf(flagOf(one), &definitions), digest(one).left(2));
+    EXPECT_EQ(ids.idOf(flagOf(other), &definitions), digest(other).left(3));
+    ids.commit();
+    EXPECT_EQ(definitions, "# flag " + digest(one).left(2) + ": " + one.toUtf8() + "\n# flag " + digest(other).left(3) +
+                               ": " + other.toUtf8() + '\n');
+    definitions.clear();
+    EXPECT_EQ(ids.idOf(flagOf(other), &definitions), digest(other).left(3)); // another object of the same text
+    EXPECT_EQ(definitions, QByteArray());
+}
+
+TEST_F(OutputTest, ContinuesOnlyAfterTheSameLastHeader)
+{
+    PlainFileOutput output(settings);
+    output.writeRecordRow(record());
+    output.closeFiles();
+    const QByteArray block = contentOf(path(recordsName));
+    const QByteArray header = block.left(block.lastIndexOf('\n', -2) + 1);
+    const QByteArray otherHeader = "# Quilvane records\n# other: 1\n# \nbegin_time\n";
+
+    const struct {
+        const char *name;
+        QByteArray before;
+        int headersAfter;
+        const char *message;
+    } cases[] = {
+        {"the same", block, 1, "\nmatching header found"},
+        {"an empty file", "", 1, "\nno matching header found"},
+        {"no line feed at the end", block.chopped(1), 1, "\nmatching header found"},
+        {"another block behind", block + otherHeader + "row\n", 3, "\nno matching header found"},
+        {"the column row missing", header.left(header.lastIndexOf(QByteArrayLiteral("\n"), -2) + 1), 2,
+         "\npartial header match ("},
+        {"a line too long for any header", block + QByteArray(300000, 'x') + '\n', 1, "\nmatching header found"},
+        {"two of them", block + block, 2, "\nmatching header found"},
+    };
+    for (const auto &c : cases) {
+        writeFile(path(recordsName), c.before);
+        messages.clear();
+        EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written) << c.name;
+        output.closeFiles();
+        const QByteArray after = contentOf(path(recordsName));
+        EXPECT_EQ(headersIn(after), c.headersAfter) << c.name;
+        EXPECT_TRUE(after.startsWith(c.before)) << c.name;
+        EXPECT_TRUE(messages.join(QString()).contains(QLatin1String(c.message)))
+            << c.name << qPrintable(messages.join(QString()));
+        EXPECT_EQ(rows(path(recordsName)).last().left(19), "2019-09-12 12:17:52") << c.name;
+    }
+}
+
+TEST_F(OutputTest, FlagsAreDefinedAnewAtEachOpening)
+{
+    PlainFileOutput output(settings);
+    Spectrometer::FullRecord flagged = record();
+    flagged.flags = {flagOf("leak")};
+    output.writeRecordRow(flagged);
+    output.writeRecordRow(flagged);
+    output.closeFiles();
+    output.writeRecordRow(flagged);
+    const QByteArray text = contentOf(path(recordsName));
+    EXPECT_EQ(text.count("\n# flag "), 2);
+    EXPECT_EQ(headersIn(text), 1);
+}
+
+TEST_F(OutputTest, FilesByLocalDayWithSafeNames)
+{
+    settings.folder = folder.path() + "/50% of %2/deep";
+    settings.variants[0].name = "../10%s";
+    PlainFileOutput output(settings);
+    Spectrometer::FullRecord late = record();
+    late.beginTime = someTime + std::chrono::hours(12); // 22:16:52 UTC, the next day at +02:00
+    EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
+    EXPECT_EQ(output.writeRecordRow(late), Result::Written);
+    EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written);
+    EXPECT_EQ(QDir(settings.folder).entryList(QDir::Files),
+              (QStringList{"20190912-..%2F10%25s.records", "20190913-..%2F10%25s.records"}));
+    EXPECT_EQ(rows(path("20190912-..%2F10%25s.records")).size(), 2);
+    EXPECT_TRUE(messages.join(QString()).contains("closing \""));
+
+    Spectrometer::FullRecord ancient = record();
+    ancient.beginTime = recordTimeFromTicks(-1000 * ticksPerDay);
+    EXPECT_EQ(output.writeRecordRow(ancient), Result::Lost);
+
+    settings.fileNamePattern = "%Y%m%d%H%M"; // a name of its own for every minute
+    output.setSettings(settings);
+    output.applySettings();
+    output.writeRecordRow(record());
+    output.writeRecordRow(record(1));
+    EXPECT_TRUE(QFile::exists(path("201909121216-..%2F10%25s.records")));
+    EXPECT_TRUE(QFile::exists(path("201909121217-..%2F10%25s.records")));
+}
+
+TEST(FileNamePart, AnotherTextForEachName)
+{
+    const QStringList names{"a_b", "a/b", "a%2Fb", "a%252Fb", "a%b", "a%25b", "../x", "50%"};
+    QSet<QString> parts;
+    for (const QString &name : names) {
+        const QString part = fileNamePart(name);
+        EXPECT_FALSE(part.contains('/'));
+        parts.insert(part);
+    }
+    EXPECT_EQ(parts.size(), names.size());
+    EXPECT_EQ(fileNamePart("50%"), "50%");
+}
+
+TEST_F(OutputTest, FullDiskLosesTheRowAndNothingElse)
+{
+    PlainFileOutput output(settings);
+    output.writeRecordRow(record());
+    const QByteArray before = contentOf(path(recordsName));
+    Spectrometer::FullRecord flagged = record(1);
+    flagged.flags = {flagOf("leak")};
+    // Room for nothing, for a part of the flag's definition, for all but the row's last byte.
+    for (int room : {0, 5, 40, 100}) {
+        FullDisk disk(before.size() + room);
+        EXPECT_EQ(output.writeRecordRow(flagged), Result::Lost);
+        EXPECT_EQ(contentOf(path(recordsName)), before) << room;
+    }
+    ASSERT_EQ(errors.size(), 4);
+    // The reason is the system's, in the user's language.
+    EXPECT_EQ(
+        errors.first(),
+        QString("Failed to write into file \"%1\": %2. Data was lost!").arg(path(recordsName), qt_error_string(EFBIG)));
+    EXPECT_EQ(output.counts().lost, 4);
+
+    // With room again the flag is still to be defined.
+    EXPECT_EQ(output.writeRecordRow(flagged), Result::Written);
+    const QByteArray after = contentOf(path(recordsName));
+    EXPECT_TRUE(after.startsWith(before + "# flag "));
+    EXPECT_EQ(headersIn(after), 1);
+}
+
+TEST_F(OutputTest, FullDiskAtTheHeaderLeavesNoFile)
+{
+    PlainFileOutput output(settings);
+    {
+        FullDisk disk(100);
+        EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
+    }
+    EXPECT_FALSE(QFile::exists(path(recordsName)));
+    const QByteArray old = "something of old";
+    writeFile(path(recordsName), old);
+    {
+        FullDisk disk(100);
+        EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
+    }
+    EXPECT_EQ(contentOf(path(recordsName)), old);
+    EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
+    EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
+}
+
+TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
+{
+    settings.variants[0].currents = true;
+    PlainFileOutput first(settings);
+    first.writeRecordRow(record());
+    const QByteArray before = contentOf(path(recordsName));
+    PlainFileOutput second(settings);
+    EXPECT_EQ(second.writeRecordRow(record()), Result::Lost);
+    EXPECT_EQ(second.writeCurrentsRow(record()), Result::Written);
+    EXPECT_EQ(contentOf(path(recordsName)), before);
+    EXPECT_EQ(errors,
+              QStringList{QString("Failed to lock file \"%1\" for writing. Data was lost!").arg(path(recordsName))});
+    first.closeFiles();
+    EXPECT_EQ(second.writeRecordRow(record()), Result::Written);
+    EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
+}
+
+TEST_F(OutputTest, PlacesThatCannotBeWritten)
+{
+    writeFile(folder.filePath("plain"), "x");
+    settings.folder = folder.filePath("plain/sub");
+    EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
+    EXPECT_EQ(errors.takeLast(), QString("Failed to create path \"%1\". Data was lost!").arg(settings.folder));
+
+    // A folder, and a device that would be read for ever, under the file's name.
+    settings.folder = folder.filePath("odd");
+    QDir().mkpath(path(recordsName));
+    QFile::link("/dev/full", path("20190912-block-ions.spectra"));
+    PlainFileOutput output(settings);
+    EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
+    EXPECT_EQ(output.writeSpectraRow(withSpectrum()), Result::Lost);
+    for (const QString &name : {path("20190912-block-ions.spectra"), path(recordsName)})
+        EXPECT_EQ(errors.takeLast(), QString("Failed to open file \"%1\". Data was lost!").arg(name));
+    EXPECT_TRUE(errors.isEmpty());
+}

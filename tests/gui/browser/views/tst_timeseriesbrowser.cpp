@@ -1,0 +1,480 @@
+#include "gui/browser/controls/header.h"
+#include "gui/browser/controls/plotmenu.h"
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/views/timeseriesbrowser.h"
+#include "log/logger.h"
+#include "support/plotstore.h"
+#include "support/stripview.h"
+
+#include <QAction>
+#include <QScrollArea>
+#include <QSignalSpy>
+#include <QSplitter>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Tsb::View;
+
+std::vector<Tsb::ViewKind> testKinds()
+{
+    return {Tsb::viewKind<StripView>(QStringLiteral("spectrogram")), Tsb::viewKind<PlainView>(QStringLiteral("plain"))};
+}
+
+SpectMath::SpectrumInfoPointer spectrum(const QString &name, const QString &opmode)
+{
+    auto info = std::make_shared<SpectMath::SpectrumInfo>();
+    info->name = name;
+    info->opmode = opmode;
+    info->hash = name + QStringLiteral("-id");
+    return info;
+}
+
+class BrowserTest : public ::testing::Test {
+protected:
+    BrowserTest()
+    {
+        for (int i = 0; i < 20; ++i)
+            store.addFullRecord(testRecord(i * 10, i * 10 + 6, i % 2));
+        browser = std::make_unique<Tsb::TimeSeriesBrowser>(uiInfo, nullptr, testKinds());
+        browser->resize(900, 500);
+        browser->setDatastore(&store);
+        browser->show();
+        settle();
+        browser->timeView()->setTimeScale({testStart, ticksPerSecond, 0});
+        QObject::connect(browser.get(), &Tsb::TimeSeriesBrowser::recordChosen, browser.get(),
+                         &Tsb::TimeSeriesBrowser::selectRecord);
+    }
+    static void settle()
+    {
+        for (int i = 0; i < 3; ++i) {
+            QApplication::processEvents();
+            QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    }
+    StripView *addStrip()
+    {
+        auto *const view = new StripView;
+        browser->addView(view);
+        settle();
+        return view;
+    }
+    QVariantMap entry(const QString &type, const QVariant &settings = QVariant())
+    {
+        QVariantMap map{{QStringLiteral("type"), type}};
+        if (settings.isValid())
+            map.insert(QStringLiteral("settings"), settings);
+        return map;
+    }
+    Tsb::Header *header() const { return browser->findChild<Tsb::Header *>(); }
+    QWidget *addPlotRow() const { return browser->findChild<QToolButton *>()->parentWidget(); }
+    /// Left and right ends of a frame's contents, on the screen.
+    static QPair<int, int> contentsOf(const QFrame *frame)
+    {
+        return {frame->mapToGlobal(frame->contentsRect().topLeft()).x(),
+                frame->mapToGlobal(frame->contentsRect().topRight()).x()};
+    }
+    static void drag(QWidget *from, const QPoint &start, const QVector<int> &steps)
+    {
+        const QPoint pressed = from->mapToGlobal(start);
+        const auto send = [&](QEvent::Type type, int dy, Qt::MouseButtons held) {
+            const QPoint global = pressed + QPoint(0, dy);
+            QMouseEvent event(type, from->mapFromGlobal(global), global,
+                              type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, held, Qt::NoModifier);
+            QApplication::sendEvent(from, &event);
+        };
+        send(QEvent::MouseButtonPress, 0, Qt::LeftButton);
+        for (const int dy : steps) {
+            send(QEvent::MouseMove, dy, Qt::LeftButton);
+            QApplication::processEvents();
+        }
+        send(QEvent::MouseButtonRelease, steps.last(), Qt::NoButton);
+        settle();
+    }
+
+    Datastore store;
+    std::shared_ptr<UiInfo> uiInfo = std::make_shared<UiInfo>();
+    std::unique_ptr<Tsb::TimeSeriesBrowser> browser;
+};
+
+TEST_F(BrowserTest, PlotsStandUnderTheAxis)
+{
+    StripView *const view = addStrip();
+    const auto expectAligned = [&] { EXPECT_EQ(contentsOf(view->plot()), contentsOf(browser->timeView())); };
+    expectAligned();
+    EXPECT_EQ(header()->splitter()->sizes().value(0), 110);
+    header()->splitter()->setSizes({250, 500});
+    Q_EMIT header()->splitter()->splitterMoved(250, 1);
+    settle();
+    expectAligned();
+    EXPECT_EQ(header()->splitter()->sizes().value(0), 250);
+    browser->resize(1200, 400);
+    settle();
+    expectAligned();
+    EXPECT_EQ(header()->splitter()->sizes().value(0), 250) << "the axis takes what the window grows";
+    header()->splitter()->setSizes({1, 1000});
+    Q_EMIT header()->splitter()->splitterMoved(1, 1);
+    settle();
+    expectAligned();
+    view->setMinimumHeight(2000);
+    settle();
+    expectAligned();
+}
+
+TEST_F(BrowserTest, GesturesOnAPlotMoveTheAxisAndAllPlots)
+{
+    StripView *const first = addStrip(), *const second = addStrip();
+    QWheelEvent wheel(QPointF(101, 20), QPointF(101, 20), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(first->plot(), &wheel);
+    EXPECT_EQ(browser->timeScale().ticksPerPixel, 9'000'000);
+    EXPECT_EQ(second->plot()->timeScale(), browser->timeScale());
+    QTest::mousePress(first->plot(), Qt::MiddleButton, Qt::NoModifier, QPoint(100, 20));
+    QMouseEvent move(QEvent::MouseMove, QPoint(130, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
+    const TimeScale before = browser->timeScale();
+    QApplication::sendEvent(first->plot(), &move);
+    QTest::mouseRelease(first->plot(), Qt::MiddleButton, Qt::NoModifier, QPoint(130, 20));
+    EXPECT_EQ(second->plot()->timeScale().tickAt(130), before.tickAt(100));
+}
+
+TEST_F(BrowserTest, GesturesOnPlotsLeaveTheirWayBack)
+{
+    StripView *const view = addStrip();
+    Tsb::TimeView *const axis = browser->timeView();
+    const TimeScale home = browser->timeScale();
+    QTest::mousePress(view->plot(), Qt::MiddleButton, {}, {300, 20});
+    for (int x = 310; x <= 360; x += 10) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(x, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
+        QApplication::sendEvent(view->plot(), &move);
+    }
+    QTest::mouseRelease(view->plot(), Qt::MiddleButton, {}, {360, 20});
+    const TimeScale panned = browser->timeScale();
+    QTest::keyClick(view->plot(), Qt::Key_Plus);
+    QTest::qWait(450);
+    browser->fitTimescale(testStart, testStart + Ticks(200 * ticksPerSecond));
+    browser->resize(700, 500); // fitted once more at the new width
+    settle();
+    axis->goToPreviousView();
+    EXPECT_EQ(browser->timeScale().ticksPerPixel, 9'000'000);
+    axis->goToPreviousView();
+    EXPECT_EQ(browser->timeScale(), panned);
+    axis->goToPreviousView();
+    EXPECT_EQ(browser->timeScale(), home);
+    EXPECT_FALSE(axis->hasPreviousView());
+}
+
+TEST_F(BrowserTest, ChoosingARecordSelectsItOnceAndScrolls)
+{
+    StripView *const first = addStrip(), *const second = addStrip();
+    QSignalSpy chosen(browser.get(), &Tsb::TimeSeriesBrowser::recordChosen);
+    QTest::mouseClick(first->plot(), Qt::LeftButton, Qt::NoModifier, QPoint(24, 20));
+    EXPECT_EQ(browser->currentRecord(), store.at(2));
+    EXPECT_EQ(second->plot()->currentRecord(), store.at(2));
+    EXPECT_EQ(chosen.count(), 2) << "the plot's wish and the browser's answer";
+    browser->selectRecord(store.at(2));
+    EXPECT_EQ(chosen.count(), 2);
+    browser->timeView()->setTimeScale({testStart, ticksPerSecond / 100, 0});
+    QTest::keyClick(first->plot(), Qt::Key_Down);
+    EXPECT_EQ(browser->currentRecord(), store.at(3));
+    const int right = browser->timeView()->contentsRect().width() - 10;
+    EXPECT_EQ(browser->timeScale().pixelAt(store.at(3)->endTime), right);
+    browser->setDisableAutoscroll(true);
+    QTest::keyClick(first->plot(), Qt::Key_Down);
+    EXPECT_EQ(browser->timeScale().pixelAt(store.at(3)->endTime), right) << "no scrolling during a pan";
+    StripView *const late = addStrip();
+    EXPECT_EQ(late->plot()->currentRecord(), store.at(4));
+    QTest::keyClick(first->plot(), Qt::Key_Escape);
+    EXPECT_FALSE(browser->currentRecord());
+}
+
+TEST_F(BrowserTest, TheTimeCursorRunsThroughAll)
+{
+    StripView *const first = addStrip(), *const second = addStrip();
+    QSignalSpy told(browser.get(), &Tsb::TimeSeriesBrowser::timeCursorChanged);
+    const QImage axis = browser->timeView()->grab().toImage();
+    QMouseEvent move(QEvent::MouseMove, QPoint(200, 20), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(first->plot(), &move);
+    EXPECT_EQ(first->plot()->cursor(), 200);
+    EXPECT_EQ(second->plot()->cursor(), 200);
+    EXPECT_NE(browser->timeView()->grab().toImage(), axis);
+    QApplication::sendEvent(first->plot(), &move);
+    EXPECT_EQ(told.count(), 1) << "equal values end the ring";
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(first->plot(), &leave);
+    EXPECT_EQ(second->plot()->cursor(), -1);
+    EXPECT_EQ(browser->timeView()->grab().toImage(), axis);
+    EXPECT_EQ(told.count(), 2);
+    QApplication::sendEvent(first->plot(), &move);
+    EXPECT_EQ(second->plot()->cursor(), 200);
+    browser->closeView(first);
+    EXPECT_EQ(second->plot()->cursor(), -1) << "it goes with the plot that the pointer was on";
+}
+
+TEST_F(BrowserTest, KeysZoomAboutTheRecordOrTheMiddle)
+{
+    StripView *const view = addStrip();
+    const int middle = browser->timeView()->contentsRect().width() / 2;
+    const RecordTime under = browser->timeScale().tickAt(middle);
+    QTest::keyClick(view->plot(), Qt::Key_Plus);
+    EXPECT_EQ(browser->timeScale().ticksPerPixel, 9'000'000);
+    EXPECT_EQ(browser->timeScale().tickAt(middle), under);
+    browser->selectRecord(store.at(5));
+    const int x = browser->timeScale().pixelAt(store.at(5)->midTime);
+    QTest::keyClick(view->plot(), Qt::Key_Minus);
+    EXPECT_EQ(browser->timeScale().ticksPerPixel, 10'000'000);
+    EXPECT_NEAR(browser->timeScale().pixelAt(store.at(5)->midTime), x, 1);
+}
+
+TEST_F(BrowserTest, SetupGoesRoundAndIsTakenByValue)
+{
+    QVariantMap settings{{QStringLiteral("height"), 90}, {QStringLiteral("note"), QStringLiteral("kept")}};
+    const QVariant setup =
+        QVariantList{entry(QStringLiteral("spectrogram"), settings), entry(QStringLiteral("scatterplot")),
+                     entry(QStringLiteral("plain")), 17, entry(QStringLiteral("spectrogram"))};
+    addStrip();
+    browser->setSetup(setup);
+    const QVariant expected = QVariantList{entry(QStringLiteral("spectrogram"), settings),
+                                           entry(QStringLiteral("plain")), entry(QStringLiteral("spectrogram"))};
+    EXPECT_EQ(browser->setup(), expected) << "before the old views are gone, too";
+    settle();
+    EXPECT_EQ(browser->setup(), expected);
+    EXPECT_EQ(browser->views().size(), 3);
+    EXPECT_EQ(browser->views().first()->height(), 90);
+    browser->views().last()->setTemporary(true);
+    EXPECT_EQ(browser->setup().toList().size(), 2) << "temporary views aren't kept";
+    const QVariant nonsense[] = {QVariant(), 5, QStringLiteral("x"), QVariantMap{{QStringLiteral("type"), 3}},
+                                 QVariantList{QVariantList{1}, QVariant()}};
+    for (const QVariant &value : nonsense) {
+        browser->setSetup(value);
+        settle();
+        EXPECT_FALSE(browser->hasViews());
+    }
+}
+
+TEST_F(BrowserTest, ASetupOfTenThousandViewsIsCut)
+{
+    QVariantList list;
+    for (int i = 0; i < 10'000; ++i)
+        list.append(entry(QStringLiteral("plain")));
+    std::vector<Log::Entry> entries;
+    const auto connection = QObject::connect(&Log::RootLogger::instance(), &Log::RootLogger::newEntry,
+                                             [&entries](const Log::Entry &e) { entries.push_back(e); });
+    browser->setSetup(list);
+    QObject::disconnect(connection);
+    EXPECT_EQ(browser->views().size(), 200);
+    ASSERT_EQ(entries.size(), 1u);
+    EXPECT_EQ(entries[0].level, Log::Warning);
+}
+
+TEST_F(BrowserTest, AbsurdHeightsAreHeld)
+{
+    const struct {
+        QVariant given;
+        int height;
+    } cases[] = {{0, 60},       {-5, 60},   {QStringLiteral("high"), 60}, {qQNaN(), 60}, {3, 16}, {qInf(), 60},
+                 {1e300, 4096}, {200, 200}, {QVariantList{1}, 60},        {true, 60}};
+    for (const auto &c : cases) {
+        StripView view;
+        view.setSettings(QVariantMap{{QStringLiteral("height"), c.given}});
+        EXPECT_EQ(view.minimumHeight(), c.height) << c.given.toString().toStdString();
+    }
+}
+
+TEST_F(BrowserTest, ClosingViews)
+{
+    StripView *const first = addStrip(), *const second = addStrip(), *const third = addStrip();
+    StripView foreign;
+    browser->closeView(&foreign);
+    EXPECT_FALSE(foreign.isDiscarded());
+    second->setTemporary(true);
+    QTest::mouseClick(second->findChild<QToolButton *>(), Qt::LeftButton);
+    EXPECT_FALSE(second->isTemporary()) << "the first click makes it lasting";
+    QTest::mouseClick(second->findChild<QToolButton *>(), Qt::LeftButton);
+    settle();
+    EXPECT_EQ(browser->views(), (QVector<View *>{first, third}));
+    StripView *const fourth = addStrip();
+    Q_EMIT third->requestCloseBelow(third);
+    EXPECT_EQ(browser->views(), (QVector<View *>{first}));
+    fourth->fittedWidths.clear();
+    browser->allFitScale();
+    EXPECT_TRUE(fourth->fittedWidths.isEmpty()) << "what is closing is passed over";
+    settle();
+    addStrip()->setTemporary(true);
+    browser->closeTempViews();
+    settle();
+    EXPECT_EQ(browser->views(), (QVector<View *>{first}));
+    browser->viewActions()[1]->trigger();
+    settle();
+    EXPECT_FALSE(browser->hasViews());
+}
+
+TEST_F(BrowserTest, DraggingAViewReordersTheStack)
+{
+    StripView *const first = addStrip(), *const second = addStrip(), *const third = addStrip();
+    for (StripView *view : {first, second, third})
+        view->kept = QVariant::fromValue(int(view == first ? 1 : view == second ? 2 : 3));
+    const auto order = [this] {
+        QVector<int> numbers;
+        for (const QVariant &value : browser->setup().toList())
+            numbers << value.toMap().value(QStringLiteral("settings")).toInt();
+        return numbers;
+    };
+    QWidget *const grip = first->findChild<QToolButton *>()->parentWidget();
+    drag(grip, {8, 50}, {40, 200, 2000});
+    EXPECT_EQ(order(), (QVector<int>{2, 3, 1}));
+    EXPECT_LT(first->geometry().bottom(), addPlotRow()->y()) << "never below the row that adds plots";
+    EXPECT_GT(first->y(), third->y());
+    EXPECT_EQ(browser->views(), (QVector<View *>{first, second, third})) << "the order of creation stays";
+    drag(first->findChild<QToolButton *>()->parentWidget(), {8, 50}, {-30, -35, -62});
+    EXPECT_EQ(order(), (QVector<int>{2, 1, 3}));
+    drag(first->findChild<QToolButton *>()->parentWidget(), {8, 50}, {5});
+    EXPECT_EQ(order(), (QVector<int>{2, 1, 3})) << "a small movement changes nothing";
+}
+
+TEST_F(BrowserTest, TabGoesFromTopToBottom)
+{
+    const auto focusedWidgets = [this] {
+        QVector<QWidget *> found;
+        QWidget *const start = addPlotRow()->findChild<QToolButton *>();
+        start->setFocus();
+        do {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            found << QApplication::focusWidget();
+        } while (found.last() != start && found.size() < 30);
+        return found;
+    };
+    const auto wanted = [this](const QVector<StripView *> &views) {
+        QVector<QWidget *> widgets;
+        for (StripView *view : views)
+            widgets << view->findChild<QToolButton *>() << view->plot();
+        return widgets << addPlotRow()->findChild<QToolButton *>();
+    };
+    browser->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(browser.get()));
+    StripView *const first = addStrip(), *const second = addStrip(), *const third = addStrip();
+    EXPECT_EQ(focusedWidgets(), wanted({first, second, third}));
+    drag(first->findChild<QToolButton *>()->parentWidget(), {8, 50}, {40, 200, 2000});
+    EXPECT_EQ(focusedWidgets(), wanted({second, third, first}));
+    StripView *const late = addStrip();
+    drag(late->findChild<QToolButton *>()->parentWidget(), {8, 50}, {-2000});
+    EXPECT_EQ(focusedWidgets(), wanted({late, second, third, first}));
+    delete second;
+    settle();
+    EXPECT_EQ(focusedWidgets(), wanted({late, third, first}));
+}
+
+TEST_F(BrowserTest, AViewMayCloseWhileItIsDragged)
+{
+    StripView *const first = addStrip();
+    addStrip();
+    QWidget *const holder = first->parentWidget();
+    const QPoint inside = first->pos() + QPoint(8, 50);
+    QMouseEvent press(QEvent::MouseButtonPress, inside, holder->mapToGlobal(inside), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(holder, &press);
+    EXPECT_EQ(browser->setup().toList().size(), 2) << "the dragged view counts at its place";
+    browser->setSetup(QVariantList{entry(QStringLiteral("plain"))});
+    settle();
+    QMouseEvent move(QEvent::MouseMove, inside, Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(holder, &move);
+    QMouseEvent release(QEvent::MouseButtonRelease, inside, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(holder, &release);
+    settle();
+    EXPECT_EQ(browser->setup().toList().size(), 1);
+    EXPECT_LE(browser->views().first()->y(), 5) << "no gap is left";
+}
+
+TEST_F(BrowserTest, FitsUseTheWidthOfTheAxis)
+{
+    StripView *const view = new StripView;
+    browser->addView(view);
+    browser->allFitScale(); // no event has run since
+    const int width = browser->timeView()->contentsRect().width();
+    EXPECT_EQ(view->fittedWidths, QVector<int>{width});
+    browser->fitTimescale(testStart, testStart + Ticks(ticksPerDay));
+    EXPECT_EQ(browser->timeScale().ticksPerPixel, ticksPerDay / (width - 20));
+    browser->resize(1300, 500);
+    settle();
+    const int wider = browser->timeView()->contentsRect().width();
+    EXPECT_GT(wider, width);
+    EXPECT_EQ(browser->timeScale().ticksPerPixel, ticksPerDay / (wider - 20)) << "fitted again at the settled width";
+}
+
+TEST_F(BrowserTest, SpectrogramsFromTheMenu)
+{
+    auto *const action = browser->addPlotActions().first();
+    EXPECT_EQ(action->menu(), nullptr) << "no spectra, no submenu";
+    uiInfo->setData(nullptr, {spectrum(QStringLiteral("a"), QStringLiteral("ions"))});
+    uiInfo->publish();
+    action->trigger();
+    auto *const only = dynamic_cast<StripView *>(browser->views().first());
+    EXPECT_EQ(only->spectra, QSet<QString>{QStringLiteral("a-id")});
+    EXPECT_EQ(only->fittedWidths.size(), 1);
+    uiInfo->setData(nullptr, {spectrum(QStringLiteral("p1"), QStringLiteral("particles")),
+                              spectrum(QStringLiteral("i1"), QStringLiteral("ions")),
+                              spectrum(QStringLiteral("p2"), QStringLiteral("particles"))});
+    uiInfo->publish();
+    ASSERT_NE(action->menu(), nullptr);
+    ASSERT_EQ(action->menu()->actions().size(), 2);
+    EXPECT_EQ(action->menu()->actions()[0]->text(), QStringLiteral("Ions"));
+    action->menu()->actions()[1]->trigger();
+    auto *const both = dynamic_cast<StripView *>(browser->views().last());
+    const QSet<QString> particles{QStringLiteral("p1-id"), QStringLiteral("p2-id")};
+    EXPECT_EQ(both->spectra, particles);
+    action->trigger();
+    EXPECT_TRUE(dynamic_cast<StripView *>(browser->views().last())->spectra.isEmpty());
+    browser->closeAllViews();
+    settle();
+    browser->addDefaultStack();
+    ASSERT_EQ(browser->views().size(), 2);
+    EXPECT_EQ(dynamic_cast<StripView *>(browser->views()[0])->spectra, particles);
+    browser->setEnabled(false);
+    EXPECT_FALSE(action->isEnabled());
+}
+
+TEST_F(BrowserTest, ClickingAnActionWithASubmenuTriggersIt)
+{
+    Tsb::PlotMenu menu;
+    QMenu submenu;
+    submenu.addAction(QStringLiteral("inner"));
+    QAction *const action = menu.addAction(QStringLiteral("outer"));
+    action->setMenu(&submenu);
+    QSignalSpy triggered(action, &QAction::triggered);
+    menu.popup(QPoint(100, 100));
+    const QPoint inside = menu.actionGeometry(action).center();
+    QTest::mouseRelease(&menu, Qt::LeftButton, Qt::NoModifier, inside);
+    EXPECT_EQ(triggered.count(), 0) << "the release of the click that opened the menu";
+    EXPECT_TRUE(menu.isVisible());
+    QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier, inside);
+    EXPECT_EQ(triggered.count(), 1);
+    EXPECT_FALSE(menu.isVisible());
+    EXPECT_FALSE(submenu.isVisible());
+}
+
+TEST_F(BrowserTest, ARequestedViewIsScrolledIntoSight)
+{
+    for (int i = 0; i < 20; ++i)
+        addStrip();
+    StripView *const last = addStrip();
+    browser->ensureViewVisible(last);
+    settle();
+    EXPECT_FALSE(last->visibleRegion().isEmpty());
+    auto *const doomed = new QWidget;
+    browser->ensureViewVisible(doomed);
+    delete doomed;
+    settle();
+}
+
+TEST_F(BrowserTest, DiesWithItsViewsOpen)
+{
+    addStrip();
+    addStrip();
+    browser->selectRecord(store.at(1));
+    browser.reset();
+    EXPECT_EQ(store.at(1).use_count(), 1);
+}
+
+} // namespace

@@ -1,0 +1,320 @@
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/morvantide/datasaverdialog.h"
+#include "gui/morvantide/dayfolder.h"
+#include "gui/morvantide/readprogressdialog.h"
+#include "gui/morvantide/windowtest.h"
+
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QSettings>
+#include <QToolBar>
+#include <QToolButton>
+
+namespace {
+
+class MorvantideMainWindowTest : public WindowTest {
+protected:
+    QSettings settings() const { return QSettings(settingsFile(), QSettings::IniFormat); }
+    void startOpening(const QVariantMap &choice = {}) { WindowTest::startOpening(data.path(), choice); }
+    void open(const QVariantMap &choice = {})
+    {
+        startOpening(choice);
+        waitForRead();
+    }
+    int recordCount() const { return window->datastore() ? window->datastore()->size() : -1; }
+    QString title() const { return window->windowTitle(); }
+    QString folderName() const { return QDir(data.path()).dirName(); }
+
+    DayFolder data;
+};
+
+} // namespace
+
+TEST_F(MorvantideMainWindowTest, OpensAFolder)
+{
+    data.writeDay(255);
+    data.writeDay(256);
+    data.writeDay(256, "10s");
+    window->resize(1000, 700);
+    window->show();
+    EXPECT_EQ(title(), "Morvantide");
+    EXPECT_FALSE(window->browser()->isEnabled());
+    open();
+    EXPECT_EQ(recordCount(), 2 * DayFolder::recordsOfDay);
+    EXPECT_EQ(title(), folderName() + " - Morvantide");
+    EXPECT_TRUE(window->browser()->isEnabled());
+    EXPECT_EQ(window->currentDatastoreFor(0), window->datastore());
+    EXPECT_EQ(window->currentDatastoreFor(1), nullptr);
+    EXPECT_EQ(window->browser()->timeView()->timeOffset(), 7200);
+
+    const auto metadata = window->uiInfo()->metadata();
+    ASSERT_EQ(metadata->dpVariants.size(), 1);
+    EXPECT_EQ(metadata->dpVariants[0].name, "block");
+    EXPECT_FALSE(metadata->dpVariants[0].followAtOnce || metadata->dpVariants[0].skipOffsets);
+    EXPECT_EQ(window->uiInfo()->opmodeColors().size(), 2u);
+
+    QTest::qWait(1);
+    const TimeScale scale = window->browser()->timeScale();
+    EXPECT_GE(scale.positionOf(window->datastore()->at(0)->beginTime), 0);
+    EXPECT_LE(scale.positionOf(window->datastore()->records().back()->endTime),
+              window->browser()->timeView()->contentsRect().width() + 1);
+
+    window->setFollowLast(true);
+    EXPECT_EQ(window->shownRecord(), window->datastore()->records().back());
+    QTest::qWait(1);
+    EXPECT_EQ(window->findChild<QLabel *>("dateLabel")->text(), "2019-09-14 (UTC+2)");
+    EXPECT_EQ(window->findChild<QLabel *>("opmodeLabel")->text(), "particles");
+}
+
+TEST_F(MorvantideMainWindowTest, ASecondOpenWhileReadingIsRefused)
+{
+    constexpr int seconds = 300000;
+    data.writeLong(seconds);
+    startOpening();
+    DayFolder other;
+    other.writeDay(1);
+    startOpening({{"folderName", other.path()}});
+    ASSERT_TRUE(window->isReading()) << "or this test tells nothing";
+    waitForRead();
+    EXPECT_TRUE(log().contains("error] Can not open files while reading previous files is in progress"));
+    EXPECT_EQ(title(), folderName() + " - Morvantide");
+    EXPECT_EQ(recordCount(), seconds);
+    EXPECT_EQ(settings().value("datachooserOldPaths").toStringList(), (QStringList{other.path(), data.path()}))
+        << "the choice is kept even so";
+}
+
+TEST_F(MorvantideMainWindowTest, CancelKeepsWhatWasRead)
+{
+    for (int day = 1; day <= 300; ++day)
+        data.writeDay(day);
+    window->show();
+    startOpening();
+    auto *dialog = window->findChild<ReadProgressDialog *>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(dialog->windowTitle(), "Reading data files");
+    EXPECT_EQ(dialog->findChild<QProgressBar *>()->maximum(), 300);
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    EXPECT_TRUE(dialog->isVisible()) << "it stands until the file is done";
+    EXPECT_EQ(dialog->findChild<QLabel *>()->text(), "Stopping after this file");
+    dialog->close();
+    EXPECT_TRUE(dialog->isVisible());
+    waitForRead();
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_GT(recordCount(), 0);
+    EXPECT_LT(recordCount(), 300 * DayFolder::recordsOfDay);
+    EXPECT_EQ(title(), folderName() + " - Morvantide (incomplete)");
+    EXPECT_TRUE(log().contains(QRegularExpression("Reading was cancelled after [0-9]+ of 300 files.")));
+
+    open({{"limitEnd", true}, {"endTime", QDateTime(QDate(2019, 1, 3), {})}});
+    EXPECT_EQ(title(), folderName() + " - Morvantide") << "a later read starts afresh";
+    EXPECT_EQ(recordCount(), 3 * DayFolder::recordsOfDay);
+}
+
+TEST_F(MorvantideMainWindowTest, NothingFoundLeavesAnEmptyWindow)
+{
+    data.writeDay(1);
+    data.writeDay(1, "90s");
+    open();
+    EXPECT_GT(recordCount(), 0);
+    open({{"variant", "10s"}});
+    EXPECT_EQ(recordCount(), -1);
+    EXPECT_EQ(title(), "Morvantide");
+    EXPECT_FALSE(window->browser()->isEnabled());
+    EXPECT_TRUE(window->folderPath().isNull());
+    EXPECT_EQ(window->uiInfo()->metadata(), nullptr);
+    EXPECT_TRUE(log().contains("error] Nothing found"));
+    EXPECT_TRUE(log().contains("\"90s\", \"block\"")) << "what there is instead";
+
+    data.write("20190912-block.records", "no header\n");
+    const int before = log().count("holds:");
+    open({{"limitBegin", true}, {"beginTime", QDateTime(QDate(2019, 9, 12), {})}});
+    EXPECT_EQ(recordCount(), -1);
+    EXPECT_EQ(log().count("Nothing found"), 2);
+    EXPECT_EQ(log().count("holds:"), before) << "files matched, but held no rows";
+}
+
+TEST_F(MorvantideMainWindowTest, AnotherFolderTakesThePlaceOfTheFirst)
+{
+    data.writeDay(1);
+    open();
+    window->setFollowLast(true);
+    const std::weak_ptr<Datastore> old = window->datastore();
+    DayFolder other;
+    other.writeDay(5);
+    other.writeDay(6);
+    open({{"folderName", other.path()}});
+    EXPECT_EQ(recordCount(), 2 * DayFolder::recordsOfDay);
+    EXPECT_EQ(window->shownRecord(), nullptr);
+    EXPECT_TRUE(old.expired()) << "nothing holds on to the old data";
+    window->closeData();
+    window->closeData();
+    EXPECT_EQ(recordCount(), -1);
+    EXPECT_EQ(title(), "Morvantide");
+}
+
+TEST_F(MorvantideMainWindowTest, FilesPickedByHand)
+{
+    data.writeDay(3);
+    data.writeDay(1);
+    data.writeDay(2);
+    withDialog<QFileDialog>([this](QFileDialog &dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Select files");
+        dialog.setDirectory(data.path());
+        dialog.findChild<QLineEdit *>("fileNameEdit")->setText("\"20190103-block.flags\" \"20190101-block.flags\"");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    window->showDataFileChoice();
+    waitForRead();
+    EXPECT_EQ(recordCount(), 2 * DayFolder::recordsOfDay);
+    EXPECT_EQ(title(), folderName() + " - Morvantide");
+    EXPECT_EQ(window->uiInfo()->metadata()->dpVariants[0].name, "");
+    EXPECT_EQ(settings().value("lastpathpickfiles").toString(), data.path());
+}
+
+TEST_F(MorvantideMainWindowTest, SavesTheOpenDataAndRemembersWhere)
+{
+    QTemporaryDir output;
+    QString variant, folder;
+    const auto save = [&](const QString &newVariant, const QString &newFolder) {
+        withDialog<DataSaverDialog>([&](DataSaverDialog &dialog) {
+            variant = dialog.variant();
+            folder = dialog.folder();
+            dialog.setVariant(newVariant);
+            dialog.findChild<QLineEdit *>("folderEdit")->setText(newFolder);
+            dialog.close();
+        });
+        action("Save data...")->trigger();
+    };
+    EXPECT_FALSE(action("Save data...")->isEnabled());
+    EXPECT_TRUE(action("Spectra info")->isEnabled()) << "it shows that there are none";
+    data.writeDay(1);
+    open();
+    save("mine", output.path());
+    EXPECT_EQ(variant + ' ' + folder, "block-reinv ");
+    save("mine", output.path());
+    EXPECT_EQ(variant + ' ' + folder, "mine " + output.path());
+    EXPECT_EQ(settings().value("datasaver/folder").toString(), output.path());
+    EXPECT_EQ(settings().allKeys().filter("datasaver"), QStringList{"datasaver/folder"}) << "the variant isn't stored";
+    open();
+    save("mine", output.path());
+    EXPECT_EQ(variant, "block-reinv") << "other data, another name";
+    EXPECT_TRUE(action("Spectra info")->isEnabled());
+    window->closeData();
+    EXPECT_FALSE(action("Save data...")->isEnabled());
+    EXPECT_FALSE(action("Spectra info")->isEnabled());
+}
+
+TEST_F(MorvantideMainWindowTest, AWishToQuitEndsASaveUnderWay)
+{
+    for (int day = 1; day <= 20; ++day)
+        data.writeDay(day);
+    open();
+    QTemporaryDir output;
+    bool wasSaving = false;
+    withDialog<DataSaverDialog>([&](DataSaverDialog &dialog) {
+        dialog.findChild<QLineEdit *>("folderEdit")->setText(output.path());
+        QTimer::singleShot(0, &dialog, [&] {
+            wasSaving = dialog.isSaving();
+            window->terminateSignal();
+        });
+        dialog.saveData();
+    });
+    QTimer::singleShot(0, window.get(), &MorvantideMainWindow::saveData);
+    QApplication::exec();
+    EXPECT_TRUE(wasSaving);
+    EXPECT_TRUE(log().contains("Saving was stopped after 100 of"));
+}
+
+TEST_F(MorvantideMainWindowTest, OffersTheCommandLinesFolder)
+{
+    QVariantMap offered;
+    withDialog<DataChooserDialog>([&offered](DataChooserDialog &dialog) {
+        offered = dialog.choice();
+        dialog.reject();
+    });
+    window->setPositionalArguments({data.path() + "/./", "90s"});
+    EXPECT_TRUE(offered.isEmpty()) << "the window shows first";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !offered.isEmpty() && !QApplication::activeModalWidget(); }));
+    EXPECT_EQ(offered["folderName"].toString(), data.path());
+    EXPECT_EQ(offered["variant"].toString(), "90s");
+    EXPECT_FALSE(settings().contains("datachooser")) << "a choice that wasn't accepted isn't kept";
+    window->setPositionalArguments({});
+    QTest::qWait(20);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(MorvantideMainWindowTest, GoesAwayInTheMiddleOfARead)
+{
+    for (int day = 1; day <= 100; ++day)
+        data.writeDay(day);
+    for (int wait : {0, 1, 5, 20}) {
+        startOpening();
+        QTest::qWait(wait);
+        window.reset();
+        makeWindow();
+    }
+}
+
+TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    EXPECT_LT(window->height(), screen->availableSize().height()) << "no room for the title bar";
+    window->show();
+    window->setGeometry(40, 50, 640, 480);
+    QTest::qWait(20);
+    window->close();
+    EXPECT_EQ(settings().value("version").toInt(), 3);
+    makeWindow();
+    EXPECT_EQ(window->size(), QSize(640, 480));
+    window.reset();
+
+    QByteArray geometry = settings().value("MainWindow/geometry").toByteArray();
+    for (int i = 0; i < 300; ++i) { // a damaged settings file costs the geometry at most
+        QByteArray damaged = geometry;
+        damaged[(i * 7) % damaged.size()] = char(i * 37);
+        settings().setValue("MainWindow/geometry", damaged);
+        MorvantideMainWindow other(settingsFile());
+        EXPECT_LE(other.width(), 4000) << i;
+    }
+    settings().setValue("MainWindow/geometry", "rubbish");
+    EXPECT_GT(MorvantideMainWindow(settingsFile()).width(), 640);
+
+    settings().setValue("version", 2);
+    settings().setValue("datachooserOldPaths", QStringList{"/a"});
+    settings().setValue("MainWindow/geometry", geometry);
+    makeWindow();
+    EXPECT_GT(window->width(), 640);
+    EXPECT_EQ(settings().allKeys(), QStringList{"version"}) << settings().allKeys().join(' ').toStdString();
+}
+
+TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
+{
+    QStringList titles;
+    QMap<QString, QStringList> commands;
+    for (const QAction *menu : window->menuBar()->actions()) {
+        titles.append(menu->text());
+        for (const QAction *command : menu->menu()->actions())
+            commands[menu->text()].append(command->text());
+    }
+    EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "Spectra", "&View", "&Help"}));
+    EXPECT_EQ(commands["&File"],
+              (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
+    EXPECT_EQ(commands["Spectra"],
+              (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
+
+    QStringList buttons;
+    const auto *bar = window->findChild<QToolBar *>("toolBar");
+    for (const QToolButton *button : bar->findChildren<QToolButton *>())
+        if (!button->text().isEmpty())
+            buttons.append(button->text());
+    buttons.sort();
+    EXPECT_EQ(buttons, (QStringList{"Add plot", "Fit timescale", "Latest record", "Manually select files",
+                                    "Open folder", "Spectra", "Time flies"}));
+}

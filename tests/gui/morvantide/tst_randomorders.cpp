@@ -1,0 +1,131 @@
+#include "datafiles/writing/recordwriting.h"
+#include "gui/morvantide/reinversion.h"
+#include "gui/morvantide/reviewwindow.h"
+
+#include <random>
+
+// Reading, inverting, cancelling, saving and closing in random orders. Meant for the sanitizers: nothing is expected
+// but that whatever happens the window is in one of its states, with the commands of that state.
+
+namespace {
+
+class RandomOrders : public ReviewWindow {
+protected:
+    RandomOrders() : ReviewWindow(1800)
+    {
+        writeDemoData(path("other"), 2400, 1, 2);
+        m_files = writeVariants(6) + writeVariants(2, "ions") +
+                  QStringList{"inverters/demo.invmap", "inverters/ions-pos.inverter", "variants"};
+    }
+
+    int below(int end) { return int(m_random() % unsigned(end)); }
+
+    /// Lets the event loop run for a while, or not at all.
+    void pass()
+    {
+        static constexpr int waits[] = {-1, 0, 1, 3, 10, 30};
+        const int wait = waits[below(6)];
+        if (wait >= 0)
+            QTest::qWait(wait);
+    }
+
+    void read() { startOpening(path(below(2) ? "demo" : "other")); }
+    void invert()
+    {
+        if (!window->datastore() || window->isReinverting())
+            return;
+        window->findChild<Reinversion *>()->setWorkerCount(1 + below(4));
+        QStringList chosen;
+        for (int i = 1 + below(3); i > 0; --i)
+            chosen << m_files[below(m_files.size() - 1)];
+        startReinversion(chosen);
+        EXPECT_TRUE(window->isReinverting());
+    }
+    void discard()
+    {
+        const auto infos = window->uiInfo()->spectrumInfos();
+        if (!infos.isEmpty())
+            window->removeSpectrum(infos[below(infos.size())].get());
+    }
+    /// Writes what there is, results of a run under way included, and lets the run go on between rows.
+    void save()
+    {
+        const auto store = window->datastore();
+        if (!store)
+            return;
+        const auto metadata = std::make_shared<Spectrometer::RecordMetadata>(*window->uiInfo()->metadata());
+        auto settings = Spectrometer::dayFileSettings(path("saved"), "saved", metadata);
+        settings.spectra = Spectrometer::spectraByMode(*store, *metadata, window->uiInfo()->spectrumInfos().toVector());
+        Spectrometer::PlainFileOutput output(settings);
+        Spectrometer::writeRecords(output, *store, [](int done) {
+            if (done % 20 == 0)
+                QCoreApplication::processEvents();
+            return true;
+        });
+        EXPECT_EQ(output.counts().lost, 0);
+    }
+    void renew()
+    {
+        window.reset();
+        makeWindow();
+    }
+
+    /// One act after the other, with a pass of the event loop between them or not.
+    void go()
+    {
+        for (int acts = 3 + below(4); acts > 0; --acts) {
+            switch (below(8)) {
+            case 0:
+                read();
+                break;
+            case 1:
+                read();
+                EXPECT_TRUE(QTest::qWaitFor([this] { return !window->isReading(); }, 60000));
+                break;
+            case 2:
+            case 3:
+                invert();
+                break;
+            case 4:
+                below(2) ? window->cancelReinvert() : window->cancelFileReader();
+                break;
+            case 5:
+                save();
+                break;
+            case 6:
+                below(2) ? window->closeData() : discard();
+                break;
+            case 7:
+                if (below(3) == 0)
+                    renew();
+                break;
+            }
+            pass();
+            expectOneState();
+        }
+    }
+    void expectOneState() const
+    {
+        EXPECT_EQ(window->datastore(), window->currentDatastoreFor(0));
+        EXPECT_TRUE(window->datastore() || !window->isReinverting());
+        EXPECT_TRUE(window->datastore() ||
+                    (window->uiInfo()->spectrumInfos().isEmpty() && window->inverters().empty()));
+    }
+
+private:
+    std::mt19937 m_random{20190514};
+    QStringList m_files;
+};
+
+} // namespace
+
+TEST_F(RandomOrders, LeaveTheWindowInOneOfItsStates)
+{
+    constexpr int orders = 200;
+    for (int order = 0; order < orders; ++order) {
+        SCOPED_TRACE(order);
+        go();
+        if (HasFailure())
+            break;
+    }
+}
