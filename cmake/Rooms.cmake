@@ -23,6 +23,15 @@ if(MORVANTIDE_GUI)
                  <QtWidgets/QToolButton> <QtWidgets/QWidget>)
 endif()
 
+# Puts a line "PLACE|TARGET|SIDE|NEEDED TARGETS" into the table of rooms, for tests/house. PLACE is this folder, or a file
+# in it where FILE isn't empty; SIDE is "window" for what may include Qt Gui and Widgets, else "core".
+function(morvantide_note_room name file side)
+  file(RELATIVE_PATH place ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+  string(REGEX REPLACE "/$" "" place "${place}")
+  string(JOIN " " needs ${ARGN})
+  set_property(GLOBAL APPEND_STRING PROPERTY MORVANTIDE_ROOMS "${place}|${name}|${side}|${needs}\n")
+endfunction()
+
 # morvantide_room(NAME [GUI] [WIDGETS] [MOC] SOURCES ... [NEEDS public targets ...] [USES private targets ...])
 # GUI gives the room Qt Gui without widgets, WIDGETS both. MOC says that some header declares a QObject. NEEDS is what the
 # room's headers show, USES what only its sources use: together all that the room may include. Rooms that are named must
@@ -33,13 +42,11 @@ function(morvantide_room name)
   add_library(${name} STATIC ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX AUTOMOC ${ARG_MOC})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
-  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   set(side core)
   if(ARG_WIDGETS OR ARG_GUI)
     set(side window)
   endif()
-  string(JOIN " " needs ${ARG_NEEDS} ${ARG_USES})
-  set_property(GLOBAL APPEND_STRING PROPERTY MORVANTIDE_ROOMS "${folder}|${name}|${side}|${needs}\n")
+  morvantide_note_room(${name} "" ${side} ${ARG_NEEDS} ${ARG_USES})
   if(ARG_WIDGETS)
     target_link_libraries(${name} PUBLIC Qt5::Widgets ${ARG_NEEDS} PRIVATE ${ARG_USES})
     target_precompile_headers(${name} REUSE_FROM pch_gui)
@@ -50,6 +57,20 @@ function(morvantide_room name)
     target_link_libraries(${name} PUBLIC Qt5::Core ${ARG_NEEDS} PRIVATE ${ARG_USES})
     target_precompile_headers(${name} REUSE_FROM pch_core)
   endif()
+endfunction()
+
+# morvantide_program(NAME SOURCE [WIDGETS] USES targets ...): an executable of one source, which stands in a room's folder but
+# may include what that room may not.
+function(morvantide_program name source)
+  cmake_parse_arguments(ARG "WIDGETS" "" "USES" ${ARGN})
+  add_executable(${name} ${source})
+  target_link_libraries(${name} PRIVATE ${ARG_USES})
+  set(side core)
+  if(ARG_WIDGETS)
+    set(side window)
+    target_precompile_headers(${name} REUSE_FROM pch_gui)
+  endif()
+  morvantide_note_room(${name} ${source} ${side} ${ARG_USES})
 endfunction()
 
 # morvantide_test(tst_name [WIDGETS] [THREADS] [MOC] SOURCES ... LINK ...): one executable, one entry of the suite.

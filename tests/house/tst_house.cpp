@@ -1,3 +1,4 @@
+#include "house/rooms.h"
 #include "house/sourcetext.h"
 
 #include <QFileInfo>
@@ -10,61 +11,6 @@
 namespace {
 
 const QStringList sourceNames{"*.cpp", "*.h"};
-
-/// A folder, and the folders whose headers it may show or use besides its own. The longest folder that a path starts
-/// with is its room.
-struct Room {
-    const char *folder;
-    const char *needs;
-    bool windows; ///< may include Qt Gui and Widgets
-};
-
-const char gui[] = "log util llama records spectra store datafiles dataexport gui/common";
-const Room rooms[] = {
-    {"src/log", "util", false},
-    {"src/util", "", false},
-    {"src/llama", "", false},
-    {"src/records", "util", false},
-    {"src/spectra", "records llama util log", false},
-    {"src/store", "records spectra util", false},
-    {"src/datafiles", "store spectra records llama util log", false},
-    {"src/dataexport", "store spectra records llama util log", false},
-    {"src/gui/common", gui, true},
-    {"src/gui/common/tsb", gui, true},
-    {"src/gui/common/recordviews", gui, true},
-    {"src/gui/common/dataexport", gui, true},
-    {"src/gui/frame",
-     "log util llama records spectra store datafiles dataexport gui/common gui/common/tsb gui/common/recordviews",
-     true},
-    {"src/gui/morvantide",
-     "log util llama records spectra store datafiles dataexport gui/common gui/common/tsb gui/common/recordviews "
-     "gui/common/dataexport gui/frame",
-     true},
-    {"src/app", "log util records spectra gui/morvantide resources", true},
-    {"src/batch", "log util llama records spectra store datafiles dataexport", false},
-    {"src/batch/render", "log util llama records spectra store datafiles gui/common gui/common/tsb batch resources",
-     true},
-    {"demo", "datafiles store spectra records llama util log", false},
-    {"resources", "", false},
-};
-
-QString roomOf(const QString &path)
-{
-    QString best;
-    for (const Room &room : rooms) {
-        const QString folder = room.folder;
-        if (path.startsWith(folder + '/') && folder.size() > best.size())
-            best = folder;
-    }
-    return best;
-}
-
-/// The room of an include such as "gui/common/uiinfo.h" or "demo/weather.h"; empty for a header of a library.
-QString roomOfInclude(const QString &include)
-{
-    const QString inSources = roomOf("src/" + include);
-    return inSources.isEmpty() ? roomOf(include) : inSources;
-}
 
 bool isWindowHeader(const QString &include)
 {
@@ -84,32 +30,86 @@ QString readable(const QStringList &faults)
 
 } // namespace
 
-TEST(House, EveryRoomIncludesOnlyWhatItNeeds)
+TEST(House, EveryRoomIncludesWhatItNeedsAndNeedsWhatItIncludes)
 {
+    const QVector<Room> rooms = roomTable();
+    QMap<QString, QSet<QString>> unused; // by the room's place
+    QSet<QString> targets;
+    for (const Room &room : rooms)
+        targets << room.target;
+    for (const Room &room : rooms)
+        unused[room.place] = QSet<QString>(room.needs.begin(), room.needs.end()) & targets;
     QStringList faults;
-    int seen = 0;
-    for (const Room &room : rooms) {
-        const QString folder = room.folder;
-        QStringList allowed{folder};
-        for (const QString &need : QString::fromLatin1(room.needs).split(' ', Qt::SkipEmptyParts))
-            allowed << (need == "resources" || need == "demo" ? need : "src/" + need);
-        // Programs' own headers of the drawing half stand below src/batch.
-        allowed << (folder == "src/batch" ? "src/batch/render" : folder);
-        for (const QString &file : filesBelow(folder, sourceNames)) {
-            if (roomOf(file) != folder)
-                continue;
-            ++seen;
-            for (const QString &include : includesOf(textOf(file))) {
-                const QString other = roomOfInclude(include);
-                if (!other.isEmpty() && !allowed.contains(other))
-                    faults << QString("%1 includes %2").arg(file, include);
-                if (other.isEmpty() && !room.windows && isWindowHeader(include))
-                    faults << QString("%1 includes the window header %2").arg(file, include);
-            }
+    for (const QString &file : filesBelow("src", sourceNames) + filesBelow("demo", sourceNames)) {
+        const Room *room = roomOf(rooms, file);
+        if (!room)
+            continue; // built without windows
+        for (const QString &include : includesOf(textOf(file))) {
+            const Room *other = roomOf(rooms, include);
+            if (other)
+                unused[room->place].remove(other->target);
+            if (other && other != room && !room->needs.contains(other->target))
+                faults << QString("%1 includes %2").arg(file, include);
+            if (!other && !room->windows && isWindowHeader(include))
+                faults << QString("%1 includes the window header %2").arg(file, include);
         }
     }
-    EXPECT_GT(seen, 20);
+    for (const Room &room : rooms) {
+        for (const QString &target : unused[room.place])
+            faults << QString("%1 names %2 but includes nothing of it").arg(room.place, target);
+    }
+    EXPECT_GT(rooms.size(), 10);
     EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));
+}
+
+TEST(House, ArrowsRunOneWay)
+{
+    QSet<QString> all, above;
+    const QVector<Room> rooms = roomTable();
+    for (const Room &room : rooms)
+        all << room.target;
+    QStringList faults;
+    for (const Room &room : rooms) {
+        for (const QString &need : room.needs) {
+            if (all.contains(need) && !above.contains(need))
+                faults << QString("%1 needs %2, which comes after it in CMakeLists.txt").arg(room.target, need);
+        }
+        above << room.target;
+    }
+    EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));
+}
+
+TEST(House, NoFolderIsCrowded)
+{
+    QMap<QString, QSet<QString>> units;
+    for (const QString &file : filesBelow("src", sourceNames))
+        units[QFileInfo(file).path()] << QFileInfo(file).completeBaseName();
+    for (auto it = units.begin(); it != units.end(); ++it)
+        EXPECT_LE(it.value().size(), 30) << qPrintable(it.key());
+}
+
+TEST(House, TheDocumentedTableOfRoomsIsTheBuilds)
+{
+    if (QStringLiteral(WINDOW_FOLDERS).isEmpty())
+        GTEST_SKIP() << "built without windows, so without half of the rooms";
+    const QString text = textOf("ARCHITECTURE.md");
+    QSet<QString> all;
+    const QVector<Room> rooms = roomTable();
+    for (const Room &room : rooms)
+        all << room.target;
+    for (const Room &room : rooms) {
+        if (room.place.endsWith(".cpp"))
+            continue;
+        QStringList needs;
+        for (const QString &need : room.needs) {
+            if (all.contains(need))
+                needs << need;
+        }
+        const QRegularExpression row(QString("^\\| `%1` \\| `%2` \\|.*\\| %3 \\|$")
+                                         .arg(room.place, room.target, needs.isEmpty() ? "nothing" : needs.join(", ")),
+                                     QRegularExpression::MultilineOption);
+        EXPECT_TRUE(text.contains(row)) << qPrintable(row.pattern());
+    }
 }
 
 TEST(House, WindowHeadersAreKnownFromOthers)
