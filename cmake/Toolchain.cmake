@@ -31,7 +31,7 @@ endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
                     -Wno-missing-field-initializers)
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+if(MORVANTIDE_PCH AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-fpch-preprocess)
 endif()
 if(MORVANTIDE_WERROR)
