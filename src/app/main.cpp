@@ -3,6 +3,7 @@
 #include "app/quitsignals.h"
 #include "app/recoveryfile.h"
 #include "gui/morvantide/morvantide_mainwin.h"
+#include "log/consoleoutput.h"
 #include "log/logger.h"
 #include "records/record.h"
 #include "records/recordmetadata.h"

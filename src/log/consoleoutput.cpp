@@ -66,12 +66,6 @@ void writeAll(const char *bytes, std::size_t size)
 
 } // namespace
 
-bool isRepeat(const Entry &before, const Entry &entry)
-{
-    return entry.level == before.level && entry.source == before.source && entry.time.date() == before.time.date() &&
-           entry.message == before.message;
-}
-
 bool ConsoleOutput::put(const Entry &entry)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);

@@ -1,11 +1,15 @@
 #pragma once
 
-#include "log/logger.h"
+#include "log/logentry.h"
 
 #include <chrono>
 #include <mutex>
 
 namespace Log {
+
+/// Prints the count of a run of equal entries that is still untold. For the moment of a crash: nothing is allocated or
+/// locked.
+void writeCountAtCrash() noexcept;
 
 /// Prints entries on standard output, each at once but for a run of equal ones: of that the first is printed, and then
 /// how many more there were, before the next other entry, and after a second at the latest when somebody calls flush()

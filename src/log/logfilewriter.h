@@ -1,6 +1,6 @@
 #pragma once
 
-#include "log/logger.h"
+#include "log/logentry.h"
 
 #include <QDate>
 #include <QFile>

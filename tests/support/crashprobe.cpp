@@ -1,4 +1,5 @@
 #include "app/crashreporter.h"
+#include "log/consoleoutput.h"
 #include "log/logger.h"
 #include "util/workerthread.h"
 
