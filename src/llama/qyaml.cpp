@@ -1,6 +1,7 @@
 #include "llama/qyaml.h"
 
 #include "llama/yamlparser.h"
+#include "util/regularfile.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -9,19 +10,6 @@
 namespace Llama {
 
 namespace {
-
-/// Opens an ordinary file. A pipe or a device might keep us waiting for ever.
-bool openForReading(QFile &file, QString *error)
-{
-    const QFileInfo info(file.fileName());
-    if (info.exists() && !info.isFile()) {
-        *error = QStringLiteral("Not a regular file");
-        return false;
-    }
-    const bool open = file.open(QIODevice::ReadOnly);
-    *error = file.errorString();
-    return open;
-}
 
 Node singleDocument(const QVariantList &documents, const QString &rootName)
 {
@@ -55,8 +43,7 @@ QVariantList yamlLoad(QIODevice *device, const QString &sourceName)
 QVariantList yamlLoadFile(const QString &path)
 {
     QFile file(path);
-    QString error;
-    if (!openForReading(file, &error))
+    if (!openRegularFile(file))
         throw YamlError(QStringLiteral("Could not open file '%1'").arg(path));
     return yamlLoad(&file, QFileInfo(path).fileName());
 }
@@ -73,9 +60,9 @@ QByteArray yamlDump(const QVariant &value)
 Node loadYamlNode(const QString &path)
 {
     QFile file(path);
-    QString error;
-    if (!openForReading(file, &error))
-        throw NodeError(QStringLiteral("File '%1' can not be opened: %2").arg(path, error));
+    QString reason;
+    if (!openRegularFile(file, &reason))
+        throw NodeError(QStringLiteral("File '%1' can not be opened: %2").arg(path, reason));
     try {
         return singleDocument(yamlLoad(&file, QFileInfo(path).fileName()), path);
     } catch (const YamlError &exception) {

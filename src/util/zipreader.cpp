@@ -1,5 +1,8 @@
 #include "util/zipreader.h"
 
+#include "util/regularfile.h"
+
+#include <QSet>
 #include <QtEndian>
 
 #include <algorithm>
@@ -89,8 +92,9 @@ void setKind(QZipReader::FileInfo &info, quint16 madeBy, quint32 externalAttribu
     info.permissions = permissionsOf(mode);
 }
 
-/// Raw inflate into a buffer that starts at the declared size and doubles up to the limit.
-QByteArray inflateRaw(const QByteArray &compressed, qint64 declaredSize)
+/// Raw inflate into a buffer that starts at the declared size and doubles up to the limit. What was inflated, in vain
+/// too, is added to *inflatedBytes.
+QByteArray inflateRaw(const QByteArray &compressed, qint64 declaredSize, qint64 limit, qint64 *inflatedBytes)
 {
     z_stream stream{};
     if (inflateInit2(&stream, -MAX_WBITS) != Z_OK) {
@@ -100,7 +104,6 @@ QByteArray inflateRaw(const QByteArray &compressed, qint64 declaredSize)
     stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(compressed.constData()));
     stream.avail_in = uInt(compressed.size());
 
-    const qint64 limit = inflationLimit(declaredSize);
     // A declared size is a hint. What is really there can't be more than 1032 times its compressed bytes.
     const qint64 possible = qint64(compressed.size()) * 1032 + 64;
     QByteArray out(int(std::clamp<qint64>(std::min(declaredSize, possible), 1, limit)), Qt::Uninitialized);
@@ -126,6 +129,7 @@ QByteArray inflateRaw(const QByteArray &compressed, qint64 declaredSize)
         }
         out.resize(int(std::min<qint64>(qint64(out.size()) * 2, limit)));
     }
+    *inflatedBytes += qint64(stream.total_out);
     inflateEnd(&stream);
     if (failure) {
         qWarning("%s", failure);
@@ -139,16 +143,14 @@ QByteArray inflateRaw(const QByteArray &compressed, qint64 declaredSize)
 
 qint64 inflationLimit(qint64 declaredSize)
 {
-    return std::min(std::max(16 * mebibyte, declaredSize), 64 * mebibyte);
+    return std::min(std::max(16 * mebibyte, declaredSize), QZipReader::longestInflation);
 }
 
 QZipReader::QZipReader(const QString &fileName, QIODevice::OpenMode mode) : m_file(fileName)
 {
-    // A device or a pipe that only looks like a pack would block or never end.
-    if (m_file.open(mode) && m_file.isSequential())
-        m_file.close();
+    const bool isOpen = whyNotRegularFile(fileName).isNull() && m_file.open(mode);
     m_status = statusOf(m_file.error());
-    if (m_status == NoError && !m_file.isOpen())
+    if (m_status == NoError && !isOpen)
         m_status = FileOpenError;
 }
 
@@ -207,7 +209,7 @@ void QZipReader::scan()
         return;
     }
     readDirectory(entryCount, position);
-    markOverlaps();
+    findEnds(position);
 }
 
 void QZipReader::readDirectory(int entryCount, qint64 position)
@@ -216,22 +218,27 @@ void QZipReader::readDirectory(int entryCount, qint64 position)
         Entry entry;
         if (!readEntry(entry, position))
             return;
+        if (!m_indexes.contains(entry.info.filePath))
+            m_indexes.insert(entry.info.filePath, int(m_entries.size()));
         m_entries.push_back(entry);
     }
 }
 
-/// Entries that share bytes let a small archive inflate without end, each of them within its own bound.
-void QZipReader::markOverlaps()
+/// No entry reaches into another one: entries that share bytes would let a small archive inflate without end, each of
+/// them within its own bound, and one that lies about its size would cost those behind it.
+void QZipReader::findEnds(qint64 directoryBegin)
 {
-    std::vector<Entry *> byPlace;
-    for (Entry &entry : m_entries)
-        byPlace.push_back(&entry);
-    std::stable_sort(byPlace.begin(), byPlace.end(),
-                     [](const Entry *a, const Entry *b) { return a->localHeaderOffset < b->localHeaderOffset; });
-    qint64 end = 0;
-    for (Entry *entry : byPlace) {
-        entry->overlaps = entry->localHeaderOffset < end;
-        end = std::max(end, entry->localHeaderOffset + localHeaderSize + entry->info.compressedSize);
+    std::vector<qint64> begins{directoryBegin, m_file.size()};
+    for (const Entry &entry : m_entries)
+        begins.push_back(entry.begin);
+    std::sort(begins.begin(), begins.end());
+    QSet<qint64> taken;
+    for (Entry &entry : m_entries) {
+        const auto next = std::upper_bound(begins.begin(), begins.end(), entry.begin);
+        const bool hasOwnHeader = next != begins.end() && !taken.contains(entry.begin);
+        entry.end = hasOwnHeader ? *next : entry.begin;
+        taken.insert(entry.begin);
+        entry.info.compressedSize = std::min(entry.info.compressedSize, entry.end - entry.begin);
     }
 }
 
@@ -273,49 +280,52 @@ bool QZipReader::readEntry(Entry &entry, qint64 &position)
     entry.info.crc = number<quint32>(header, 16);
     entry.info.compressedSize = number<quint32>(header, 20);
     entry.info.size = number<quint32>(header, 24);
-    entry.localHeaderOffset = number<quint32>(header, 42);
+    entry.begin = number<quint32>(header, 42);
     entry.info.filePath = entry.flags & utf8Flag ? QString::fromUtf8(name) : QString::fromLocal8Bit(name);
     entry.info.filePath.replace(QLatin1Char('\\'), QLatin1Char('/'));
     setKind(entry.info, number<quint16>(header, 4), number<quint32>(header, 38));
     return true;
 }
 
-/// The entry's bytes as they are stored. Sizes and method are the central directory's, since streamed archives have
-/// none in the local header; only the lengths of name and extra field are the local ones.
-QByteArray QZipReader::compressedBytes(const Entry &entry)
+/// The entry's bytes as they are stored, null if it has none of its own. Sizes and method are the central directory's,
+/// since streamed archives have none in the local header; only the lengths of name and extra field are the local ones.
+QByteArray QZipReader::compressedBytes(const Entry &entry, qint64 mostBytes)
 {
-    const QByteArray local = readAt(entry.localHeaderOffset, localHeaderSize);
+    const QByteArray local = readAt(entry.begin, localHeaderSize);
     if (local.size() != localHeaderSize || number<quint32>(local, 0) != localSignature)
         return {};
-    const qint64 begin =
-        entry.localHeaderOffset + localHeaderSize + number<quint16>(local, 26) + number<quint16>(local, 28);
-    const qint64 available = std::max<qint64>(0, m_file.size() - begin);
-    return readAt(begin, std::min(entry.info.compressedSize, available));
+    const qint64 begin = entry.begin + localHeaderSize + number<quint16>(local, 26) + number<quint16>(local, 28);
+    return readAt(begin, std::min(entry.end - begin, mostBytes));
 }
 
-QByteArray QZipReader::fileData(const QString &fileName)
+int QZipReader::indexOf(const QString &fileName)
 {
     scan();
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                                    [&fileName](const Entry &entry) { return entry.info.filePath == fileName; });
-    if (found == m_entries.end())
+    return m_indexes.value(fileName, -1);
+}
+
+QByteArray QZipReader::fileData(const QString &fileName, qint64 mostBytes)
+{
+    const int index = indexOf(fileName);
+    if (index < 0)
         return {};
-    const bool encrypted = found->flags & encryptedFlag;
-    if (encrypted || (found->method != methodStored && found->method != methodDeflated)) {
+    const Entry &entry = m_entries[std::size_t(index)];
+    const bool encrypted = entry.flags & encryptedFlag;
+    if (encrypted || (entry.method != methodStored && entry.method != methodDeflated)) {
         qWarning("QZip: Unknown compression method");
         return {};
     }
-    // Inflation stops at 64 MB in any case, which no more than that many compressed bytes are needed for.
-    if (found->info.compressedSize > inflationLimit(found->info.size) * 2) {
+    const bool isStored = entry.method == methodStored;
+    const qint64 limit = std::min(inflationLimit(entry.info.size), mostBytes);
+    if (limit < 1 || (isStored && std::min(entry.info.size, entry.end - entry.begin) > limit)) {
         qWarning("QZip: Z_MEM_ERROR: Not enough memory");
         return {};
     }
-    if (found->overlaps) {
+    // A stream that inflates to no more than the limit has about as many bytes at most.
+    const QByteArray bytes = compressedBytes(entry, isStored ? entry.info.size : 2 * limit);
+    if (bytes.isNull()) {
         qWarning("QZip: Z_DATA_ERROR: Input data is corrupted");
         return {};
     }
-    const QByteArray bytes = compressedBytes(*found);
-    if (found->method == methodStored)
-        return bytes.left(int(std::min<qint64>(bytes.size(), found->info.size)));
-    return inflateRaw(bytes, found->info.size);
+    return isStored ? bytes : inflateRaw(bytes, entry.info.size, limit, &m_bytesInflated);
 }

@@ -1,0 +1,39 @@
+#include "util/regularfile.h"
+
+#include "support/files.h"
+
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+
+TEST(RegularFile, is_told_from_what_would_block_or_never_end_before_it_is_opened)
+{
+    const QTemporaryDir folder;
+    const auto path = [&folder](const char *name) { return folder.filePath(name); };
+    writeFile(path("file"), "text");
+    ASSERT_EQ(::mkfifo(path("pipe").toLocal8Bit(), 0600), 0);
+    QFile::link(path("file"), path("link"));
+    QFile::link(path("pipe"), path("link to a pipe"));
+    QFile::link(path("gone"), path("link to nothing"));
+    const struct {
+        QString path;
+        QString reason;
+    } cases[] = {
+        {path("file"), {}},
+        {path("link"), {}},
+        {path(""), "It is a folder"},
+        {path("pipe"), "It is a pipe"},
+        {path("link to a pipe"), "It is a pipe"},
+        {"/dev/zero", "It is a device"},
+        {path("gone"), "No such file or directory"},
+        {path("link to nothing"), "No such file or directory"},
+        {path("file/below"), "Not a directory"},
+    };
+    for (const auto &c : cases) {
+        QFile file(c.path);
+        QString reason;
+        EXPECT_EQ(openRegularFile(file, &reason), c.reason.isNull()) << qPrintable(c.path);
+        EXPECT_EQ(file.isOpen(), c.reason.isNull());
+        EXPECT_EQ(reason, c.reason) << qPrintable(c.path);
+    }
+}
