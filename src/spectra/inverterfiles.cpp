@@ -1,5 +1,7 @@
 #include "spectra/inverterfiles.h"
 
+#include "log/logger.h"
+#include "util/regularfile.h"
 #include "util/textescape.h"
 #include "util/zipreader.h"
 
@@ -16,10 +18,19 @@ bool isInverterName(const QString &name)
     return name.endsWith(QLatin1String(".sinv")) || name.endsWith(QLatin1String(".inverter"));
 }
 
+/// Texts of numbers don't deflate to less than a part of this of their size.
+constexpr qint64 honestRatio = 32;
+/// What entries of a smaller part may inflate to in all, so that a pack of bombs costs no more than an honest one of
+/// its size.
+constexpr qint64 mostDishonest = largestInverterText;
+
 /// One walk over a chosen path.
 class Walk {
 public:
-    Walk(const UnitTable &unitTable, QStringList *errors) : m_unitTable(unitTable), m_errors(errors) {}
+    Walk(const UnitTable &unitTable, QStringList *errors, const LoadingStep &step)
+        : m_unitTable(unitTable), m_errors(errors), m_step(step)
+    {
+    }
 
     void visit(const QString &path);
     InverterList takeInverters() { return std::move(m_inverters); }
@@ -29,17 +40,22 @@ private:
     void visitFolder(const QString &path);
     void visitMap(const QString &path);
     void visitPack(const QString &path, const QString &prefix);
+    QByteArray readEntry(QZipReader &pack, const QZipReader::FileInfo &entry);
     void visitFile(const QString &path);
     void makeOne(const QByteArray &bytes, const QString &path);
     void complain(const char *pattern, const QString &path);
-    /// Runs `body` unless the map or folder is being walked already: a map may name its own folder.
-    template<typename Body>
-    void guarded(const QString &path, Body body);
+    /// Whether the path, or the entry of the pack there, is to be read: it is met for the first time, under whatever
+    /// name, and the walk hasn't ended.
+    bool enter(const QString &path, const QString &entryName = QString());
 
     const UnitTable &m_unitTable;
     QStringList *m_errors;
+    const LoadingStep &m_step;
+    bool m_isEnded = false;
     InverterList m_inverters;
-    QSet<QString> m_open; ///< canonical paths of the maps and folders being walked
+    QSet<QString> m_met; ///< canonical paths, with an entry's name behind that of its pack
+    qint64 m_inflation = 0;
+    qint64 m_dishonest = 0; ///< part of it
 };
 
 void Walk::complain(const char *pattern, const QString &path)
@@ -48,19 +64,26 @@ void Walk::complain(const char *pattern, const QString &path)
         *m_errors << fillMarkers(QString::fromUtf8(pattern), {path});
 }
 
-template<typename Body>
-void Walk::guarded(const QString &path, Body body)
+bool Walk::enter(const QString &path, const QString &entryName)
 {
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    if (m_open.contains(canonical))
-        return;
-    m_open.insert(canonical);
-    body();
-    m_open.remove(canonical);
+    if (m_isEnded)
+        return false;
+    QString key = QFileInfo(path).canonicalFilePath();
+    if (key.isEmpty()) // nothing is there
+        key = QFileInfo(path).absoluteFilePath();
+    if (!entryName.isNull())
+        key += QChar::Null + entryName;
+    if (m_met.contains(key))
+        return false;
+    m_met.insert(key);
+    m_isEnded = m_step && !m_step(entryName.isNull() ? path : path + QLatin1Char('/') + entryName);
+    return !m_isEnded;
 }
 
 void Walk::visit(const QString &path)
 {
+    if (!enter(path))
+        return;
     const QFileInfo info(path);
     if (!info.exists())
         visitMissing(path);
@@ -95,22 +118,18 @@ void Walk::visitMissing(const QString &path)
 
 void Walk::visitFolder(const QString &path)
 {
-    guarded(path, [&] {
-        const QDir folder(path);
-        const QStringList names =
-            folder.entryList(QDir::Dirs | QDir::Files | QDir::Drives | QDir::NoDotAndDotDot, QDir::Unsorted);
-        for (const QString &name : names)
-            visit(folder.filePath(name));
-    });
+    const QDir folder(path);
+    const QStringList names =
+        folder.entryList(QDir::Dirs | QDir::Files | QDir::Drives | QDir::NoDotAndDotDot, QDir::Unsorted);
+    for (const QString &name : names)
+        visit(folder.filePath(name));
 }
 
 void Walk::visitMap(const QString &path)
 {
-    guarded(path, [&] {
-        const QStringList named = readInverterMap(path);
-        for (const QString &one : named)
-            visit(one);
-    });
+    const QStringList named = readInverterMap(path);
+    for (const QString &one : named)
+        visit(one);
 }
 
 void Walk::visitPack(const QString &path, const QString &prefix)
@@ -120,27 +139,20 @@ void Walk::visitPack(const QString &path, const QString &prefix)
         complain("Unable to open inverter pack '%1'", path);
         return;
     }
-    // Text of numbers doesn't compress without end. What does is read while it is little in all, so that a pack of bombs
-    // costs no more than an honest one of its size.
-    constexpr qint64 honestRatio = 32;
-    qint64 allowance = largestInverterText;
     bool kept = false;
-    for (int i = 0; i < pack.count(); ++i) {
+    for (int i = 0; i < pack.count() && !m_isEnded; ++i) {
         const QZipReader::FileInfo entry = pack.entryInfoAt(i);
         if (entry.isDir || entry.isSymLink || !entry.filePath.startsWith(prefix) || !isInverterName(entry.filePath))
             continue;
         kept = true;
+        if (!enter(path, entry.filePath))
+            continue;
         const QString displayPath = path + QLatin1Char('/') + entry.filePath;
         if (entry.size > largestInverterText) {
             complain("File '%1' has bad structure", displayPath);
             continue;
         }
-        QByteArray bytes = pack.fileData(entry.filePath);
-        if (bytes.size() > entry.compressedSize * honestRatio) {
-            allowance -= bytes.size();
-            if (allowance < 0)
-                bytes.clear();
-        }
+        const QByteArray bytes = readEntry(pack, entry);
         if (bytes.isEmpty())
             complain("Unable to read inverters from '%1'", displayPath);
         else
@@ -150,10 +162,23 @@ void Walk::visitPack(const QString &path, const QString &prefix)
         complain("Unable to read inverters from '%1'", prefix.isEmpty() ? path : path + QLatin1Char('/') + prefix);
 }
 
+/// The entry's bytes, or nothing once the walk has inflated too much.
+QByteArray Walk::readEntry(QZipReader &pack, const QZipReader::FileInfo &entry)
+{
+    const qint64 before = pack.bytesInflated();
+    const QByteArray bytes = pack.fileData(entry.filePath, mostInflation - m_inflation);
+    const qint64 inflated = pack.bytesInflated() - before;
+    m_inflation += inflated;
+    if (inflated <= entry.compressedSize * honestRatio)
+        return bytes;
+    m_dishonest += inflated;
+    return m_dishonest <= mostDishonest ? bytes : QByteArray();
+}
+
 void Walk::visitFile(const QString &path)
 {
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+    if (!openRegularFile(file)) {
         complain("Could not open file '%1'", path);
         return;
     }
@@ -172,9 +197,10 @@ void Walk::makeOne(const QByteArray &bytes, const QString &path)
 
 } // namespace
 
-InverterList loadInverters(const QString &path, const UnitTable &unitTable, QStringList *errors)
+InverterList loadInverters(const QString &path, const UnitTable &unitTable, QStringList *errors,
+                           const LoadingStep &step)
 {
-    Walk walk(unitTable, errors);
+    Walk walk(unitTable, errors, step);
     walk.visit(path);
     return walk.takeInverters();
 }
@@ -189,13 +215,19 @@ InverterList loadInverters(const QStringList &paths, const UnitTable &unitTable,
     return all;
 }
 
-InverterList loadChosenInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors)
+InverterList loadChosenInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors,
+                                 const LoadingStep &step)
 {
     InverterList all;
+    bool isEnded = false;
+    const LoadingStep watched = [&step, &isEnded](const QString &path) {
+        isEnded = isEnded || (step && !step(path));
+        return !isEnded;
+    };
     for (const QString &path : paths) {
         QString error;
         try {
-            const InverterList some = loadInverters(path, unitTable, errors);
+            const InverterList some = loadInverters(path, unitTable, errors, watched);
             all.insert(all.end(), some.begin(), some.end());
             continue;
         } catch (const InverterFileError &thrown) {
@@ -207,6 +239,15 @@ InverterList loadChosenInverters(const QStringList &paths, const UnitTable &unit
             *errors << error;
     }
     return all;
+}
+
+void tellLoadingErrors(const Log::Logger &log, const QStringList &errors, bool othersAreUsed)
+{
+    if (errors.isEmpty())
+        return;
+    log.log(Log::Error, QStringLiteral("Errors reading inverters:\n") + errors.join(QLatin1Char('\n')));
+    if (othersAreUsed)
+        log.log(Log::Warning, QStringLiteral("Using the inverters that were loaded successfully."));
 }
 
 } // namespace SpectMath

@@ -1,6 +1,7 @@
 #include "spectra/inverterfiles.h"
 
 #include "llama/qyaml.h"
+#include "util/regularfile.h"
 #include "util/textescape.h"
 
 #include <QCryptographicHash>
@@ -138,10 +139,15 @@ InverterPointer makeInverter(const MapNode &root, const QByteArray &bytes, const
     return std::make_shared<const Inverter>(std::move(settings), std::move(info));
 }
 
+/// Two matrices of the largest size have fewer, with their rows, the grid and all other settings.
+constexpr qint64 mostInverterNodes = 2'100'000;
+/// A key and a path for each inverter.
+constexpr qint64 mostMapNodes = 100'000;
+
 /// The one document of a text, which must be a map. Throws InverterFileError.
-MapNode soleMap(const QByteArray &bytes, const QString &path)
+MapNode soleMap(const QByteArray &bytes, const QString &path, qint64 mostNodes)
 {
-    const QVariantList documents = Llama::yamlLoad(bytes, path);
+    const QVariantList documents = Llama::yamlLoad(bytes, path, mostNodes);
     if (documents.size() != 1 || documents.first().type() != QVariant::Map)
         throw badStructure(path);
     return Node(documents.first(), path).toMap();
@@ -154,7 +160,7 @@ InverterPointer readInverterText(const QByteArray &bytes, const QString &path, c
     if (bytes.size() > largestInverterText)
         throw badStructure(path);
     try {
-        return makeInverter(soleMap(bytes, path), bytes, path, unitTable);
+        return makeInverter(soleMap(bytes, path, mostInverterNodes), bytes, path, unitTable);
     } catch (const Llama::Exception &error) {
         throw InverterFileError(error.message());
     }
@@ -163,7 +169,7 @@ InverterPointer readInverterText(const QByteArray &bytes, const QString &path, c
 QStringList readInverterMap(const QString &path)
 {
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    if (!openRegularFile(file))
         throw InverterFileError(fillMarkers(QStringLiteral("Unable to open '%1'"), {path}));
     const QByteArray bytes = file.read(largestInverterText + 1);
     if (bytes.size() > largestInverterText)
@@ -171,7 +177,7 @@ QStringList readInverterMap(const QString &path)
 
     QStringList paths;
     try {
-        const MapNode root = soleMap(bytes, path);
+        const MapNode root = soleMap(bytes, path, mostMapNodes);
         for (auto it = root.entries.cbegin(); it != root.entries.cend(); ++it) {
             const Node value = root.at(it);
             if (it.value().type() == QVariant::Map) {
