@@ -1,0 +1,111 @@
+#include "util/filecalls.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<FileCalls *> replacedCalls{nullptr};
+
+template<typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+} // namespace
+
+int FileCalls::open(const char *path, int flags, mode_t mode)
+{
+    return uninterrupted([=] { return ::open(path, flags | O_CLOEXEC, mode); });
+}
+
+ssize_t FileCalls::read(int descriptor, char *bytes, std::size_t size)
+{
+    return uninterrupted([=] { return ::read(descriptor, bytes, size); });
+}
+
+ssize_t FileCalls::write(int descriptor, const char *bytes, std::size_t size)
+{
+    return uninterrupted([=] { return ::write(descriptor, bytes, size); });
+}
+
+int FileCalls::fchmod(int descriptor, mode_t mode)
+{
+    return uninterrupted([=] { return ::fchmod(descriptor, mode); });
+}
+
+int FileCalls::ftruncate(int descriptor, off_t size)
+{
+    return uninterrupted([=] { return ::ftruncate(descriptor, size); });
+}
+
+int FileCalls::fsync(int descriptor)
+{
+    return uninterrupted([=] { return ::fsync(descriptor); });
+}
+
+int FileCalls::close(int descriptor)
+{
+    // Never repeated: the descriptor is free already, and may be another thread's by then.
+    return ::close(descriptor) == 0 || errno == EINTR ? 0 : -1;
+}
+
+int FileCalls::rename(const char *from, const char *to)
+{
+    return uninterrupted([=] { return ::rename(from, to); });
+}
+
+int FileCalls::renameToFree(const char *from, const char *to)
+{
+    const int result = uninterrupted([=] { return ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE); });
+    if (result == 0 || (errno != EINVAL && errno != ENOSYS))
+        return result;
+    // Some file systems have no such call. Between the look and the move another program may come in.
+    struct stat status {};
+    if (::lstat(to, &status) == 0) {
+        errno = EEXIST;
+        return -1;
+    }
+    return errno == ENOENT ? uninterrupted([=] { return ::rename(from, to); }) : -1;
+}
+
+int FileCalls::unlink(const char *path)
+{
+    return uninterrupted([=] { return ::unlink(path); });
+}
+
+FileCalls &FileCalls::current()
+{
+    static FileCalls systemCalls;
+    FileCalls *calls = replacedCalls;
+    return calls ? *calls : systemCalls;
+}
+
+void FileCalls::setCurrent(FileCalls *calls)
+{
+    replacedCalls = calls;
+}
+
+bool writeAll(FileCalls &calls, int descriptor, const char *bytes, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = calls.write(descriptor, bytes, size);
+        if (written <= 0) {
+            if (written == 0)
+                errno = EIO; // nothing was written and no reason given: asking again might never end
+            return false;
+        }
+        bytes += written;
+        size -= std::size_t(written);
+    }
+    return true;
+}

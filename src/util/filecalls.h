@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+
+#include <sys/types.h>
+
+/// The calls of the system by which files are read and written. Each does what the POSIX call of its name does, with
+/// its result and errno, and is repeated where a signal interrupts it. A test puts an object in their place that lets a
+/// call fail. Any thread may call them.
+class FileCalls {
+public:
+    virtual ~FileCalls() = default;
+
+    virtual int open(const char *path, int flags, mode_t mode = 0);
+    virtual ssize_t read(int descriptor, char *bytes, std::size_t size);
+    virtual ssize_t write(int descriptor, const char *bytes, std::size_t size);
+    virtual int fchmod(int descriptor, mode_t mode);
+    virtual int ftruncate(int descriptor, off_t size);
+    virtual int fsync(int descriptor);
+    /// The descriptor is gone even if it fails.
+    virtual int close(int descriptor);
+    virtual int rename(const char *from, const char *to);
+    /// Fails with EEXIST where something stands at `to`.
+    virtual int renameToFree(const char *from, const char *to);
+    virtual int unlink(const char *path);
+
+    /// Those to use.
+    static FileCalls &current();
+    /// Null stands for the system's own. Not while another thread is writing; the object is not owned.
+    static void setCurrent(FileCalls *calls);
+};
+
+/// Writes all bytes, in as many calls as it takes. False with errno set if not all could be written.
+bool writeAll(FileCalls &calls, int descriptor, const char *bytes, std::size_t size);

@@ -1,0 +1,267 @@
+#include "util/filereplacement.h"
+
+#include "util/filecalls.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <cerrno>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int mostLinks = 40;    // as many as the system follows
+constexpr int mostNames = 100;   // that are tried for the temporary file
+constexpr int longestName = 255; // of a file, in bytes
+constexpr std::size_t copyPiece = 1 << 16;
+constexpr mode_t permissionBits = 0777;
+constexpr mode_t newFile = 0666; // less what the user's mask takes
+
+/// Up to and with the last slash; empty for a bare name.
+QByteArray folderOf(const QByteArray &path)
+{
+    return path.left(path.lastIndexOf('/') + 1);
+}
+
+/// Where a path leads, which need not exist, link by link. False with errno set.
+bool followLinks(QByteArray *path)
+{
+    for (int links = 0; links < mostLinks; ++links) {
+        char link[4096];
+        const ssize_t size = ::readlink(path->constData(), link, sizeof link);
+        if (size < 0)
+            return errno == EINVAL || errno == ENOENT; // no link, or nothing
+        const QByteArray next(link, int(size));
+        *path = next.startsWith('/') ? next : folderOf(*path) + next;
+    }
+    errno = ELOOP;
+    return false;
+}
+
+/// A name beside the target: the plain one first, then others at random.
+QByteArray temporaryName(const QByteArray &target, int attempt)
+{
+    QByteArray ending = ".tmp";
+    if (attempt > 0) {
+        QByteArray letters(6, 'a');
+        for (char &letter : letters)
+            letter = char('a' + QRandomGenerator::global()->bounded(26));
+        ending.prepend('.' + letters);
+    }
+    const QByteArray folder = folderOf(target);
+    return folder + target.mid(folder.size()).left(longestName - ending.size()) + ending;
+}
+
+QString textOf(int systemError)
+{
+    return qt_error_string(systemError);
+}
+
+/// Null for an ordinary file, otherwise why it can't be used as one.
+QString kindFault(const struct stat &status)
+{
+    if (S_ISREG(status.st_mode))
+        return QString();
+    return S_ISDIR(status.st_mode) ? textOf(EISDIR) : QStringLiteral("Not a regular file");
+}
+
+/// Opens, syncs and closes. Zero, or the error of the first step that failed.
+int syncPath(const QByteArray &path, int flags)
+{
+    FileCalls &calls = FileCalls::current();
+    const int descriptor = calls.open(path.constData(), flags);
+    if (descriptor < 0)
+        return errno;
+    const int error = calls.fsync(descriptor) == 0 ? 0 : errno;
+    return calls.close(descriptor) == 0 || error != 0 ? error : errno;
+}
+
+QString syncFolderNamed(const QByteArray &folder)
+{
+    const int error = syncPath(folder.isEmpty() ? QByteArray(".") : folder, O_RDONLY | O_DIRECTORY);
+    const bool impossible = error == EINVAL || error == ENOTSUP || error == ENOSYS || error == EACCES;
+    return error == 0 || impossible ? QString() : textOf(error);
+}
+
+} // namespace
+
+FileReplacement::FileReplacement(const QString &path, ExistingFile existing)
+    : m_calls(FileCalls::current()), m_existing(existing), m_target(QFile::encodeName(path))
+{
+    begin();
+}
+
+FileReplacement::~FileReplacement()
+{
+    cancel();
+}
+
+bool FileReplacement::fail(int systemError)
+{
+    return fail(textOf(systemError));
+}
+
+bool FileReplacement::fail(const QString &reason)
+{
+    m_error = reason;
+    cancel();
+    return false;
+}
+
+bool FileReplacement::begin()
+{
+    struct stat old {};
+    if (m_existing == ExistingFile::Kept) {
+        if (::lstat(m_target.constData(), &old) == 0)
+            return fail(EEXIST);
+        return openTemporary(newFile);
+    }
+    if (!followLinks(&m_target))
+        return fail(errno);
+    m_replacesFile = ::stat(m_target.constData(), &old) == 0;
+    if (!m_replacesFile)
+        return errno == ENOENT ? openTemporary(newFile) : fail(errno);
+    const QString fault = kindFault(old);
+    if (!fault.isNull())
+        return fail(fault);
+    if (::faccessat(AT_FDCWD, m_target.constData(), W_OK, AT_EACCESS) != 0)
+        return fail(errno);
+    return openTemporary(old.st_mode & 0777) && takeAttributes(old);
+}
+
+bool FileReplacement::openTemporary(mode_t mode)
+{
+    for (int attempt = 0; m_descriptor < 0 && attempt < mostNames; ++attempt) {
+        const QByteArray name = temporaryName(m_target, attempt);
+        m_descriptor = m_calls.open(name.constData(), O_WRONLY | O_CREAT | O_EXCL, mode);
+        if (m_descriptor >= 0)
+            m_temporary = name;
+        else if (errno != EEXIST)
+            break;
+    }
+    return m_descriptor >= 0 || fail(errno);
+}
+
+bool FileReplacement::takeAttributes(const struct stat &other)
+{
+    if (m_descriptor < 0)
+        return false;
+    // Few users may give files away; a group of one's own can be given. The permissions come last, since a new owner
+    // takes some of them.
+    if (::fchown(m_descriptor, other.st_uid, other.st_gid) != 0 &&
+        ::fchown(m_descriptor, uid_t(-1), other.st_gid) != 0) {
+    }
+    return m_calls.fchmod(m_descriptor, other.st_mode & permissionBits) == 0 || fail(errno);
+}
+
+bool FileReplacement::write(const char *bytes, std::size_t size)
+{
+    if (m_descriptor < 0)
+        return false;
+    return writeAll(m_calls, m_descriptor, bytes, size) || fail(errno);
+}
+
+bool FileReplacement::commit()
+{
+    if (m_descriptor < 0)
+        return false;
+    if (m_calls.fsync(m_descriptor) != 0)
+        return fail(errno);
+    const int closed = m_calls.close(std::exchange(m_descriptor, -1));
+    if (closed != 0)
+        return fail(errno);
+    const int moved = m_existing == ExistingFile::Kept
+                          ? m_calls.renameToFree(m_temporary.constData(), m_target.constData())
+                          : m_calls.rename(m_temporary.constData(), m_target.constData());
+    if (moved != 0)
+        return fail(errno);
+    m_temporary.clear();
+    const QString reason = syncFolderNamed(folderOf(m_target));
+    if (!reason.isNull())
+        m_error = QStringLiteral("it stands, but might be lost in a power failure: %1").arg(reason);
+    return reason.isNull();
+}
+
+void FileReplacement::cancel()
+{
+    if (m_descriptor >= 0)
+        m_calls.close(std::exchange(m_descriptor, -1));
+    if (!m_temporary.isNull())
+        m_calls.unlink(m_temporary.constData());
+    m_temporary.clear();
+}
+
+QString replaceFile(const QString &path, const QByteArray &bytes, ExistingFile existing)
+{
+    FileReplacement file(path, existing);
+    file.write(bytes);
+    file.commit();
+    return file.error();
+}
+
+QString copyFile(const QString &from, const QString &to, ExistingFile existing)
+{
+    FileCalls &calls = FileCalls::current();
+    // Without waiting for a pipe's other end, which the next look refuses.
+    const int source = calls.open(QFile::encodeName(from).constData(), O_RDONLY | O_NONBLOCK);
+    if (source < 0)
+        return textOf(errno);
+    struct stat status {};
+    QString reason = ::fstat(source, &status) == 0 ? kindFault(status) : textOf(errno);
+    if (reason.isNull()) {
+        FileReplacement file(to, existing);
+        if (!file.replacesFile())
+            file.takeAttributes(status);
+        std::vector<char> piece(copyPiece);
+        ssize_t size = 0;
+        while ((size = calls.read(source, piece.data(), piece.size())) > 0) {
+            if (!file.write(piece.data(), std::size_t(size)))
+                break;
+        }
+        if (size < 0)
+            reason = textOf(errno);
+        else if (!file.commit())
+            reason = file.error();
+    }
+    calls.close(source); // nothing was written through it
+    return reason;
+}
+
+QString moveFile(const QString &from, const QString &to, ExistingFile existing)
+{
+    const QString reason = syncFile(from);
+    if (!reason.isNull())
+        return reason;
+    FileCalls &calls = FileCalls::current();
+    const QByteArray source = QFile::encodeName(from);
+    QByteArray target = QFile::encodeName(to);
+    const bool keep = existing == ExistingFile::Kept;
+    if (!keep && !followLinks(&target))
+        return textOf(errno);
+    const int moved = keep ? calls.renameToFree(source.constData(), target.constData())
+                           : calls.rename(source.constData(), target.constData());
+    if (moved == 0)
+        return QString();
+    if (errno != EXDEV)
+        return textOf(errno);
+    const QString fault = copyFile(from, to, existing);
+    if (fault.isNull() && calls.unlink(source.constData()) != 0)
+        return textOf(errno);
+    return fault;
+}
+
+QString syncFile(const QString &path)
+{
+    const int error = syncPath(QFile::encodeName(path), O_RDONLY);
+    return error == 0 ? QString() : textOf(error);
+}
+
+QString syncFolder(const QString &folder)
+{
+    return syncFolderNamed(QFile::encodeName(folder));
+}
