@@ -1,6 +1,6 @@
 #include "batch/commandline.h"
 
-#include "batch/exitstatus.h"
+#include "batch/outcome.h"
 #include "util/buildinfo.h"
 #include "util/timeformat.h"
 

@@ -3,11 +3,17 @@
 #include "batch/progressline.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace Batch {
 
+namespace {
+MessageCollector *collecting = nullptr;
+}
+
 MessageCollector::MessageCollector(bool echo, Sources sources) : m_echo(echo), m_sources(sources)
 {
+    collecting = this;
     Log::RootLogger::instance().setFilter([this](const Log::Entry &entry) {
         take(entry);
         return false;
@@ -17,7 +23,8 @@ MessageCollector::MessageCollector(bool echo, Sources sources) : m_echo(echo), m
 MessageCollector::~MessageCollector()
 {
     Log::RootLogger::instance().setFilter(nullptr);
-    endRun();
+    tellRepeats();
+    collecting = nullptr;
 }
 
 void MessageCollector::take(const Log::Entry &entry)
@@ -37,21 +44,22 @@ void MessageCollector::take(const Log::Entry &entry)
         ++m_repeats;
         return;
     }
-    endRun();
-    m_last = entry;
     tell(QStringLiteral("%1: %2").arg(Log::levelName(entry.level), entry.message));
+    m_last = entry;
 }
 
-void MessageCollector::endRun()
+void MessageCollector::tellRepeats()
 {
-    if (m_repeats > 0)
+    const qint64 repeats = std::exchange(m_repeats, 0);
+    if (repeats > 0)
         tell(QStringLiteral("%1: %2 (%3 times more)")
-                 .arg(Log::levelName(m_last.level), m_last.message, QString::number(m_repeats)));
-    m_repeats = 0;
+                 .arg(Log::levelName(m_last.level), m_last.message, QString::number(repeats)));
 }
 
 void tell(const QString &text)
 {
+    if (collecting)
+        collecting->tellRepeats();
     ProgressLine::clear();
     const QByteArray line = text.toLocal8Bit() + '\n';
     std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);

@@ -15,7 +15,8 @@ public:
     /// Whose warnings count. What the toolkit warns of while it draws is no complaint about the data.
     enum Sources { All, AllButToolkit };
 
-    /// With `echo` each message goes to standard error as well, one that is repeated at once with a count at the end.
+    /// With `echo` each message goes to standard error as well. One that is repeated at once is told once more, with
+    /// how often it came, before the next line.
     explicit MessageCollector(bool echo, Sources sources = All);
     ~MessageCollector();
     MessageCollector(const MessageCollector &) = delete;
@@ -27,9 +28,10 @@ public:
     bool isEmpty() const { return m_entries.isEmpty(); }
 
 private:
-    void take(const Log::Entry &entry);
+    friend void tell(const QString &text);
 
-    void endRun();
+    void take(const Log::Entry &entry);
+    void tellRepeats();
 
     bool m_echo;
     Sources m_sources;
@@ -39,7 +41,7 @@ private:
     qint64 m_omitted = 0;
 };
 
-/// A line to standard error, with the progress line out of its way.
+/// A line to standard error, behind the repeats of the message before it and with the progress line out of its way.
 void tell(const QString &text);
 
 } // namespace Batch

@@ -1,13 +1,12 @@
 #include "batch/reinvertcommand.h"
 
-#include "batch/earlyend.h"
 #include "batch/folderread.h"
 #include "batch/messagecollector.h"
+#include "batch/outcome.h"
 #include "batch/progressline.h"
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
 #include "batch/stagedoutput.h"
-#include "batch/writingend.h"
 #include "datafiles/reading/datafinder.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/orderedinversion.h"
@@ -182,7 +181,7 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
     PlainFileOutput::RowCounts counts;
     outcome.interrupted = !invertAndWrite(options, *read.reader, inverters, selection, staged.path(), &counts);
     outcome.outputLost = !staged.moveOut();
-    tellWriting(counts, save.outputFolder, read, messages, &outcome);
+    outcome.tellWriting(counts, save.outputFolder, read, messages);
     return outcome;
 }
 
@@ -191,7 +190,7 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
 int runReinvert(const ReinvertOptions &options)
 {
     const MessageCollector messages(true);
-    return exitStatus(reinvert(options, messages));
+    return reinvert(options, messages).exitStatus();
 }
 
 } // namespace Batch

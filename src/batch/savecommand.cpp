@@ -1,12 +1,11 @@
 #include "batch/savecommand.h"
 
-#include "batch/earlyend.h"
 #include "batch/folderread.h"
 #include "batch/messagecollector.h"
+#include "batch/outcome.h"
 #include "batch/progressline.h"
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
-#include "batch/writingend.h"
 #include "datafiles/reading/datafinder.h"
 
 namespace Batch {
@@ -44,7 +43,7 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
                       [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
     output.closeFiles();
     ProgressLine::clear();
-    tellWriting(output.counts(), options.outputFolder, read, messages, &outcome);
+    outcome.tellWriting(output.counts(), options.outputFolder, read, messages);
     return outcome;
 }
 
@@ -53,7 +52,7 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
 int runSave(const SaveOptions &options)
 {
     const MessageCollector messages(true);
-    return exitStatus(save(options, messages));
+    return save(options, messages).exitStatus();
 }
 
 } // namespace Batch

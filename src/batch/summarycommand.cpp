@@ -1,6 +1,6 @@
 #include "batch/summarycommand.h"
 
-#include "batch/exitstatus.h"
+#include "batch/outcome.h"
 #include "batch/summarytext.h"
 #include "datafiles/reading/datafinder.h"
 
@@ -34,7 +34,7 @@ int runSummary(const SummaryOptions &options)
         tell(QStringLiteral("The summary could not be written."));
     if (files.isEmpty())
         tell(nothingMatchedText(options.read.folder));
-    return exitStatus(outcome);
+    return outcome.exitStatus();
 }
 
 } // namespace Batch

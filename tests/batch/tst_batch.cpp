@@ -1,7 +1,7 @@
 #include "batch/dayfolder.h"
 
-#include "batch/exitstatus.h"
 #include "batch/messagecollector.h"
+#include "batch/outcome.h"
 
 #include <nlohmann/json.hpp>
 
@@ -83,6 +83,20 @@ TEST(MessageCollector, KeepsTheFirstThousandWarnings)
     EXPECT_EQ(messages.omitted(), 3);
 }
 
+TEST(MessageCollector, RepeatsAreToldBeforeTheNextLine)
+{
+    const Log::Logger logger("area");
+    testing::internal::CaptureStderr();
+    {
+        const Batch::MessageCollector messages(true);
+        for (const char *text : {"a", "a", "b", "c", "c", "c"})
+            logger.log(Log::Warning, text);
+        Batch::tell("the end");
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "warning: a\nwarning: a (1 times more)\nwarning: b\n"
+                                                      "warning: c\nwarning: c (2 times more)\nthe end\n");
+}
+
 TEST(ExitStatus, TheGravestRules)
 {
     struct Case {
@@ -92,7 +106,7 @@ TEST(ExitStatus, TheGravestRules)
     for (const Case &c : {Case{{}, 0}, Case{{false, false, false, false, true}, 3},
                           Case{{false, false, false, true, true}, 1}, Case{{false, false, true, false, true}, 1},
                           Case{{false, true, false, false, false}, 2}, Case{{true, false, true, true, true}, 130}})
-        EXPECT_EQ(Batch::exitStatus(c.outcome), c.status);
+        EXPECT_EQ(c.outcome.exitStatus(), c.status);
 }
 
 TEST_F(DayFolder, EveryWayOfEndingHasItsStatus)

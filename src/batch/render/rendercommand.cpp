@@ -1,13 +1,12 @@
 #include "batch/render/rendercommand.h"
 
-#include "batch/earlyend.h"
 #include "batch/folderread.h"
 #include "batch/interrupt.h"
 #include "batch/messagecollector.h"
+#include "batch/outcome.h"
 #include "batch/render/offscreen.h"
 #include "batch/render/stackpicture.h"
 #include "batch/savetargets.h"
-#include "batch/writingend.h"
 #include "datafiles/reading/datafinder.h"
 #include "llama/qyaml.h"
 
@@ -104,7 +103,7 @@ Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRe
     if (!outcome.outputLost)
         tell(QStringLiteral("%1 x %2 pixels written to \"%3\"")
                  .arg(QString::number(image.width()), QString::number(image.height()), options.outputFile));
-    tellReading(read, messages, &outcome);
+    outcome.tellReading(read, messages);
     return outcome;
 }
 
@@ -140,7 +139,7 @@ int runRender(const RenderOptions &options)
 {
     const MessageCollector messages(true, MessageCollector::AllButToolkit);
     const auto application = Offscreen::makeApplication(options.scale);
-    return exitStatus(render(options, messages));
+    return render(options, messages).exitStatus();
 }
 
 } // namespace Batch
