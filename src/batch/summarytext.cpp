@@ -65,8 +65,9 @@ void appendList(QString &out, const QString &heading, const QStringList &lines)
 QByteArray summaryJson(const Summary &summary, const MessageCollector &messages)
 {
     Json modes = Json::object();
+    // Put behind the others without a look for the name, which is no other's: the library searches all of them.
     for (const auto &mode : summary.modes)
-        modes[text(mode.first)] = mode.second;
+        modes.get_ref<Json::object_t &>().emplace_back(text(mode.first), mode.second);
     Json variables = Json::array();
     for (const QString &variable : summary.variables)
         variables.push_back(text(variable));

@@ -2,6 +2,7 @@
 
 #include "batch/messagecollector.h"
 #include "batch/outcome.h"
+#include "batch/summarytext.h"
 
 #include <nlohmann/json.hpp>
 
@@ -69,6 +70,19 @@ TEST_F(DayFolder, SummaryNamesComplaintsAndIgnoredRows)
     EXPECT_NE(summary["messages"][0]["text"].get<std::string>().find("20190912.records, row 11: 2 fields found"),
               std::string::npos)
         << summary["messages"][0]["text"];
+}
+
+TEST(SummaryJson, ManyNamesCostNoMoreEachThanFew)
+{
+    Batch::Summary summary;
+    for (int i = 0; i < 200000; ++i)
+        summary.modes.append({QString("mode %1").arg(i), i});
+    const Batch::MessageCollector messages(false);
+    QElapsedTimer clock;
+    clock.start();
+    const QByteArray json = Batch::summaryJson(summary, messages);
+    EXPECT_LT(clock.elapsed(), 10000); // half a minute and more where each name is looked for among all
+    EXPECT_TRUE(json.contains("\"mode 199999\": 199999\n  },"));
 }
 
 TEST(MessageCollector, KeepsTheFirstThousandWarnings)
