@@ -84,9 +84,10 @@ function(morvantide_program name source)
 endfunction()
 
 # morvantide_test(tst_name [WIDGETS] [THREADS] [MOC] SOURCES ... LINK ...): one executable, one entry of the suite.
-# THREADS marks a test that starts a thread, so that it runs under the thread sanitizer too.
+# THREADS marks a test that starts a thread, so that it runs under the thread sanitizer too. With DISPLAYS it runs on a
+# virtual display instead of the offscreen platform, once for each window manager in that list; "none" is without one.
 function(morvantide_test name)
-  cmake_parse_arguments(ARG "WIDGETS;THREADS;MOC" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "WIDGETS;THREADS;MOC" "TIMEOUT" "SOURCES;LINK;DISPLAYS" ${ARGN})
   if(ARG_WIDGETS AND NOT MORVANTIDE_GUI)
     return()
   endif()
@@ -102,10 +103,19 @@ function(morvantide_test name)
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 300)
   endif()
-  add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+  if(ARG_DISPLAYS)
+    foreach(manager ${ARG_DISPLAYS})
+      add_test(NAME ${name}_${manager}
+               COMMAND ${PROJECT_SOURCE_DIR}/tests/support/underdisplay ${manager} $<TARGET_FILE:${name}>)
+      list(APPEND tests ${name}_${manager})
+    endforeach()
+  else()
+    add_test(NAME ${name} COMMAND ${name})
+    set(tests ${name})
+  endif()
+  set_tests_properties(${tests} PROPERTIES TIMEOUT ${ARG_TIMEOUT})
   if(ARG_THREADS)
-    set_tests_properties(${name} PROPERTIES LABELS threads)
+    set_tests_properties(${tests} PROPERTIES LABELS threads)
     if(NOT TARGET thread_tests)
       add_custom_target(thread_tests) # what `./test tsan` builds
     endif()

@@ -3,6 +3,7 @@
 #include "gui/browser/controls/gototimedialog.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/focusreturn.h"
 #include "gui/common/inversionstatistics.h"
 #include "gui/common/logbox.h"
 #include "gui/common/logdock.h"
@@ -45,6 +46,7 @@ MainWindowBase::MainWindowBase(QWidget *parent) : QMainWindow(parent), m_logger(
     connect(m_browser, &Tsb::TimeSeriesBrowser::recordChosen, this, &MainWindowBase::showRecord);
     connect(m_browser->timeView(), &Tsb::TimeView::doubleClicked, this, &MainWindowBase::fitTimescale);
     setupShortcuts();
+    new FocusReturn(this);
 }
 
 MainWindowBase::~MainWindowBase() = default;

@@ -58,11 +58,9 @@ DataLoader::~DataLoader()
 void DataLoader::start(const FileReaderSettings &settings)
 {
     Q_ASSERT(!isReading());
-    if (!m_dialog) {
-        m_dialog = new ReadProgressDialog(m_window);
-        connect(m_dialog, &QProgressDialog::canceled, this, &DataLoader::cancel);
-    }
-    m_dialog->start(settings.files.size());
+    m_dialog = std::make_unique<ReadProgressDialog>(settings.files.size(), m_window);
+    connect(m_dialog.get(), &QProgressDialog::canceled, this, &DataLoader::cancel);
+    m_dialog->show();
 
     auto reader = std::make_shared<FileReader>(FileReader::SpectrumMap(), settings.beginLimit, settings.endLimit);
     m_task = new FileReaderTask(std::move(reader), settings);
@@ -131,6 +129,8 @@ void DataLoader::takeNews()
     m_task = nullptr;
     m_retiringThread = std::exchange(m_thread, nullptr);
     m_box.reset();
-    m_dialog->reset();
+    // Not merely hidden: after a short read the window system has yet to tell that the dialog is there, and would then
+    // give it the focus, out of sight.
+    m_dialog.reset();
     Q_EMIT finished(result);
 }

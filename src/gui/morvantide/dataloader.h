@@ -45,9 +45,9 @@ private:
     void connectTask();
 
     QWidget *m_window;
-    ReadProgressDialog *m_dialog = nullptr; ///< a child of the window, made with the first read
-    std::shared_ptr<Box> m_box;             ///< of the read under way
-    FileReaderTask *m_task = nullptr;       ///< lives on the thread; null without a read
-    QThread *m_thread = nullptr;            ///< one for each read
-    QPointer<QThread> m_retiringThread;     ///< of the read before, which goes away by itself
+    std::unique_ptr<ReadProgressDialog> m_dialog; ///< of the read under way
+    std::shared_ptr<Box> m_box;                   ///< likewise
+    FileReaderTask *m_task = nullptr;             ///< lives on the thread; null without a read
+    QThread *m_thread = nullptr;                  ///< one for each read
+    QPointer<QThread> m_retiringThread;           ///< of the read before, which goes away by itself
 };

@@ -11,7 +11,7 @@ constexpr int labelWidth = 56; // average characters
 
 } // namespace
 
-ReadProgressDialog::ReadProgressDialog(QWidget *parent)
+ReadProgressDialog::ReadProgressDialog(int fileCount, QWidget *parent)
     : QProgressDialog(parent), m_label(new QLabel(this)), m_bar(new QProgressBar(this)),
       m_cancelButton(new QPushButton(tr("Cancel"), this))
 {
@@ -28,17 +28,9 @@ ReadProgressDialog::ReadProgressDialog(QWidget *parent)
     // The base would hide itself on the wish to cancel. It connects by name, and only so can that be undone.
     disconnect(this, SIGNAL(canceled()), this, SLOT(cancel()));
     reset(); // the base meant to show itself soon
-}
-
-void ReadProgressDialog::start(int fileCount)
-{
-    m_stopping = false;
-    m_cancelButton->setEnabled(true);
-    m_label->clear();
     // Not through the base's setValue, which runs the event loop by itself.
     m_bar->setRange(0, fileCount);
     m_bar->setValue(0);
-    show();
 }
 
 void ReadProgressDialog::setProgress(const ReadProgress &progress)

@@ -5,14 +5,12 @@
 #include <QProgressDialog>
 
 /// Shows how far a read has come. A wish to cancel leaves it standing, since the read ends only behind the file at
-/// hand; whoever owns the read calls reset() then.
+/// hand; the owner of the read destroys it then.
 class ReadProgressDialog : public QProgressDialog {
     Q_OBJECT
 public:
-    explicit ReadProgressDialog(QWidget *parent);
+    ReadProgressDialog(int fileCount, QWidget *parent);
 
-    /// Begins anew, in sight.
-    void start(int fileCount);
     void setProgress(const ReadProgress &progress);
     /// Tells that the wish to cancel was heard.
     void showStopping();

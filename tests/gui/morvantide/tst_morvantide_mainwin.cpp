@@ -95,8 +95,8 @@ TEST_F(MorvantideMainWindowTest, CancelKeepsWhatWasRead)
         data.writeDay(day);
     window->show();
     startOpening();
-    auto *dialog = window->findChild<ReadProgressDialog *>();
-    ASSERT_NE(dialog, nullptr);
+    const QPointer<ReadProgressDialog> dialog = window->findChild<ReadProgressDialog *>();
+    ASSERT_TRUE(dialog);
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_EQ(dialog->windowTitle(), "Reading data files");
     EXPECT_EQ(dialog->findChild<QProgressBar *>()->maximum(), 300);
@@ -106,7 +106,7 @@ TEST_F(MorvantideMainWindowTest, CancelKeepsWhatWasRead)
     dialog->close();
     EXPECT_TRUE(dialog->isVisible());
     waitForRead();
-    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_FALSE(dialog);
     EXPECT_GT(recordCount(), 0);
     EXPECT_LT(recordCount(), 300 * DayFolder::recordsOfDay);
     EXPECT_EQ(title(), folderName() + " - Morvantide (incomplete)");

@@ -1,0 +1,103 @@
+#include "gui/browser/controls/gototimedialog.h"
+#include "gui/morvantide/dayfolder.h"
+#include "gui/morvantide/windowtest.h"
+
+#include <QFileDialog>
+#include <QProcess>
+#include <QThread>
+#include <QToolButton>
+
+// Keys reach the window that has the focus as the window system sees it: they are typed from outside, on a real
+// display.
+
+namespace {
+
+constexpr int patience = 60000; // ms
+
+/// Types the key on the display, as a person would.
+void type(const char *key)
+{
+    ASSERT_EQ(QProcess::execute("xdotool", {"key", key}), 0) << key;
+}
+
+bool waitUntil(const std::function<bool()> &condition)
+{
+    return QTest::qWaitFor(condition, patience);
+}
+
+class KeyFocus : public WindowTest {
+protected:
+    KeyFocus() { data.writeDay(1); }
+
+    void SetUp() override { ASSERT_EQ(QGuiApplication::platformName(), "xcb") << "run it by underdisplay"; }
+    void waitForKeysIn(const QWidget *wanted, const std::string &when)
+    {
+        ASSERT_TRUE(waitUntil([wanted] { return wanted->isActiveWindow(); })) << "no key arrives " << when;
+    }
+    /// Accepts the data dialog by a key. Comes back with the read under way.
+    void openByKey()
+    {
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, [&poll] {
+            const QWidget *dialog = QApplication::activeModalWidget();
+            if (!dialog || !dialog->isActiveWindow())
+                return;
+            poll.stop();
+            type("Return");
+        });
+        poll.start(5);
+        window->showDataDirChoice({{"folderName", data.path()}, {"variant", "block"}, {"legacyFiles", false}});
+    }
+    void expectKeysWork(const std::string &when)
+    {
+        ASSERT_NO_FATAL_FAILURE(waitForKeysIn(window.get(), when));
+        type("End");
+        ASSERT_TRUE(waitUntil([&] { return window->isFollowingLast(); })) << when;
+        const auto last = window->shownRecord();
+        type("Left");
+        ASSERT_TRUE(waitUntil([&] { return window->shownRecord() != last; })) << when;
+        type("ctrl+g");
+        ASSERT_TRUE(waitUntil([&] { return window->findChild<Tsb::GoToTimeDialog *>(); })) << when;
+        ASSERT_NO_FATAL_FAILURE(waitForKeysIn(window->findChild<Tsb::GoToTimeDialog *>(), when));
+        type("Escape");
+        ASSERT_TRUE(waitUntil([] { return !QApplication::activeModalWidget(); })) << when;
+        waitForKeysIn(window.get(), "behind a dialog " + when);
+    }
+
+    DayFolder data;
+};
+
+} // namespace
+
+TEST_F(KeyFocus, KeysReachTheWindowAfterAReadThatIsOverAtOnce)
+{
+    for (const int busyMs : {0, 40}) // of the main thread, before it hears what became of the progress dialog
+        for (int start = 0; start < 8; ++start) {
+            makeWindow();
+            window->show();
+            openByKey();
+            QThread::msleep(busyMs);
+            waitForRead();
+            expectKeysWork("start " + std::to_string(start) + ", busy for " + std::to_string(busyMs) + " ms");
+            if (HasFatalFailure())
+                return;
+        }
+}
+
+TEST_F(KeyFocus, KeysReachADialogAndTheWindowBehindADialog)
+{
+    window->show();
+    QTimer::singleShot(0, [this] {
+        QWidget *chooser = QApplication::activeModalWidget();
+        waitForKeysIn(chooser, "in the data dialog");
+        withDialog<QFileDialog>([this](QFileDialog &folders) {
+            waitForKeysIn(&folders, "in the folder dialog");
+            type("Escape");
+        });
+        chooser->findChild<QToolButton *>("chooseFolderButton")->click();
+        waitForKeysIn(chooser, "behind the folder dialog");
+        type("Escape");
+    });
+    window->showDataDirChoice();
+    waitForKeysIn(window.get(), "behind the data dialog");
+}
