@@ -40,7 +40,7 @@ QString endOf(const Datastore::Records &records)
     RecordTime last = earliestRecordTime;
     const Record *latest = nullptr;
     for (const auto &record : records) {
-        const RecordTime end = isMissing(record->endTime) ? record->beginTime : record->endTime;
+        const RecordTime end = effectiveEnd(*record);
         if (!latest || last < end) {
             last = end;
             latest = record.get();

@@ -63,11 +63,6 @@ std::shared_ptr<Record> findIn(const Sequence &records, RecordTime tick, int dir
 
 } // namespace
 
-RecordTime effectiveEnd(const Record &record)
-{
-    return isMissing(record.endTime) ? record.beginTime : record.endTime;
-}
-
 std::shared_ptr<Record> findRecord(const Datastore &store, RecordTime tick, int direction)
 {
     return findIn(StoreSequence{store}, tick, direction);

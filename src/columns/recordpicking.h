@@ -6,9 +6,6 @@ namespace Tsb {
 
 /// Which record a click or key means. All searches start from a bisection, none from the ends of the store.
 
-/// The moment a record ends, for searches and drawing: its begin when it has no end.
-RecordTime effectiveEnd(const Record &record);
-
 /// Direction 0: the record nearest to the moment; one that lies in a gap gets the nearer side, the later one in a tie.
 /// Below 0: the last record that ends before it. Above 0: the first that doesn't begin before it. Null if there is
 /// none.

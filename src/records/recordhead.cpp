@@ -11,7 +11,7 @@ bool operator==(const RecordHead &a, const RecordHead &b)
 
 RecordTime middleOf(RecordTime begin, RecordTime end)
 {
-    const std::int64_t span = saturatedSubtract(ticksOf(end), ticksOf(begin));
+    const std::int64_t span = saturatedSubtract(ticksOf(effectiveEnd(begin, end)), ticksOf(begin));
     return recordTimeFromTicks(saturatedAdd(ticksOf(begin), span / 2));
 }
 

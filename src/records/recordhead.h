@@ -25,7 +25,14 @@ inline bool operator!=(const RecordHead &a, const RecordHead &b) { return !(a ==
 
 using RecordHeadPointer = std::shared_ptr<RecordHead>;
 
-/// Half way from begin to end, truncated. Held within 64 bits for absurd times.
+/// The moment a record ends: without an end, its begin.
+constexpr RecordTime effectiveEnd(RecordTime begin, RecordTime end)
+{
+    return isMissing(end) ? begin : end;
+}
+inline RecordTime effectiveEnd(const RecordHead &head) { return effectiveEnd(head.beginTime, head.endTime); }
+
+/// Half way from the begin to the effective end, truncated. Held within 64 bits for absurd times.
 RecordTime middleOf(RecordTime begin, RecordTime end);
 
 } // namespace Spectrometer

@@ -89,7 +89,7 @@ int Datastore::lastIndexEndingBy(RecordTime time) const
         ++i;
     do {
         --i;
-    } while (i >= 0 && at(i)->endTime > time);
+    } while (i >= 0 && effectiveEnd(*at(i)) > time);
     return i;
 }
 

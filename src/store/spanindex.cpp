@@ -1,16 +1,9 @@
 #include "store/spanindex.h"
 
+#include "records/recordhead.h"
+
 #include <algorithm>
 #include <utility>
-
-namespace {
-
-std::int64_t endTicks(RecordTime beginTime, RecordTime endTime)
-{
-    return ticksOf(isMissing(endTime) ? beginTime : endTime);
-}
-
-} // namespace
 
 std::size_t SpanIndex::blocksBefore(std::int64_t tick) const
 {
@@ -177,7 +170,7 @@ SpanIndex::Times SpanIndex::timesBefore(std::size_t i, std::size_t most) const
 void SpanIndex::append(RecordTime beginTime, RecordTime endTime)
 {
     const std::size_t slot = slotOf(m_size);
-    const std::int64_t endTick = endTicks(beginTime, endTime);
+    const std::int64_t endTick = ticksOf(Spectrometer::effectiveEnd(beginTime, endTime));
     if (slot == 0)
         m_blocks.push_back({ticksOf(beginTime), endTick, endTick, true, makeInSlab<Spans>()});
     Block &last = m_blocks.back();
@@ -197,7 +190,7 @@ void SpanIndex::insert(std::size_t i, RecordTime beginTime, RecordTime endTime)
     }
     append(beginTime, endTime); // makes room; what is carried over at the end is overwritten below
     std::int64_t carriedBegin = ticksOf(beginTime);
-    std::int64_t carriedEnd = endTicks(beginTime, endTime);
+    std::int64_t carriedEnd = ticksOf(Spectrometer::effectiveEnd(beginTime, endTime));
     std::size_t slot = slotOf(i);
     for (std::size_t block = (m_front + i) / blockSize; block < m_blocks.size(); ++block, slot = 0) {
         Spans &spans = *m_blocks[block].spans;

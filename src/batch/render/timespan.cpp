@@ -8,11 +8,6 @@ namespace Batch {
 
 namespace {
 
-RecordTime endOf(const Record &record)
-{
-    return isMissing(record.endTime) ? record.beginTime : record.endTime;
-}
-
 bool isDay(const QString &text)
 {
     return !text.contains(QLatin1Char(':'));
@@ -23,7 +18,7 @@ bool isDay(const QString &text)
 TimeSpan spanToShow(const RenderOptions &options, const Datastore &store)
 {
     const Record &first = *store.at(0);
-    TimeSpan span{first.beginTime, endOf(*store.records().back())};
+    TimeSpan span{first.beginTime, effectiveEnd(*store.records().back())};
     if (!options.from.isEmpty())
         parseLocalTime(options.from, first.beginUtcOffset, &span.begin);
     if (!options.to.isEmpty() && parseLocalTime(options.to, first.beginUtcOffset, &span.end) && isDay(options.to))
@@ -34,7 +29,7 @@ TimeSpan spanToShow(const RenderOptions &options, const Datastore &store)
 bool hasRecordsIn(const TimeSpan &span, const Datastore &store)
 {
     const auto lies = [&span](const auto &record) {
-        return record->beginTime < span.end && (endOf(*record) > span.begin || record->beginTime >= span.begin);
+        return record->beginTime < span.end && (effectiveEnd(*record) > span.begin || record->beginTime >= span.begin);
     };
     return std::any_of(store.records().begin(), store.records().end(), lies);
 }

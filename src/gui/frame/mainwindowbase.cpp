@@ -288,8 +288,7 @@ void MainWindowBase::fitTimescale()
 {
     if (!m_datastore || m_datastore->isEmpty())
         return;
-    const Record &last = *m_datastore->records().back();
-    m_browser->fitTimescale(m_datastore->at(0)->beginTime, isMissing(last.endTime) ? last.beginTime : last.endTime);
+    m_browser->fitTimescale(m_datastore->at(0)->beginTime, effectiveEnd(*m_datastore->records().back()));
 }
 
 void MainWindowBase::showGoToTime()

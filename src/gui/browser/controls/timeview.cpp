@@ -125,7 +125,7 @@ void TimeView::moveIntoView(RecordTime beginTime, RecordTime endTime)
     const std::int64_t x0 = m_timeScale.columnOf(beginTime), x1 = m_timeScale.columnOf(endTime);
     std::int64_t shift = 0;
     if (right - left < saturatedSubtract(x1, x0))
-        shift = x0 / 2 + x1 / 2 + (x0 % 2 + x1 % 2) / 2 - (right + left) / 2;
+        shift = saturatedAdd(x0, x1) / 2 - (right + left) / 2;
     else if (x1 > right)
         shift = x1 - right;
     else if (x0 < left)

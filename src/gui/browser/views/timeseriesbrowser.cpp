@@ -328,7 +328,7 @@ void TimeSeriesBrowser::makeCurrent(const std::shared_ptr<Record> &record, Scrol
     if (record == m_currentRecord)
         return;
     if (record && !m_disableAutoscroll)
-        (timeView()->*bring)(record->beginTime, record->endTime);
+        (timeView()->*bring)(record->beginTime, effectiveEnd(*record));
     m_currentRecord = record;
     for (View *view : m_views)
         view->setCurrentRecord(record);

@@ -172,7 +172,7 @@ TEST_F(TimeViewTest, ScrollIntoViewMovesAsLittleAsPossible)
     const auto moment = [](std::int64_t pixel) { return start + Ticks(pixel * second); };
     const struct {
         std::int64_t begin, end, origin;
-    } cases[] = {{100, 200, 0}, {780, 800, -10}, {-50, -20, 60}, {5, 8, 5}, {-500, 2000, -350}};
+    } cases[] = {{100, 200, 0}, {780, 800, -10}, {-50, -20, 60}, {5, 8, 5}, {-500, 2000, -350}, {-501, 2000, -349}};
     for (const auto &c : cases) {
         view.setTimeScale({start, second, 0});
         view.scrollIntoView(moment(c.begin), moment(c.end));

@@ -228,6 +228,21 @@ TEST_F(BrowserTest, KeysZoomAboutTheRecordOrTheMiddle)
     EXPECT_NEAR(browser->timeScale().pixelAt(store.at(5)->midTime), x, 1);
 }
 
+TEST_F(BrowserTest, ARecordWithoutEndStandsAtItsBegin)
+{
+    StripView *const view = addStrip();
+    const auto added = testRecord(5000, 5000, 0);
+    added->endTime = {};
+    store.addFullRecord(added);
+    const auto endless = store.at(store.size() - 1);
+    browser->selectRecord(endless);
+    const int right = browser->timeView()->contentsRect().width() - 10;
+    EXPECT_EQ(browser->timeScale().pixelAt(endless->beginTime), right) << "scrolled into sight";
+    EXPECT_EQ(endless->midTime, endless->beginTime) << "where its mark and label stand";
+    QTest::keyClick(view->plot(), Qt::Key_Minus);
+    EXPECT_EQ(browser->timeScale().pixelAt(endless->beginTime), right) << "zoomed about it";
+}
+
 TEST_F(BrowserTest, SetupGoesRoundAndIsTakenByValue)
 {
     QVariantMap settings{{QStringLiteral("height"), 90}, {QStringLiteral("note"), QStringLiteral("kept")}};
