@@ -12,13 +12,15 @@
 namespace Tsb {
 
 namespace {
-constexpr int greatestLabelHeight = 200; ///< of a message of many lines
+constexpr int greatestLabelHeight = 200; ///< a longer message shows its first lines
 } // namespace
 
 OpmodeView::OpmodeView(QWidget *parent) : SinglePlotView<OpmodePlot>(parent), m_label(new QLabel(this))
 {
     m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_label->setTextFormat(Qt::PlainText);
+    m_label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_label->setMaximumHeight(greatestLabelHeight);
     auto *strip = new OpmodePlot(this);
     setPlot(strip);
     viewLayout()->insertRow(0, m_label, nullptr);

@@ -110,6 +110,24 @@ TEST_F(OpmodeStrip, shows_where_a_flag_is_raised)
     EXPECT_EQ(view.plot()->mode(), Tsb::OpmodePlot::Flag);
 }
 
+TEST_F(OpmodeStrip, a_message_of_many_lines_leaves_the_strip_its_height)
+{
+    view.showFlag("message: one line");
+    QApplication::processEvents();
+    const int stripHeight = view.plot()->height();
+    EXPECT_GT(stripHeight, view.fontMetrics().height() / 2);
+    for (const int lines : {2, 10, 11, 12, 60}) {
+        QStringList message;
+        for (int i = 0; i < lines; ++i)
+            message << QStringLiteral("line %1").arg(i);
+        view.showFlag(QStringLiteral("message: \"%1\"").arg(message.join("\\n")));
+        QApplication::processEvents();
+        EXPECT_EQ(view.plot()->height(), stripHeight) << lines;
+        EXPECT_EQ(view.findChild<QLabel *>()->text().count('\n'), lines - 1);
+    }
+    EXPECT_LT(view.height(), 300);
+}
+
 TEST_F(OpmodeStrip, the_time_cursor_of_other_plots_runs_through)
 {
     add(0, 20, 0);
