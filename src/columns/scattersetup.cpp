@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace Tsb {
 
@@ -24,14 +25,42 @@ QStringList sortedIds(const QSet<QString> &ids)
     return list;
 }
 
-/// Sets a limit by the number under the key, if it is one that a size or a mobility can have.
-template<typename Make>
-void readLimit(const QVariantMap &map, const char *key, MobilitySize &limit, Make make)
+/// One limit's keys by the unit that its number is in.
+struct LimitKeys {
+    const char *diameter, *mobility;
+
+    QString in(DistributionScale scale) const
+    {
+        return QLatin1String(scale == DistributionScale::mobility ? mobility : diameter);
+    }
+};
+constexpr LimitKeys smallerKeys = {"diameterSmallerLimit", "mobilitySmallerLimit"};
+constexpr LimitKeys largerKeys = {"diameterLargerLimit", "mobilityLargerLimit"};
+
+DistributionScale otherUnit(DistributionScale scale)
 {
-    const auto value = finiteNumber(map.value(QString::fromLatin1(key)));
+    return scale == DistributionScale::mobility ? DistributionScale::diameter : DistributionScale::mobility;
+}
+
+/// A limit that is no bound in the scale's unit is written in the other, where it is 0: files hold no infinity.
+void writeLimit(QVariantMap &map, const LimitKeys &keys, DistributionScale scale, const MobilitySize &limit)
+{
+    const double value = scale == DistributionScale::mobility ? limit.mobility : limit.diameter;
+    if (std::isfinite(value))
+        map[keys.in(scale)] = value;
+    else if (std::isinf(value))
+        map[keys.in(otherUnit(scale))] = 0.0;
+}
+
+/// Sets a limit by the number under its key, if it is one that a size or a mobility can have.
+void readLimit(const QVariantMap &map, const LimitKeys &keys, DistributionScale scale, MobilitySize &limit)
+{
+    const auto value = finiteNumber(map.value(keys.in(scale)));
+    if (!value && finiteNumber(map.value(keys.in(otherUnit(scale)))) == 0.0)
+        limit = fractionLimit(otherUnit(scale), 0);
     if (!value || *value < 0)
         return;
-    const MobilitySize read = limitInBothUnits(make(*value));
+    const MobilitySize read = fractionLimit(scale, *value);
     if (!std::isnan(read.diameter) && !std::isnan(read.mobility))
         limit = read;
 }
@@ -45,7 +74,17 @@ MobilitySize limitInBothUnits(const MobilitySize &limit)
     result.mobility = limit.mobility * limit.mobilityUnit.factorTo(Unit::mobilityCgs);
     result.diameterUnit = Unit::nanometre;
     result.mobilityUnit = Unit::mobilityCgs;
+    if (result.mobility == 0) // that of no particle, however large: a limit of 0 leaves none out
+        result.diameter = std::numeric_limits<double>::infinity();
     return result;
+}
+
+MobilitySize fractionLimit(DistributionScale scale, double value)
+{
+    const SpectMath::MobilityModel model;
+    return limitInBothUnits(scale == DistributionScale::mobility
+                                ? MobilitySize::fromMobility(model, value, Unit::mobilityCgs)
+                                : MobilitySize::fromDiameter(model, value, Unit::nanometre));
 }
 
 QVariantMap scatterSetup(const ScatterPlotSettings &settings)
@@ -65,21 +104,13 @@ QVariantMap scatterSetup(const ScatterPlotSettings &settings)
     case ScatterPlotSettings::Variable:
         map["parameterName"] = settings.parameterName;
         break;
-    case ScatterPlotSettings::Concentration: {
-        const bool mobility = settings.fractionScale == DistributionScale::mobility;
-        const auto put = [&map](const char *key, double value) {
-            if (std::isfinite(value))
-                map[QString::fromLatin1(key)] = value;
-        };
+    case ScatterPlotSettings::Concentration:
         map["fractionScale"] = toText(settings.fractionScale);
         map["concentrationType"] = toText(settings.concentrationType);
         map["totalConcentration"] = settings.totalConcentration;
-        put(mobility ? "mobilitySmallerLimit" : "diameterSmallerLimit",
-            mobility ? settings.smallerLimit.mobility : settings.smallerLimit.diameter);
-        put(mobility ? "mobilityLargerLimit" : "diameterLargerLimit",
-            mobility ? settings.largerLimit.mobility : settings.largerLimit.diameter);
+        writeLimit(map, smallerKeys, settings.fractionScale, settings.smallerLimit);
+        writeLimit(map, largerKeys, settings.fractionScale, settings.largerLimit);
         break;
-    }
     default:
         map["spectrumParameter"] = toKey(settings.spectrumParameter);
         break;
@@ -118,20 +149,8 @@ void readScatterSetup(const QVariantMap &map, ScatterPlotSettings &settings)
     }
     settings.spectrumParameter = spectrumParameterFromKey(map.value("spectrumParameter").toString());
 
-    const SpectMath::MobilityModel model;
-    if (settings.fractionScale == DistributionScale::mobility) {
-        const auto mobility = [&model](double value) {
-            return MobilitySize::fromMobility(model, value, Unit::mobilityCgs);
-        };
-        readLimit(map, "mobilitySmallerLimit", settings.smallerLimit, mobility);
-        readLimit(map, "mobilityLargerLimit", settings.largerLimit, mobility);
-    } else {
-        const auto diameter = [&model](double value) {
-            return MobilitySize::fromDiameter(model, value, Unit::nanometre);
-        };
-        readLimit(map, "diameterSmallerLimit", settings.smallerLimit, diameter);
-        readLimit(map, "diameterLargerLimit", settings.largerLimit, diameter);
-    }
+    readLimit(map, smallerKeys, settings.fractionScale, settings.smallerLimit);
+    readLimit(map, largerKeys, settings.fractionScale, settings.largerLimit);
 }
 
 } // namespace Tsb

@@ -14,7 +14,10 @@ void readScatterSetup(const QVariantMap &map, ScatterPlotSettings &settings);
 /// The kind that the map names, or the fallback.
 int scatterTypeFromSetup(const QVariantMap &map, int fallback);
 
-/// The same limit with its diameter in nm and its mobility in cm^2/s/V.
+/// The same limit with its diameter in nm and its mobility in cm^2/s/V. 0 in either is infinity in the other: there is
+/// no bound on that side.
 SpectMath::MobilitySize limitInBothUnits(const SpectMath::MobilitySize &limit);
+/// The limit at that mobility in cm^2/s/V, or on the other scales at that diameter in nm.
+SpectMath::MobilitySize fractionLimit(SpectMath::DistributionScale scale, double value);
 
 } // namespace Tsb

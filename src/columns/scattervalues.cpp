@@ -62,7 +62,8 @@ QString fractionLabel(const ScatterPlotSettings &settings)
 {
     const bool mobility = settings.fractionScale == DistributionScale::mobility;
     const auto limit = [mobility](const SpectMath::MobilitySize &size) {
-        return QString::number(mobility ? size.mobility : size.diameter);
+        const double value = mobility ? size.mobility : size.diameter;
+        return std::isinf(value) ? QStringLiteral("∞") : QString::number(value);
     };
     return limit(settings.smallerLimit) + QLatin1String(" - ") + limit(settings.largerLimit) + QLatin1Char(' ') +
            (mobility ? QStringLiteral("cm²/V/s") : QStringLiteral("nm"));

@@ -10,6 +10,15 @@
 #include <cmath>
 #include <limits>
 
+namespace {
+
+QString textOf(double value, char format, int digits)
+{
+    return std::isinf(value) && value > 0 ? QStringLiteral("∞") : QString::number(value, format, digits);
+}
+
+} // namespace
+
 ExpSpinBox::ExpSpinBox(QWidget *parent)
     : QAbstractSpinBox(parent), m_shownValue(std::numeric_limits<double>::quiet_NaN()),
       m_validator(new QDoubleValidator(this))
@@ -73,7 +82,7 @@ void ExpSpinBox::showText(double value)
 {
     m_shownValue = value;
     m_settingText = true;
-    lineEdit()->setText(QString::number(value, m_format, m_decimals));
+    lineEdit()->setText(textOf(value, m_format, m_decimals));
     m_settingText = false;
 }
 
@@ -86,7 +95,7 @@ void ExpSpinBox::changeBase()
 void ExpSpinBox::textEdited(const QString &value)
 {
     // The text that fixup() puts in place of a broken one stands for the value itself, not for its six digits.
-    if (m_settingText || value == QString::number(m_value, m_format, 6))
+    if (m_settingText || value == textOf(m_value, m_format, 6))
         return;
     QString text = value;
     int pos = 0;
@@ -123,12 +132,14 @@ QAbstractSpinBox::StepEnabled ExpSpinBox::stepEnabled() const
 
 QValidator::State ExpSpinBox::validate(QString &input, int &pos) const
 {
+    if (std::isinf(m_value) && input == textOf(m_value, m_format, m_decimals))
+        return QValidator::Acceptable;
     return m_validator->validate(input, pos);
 }
 
 void ExpSpinBox::fixup(QString &input) const
 {
-    input = input.isEmpty() ? QStringLiteral("1.0") : QString::number(m_value, m_format, 6);
+    input = input.isEmpty() ? QStringLiteral("1.0") : textOf(m_value, m_format, 6);
 }
 
 QSize ExpSpinBox::sizeHint() const

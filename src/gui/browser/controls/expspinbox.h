@@ -5,7 +5,7 @@
 class QDoubleValidator;
 
 /// A spin box for values that span decades: a step multiplies, and ten steps make a decade exactly, since steps are
-/// counted from a base value that moves only at whole decades.
+/// counted from a base value that moves only at whole decades. Infinity can be set, and shows as "∞".
 class ExpSpinBox : public QAbstractSpinBox {
     Q_OBJECT
 public:

@@ -23,20 +23,13 @@ namespace {
 constexpr int initialHeight = 120;
 constexpr double initialSmallerLimit = 0.1, initialLargerLimit = 100.0;
 
-MobilitySize limitFrom(DistributionScale scale, double value)
-{
-    const SpectMath::SpectrumInfo defaults;
-    return scale == DistributionScale::mobility ? MobilitySize::fromMobility(defaults.model, value, Unit::mobilityCgs)
-                                                : MobilitySize::fromDiameter(defaults.model, value, Unit::nanometre);
-}
-
 } // namespace
 
 ScatterPlotView::ScatterPlotView(QWidget *parent)
     : SinglePlotView<ScatterPlot>(parent), m_scale(new VerticalScaleWidget(this)), m_resizer(new Resizer(this, this))
 {
-    m_settings.smallerLimit = limitInBothUnits(limitFrom(DistributionScale::diameter, initialSmallerLimit));
-    m_settings.largerLimit = limitInBothUnits(limitFrom(DistributionScale::diameter, initialLargerLimit));
+    m_settings.smallerLimit = fractionLimit(DistributionScale::diameter, initialSmallerLimit);
+    m_settings.largerLimit = fractionLimit(DistributionScale::diameter, initialLargerLimit);
     auto *scatter = new ScatterPlot(this);
     setPlot(scatter);
     viewLayout()->insertRow(0, m_scale, scatter);
@@ -226,12 +219,12 @@ void ScatterPlotView::setDiagnosticSelection(const QString &channelName)
 
 void ScatterPlotView::setFractionSmallerLimit(double value)
 {
-    setFractionLimits(limitFrom(m_settings.fractionScale, value), m_settings.largerLimit);
+    setFractionLimits(fractionLimit(m_settings.fractionScale, value), m_settings.largerLimit);
 }
 
 void ScatterPlotView::setFractionLargerLimit(double value)
 {
-    setFractionLimits(m_settings.smallerLimit, limitFrom(m_settings.fractionScale, value));
+    setFractionLimits(m_settings.smallerLimit, fractionLimit(m_settings.fractionScale, value));
 }
 
 void ScatterPlotView::setFractionLimits(const MobilitySize &smaller, const MobilitySize &larger)

@@ -12,6 +12,7 @@
 #include <QSignalBlocker>
 #include <QToolButton>
 
+#include <cmath>
 #include <limits>
 
 namespace Tsb {
@@ -186,10 +187,13 @@ void ScatterPropertiesRow::showSettings(const ScatterPlotSettings &settings)
     m_totalCheck->setChecked(settings.totalConcentration);
     m_rangeLabel->setText(mobility ? QStringLiteral("Mobility range (cm²/V/s)")
                                    : QStringLiteral("Diameter range (nm)"));
-    for (QWidget *limit : {static_cast<QWidget *>(m_smallerLimit), static_cast<QWidget *>(m_largerLimit)})
-        limit->setToolTip(m_rangeLabel->text());
-    m_smallerLimit->setValue(mobility ? settings.smallerLimit.mobility : settings.smallerLimit.diameter);
-    m_largerLimit->setValue(mobility ? settings.largerLimit.mobility : settings.largerLimit.diameter);
+    const auto showLimit = [&](ExpSpinBox *box, const SpectMath::MobilitySize &limit) {
+        box->setValue(mobility ? limit.mobility : limit.diameter);
+        box->setToolTip(std::isinf(box->value()) ? tr("%1: no bound on this side").arg(m_rangeLabel->text())
+                                                 : m_rangeLabel->text());
+    };
+    showLimit(m_smallerLimit, settings.smallerLimit);
+    showLimit(m_largerLimit, settings.largerLimit);
     m_spectra->setSelectedSpectra(settings.visibleSpectra);
     showSettingsForm(m_titleButton->isChecked());
 }

@@ -105,6 +105,20 @@ TEST_F(ExpSpinBoxTest, AnEmptyTextBecomesOne)
     EXPECT_EQ(box.value(), 1.0);
 }
 
+TEST_F(ExpSpinBoxTest, InfinityStaysUntilANumberIsTyped)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    box.setRange(0, 1e300);
+    box.setValue(infinity);
+    EXPECT_EQ(text(), "∞");
+    QTest::keyClick(&box, Qt::Key_Up);
+    QTest::keyClick(edit(), Qt::Key_Return);
+    EXPECT_EQ(box.value(), infinity);
+    EXPECT_EQ(text(), "∞");
+    type("25");
+    EXPECT_EQ(box.value(), 25);
+}
+
 TEST_F(ExpSpinBoxTest, SignalsOnlyChanges)
 {
     QSignalSpy changed(&box, &ExpSpinBox::valueChanged);

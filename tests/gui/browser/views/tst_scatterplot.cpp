@@ -2,16 +2,19 @@
 
 #include "columns/scattersetup.h"
 #include "columns/scattervalues.h"
+#include "gui/browser/controls/expspinbox.h"
 #include "gui/browser/controls/verticalscalewidget.h"
 #include "gui/browser/plots/opmodeplot.h"
 #include "gui/browser/plots/scatterlabel.h"
 #include "gui/browser/views/scatterpropertiesrow.h"
+#include "llama/qyaml.h"
 #include "support/plotstore.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -441,6 +444,42 @@ TEST_F(Scatter, settings_go_round)
         const QVariant stored = other.settings();
         view.setSettings(stored);
         EXPECT_EQ(view.settings(), stored) << type;
+    }
+}
+
+/// In the other unit the limit is no bound, in what is shown, drawn and stored.
+TEST_F(Scatter, a_limit_of_0_in_either_unit_is_no_bound_in_the_other)
+{
+    using SpectMath::DistributionScale;
+    view.showType(ScatterPlotSettings::Concentration);
+    view.propertiesRow()->findChild<QCheckBox *>()->setChecked(false);
+    const auto boxes = view.propertiesRow()->findChildren<ExpSpinBox *>();
+    const auto weights = [this] { return Tsb::concentrationWeights(*infos[0], view.plotSettings()); };
+    const auto label = [this] { return view.scaleWidget()->label().section('\n', 0, 0); };
+    for (const auto &[given, other] : {std::make_pair(DistributionScale::mobility, DistributionScale::diameter),
+                                       std::make_pair(DistributionScale::diameter, DistributionScale::mobility)}) {
+        view.setFractionScale(given);
+        view.setFractionSmallerLimit(1e-6);
+        view.setFractionLargerLimit(0.5);
+        const double nearly = sum(weights());
+        view.setFractionSmallerLimit(0);
+        EXPECT_TRUE(label().startsWith("0 - 0.5 ")) << label().toStdString();
+        EXPECT_NEAR(sum(weights()), nearly, 1e-9);
+        view.setFractionScale(other);
+        EXPECT_TRUE(label().startsWith("∞ - ")) << label().toStdString();
+        EXPECT_EQ(boxes[0]->findChild<QLineEdit *>()->text(), "∞");
+        EXPECT_TRUE(boxes[0]->toolTip().contains("no bound"));
+        EXPECT_NEAR(sum(weights()), nearly, 1e-9);
+        for (const DistributionScale scale : {other, given}) {
+            view.setFractionScale(scale);
+            ScatterPlotView restored;
+            restored.setSettings(Llama::yamlLoad(Llama::yamlDump(view.settings())).first());
+            EXPECT_EQ(Llama::yamlDump(restored.settings()), Llama::yamlDump(view.settings()));
+            restored.setFractionScale(given);
+            EXPECT_EQ(restored.settings().toMap()[given == DistributionScale::mobility ? "mobilitySmallerLimit"
+                                                                                       : "diameterSmallerLimit"],
+                      0.0);
+        }
     }
 }
 
