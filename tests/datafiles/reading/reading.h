@@ -1,43 +1,12 @@
 #pragma once
 
 #include "datafiles/reading/filereadertask.h"
-#include "log/logger.h"
 #include "support/files.h"
+#include "support/logcatcher.h"
 
 #include <QTemporaryDir>
 
 #include <memory>
-#include <mutex>
-
-/// What the log got while this lives, on any thread that ends before it does.
-class LogCatcher : public QObject {
-public:
-    LogCatcher()
-    {
-        connect(
-            &Log::RootLogger::instance(), &Log::RootLogger::newEntry, this,
-            [this](const Log::Entry &entry) {
-                const std::lock_guard<std::mutex> lock(m_mutex);
-                m_entries.append(entry);
-            },
-            Qt::DirectConnection);
-    }
-    /// The messages of that level or worse.
-    QStringList upTo(int level) const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        QStringList texts;
-        for (const Log::Entry &entry : m_entries)
-            if (entry.level <= level)
-                texts.append(entry.message);
-        return texts;
-    }
-    QStringList complaints() const { return upTo(Log::Warning); }
-
-private:
-    mutable std::mutex m_mutex;
-    QList<Log::Entry> m_entries;
-};
 
 /// Writes a folder of day files, reads it, and tells what came of it.
 class Reading : public testing::Test {
