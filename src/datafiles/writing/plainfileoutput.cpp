@@ -34,7 +34,10 @@ PlainFileOutput::PlainFileOutput(const Settings &settings, QObject *parent)
     applySettings();
 }
 
-PlainFileOutput::~PlainFileOutput() = default;
+PlainFileOutput::~PlainFileOutput()
+{
+    closeFiles();
+}
 
 PlainFileOutput::Settings PlainFileOutput::settings() const
 {
@@ -53,6 +56,7 @@ void PlainFileOutput::setSettings(const Settings &settings)
 void PlainFileOutput::applySettings()
 {
     Q_ASSERT(QObject::thread() == QThread::currentThread());
+    closeFiles();
     m_applied = settings();
     m_files.clear();
     m_rawFile.reset();
@@ -62,8 +66,7 @@ void PlainFileOutput::applySettings()
 
     const QVariantMap common = FileHeader::commonKeys(*m_applied.metadata);
     const auto plainFile = [this](const QString &pattern, const FileHeader::Lines &header) {
-        auto file =
-            std::make_unique<File>(pattern.arg(withoutCodes(m_applied.folder), m_applied.fileNamePattern), header);
+        auto file = makeFile(pattern.arg(withoutCodes(m_applied.folder), m_applied.fileNamePattern), header);
         file->matchHeader = false;
         return file;
     };
@@ -73,6 +76,16 @@ void PlainFileOutput::applySettings()
         m_logFile = plainFile(QStringLiteral("%1/%2.log"), FileHeader::logHeader());
     for (auto it = m_applied.variants.cbegin(); it != m_applied.variants.cend(); ++it)
         makeVariantFiles(it.key(), it.value(), common);
+}
+
+std::unique_ptr<PlainFileOutput::File> PlainFileOutput::makeFile(const QString &pattern,
+                                                                 const FileHeader::Lines &header)
+{
+    auto file = std::make_unique<File>(pattern, header);
+    file->closeCallback = [this](const QString &name, qint64 rows, const QString &failure) {
+        countClosed(name, rows, failure);
+    };
+    return file;
 }
 
 void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, const QVariantMap &commonKeys)
@@ -86,7 +99,7 @@ void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, c
 
     const Log::Logger logger = m_logger;
     const auto recordsFile = [&](const QString &suffix, const FileHeader::Lines &header) {
-        auto file = std::make_unique<File>(stem + suffix, header);
+        auto file = makeFile(stem + suffix, header);
         file->messageCallback = [logger, name = variant.name](const QString &message) {
             logger.log(Log::Debug, QStringLiteral("Updated %1 records file:\n%2").arg(name, message));
         };
@@ -107,9 +120,8 @@ void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, c
             continue;
         auto spectraFile = std::make_shared<SpectraFile>();
         spectraFile->spectra = infos;
-        spectraFile->file =
-            std::make_unique<File>(QStringLiteral("%1-%2.spectra").arg(stem, nameInPattern(modeName)),
-                                   FileHeader::spectraHeader(keys, modeName, infos, m_applied.inversionVars));
+        spectraFile->file = makeFile(QStringLiteral("%1-%2.spectra").arg(stem, nameInPattern(modeName)),
+                                     FileHeader::spectraHeader(keys, modeName, infos, m_applied.inversionVars));
         spectraFile->file->messageCallback = [logger, name = variant.name, modeName](const QString &message) {
             logger.log(Log::Debug, QStringLiteral("Updated %1 %2 spectra file:\n%3").arg(name, modeName, message));
         };
@@ -150,6 +162,7 @@ PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime loca
         m_row->endLine();
         file.append(m_row->data(), m_row->size());
         file.flagIds.commit();
+        ++file.rowCount;
         written = true;
         file.settle();
     } catch (const FileOutputError &error) {
@@ -167,6 +180,17 @@ void PlainFileOutput::logLoss(const QString &fileName, const QString &message)
         return;
     m_toldFiles.insert(fileName);
     m_logger.log(Log::Error, message);
+}
+
+void PlainFileOutput::countClosed(const QString &fileName, qint64 rows, const QString &failure)
+{
+    if (failure.isNull()) {
+        m_rowsOfClosedFiles[fileName] += rows;
+    } else if (rows > 0) {
+        m_counts.written -= rows;
+        m_counts.lost += rows;
+        m_logger.log(Log::Error, failure);
+    }
 }
 
 void PlainFileOutput::putHead(RowText &row, const RecordHead &head) const

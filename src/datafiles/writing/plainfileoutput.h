@@ -82,8 +82,11 @@ public:
     void setLossMessages(LossMessages messages) { m_lossMessages = messages; }
     /// The rows of all kinds since the object was made.
     RowCounts counts() const { return m_counts; }
-    /// Closes and unlocks all files; the next rows open them again.
+    /// Closes and unlocks all files; the next rows open them again. Where a closing fails, which is logged, all rows
+    /// since the opening count as lost.
     void closeFiles();
+    /// The rows that were written to each file that was closed, by its path.
+    const QHash<QString, qint64> &rowsOfClosedFiles() const { return m_rowsOfClosedFiles; }
 
 public Q_SLOTS:
     void rawRecord(Spectrometer::RawRecordPointer record);
@@ -106,6 +109,8 @@ private:
     RowResult writeRow(File &file, RecordTime localTime, MakeRow makeRow);
     void putHead(RowText &row, const RecordHead &head) const;
     void logLoss(const QString &fileName, const QString &message);
+    void countClosed(const QString &fileName, qint64 rows, const QString &failure);
+    std::unique_ptr<File> makeFile(const QString &pattern, const QList<QByteArray> &header);
 
     Log::Logger m_logger;
     mutable QMutex m_settingsMutex; ///< guards m_settings
@@ -116,6 +121,7 @@ private:
     std::unique_ptr<File> m_logFile;
     std::unique_ptr<RowText> m_row; ///< one buffer for all rows
     RowCounts m_counts;
+    QHash<QString, qint64> m_rowsOfClosedFiles;
     LossMessages m_lossMessages = LossMessages::EachRow;
     QSet<QString> m_toldFiles; ///< of which a loss was logged
 };

@@ -1,6 +1,7 @@
 #include "datafiles/writing/plainfileoutput_file.h"
 
 #include "datafiles/writing/plainfileoutput_match.h"
+#include "util/filecalls.h"
 #include "util/lockedfile.h"
 #include "util/timeformat.h"
 
@@ -9,12 +10,17 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
+#include <vector>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace Spectrometer {
 
 namespace {
+
+constexpr std::size_t readPiece = 1 << 16;
 
 /// No code finer than a day in the pattern, "%s" and "%f" included.
 bool hasOnlyDayCodes(const QString &pattern)
@@ -27,22 +33,6 @@ bool hasOnlyDayCodes(const QString &pattern)
             ++i;
         if (i < pattern.size() && QStringLiteral("HMSsf").contains(pattern.at(i)))
             return false;
-    }
-    return true;
-}
-
-/// Writes all bytes; false with errno set if not all could be written.
-bool writeAll(int handle, const char *bytes, std::size_t size)
-{
-    while (size > 0) {
-        const ssize_t written = ::write(handle, bytes, size);
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            return false;
-        }
-        bytes += written;
-        size -= std::size_t(written);
     }
     return true;
 }
@@ -62,13 +52,26 @@ PlainFileOutput::File::File(const QString &pattern, const QList<QByteArray> &hea
 {
 }
 
-PlainFileOutput::File::~File() = default;
+PlainFileOutput::File::~File()
+{
+    close();
+}
 
 void PlainFileOutput::File::close()
 {
+    if (m_file) {
+        m_file->close(); // which unlocks it; the descriptor is ours
+        const bool closed = FileCalls::current().close(m_handle) == 0;
+        const QString failure = closed ? QString()
+                                       : QStringLiteral("Failed to close file \"%1\": %2. Data was lost!")
+                                             .arg(m_currentName, qt_error_string(errno));
+        if (closeCallback)
+            closeCallback(m_currentName, rowCount, failure);
+    }
     m_file.reset();
     m_currentName.clear();
     m_handle = -1;
+    rowCount = 0;
     flagIds.clear();
 }
 
@@ -102,7 +105,7 @@ void PlainFileOutput::File::openFor(RecordTime localTime)
     } catch (const FileOutputError &) {
         // Without its header a file must not be written to. What was made for it goes again.
         if (!existed && m_file)
-            m_file->remove();
+            FileCalls::current().unlink(QFile::encodeName(name).constData());
         close();
         throw;
     }
@@ -119,17 +122,21 @@ void PlainFileOutput::File::openNamed(const QString &name)
         if (!QFileInfo::exists(folder) && !QDir().mkpath(folder))
             throw FileOutputError(QStringLiteral("Failed to create path \"%1\". Data was lost!").arg(folder));
     }
-    const auto file = std::make_shared<LockedFile>(name);
     // A pipe or a device under this name would never end when it is searched for headers.
-    if ((target.exists() && !target.isFile()) || !file->open(QIODevice::ReadWrite | QIODevice::Text))
+    FileCalls &calls = FileCalls::current();
+    const int handle = target.exists() && !target.isFile()
+                           ? -1
+                           : calls.open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_NONBLOCK, 0666);
+    if (handle < 0)
         throw FileOutputError(QStringLiteral("Failed to open file \"%1\". Data was lost!").arg(name));
-    if (!file->lock(LockedFile::WriteLock, false))
+    const auto file = std::make_shared<LockedFile>(name);
+    if (!file->open(handle, QIODevice::ReadWrite) || !file->lock(LockedFile::WriteLock, false)) {
+        calls.close(handle);
         throw FileOutputError(QStringLiteral("Failed to lock file \"%1\" for writing. Data was lost!").arg(name));
-    if (file->fileName() != name)
-        m_message += QStringLiteral("\nalternative name \"%1\".").arg(file->fileName());
+    }
     m_file = file;
     m_currentName = name;
-    m_handle = file->handle();
+    m_handle = handle;
 }
 
 int PlainFileOutput::File::matchedHeader(bool *endsInLine)
@@ -138,23 +145,36 @@ int PlainFileOutput::File::matchedHeader(bool *endsInLine)
     int longest = 0;
     for (const QByteArray &line : m_header)
         longest = std::max(longest, line.size());
-    QByteArray piece(longest + 3, Qt::Uninitialized);
-
     HeaderMatch match(m_header);
-    bool continued = false;
+    QByteArray line; // at hand, as far as it matters
+    const auto extend = [&](const char *begin, const char *end) {
+        line.append(begin, int(std::min<std::ptrdiff_t>(end - begin, longest + 2 - line.size())));
+    };
+    const auto endLine = [&] {
+        if (line.endsWith('\r'))
+            line.chop(1);
+        match.addLine(line);
+        line.resize(0);
+    };
+
+    std::vector<char> piece(readPiece);
+    ssize_t size = ::lseek(m_handle, 0, SEEK_SET) < 0 ? -1 : 0;
     *endsInLine = true;
-    m_file->seek(0);
-    while (!m_file->atEnd()) {
-        const qint64 size = m_file->readLine(piece.data(), piece.size());
-        if (size <= 0) {
-            match.reset();
-            break;
+    while (size >= 0 && (size = FileCalls::current().read(m_handle, piece.data(), piece.size())) > 0) {
+        const char *begin = piece.data(), *const end = begin + size;
+        while (const void *feed = std::memchr(begin, '\n', std::size_t(end - begin))) {
+            extend(begin, static_cast<const char *>(feed));
+            endLine();
+            begin = static_cast<const char *>(feed) + 1;
         }
-        *endsInLine = piece.at(int(size) - 1) == '\n';
-        if (!continued)
-            match.addLine(QByteArray::fromRawData(piece.constData(), int(size) - (*endsInLine ? 1 : 0)));
-        continued = !*endsInLine;
+        extend(begin, end);
+        *endsInLine = begin == end;
     }
+    if (size < 0)
+        throw FileOutputError(QStringLiteral("Failed to read file \"%1\": %2. Data was lost!")
+                                  .arg(m_currentName, qt_error_string(errno)));
+    if (!*endsInLine)
+        endLine();
     m_message += match.message();
     return match.matched();
 }
@@ -179,11 +199,12 @@ void PlainFileOutput::File::checkHeader()
 void PlainFileOutput::File::append(const char *bytes, std::size_t size)
 {
     // Past QFile's own buffer: what a full disk refused would stay in it and reach the file with a later row.
+    FileCalls &calls = FileCalls::current();
     const off_t end = ::lseek(m_handle, 0, SEEK_END);
-    if (end < 0 || !writeAll(m_handle, bytes, size)) {
+    if (end < 0 || !writeAll(calls, m_handle, bytes, size)) {
         const QString name = m_currentName;
         const QString reason = qt_error_string(errno);
-        if (end >= 0 && ::ftruncate(m_handle, end) != 0)
+        if (end >= 0 && calls.ftruncate(m_handle, end) != 0)
             close(); // the next opening mends the broken line
         throw FileOutputError(QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!").arg(name, reason));
     }

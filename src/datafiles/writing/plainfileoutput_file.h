@@ -43,15 +43,19 @@ public:
     void append(const char *bytes, std::size_t size);
     /// After an append: tests the lock, and sets the file's modification time to the present. Throws FileOutputError.
     void settle();
+    /// Whoever set the callback is told of a failure, which may have cost every row of this opening.
     void close();
 
     QString currentName() const { return m_currentName; }
     /// The name that openFor was last asked for, though it may have failed; the pattern for a time that has none.
     const QString &wantedName() const { return m_wantedName; }
 
+    qint64 rowCount = 0;                                         ///< of this opening; counted by whoever appends rows
     bool matchHeader = true;                                     ///< continue a file whose last header is this one
     FlagIds flagIds;                                             ///< of this opening
     std::function<void(const QString &message)> messageCallback; ///< told what an opening did
+    /// Told of each closing: the file's name, its rows, and why it failed, which is null if it didn't.
+    std::function<void(const QString &name, qint64 rows, const QString &failure)> closeCallback;
 
 protected:
     /// Continues the block that the open file ends in, or appends a new header.
@@ -60,7 +64,7 @@ protected:
 private:
     QString nameFor(RecordTime localTime);
     void openNamed(const QString &name);
-    /// Reads the whole file; *endsInLine is false if its last line lacks its line feed.
+    /// Reads the whole file; *endsInLine is false if its last line lacks its line feed. Throws FileOutputError.
     int matchedHeader(bool *endsInLine);
 
     std::shared_ptr<LockedFile> m_file;

@@ -15,8 +15,6 @@ public:
     /// A first header line starts a match from any state; a complete header stays matched through the rows that follow
     /// it; inside a header any line that differs ends the match.
     void addLine(const QByteArray &line);
-    /// The line could not be read.
-    void reset() { m_matched = 0; }
 
     int matched() const { return m_matched; }
     bool isComplete() const { return m_matched == m_header.size(); }
