@@ -3,6 +3,7 @@
 #include "batch/folderread.h"
 #include "batch/messagecollector.h"
 #include "batch/outcome.h"
+#include "batch/outputfolder.h"
 #include "batch/progressline.h"
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
@@ -11,6 +12,8 @@
 #include "spectra/inverterfiles.h"
 #include "spectra/orderedinversion.h"
 
+#include <QDir>
+#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -128,8 +131,15 @@ private:
     SpectMath::SpectrumPointerList m_spectra;
 };
 
-bool invertAndWrite(const ReinvertOptions &options, const FileReader &reader, const InverterList &inverters,
-                    const Selection &selection, const QString &folder, PlainFileOutput::RowCounts *counts)
+/// What was written into the folder to work in.
+struct Written {
+    bool complete; ///< not interrupted
+    PlainFileOutput::RowCounts counts;
+    QHash<QString, qint64> rows; ///< by path
+};
+
+Written invertAndWrite(const ReinvertOptions &options, const FileReader &reader, const InverterList &inverters,
+                       const Selection &selection, const QString &folder)
 {
     PlainFileOutput::Settings settings = outputSettings(options.save, reader, selection.byMode);
     settings.folder = folder;
@@ -140,8 +150,23 @@ bool invertAndWrite(const ReinvertOptions &options, const FileReader &reader, co
         [&spectra](const Record &record) -> const SpectMath::SpectrumPointerList & { return spectra.next(record); });
     output.closeFiles();
     ProgressLine::clear();
-    *counts = output.counts();
-    return complete;
+    return {complete, output.counts(), output.rowsOfClosedFiles()};
+}
+
+/// Puts the files into their folder, unless rows of them are missing, and makes the counts those of what stands there.
+void moveOut(StagedOutput &staged, const QString &folder, Written &written, Outcome &outcome)
+{
+    const qint64 all = written.counts.written + written.counts.lost;
+    qint64 standing = 0;
+    if (written.counts.lost > 0) {
+        tell(QStringLiteral("\"%1\" is left as it was, since rows are missing.").arg(folder));
+    } else {
+        const StagedOutput::Moved moved = staged.moveOut();
+        outcome.outputLost = !moved.complete;
+        for (const QString &name : moved.names)
+            standing += written.rows.value(QDir(staged.path()).filePath(name));
+    }
+    written.counts = {standing, all - standing};
 }
 
 Outcome reinvert(const ReinvertOptions &options, const MessageCollector &messages)
@@ -155,6 +180,9 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
         reason = refusal(save, inputs, expectedTargets(save, inputs));
     if (!reason.isEmpty())
         return refused(reason);
+    reason = unwritableFolder(save.outputFolder);
+    if (!reason.isEmpty())
+        return outputLost(reason);
     const InverterList loaded = readInverters(options.inverters);
     if (loaded.empty())
         return nothing(QStringLiteral("No inverters!"));
@@ -178,10 +206,10 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
     outcome.outputLost = !staged.isValid() || !staged.bringIn(targets);
     if (outcome.outputLost)
         return outcome;
-    PlainFileOutput::RowCounts counts;
-    outcome.interrupted = !invertAndWrite(options, *read.reader, inverters, selection, staged.path(), &counts);
-    outcome.outputLost = !staged.moveOut();
-    outcome.tellWriting(counts, save.outputFolder, read, messages);
+    Written written = invertAndWrite(options, *read.reader, inverters, selection, staged.path());
+    outcome.interrupted = !written.complete;
+    moveOut(staged, save.outputFolder, written, outcome);
+    outcome.tellWriting(written.counts, save.outputFolder, read, messages);
     return outcome;
 }
 

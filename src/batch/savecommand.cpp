@@ -3,6 +3,7 @@
 #include "batch/folderread.h"
 #include "batch/messagecollector.h"
 #include "batch/outcome.h"
+#include "batch/outputfolder.h"
 #include "batch/progressline.h"
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
@@ -24,6 +25,9 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
         reason = refusal(options, inputs, expectedTargets(options, inputs));
     if (!reason.isEmpty())
         return refused(reason);
+    reason = unwritableFolder(options.outputFolder);
+    if (!reason.isEmpty())
+        return outputLost(reason);
 
     const FolderRead read = readFolder(options.read, inputs, options.outputVariant);
     if (read.interrupted)

@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QRegExp>
 #include <QSet>
 
@@ -104,13 +103,6 @@ Spectrometer::PlainFileOutput::Settings outputSettings(const SaveOptions &option
     settings.inversionVars = options.inversionVars;
     settings.spectra = spectra;
     return settings;
-}
-
-QString unusableFolder(const QString &outputFolder)
-{
-    if (QFileInfo::exists(outputFolder) && !QFileInfo(outputFolder).isDir())
-        return QStringLiteral("\"%1\" isn't a folder.").arg(outputFolder);
-    return QString();
 }
 
 QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets)

@@ -16,8 +16,6 @@ QStringList expectedTargets(const SaveOptions &options, const QStringList &input
 /// The day files that a save of these records writes, with these spectra.
 QStringList targetsOf(const SaveOptions &options, const FileReader &reader, const SpectraByMode &spectra);
 
-/// What is wrong with that folder to write to, or an empty text.
-QString unusableFolder(const QString &outputFolder);
 /// Why these targets may not be written, or an empty text: one exists and isn't to be continued, or is one of the
 /// inputs under whatever name.
 QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets);

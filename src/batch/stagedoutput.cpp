@@ -1,17 +1,13 @@
 #include "batch/stagedoutput.h"
 
 #include "batch/messagecollector.h"
+#include "batch/outputfolder.h"
+#include "util/filereplacement.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-
-#include <fcntl.h>
-#include <unistd.h>
+#include <algorithm>
 
 namespace Batch {
 
@@ -23,25 +19,9 @@ QString resolved(const QString &folder)
     return canonical.isEmpty() ? QDir::cleanPath(QFileInfo(folder).absoluteFilePath()) : canonical;
 }
 
-/// Waits until the file, or the folder's list of files, is on the disk: a power failure behind a rename that came first
-/// would leave an empty file in place of the old one. Null, or why it failed.
-QString settle(const QString &path)
+void tellUnwritten(const QString &path, const QString &reason)
 {
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-    const bool settled = descriptor >= 0 && ::fsync(descriptor) == 0;
-    const int error = errno;
-    if (descriptor >= 0)
-        ::close(descriptor);
-    return settled ? QString() : QString::fromLocal8Bit(std::strerror(error));
-}
-
-/// Moves a file, in place of one that may be there. Null, or why it failed.
-QString moveFile(const QString &from, const QString &to)
-{
-    QString reason = settle(from);
-    if (reason.isNull() && std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
-        reason = QString::fromLocal8Bit(std::strerror(errno));
-    return reason;
+    tell(QStringLiteral("\"%1\" was not written: %2").arg(path, reason));
 }
 
 } // namespace
@@ -56,47 +36,87 @@ StagedOutput::StagedOutput(const QString &folder) : m_folder(resolved(folder))
 
 StagedOutput::~StagedOutput() = default;
 
+QString StagedOutput::target(const QString &name) const
+{
+    return QDir(m_folder).filePath(name);
+}
+
 bool StagedOutput::bringIn(const QStringList &names)
 {
-    const QDir folder(m_folder);
     for (const QString &name : names) {
-        const QFileInfo target(folder.filePath(name));
-        if (!target.exists())
+        const QFileInfo file(target(name));
+        if (!file.exists())
             continue;
-        m_broughtIn.insert(name, {target.size(), target.lastModified()});
-        QFile file(target.filePath());
-        if (!file.copy(m_staging->filePath(name))) {
-            tell(QStringLiteral("\"%1\" could not be copied: %2").arg(target.filePath(), file.errorString()));
-            return false;
-        }
+        m_broughtIn.insert(name, {file.size(), file.lastModified()});
+        const QString reason = copyFile(file.filePath(), m_staging->filePath(name), ExistingFile::Kept);
+        if (reason.isNull())
+            continue;
+        tell(QStringLiteral("\"%1\" could not be copied: %2").arg(file.filePath(), reason));
+        return false;
     }
     return true;
 }
 
 bool StagedOutput::isUntouched(const QString &name) const
 {
-    const QFileInfo target(QDir(m_folder).filePath(name));
+    const QFileInfo file(target(name));
     const auto before = m_broughtIn.constFind(name);
     if (before == m_broughtIn.constEnd())
-        return !target.exists();
-    return target.exists() && target.size() == before->size && target.lastModified() == before->modified;
+        return !file.exists();
+    return file.exists() && file.size() == before->size && file.lastModified() == before->modified;
 }
 
-bool StagedOutput::moveOut()
+QString StagedOutput::obstacleTo(const QString &name) const
 {
-    bool moved = true;
-    QDir().mkpath(m_folder);
+    return isUntouched(name) ? syncFile(m_staging->filePath(name))
+                             : QStringLiteral("it was written by others in the meantime");
+}
+
+void StagedOutput::takeBack(QStringList *names) const
+{
+    const auto takesBack = [this](const QString &name) {
+        return !m_broughtIn.contains(name) &&
+               moveFile(target(name), m_staging->filePath(name), ExistingFile::Kept).isNull();
+    };
+    names->erase(std::remove_if(names->begin(), names->end(), takesBack), names->end());
+}
+
+StagedOutput::Moved StagedOutput::moveOut()
+{
+    Moved moved;
     const QStringList names = QDir(m_staging->path()).entryList(QDir::Files, QDir::Name);
+    const auto move = [&](const QString &name) {
+        const auto existing = m_broughtIn.contains(name) ? ExistingFile::Replaced : ExistingFile::Kept;
+        return moveFile(m_staging->filePath(name), target(name), existing);
+    };
     for (const QString &name : names) {
-        const QString target = QDir(m_folder).filePath(name);
-        const QString reason = isUntouched(name) ? moveFile(m_staging->filePath(name), target)
-                                                 : QStringLiteral("it was written by others in the meantime");
-        if (reason.isNull())
-            continue;
-        moved = false;
-        tell(QStringLiteral("\"%1\" was not written: %2").arg(target, reason));
+        const QString reason = obstacleTo(name);
+        if (!reason.isNull())
+            tellUnwritten(target(name), reason);
+        moved.complete = moved.complete && reason.isNull();
     }
-    settle(m_folder); // not every file system can: the files themselves are safe by now
+    const QString folderFault = moved.complete ? makeFolder(m_folder) : QString();
+    if (!folderFault.isEmpty())
+        tell(folderFault);
+    moved.complete = moved.complete && folderFault.isEmpty();
+    if (!moved.complete)
+        return moved;
+
+    for (const QString &name : names) {
+        const QString reason = move(name);
+        if (reason.isNull()) {
+            moved.names << name;
+            continue;
+        }
+        tellUnwritten(target(name), reason);
+        takeBack(&moved.names);
+        moved.complete = false;
+        break;
+    }
+    const QString reason = syncFolder(m_folder);
+    if (!reason.isNull())
+        tell(QStringLiteral("The files in \"%1\" might be lost in a power failure: %2").arg(m_folder, reason));
+    moved.complete = moved.complete && reason.isNull();
     return moved;
 }
 

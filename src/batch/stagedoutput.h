@@ -10,8 +10,8 @@
 
 namespace Batch {
 
-/// A temporary folder beside the one to write to, whose files are moved there once they are complete: whoever looks,
-/// or whatever ends the program, there are whole files or none.
+/// A temporary folder beside the one to write to, whose files are moved there once they are complete. Whoever looks,
+/// and however the program ends, the folder holds whole files alone.
 class StagedOutput {
 public:
     explicit StagedOutput(const QString &folder);
@@ -24,9 +24,15 @@ public:
 
     /// Brings the target files that exist to the temporary folder, to be continued there. Faults are told.
     bool bringIn(const QStringList &names);
-    /// Moves all files to their folder, which is made, in place of those that were brought in. A file that came into
-    /// being there, or was changed, in the meantime is left as it is and told. False if a file was not moved.
-    bool moveOut();
+    /// Moves all files to their folder, which is made, in place of those that were brought in. Nothing is moved if one
+    /// file can't be, as far as that can be seen beforehand: it isn't on the disk, or its target came into being, or
+    /// was changed, in the meantime. If a move fails, those files are taken back that took no other's place. Faults are
+    /// told.
+    struct Moved {
+        QStringList names;    ///< of the files that stand in the folder now
+        bool complete = true; ///< all do, and will after a power failure
+    };
+    Moved moveOut();
 
 private:
     struct State {
@@ -35,6 +41,10 @@ private:
     };
 
     bool isUntouched(const QString &name) const;
+    /// Why the file can't be moved; null if nothing speaks against it.
+    QString obstacleTo(const QString &name) const;
+    void takeBack(QStringList *names) const;
+    QString target(const QString &name) const;
 
     QString m_folder; ///< absolute, without links
     std::unique_ptr<QTemporaryDir> m_staging;

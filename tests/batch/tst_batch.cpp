@@ -163,7 +163,7 @@ TEST_F(DayFolder, EveryWayOfEndingHasItsStatus)
         {{"save", "{}/in", "--variant", "block", "--output", "{}/new"}, 2, "exists"},
         {{"save", "{}/in", "--variant", "block", "--output", "{}/new", "--append"}, 0, "5 rows written"},
         {{"save", "{}/in", "--variant", "10s", "--output", "{}/in", "--output-variant", "copy"}, 0, "5 rows written"},
-        {{"save", "{}/in", "--variant", "block", "--output", "/proc/none"}, 1, "Data was lost!"},
+        {{"save", "{}/in", "--variant", "block", "--output", "/proc/none"}, 1, "\"/proc/none\" could not be made"},
     };
     for (const Case &c : cases) {
         const Ended ended = run(c.arguments);

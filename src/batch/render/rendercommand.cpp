@@ -4,18 +4,19 @@
 #include "batch/interrupt.h"
 #include "batch/messagecollector.h"
 #include "batch/outcome.h"
+#include "batch/outputfolder.h"
 #include "batch/render/offscreen.h"
 #include "batch/render/stackpicture.h"
-#include "batch/savetargets.h"
 #include "datafiles/reading/datafinder.h"
 #include "llama/qyaml.h"
+#include "util/filereplacement.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QSaveFile>
 
 namespace Batch {
 
@@ -52,30 +53,21 @@ bool readSetup(const QString &path, QVariant *views, QString *fault)
     return true;
 }
 
-/// Looked up anew; a link that leads nowhere counts.
-bool isTaken(const QFileInfo &target)
-{
-    const QFileInfo now(target.filePath());
-    return now.exists() || now.isSymLink();
-}
-
 /// False with words: no file, or a whole one, stands there then.
 bool write(QImage picture, const QString &path)
 {
-    const QFileInfo target(path);
     const double ratio = picture.devicePixelRatioF();
     picture.setDotsPerMeterX(qRound(dotsPerMeter * ratio));
     picture.setDotsPerMeterY(qRound(dotsPerMeter * ratio));
-    QDir().mkpath(target.absolutePath()); // a failure shows in the next step
-    QSaveFile file(path);
-    QImageWriter writer(&file, "png");
+    QBuffer bytes;
+    QImageWriter writer(&bytes, "png");
     QString reason;
-    if (!file.open(QIODevice::WriteOnly) || !writer.write(picture))
-        reason = file.error() != QFileDevice::NoError ? file.errorString() : writer.errorString();
-    else if (isTaken(target))
-        reason = QStringLiteral("it was written by others in the meantime");
-    else if (!file.commit())
-        reason = file.errorString();
+    if (!writer.write(picture))
+        reason = writer.errorString();
+    if (reason.isEmpty())
+        reason = makeFolder(QFileInfo(path).absolutePath());
+    if (reason.isEmpty())
+        reason = replaceFile(path, bytes.data(), ExistingFile::Kept);
     if (!reason.isEmpty())
         tell(QStringLiteral("\"%1\" could not be written: %2").arg(path, reason));
     return reason.isEmpty();
@@ -107,13 +99,15 @@ Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRe
     return outcome;
 }
 
+} // namespace
+
 Outcome render(const RenderOptions &options, const MessageCollector &messages)
 {
     const QStringList inputs = matchingFiles(options.read);
     if (inputs.isEmpty())
         return nothing(nothingMatchedText(options.read.folder));
     const QFileInfo target(options.outputFile);
-    if (isTaken(target))
+    if (target.exists() || target.isSymLink())
         return refused(QStringLiteral("\"%1\" exists.").arg(options.outputFile));
     QString fault = unusableFolder(target.absolutePath());
     if (!fault.isEmpty())
@@ -124,6 +118,9 @@ Outcome render(const RenderOptions &options, const MessageCollector &messages)
     fault = Offscreen::fontFault();
     if (!fault.isEmpty())
         return nothing(fault);
+    fault = unwritableFolder(target.absolutePath());
+    if (!fault.isEmpty())
+        return outputLost(fault);
 
     const FolderRead read = readFolder(options.read, inputs, options.read.variant);
     if (read.interrupted)
@@ -132,8 +129,6 @@ Outcome render(const RenderOptions &options, const MessageCollector &messages)
         return nothing(QStringLiteral("Nothing found"));
     return draw(options, setup, read, messages);
 }
-
-} // namespace
 
 int runRender(const RenderOptions &options)
 {
