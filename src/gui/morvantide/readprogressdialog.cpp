@@ -12,8 +12,7 @@ constexpr int labelWidth = 56; // average characters
 } // namespace
 
 ReadProgressDialog::ReadProgressDialog(int fileCount, QWidget *parent)
-    : QProgressDialog(parent), m_label(new QLabel(this)), m_bar(new QProgressBar(this)),
-      m_cancelButton(new QPushButton(tr("Cancel"), this))
+    : QProgressDialog(parent), m_label(new QLabel(this)), m_bar(new QProgressBar(this))
 {
     setWindowTitle(tr("Reading data files"));
     setWindowModality(Qt::WindowModal);
@@ -24,7 +23,9 @@ ReadProgressDialog::ReadProgressDialog(int fileCount, QWidget *parent)
     m_label->setMinimumWidth(m_label->fontMetrics().averageCharWidth() * labelWidth);
     setLabel(m_label);
     setBar(m_bar);
-    setCancelButton(m_cancelButton);
+    // The base's own button: with another one comes a second shortcut for Escape, and of two neither would be heard.
+    setCancelButtonText(tr("Cancel"));
+    m_cancelButton = findChild<QPushButton *>();
     // The base would hide itself on the wish to cancel. It connects by name, and only so can that be undone.
     disconnect(this, SIGNAL(canceled()), this, SLOT(cancel()));
     reset(); // the base meant to show itself soon

@@ -5,14 +5,17 @@
 #include <QDateTime>
 #include <QTemporaryDir>
 
+#include <gtest/gtest.h>
+
 /// A data folder that a test writes: day files of flags, which need nothing but times and modes.
 struct DayFolder {
     static constexpr int recordsOfDay = 144;
+    static constexpr int secondsOfDay = 86400;
 
     QTemporaryDir folder;
 
     QString path() const { return folder.path(); }
-    /// So many records of one second each: it takes a while to read them.
+    /// As many records of one second each: it takes a while to read them.
     void writeLong(int seconds)
     {
         QByteArray text = "# Quilvane flags\n# \nbegin_time\tend_time\topmode\tflags\n";
@@ -25,6 +28,14 @@ struct DayFolder {
             text += next + "\tions\t\n";
         }
         write("20190101-block.flags", text);
+    }
+    /// A long day under that many dates from 1 January 2019 on: a read that is still under way when it is cancelled.
+    void writeLongDays(int days)
+    {
+        writeLong(secondsOfDay);
+        const QString name = folder.filePath("%1-block.flags");
+        for (int day = 1; day < days; ++day)
+            ASSERT_TRUE(QFile::link(name.arg(20190101), name.arg(QDate(2019, 1, 1).addDays(day).toString("yyyyMMdd"))));
     }
     void write(const QString &name, const QByteArray &text) { writeFile(folder.filePath(name), text); }
     /// A record each ten minutes of one day of 2019 (from 1), "ions" and "particles" in turn, two hours east of

@@ -1,5 +1,6 @@
 #include "gui/browser/controls/gototimedialog.h"
 #include "gui/morvantide/dayfolder.h"
+#include "gui/morvantide/readprogressdialog.h"
 #include "gui/morvantide/windowtest.h"
 
 #include <QElapsedTimer>
@@ -108,4 +109,21 @@ TEST_F(KeyFocus, KeysReachADialogAndTheWindowBehindADialog)
     });
     window->showDataDirChoice();
     waitForKeysIn(window.get(), "behind the data dialog");
+}
+
+TEST_F(KeyFocus, EscapeEndsARead)
+{
+    data.writeLongDays(300);
+    window->show();
+    openByKey();
+    const auto isReadingInSight = [this] {
+        const auto *dialog = window->findChild<ReadProgressDialog *>();
+        return !window->isReading() || (dialog && dialog->isActiveWindow());
+    };
+    ASSERT_TRUE(waitUntil(isReadingInSight));
+    ASSERT_TRUE(window->isReading()) << "or this test tells nothing";
+    type("Escape");
+    waitForRead();
+    EXPECT_TRUE(window->windowTitle().endsWith("(incomplete)"));
+    expectKeysWork("after a read that was cancelled");
 }

@@ -91,8 +91,7 @@ TEST_F(MorvantideMainWindowTest, ASecondOpenWhileReadingIsRefused)
 
 TEST_F(MorvantideMainWindowTest, CancelKeepsWhatWasRead)
 {
-    for (int day = 1; day <= 300; ++day)
-        data.writeDay(day);
+    data.writeLongDays(300);
     window->show();
     startOpening();
     const QPointer<ReadProgressDialog> dialog = window->findChild<ReadProgressDialog *>();
@@ -100,21 +99,20 @@ TEST_F(MorvantideMainWindowTest, CancelKeepsWhatWasRead)
     EXPECT_TRUE(dialog->isVisible());
     EXPECT_EQ(dialog->windowTitle(), "Reading data files");
     EXPECT_EQ(dialog->findChild<QProgressBar *>()->maximum(), 300);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog)); // before, no shortcut hears of a key
     QTest::keyClick(dialog, Qt::Key_Escape);
-    EXPECT_TRUE(dialog->isVisible()) << "it stands until the file is done";
+    ASSERT_TRUE(dialog && dialog->isVisible()) << "it stands until the file is done";
     EXPECT_EQ(dialog->findChild<QLabel *>()->text(), "Stopping after this file");
     dialog->close();
     EXPECT_TRUE(dialog->isVisible());
     waitForRead();
     EXPECT_FALSE(dialog);
-    EXPECT_GT(recordCount(), 0);
-    EXPECT_LT(recordCount(), 300 * DayFolder::recordsOfDay);
+    EXPECT_EQ(recordCount(), DayFolder::secondsOfDay) << "of the first file";
     EXPECT_EQ(title(), folderName() + " - Morvantide (incomplete)");
     EXPECT_TRUE(log().contains(QRegularExpression("Reading was cancelled after [0-9]+ of 300 files.")));
 
     open({{"limitEnd", true}, {"endTime", QDateTime(QDate(2019, 1, 3), {})}});
     EXPECT_EQ(title(), folderName() + " - Morvantide") << "a later read starts afresh";
-    EXPECT_EQ(recordCount(), 3 * DayFolder::recordsOfDay);
 }
 
 TEST_F(MorvantideMainWindowTest, NothingFoundLeavesAnEmptyWindow)
