@@ -279,8 +279,6 @@ void Plot::redrawImage()
 
 void Plot::updateImage()
 {
-    if (m_updateDelayer)
-        m_updateDelayer->clearDeferred();
     if (m_datastore && !updateIncrementally())
         redrawImage();
 }
@@ -320,6 +318,10 @@ void Plot::paintContents(QPainter &painter)
 
 void Plot::paintEvent(QPaintEvent *event)
 {
+    // The image comes up to date as a whole, but a paint of the cursor's column alone leaves the rest of the screen
+    // waiting.
+    if (m_updateDelayer && (visibleRegion() & contentsRect()).subtracted(event->region()).isEmpty())
+        m_updateDelayer->clearDeferred();
     QFrame::paintEvent(event);
     QPainter painter(this);
     paintContents(painter);

@@ -2,6 +2,8 @@
 
 #include <QTimer>
 
+#include <utility>
+
 namespace Tsb {
 
 UpdateDelayer::UpdateDelayer(QTimer *timer, QObject *parent) : QObject(parent)
@@ -21,7 +23,7 @@ bool UpdateDelayer::requestUpdate()
 
 void UpdateDelayer::tick()
 {
-    if (m_deferredCount != 0)
+    if (std::exchange(m_deferredCount, 0) != 0)
         Q_EMIT triggerUpdate();
     m_updatePending = false;
 }

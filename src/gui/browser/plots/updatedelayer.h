@@ -15,7 +15,7 @@ public:
 
     /// Whether the caller may repaint at once; if not, triggerUpdate comes at the timer's next beat.
     bool requestUpdate();
-    /// The plot was repainted: nothing waits any more.
+    /// The whole plot was repainted: nothing waits any more.
     void clearDeferred() { m_deferredCount = 0; }
     bool hasDeferred() const { return m_deferredCount != 0; }
 

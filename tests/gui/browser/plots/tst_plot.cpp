@@ -3,6 +3,7 @@
 #include "support/plotstore.h"
 
 #include <QPainter>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -205,6 +206,35 @@ TEST_F(PlotTest, BurstsArePaced)
     QMetaObject::invokeMethod(&timer, "timeout", Qt::DirectConnection);
     QApplication::processEvents();
     EXPECT_EQ(plot.paints, 2) << "nothing waits any more";
+}
+
+/// The cursor's paint brings the image up to date but reaches only its own columns of the screen.
+TEST_F(PlotTest, ADeferredRepaintIsNotLostToTheCursor)
+{
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&plot));
+    const auto screen = [this] {
+        QApplication::processEvents();
+        return plot.screen()->grabWindow(plot.winId()).toImage();
+    };
+    const auto change = [this](double begin) {
+        const auto record = testRecord(begin, begin + 6, 0);
+        record->provisional = true;
+        store.updateFullRecord(record);
+    };
+    screen();
+    change(60);
+    screen();
+    change(100);
+    const QImage before = screen();
+    plot.setTimeCursor(true, 200);
+    screen();
+    for (int beat = 0; beat < 3; ++beat) {
+        QMetaObject::invokeMethod(&timer, "timeout", Qt::DirectConnection);
+        QApplication::processEvents();
+    }
+    const QImage after = screen();
+    EXPECT_NE(after.pixel(104, 40), before.pixel(104, 40));
+    EXPECT_EQ(after.convertToFormat(QImage::Format_RGB32), picture().convertToFormat(QImage::Format_RGB32));
 }
 
 TEST_F(PlotTest, ClicksPickTheNearestRecord)
