@@ -1,18 +1,20 @@
 #include "columns/finiterange.h"
+#include "support/seeds.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <vector>
 
 namespace {
 
-TEST(FiniteRange, counts_finite_numbers_alone)
+using FiniteRange = Seeded<>;
+INSTANTIATE_TEST_SUITE_P(Seeds, FiniteRange, ::testing::ValuesIn(seeds(3)));
+
+TEST_P(FiniteRange, counts_finite_numbers_alone)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity(), greatest = std::numeric_limits<double>::max();
     const std::vector<double> rare{std::nan(""), infinity, -infinity, greatest, -greatest, 0.0, -0.0, 5e-324};
-    std::mt19937 random(2);
     for (std::size_t size = 0; size < 70; ++size) {
         std::vector<double> values;
         double least = infinity, most = -infinity;

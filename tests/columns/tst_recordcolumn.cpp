@@ -1,5 +1,6 @@
 #include "columns/recordcolumn.h"
 #include "support/plotstore.h"
+#include "support/seeds.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +23,7 @@ double residual(const SpectMath::Spectrum &spectrum)
 }
 
 /// A store that drops its oldest records, and columns that hear of what it tells.
-class Columns : public ::testing::Test {
+class Columns : public Seeded<> {
 protected:
     Columns()
     {
@@ -77,7 +78,6 @@ protected:
     }
 
     static constexpr int mostRecords = 300;
-    std::mt19937 random{3};
     int worked = 0;
     std::vector<SpectMath::SpectrumInfoPointer> infos{std::make_shared<SpectMath::SpectrumInfo>(),
                                                       std::make_shared<SpectMath::SpectrumInfo>()};
@@ -86,7 +86,9 @@ protected:
     std::vector<SeriesColumn> ofSeries{SeriesColumn(infos[0], residual), SeriesColumn(infos[1], residual)};
 };
 
-TEST_F(Columns, follow_a_store_that_drops_its_oldest)
+INSTANTIATE_TEST_SUITE_P(Seeds, Columns, ::testing::ValuesIn(seeds(3)));
+
+TEST_P(Columns, follow_a_store_that_drops_its_oldest)
 {
     store.addFullRecord(row(0));
     double next = 1;
@@ -123,7 +125,7 @@ TEST_F(Columns, follow_a_store_that_drops_its_oldest)
     expectRight();
 }
 
-TEST_F(Columns, work_out_only_what_came_in)
+TEST_P(Columns, work_out_only_what_came_in)
 {
     int second = 0;
     for (; second < mostRecords; ++second)

@@ -298,8 +298,11 @@ void Plot::checkImageSize()
     for (int y = 0; y < size.height(); ++y)
         std::memcpy(wider.scanLine(y), m_image.constScanLine(y), bytes);
     m_image = wider;
+    // The bare columns are those of the image, which a move that is yet to be painted shifts.
+    int shift = 0;
+    m_imageTimeScale.pixelShiftFrom(m_timeScale, &shift);
     if (size.width() > oldWidth)
-        m_dirtyRange.unite(oldWidth, size.width());
+        m_dirtyRange.unite(oldWidth + std::min(0, shift), size.width() + std::max(0, shift));
     update();
 }
 

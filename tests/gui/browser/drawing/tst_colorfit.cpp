@@ -1,4 +1,5 @@
 #include "gui/browser/drawing/colorfit.h"
+#include "support/seeds.h"
 #include "support/spectrogramreference.h"
 
 #include <gtest/gtest.h>
@@ -51,9 +52,11 @@ TEST(DecadeHistogram, PassesOverWhatHasNoLogarithm)
     EXPECT_EQ(histogram.count(4001), 2);
 }
 
-TEST(DecadeHistogram, LimitsLeaveOutAFortiethAtEachEnd)
+using RandomHistogram = Seeded<>;
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomHistogram, ::testing::ValuesIn(seeds(3)));
+
+TEST_P(RandomHistogram, LimitsLeaveOutAFortiethAtEachEnd)
 {
-    std::mt19937 random(3);
     for (int round = 0; round < 20; ++round) {
         std::vector<double> values;
         std::normal_distribution<double> spread(round - 10, 0.1 + round * 0.1);
@@ -90,9 +93,8 @@ TEST(DecadeHistogram, OneFilledBinSetsNothing)
 
 /// Beside a loop over all entries with the definition: series shorter and longer than what is fetched ahead, spectra of
 /// several lengths among them, empty ones, and entries without one.
-TEST(DecadeHistogram, CountsEveryValueOfEveryWalk)
+TEST_P(RandomHistogram, CountsEveryValueOfEveryWalk)
 {
-    std::mt19937 random(8);
     std::uniform_real_distribution<double> decade(-1, 1);
     for (const int count : {0, 1, 7, 8, 9, 15, 16, 17, 30, 300}) {
         TestSeries series;

@@ -1,5 +1,6 @@
 #include "gui/browser/drawing/markerpainter.h"
 #include "gui/browser/drawing/scatterseries.h"
+#include "support/seeds.h"
 
 #include <gtest/gtest.h>
 
@@ -38,9 +39,11 @@ struct PlainMarkers {
     }
 };
 
-TEST(MarkerPainter, what_is_held_back_gives_the_picture_of_each_marker)
+using MarkerPainter = Seeded<>;
+INSTANTIATE_TEST_SUITE_P(Seeds, MarkerPainter, ::testing::ValuesIn(seeds(3)));
+
+TEST_P(MarkerPainter, what_is_held_back_gives_the_picture_of_each_marker)
 {
-    std::mt19937 random(3);
     for (const int height : {1, 2, 5, 60}) {
         for (const auto &[first, last] : {std::pair(0, width), std::pair(7, 9), std::pair(38, width)}) {
             QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
@@ -79,9 +82,12 @@ TEST(MarkerPainter, what_is_held_back_gives_the_picture_of_each_marker)
     }
 }
 
-TEST(ColumnFinder, finds_what_the_formula_gives)
+using ColumnFinder = Seeded<>;
+INSTANTIATE_TEST_SUITE_P(Seeds, ColumnFinder, ::testing::ValuesIn(seeds(3)));
+
+TEST_P(ColumnFinder, finds_what_the_formula_gives)
 {
-    std::mt19937_64 random(4);
+    std::mt19937_64 random64(GetParam());
     for (const std::int64_t perPixel :
          {std::int64_t(1), std::int64_t(7), std::int64_t(10'000'000), std::int64_t(1) << 39}) {
         const TimeScale scale(recordTimeFromTicks(17'000 * ticksPerDay), perPixel, 13);
@@ -90,9 +96,9 @@ TEST(ColumnFinder, finds_what_the_formula_gives)
         std::int64_t tick = ticksOf(scale.tickAt(0));
         for (int i = 0; i < 20'000; ++i) {
             // On and around the places where a column begins, and anywhere.
-            const auto edge = ticksOf(scale.tickAt(std::int64_t(random() % width))) + perPixel / 2;
-            tick = i % 3 == 0 ? edge + std::int64_t(random() % 5) - 2
-                              : ticksOf(scale.tickAt(0)) + std::int64_t(random() % std::uint64_t(perPixel * width));
+            const auto edge = ticksOf(scale.tickAt(std::int64_t(random64() % width))) + perPixel / 2;
+            tick = i % 3 == 0 ? edge + std::int64_t(random64() % 5) - 2
+                              : ticksOf(scale.tickAt(0)) + std::int64_t(random64() % std::uint64_t(perPixel * width));
             const double x = position(tick);
             if (!(x > -1.5 && x < width + 1.5))
                 continue; // a marker further out doesn't show

@@ -1,3 +1,4 @@
+#include "support/seeds.h"
 #include "support/spectrogramreference.h"
 
 #include "spectra/spectrum.h"
@@ -154,10 +155,9 @@ TEST(SpectrogramRows, OddValuesHaveTheirColors)
 }
 
 /// Random stores, drawn plainly and quickly.
-class RandomStores : public ::testing::TestWithParam<int> {
+class RandomStores : public Seeded<> {
 protected:
     double uniform(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random); }
-    int choose(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); }
     bool chance(double p) { return uniform(0, 1) < p; }
 
     std::vector<double> randomValues(int n)
@@ -184,14 +184,13 @@ protected:
                                     : std::numeric_limits<std::int64_t>::max();
             lastBegin = begin;
             const auto values = randomValues(chance(0.03) ? n + 1 : n);
-            series.add(begin, end, chance(0.03) ? nullptr : &values, chance(0.05) ? choose(1, 4) : 0);
+            series.add(begin, end, chance(0.03) ? nullptr : &values, chance(0.05) ? pick(1, 4) : 0);
             at += size + gap * uniform(0, 2);
             if (chance(0.05))
                 at += uniform(0, 40);
         }
         return series;
     }
-    std::mt19937 random{unsigned(GetParam())};
 };
 
 TEST_P(RandomStores, PixelsAreThoseOfThePlainDrawing)
@@ -216,7 +215,7 @@ TEST_P(RandomStores, PixelsAreThoseOfThePlainDrawing)
         const TestSeries series = randomSeries(shape.count, shape.length, shape.gap, 7, shape.absurd);
         for (int round = 0; round < 6; ++round) {
             auto p = plainParameters(7);
-            p.scale.originPixel = choose(-20, 20);
+            p.scale.originPixel = pick(-20, 20);
             p.scale.originTick += Ticks(std::int64_t(uniform(-3, 3) * second));
             p.scale.ticksPerPixel = std::int64_t(second * uniform(0.3, 3));
             p.fillGaps = round % 2 == 0;
@@ -224,14 +223,14 @@ TEST_P(RandomStores, PixelsAreThoseOfThePlainDrawing)
             p.smoothing = chance(0.3) ? &smoothing : nullptr;
             p.colorLower = uniform(-1, 1);
             p.colorUpper = chance(0.1) ? p.colorLower : p.colorLower + uniform(0.1, 4);
-            const int map = choose(0, 7);
+            const int map = pick(0, 7);
             p.colormap = Colormap::make(map % 6);
             if (map > 3)
                 p.colormap = Colormap::ThresholdColormap(p.colormap, 0.4, 0.3);
             if (map == 7)
                 p.colormap = [inner = p.colormap](double v) { return inner(v) ^ 0xFF; };
-            const int width = choose(40, 120), height = choose(1, 50);
-            const int first = chance(0.5) ? 0 : choose(0, width - 1), last = chance(0.5) ? width : choose(first, width);
+            const int width = pick(40, 120), height = pick(1, 50);
+            const int first = chance(0.5) ? 0 : pick(0, width - 1), last = chance(0.5) ? width : pick(first, width);
             const bool shifted = chance(0.3);
             QImage expected = blank(shifted ? std::max(1, last - first) : width, height);
             QImage painted = expected.copy();
@@ -253,7 +252,7 @@ TEST_P(RandomStores, DirtyColumnsJoinTheRest)
             QImage whole = blank(100, 20), pieces = blank(100, 20);
             renderSpectrogram(series.source(), p, whole, {0, 100});
             for (int first = 0; first < 100;) {
-                const int last = std::min(100, first + choose(1, 30));
+                const int last = std::min(100, first + pick(1, 30));
                 renderSpectrogram(series.source(), p, pieces, {first, last});
                 first = last;
             }
@@ -262,7 +261,7 @@ TEST_P(RandomStores, DirtyColumnsJoinTheRest)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomStores, ::testing::Range(1, 9));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomStores, ::testing::ValuesIn(seeds(3)));
 
 TEST(SpectrogramExtremes, FarScalesAndTimesEnd)
 {

@@ -1,6 +1,7 @@
 #include "columns/recordpicking.h"
 #include "gui/browser/plots/plot.h"
 #include "support/plotstore.h"
+#include "support/seeds.h"
 
 #include <QPainter>
 #include <QScreen>
@@ -152,10 +153,11 @@ TEST_F(PlotTest, DrawsOnlyChangedColumns)
     expectLikeRedrawn();
 }
 
-TEST_F(PlotTest, RandomWalkOfPansAndUpdatesEqualsAFullRedraw)
+using PlotWalk = Seeded<PlotTest>;
+INSTANTIATE_TEST_SUITE_P(Seeds, PlotWalk, ::testing::ValuesIn(seeds(20)));
+
+TEST_P(PlotWalk, OfPansResizesAndUpdatesEqualsAFullRedraw)
 {
-    std::mt19937 random(7);
-    const auto pick = [&random](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
     std::int64_t origin = 0;
     for (int i = 0; i < 300; ++i) {
         if (pick(0, 2) > 0) {
@@ -185,6 +187,23 @@ TEST_F(PlotTest, ResizingKeepsWhatIsDrawn)
     EXPECT_EQ(plot.drawn, std::vector<PixelRange>({PixelRange(200, 250)}));
     plot.resize(252, 82);
     expectLikeRedrawn();
+}
+
+TEST_F(PlotTest, APlotMadeWiderWhileAPanIsUnpaintedKeepsNoWhiteColumns)
+{
+    for (const int shift : {-70, 70}) {
+        for (const int back : {0, shift / 2, shift}) { // part of the pan is taken back before the paint
+            plot.resize(202, 52);
+            expectLikeRedrawn();
+            TimeScale scale = plot.timeScale();
+            scale.originPixel += shift;
+            plot.setTimeScale(scale);
+            plot.resize(302, 52);
+            scale.originPixel -= back;
+            plot.setTimeScale(scale);
+            expectLikeRedrawn();
+        }
+    }
 }
 
 TEST_F(PlotTest, BurstsArePaced)
@@ -427,10 +446,11 @@ TEST_F(PlotTest, AbsurdTimesAreBounded)
     EXPECT_GT(choices, 0);
 }
 
-TEST(RecordPicking, AgreesWithAWalkFromTheEnds)
+using RecordPicking = Seeded<>;
+INSTANTIATE_TEST_SUITE_P(Seeds, RecordPicking, ::testing::ValuesIn(seeds(3)));
+
+TEST_P(RecordPicking, AgreesWithAWalkFromTheEnds)
 {
-    std::mt19937 random(3);
-    const auto pick = [&random](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
     Datastore store;
     for (int i = 0; i < 60; ++i) {
         const int begin = pick(0, 400);

@@ -2,6 +2,7 @@
 #include "gui/browser/drawing/colorfit.h"
 #include "gui/browser/drawing/spectrogramrenderer.h"
 #include "gui/browser/plots/spectrogramplot.h"
+#include "support/seeds.h"
 #include "support/spectrumstore.h"
 
 #include <QPainter>
@@ -11,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
 namespace {
 
@@ -97,9 +97,11 @@ TEST_F(SpectrogramPlotTest, EverySetterShows)
     EXPECT_TRUE(changed());
 }
 
-TEST_F(SpectrogramPlotTest, ChangesOfTheStoreRedrawWhatTheyTouch)
+using RandomChanges = Seeded<SpectrogramPlotTest>;
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomChanges, ::testing::ValuesIn(seeds(3)));
+
+TEST_P(RandomChanges, RedrawWhatTheyTouch)
 {
-    std::mt19937 random(7);
     for (int round = 0; round < 60; ++round) {
         const int kind = int(random() % 4);
         const int at = 205 + int(random() % 900);

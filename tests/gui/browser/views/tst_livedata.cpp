@@ -4,6 +4,7 @@
 #include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "records/recordflagparser.h"
+#include "support/seeds.h"
 #include "support/spectrumstore.h"
 
 #include <QTest>
@@ -20,7 +21,7 @@ const QString flagText = QStringLiteral("flag 7: valve open");
 
 /// A browser with views of all kinds over a limited store, which drops its oldest records, fed in bursts: records come
 /// in, get other values and flags, get other spectra, and go.
-class LiveDataTest : public ::testing::Test {
+class LiveDataTest : public Seeded<> {
 protected:
     LiveDataTest()
     {
@@ -164,7 +165,6 @@ protected:
     }
 
     static constexpr int length = 10; ///< of a record, in seconds
-    std::mt19937 random{5};
     double next = 0;
     int count = 0;
     std::vector<std::pair<RecordTime, RecordTime>> touched; ///< what changed since the vector was cleared
@@ -175,7 +175,9 @@ protected:
     Tsb::TimeSeriesBrowser browser{uiInfo};
 };
 
-TEST_F(LiveDataTest, ThousandsOfRecordsInBurstsEqualAFullRedraw)
+INSTANTIATE_TEST_SUITE_P(Seeds, LiveDataTest, ::testing::ValuesIn(seeds(20)));
+
+TEST_P(LiveDataTest, ThousandsOfRecordsInBurstsEqualAFullRedraw)
 {
     burst(100);
     open(false);
@@ -200,7 +202,7 @@ TEST_F(LiveDataTest, ThousandsOfRecordsInBurstsEqualAFullRedraw)
 }
 
 /// Neighbours lend their columns to gaps, and take them back only at the next redraw.
-TEST_F(LiveDataTest, WithFilledGapsOnlyTheColumnsBesideAChangeMayDiffer)
+TEST_P(LiveDataTest, WithFilledGapsOnlyTheColumnsBesideAChangeMayDiffer)
 {
     burst(1400);
     open(true);

@@ -9,6 +9,7 @@
 #include "gui/browser/views/scatterpropertiesrow.h"
 #include "llama/qyaml.h"
 #include "support/plotstore.h"
+#include "support/seeds.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -149,9 +150,11 @@ protected:
     ScatterPlotView view;
 };
 
-TEST_F(Scatter, draws_what_single_points_would)
+using RandomScatter = Seeded<Scatter>;
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomScatter, ::testing::ValuesIn(seeds(3)));
+
+TEST_P(RandomScatter, draws_what_single_points_would)
 {
-    std::mt19937 random(3);
     std::uniform_real_distribution<double> uniform(-0.3, 1.3);
     // Even first, then by bursts and gaps, at last with ends that go back and forth.
     double begin = 0;
@@ -181,9 +184,8 @@ TEST_F(Scatter, draws_what_single_points_would)
               }));
 }
 
-TEST_F(Scatter, concentrations_on_a_scale_of_decades)
+TEST_P(RandomScatter, concentrations_on_a_scale_of_decades)
 {
-    std::mt19937 random(5);
     std::uniform_real_distribution<double> uniform(-1, 4);
     for (int i = 0; i < 300; ++i) {
         const auto record = add(i, 0);
@@ -220,14 +222,13 @@ TEST_F(Scatter, concentrations_on_a_scale_of_decades)
     EXPECT_EQ(view.settings().toMap()["spectrumParameter"], QString());
 }
 
-TEST_F(Scatter, the_picture_grows_with_the_store_as_if_drawn_anew)
+TEST_P(RandomScatter, the_picture_grows_with_the_store_as_if_drawn_anew)
 {
     view.setVisibleSpectra({infos[0]->hash});
     for (const int type : {1, 2}) {
         view.setDiagnosticSelection("flow");
         view.showType(type);
         view.scaleWidget()->setMinMax(-1, 5, true);
-        std::mt19937 random(9);
         for (int i = 0; i < 400; ++i) {
             const double second = i % 7 == 0 ? 380 - i * 0.9 : i * 0.9; // some come late
             const auto record = add(second + type * 0.3, double(random() % 500) / 100);
