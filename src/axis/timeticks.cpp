@@ -34,6 +34,24 @@ constexpr int leastTickDistance = 4;
 constexpr std::int64_t secondsPerHour = 3600;
 constexpr std::int64_t daysOfLongestMonth = 31;
 
+/// Days of a month that are labelled together: the first and every step-th after it up to the last one.
+struct DaySet {
+    int step;
+    int last;
+    int leastDistance; ///< in days, between neighbours, from the last one to the first of March included
+};
+constexpr DaySet daySets[] = {{1, 31, 1}, {5, 26, 3}, {10, 21, 8}, {15, 16, 13}};
+
+/// The first set whose labels keep their distance; null if there is none.
+const DaySet *daySetFor(std::int64_t ticksPerPixel, int textWidth)
+{
+    const auto hasRoom = [=](const DaySet &days) {
+        return 2 * days.leastDistance * ticksPerDay >= 3 * textWidth * ticksPerPixel;
+    };
+    const auto found = std::find_if(std::begin(daySets), std::end(daySets), hasRoom);
+    return found == std::end(daySets) ? nullptr : found;
+}
+
 template<std::size_t count>
 const TickRow &rowFor(const TickRow (&rows)[count], std::int64_t span)
 {
@@ -48,6 +66,14 @@ QString text(std::int64_t tick, std::int64_t offsetSeconds, const char *format)
     if (*format == '\0' || ticksOf(local) < 0)
         return {};
     return timeToString(local, QString::fromLatin1(format));
+}
+
+/// The label of a tick at a day's step, if its day is one of the set.
+QString dayText(std::int64_t tick, std::int64_t offsetSeconds, const DaySet *days)
+{
+    const QString day = days ? text(tick, offsetSeconds, "%d") : QString();
+    const int number = day.toInt();
+    return number > 0 && number <= days->last && (number - 1) % days->step == 0 ? day : QString();
 }
 
 /// Whole hours would be wrong labels where the offset isn't a number of them.
@@ -70,11 +96,13 @@ std::int64_t alignedTick(std::int64_t time, std::int64_t step)
 
 } // namespace
 
-TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds, int monthTextWidth)
+TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds, const TimeTextWidths &texts)
 {
     TimeAxis axis;
     const TickRow &row = rowFor(tickRows, scale.ticksPerPixel * tickSpacing);
     const char *const format = labelFormat(row, offsetSeconds);
+    const bool labelsSomeDays = *format == '\0';
+    const DaySet *const days = labelsSomeDays ? daySetFor(scale.ticksPerPixel, texts.day) : nullptr;
     const std::int64_t step = row.stepMilliseconds * ticksPerMillisecond;
     const std::int64_t left = ticksOf(scale.tickAt(0));
     const std::int64_t end = saturatedAdd(ticksOf(scale.tickAt(width)), step);
@@ -82,7 +110,7 @@ TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds,
     if (left > end)
         return axis;
 
-    const bool monthsHaveRoom = daysOfLongestMonth * ticksPerDay / scale.ticksPerPixel + 1 >= monthTextWidth;
+    const bool monthsHaveRoom = daysOfLongestMonth * ticksPerDay / scale.ticksPerPixel + 1 >= texts.month;
     const char *const cellFormat = monthsHaveRoom ? row.groupFormat : "%Y";
     std::int64_t tick = alignedTick(left, step);
     QString lastLabel, group = text(tick, offsetSeconds, row.groupFormat), cell = text(tick, offsetSeconds, cellFormat);
@@ -90,12 +118,12 @@ TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds,
     while (tick < end) {
         tick = saturatedAdd(tick, step);
         const int x = scale.pixelAt(recordTimeFromTicks(tick));
-        QString label = text(tick, offsetSeconds, format);
+        QString label = labelsSomeDays ? dayText(tick, offsetSeconds, days) : text(tick, offsetSeconds, format);
         if (label == lastLabel)
             label.clear();
         else
             lastLabel = label;
-        axis.ticks.push_back({x, drawn, label});
+        axis.ticks.push_back({x, drawn || !label.isEmpty(), label});
 
         const QString nextGroup = text(tick, offsetSeconds, row.groupFormat);
         if (nextGroup == group && tick < end)

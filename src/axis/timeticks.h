@@ -8,7 +8,7 @@
 
 namespace Tsb {
 
-/// What the time axis shows, as plain values: a function of the scale, the width and the offset alone.
+/// The contents of the time axis as plain values: a function of the scale, the widths and the offset alone.
 
 struct TimeTick {
     int x = 0;         ///< column
@@ -29,10 +29,17 @@ struct TimeAxis {
     std::vector<int> boundaries; ///< columns between groups, marked by a stronger tick
 };
 
+/// The widths of the widest texts in the font of the axis, in columns.
+struct TimeTextWidths {
+    int month = 0; ///< as "2021-05"
+    int day = 0;   ///< as "31"
+};
+
 /// Ticks and groups of the columns 0 .. width. Steps line up with midnight UTC; texts show the time moved by the
-/// offset. Times before the epoch get no text. Where no month has room for a text of that width, the texts are those of
-/// years, and the marks between months stay.
-TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds, int monthTextWidth = 0);
+/// offset. Times before the epoch get no text. Where a label for each day has no room, some days of each month have
+/// one: as many as stand a text's width and a half apart at the end of the shortest month too. Where no month has room
+/// for its text, the texts are those of years, and the marks between months stay.
+TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds, const TimeTextWidths &texts);
 
 /// The two texts at the time cursor.
 struct TimeCursorLabels {

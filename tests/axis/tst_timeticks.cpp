@@ -87,7 +87,7 @@ TEST(TimeAxis, LabelsAndGroups)
     };
     for (const AxisCase &c : cases) {
         SCOPED_TRACE(c.name);
-        const TimeAxis axis = Tsb::timeAxis(c.scale, c.width, c.offset);
+        const TimeAxis axis = Tsb::timeAxis(c.scale, c.width, c.offset, {});
         EXPECT_EQ(labelsOf(axis, c.width), c.labels);
         EXPECT_EQ(groupsOf(axis), c.groups);
     }
@@ -95,21 +95,56 @@ TEST(TimeAxis, LabelsAndGroups)
 
 TEST(TimeAxis, EqualNeighboursKeepOneLabel)
 {
-    // Rows of 30 s steps label the seconds; "00" and "30" alternate. Rows of whole days outside one month repeat none.
-    const TimeAxis axis = Tsb::timeAxis({at("2021-05-06T10:00:00"), second / 3, 0}, 400, 0);
+    const TimeAxis axis = Tsb::timeAxis({at("2021-05-06T10:00:00"), second / 3, 0}, 400, 0, {});
     EXPECT_EQ(labelsOf(axis, 400), (QStringList{"30", "00", "30", "00"}));
-    const TimeAxis far = Tsb::timeAxis({at("2021-01-01T00:00:00"), 12 * 3600 * second, 0}, 400, 0);
-    EXPECT_TRUE(labelsOf(far, 400).isEmpty()) << "beyond the last row only the months have texts";
-    EXPECT_GE(far.groups.size(), 6u);
-    EXPECT_FALSE(far.ticks.front().drawn) << "ticks 2 pixels apart";
+}
+
+TEST(TimeAxis, SomeDaysAreToldWhereEachHasNoRoom)
+{
+    const QString each, fifth = "01 06 11 16 21 26", tenth = "01 11 21", half = "01 16", none = "none";
+    constexpr int small = 14, large = 22; // a day's text in two fonts
+    const std::int64_t west = -5 * 3600;  // the local day at midnight UTC is the one before
+    const struct {
+        int width, days;
+        QString withSmall, withLarge;
+    } cases[] = {
+        {800, 20, each, each},    {800, 30, each, fifth},    {800, 45, fifth, fifth},   {800, 60, fifth, fifth},
+        {800, 90, fifth, tenth},  {800, 120, tenth, tenth},  {800, 200, tenth, half},   {800, 400, half, none},
+        {1600, 20, each, each},   {1600, 30, each, each},    {1600, 45, each, each},    {1600, 60, each, fifth},
+        {1600, 90, fifth, fifth}, {1600, 120, fifth, fifth}, {1600, 200, fifth, tenth}, {1600, 400, tenth, half},
+    };
+    for (const auto &c : cases) {
+        for (const int font : {small, large}) {
+            SCOPED_TRACE(testing::Message() << c.days << " days, " << c.width << " columns, texts of " << font);
+            const TimeScale scale(at("2021-01-17T00:00:00"), c.days * ticksPerDay / c.width, 0);
+            const QString expected = font == small ? c.withSmall : c.withLarge;
+            int before = -1000;
+            const TimeAxis axis = Tsb::timeAxis(scale, c.width, west, {50, font});
+            for (const auto &tick : axis.ticks) {
+                const std::int64_t midnight = (ticksOf(scale.tickAt(tick.x + 1)) - 1) / ticksPerDay * ticksPerDay;
+                const QString day =
+                    QDateTime::fromMSecsSinceEpoch(midnight / ticksPerMillisecond + west * 1000, Qt::UTC)
+                        .toString("dd");
+                const bool labelled = expected == each || expected.contains(day);
+                EXPECT_EQ(tick.label, labelled ? day : QString());
+                EXPECT_EQ(tick.drawn, labelled || c.width / c.days >= 4);
+                if (!labelled)
+                    continue;
+                EXPECT_GE(2 * (tick.x - before), 3 * font - 1);
+                before = tick.x;
+            }
+            EXPECT_GE(axis.ticks.size(), std::size_t(c.days));
+            EXPECT_EQ(axis.groups.at(1).text, "2021-02");
+        }
+    }
 }
 
 TEST(TimeAxis, YearsWhereMonthsHaveNoRoom)
 {
     const TimeScale scale(at("2020-11-01T00:00:00"), 86400 * second, 0); // one pixel a day
-    const TimeAxis years = Tsb::timeAxis(scale, 500, 0, 50);
+    const TimeAxis years = Tsb::timeAxis(scale, 500, 0, {50, 14});
     EXPECT_EQ(groupsOf(years), (QStringList{"0-61 2020", "61-426 2021", "426-500 2022"}));
-    const TimeAxis months = Tsb::timeAxis(scale, 500, 0, 32);
+    const TimeAxis months = Tsb::timeAxis(scale, 500, 0, {32, 14});
     EXPECT_EQ(months.groups.size(), 17u);
     EXPECT_EQ(years.boundaries, months.boundaries);
 }
@@ -123,7 +158,7 @@ TEST(TimeAxis, SurvivesEveryScale)
         for (std::int64_t ticks = 1; ticks <= TimeScale::greatestTicksPerPixel; ticks *= 10) {
             for (const std::int64_t pixel : {std::int64_t(0), std::int64_t(-3), std::int64_t(1) << 40}) {
                 const TimeScale scale(origin, ticks, pixel);
-                const TimeAxis axis = Tsb::timeAxis(scale, 1600, 3600);
+                const TimeAxis axis = Tsb::timeAxis(scale, 1600, 3600, {50, 14});
                 EXPECT_LE(axis.ticks.size(), 2000u);
                 for (std::size_t i = 1; i < axis.ticks.size(); ++i)
                     EXPECT_LE(axis.ticks[i - 1].x, axis.ticks[i].x);
@@ -139,7 +174,7 @@ TEST(TimeAxis, StepsStandOnMidnightOfTheEpoch)
 {
     for (const char *origin : {"2021-05-06T10:20:31", "1965-03-04T11:12:13"}) {
         const TimeScale scale(at(origin), 40 * second, 10); // 1 hour steps
-        for (const auto &tick : Tsb::timeAxis(scale, 500, 0).ticks) {
+        for (const auto &tick : Tsb::timeAxis(scale, 500, 0, {}).ticks) {
             const std::int64_t time = ticksOf(scale.tickAt(tick.x));
             const std::int64_t off = ((time % (3600 * second)) + 3600 * second) % (3600 * second);
             EXPECT_TRUE(off <= 40 * second || off >= 3560 * second) << origin << " " << tick.x;

@@ -27,6 +27,16 @@ TimeView::Surroundings realSurroundings()
     return real;
 }
 
+TimeTextWidths textWidths(const QFontMetrics &metrics)
+{
+    TimeTextWidths widths;
+    widths.month = metrics.horizontalAdvance(QStringLiteral("0000-00"));
+    for (int day = 1; day <= 31; ++day)
+        widths.day =
+            std::max(widths.day, metrics.horizontalAdvance(QStringLiteral("%1").arg(day, 2, 10, QLatin1Char('0'))));
+    return widths;
+}
+
 /// The zoom of a drag by y pixels; no movement keeps the value to the tick.
 std::int64_t draggedTicks(std::int64_t ticksPerPixel, int dy)
 {
@@ -435,8 +445,7 @@ void TimeView::paintEvent(QPaintEvent *event)
 void TimeView::paintAxis(QPainter &painter, const QSize &size) const
 {
     const QFontMetrics metrics = painter.fontMetrics();
-    const TimeAxis axis =
-        timeAxis(m_timeScale, size.width(), m_offsetSeconds, metrics.horizontalAdvance(QStringLiteral("0000-00")));
+    const TimeAxis axis = timeAxis(m_timeScale, size.width(), m_offsetSeconds, textWidths(metrics));
     const int bottom = size.height();
     const QPen pen(palette().color(QPalette::WindowText));
     painter.setPen(pen);
