@@ -172,8 +172,8 @@ void VerticalScaleWidget::renderCache(const QSize &pixmapSize, qreal ratio)
     QPainter painter(&m_cachedPixmap);
     painter.setFont(font());
     painter.setPen(palette().color(QPalette::WindowText));
-    const int labelWidth = m_rangeValid && m_scale.valid ? drawTicks(painter) : 0;
-    drawTitle(painter, contentsRect().width() - labelWidth - labelGap);
+    m_numbersWidth = m_rangeValid && m_scale.valid ? drawTicks(painter) : 0;
+    drawTitle(painter, contentsRect().width() - m_numbersWidth - labelGap);
 }
 
 int VerticalScaleWidget::drawTicks(QPainter &painter) const
@@ -249,13 +249,16 @@ void VerticalScaleWidget::drawCursor(QPainter &painter) const
     const int y = m_cursorPixel;
     const int top = y - m_lineHeight / 2;
     const int right = area.x() + area.width();
+    const double value = m_scale.value(heightAt(y));
+    const QString text = QString::number(m_appearLog ? std::pow(10.0, value) : value, 'g', 3);
+    // The title beside the numbers stays in sight; a value wider than all of them still has a ground.
+    const int width = labelGap + std::max(m_numbersWidth, fontMetrics().horizontalAdvance(text));
     painter.setClipRect(area);
-    painter.fillRect(area.x(), top - 2, area.width(), m_lineHeight + 4, m_cursorBrush);
+    painter.fillRect(right - width, top - 2, width, m_lineHeight + 4, m_cursorBrush);
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawLine(right - 3, y, right, y);
-    const double value = m_scale.value(heightAt(y));
     painter.drawText(QRect(area.x(), top, area.width() - labelGap, m_lineHeight), Qt::AlignRight | Qt::AlignVCenter,
-                     QString::number(m_appearLog ? std::pow(10.0, value) : value, 'g', 3));
+                     text);
 }
 
 // ---- mouse

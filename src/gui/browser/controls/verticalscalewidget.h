@@ -59,7 +59,7 @@ private:
     void applyPalette();
     void invalidateCache();
     void renderCache(const QSize &pixmapSize, qreal ratio);
-    /// Draws the ticks and returns the width that their labels take at the right edge.
+    /// Draws the ticks and returns the width of the widest label.
     int drawTicks(QPainter &painter) const;
     void drawTitle(QPainter &painter, int freeWidth) const;
     void drawCursor(QPainter &painter) const;
@@ -73,6 +73,7 @@ private:
     ValueScale m_dragStartScale;
     QString m_label;
     int m_lineHeight = 0;
+    int m_numbersWidth = 0; ///< of the widest label in the cached picture
     bool m_appearLog = false;
     bool m_cacheDirty = true;
     bool m_rangeValid = true;

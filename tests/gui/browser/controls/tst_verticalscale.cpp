@@ -174,6 +174,11 @@ TEST_F(VerticalScaleTest, CursorShowsItsValueOverTheTicks)
             continue;
         EXPECT_EQ(std::memcmp(before.constScanLine(y), with.constScanLine(y), size), 0) << y;
     }
+    const int besideNumbers = widget.contentsRect().right() - 6 - widget.fontMetrics().horizontalAdvance("100");
+    const auto title = [&](const QImage &image) {
+        return image.copy(0, 0, int(besideNumbers * ratio), image.height());
+    };
+    EXPECT_EQ(title(before), title(with)) << "the title is not covered";
     widget.showCursor(false, 0);
     EXPECT_EQ(picture(), before);
 }
