@@ -101,6 +101,11 @@ QVector<View *> ViewHolder::viewsInOrder() const
     return views;
 }
 
+bool ViewHolder::isDragging() const
+{
+    return m_layout->indexOf(m_placeholder) >= 0;
+}
+
 View *ViewHolder::viewAt(const QPoint &position) const
 {
     QWidget *widget = childAt(position);
@@ -112,20 +117,20 @@ View *ViewHolder::viewAt(const QPoint &position) const
 void ViewHolder::mousePressEvent(QMouseEvent *event)
 {
     View *const view = event->button() == Qt::LeftButton ? viewAt(event->pos()) : nullptr;
-    if (m_placeholderIndex >= 0 && !m_draggedView)
+    if (isDragging() && !m_draggedView)
         endDrag(); // the view died under the pointer
-    if (m_placeholderIndex >= 0 || !view || m_layout->indexOf(view) < 0)
+    if (isDragging() || !view || m_layout->indexOf(view) < 0)
         return QWidget::mousePressEvent(event);
     startDrag(view, event->pos());
 }
 
 void ViewHolder::startDrag(View *view, const QPoint &position)
 {
-    m_placeholderIndex = m_layout->indexOf(view);
+    const int place = m_layout->indexOf(view);
     m_layout->setEnabled(false);
     m_placeholder->setFixedHeight(view->height());
     m_layout->removeWidget(view);
-    m_layout->insertWidget(m_placeholderIndex, m_placeholder);
+    m_layout->insertWidget(place, m_placeholder);
     m_placeholder->show();
     m_layout->setEnabled(true);
     m_layout->update();
@@ -138,7 +143,7 @@ void ViewHolder::startDrag(View *view, const QPoint &position)
 
 void ViewHolder::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_placeholderIndex < 0 || !m_draggedView)
+    if (!isDragging() || !m_draggedView)
         return QWidget::mouseMoveEvent(event);
     const int y = m_viewStartPosition.y() + event->y() - m_pressPosition.y();
     m_draggedView->move(m_viewStartPosition.x(), y);
@@ -146,42 +151,41 @@ void ViewHolder::mouseMoveEvent(QMouseEvent *event)
     QVector<QRect> items;
     for (int i = 0; i < viewItemCount(); ++i)
         items.append(m_layout->itemAt(i)->geometry());
-    movePlaceholder(dropIndex(items, m_placeholderIndex, m_layout->spacing(), y));
+    movePlaceholder(dropIndex(items, m_layout->indexOf(m_placeholder), m_layout->spacing(), y));
     Q_EMIT dragMoved(event->pos());
 }
 
 void ViewHolder::movePlaceholder(int index)
 {
-    if (index == m_placeholderIndex)
+    if (index == m_layout->indexOf(m_placeholder))
         return;
     m_layout->setEnabled(false);
     m_layout->removeWidget(m_placeholder);
     m_layout->insertWidget(index, m_placeholder);
-    m_placeholderIndex = index;
     m_layout->setEnabled(true);
     m_layout->update();
 }
 
 void ViewHolder::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (m_placeholderIndex < 0 || event->button() != Qt::LeftButton)
+    if (!isDragging() || event->button() != Qt::LeftButton)
         return QWidget::mouseReleaseEvent(event);
     endDrag();
 }
 
 void ViewHolder::endDrag()
 {
+    const int place = m_layout->indexOf(m_placeholder);
     m_layout->setEnabled(false);
     m_layout->removeWidget(m_placeholder);
     m_placeholder->hide();
     if (m_draggedView) {
-        m_layout->insertWidget(m_placeholderIndex, m_draggedView);
+        m_layout->insertWidget(place, m_draggedView);
         m_draggedView->setAutoFillBackground(false);
     }
     m_layout->setEnabled(true);
     m_layout->update();
     m_draggedView = nullptr;
-    m_placeholderIndex = -1;
 }
 
 } // namespace Tsb

@@ -44,6 +44,7 @@ protected:
 private:
     static constexpr int fixedItemCount = 2;
 
+    bool isDragging() const;
     View *viewAt(const QPoint &position) const;
     void startDrag(View *view, const QPoint &position);
     void endDrag();
@@ -56,8 +57,7 @@ private:
     QPointer<View> m_draggedView;
     QPoint m_pressPosition;
     QPoint m_viewStartPosition;
-    QFrame *m_placeholder;
-    int m_placeholderIndex = -1; ///< -1: no drag
+    QFrame *m_placeholder; ///< in the layout during a drag, where the view is to stand: other views may come and go
 };
 
 } // namespace Tsb

@@ -402,6 +402,37 @@ TEST_F(BrowserTest, AViewMayCloseWhileItIsDragged)
     EXPECT_LE(browser->views().first()->y(), 5) << "no gap is left";
 }
 
+TEST_F(BrowserTest, AViewKeepsItsPlaceWhenOthersCloseDuringItsDrag)
+{
+    for (int closed = 0; closed < 4; ++closed) {
+        browser->closeAllViews();
+        settle();
+        QVector<StripView *> views;
+        for (int i = 0; i < 4; ++i) {
+            views << addStrip();
+            views.last()->kept = i;
+        }
+        QWidget *const holder = views[2]->parentWidget();
+        const auto send = [holder](QEvent::Type type, const QPoint &at, Qt::MouseButtons held) {
+            QMouseEvent event(type, at, Qt::LeftButton, held, Qt::NoModifier);
+            QApplication::sendEvent(holder, &event);
+        };
+        const QPoint inside = views[2]->pos() + QPoint(8, 50);
+        send(QEvent::MouseButtonPress, inside, Qt::LeftButton);
+        views[closed]->discard();
+        settle();
+        send(QEvent::MouseButtonRelease, inside, Qt::NoButton);
+        settle();
+        QVariantList expected{0, 1, 2, 3}, order;
+        expected.removeAt(closed);
+        for (const QVariant &entry : browser->setup().toList())
+            order << entry.toMap()["settings"];
+        EXPECT_EQ(order, expected);
+        for (const View *view : browser->views())
+            EXPECT_LT(view->y(), addPlotRow()->y());
+    }
+}
+
 TEST_F(BrowserTest, FitsUseTheWidthOfTheAxis)
 {
     StripView *const view = new StripView;
