@@ -19,6 +19,12 @@ struct RowValues {
     double operator[](std::size_t i) const { return t * slopes[i] + bases[i]; }
 };
 
+/// What is no number has the colour of 0.
+double heldNumber(double value)
+{
+    return std::isnan(value) ? 0.0 : value;
+}
+
 /// Colours by one multiplication and a table read. Two loops: the first reads no table, so that it can be done for
 /// several values at once.
 class TableLookup {
@@ -61,7 +67,7 @@ public:
         m_below(values, colors);
         m_above(values, m_aboveColors.data());
         for (std::size_t i = 0; i < values.size; ++i)
-            colors[i] = values[i] > m_threshold ? m_aboveColors[i] : colors[i];
+            colors[i] = heldNumber(values[i]) > m_threshold ? m_aboveColors[i] : colors[i];
     }
 
 private:
@@ -83,7 +89,7 @@ struct MapLookup {
     void operator()(const RowValues &values, uint *colors) const
     {
         for (std::size_t i = 0; i < values.size; ++i)
-            colors[i] = map(std::isnan(values[i]) ? 0.0 : values[i]);
+            colors[i] = map(heldNumber(values[i]));
     }
 };
 

@@ -154,6 +154,21 @@ TEST(SpectrogramRows, OddValuesHaveTheirColors)
     }
 }
 
+TEST(SpectrogramRows, AMarkBelowTheLimitsDarkensNoRowBesideAZero)
+{
+    const std::vector<double> values{100, 0, 1000, nan, 10};
+    TestSeries series;
+    series.add(start, start + 3 * second, &values);
+    for (const double mark : {-0.2, 0.0, 0.2}) {
+        auto p = plainParameters(5);
+        p.colormap = Colormap::ThresholdColormap(p.colormap, mark, 0.3);
+        QImage painted = blank(1, 16), expected = blank(1, 16);
+        renderSpectrogram(series.source(), p, painted, {0, 1});
+        drawPlainly(series, p, expected, 0, 1, 0);
+        EXPECT_EQ(painted, expected) << mark;
+    }
+}
+
 /// Random stores, drawn plainly and quickly.
 class RandomStores : public Seeded<> {
 protected:
@@ -226,7 +241,7 @@ TEST_P(RandomStores, PixelsAreThoseOfThePlainDrawing)
             const int map = pick(0, 7);
             p.colormap = Colormap::make(map % 6);
             if (map > 3)
-                p.colormap = Colormap::ThresholdColormap(p.colormap, 0.4, 0.3);
+                p.colormap = Colormap::ThresholdColormap(p.colormap, chance(0.5) ? 0.4 : -0.2, 0.3);
             if (map == 7)
                 p.colormap = [inner = p.colormap](double v) { return inner(v) ^ 0xFF; };
             const int width = pick(40, 120), height = pick(1, 50);
