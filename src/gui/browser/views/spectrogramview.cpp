@@ -365,7 +365,7 @@ void SpectrogramView::fitScale()
     DecadeHistogram histogram;
     forEachPlot([&](SpectrogramPlot &plot) { plot.addVisibleValuesTo(histogram); });
     if (const auto limits = colorLimits(histogram))
-        m_colorbar->setLimits(limits->first, limits->second);
+        setColorLimits(limits->first, limits->second);
 }
 
 void SpectrogramView::setColorLimits(double lower, double upper)

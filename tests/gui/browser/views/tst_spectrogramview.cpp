@@ -160,6 +160,19 @@ TEST_F(SpectrogramViewTest, TheFirstChoiceIsFittedAndLaterOnesAreNot)
     EXPECT_EQ(view.colorLower(), 0);
 }
 
+TEST_F(SpectrogramViewTest, AFitToTheLimitsThatTheBarShowsAlreadySetsThem)
+{
+    Datastore between;
+    between.setLimitRecords(false);
+    addSpectrumRecord(between, 0, 100, testSpectrum(a, 10)); // 1 and 3 decades: what a new bar shows
+    addSpectrumRecord(between, 100, 200, testSpectrum(a, 1000));
+    view.setDatastore(&between);
+    choose({"a"});
+    EXPECT_EQ(view.colorLower(), 1);
+    EXPECT_EQ(view.colorUpper(), 3);
+    EXPECT_EQ(view.settings().toMap()["colorUpper"], 3.0);
+}
+
 TEST_F(SpectrogramViewTest, BarBoxesAndPlotsShowTheSameLimits)
 {
     choose({"a"});
