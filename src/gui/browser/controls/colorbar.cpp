@@ -1,5 +1,7 @@
 #include "gui/browser/controls/colorbar.h"
 
+#include "axis/decadelabels.h"
+
 #include <QImage>
 #include <QMouseEvent>
 #include <QPainter>
@@ -10,17 +12,6 @@
 namespace {
 
 constexpr double halo = 0x80 / 255.0; ///< opacity of the light rim around ticks and texts
-
-/// The whole decades from floor(lower) up to but without ceil(upper). Counted in integers: a step of one is lost in
-/// limits of 1e17.
-template<typename Function>
-void forEachDecade(double lower, double upper, Function function)
-{
-    const double first = std::floor(lower);
-    const int count = int(std::min(std::ceil(upper) - first, 22.0));
-    for (int i = 0; i < count; ++i)
-        function(first + i);
-}
 
 QPen haloPen()
 {
@@ -126,7 +117,7 @@ void Colorbar::drawColors(QPainter &painter, const QRect &area) const
 
 double Colorbar::tickPosition(double decade, int size) const
 {
-    return std::trunc((decade - m_lower) / (m_upper - m_lower) * size + 0.5) - 0.5;
+    return Tsb::decadePixel(decade, m_lower, m_upper, size);
 }
 
 void Colorbar::drawHorizontalTicks(QPainter &painter, const QRect &area) const
@@ -138,7 +129,7 @@ void Colorbar::drawHorizontalTicks(QPainter &painter, const QRect &area) const
         ticks.moveTo(x, h);
         ticks.lineTo(x, h - length);
     };
-    forEachDecade(m_lower, m_upper, [&](double decade) {
+    Tsb::forEachDecade(m_lower, m_upper, [&](double decade) {
         addTick(decade, 3);
         for (int m = 2; m <= 9; ++m)
             addTick(decade + std::log10(m), 1.5);
@@ -160,16 +151,10 @@ void Colorbar::addDecadeLabels(QPainterPath &path, const QSize &size) const
 {
     const QFontMetrics metrics(m_labelFont, this);
     const int baseline = (metrics.height() - 3 + size.height()) / 2 - metrics.descent();
-    double freeFrom = 0; // where the last label ended; a text that is cut or touches its neighbour misleads
-    forEachDecade(m_lower, m_upper, [&](double decade) {
-        const QString text = QString::number(std::pow(10.0, decade), 'g', 6);
-        const int width = metrics.horizontalAdvance(text);
-        const double left = tickPosition(decade, size.width()) - width / 2.0;
-        if (left < freeFrom || left + width > size.width())
-            return;
-        path.addText(left, baseline, m_labelFont, text);
-        freeFrom = left + width + metrics.horizontalAdvance(QLatin1Char(' '));
-    });
+    const int gap = metrics.horizontalAdvance(QLatin1Char(' '));
+    const auto widthOf = [&metrics](const QString &text) { return metrics.horizontalAdvance(text); };
+    for (const Tsb::DecadeLabel &label : Tsb::decadeLabels(m_lower, m_upper, size.width(), gap, widthOf))
+        path.addText(label.left, baseline, m_labelFont, label.text);
 }
 
 void Colorbar::addMarkLabel(QPainterPath &path, const QSize &size) const
@@ -195,7 +180,7 @@ void Colorbar::drawVerticalTicks(QPainter &painter, const QRect &area) const
         return y;
     };
     double freeAbove = area.height() + metrics.height();
-    forEachDecade(m_lower, m_upper, [&](double decade) {
+    Tsb::forEachDecade(m_lower, m_upper, [&](double decade) {
         for (int m = 2; m <= 9; ++m)
             drawTick(decade + std::log10(m), QPen(faint, 1));
         const double y = drawTick(decade, QPen(Qt::black, 2));

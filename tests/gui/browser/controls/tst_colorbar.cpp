@@ -202,6 +202,17 @@ TEST(ColorbarPicture, TicksStandAtDecadesAndLabelsKeepApart)
     for (int x : ticks)
         EXPECT_TRUE(std::abs(x - 99) <= 1 || std::abs(x - 299) <= 1) << x;
 
+    // One that an edge would cut is moved inward, and without decades the ends tell their values.
+    for (const auto &[lower, upper, left] : {std::make_tuple(1.0, 2.9, 0), std::make_tuple(0.1, 2.01, 370),
+                                             std::make_tuple(1.2, 1.8, 0), std::make_tuple(1.2, 1.8, 370)}) {
+        bar.setLimits(lower, upper);
+        const QImage edge = bar.grab(QRect(left, 0, 30, 24)).toImage();
+        int dark = 0;
+        for (int y = 0; y < edge.height(); ++y)
+            dark += int(darkColumns(edge, y).size());
+        EXPECT_GT(dark, 10) << lower << " to " << upper << " at " << left;
+    }
+
     // Over 20 decades the labels of 400 pixels can't all stand; what is drawn doesn't touch.
     bar.setLimits(-10, 10);
     const QImage many = bar.grab().toImage();
