@@ -20,7 +20,8 @@ OpmodeView::OpmodeView(QWidget *parent) : SinglePlotView<OpmodePlot>(parent), m_
     m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_label->setTextFormat(Qt::PlainText);
     m_label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_label->setMaximumHeight(greatestLabelHeight);
+    const int line = m_label->fontMetrics().lineSpacing();
+    m_label->setMaximumHeight(greatestLabelHeight / line * line);
     auto *strip = new OpmodePlot(this);
     setPlot(strip);
     viewLayout()->insertRow(0, m_label, nullptr);
@@ -54,7 +55,7 @@ void OpmodeView::showFlag(const QString &flagData)
     const auto flag = Spectrometer::makeRecordFlag(flagData);
     m_label->setText(flag->message);
     m_label->show();
-    setFixedHeight(heightOf(std::min(m_label->sizeHint().height(), greatestLabelHeight)));
+    setFixedHeight(heightOf(std::min(m_label->sizeHint().height(), m_label->maximumHeight())));
     setToolTip(plainToolTip(flag->message));
     plot()->showFlag(*flag);
 }
