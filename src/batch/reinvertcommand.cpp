@@ -28,7 +28,7 @@ using Spectrometer::PlainFileOutput;
 
 const Log::Logger &logger()
 {
-    static const Log::Logger instance(QStringLiteral("reinversion"));
+    static const Log::Logger instance(QStringLiteral("inversion"));
     return instance;
 }
 

@@ -1,5 +1,6 @@
 #include "llama/qyaml.h"
 
+#include <cmath>
 #include <limits>
 
 namespace Llama {
@@ -73,12 +74,15 @@ MapNode Node::toMap() const
 
 int Node::toInt() const
 {
+    constexpr int least = std::numeric_limits<int>::min(), greatest = std::numeric_limits<int>::max();
     const QVariant &found = demand(*this, QMetaType::Int);
-    // What doesn't fit is 0, as it is for a text of too many digits; the toolkit's own conversion is undefined there.
+    // The toolkit's own conversion of a double out of range is undefined.
     if (found.userType() == QMetaType::Double) {
         const double number = found.toDouble();
-        if (!(number > std::numeric_limits<int>::min() - 0.5 && number < std::numeric_limits<int>::max() + 0.5))
+        if (std::isnan(number))
             return 0;
+        if (number >= greatest || number <= least)
+            return number > 0 ? greatest : least;
     }
     return found.toInt();
 }

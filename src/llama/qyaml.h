@@ -92,7 +92,8 @@ public:
     QString path() const { return identity->path(); }
 
     // A node that doesn't exist gives an empty list or map; a value that can't convert throws NodeTypeError. A value
-    // that could convert by its type but doesn't (the string "abc" as a double) gives zero.
+    // that could convert by its type but doesn't (the string "abc" as a double) gives zero. toInt() rounds a double,
+    // and gives the nearest int for one out of range.
     ListNode toList() const;
     MapNode toMap() const;
     int toInt() const;

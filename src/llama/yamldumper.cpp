@@ -132,7 +132,10 @@ bool yamlDump(const QVariant &value, QIODevice *device)
         qDebug() << "Yaml dump error" << dumper.problem();
         return false;
     }
-    return device->write(dumper.text()) == dumper.text().size();
+    if (device->write(dumper.text()) == dumper.text().size())
+        return true;
+    qDebug() << "Yaml dump error" << device->errorString();
+    return false;
 }
 
 } // namespace Llama

@@ -41,7 +41,7 @@ LogFileWriter::~LogFileWriter() = default;
 void LogFileWriter::write(const Entry &entry)
 {
     const QDate date = entry.time.date();
-    if (date != m_date && !openFor(date))
+    if ((!date.isValid() || date != m_date) && !openFor(date))
         return;
     const QString message = QString(entry.message).replace(QLatin1Char('\n'), QLatin1String("\n\t"));
     m_file.write(
@@ -53,6 +53,10 @@ void LogFileWriter::write(const Entry &entry)
 
 bool LogFileWriter::openFor(QDate date)
 {
+    if (!date.isValid()) {
+        std::fputs("Failed to open log file for appending\n", stderr);
+        return false; // what is open serves the next entry
+    }
     m_file.close();
     m_date = QDate();
     const QDir directory(m_directory);

@@ -4,6 +4,7 @@
 #include "log/logfilewriter.h"
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 
 #include <cstdlib>
 
@@ -77,8 +78,10 @@ void RootLogger::post(const Entry &entry)
     if (m_console->put(entry))
         QMetaObject::invokeMethod(this, "flushConsoleSoon", Qt::QueuedConnection);
     Q_EMIT newEntry(entry);
-    if (m_fileOutput) {
+    static thread_local bool isWriting = false; // then Qt complains of the writer itself, which holds the lock
+    if (m_fileOutput && !isWriting) {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        const QScopedValueRollback<bool> writing(isWriting, true);
         if (m_writer)
             m_writer->write(entry);
     }

@@ -49,7 +49,8 @@ double mobilityToRadius(const MobilityModel &model, double z, double q)
         const double e = std::exp(-(model.slipC * b / model.meanFreePath));
         a = ((e * model.slipB + model.slipA) * (model.meanFreePath / b) + 1.0) * c;
     } while (std::fabs(b - a) > 0.001 * b); // a NaN ends it. Grids in existing files depend on this very stop.
-    return a * (z < 0.0 ? -1.0 : 1.0) / model.lengthScale;
+    const double radius = a * (z < 0.0 ? -1.0 : 1.0) / model.lengthScale;
+    return std::isnan(radius) ? std::numeric_limits<double>::quiet_NaN() : radius; // never one with its sign set
 }
 
 double mobilitySlope(const MobilityModel &model, double r)

@@ -338,9 +338,12 @@ void Datastore::takeSpectra(const SpectMath::SpectrumRecordPointer &incoming, bo
     if (replace)
         record->spectra.clear();
     record->spectra.reserve(record->spectra.size() + incoming->spectra.size()); // exactly: there are many records
-    record->spectra.insert(record->spectra.end(), incoming->spectra.begin(), incoming->spectra.end());
     record->spectraProvisional = incoming->provisional;
-    for (const auto &spectrum : incoming->spectra)
+    for (const auto &spectrum : incoming->spectra) {
+        if (!spectrum || !spectrum->info)
+            continue;
+        record->spectra.push_back(spectrum);
         enterSpectrum(record, spectrum);
+    }
     Q_EMIT updated(index, record, SpectraChanged);
 }

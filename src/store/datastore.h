@@ -100,7 +100,8 @@ public:
     std::shared_ptr<Series> removeSpectrum(SeriesKey key);
 
 public Q_SLOTS:
-    // A null pointer is ignored, and so is an unknown head in update, replace and add of spectra.
+    // A null pointer is ignored, and so are an unknown head in update, replace and add of spectra and a spectrum
+    // without description.
     void addFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
     void updateFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
     void upsertFullRecord(const Spectrometer::FullRecordPointer &fullRecord);

@@ -182,6 +182,23 @@ TEST(House, MarkersAreFilledInOnePass)
     EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));
 }
 
+/// Who filters or searches the log goes by a few areas. A plot's line of debugging tells its place instead.
+TEST(House, LogAreasAreTheFewThatAreKnown)
+{
+    const QStringList known{"main",       "gui",       "comments",        "dataexport",      "filereader",
+                            "filewriter", "inversion", "new_line_reader", "old_line_reader", "src/gui/common/tsb/plot"};
+    static const QRegularExpression logger("(?:Logger(?: \\w+)?|m_logger)[({]QStringLiteral\\(\"([^\"]*)\"");
+    int count = 0;
+    for (const QString &file : filesBelow("src", sourceNames)) {
+        const QString text = textOf(file);
+        for (auto it = logger.globalMatch(text); it.hasNext(); ++count) {
+            const QString area = it.next().captured(1);
+            EXPECT_TRUE(known.contains(area)) << qPrintable(file) << ": " << qPrintable(area);
+        }
+    }
+    EXPECT_GT(count, 10);
+}
+
 /// A run under a comma locale means something only if the locale is there.
 TEST(House, TheLocaleOfTheEnvironmentIsActive)
 {

@@ -78,11 +78,18 @@ TEST(Nodes, values_that_could_convert)
     EXPECT_EQ(map.at("real").toDouble(), 1e5);
     EXPECT_TRUE(map.at("true").toBool());
     EXPECT_EQ(map.at("word").toByteArray(), "abc");
-    for (const double huge : {3e9, -3e9, 1e300, std::numeric_limits<double>::infinity(), std::nan("")})
-        EXPECT_EQ(Node(huge).toInt(), 0) << huge;
-    EXPECT_EQ(Node(2147483647.0).toInt(), 2147483647);
-    EXPECT_EQ(Node(-2147483648.0).toInt(), std::numeric_limits<int>::min());
+}
+
+TEST(Nodes, a_double_beyond_the_range_of_an_int_saturates)
+{
+    constexpr int least = std::numeric_limits<int>::min(), greatest = std::numeric_limits<int>::max();
+    for (const double huge : {3e9, 1e300, std::numeric_limits<double>::infinity(), 2147483647.0, 2147483646.6}) {
+        EXPECT_EQ(Node(huge).toInt(), greatest) << huge;
+        EXPECT_EQ(Node(-huge - 1).toInt(), least) << huge;
+    }
+    EXPECT_EQ(Node(std::nan("")).toInt(), 0);
     EXPECT_EQ(Node(2.6).toInt(), 3);
+    EXPECT_EQ(Node(Llama::yamlLoad("12345678901").first()).toInt(), 0) << "an integer of too many digits stays 0";
 }
 
 TEST(Nodes, missing_keys)

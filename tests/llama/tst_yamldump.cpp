@@ -33,6 +33,25 @@ TEST(YamlDump, texts)
         EXPECT_EQ(yamlDump(value).toStdString(), text.toStdString());
 }
 
+TEST(YamlDump, a_device_that_takes_too_few_bytes_is_told_with_its_error)
+{
+    struct Full : QIODevice {
+        qint64 readData(char *, qint64) override { return -1; }
+        qint64 writeData(const char *, qint64 size) override
+        {
+            setErrorString("No space left");
+            return size / 2;
+        }
+    } device;
+    ASSERT_TRUE(device.open(QIODevice::WriteOnly));
+    static QStringList told;
+    const auto former =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { told.append(text); });
+    EXPECT_FALSE(yamlDump(QVariantList{1, 2}, &device));
+    qInstallMessageHandler(former);
+    EXPECT_EQ(told, QStringList("Yaml dump error \"No space left\""));
+}
+
 TEST(YamlDump, what_cannot_be_said_fails_as_a_whole)
 {
     for (const QVariant &value :

@@ -6,6 +6,8 @@
 #include <QSysInfo>
 #include <QTemporaryDir>
 
+#include <unistd.h>
+
 namespace {
 
 struct LogFiles : testing::Test {
@@ -63,6 +65,24 @@ TEST_F(LogFiles, a_failure_goes_to_standard_error_and_is_tried_again)
     ASSERT_TRUE(QDir(folder).rmdir("20190912.log"));
     writer.write(entry(12, 6, "kept"));
     EXPECT_EQ(content("20190912.log"), header + "2019-09-12 12:16:52.007\tinfo\tmain\tkept\n");
+}
+
+TEST_F(LogFiles, an_entry_of_invalid_time_is_lost_and_locks_nothing)
+{
+    EXPECT_EXIT(
+        {
+            alarm(10);
+            Log::installQtMessageHandler();
+            Log::RootLogger::instance().setLogDirectory(folder);
+            Log::RootLogger::instance().post({6, "main", "lost", QDateTime()});
+            Log::RootLogger::instance().post(entry(12, 6, "kept"));
+            Log::RootLogger::instance().post({6, "main", "lost", QDateTime()});
+            Log::RootLogger::instance().post(entry(12, 6, "kept"));
+            Log::RootLogger::instance().closeLogFile();
+            _exit(content("20190912.log").count("# Quilvane") == 1 && content("20190912.log").count("kept") == 2 ? 0
+                                                                                                                 : 1);
+        },
+        testing::ExitedWithCode(0), "Failed to open log file for appending");
 }
 
 } // namespace

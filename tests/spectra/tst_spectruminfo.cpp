@@ -57,8 +57,10 @@ TEST(MobilityModel, special_values_and_round_trip)
     EXPECT_TRUE(std::isnan(mobilityToRadius(model, 0.0)));
     EXPECT_TRUE(std::isnan(mobilityToRadius(model, noValue)));
     EXPECT_EQ(mobilityToRadius(model, -inf), 0.0);
-    mobilityToRadius(model, 1e308); // both end
-    mobilityToRadius(model, 5e-324);
+    for (const double extreme : {1e308, -1e308, 5e-324, -5e-324}) { // all end
+        const double radius = mobilityToRadius(model, extreme);
+        EXPECT_FALSE(std::isnan(radius) && std::signbit(radius)) << extreme;
+    }
     for (double r = 0.3e-9; r < 100e-9; r *= 1.3) {
         EXPECT_NEAR(mobilityToRadius(model, radiusToMobility(model, r)) / r, 1.0, 1.1e-3) << r;
         EXPECT_EQ(radiusToMobility(model, -r), -radiusToMobility(model, r));

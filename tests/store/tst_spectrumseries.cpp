@@ -61,6 +61,10 @@ TEST(SpectrumSeries, spectra_are_replaced_added_and_removed)
     ASSERT_EQ(store.series(a.get())->size(), 1u);
     EXPECT_EQ(store.series(a.get())->front().spectrum, second);
 
+    store.addSpectra(resultFor(*record, {nullptr, std::make_shared<SpectMath::Spectrum>()}));
+    EXPECT_EQ(record->spectra.size(), 3u) << "a spectrum without description is ignored";
+    EXPECT_EQ(listener.take(), "+1:20:4 +1:20:4 +1:20:4");
+
     store.replaceSpectra(resultFor(*record, {first}, true));
     EXPECT_EQ(record->spectra, (SpectMath::SpectrumPointerList{first}));
     EXPECT_TRUE(record->spectraProvisional);
@@ -68,7 +72,7 @@ TEST(SpectrumSeries, spectra_are_replaced_added_and_removed)
 
     store.addSpectra(resultFor(*store.at(2), {spectrumOf(b), spectrumOf(a), spectrumOf(b)}));
     store.replaceSpectra(resultFor(*fullRecord(20, 31), {first}));
-    EXPECT_EQ(listener.take(), "+1:20:4 +1:20:4 +1:20:4 +2:30:4") << "an unknown head is silent";
+    EXPECT_EQ(listener.take(), "+1:20:4 +2:30:4") << "an unknown head is silent";
 
     store.removeSpectrum(b.get());
     EXPECT_EQ(listener.take(), "+2:30:4");

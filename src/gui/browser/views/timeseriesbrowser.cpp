@@ -256,7 +256,7 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
         view->setSettings(map.value(QStringLiteral("settings")));
     }
     if (count > greatestViewCount)
-        Log::Logger(QStringLiteral("src/gui/common/tsb/timeseriesbrowser"))
+        Log::Logger(QStringLiteral("gui"))
             .log(Log::Warning, tr("The layout has %1 plots; the first %2 are shown")
                                    .arg(QString::number(count), QString::number(greatestViewCount)));
     setUpdatesEnabled(true);
