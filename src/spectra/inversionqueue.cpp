@@ -1,8 +1,10 @@
 #include "spectra/inversionqueue.h"
 
+#include "spectra/inversionjobs.h"
 #include "spectra/inversionworker.h"
 #include "util/workerthread.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 
 #include <algorithm>
@@ -12,10 +14,11 @@ namespace SpectMath {
 namespace {
 
 constexpr int statusIntervalMs = 1000;
-constexpr unsigned long longestWaitForThreadMs = 5000;
+constexpr int longestWaitForThreadsMs = 5000;
 /// Results are taken for this long before the event loop gets its turn again.
 constexpr qint64 longestDeliveryMs = 4;
-constexpr std::size_t heldBatches = 2;
+/// Workers run no further ahead of the results than this for each of them.
+constexpr int mostOutstanding = 2 * InversionWorker::largestBatch;
 
 } // namespace
 
@@ -29,6 +32,7 @@ InversionQueue::InversionQueue(InverterList inverters, std::shared_ptr<const Spe
 {
     if (workerCount < 1)
         workerCount = std::max(QThread::idealThreadCount(), 1);
+    m_released = std::make_shared<InversionJobs>(workerCount);
     for (int i = 0; i < workerCount; ++i)
         startWorker(i);
     m_statusTimer.setInterval(statusIntervalMs);
@@ -41,26 +45,27 @@ InversionQueue::InversionQueue(InverterList inverters, std::shared_ptr<const Spe
 InversionQueue::~InversionQueue()
 {
     m_mailbox->detach();
-    for (Worker &worker : m_workers) {
-        if (worker.worker)
-            worker.worker->drop();
+    m_released->abandon();
+    for (const Worker &worker : qAsConst(m_workers))
         if (worker.thread)
             worker.thread->quit();
-    }
-    for (Worker &worker : m_workers) {
-        if (worker.thread && !worker.thread->wait(longestWaitForThreadMs)) {
-            m_log.log(Log::Error, QStringLiteral("Possible software bug: failed to properly stop an inversion thread"));
-            worker.thread->setParent(nullptr); // a running thread can't be deleted, nor what runs on it
+    const QDeadlineTimer deadline(longestWaitForThreadsMs);
+    for (const Worker &worker : qAsConst(m_workers)) {
+        if (!worker.thread || worker.thread->wait(deadline)) {
+            delete worker.worker;
             continue;
         }
-        delete worker.worker;
+        m_log.log(Log::Error, QStringLiteral("Possible software bug: failed to properly stop an inversion thread"));
+        worker.thread->setParent(nullptr); // a running thread can't be deleted, nor what runs on it
+        connect(worker.thread, &QThread::finished, worker.worker, &QObject::deleteLater);
+        connect(worker.thread, &QThread::finished, worker.thread, &QObject::deleteLater);
     }
 }
 
 void InversionQueue::startWorker(int index)
 {
     auto *thread = new WorkerThread(this);
-    auto *worker = new InversionWorker(index, m_mailbox, m_inverters, m_metadata);
+    auto *worker = new InversionWorker(index, m_released, m_mailbox, m_inverters, m_metadata);
     worker->moveToThread(thread);
     Worker entry;
     entry.worker = worker;
@@ -69,9 +74,14 @@ void InversionQueue::startWorker(int index)
     thread->start(QThread::InheritPriority);
 }
 
+int InversionQueue::waitingJobs() const
+{
+    return m_released->size() + int(m_jobs.size());
+}
+
 bool InversionQueue::isBusy() const
 {
-    return std::any_of(m_workers.begin(), m_workers.end(), [](const Worker &worker) { return worker.held > 0; });
+    return std::any_of(m_workers.begin(), m_workers.end(), [](const Worker &worker) { return worker.busy; });
 }
 
 InversionQueue::Worker *InversionQueue::workerByIndex(int index)
@@ -97,7 +107,7 @@ InversionQueue::Worker *InversionQueue::idleWorker()
             m_log.log(Log::Error,
                       QStringLiteral("Software bug: data inversion has stopped, because an inversion thread has died"));
             clean = true;
-        } else if (worker.held == 0) {
+        } else if (!worker.busy) {
             idle = &worker;
             break;
         }
@@ -119,48 +129,53 @@ void InversionQueue::addJob(const Spectrometer::FullRecordPointer &record)
     Worker *idle = idleWorker();
     if (m_workers.isEmpty())
         return;
-    m_jobs.push_back(record);
-    if (idle && m_jobs.size() == 1) {
-        give(*idle, 1);
+    if (idle) { // so nothing waits
+        m_released->assign(idle->worker->index(), record);
+        ++m_outstanding;
+        call(*idle);
         return;
     }
+    m_jobs.push_back(record);
     ++m_jobsAdded;
     if (!record->provisional)
-        while (m_jobs.front()->provisional) // ends at the newcomer at the latest
-            m_jobs.pop_front();
-    if (m_jobs.size() >= std::size_t(largestBatch))
-        for (Worker &worker : m_workers)
-            fill(worker);
+        dropProvisional();
+    // Not at once: until the event loop turns, provisional jobs may be dropped before a worker gets at them.
+    if (!m_releasePosted)
+        m_releasePosted = QMetaObject::invokeMethod(this, "releaseJobs", Qt::QueuedConnection);
 }
 
-/// Hands the first `count` waiting jobs to the worker as one batch.
-void InversionQueue::give(Worker &worker, int count)
+/// The provisional ones at the front of what waits, which ends with a better one.
+void InversionQueue::dropProvisional()
 {
+    m_outstanding -= m_released->dropProvisional();
+    if (m_released->size() > 0)
+        return;
+    while (m_jobs.front()->provisional)
+        m_jobs.pop_front();
+}
+
+void InversionQueue::call(Worker &worker)
+{
+    worker.busy = true;
+    QMetaObject::invokeMethod(worker.worker, "start", Qt::QueuedConnection);
+}
+
+void InversionQueue::releaseJobs()
+{
+    m_releasePosted = false;
+    const int room = std::max(0, mostOutstanding * m_workers.size() - m_outstanding);
+    const int count = std::min(room, int(m_jobs.size()));
     const auto end = m_jobs.begin() + count;
-    std::vector<Spectrometer::FullRecordPointer> batch(std::make_move_iterator(m_jobs.begin()),
-                                                       std::make_move_iterator(end));
+    m_released->add(std::vector(std::make_move_iterator(m_jobs.begin()), std::make_move_iterator(end)));
     m_jobs.erase(m_jobs.begin(), end);
-    worker.held += count;
-    worker.batches.push_back(count);
-    worker.worker->give(std::move(batch));
-}
-
-/// Tops up what the worker holds. Towards the end batches get smaller, so that all workers end at about the same time.
-void InversionQueue::fill(Worker &worker)
-{
-    while (!m_jobs.empty() && worker.worker && worker.batches.size() < heldBatches) {
-        const int share = int(m_jobs.size() / (2 * std::size_t(m_workers.size())));
-        give(worker, std::min(std::clamp(share, 1, largestBatch), int(m_jobs.size())));
-    }
+    m_outstanding += count;
 }
 
 void InversionQueue::clear()
 {
     ASSERT_OWN_THREAD();
     m_jobs.clear();
-    for (Worker &worker : m_workers)
-        if (worker.worker)
-            worker.worker->drop();
+    m_outstanding -= m_released->clear();
 }
 
 void InversionQueue::stop()
@@ -175,20 +190,14 @@ void InversionQueue::stop()
     }
 }
 
-void InversionQueue::takeBack(int workerIndex, int records)
+void InversionQueue::workerIsIdle(int workerIndex)
 {
     Worker *worker = workerByIndex(workerIndex);
     if (!worker)
         return;
-    worker->held -= records;
-    while (records > 0 && !worker->batches.empty()) {
-        const int taken = std::min(records, worker->batches.front());
-        worker->batches.front() -= taken;
-        records -= taken;
-        if (worker->batches.front() == 0)
-            worker->batches.pop_front();
-    }
-    fill(*worker);
+    worker->busy = false;
+    if (m_released->size() > 0) // released after it had looked
+        call(*worker);
 }
 
 void InversionQueue::takeResults()
@@ -198,7 +207,10 @@ void InversionQueue::takeResults()
     timer.start();
     FinishedJobs delivery;
     while (m_mailbox->take(delivery)) {
-        takeBack(delivery.workerIndex, delivery.records); // first, so that the worker isn't kept waiting
+        m_outstanding -= int(delivery.results.size());
+        releaseJobs(); // first, so that no worker is kept waiting
+        if (delivery.isIdle)
+            workerIsIdle(delivery.workerIndex);
         for (const SpectrumRecordPointer &result : delivery.results)
             workerFinished(delivery.workerIndex, result);
         if (announceEnd())
@@ -220,7 +232,7 @@ void InversionQueue::workerFinished(int /*workerIndex*/, const SpectrumRecordPoi
 /// Tells that nothing is left to do; whoever hears it may let go of the queue, so it comes last.
 bool InversionQueue::announceEnd()
 {
-    if (!m_jobs.empty() || isBusy())
+    if (isBusy() || waitingJobs() > 0)
         return false;
     const QPointer<InversionQueue> self(this);
     Q_EMIT empty();

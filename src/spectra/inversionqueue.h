@@ -15,14 +15,15 @@ class QThread;
 
 namespace SpectMath {
 
+class InversionJobs;
 class InversionMailbox;
 class InversionWorker;
 
 /// Spreads the inversion of records over worker threads, one per processor. Lives on the thread that made it, and all
 /// of its slots are called there. Records must not change while it runs: workers read them.
 ///
-/// Jobs go to workers in batches, so that a short inversion isn't outweighed by the cost of a queued call; a worker
-/// holds at most two. Everything told here counts records, not batches.
+/// Workers take the jobs one by one from a box that they share, so that what waits is known to the record, and hand the
+/// results back in batches, so that a short inversion isn't outweighed by the cost of a queued call.
 class InversionQueue : public QObject {
     Q_OBJECT
 public:
@@ -31,14 +32,14 @@ public:
     /// `workerCount` below 1 means one per processor.
     InversionQueue(InverterList inverters, std::shared_ptr<const Spectrometer::RecordMetadata> metadata,
                    int workerCount = 0, QObject *parent = nullptr);
-    /// Drops what waits, ends the threads and waits for each, up to 5 s.
+    /// Drops what waits, ends the threads and waits up to 5 s for all of them; one that takes longer goes away by
+    /// itself.
     ~InversionQueue() override;
 
     State state() const { return m_state; }
-    int waitingJobs() const { return int(m_jobs.size()); }
+    /// Jobs that no worker has begun.
+    int waitingJobs() const;
     bool isBusy() const;
-
-    static constexpr int largestBatch = 64;
 
 Q_SIGNALS:
     /// A record's results, in the order in which they were finished.
@@ -64,21 +65,22 @@ public Q_SLOTS:
     /// Takes deliveries from the workers' mailbox, for a few milliseconds at a time.
     void takeResults();
 
+private Q_SLOTS:
+    void releaseJobs();
+
 private:
     struct Worker {
         QPointer<InversionWorker> worker;
         QPointer<QThread> thread;
-        int held = 0;            ///< records handed over and not yet taken back; busy when above 0
-        std::deque<int> batches; ///< records left in each batch that it holds, the oldest first
+        bool busy = false; ///< called upon, and it hasn't said yet that it is idle
     };
 
     void startWorker(int index);
-    void cleanWorkers();
     Worker *workerByIndex(int index);
     Worker *idleWorker();
-    void give(Worker &worker, int count);
-    void fill(Worker &worker);
-    void takeBack(int workerIndex, int records);
+    void call(Worker &worker);
+    void dropProvisional();
+    void workerIsIdle(int workerIndex);
     bool announceEnd();
 
     State m_state = Running;
@@ -86,7 +88,10 @@ private:
     const std::shared_ptr<const Spectrometer::RecordMetadata> m_metadata;
     const Log::Logger m_log;
     std::shared_ptr<InversionMailbox> m_mailbox;
-    std::deque<Spectrometer::FullRecordPointer> m_jobs;
+    std::shared_ptr<InversionJobs> m_released;          ///< within the workers' reach
+    std::deque<Spectrometer::FullRecordPointer> m_jobs; ///< behind those
+    bool m_releasePosted = false;
+    int m_outstanding = 0; ///< jobs within the workers' reach, and those whose results weren't taken yet
     QTimer m_statusTimer;
     int m_jobsAdded = 0;
     int m_jobsDone = 0;

@@ -45,75 +45,46 @@ void InversionMailbox::wake()
         QMetaObject::invokeMethod(m_queue, "takeResults", Qt::QueuedConnection);
 }
 
-InversionWorker::InversionWorker(int index, std::shared_ptr<InversionMailbox> mailbox,
+void InversionMailbox::synchronise()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+}
+
+InversionWorker::InversionWorker(int index, std::shared_ptr<InversionJobs> jobs,
+                                 std::shared_ptr<InversionMailbox> mailbox,
                                  std::shared_ptr<const InverterList> inverters,
                                  std::shared_ptr<const Spectrometer::RecordMetadata> metadata)
-    : m_index(index), m_mailbox(std::move(mailbox)), m_inverters(std::move(inverters)), m_metadata(std::move(metadata)),
-      m_log(QStringLiteral("inversion"))
+    : m_index(index), m_jobs(std::move(jobs)), m_mailbox(std::move(mailbox)), m_inverters(std::move(inverters)),
+      m_metadata(std::move(metadata)), m_log(QStringLiteral("inversion"))
 {
 }
 
 InversionWorker::~InversionWorker()
 {
-    // The thread has ended; taking the lock once orders what it did last before what follows.
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_batches.clear();
-}
-
-void InversionWorker::give(std::vector<Spectrometer::FullRecordPointer> &&records)
-{
-    bool wasEmpty;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        wasEmpty = m_batches.empty();
-        m_batches.push_back({std::move(records), m_generation.load()});
-    }
-    if (wasEmpty)
-        QMetaObject::invokeMethod(this, "start", Qt::QueuedConnection);
-}
-
-void InversionWorker::drop()
-{
-    ++m_generation;
-}
-
-bool InversionWorker::takeBatch(Batch &batch)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_batches.empty())
-        return false;
-    batch = std::move(m_batches.front());
-    m_batches.pop_front();
-    return true;
+    m_mailbox->synchronise(); // which the thread used last
 }
 
 void InversionWorker::start()
 {
-    Batch batch;
-    while (takeBatch(batch))
-        work(batch);
-}
-
-void InversionWorker::work(const Batch &batch)
-{
     const auto complain = [this](int level, const QString &text) { m_log.log(level, text); };
     FinishedJobs finished;
-    finished.workerIndex = m_index;
     QElapsedTimer sinceDelivery;
     sinceDelivery.start();
-    for (const Spectrometer::FullRecordPointer &record : batch.records) {
-        if (m_generation.load() == batch.generation)
-            finished.results.push_back(invertRecord(*m_inverters, *record, *m_metadata, complain));
-        ++finished.records;
-        if (sinceDelivery.elapsed() >= longestWaitMs) {
-            m_mailbox->put(std::move(finished));
-            finished = FinishedJobs();
-            finished.workerIndex = m_index;
+    while (const InversionJobs::Job record = m_jobs->take(m_index)) {
+        finished.results.push_back(invertRecord(*m_inverters, *record, *m_metadata, complain));
+        if (finished.results.size() >= std::size_t(largestBatch) || sinceDelivery.elapsed() >= longestWaitMs) {
+            deliver(finished);
             sinceDelivery.start();
         }
     }
-    if (finished.records > 0)
-        m_mailbox->put(std::move(finished));
+    finished.isIdle = true;
+    deliver(finished);
+}
+
+void InversionWorker::deliver(FinishedJobs &finished)
+{
+    finished.workerIndex = m_index;
+    m_mailbox->put(std::exchange(finished, {}));
 }
 
 } // namespace SpectMath

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "log/logger.h"
+#include "spectra/inversionjobs.h"
 #include "spectra/recordinversion.h"
 
 #include <QObject>
 
-#include <atomic>
 #include <deque>
 #include <mutex>
 #include <vector>
@@ -14,10 +14,10 @@ namespace SpectMath {
 
 class InversionQueue;
 
-/// What a worker hands back: the results of some records of one batch.
+/// What a worker hands back.
 struct FinishedJobs {
     int workerIndex = 0;
-    int records = 0; ///< handled, those that a clear() dropped included
+    bool isIdle = false; ///< the worker found no further job, and has ended
     std::vector<SpectrumRecordPointer> results;
 };
 
@@ -35,6 +35,8 @@ public:
     void detach();
     /// Asks for another turn of the queue's thread.
     void wake();
+    /// Whatever was put here by a thread that has ended happened before what follows.
+    void synchronise();
 
 private:
     std::mutex m_mutex;
@@ -46,38 +48,30 @@ private:
 class InversionWorker : public QObject {
     Q_OBJECT
 public:
-    InversionWorker(int index, std::shared_ptr<InversionMailbox> mailbox, std::shared_ptr<const InverterList> inverters,
+    InversionWorker(int index, std::shared_ptr<InversionJobs> jobs, std::shared_ptr<InversionMailbox> mailbox,
+                    std::shared_ptr<const InverterList> inverters,
                     std::shared_ptr<const Spectrometer::RecordMetadata> metadata);
+    /// Once its thread has ended.
     ~InversionWorker() override;
-
-    /// The queue's thread: gives the worker a batch, which it begins when those before it are done.
-    void give(std::vector<Spectrometer::FullRecordPointer> &&batch);
-    /// Any thread: no record that the worker holds now is begun any more.
-    void drop();
 
     int index() const { return m_index; }
 
+    /// Results are handed back at the latest when there are so many.
+    static constexpr int largestBatch = 64;
+
 public Q_SLOTS:
-    /// The worker's thread: works until its box is empty.
+    /// The worker's thread: works until no job waits, and says so.
     void start();
 
 private:
-    struct Batch {
-        std::vector<Spectrometer::FullRecordPointer> records;
-        unsigned generation = 0;
-    };
-
-    bool takeBatch(Batch &batch);
-    void work(const Batch &batch);
+    void deliver(FinishedJobs &finished);
 
     const int m_index;
+    const std::shared_ptr<InversionJobs> m_jobs;
     const std::shared_ptr<InversionMailbox> m_mailbox;
     const std::shared_ptr<const InverterList> m_inverters;
     const std::shared_ptr<const Spectrometer::RecordMetadata> m_metadata;
     const Log::Logger m_log;
-    std::mutex m_mutex; ///< guards m_batches
-    std::deque<Batch> m_batches;
-    std::atomic<unsigned> m_generation{0}; ///< batches of an earlier generation are dropped
 };
 
 } // namespace SpectMath

@@ -1,16 +1,20 @@
 #include "spectra/inversionqueue.h"
 
 #include "inverterfixture.h"
+#include "log/logger.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/recordinversion.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstring>
+#include <mutex>
 #include <random>
 
 using namespace SpectMath;
@@ -146,6 +150,71 @@ TEST_F(Inversion, provisional_records_make_way)
     EXPECT_EQ(queue->waitingJobs(), 2);
     runUntil([this] { return emptied == 1; });
     EXPECT_EQ(results.size(), 3u);
+}
+
+/// Holds workers at records of mode 2, whose inverter complains, until it is opened.
+class Gate {
+public:
+    Gate()
+    {
+        Log::RootLogger::instance().setFilter([this](const Log::Entry &entry) {
+            if (!entry.message.startsWith("Inversion error"))
+                return true;
+            ++stuck;
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            return false;
+        });
+    }
+    ~Gate() { Log::RootLogger::instance().setFilter({}); }
+    void open() { m_closed.unlock(); }
+
+    const InverterList inverters{inverterOf("stuck", "opmode: offset\nelectrometer_group: absent\n")};
+    std::atomic<int> stuck{0};
+
+private:
+    std::mutex m_mutex;
+    std::unique_lock<std::mutex> m_closed{m_mutex};
+};
+
+TEST_F(Inversion, records_within_the_workers_reach_wait_and_make_way_until_they_are_begun)
+{
+    Gate gate;
+    start(2, gate.inverters);
+    int length = -1;
+    QObject::connect(queue.get(), &InversionQueue::queueStatus, [&](int l, int) { length = l; });
+    for (int i = 0; i < 1000; ++i)
+        queue->addJob(makeRecord(i, 2, i > 1));
+    runUntil([&] { return gate.stuck == 2; });
+    QCoreApplication::processEvents();
+    queue->statusUpdateTimeout();
+    EXPECT_EQ(length, 998);
+    queue->addJob(makeRecord(1000, 2));
+    EXPECT_EQ(queue->waitingJobs(), 1);
+    queue->addJob(makeRecord(1001, 2, true));
+    EXPECT_EQ(queue->waitingJobs(), 2) << "behind a better one";
+    gate.open();
+    runUntil([this] { return emptied == 1; });
+    EXPECT_EQ(results.size(), 4u);
+}
+
+TEST_F(Inversion, its_end_waits_for_all_threads_together)
+{
+    Gate gate;
+    start(3, gate.inverters);
+    for (int i = 0; i < 3; ++i)
+        queue->addJob(makeRecord(i, 2));
+    runUntil([&] { return gate.stuck == 3; });
+    QVector<QPointer<QThread>> threads;
+    for (QThread *thread : queue->findChildren<QThread *>())
+        threads << thread;
+    EXPECT_EQ(threads.size(), 3);
+    QElapsedTimer timer;
+    timer.start();
+    queue.reset();
+    EXPECT_GE(timer.elapsed(), 4900);
+    EXPECT_LT(timer.elapsed(), 9000);
+    gate.open();
+    runUntil([&] { return std::all_of(threads.begin(), threads.end(), [](const auto &t) { return t.isNull(); }); });
 }
 
 TEST_F(Inversion, stop_waits_for_the_jobs_and_clear_drops_them)
