@@ -9,14 +9,13 @@
 #include "batch/savetargets.h"
 #include "batch/stagedoutput.h"
 #include "datafiles/reading/datafinder.h"
+#include "spectra/inverterchoice.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/orderedinversion.h"
 
 #include <QDir>
 #include <QHash>
 #include <QSet>
-
-#include <algorithm>
 
 namespace Batch {
 
@@ -45,35 +44,8 @@ InverterList readInverters(const QStringList &paths)
             errors << QStringLiteral("No inverters in '%1'").arg(path);
         inverters.insert(inverters.end(), some.begin(), some.end());
     }
-    if (errors.isEmpty())
-        return inverters;
-    logger().log(Log::Error, QStringLiteral("Errors reading inverters:\n") + errors.join(QLatin1Char('\n')));
-    if (!inverters.empty())
-        logger().log(Log::Warning, QStringLiteral("Using the inverters that were loaded successfully."));
+    SpectMath::tellLoadingErrors(logger(), errors, !inverters.empty());
     return inverters;
-}
-
-/// Those of modes that the records have. Of two that are the same the later stays.
-InverterList usableInverters(const InverterList &inverters, const FileReader &reader)
-{
-    QSet<int> indexes;
-    for (const auto &record : reader.datastore()->records())
-        indexes.insert(record->opmode);
-    QSet<QString> modes;
-    for (int index : qAsConst(indexes))
-        modes.insert(reader.metadata()->opmodeName(index));
-
-    InverterList usable;
-    for (const InverterPointer &inverter : inverters) {
-        if (!modes.contains(inverter->info()->opmode))
-            continue;
-        const QString &hash = inverter->info()->hash;
-        usable.erase(std::remove_if(usable.begin(), usable.end(),
-                                    [&hash](const InverterPointer &other) { return other->info()->hash == hash; }),
-                     usable.end());
-        usable.push_back(inverter);
-    }
-    return usable;
 }
 
 /// Which spectra go into the files.
@@ -192,7 +164,8 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
         return stopped();
     if (!read.hasRecords())
         return nothing(QStringLiteral("Nothing found"));
-    const InverterList inverters = usableInverters(loaded, *read.reader);
+    const InverterList inverters =
+        SpectMath::chooseInverters(loaded, read.reader->datastore()->records(), *read.reader->metadata()).used;
     if (inverters.empty())
         return nothing(QStringLiteral("No inverter fits a mode of the records."));
     const Selection selection = select(*read.reader, inverters, options.onlyNew);

@@ -3,6 +3,7 @@
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/iconhelp.h"
 #include "gui/morvantide/morvantide_mainwin.h"
+#include "spectra/inverterchoice.h"
 #include "spectra/inverterfiles.h"
 
 #include <QAction>
@@ -101,54 +102,34 @@ SpectMath::InverterList MorvantideMainWindow::loadInverters()
 {
     const QStringList files = askForInverterFiles();
     QStringList errors;
-    SpectMath::InverterList loaded = SpectMath::loadChosenInverters(files, unitTable(), &errors);
-    if (errors.isEmpty())
-        return loaded;
-    logger().log(Log::Error, QStringLiteral("Errors reading inverters:\n") + errors.join(QLatin1Char('\n')));
-    if (loaded.empty())
+    const SpectMath::InverterList loaded = SpectMath::loadChosenInverters(files, unitTable(), &errors);
+    SpectMath::tellLoadingErrors(logger(), errors, !loaded.empty());
+    if (loaded.empty() && !errors.isEmpty())
         throw ReinversionFailed();
-    logger().log(Log::Warning, QStringLiteral("Using the inverters that were loaded successfully."));
     return loaded;
 }
 
-QSet<QString> MorvantideMainWindow::modesOfData() const
-{
-    const auto &opmodes = uiInfo()->metadata()->opmodes;
-    std::vector<bool> occurs(std::size_t(opmodes.size()), false);
-    for (const auto &record : m_store->records())
-        if (record->opmode >= 0 && record->opmode < opmodes.size())
-            occurs[std::size_t(record->opmode)] = true;
-    QSet<QString> modes;
-    for (int i = 0; i < opmodes.size(); ++i)
-        if (occurs[std::size_t(i)])
-            modes.insert(opmodes[i].name);
-    return modes;
-}
-
-/// Those of the loaded that are used: of modes that the data have, and of equal ones the last. They take the place of
-/// spectra with the same hash, for that means that they are the same inversion.
+/// Those of the loaded that are used. They take the place of spectra with the same hash, for that means that they are
+/// the same inversion.
 SpectMath::InverterList MorvantideMainWindow::takeIntoUse(const SpectMath::InverterList &loaded)
 {
-    const QSet<QString> modes = modesOfData();
+    const auto tellRemoval = [this](const QString &oldName, const QString &name) {
+        logger().log(Log::Warning,
+                     QStringLiteral("Removing existing spectrum '%1' with same hash as '%2'").arg(oldName, name));
+    };
+    const auto [used, replaced] = SpectMath::chooseInverters(loaded, m_store->records(), *uiInfo()->metadata());
+    for (const SpectMath::InverterPointer &inverter : replaced)
+        tellRemoval(inverter->info()->name, inverter->info()->name);
     const QString tag = QStringLiteral("reinv-%1").arg(m_reinversionCount + 1);
-    SpectMath::InverterList used;
-    std::vector<UiInfo::InfoPointer> replaced; // views know them until the list is published
-    for (const SpectMath::InverterPointer &inverter : loaded) {
+    std::vector<UiInfo::InfoPointer> removed; // views know them until the list is published
+    for (const SpectMath::InverterPointer &inverter : used) {
         const UiInfo::InfoPointer &info = inverter->info();
-        if (!modes.contains(info->opmode))
-            continue;
         if (const UiInfo::InfoPointer old = uiInfo()->spectrumById(info->hash)) {
-            logger().log(
-                Log::Warning,
-                QStringLiteral("Removing existing spectrum '%1' with same hash as '%2'").arg(old->name, info->name));
+            tellRemoval(old->name, info->name);
             discard(old);
-            replaced.push_back(old);
-            used.erase(
-                std::remove_if(used.begin(), used.end(), [&old](const auto &other) { return other->info() == old; }),
-                used.end());
+            removed.push_back(old);
         }
         uiInfo()->addSpectrum(info, tag);
-        used.push_back(inverter);
     }
     m_inverters.insert(m_inverters.end(), used.begin(), used.end());
     Q_EMIT invertersChanged(m_inverters);

@@ -7,7 +7,6 @@
 #include "gui/morvantide/slowrelease.h"
 
 #include <QPointer>
-#include <QSet>
 #include <QVariantMap>
 
 class MorvantideInfoWindow;
@@ -89,7 +88,6 @@ private:
     void setupSpectraMenu();
     QStringList askForInverterFiles();
     SpectMath::InverterList loadInverters();
-    QSet<QString> modesOfData() const;
     SpectMath::InverterList takeIntoUse(const SpectMath::InverterList &loaded);
     void startReinversion(const SpectMath::InverterList &inverters);
     void discard(const UiInfo::InfoPointer &info);
