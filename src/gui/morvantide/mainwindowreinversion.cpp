@@ -33,6 +33,7 @@ void MorvantideMainWindow::setupSpectraMenu()
     m_cancelReinvertAction = new QAction(tr("Cancel reinversion"), this);
     connect(m_reinvertAction, &QAction::triggered, this, &MorvantideMainWindow::reinvert);
     connect(m_cancelReinvertAction, &QAction::triggered, this, &MorvantideMainWindow::cancelReinvert);
+    connect(&m_inverterLoader, &InverterLoader::finished, this, &MorvantideMainWindow::invertersLoaded);
     connect(&m_reinversion, &Reinversion::finished, this, &MorvantideMainWindow::reinversionFinished);
     connect(&m_reinversion, &Reinversion::queueStatus, this, &MorvantideMainWindow::inversionQueueStatus);
     updateReinversionActions();
@@ -63,6 +64,8 @@ void MorvantideMainWindow::reinvert()
         logger().log(Log::Warning, QStringLiteral("No data to invert!"));
         return;
     }
+    if (m_inverterLoader.isLoading())
+        return; // its dialog stands before the window
     if (isReinverting()) {
         QMessageBox question(QMessageBox::Question, QStringLiteral("Morvantide"),
                              tr("An inversion already in progress."), QMessageBox::Abort | QMessageBox::Cancel, this);
@@ -73,7 +76,15 @@ void MorvantideMainWindow::reinvert()
         return;
     }
     try {
-        const SpectMath::InverterList loaded = loadInverters();
+        m_inverterLoader.start(askForInverterFiles());
+    } catch (const ReinversionAborted &) {
+    }
+}
+
+void MorvantideMainWindow::invertersLoaded(const InverterLoader::Result &result)
+{
+    try {
+        const SpectMath::InverterList loaded = usable(result);
         if (loaded.empty()) {
             logger().log(Log::Warning, QStringLiteral("No inverters!"));
             return;
@@ -98,15 +109,14 @@ QStringList MorvantideMainWindow::askForInverterFiles()
     return files;
 }
 
-SpectMath::InverterList MorvantideMainWindow::loadInverters()
+SpectMath::InverterList MorvantideMainWindow::usable(const InverterLoader::Result &result) const
 {
-    const QStringList files = askForInverterFiles();
-    QStringList errors;
-    const SpectMath::InverterList loaded = SpectMath::loadChosenInverters(files, unitTable(), &errors);
-    SpectMath::tellLoadingErrors(logger(), errors, !loaded.empty());
-    if (loaded.empty() && !errors.isEmpty())
+    if (result.cancelled)
+        throw ReinversionAborted();
+    SpectMath::tellLoadingErrors(logger(), result.errors, !result.inverters.empty());
+    if (result.inverters.empty() && !result.errors.isEmpty())
         throw ReinversionFailed();
-    return loaded;
+    return result.inverters;
 }
 
 /// Those of the loaded that are used. They take the place of spectra with the same hash, for that means that they are

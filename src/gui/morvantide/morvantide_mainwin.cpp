@@ -40,7 +40,7 @@ QString applicationSettingsFile()
 MorvantideMainWindow::MorvantideMainWindow(QWidget *parent) : MorvantideMainWindow(applicationSettingsFile(), parent) {}
 
 MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget *parent)
-    : MainWindowBase(parent), m_loader(this), m_reinversion(this)
+    : MainWindowBase(parent), m_loader(this), m_inverterLoader(this), m_reinversion(this)
 {
     setAboutInfo(QStringLiteral("Morvantide"),
                  tr("Viewing and analysis of data measured with aerosol and ion mobility spectrometers."));
@@ -245,6 +245,7 @@ void MorvantideMainWindow::closeData()
 {
     if (m_folderPath.isNull())
         return;
+    m_inverterLoader.cancel();
     if (isReinverting())
         cancelReinvert();
     m_folderPath = QString();

@@ -3,6 +3,7 @@
 #include "gui/frame/mainwindowbase.h"
 #include "gui/morvantide/dataloader.h"
 #include "gui/morvantide/datasaverdialog.h"
+#include "gui/morvantide/inverterloader.h"
 #include "gui/morvantide/reinversion.h"
 #include "gui/morvantide/slowrelease.h"
 
@@ -87,7 +88,8 @@ private:
     // ---- reinversion
     void setupSpectraMenu();
     QStringList askForInverterFiles();
-    SpectMath::InverterList loadInverters();
+    void invertersLoaded(const InverterLoader::Result &result);
+    SpectMath::InverterList usable(const InverterLoader::Result &result) const;
     SpectMath::InverterList takeIntoUse(const SpectMath::InverterList &loaded);
     void startReinversion(const SpectMath::InverterList &inverters);
     void discard(const UiInfo::InfoPointer &info);
@@ -106,6 +108,7 @@ private:
     QPointer<DataSaverDialog> m_saver;
     QPointer<MorvantideInfoWindow> m_infoWindow;
 
+    InverterLoader m_inverterLoader;
     Reinversion m_reinversion;
     SlowRelease m_discarded;
     SpectMath::InverterList m_inverters; ///< in use, in the order of loading

@@ -29,8 +29,9 @@ protected:
         waitForRead();
         ASSERT_TRUE(window->datastore());
     }
+    bool isLoading() const { return window->findChild<InverterLoader *>()->isLoading(); }
     /// Chooses those files in the dialog that the command shows.
-    void startReinversion(const QStringList &files)
+    void chooseInverters(const QStringList &files)
     {
         withDialog<QFileDialog>([this, files](QFileDialog &dialog) {
             dialog.setDirectory(path(""));
@@ -38,6 +39,11 @@ protected:
             QTest::keyClick(&dialog, Qt::Key_Return);
         });
         window->reinvert();
+    }
+    void startReinversion(const QStringList &files)
+    {
+        chooseInverters(files);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !isLoading(); }, 120000));
     }
     void waitForReinversion()
     {

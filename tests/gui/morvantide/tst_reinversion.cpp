@@ -1,11 +1,14 @@
 #include "gui/morvantide/reinversion.h"
 
+#include "demo/zipwriter.h"
 #include "gui/morvantide/reviewwindow.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/recordinversion.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
@@ -74,6 +77,19 @@ protected:
             entries += series->size();
         EXPECT_EQ(entries, std::size_t(spectra));
         EXPECT_GT(spectra, 0);
+    }
+    /// Entries that are no inverters, which takes a tenth of a second or more to find for each.
+    static QByteArray slowPack(int entries)
+    {
+        Demo::ZipWriter zip;
+        Demo::ZipWriter::Entry entry;
+        entry.data = "[" + QByteArray("a,").repeated(400'000) + "a]";
+        entry.deflated = false;
+        for (int i = 0; i < entries; ++i) {
+            entry.name = QByteArray::number(i) + ".inverter";
+            zip.add(entry);
+        }
+        return zip.finish();
     }
     /// One that takes a second or so.
     void startLongReinversion()
@@ -217,6 +233,56 @@ TEST_F(ReinversionTest, ErrorsCostTheirInverterAlone)
     EXPECT_EQ(text.count("Using the inverters that were loaded successfully."), 1);
     EXPECT_EQ(text.count("Reinversion finished!"), 1);
     EXPECT_EQ(spectrumNames().last(), "ions neg reinv-1") << "failed runs don't count";
+}
+
+TEST_F(ReinversionTest, InvertersThatTakeLongAreReadOnAThreadBehindADialogThatCanCancel)
+{
+    open();
+    const QString quiet = log();
+    write("long.zip", slowPack(60));
+    const auto dialog = [this] { return QPointer<QDialog>(window->findChild<QDialog *>()); };
+    const auto isRead = [this] { return !isLoading(); };
+
+    chooseInverters({"long.zip"});
+    QPointer<QDialog> shown = dialog();
+    ASSERT_TRUE(shown);
+    EXPECT_TRUE(shown->isVisible());
+    EXPECT_EQ(shown->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(shown->windowTitle(), "Reading inverters");
+    const auto *label = shown->findChild<QLabel *>();
+    EXPECT_TRUE(QTest::qWaitFor([label] { return label->text().contains("long.zip"); }, 60000));
+    window->reinvert();
+    QTest::keyClick(shown, Qt::Key_Escape);
+    EXPECT_EQ(label->text(), "Stopping after this inverter");
+    shown->close();
+    EXPECT_TRUE(shown->isVisible()) << "it stands until the entry is done";
+    EXPECT_TRUE(QTest::qWaitFor(isRead, 20000));
+    EXPECT_FALSE(shown) << "it is gone, not hidden";
+    EXPECT_EQ(log(), quiet) << "a wish that is taken back leaves no trace";
+
+    chooseInverters({"long.zip"});
+    window->closeData();
+    EXPECT_TRUE(QTest::qWaitFor(isRead, 20000));
+    EXPECT_FALSE(window->isReinverting());
+    EXPECT_FALSE(log().contains("Errors reading"));
+
+    open();
+    chooseInverters({"long.zip"});
+    QElapsedTimer timer;
+    timer.start();
+    window.reset();
+    EXPECT_LT(timer.elapsed(), 6000) << "the window's end doesn't wait for all entries";
+    makeWindow();
+
+    open();
+    write("long.zip", slowPack(3));
+    chooseInverters({"long.zip", map});
+    shown = dialog();
+    EXPECT_TRUE(QTest::qWaitFor(isRead, 60000));
+    EXPECT_FALSE(shown);
+    waitForReinversion();
+    EXPECT_EQ(log().count("has bad structure"), 3);
+    EXPECT_EQ(window->inverters().size(), 4u);
 }
 
 TEST_F(ReinversionTest, AnInverterThatFitsNoRecordCostsItselfAlone)
