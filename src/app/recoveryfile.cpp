@@ -1,6 +1,9 @@
 #include "app/recoveryfile.h"
 
+#include "util/regularfile.h"
+
 #include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
 
 namespace {
@@ -38,6 +41,8 @@ std::optional<QStringList> RecoveryFile::take(const QString &path)
 {
     QLockFile lock(path + QStringLiteral(".lock"));
     if (!lock.lock())
+        return std::nullopt;
+    if (QFileInfo::exists(path) && !whyNotRegularFile(path).isNull())
         return std::nullopt;
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite)) // makes a missing one, which then fails as an empty one

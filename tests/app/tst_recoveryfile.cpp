@@ -7,6 +7,8 @@
 
 #include <thread>
 
+#include <sys/stat.h>
+
 namespace {
 
 const QString header = "# Quilvane recovery file v1";
@@ -64,6 +66,12 @@ TEST_F(RecoveryFileTest, ABadFileIsGoneAllTheSame)
         EXPECT_FALSE(RecoveryFile::take(path())) << content;
         EXPECT_EQ(fileCount(), 0) << content;
     }
+}
+
+TEST_F(RecoveryFileTest, NothingIsTakenFromAPipe)
+{
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
+    EXPECT_FALSE(RecoveryFile::take(path())) << "and nobody waits for a writer";
 }
 
 TEST_F(RecoveryFileTest, TakingWaitsForTheLock)

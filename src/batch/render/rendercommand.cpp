@@ -10,6 +10,7 @@
 #include "datafiles/reading/datafinder.h"
 #include "llama/qyaml.h"
 #include "util/filereplacement.h"
+#include "util/regularfile.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -31,7 +32,7 @@ bool readSetup(const QString &path, QVariant *views, QString *fault)
     if (path.isEmpty())
         return true;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!openRegularFile(file)) {
         *fault = QStringLiteral("Failed to open interface setup file '%1'").arg(path);
         return false;
     }

@@ -1,5 +1,7 @@
 #include "gui/morvantide/settingsfile.h"
 
+#include "util/regularfile.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -7,7 +9,9 @@ QString settingsFilePath(const QString &applicationFolder, const QString &userFo
 {
     const QString name = QStringLiteral("morvantide.conf");
     const QString beside = QDir(applicationFolder).filePath(name);
-    if (QFileInfo::exists(beside) || QFileInfo(applicationFolder).isWritable())
+    const bool isUsable =
+        QFileInfo::exists(beside) ? whyNotRegularFile(beside).isNull() : QFileInfo(applicationFolder).isWritable();
+    if (isUsable)
         return beside;
     return QDir(userFolder).filePath(name);
 }

@@ -20,6 +20,8 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 namespace {
 
 using Batch::StackPicture;
@@ -275,6 +277,7 @@ TEST_F(Render, RefusesWithWords)
     write("wrong.windowsetup", "timeseries: {type: opmode}\n");
     write("broken.windowsetup", "timeseries: [\n");
     write("short.windowsetup", "timeseries: [{type: opmode}]\n");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path("pipe.windowsetup")).constData(), 0600), 0);
     const struct {
         QStringList arguments;
         int code;
@@ -294,6 +297,7 @@ TEST_F(Render, RefusesWithWords)
         {{"--from", "yesterday"}, 2, "not a time: yesterday"},
         {{"--to", "2019-05-14 25:00"}, 2, "not a time"},
         {{"--setup", "{}/none.windowsetup"}, 2, "Failed to open interface setup file"},
+        {{"--setup", "{}/pipe.windowsetup"}, 2, "Failed to open interface setup file"},
         {{"--setup", "{}"}, 2, "Failed to open interface setup file"},
         {{"--setup", "{}/broken.windowsetup"}, 2, "Failed to understand interface setup file"},
         {{"--setup", "{}/list.windowsetup"}, 2, "it isn't a map"},

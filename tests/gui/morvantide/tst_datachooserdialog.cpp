@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 struct Dialog {
@@ -165,4 +167,6 @@ TEST(SettingsFile, BesideTheExecutableWhereItCanBe)
     const QString beside = application.filePath("morvantide.conf");
     EXPECT_EQ(settingsFilePath(application.path(), user.path()), beside);
     EXPECT_EQ(settingsFilePath("/proc/self", user.path()), user.filePath("morvantide.conf"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(beside).constData(), 0600), 0);
+    EXPECT_EQ(settingsFilePath(application.path(), user.path()), user.filePath("morvantide.conf")) << "not from a pipe";
 }
