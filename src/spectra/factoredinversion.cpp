@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace SpectMath {
 
@@ -64,7 +65,7 @@ void findFirstRows(SystemShape &shape, const std::vector<double> &besides)
 }
 
 /// Memory that a thread's inversions share one after the other: fresh pages would cost more than the arithmetic.
-double *workspace(std::size_t doubles)
+double *sharedMemory(std::size_t doubles)
 {
     thread_local std::vector<double> memory;
     if (memory.size() < doubles + tileColumns)
@@ -73,6 +74,52 @@ double *workspace(std::size_t doubles)
     return memory.data() + (64 - address % 64) % 64 / sizeof(double);
 }
 
+/// The arrays of one inversion, one behind the other in the memory that a thread's inversions share.
+struct Workspace {
+    Workspace(const SystemShape &estimate, const SystemShape &solve, std::size_t currents, std::size_t removals)
+    {
+        const std::size_t rows = estimate.rows, columns = estimate.columns;
+        const struct {
+            double *&array;
+            std::size_t size;
+        } parts[] = {
+            {system, rows * std::max(estimate.stride(), solve.stride())},
+            {normal, rows * columns},
+            {lower, rows * columns},
+            {weighted, currents * columns},
+            {weights, currents},
+            {pivots, columns},
+            {y, columns},
+            {x, columns},
+            {diagonal, columns},
+            {r, columns},
+            {removed, removals * columns},
+            {band, 2 * solve.besides},
+            {output, solve.besides},
+        };
+        std::size_t total = 0;
+        for (const auto &part : parts)
+            total += roundedUp(part.size, tileColumns);
+        double *next = sharedMemory(total);
+        for (const auto &part : parts)
+            part.array = std::exchange(next, next + roundedUp(part.size, tileColumns));
+    }
+
+    double *system;   ///< [ S | X ], rows of the shape in use
+    double *normal;   ///< S as it is without regularisation, upper tiles
+    double *lower;    ///< Lᵀ
+    double *weighted; ///< W A
+    double *weights;
+    double *pivots; ///< 1 / D
+    double *y;      ///< Aᵀ W s
+    double *x;
+    double *diagonal;
+    double *r;
+    double *removed; ///< a row u for each removal
+    double *band;
+    double *output;
+};
+
 } // namespace
 
 /// One inversion's working memory and steps.
@@ -80,31 +127,10 @@ class FactoredInversion::Run {
 public:
     Run(const FactoredInversion &prepared, const Inverter &inverter, const TreatedSignal &treated)
         : m_prepared(prepared), m_settings(inverter.settings()), m_treated(treated), m_n(prepared.m_classes),
-          m_columns(prepared.m_estimate.columns)
+          m_columns(prepared.m_estimate.columns),
+          m_work(prepared.m_estimate, prepared.m_solve, prepared.m_currents,
+                 std::size_t(std::clamp(m_settings.negRemoveIterations, 0, int(m_n))))
     {
-        const std::size_t rows = prepared.m_estimate.rows;
-        const std::size_t stride = std::max(prepared.m_estimate.stride(), prepared.m_solve.stride());
-        const std::size_t removals = std::size_t(std::max(0, std::min(m_settings.negRemoveIterations, int(m_n))));
-        double *next = workspace(rows * stride + 2 * rows * m_columns + prepared.m_currents * (m_columns + 1) + rows +
-                                 7 * m_columns + removals * m_columns + 3 * prepared.m_solve.besides + 32 * 8);
-        const auto take = [&next](std::size_t count) {
-            double *taken = next;
-            next += roundedUp(count, tileColumns);
-            return taken;
-        };
-        m_system = take(rows * stride);
-        m_normal = take(rows * m_columns);
-        m_lower = take(rows * m_columns);
-        m_weighted = take(prepared.m_currents * m_columns);
-        m_weights = take(prepared.m_currents);
-        m_pivots = take(m_columns);
-        m_y = take(m_columns);
-        m_x = take(m_columns);
-        m_diagonal = take(m_columns);
-        m_r = take(m_columns);
-        m_removed = take(removals * m_columns);
-        m_band = take(2 * prepared.m_solve.besides);
-        m_output = take(prepared.m_solve.besides);
     }
 
     /// False where the result would have to be vouched for by the plain scheme.
@@ -113,12 +139,12 @@ public:
         if (!formNormal() || !estimate() || !chooseRegularisation() || !solve())
             return false;
         m_steps.solved = true;
-        m_steps.firstClasses.assign(m_x, m_x + m_n);
-        m_steps.regularisation.assign(m_r, m_r + m_n);
+        m_steps.firstClasses.assign(m_work.x, m_work.x + m_n);
+        m_steps.regularisation.assign(m_work.r, m_work.r + m_n);
         const double greatestBefore = greatestClass();
         if (!removeNegatives(keepRemovals) || (greatestClass() < leastRemainder * greatestBefore))
             return false;
-        m_steps.classes.assign(m_x, m_x + m_n);
+        m_steps.classes.assign(m_work.x, m_work.x + m_n);
         return m_steps.status != 0 || makeOutput();
     }
 
@@ -129,20 +155,21 @@ private:
     {
         const std::size_t m = m_prepared.m_currents;
         for (std::size_t i = 0; i < m; ++i) {
-            m_weights[i] = 1.0 / m_treated.variance[i];
-            if (!(m_weights[i] > 0.0 && m_weights[i] <= greatestDiagonal))
+            m_work.weights[i] = 1.0 / m_treated.variance[i];
+            if (!(m_work.weights[i] > 0.0 && m_work.weights[i] <= greatestDiagonal))
                 return false;
         }
-        normalMatrix(m_prepared.m_estimate, m_prepared.m_instrument.data(), m_weights, m, m_weighted, m_normal);
-        std::fill(m_y, m_y + m_columns, 0.0);
-        addRowTimes(m_treated.signal.data(), m_weighted, m, m_columns, m_y);
+        normalMatrix(m_prepared.m_estimate, m_prepared.m_instrument.data(), m_work.weights, m, m_work.weighted,
+                     m_work.normal);
+        std::fill(m_work.y, m_work.y + m_columns, 0.0);
+        addRowTimes(m_treated.signal.data(), m_work.weighted, m, m_columns, m_work.y);
         for (std::size_t i = 0; i < m_n; ++i) {
-            const double s = m_normal[i * m_columns + i];
+            const double s = m_work.normal[i * m_columns + i];
             if (!(s >= leastDiagonal && s <= greatestDiagonal))
                 return false;
         }
         // With positive weights no element of S exceeds those of the diagonal in its row and column: all are finite.
-        return allFinite(m_y, m_n);
+        return allFinite(m_work.y, m_n);
     }
 
     /// Lays out [ S | X ] with the diagonal of S raised by 1 + r.
@@ -150,9 +177,9 @@ private:
     void layOut(const SystemShape &shape, Coefficient coefficient)
     {
         for (std::size_t i = 0; i < shape.rows; ++i) {
-            double *row = m_system + i * shape.stride();
+            double *row = m_work.system + i * shape.stride();
             const std::size_t begin = i / tileRows * tileRows / tileColumns * tileColumns;
-            std::copy(m_normal + i * m_columns + begin, m_normal + i * m_columns + m_columns, row + begin);
+            std::copy(m_work.normal + i * m_columns + begin, m_work.normal + i * m_columns + m_columns, row + begin);
             if (i < m_n)
                 row[i] *= 1.0 + coefficient(i);
         }
@@ -166,67 +193,68 @@ private:
             return false;
         layOut(shape, [this](std::size_t) { return m_settings.initialRegulCoef; });
         for (std::size_t i = 0; i < shape.rows; ++i) {
-            double *besides = m_system + i * shape.stride() + m_columns;
+            double *besides = m_work.system + i * shape.stride() + m_columns;
             // Columns whose first row comes later are passed over.
             std::fill(besides, besides + std::min(shape.besides, roundedUp(i + tileRows, tileColumns)), 0.0);
             if (i < m_n)
                 besides[i] = 1.0;
         }
-        if (!eliminate(shape, m_system, m_lower, m_pivots, leastPivot))
+        if (!eliminate(shape, m_work.system, m_work.lower, m_work.pivots, leastPivot))
             return false;
-        double *z = m_r; // free until the coefficients are chosen
-        std::copy(m_y, m_y + m_columns, z);
-        solveForward(shape, m_lower, z, 0);
-        inverseDiagonal(shape, m_system, m_pivots, z, m_diagonal, m_x);
+        double *z = m_work.r; // free until the coefficients are chosen
+        std::copy(m_work.y, m_work.y + m_columns, z);
+        solveForward(shape, m_work.lower, z, 0);
+        inverseDiagonal(shape, m_work.system, m_work.pivots, z, m_work.diagonal, m_work.x);
         return true;
     }
 
     bool chooseRegularisation()
     {
         for (std::size_t i = 0; i < m_n; ++i) {
-            double c = m_diagonal[i] * m_settings.nextRegulCoef / (m_x[i] * m_x[i]);
+            double c = m_work.diagonal[i] * m_settings.nextRegulCoef / (m_work.x[i] * m_work.x[i]);
             if (c < m_settings.initialRegulCoef)
                 c = m_settings.initialRegulCoef;
-            const bool limited = m_settings.hasRegulLimit && (m_x[i] < 0.0 || c > m_settings.regulLimit);
-            m_r[i] = limited ? m_settings.regulLimit : c;
+            const bool limited = m_settings.hasRegulLimit && (m_work.x[i] < 0.0 || c > m_settings.regulLimit);
+            m_work.r[i] = limited ? m_settings.regulLimit : c;
         }
-        std::fill(m_r + m_n, m_r + m_columns, 0.0);
+        std::fill(m_work.r + m_n, m_work.r + m_columns, 0.0);
         if (!m_prepared.m_regulSmoothing.empty()) {
-            std::copy(m_r, m_r + m_columns, m_diagonal);
-            std::fill(m_r, m_r + m_columns, 0.0);
-            addRowTimes(m_diagonal, m_prepared.m_regulSmoothing.data(), m_n, m_columns, m_r);
+            std::copy(m_work.r, m_work.r + m_columns, m_work.diagonal);
+            std::fill(m_work.r, m_work.r + m_columns, 0.0);
+            addRowTimes(m_work.diagonal, m_prepared.m_regulSmoothing.data(), m_n, m_columns, m_work.r);
         }
         const double least = m_settings.regulOffDiagCorrection ? leastRegularisationOffDiagonal : leastRegularisation;
-        return std::all_of(m_r, m_r + m_n, [least](double r) { return r >= least && r <= greatestRegularisation; });
+        return std::all_of(m_work.r, m_work.r + m_n,
+                           [least](double r) { return r >= least && r <= greatestRegularisation; });
     }
 
     bool solve()
     {
         const SystemShape &shape = m_prepared.m_solve;
-        layOut(shape, [this](std::size_t i) { return m_r[i]; });
+        layOut(shape, [this](std::size_t i) { return m_work.r[i]; });
         if (m_settings.regulOffDiagCorrection)
             correctOffDiagonal();
         for (std::size_t i = 0; i < m_n; ++i)
             std::copy_n(m_prepared.m_output.data() + i * shape.besides, shape.besides,
-                        m_system + i * shape.stride() + m_columns);
+                        m_work.system + i * shape.stride() + m_columns);
         for (std::size_t i = m_n; i < shape.rows; ++i)
-            std::fill_n(m_system + i * shape.stride() + m_columns, shape.besides, 0.0);
-        if (!eliminate(shape, m_system, m_lower, m_pivots, leastPivot))
+            std::fill_n(m_work.system + i * shape.stride() + m_columns, shape.besides, 0.0);
+        if (!eliminate(shape, m_work.system, m_work.lower, m_work.pivots, leastPivot))
             return false;
-        std::copy(m_y, m_y + m_columns, m_x);
-        solveForward(shape, m_lower, m_x, 0);
-        solveBackward(shape, m_lower, m_pivots, m_x);
-        return allFinite(m_x, m_n);
+        std::copy(m_work.y, m_work.y + m_columns, m_work.x);
+        solveForward(shape, m_work.lower, m_work.x, 0);
+        solveBackward(shape, m_work.lower, m_work.pivots, m_work.x);
+        return allFinite(m_work.x, m_n);
     }
 
     void correctOffDiagonal()
     {
         const SystemShape &shape = m_prepared.m_solve;
-        double *roots = m_diagonal;
+        double *roots = m_work.diagonal;
         for (std::size_t i = 0; i < m_columns; ++i)
-            roots[i] = i < m_n ? std::sqrt(m_r[i]) : 0.0;
+            roots[i] = i < m_n ? std::sqrt(m_work.r[i]) : 0.0;
         for (std::size_t i = 0; i < m_n; ++i) {
-            double *row = m_system + i * shape.stride();
+            double *row = m_work.system + i * shape.stride();
             const double scale = roots[i] / double(m_n);
             for (std::size_t j = i + 1; j < m_n; ++j)
                 row[j] /= 1.0 + scale * roots[j];
@@ -237,7 +265,7 @@ private:
     {
         double greatest = 0.0;
         for (std::size_t i = 0; i < m_n; ++i)
-            greatest = std::max(greatest, std::fabs(m_x[i]));
+            greatest = std::max(greatest, std::fabs(m_work.x[i]));
         return greatest;
     }
 
@@ -248,10 +276,11 @@ private:
             active[i] = i;
         std::vector<std::size_t> removed;
         for (int iteration = 0; iteration < m_settings.negRemoveIterations; ++iteration) {
-            const auto smallest = std::min_element(active.begin(), active.end(),
-                                                   [this](std::size_t a, std::size_t b) { return m_x[a] < m_x[b]; });
+            const auto smallest = std::min_element(active.begin(), active.end(), [this](std::size_t a, std::size_t b) {
+                return m_work.x[a] < m_work.x[b];
+            });
             const std::size_t column = *smallest;
-            if (!(m_x[column] < 0.0))
+            if (!(m_work.x[column] < 0.0))
                 return true;
             active.erase(smallest);
             if (active.empty()) {
@@ -262,7 +291,7 @@ private:
                 return false;
             removed.push_back(column);
             if (keepRemovals)
-                m_steps.removals.push_back({column, std::vector<double>(m_x, m_x + m_n)});
+                m_steps.removals.push_back({column, std::vector<double>(m_work.x, m_work.x + m_n)});
         }
         return true;
     }
@@ -271,41 +300,41 @@ private:
     bool freeOf(std::size_t column, const std::vector<std::size_t> &removed)
     {
         const SystemShape &shape = m_prepared.m_solve;
-        double *u = m_removed + removed.size() * m_columns;
+        double *u = m_work.removed + removed.size() * m_columns;
         std::fill(u, u + m_columns, 0.0);
         u[column] = 1.0;
-        solveForward(shape, m_lower, u, column);
-        solveBackward(shape, m_lower, m_pivots, u);
+        solveForward(shape, m_work.lower, u, column);
+        solveBackward(shape, m_work.lower, m_work.pivots, u);
         for (std::size_t k = 0; k < removed.size(); ++k) {
-            const double *earlier = m_removed + k * m_columns;
+            const double *earlier = m_work.removed + k * m_columns;
             const double part = earlier[column] / earlier[removed[k]];
             for (std::size_t i = 0; i < m_n; ++i)
                 u[i] -= earlier[i] * part;
         }
         if (!(u[column] > 0.0))
             return false;
-        const double part = m_x[column] / u[column];
+        const double part = m_work.x[column] / u[column];
         for (std::size_t i = 0; i < m_n; ++i)
-            m_x[i] -= u[i] * part;
-        m_x[column] = 0.0;
+            m_work.x[i] -= u[i] * part;
+        m_work.x[column] = 0.0;
         for (const std::size_t c : removed)
-            m_x[c] = 0.0;
-        return allFinite(m_x, m_n);
+            m_work.x[c] = 0.0;
+        return allFinite(m_work.x, m_n);
     }
 
     bool makeOutput()
     {
         const SystemShape &shape = m_prepared.m_solve;
         const std::size_t k = m_prepared.m_points;
-        double *diagonal = m_band;
-        double *overlap = m_band + shape.besides;
-        bandOfProduct(shape, m_system, m_pivots, diagonal, overlap);
-        std::fill(m_output, m_output + shape.besides, 0.0);
-        addRowTimes(m_x, m_prepared.m_output.data(), m_n, shape.besides, m_output);
-        if (k > 0 && !(allFinite(diagonal, k) && allFinite(overlap, k - 1) && allFinite(m_output, k)))
+        double *diagonal = m_work.band;
+        double *overlap = m_work.band + shape.besides;
+        bandOfProduct(shape, m_work.system, m_work.pivots, diagonal, overlap);
+        std::fill(m_work.output, m_work.output + shape.besides, 0.0);
+        addRowTimes(m_work.x, m_prepared.m_output.data(), m_n, shape.besides, m_work.output);
+        if (k > 0 && !(allFinite(diagonal, k) && allFinite(overlap, k - 1) && allFinite(m_work.output, k)))
             return false;
         m_steps.concentrations.resize(k, false);
-        std::copy(m_output, m_output + k, m_steps.concentrations.begin());
+        std::copy(m_work.output, m_work.output + k, m_steps.concentrations.begin());
         m_steps.covariances.resize(k, k, 1, 1, false);
         m_steps.covariances.clear();
         for (std::size_t i = 0; i < k; ++i) {
@@ -321,20 +350,8 @@ private:
     const TreatedSignal &m_treated;
     std::size_t m_n;
     std::size_t m_columns; ///< n, padded
+    Workspace m_work;
     InversionSteps m_steps;
-    double *m_system;   ///< [ S | X ], rows of the shape in use
-    double *m_normal;   ///< S as it is without regularisation, upper tiles
-    double *m_lower;    ///< Lᵀ
-    double *m_weighted; ///< W A
-    double *m_weights;
-    double *m_pivots; ///< 1 / D
-    double *m_y;      ///< Aᵀ W s
-    double *m_x;
-    double *m_diagonal;
-    double *m_r;
-    double *m_removed; ///< a row u for each removal
-    double *m_band;
-    double *m_output;
 };
 
 std::shared_ptr<const FactoredInversion> FactoredInversion::prepare(const Inverter &inverter)
