@@ -5,7 +5,7 @@
 #include <cerrno>
 
 /// While it lives, one of the calls by which files are written fails, the nth of all from one on, as a full or broken
-/// disk lets it. Writes take at most 1000 bytes a time.
+/// disk lets it. A write takes at most 64 KB.
 class FailingCalls : public FileCalls {
 public:
     explicit FailingCalls(int nth, int error = EIO) : m_left(nth), m_error(error) { setCurrent(this); }
@@ -24,7 +24,7 @@ public:
     }
     ssize_t write(int descriptor, const char *bytes, std::size_t size) override
     {
-        return fails("write") ? -1 : FileCalls::write(descriptor, bytes, size < 1000 ? size : 1000);
+        return fails("write") ? -1 : FileCalls::write(descriptor, bytes, size < 65536 ? size : 65536);
     }
     int fchmod(int descriptor, mode_t mode) override
     {

@@ -26,7 +26,7 @@ struct FileReplacements : testing::Test {
     }
 
     QTemporaryDir folder;
-    const QByteArray bytes = QByteArray(2500, 'n');
+    const QByteArray bytes = QByteArray(150000, 'n');
 };
 
 TEST_F(FileReplacements, any_call_that_fails_is_told_and_leaves_what_stood_there)

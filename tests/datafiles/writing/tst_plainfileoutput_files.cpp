@@ -3,6 +3,7 @@
 #include "datafiles/writing/plainfileoutput_flags.h"
 #include "datafiles/writing/plainfileoutput_match.h"
 #include "outputfixture.h"
+#include "support/failingcalls.h"
 #include "util/filenamepart.h"
 #include "util/lockedfile.h"
 
@@ -216,6 +217,42 @@ TEST_F(OutputTest, FullDiskAtTheHeaderLeavesNoFile)
     EXPECT_EQ(contentOf(path(recordsName)), old);
     EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
     EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
+}
+
+TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
+{
+    QStringList ends;
+    for (bool continued : {false, true}) {
+        for (int nth = 1; nth > 0; ++nth) {
+            QFile::remove(path(recordsName));
+            errors.clear();
+            if (continued)
+                PlainFileOutput(settings).writeRecordRow(record());
+            const QByteArray before = contentOf(path(recordsName));
+            PlainFileOutput output(settings);
+            const char *failed = nullptr;
+            {
+                const FailingCalls calls(nth);
+                output.writeRecordRow(record(1));
+                output.closeFiles();
+                failed = calls.failed();
+            }
+            SCOPED_TRACE(failed);
+            const bool lost = output.counts().lost == 1;
+            EXPECT_EQ(output.counts().written, lost ? 0 : 1);
+            EXPECT_EQ(output.rowsOfClosedFiles().value(path(recordsName)), lost ? 0 : 1);
+            EXPECT_EQ(errors.size(), lost ? 1 : 0);
+            const QByteArray after = contentOf(path(recordsName));
+            EXPECT_TRUE(after.startsWith(before));
+            EXPECT_EQ(headersIn(after), after.isEmpty() ? 0 : 1);
+            if (failed)
+                ends << QString(lost ? "%1 lost" : "%1").arg(failed);
+            else
+                nth = -1;
+        }
+    }
+    ends.removeDuplicates();
+    EXPECT_EQ(ends, (QStringList{"open lost", "read lost", "write lost", "close lost"}));
 }
 
 TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
