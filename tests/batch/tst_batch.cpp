@@ -1,7 +1,9 @@
 #include "batch/dayfolder.h"
+#include "batch/failingruns.h"
 
 #include "batch/messagecollector.h"
 #include "batch/outcome.h"
+#include "batch/savecommand.h"
 #include "batch/summarytext.h"
 
 #include <nlohmann/json.hpp>
@@ -228,6 +230,32 @@ TEST_F(DayFolder, AnOutputThatCanNotBeWrittenIsTold)
         runInShell("ulimit -f 1; exec \"$@\"", {"save", "{}/in", "--variant", "block", "--output", "{}/out"});
     EXPECT_EQ(limited.code, 1);
     EXPECT_TRUE(limited.errors.contains("Data was lost!")) << limited.errors.constData();
+}
+
+TEST_F(DayFolder, AFileCallThatFailsInASaveIsToldWithItsStatus)
+{
+    writeDay("in");
+    Batch::SaveOptions options;
+    options.read.folder = path("in");
+    options.read.variant = options.outputVariant = "block";
+    options.outputFolder = path("out");
+    ASSERT_EQ(run({"save", "{}/in", "--variant", "block", "--output", "{}/before"}).code, 0);
+    for (bool append : {false, true}) {
+        options.append = append;
+        const auto run = [&] {
+            QDir(path("out")).removeRecursively();
+            for (const QString &name : append ? names("before") : QStringList())
+                write("out/" + name, contentOf("before/" + name));
+            return Batch::runSave(options);
+        };
+        const auto check = [&](int status, const QByteArray &words) {
+            EXPECT_EQ(words.contains("5 rows written"), status == 0);
+            for (const QString &name : names("out"))
+                EXPECT_EQ(contentOf("out/" + name).count("# Quilvane"), 1) << qPrintable(name);
+        };
+        QStringList ends{"close 0", "close 1", "open 1", "read 1", "unlink 0", "write 1"};
+        EXPECT_EQ(endsOfFailingRuns(run, check), ends);
+    }
 }
 
 TEST_F(DayFolder, NamesOfFoldersAreTakenAsBytesUnderThePlainLocale)

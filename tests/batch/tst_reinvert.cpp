@@ -1,4 +1,6 @@
 #include "batch/dayfolder.h"
+#include "batch/failingruns.h"
+#include "batch/reinvertcommand.h"
 
 #include "support/demodata.h"
 
@@ -140,6 +142,67 @@ TEST_F(Reinvert, AnInverterThatDoesNotFitIsToldOnceWithACount)
     EXPECT_EQ(ended.code, 3);
     EXPECT_EQ(ended.errors.count("Instrument matrix does not match signal vector size"), 2) << ended.errors.constData();
     EXPECT_TRUE(ended.errors.contains(" times more)")) << ended.errors.constData();
+}
+
+TEST_F(Reinvert, OfWhichAFileCallFailsLeavesTheFolderAsItWas)
+{
+    QDir(path("demo")).removeRecursively();
+    writeDemoData(path("demo"), 14400);
+    Batch::ReinvertOptions options;
+    options.inverters = QStringList{path("inverters/demo.sinp")};
+    options.save.read.folder = path("demo");
+    options.save.read.variant = options.save.outputVariant = "block";
+    options.save.outputFolder = path("out");
+    options.save.inversionVars = true;
+    QStringList ends{"close 0", "close 1", "fsync 1", "open 1", "read 1", "renameToFree 1", "unlink 0", "write 1"};
+    for (bool append : {false, true}) {
+        options.save.append = append;
+        options.save.records = !append;
+        if (append) { // one file: two can't take each other's places back
+            options.inverters[0] += "/ions";
+            options.onlyNew = true;
+            ends << "fchmod 1"
+                 << "rename 1";
+            ends.sort();
+        }
+        const QString one = "out/" + ions.arg("block");
+        const auto run = [&] {
+            QDir(path("out")).removeRecursively();
+            if (append)
+                write(one, contentOf("demo/" + ions.arg("block")));
+            return Batch::runReinvert(options);
+        };
+        const auto check = [&](int status, const QByteArray &words) {
+            const bool stands = status == 0 || words.contains("The files in \"");
+            EXPECT_EQ(names("out").size(), append ? 1 : stands ? 3 : 0);
+            EXPECT_EQ(rows(one), (append + stands) * rows("demo/" + ions.arg("block")));
+            EXPECT_EQ(words.contains("\n0 rows written") || !words.contains("rows written"), !stands);
+            EXPECT_TRUE(isTidy());
+        };
+        EXPECT_EQ(endsOfFailingRuns(run, check), ends);
+    }
+}
+
+TEST_F(Reinvert, WhoseRowsAreLostCanBeDoneAgain)
+{
+    const Ended full = runInShell("ulimit -f 60; exec \"$@\"", arguments(path("inverters"), path("out")));
+    EXPECT_EQ(full.code, 1);
+    EXPECT_TRUE(full.errors.contains("\n0 rows written")) << full.errors.constData();
+    EXPECT_TRUE(full.errors.contains("rows could not be written")) << full.errors.constData();
+    EXPECT_TRUE(names("out").isEmpty());
+    EXPECT_TRUE(isTidy());
+    EXPECT_EQ(run(arguments("{}/inverters", "{}/out")).code, 0);
+}
+
+TEST_F(Reinvert, AFolderThatCanNotBeWrittenIsFoundBeforeTheInversion)
+{
+    ASSERT_TRUE(QFile::link(path("none/none"), path("link")));
+    for (const char *folder : {"{}/link", "/proc/none/deeper"}) {
+        const Ended ended = run(arguments("{}/inverters", folder));
+        EXPECT_EQ(ended.code, 1) << folder;
+        EXPECT_TRUE(ended.errors.startsWith("The folder \"")) << ended.errors.constData();
+        EXPECT_EQ(ended.errors.count('\n'), 1) << ended.errors.constData();
+    }
 }
 
 TEST_F(Reinvert, AKilledRunLeavesNothingHalfDoneAndCtrlCWholeDays)

@@ -1,6 +1,9 @@
 #include "batch/dayfolder.h"
+#include "batch/failingruns.h"
 
 #include "batch/folderread.h"
+#include "batch/messagecollector.h"
+#include "batch/render/rendercommand.h"
 #include "batch/render/stackpicture.h"
 #include "demo/demowriter.h"
 #include "gui/browser/controls/colorbar.h"
@@ -321,14 +324,38 @@ TEST_F(Render, RefusesWithWords)
     EXPECT_TRUE(isTidy());
 }
 
-TEST_F(Render, AnUnfinishedPictureLeavesNothing)
+TEST_F(Render, APictureThatADiskCutsOffIsNoneWhetherItIsFullAtTheBeginOrAtTheEnd)
 {
-    const Ended full = runInShell("ulimit -f 8; exec \"$@\"",
-                                  {"render", path("demo"), "--variant", "block", "--output", path("full.png")});
-    EXPECT_EQ(full.code, 1);
-    EXPECT_TRUE(full.errors.contains("could not be written")) << full.errors.constData();
-    EXPECT_FALSE(QFile::exists(path("full.png")));
-    EXPECT_TRUE(isTidy());
+    ASSERT_EQ(render("whole.png").code, 0);
+    ASSERT_TRUE(QFile::rename(path("whole.png"), path("whole"))); // nothing else has such a name
+    for (qint64 blocks : {qint64(8), (QFileInfo(path("whole")).size() - 1) / 512}) {
+        const Ended full = runInShell(QString("ulimit -f %1; exec \"$@\"").arg(blocks),
+                                      {"render", path("demo"), "--variant", "block", "--output", path("full.png")});
+        EXPECT_EQ(full.code, 1) << blocks;
+        EXPECT_TRUE(full.errors.contains("could not be written")) << full.errors.constData();
+        EXPECT_FALSE(QFile::exists(path("full.png"))) << blocks;
+        EXPECT_TRUE(isTidy());
+    }
+}
+
+TEST_F(Render, AFileCallThatFailsIsToldWithItsStatus)
+{
+    Batch::RenderOptions options;
+    options.read.folder = path("demo");
+    options.read.variant = "block";
+    options.outputFile = path("new/a.png");
+    options.size = {400, 600};
+    const auto run = [&] {
+        QDir(path("new")).removeRecursively();
+        const Batch::MessageCollector messages(true, Batch::MessageCollector::AllButToolkit);
+        return Batch::render(options, messages).exitStatus();
+    };
+    const auto check = [&](int status, const QByteArray &words) {
+        EXPECT_EQ(words.contains("pixels written"), status == 0);
+        EXPECT_EQ(picture("new/a.png").isNull(), status != 0 && !words.contains("might be lost in a power failure"));
+    };
+    EXPECT_EQ(endsOfFailingRuns(run, check),
+              (QStringList{"close 0", "close 1", "fsync 1", "open 1", "renameToFree 1", "unlink 0", "write 1"}));
 }
 
 TEST_F(Render, NeedsNoDisplayNorTheUsersDesktopButAFont)
