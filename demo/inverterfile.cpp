@@ -3,9 +3,9 @@
 #include "demo/zipwriter.h"
 #include "log/logger.h"
 #include "spectra/inverterfiles.h"
+#include "util/filereplacement.h"
 
 #include <QDir>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <cmath>
@@ -95,11 +95,10 @@ QByteArray inverterText(const Instrument &instrument, Mode mode, Polarity polari
 
 bool writeFile(const QString &path, const QByteArray &bytes)
 {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+    const QString reason = replaceFile(path, bytes);
+    if (reason.isNull())
         return true;
-    Log::Logger(QStringLiteral("demo"))
-        .log(Log::Error, QStringLiteral("Could not write '%1': %2").arg(path, file.errorString()));
+    Log::Logger(QStringLiteral("demo")).log(Log::Error, QStringLiteral("Could not write '%1': %2").arg(path, reason));
     return false;
 }
 

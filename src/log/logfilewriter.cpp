@@ -44,11 +44,15 @@ void LogFileWriter::write(const Entry &entry)
     if ((!date.isValid() || date != m_date) && !openFor(date))
         return;
     const QString message = QString(entry.message).replace(QLatin1Char('\n'), QLatin1String("\n\t"));
-    m_file.write(
+    const QByteArray row =
         fillMarkers(QStringLiteral("%1\t%2\t%3\t%4\n"), {entry.time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")),
                                                          fileLevelName(entry.level), entry.source, message})
-            .toUtf8());
-    m_file.flush();
+            .toUtf8();
+    if (m_file.write(row) == row.size() && m_file.flush())
+        return;
+    std::fputs("Failed to write into log file\n", stderr);
+    m_file.close(); // with what a full disk refused, which would reach the file with a later entry
+    m_date = QDate();
 }
 
 bool LogFileWriter::openFor(QDate date)

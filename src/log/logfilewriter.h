@@ -8,8 +8,8 @@
 namespace Log {
 
 /// Appends entries to one file a day, "yyyyMMdd.log", in a directory that is made when needed. Each opening writes a
-/// header. A file that can't be opened, or an entry of no valid time, loses the entry and says so on standard error;
-/// the next entry is tried again. Used by one thread at a time.
+/// header. A file that can't be opened or written, or an entry of no valid time, loses the entry and says so on standard
+/// error; the next entry is tried again. Used by one thread at a time.
 class LogFileWriter {
 public:
     explicit LogFileWriter(const QString &directory);

@@ -1,6 +1,7 @@
 #include "demo/demowriter.h"
 
 #include "spectra/inverterfiles.h"
+#include "support/failingcalls.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -55,6 +56,19 @@ TEST_F(DemoInverters, OtherUnpackersTakeThePack)
         GTEST_SKIP() << "no Python";
     ASSERT_TRUE(python.waitForFinished());
     EXPECT_EQ(python.exitCode(), 0) << python.readAll().constData();
+}
+
+TEST_F(DemoInverters, AFileThatCanNotBeWrittenIsTold)
+{
+    const char *failed = "";
+    int nth = 0;
+    while (failed) {
+        const FailingCalls calls(++nth);
+        const bool written = Demo::writeInverterFiles(campaign.inverterFiles(), path("again"));
+        failed = calls.failed();
+        EXPECT_EQ(written, !failed) << failed << nth;
+    }
+    EXPECT_GT(nth, 6 * 6) << "files, and calls of each";
 }
 
 TEST_F(DemoInverters, HoldTheInstrumentsMatrix)

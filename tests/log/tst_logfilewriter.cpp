@@ -1,5 +1,8 @@
 #include "log/logfilewriter.h"
+
+#include "log/logger.h"
 #include "support/files.h"
+#include "support/fulldisk.h"
 #include "util/buildinfo.h"
 
 #include <QCoreApplication>
@@ -65,6 +68,19 @@ TEST_F(LogFiles, a_failure_goes_to_standard_error_and_is_tried_again)
     ASSERT_TRUE(QDir(folder).rmdir("20190912.log"));
     writer.write(entry(12, 6, "kept"));
     EXPECT_EQ(content("20190912.log"), header + "2019-09-12 12:16:52.007\tinfo\tmain\tkept\n");
+}
+
+TEST_F(LogFiles, what_a_full_disk_refuses_is_told_and_not_written_later)
+{
+    Log::LogFileWriter writer(folder);
+    testing::internal::CaptureStderr();
+    {
+        const FullDisk disk(header.toUtf8().size());
+        writer.write(entry(12, 6, "lost"));
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Failed to write into log file\n");
+    writer.write(entry(12, 6, "kept"));
+    EXPECT_EQ(content("20190912.log"), header + header + "2019-09-12 12:16:52.007\tinfo\tmain\tkept\n");
 }
 
 TEST_F(LogFiles, an_entry_of_invalid_time_is_lost_and_locks_nothing)

@@ -3,15 +3,13 @@
 #include "datafiles/writing/plainfileoutput.h"
 #include "log/logger.h"
 #include "support/files.h"
+#include "support/fulldisk.h"
 #include "support/realvector.h"
 
 #include <QStringList>
 #include <QTemporaryDir>
 
 #include <cmath>
-#include <csignal>
-
-#include <sys/resource.h>
 
 /// 2019-09-12 10:16:52 UTC, which is 12:16:52 at +02:00.
 constexpr RecordTime someTime = recordTimeFromTicks(1568283412LL * ticksPerSecond);
@@ -111,25 +109,4 @@ protected:
     std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
     SpectMath::SpectrumInfoPointer spectrumInfo;
     Spectrometer::PlainFileOutput::Settings settings;
-};
-
-/// No file of this process grows beyond the limit while this object lives: a disk that is full at a chosen byte.
-class FullDisk {
-public:
-    explicit FullDisk(qint64 limit)
-    {
-        m_oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit limited{rlim_t(limit), m_old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limited);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_oldHandler);
-    }
-
-private:
-    rlimit m_old;
-    void (*m_oldHandler)(int);
 };
