@@ -6,13 +6,13 @@
 
 namespace Batch {
 
-/// Keeps what the log gets of warnings and worse while it lives, in place of the console: standard output belongs to
+/// Keeps the warnings, and worse, that the log gets while it lives, in place of the console: standard output belongs to
 /// the results. One at a time; the program has one thread.
 class MessageCollector {
 public:
     static constexpr int most = 1000;
 
-    /// Whose warnings count. What the toolkit warns of while it draws is no complaint about the data.
+    /// Sources whose warnings count. The toolkit's warnings while it draws are no complaints about the data.
     enum Sources { All, AllButToolkit };
 
     /// With `echo` each message goes to standard error as well. One that is repeated at once is told once more, with

@@ -9,7 +9,7 @@ namespace Batch {
 class MessageCollector;
 struct FolderRead;
 
-/// What the program's exit status says. Fixed: scripts depend on it.
+/// The meanings of the program's exit status. Fixed: scripts depend on them.
 namespace ExitStatus {
 constexpr int Done = 0;
 constexpr int NothingDone = 1; ///< nothing found, or an output could not be written
@@ -18,7 +18,7 @@ constexpr int Complaints = 3;  ///< done, with warnings or errors, or with rows 
 constexpr int Interrupted = 130;
 } // namespace ExitStatus
 
-/// What a command met.
+/// The events of a run that decide its exit status.
 struct Outcome {
     bool interrupted = false;
     bool refused = false;
@@ -29,7 +29,7 @@ struct Outcome {
     /// The one status for it, the gravest first.
     int exitStatus() const;
 
-    /// Takes in what reading complained about, and tells of lines that no reader took.
+    /// Takes in the complaints of reading, and tells of lines that no reader took.
     void tellReading(const FolderRead &read, const MessageCollector &messages);
     /// The end of a command that has written rows: takes in the counts and the complaints, and tells all in words.
     /// Whether the run was interrupted or lost its output otherwise is in the outcome already.

@@ -8,7 +8,7 @@ namespace Batch {
 QString unusableFolder(const QString &folder);
 
 /// Why no file can be written to that folder, or an empty text. It is tried, so that a command needn't work for hours
-/// to find it out: the folder is made, those above it too, with a file in it, and what was made is taken away again.
+/// to find it out: the folder is made, those above it too, with a file in it, and all that is new is removed again.
 QString unwritableFolder(const QString &folder);
 
 /// Makes the folder, and those above it. Empty, or why it can't be.

@@ -152,7 +152,7 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
         reason = refusal(save, inputs, expectedTargets(save, inputs));
     if (!reason.isEmpty())
         return refused(reason);
-    reason = unwritableFolder(save.outputFolder);
+    reason = StagedOutput::obstacleTo(save.outputFolder);
     if (!reason.isEmpty())
         return outputLost(reason);
     const InverterList loaded = readInverters(options.inverters);

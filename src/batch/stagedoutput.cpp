@@ -26,6 +26,12 @@ void tellUnwritten(const QString &path, const QString &reason)
 
 } // namespace
 
+QString StagedOutput::obstacleTo(const QString &folder)
+{
+    const QString fault = unwritableFolder(folder);
+    return fault.isEmpty() ? unwritableFolder(QFileInfo(resolved(folder)).path()) : fault;
+}
+
 StagedOutput::StagedOutput(const QString &folder) : m_folder(resolved(folder))
 {
     QDir().mkpath(QFileInfo(m_folder).path()); // a failure shows in the next step
@@ -66,7 +72,7 @@ bool StagedOutput::isUntouched(const QString &name) const
     return file.exists() && file.size() == before->size && file.lastModified() == before->modified;
 }
 
-QString StagedOutput::obstacleTo(const QString &name) const
+QString StagedOutput::faultOf(const QString &name) const
 {
     return isUntouched(name) ? syncFile(m_staging->filePath(name))
                              : QStringLiteral("it was written by others in the meantime");
@@ -90,7 +96,7 @@ StagedOutput::Moved StagedOutput::moveOut()
         return moveFile(m_staging->filePath(name), target(name), existing);
     };
     for (const QString &name : names) {
-        const QString reason = obstacleTo(name);
+        const QString reason = faultOf(name);
         if (!reason.isNull())
             tellUnwritten(target(name), reason);
         moved.complete = moved.complete && reason.isNull();

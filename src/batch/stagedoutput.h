@@ -10,10 +10,20 @@
 
 namespace Batch {
 
-/// A temporary folder beside the one to write to, whose files are moved there once they are complete. Whoever looks,
-/// and however the program ends, the folder holds whole files alone.
+/// A temporary folder beside the one to write to, whose files are moved there once they are complete. Other
+/// programs see whole files alone in the folder, however this one ends.
 class StagedOutput {
 public:
+    /// Which files came to stand.
+    struct Moved {
+        QStringList names;
+        bool complete = true; ///< all did, and will stand after a power failure too
+    };
+
+    /// Why no files can be put into that folder, or no temporary one can stand beside it; empty if both can. It is
+    /// tried.
+    static QString obstacleTo(const QString &folder);
+
     explicit StagedOutput(const QString &folder);
     ~StagedOutput();
 
@@ -28,10 +38,6 @@ public:
     /// file can't be, as far as that can be seen beforehand: it isn't on the disk, or its target came into being, or
     /// was changed, in the meantime. If a move fails, those files are taken back that took no other's place. Faults are
     /// told.
-    struct Moved {
-        QStringList names;    ///< of the files that stand in the folder now
-        bool complete = true; ///< all do, and will after a power failure
-    };
     Moved moveOut();
 
 private:
@@ -42,7 +48,7 @@ private:
 
     bool isUntouched(const QString &name) const;
     /// Why the file can't be moved; null if nothing speaks against it.
-    QString obstacleTo(const QString &name) const;
+    QString faultOf(const QString &name) const;
     void takeBack(QStringList *names) const;
     QString target(const QString &name) const;
 

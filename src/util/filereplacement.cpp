@@ -153,9 +153,9 @@ bool FileReplacement::takeAttributes(const struct stat &other)
         return false;
     // Few users may give files away; a group of one's own can be given. The permissions come last, since a new owner
     // takes some of them.
-    if (::fchown(m_descriptor, other.st_uid, other.st_gid) != 0 &&
-        ::fchown(m_descriptor, uid_t(-1), other.st_gid) != 0) {
-    }
+    const bool given =
+        ::fchown(m_descriptor, other.st_uid, other.st_gid) == 0 || ::fchown(m_descriptor, uid_t(-1), other.st_gid) == 0;
+    Q_UNUSED(given)
     return m_calls.fchmod(m_descriptor, other.st_mode & permissionBits) == 0 || fail(errno);
 }
 

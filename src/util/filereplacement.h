@@ -8,7 +8,7 @@
 class FileCalls;
 struct stat;
 
-/// What is to become of a file that stands in the place of the new one.
+/// The fate of a file that stands in the place of the new one.
 enum class ExistingFile {
     Replaced, ///< by the new file, which gets its permissions, and its owner and group as far as the user may give them
     Kept      ///< writing is an error then; a link counts as a file, wherever it leads
@@ -16,7 +16,7 @@ enum class ExistingFile {
 
 /// Writes a file that is whole or absent. The bytes go into a temporary file beside it, "NAME.tmp", or
 /// "NAME.abcdef.tmp" with six random letters where that one is taken, which gets the name once all of it is on the
-/// disk. At any other end, the program's or the computer's included, what stood there before still does.
+/// disk. At any other end, the program's or the computer's included, the old file stands as it was.
 ///
 /// Every step is checked, and the first failure ends the work: later calls do nothing and return false, error() keeps
 /// the reason, and the temporary file is removed. So a caller may look at commit() alone.
@@ -48,7 +48,7 @@ public:
     /// Puts the file in its place. If it fails the old one stands, with one exception: where the list of the folder
     /// could not be brought to the disk, the new file stands and might be lost in a power failure; error() says so.
     bool commit();
-    /// Gives up: what stood there before stays. Nothing happens after commit().
+    /// Gives up: the old file stays. Nothing happens after commit().
     void cancel();
 
     /// Why it failed, in the system's words, which don't name the file. Null as long as nothing did.

@@ -49,12 +49,11 @@ public:
         bool logFile = false;
         bool inversionVars = false;                     ///< the residuals of the currents, in spectra files
         std::shared_ptr<const RecordMetadata> metadata; ///< without it nothing is written
-        QMap<QString, QVector<SpectMath::SpectrumInfoPointer>>
-            spectra;    ///< what to write, by the name of the operating mode
-        QString remark; ///< free
+        QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectra; ///< to write, by the name of the operating mode
+        QString remark;                                                 ///< free
     };
 
-    /// What became of a row: `Skipped` is one that the settings or the record don't ask for.
+    /// The fate of a row: `Skipped` is one that the settings or the record don't ask for.
     enum class RowResult { Written, Skipped, Lost };
     struct RowCounts {
         qint64 written = 0;
@@ -77,7 +76,7 @@ public:
     /// The record's own spectra.
     RowResult writeSpectraRow(const Record &record);
 
-    /// Which lost rows are logged: each, or the first of each file, for who tells their number in the end.
+    /// Which lost rows are logged: each, or the first of each file, for a caller that tells their number in the end.
     enum class LossMessages { EachRow, FirstOfFile };
     void setLossMessages(LossMessages messages) { m_lossMessages = messages; }
     /// The rows of all kinds since the object was made.
@@ -104,7 +103,7 @@ Q_SIGNALS:
 private:
     StdFiles *filesOf(int dpVariantId) const;
     void makeVariantFiles(int id, const VariantSettings &variant, const QVariantMap &commonKeys);
-    /// Opens the file for that local time and appends what `makeRow(row)` puts into the row.
+    /// Opens the file for that local time and appends the row that `makeRow(row)` fills.
     template<typename MakeRow>
     RowResult writeRow(File &file, RecordTime localTime, MakeRow makeRow);
     void putHead(RowText &row, const RecordHead &head) const;
@@ -115,7 +114,7 @@ private:
     Log::Logger m_logger;
     mutable QMutex m_settingsMutex; ///< guards m_settings
     Settings m_settings;
-    Settings m_applied; ///< what the files were made from
+    Settings m_applied; ///< those that the files were made from
     QHash<int, std::shared_ptr<StdFiles>> m_files;
     std::unique_ptr<File> m_rawFile;
     std::unique_ptr<File> m_logFile;

@@ -43,17 +43,17 @@ public:
     void append(const char *bytes, std::size_t size);
     /// After an append: tests the lock, and sets the file's modification time to the present. Throws FileOutputError.
     void settle();
-    /// Whoever set the callback is told of a failure, which may have cost every row of this opening.
+    /// A failure, which may have cost every row of this opening, goes to the callback.
     void close();
 
     QString currentName() const { return m_currentName; }
     /// The name that openFor was last asked for, though it may have failed; the pattern for a time that has none.
     const QString &wantedName() const { return m_wantedName; }
 
-    qint64 rowCount = 0;                                         ///< of this opening; counted by whoever appends rows
+    qint64 rowCount = 0;                                         ///< of this opening; counted by the caller of append()
     bool matchHeader = true;                                     ///< continue a file whose last header is this one
     FlagIds flagIds;                                             ///< of this opening
-    std::function<void(const QString &message)> messageCallback; ///< told what an opening did
+    std::function<void(const QString &message)> messageCallback; ///< gets the report of an opening
     /// Told of each closing: the file's name, its rows, and why it failed, which is null if it didn't.
     std::function<void(const QString &name, qint64 rows, const QString &failure)> closeCallback;
 
