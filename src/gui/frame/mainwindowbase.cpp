@@ -265,13 +265,13 @@ void MainWindowBase::setDatastore(std::shared_ptr<Datastore> store)
 {
     if (store == m_datastore)
         return;
-    implicitDisableFollowLast(); // what was followed is gone
     forgetRecords();
     if (m_datastore)
         disconnect(m_datastore.get(), nullptr, this, nullptr);
     const bool isFirst = !m_datastore;
     const std::shared_ptr<Datastore> former = std::exchange(m_datastore, std::move(store)); // outlives its views
     m_browser->setDatastore(m_datastore.get());
+    setFollowLast(isFollowingLast()); // only a move of the user ends that
     m_browser->timeView()->forgetViews();
     if (!m_datastore)
         return;

@@ -49,6 +49,8 @@ public Q_SLOTS:
     void showRecord(std::shared_ptr<Record> record);
     /// For senders that may fire many times in a row: the last of one pass of the event loop is shown.
     void showRecordDelayed(std::shared_ptr<Record> record);
+    /// Shows the latest record, and each one that comes in; until the user moves to another, also in data that are
+    /// opened later.
     virtual void setFollowLast(bool on);
     /// Shows the time span of all records.
     void fitTimescale();

@@ -257,12 +257,14 @@ TEST_F(MainWindowBaseTest, AnotherStoreTakesTheRecordsAway)
     EXPECT_EQ(window.view->shown, QList<RecordPointer>{nullptr}) << "at once";
     EXPECT_EQ(window.shownRecord(), nullptr);
     EXPECT_EQ(shownBegin(), "-");
+    EXPECT_TRUE(window.isFollowingLast()) << "only a move of the user ends that";
     settle();
     comesIn(200, 0);
     EXPECT_EQ(window.shownRecord(), nullptr) << "the old store isn't listened to";
     window.updateShownRecord();
     EXPECT_EQ(window.shownRecord(), nullptr);
 
+    follow();
     auto other = std::make_shared<Datastore>();
     const RecordPointer one = record(0, 0);
     one->beginUtcOffset = 7200;
@@ -270,6 +272,7 @@ TEST_F(MainWindowBaseTest, AnotherStoreTakesTheRecordsAway)
     window.setDatastore(other);
     EXPECT_EQ(window.browser()->timeScale(), TimeScale(one->beginTime, 100'000'000, 10));
     EXPECT_EQ(window.browser()->timeView()->timeOffset(), 7200);
+    EXPECT_EQ(window.shownRecord(), one) << "the latest is followed on";
 }
 
 TEST_F(MainWindowBaseTest, ShowsTheSpanOfAllRecords)
