@@ -79,7 +79,8 @@ bool LogDock::isAtEnd() const
 
 void LogDock::appendPending()
 {
-    const bool follow = isAtEnd() || m_stillTicks >= patience;
+    const bool isLeftAlone = m_stillTicks >= patience && m_edit->verticalScrollBar()->value() == m_lastPosition;
+    const bool follow = isAtEnd() || isLeftAlone;
     if (m_repeats > 0)
         showCount(m_shownCount + m_repeats);
     m_repeats = 0;
@@ -115,6 +116,7 @@ void LogDock::tick(const QDateTime &now)
         m_stillTicks = 0;
     } else if (m_stillTicks < patience && ++m_stillTicks == patience) {
         scrollToEnd();
+        m_lastPosition = m_edit->verticalScrollBar()->value();
     }
     markHour(now);
 }

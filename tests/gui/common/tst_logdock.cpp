@@ -141,6 +141,15 @@ TEST(LogDock, StaysWhereTheUserReadsForAMinute)
     EXPECT_EQ(shown.bar->value(), 10) << "still for one round only";
     shown.dock.tick(noon);
     EXPECT_TRUE(shown.isAtEnd());
+    for (int position : {30, 10}) { // the second is where the view stood before it went to the end
+        shown.bar->setValue(position);
+        shown.add(1);
+        EXPECT_EQ(shown.bar->value(), position) << "read from just now";
+        shown.dock.tick(noon);
+        shown.dock.tick(noon);
+        shown.dock.tick(noon);
+        EXPECT_TRUE(shown.isAtEnd());
+    }
 
     shown.bar->setValue(20);
     shown.dock.tick(noon);
