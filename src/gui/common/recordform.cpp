@@ -35,7 +35,7 @@ RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
     : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_commentEdit(new QLineEdit(this)), m_notes(new NotesBrowser(this))
 {
     setObjectName(QStringLiteral("RecordForm"));
-    m_dateLabel = makeLabel(QStringLiteral("dateLabel"), QStringLiteral("0000-00-00 (UTC+00)"), this);
+    m_dateLabel = makeLabel(QStringLiteral("dateLabel"), QStringLiteral("0000-00-00 (UTC+00:00)"), this);
     m_beginTimeLabel = makeLabel(QStringLiteral("beginTimeLabel"), QStringLiteral("00:00:00.000"), this);
     m_endTimeLabel = makeLabel(QStringLiteral("endTimeLabel"), QStringLiteral("00:00:00.000"), this);
     m_opmodeLabel = makeLabel(QStringLiteral("opmodeLabel"), QStringLiteral("particlesxx"), this);
@@ -128,6 +128,7 @@ void RecordForm::flagClicked(const QUrl &url)
 void RecordForm::setTexts(const QString &date, const QString &begin, const QString &end, const QString &mode)
 {
     m_dateLabel->setText(date);
+    m_dateLabel->setToolTip(date);
     m_beginTimeLabel->setText(begin);
     m_endTimeLabel->setText(end);
     m_opmodeLabel->setText(mode);

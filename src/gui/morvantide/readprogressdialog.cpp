@@ -32,6 +32,7 @@ ReadProgressDialog::ReadProgressDialog(int fileCount, QWidget *parent)
     // Not through the base's setValue, which runs the event loop by itself.
     m_bar->setRange(0, fileCount);
     m_bar->setValue(0);
+    m_bar->setFormat(QStringLiteral("%v / %m")); // files; the label tells the per cent of the bytes
 }
 
 void ReadProgressDialog::setProgress(const ReadProgress &progress)

@@ -123,6 +123,11 @@ TEST(RecordForm, ShowsARecordAndNone)
     f.form.showRecord(one);
     EXPECT_EQ(f.texts(), (QStringList{"2019-09-12 (UTC)", "23:59:00.000", "23:59:59.500", "ions"}));
     EXPECT_EQ(f.notes->toPlainText(), "Measurement results are provisional");
+    one->beginUtcOffset = 12 * 3600 + 45 * 60;
+    f.form.showRecord(one);
+    const auto *date = f.form.findChild<QLabel *>("dateLabel");
+    EXPECT_GE(date->minimumWidth(), date->fontMetrics().horizontalAdvance("2019-09-13 (UTC+12:45)"));
+    EXPECT_EQ(date->toolTip(), date->text());
     auto *comment = f.form.findChild<QLineEdit *>();
     EXPECT_EQ(comment->text(), "n/a");
     EXPECT_FALSE(comment->isEnabled());
