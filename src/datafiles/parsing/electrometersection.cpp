@@ -1,6 +1,7 @@
 #include "datafiles/parsing/headersections.h"
 
 #include "datafiles/parsing/filereadererror.h"
+#include "datafiles/parsing/headerlimits.h"
 
 namespace HeaderSections {
 
@@ -10,7 +11,7 @@ using Groups = QMap<QString, Spectrometer::ChannelRange>;
 
 Groups readGroups(const Llama::MapNode &node)
 {
-    checkCount(node.entries.size());
+    checkHeaderCount(node.entries.size());
     Groups groups;
     for (auto entry = node.entries.constBegin(); entry != node.entries.constEnd(); ++entry) {
         const Llama::ListNode range = node.at(entry).toList();
@@ -33,14 +34,14 @@ bool readElectrometers(const Llama::MapNode &header, FileReaderState &state)
         return false;
 
     const int count = countNode.toInt();
-    checkCount(count);
+    checkHeaderCount(count);
     // Names that are no list at all are complained of where they are taken.
     const bool namesAreList = namesNode.value.canConvert(QMetaType::QVariantList);
     if (count < 0 || (namesAreList && count > namesNode.toList().size()))
         throw FileReaderError(QStringLiteral("Electrometer count does not match the names"));
     if (state.electrometerCountKnown && count != state.electrometerCount)
         throw FileReaderError(QStringLiteral("Electrometer count does not match previous value"));
-    checkCount(count, state.isAffordable(0, count, state.variableNames.size()));
+    checkHeaderCount(count, state.isAffordable(0, count, state.variableNames.size()));
 
     const Groups groups = readGroups(groupsNode.toMap());
     Spectrometer::RecordMetadata &metadata = *state.metadata;

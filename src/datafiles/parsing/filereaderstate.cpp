@@ -1,5 +1,6 @@
 #include "datafiles/parsing/filereaderstate.h"
 
+#include "datafiles/parsing/headerlimits.h"
 #include "records/recordflagparser.h"
 
 namespace {
@@ -37,6 +38,8 @@ int FileReaderState::variableOf(const QString &name, const QString &humanname, c
     const auto found = m_variableIndex.constFind(name);
     if (found != m_variableIndex.constEnd())
         return metadata->variables.at(*found)->valueIndex;
+    const int count = variableNames.size() + 1;
+    checkHeaderCount(count, isAffordable(0, electrometerCount, count));
     auto variable = std::make_shared<Spectrometer::SystemVariable>();
     variable->name = name;
     variable->humanname = humanname;

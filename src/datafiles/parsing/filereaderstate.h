@@ -45,7 +45,7 @@ struct FileReaderState {
     int addOpmode(const QString &name);
     /// The mode of that name, or -1.
     int knownOpmode(const QString &name) const { return m_opmodeIndex.value(name, -1); }
-    /// The slot of the variable of that name, added if it isn't known.
+    /// The slot of the variable of that name, added if it isn't known. Throws FileReaderError when there are too many.
     int variableOf(const QString &name, const QString &humanname, const QString &unit);
     /// The flag of that text, made if it isn't known; null when there are absurdly many. When those before it have
     /// properties out of proportion to what was read, it is a note with its whole text.
@@ -78,6 +78,3 @@ private:
     std::size_t m_spectrumBytes = 0;
     qint64 m_flagNodes = 0; ///< values in the properties of all flags
 };
-
-/// No header may describe more electrometers, parameters, modes, groups, flags or points of spectra than this.
-constexpr int mostHeaderValues = 10000;

@@ -1,5 +1,7 @@
 #include "datafiles/parsing/headersections.h"
 
+#include "datafiles/parsing/headerlimits.h"
+
 #include "util/textescape.h"
 
 namespace HeaderSections {
@@ -15,7 +17,7 @@ FlagLevel readFlagLevel(const Llama::MapNode &map, FileReaderState &state)
     const double threshold = map.value(QStringLiteral("freq"), 0.0);
     const QString text = QStringLiteral("{type: \"%1\", message: \"%2\"}").arg(escapeText(type), escapeText(message));
     const auto flag = state.flagOf(text);
-    checkCount(0, flag != nullptr);
+    checkHeaderCount(0, flag != nullptr);
     return {flag, threshold};
 }
 
@@ -27,7 +29,7 @@ std::optional<QVector<FlagLevel>> readFlagLevels(const Llama::MapNode &header, F
     if (!node.exists)
         return std::nullopt;
     const Llama::ListNode list = node.toList();
-    checkCount(list.size());
+    checkHeaderCount(list.size());
     QVector<FlagLevel> levels;
     for (int i = 0; i < list.size(); ++i)
         levels.append(readFlagLevel(list.at(i).toMap(), state));

@@ -42,7 +42,4 @@ std::optional<Spectra> readSpectra(const Llama::MapNode &header, FileReaderState
 /// "instrument configuration": that of the first header which has it as a map becomes the metadata's, without nulls.
 void readInstrumentSettings(const Llama::MapNode &header, FileReaderState &state);
 
-/// Throws "Header describes too many values" for a count beyond mostHeaderValues, or if `affordable` is false.
-void checkCount(qint64 count, bool affordable = true);
-
 } // namespace HeaderSections

@@ -1,7 +1,7 @@
-#include "datafiles/parsing/oldlinereader.h"
+#include "datafiles/parsing/oldlineheader.h"
 
 #include "datafiles/parsing/filereadererror.h"
-#include "datafiles/parsing/headersections.h"
+#include "datafiles/parsing/headerlimits.h"
 #include "datafiles/parsing/unittext.h"
 
 #include <QDebug>
@@ -11,14 +11,33 @@
 
 namespace {
 
-/// What stands behind the words that open a header line, if the line has them.
-bool takePrefix(const QString &line, const char *prefix, QString *rest)
+enum class LineKind { unknown, modes, diagnostics, diagnosticsWithVoltages, currents, rawCurrents, spectrum };
+
+struct LineBegin {
+    const char *words;
+    LineKind kind;
+};
+constexpr LineBegin lineBegins[] = {
+    {"#Operating modes: ", LineKind::modes},
+    {"#Possible operating modes: ", LineKind::modes},
+    {"#Diagnostics: ", LineKind::diagnostics},
+    {"#Diagnostic values and voltages: ", LineKind::diagnosticsWithVoltages},
+    {"#Electrometer currents: ", LineKind::currents},
+    {"#Raw electrometer currents: ", LineKind::rawCurrents},
+    {"#Result spectrum: ", LineKind::spectrum},
+};
+
+/// The kind of a header line, and what stands behind the words that tell it.
+LineKind kindOf(const QString &line, QString *rest)
 {
-    const QLatin1String words(prefix);
-    if (!line.startsWith(words))
-        return false;
-    *rest = line.mid(words.size());
-    return true;
+    for (const LineBegin &begin : lineBegins) {
+        const QLatin1String words(begin.words);
+        if (line.startsWith(words)) {
+            *rest = line.mid(words.size());
+            return begin.kind;
+        }
+    }
+    return LineKind::unknown;
 }
 
 QString unquoted(const QString &text)
@@ -43,16 +62,36 @@ bool readFloats(const QString &text, RealVector *points, QString *bad)
     return true;
 }
 
+/// `parts` are the stretches of the line that the pattern for it captures.
+std::shared_ptr<SpectMath::SpectrumInfo> makeSpectrumInfo(const QStringList &parts, const RealVector &points)
+{
+    auto info = std::make_shared<SpectMath::SpectrumInfo>();
+    info->name = parts[1];
+    const Unit axisUnit = parseHeaderUnit(parts[6]);
+    info->concentrationUnit = parseHeaderUnit(parts[4]);
+    if (parts[5] == QLatin1String("mob")) {
+        info->scale = SpectMath::DistributionScale::mobility;
+        info->mobilityUnit = axisUnit;
+        info->mobilities = points;
+    } else {
+        info->scale = SpectMath::DistributionScale::radius;
+        info->sizeUnit = axisUnit;
+        info->radii = points;
+    }
+    info->finish();
+    return info;
+}
+
 } // namespace
 
-OldLineReader::OldLineReader(const QList<QByteArray> &lines, FileReaderState *state)
+OldLineHeader::OldLineHeader(const QList<QByteArray> &lines, FileReaderState *state)
     : m_logger(QStringLiteral("old_line_reader")), m_state(state)
 {
     try {
         for (const QByteArray &line : lines) {
             if (!line.startsWith('#'))
                 break;
-            readHeaderLine(QString::fromUtf8(line));
+            readLine(QString::fromUtf8(line));
         }
     } catch (const ValueParsingError &error) {
         throw FileReaderError(QStringLiteral("Failed to understand header: %1").arg(error.message()));
@@ -60,47 +99,57 @@ OldLineReader::OldLineReader(const QList<QByteArray> &lines, FileReaderState *st
     readColumnRow(lines.isEmpty() ? QByteArray() : lines.last());
 }
 
-void OldLineReader::warn(const QString &text) const
+bool OldLineHeader::isKnown(const QByteArray &line)
+{
+    return std::any_of(std::begin(lineBegins), std::end(lineBegins),
+                       [&line](const LineBegin &begin) { return line.startsWith(begin.words); });
+}
+
+void OldLineHeader::warn(const QString &text) const
 {
     m_logger.log(Log::Warning, text);
 }
 
-void OldLineReader::readHeaderLine(const QString &line)
+void OldLineHeader::readLine(const QString &line)
 {
     QString text;
-    ValueReaderPointer reader;
-    if (takePrefix(line, "#Operating modes: ", &text) || takePrefix(line, "#Possible operating modes: ", &text))
+    switch (kindOf(line, &text)) {
+    case LineKind::modes:
         readModes(text);
-    else if (takePrefix(line, "#Diagnostics: ", &text))
-        reader = makeDiagnostics(text, false);
-    else if (takePrefix(line, "#Diagnostic values and voltages: ", &text))
-        reader = makeDiagnostics(text, true);
-    else if (takePrefix(line, "#Electrometer currents: ", &text))
-        reader = makeElectrometers(text, false);
-    else if (takePrefix(line, "#Raw electrometer currents: ", &text))
-        reader = makeElectrometers(text, true);
-    else if (takePrefix(line, "#Result spectrum: ", &text))
-        reader = makeSpectrum(text);
-    else
+        break;
+    case LineKind::diagnostics:
+        m_valueReaders.append(makeDiagnostics(text, false));
+        break;
+    case LineKind::diagnosticsWithVoltages:
+        m_valueReaders.append(makeDiagnostics(text, true));
+        break;
+    case LineKind::currents:
+        m_valueReaders.append(makeElectrometers(text, false));
+        break;
+    case LineKind::rawCurrents:
+        m_valueReaders.append(makeElectrometers(text, true));
+        break;
+    case LineKind::spectrum:
+        m_valueReaders.append(makeSpectrum(text));
+        break;
+    case LineKind::unknown:
         qDebug().noquote() << "unknown line" << line.left(200);
-    if (reader)
-        m_valueReaders.append(reader);
-    HeaderSections::checkCount(m_valueReaders.size());
+        break;
+    }
+    checkHeaderCount(m_valueReaders.size());
 }
 
-void OldLineReader::readModes(const QString &text)
+void OldLineHeader::readModes(const QString &text)
 {
-    const QStringList names = text.split(QStringLiteral(", "), Qt::SkipEmptyParts);
-    HeaderSections::checkCount(names.size());
-    for (const QString &name : names)
+    checkHeaderCount(text.count(QLatin1Char(',')));
+    for (const QString &name : text.split(QStringLiteral(", "), Qt::SkipEmptyParts))
         m_state->addOpmode(name);
 }
 
-OldLineReader::ValueReaderPointer OldLineReader::makeDiagnostics(const QString &text, bool withVoltages)
+OldLineHeader::ValueReaderPointer OldLineHeader::makeDiagnostics(const QString &text, bool withVoltages)
 {
     const QStringList names = text.split(QLatin1Char(','), Qt::SkipEmptyParts);
-    const int most = m_state->variableNames.size() + names.size() * (withVoltages ? 2 : 1);
-    HeaderSections::checkCount(most, m_state->isAffordable(0, m_state->electrometerCount, most));
+    checkHeaderCount(names.size() * (withVoltages ? 2 : 1));
     QVector<int> variableSlots;
     for (const QString &part : names) {
         const QString name = unquoted(part.trimmed());
@@ -112,7 +161,7 @@ OldLineReader::ValueReaderPointer OldLineReader::makeDiagnostics(const QString &
     return std::make_shared<DiagnosticsReader>(variableSlots);
 }
 
-OldLineReader::ValueReaderPointer OldLineReader::makeElectrometers(const QString &text, bool raw)
+OldLineHeader::ValueReaderPointer OldLineHeader::makeElectrometers(const QString &text, bool raw)
 {
     QRegExp withGroups(QStringLiteral("\\s*(\\d+)\\s*\\((.*)\\)"));
     QRegExp countAlone(QStringLiteral("\\s*(\\d+)\\s*"));
@@ -121,7 +170,7 @@ OldLineReader::ValueReaderPointer OldLineReader::makeElectrometers(const QString
         throw ValueParsingError(QStringLiteral("Electrometer currents header line"));
     bool fits = false;
     const int count = (hasGroups ? withGroups : countAlone).cap(1).toInt(&fits);
-    HeaderSections::checkCount(count, fits && m_state->isAffordable(0, count, m_state->variableNames.size()));
+    checkHeaderCount(count, fits && m_state->isAffordable(0, count, m_state->variableNames.size()));
 
     const auto ignored = std::make_shared<DummyReader>(raw ? count : 2 * count);
     if (m_state->electrometerCountKnown && count != m_state->electrometerCount) {
@@ -133,21 +182,22 @@ OldLineReader::ValueReaderPointer OldLineReader::makeElectrometers(const QString
     m_state->electrometerCountKnown = true;
     Spectrometer::RecordMetadata &metadata = *m_state->metadata;
     metadata.totalElectrometers = count;
-    metadata.electrometerNames.resize(count);
     if (hasGroups && !readGroups(withGroups.cap(2), count))
         return ignored;
+    metadata.electrometerNames.resize(count);
     for (int i = 0; i < count; ++i)
         metadata.electrometerNames[i] = QString::number(i);
     return std::make_shared<ElectrometersReader>(count, raw);
 }
 
 /// False if a group is known with other channels.
-bool OldLineReader::readGroups(const QString &text, int count)
+bool OldLineHeader::readGroups(const QString &text, int count)
 {
+    checkHeaderCount(text.count(QLatin1Char(',')));
     bool understood = true;
     auto &groups = m_state->metadata->electrometerGroups;
-    for (const QString &part : text.split(QRegExp(QStringLiteral("\\s*,\\s*")))) {
-        const QStringList tokens = part.trimmed().split(QRegExp(QStringLiteral("\\s+")));
+    for (const QString &part : text.split(QLatin1Char(','))) {
+        const QStringList tokens = part.simplified().split(QLatin1Char(' '));
         if (tokens.size() != 3) {
             understood = false;
             continue;
@@ -164,17 +214,19 @@ bool OldLineReader::readGroups(const QString &text, int count)
                      .arg(tokens[0]));
             return false;
         }
-        if (range.first >= 0 && range.first <= range.end && range.end <= count)
+        if (range.first >= 0 && range.first <= range.end && range.end <= count) {
+            checkHeaderCount(groups.size() + 1);
             groups.insert(tokens[0], range);
-        else
+        } else {
             warn(QStringLiteral("Invalid electrometer channel group '%1'").arg(tokens[0]));
+        }
     }
     if (!understood)
         warn(QStringLiteral("Electrometer currents header line is a bit invalid"));
     return true;
 }
 
-OldLineReader::ValueReaderPointer OldLineReader::makeSpectrum(const QString &text)
+OldLineHeader::ValueReaderPointer OldLineHeader::makeSpectrum(const QString &text)
 {
     // name, quantity, kind, concentration unit, scale, axis unit, points
     QRegExp line(
@@ -185,10 +237,10 @@ OldLineReader::ValueReaderPointer OldLineReader::makeSpectrum(const QString &tex
     const QStringList parts = line.capturedTexts();
     const bool isDensity = parts[2] == QLatin1String("dif") || parts[2] == QLatin1String("density");
     const int pointCount = parts[7].count(QLatin1Char(',')) + 1;
-    HeaderSections::checkCount(pointCount);
-    HeaderSections::checkCount(m_state->spectrumInfos.size());
+    checkHeaderCount(pointCount);
+    checkHeaderCount(m_state->spectrumInfos.size());
 
-    const auto ignored = std::make_shared<DummyReader>(isDensity ? 2 * pointCount : 2 * pointCount - 1);
+    const auto ignored = std::make_shared<DummyReader>(isDensity ? 2 * pointCount : 2 * (pointCount - 1));
     RealVector points;
     QString bad;
     if (!readFloats(parts[7], &points, &bad)) {
@@ -211,27 +263,7 @@ OldLineReader::ValueReaderPointer OldLineReader::makeSpectrum(const QString &tex
     return ignored;
 }
 
-std::shared_ptr<SpectMath::SpectrumInfo> OldLineReader::makeSpectrumInfo(const QStringList &parts,
-                                                                         const RealVector &points) const
-{
-    auto info = std::make_shared<SpectMath::SpectrumInfo>();
-    info->name = parts[1];
-    const Unit axisUnit = parseHeaderUnit(parts[6]);
-    info->concentrationUnit = parseHeaderUnit(parts[4]);
-    if (parts[5] == QLatin1String("mob")) {
-        info->scale = SpectMath::DistributionScale::mobility;
-        info->mobilityUnit = axisUnit;
-        info->mobilities = points;
-    } else {
-        info->scale = SpectMath::DistributionScale::radius;
-        info->sizeUnit = axisUnit;
-        info->radii = points;
-    }
-    info->finish();
-    return info;
-}
-
-void OldLineReader::readColumnRow(const QByteArray &line)
+void OldLineHeader::readColumnRow(const QByteArray &line)
 {
     const QList<QByteArray> names = line.split(',');
     if (names.size() < 3)

@@ -2,36 +2,40 @@
 
 #include "datafiles/parsing/rowhead.h"
 
+OldLineReader::OldLineReader(const QList<QByteArray> &lines, FileReaderState *state)
+    : m_state(state), m_header(lines, state)
+{
+}
+
+bool OldLineReader::complain(const QString &text)
+{
+    errors.append(text);
+    return true;
+}
+
 bool OldLineReader::readRow(QByteArray line)
 {
     const int found = line.count(',') + 1;
-    if (found != m_fieldCount) {
-        errors.append(
-            QStringLiteral("%1 fields found, %2 expected").arg(QString::number(found), QString::number(m_fieldCount)));
-        return true;
-    }
+    if (found != m_header.fieldCount())
+        return complain(QStringLiteral("%1 fields found, %2 expected")
+                            .arg(QString::number(found), QString::number(m_header.fieldCount())));
     const QList<QByteArray> fields = line.split(',');
     RowTimes times;
-    if (!readRowTimes(viewOf(fields[0]), viewOf(fields[1]), &times)) {
-        errors.append(QStringLiteral("Failed to read end time"));
-        return true;
-    }
+    if (!readRowTimes(viewOf(fields[0]), viewOf(fields[1]), &times))
+        return complain(QStringLiteral("Failed to read end time"));
     if (m_state->isOutside(times))
         return false;
     std::shared_ptr<Record> record;
-    if (placeRow(times, *m_state, &record) == RowPlace::refused) {
-        errors.append(refusedRowText());
-        return true;
-    }
-    if (m_hasOpmode && record->opmode == -1) // a mode that no header told stays unknown
+    if (placeRow(times, *m_state, &record) == RowPlace::refused)
+        return complain(refusedRowText());
+    if (m_header.hasOpmode() && record->opmode == -1) // a mode that no header told stays unknown
         record->opmode = m_state->knownOpmode(QString::fromUtf8(fields[2].trimmed()));
     bool complained = false;
-    for (const auto &reader : qAsConst(m_valueReaders)) {
+    for (const auto &reader : m_header.valueReaders()) {
         try {
             reader->read(fields.mid(reader->firstColumn, reader->fieldCount), record, record);
         } catch (const ValueParsingError &error) {
-            errors.append(error.message());
-            complained = true;
+            complained = complain(error.message());
         }
     }
     return complained;

@@ -1,14 +1,8 @@
 #include "datafiles/parsing/headersections.h"
 
-#include "datafiles/parsing/filereadererror.h"
+#include "datafiles/parsing/headerlimits.h"
 
 namespace HeaderSections {
-
-void checkCount(qint64 count, bool affordable)
-{
-    if (count > mostHeaderValues || !affordable)
-        throw FileReaderError(QStringLiteral("Header describes too many values"));
-}
 
 bool readOpmodes(const Llama::MapNode &header, FileReaderState &state)
 {
@@ -16,7 +10,7 @@ bool readOpmodes(const Llama::MapNode &header, FileReaderState &state)
     if (!node.exists)
         return false;
     const Llama::ListNode names = node.toList();
-    checkCount(names.size());
+    checkHeaderCount(names.size());
     for (int i = 0; i < names.size(); ++i)
         state.addOpmode(names.at(i).requireString());
     return true;

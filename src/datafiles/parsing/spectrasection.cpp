@@ -1,6 +1,7 @@
 #include "datafiles/parsing/headersections.h"
 
 #include "datafiles/parsing/filereadererror.h"
+#include "datafiles/parsing/headerlimits.h"
 #include "datafiles/parsing/unittext.h"
 
 namespace HeaderSections {
@@ -12,7 +13,7 @@ using SpectMath::SpectrumInfo;
 RealVector readPoints(const Llama::Node &node, qint64 *total)
 {
     const Llama::ListNode list = node.toList();
-    checkCount(*total += list.size());
+    checkHeaderCount(*total += list.size());
     const std::vector<double> points = list.toDoubleVector();
     RealVector vector(points.size());
     std::copy(points.begin(), points.end(), vector.begin());
@@ -77,15 +78,15 @@ std::optional<Spectra> readSpectra(const Llama::MapNode &header, FileReaderState
     if (!node.exists)
         return std::nullopt;
     const Llama::ListNode list = node.toList();
-    checkCount(list.size());
+    checkHeaderCount(list.size());
     Spectra spectra;
     qint64 points = 0;
     for (int i = 0; i < list.size(); ++i) {
-        checkCount(state.spectrumInfos.size());
+        checkHeaderCount(state.spectrumInfos.size());
         spectra.infos.append(state.shareSpectrum(readInfo(list.at(i).toMap(), &points), true, logger));
     }
     const Llama::ListNode words = header.get(QStringLiteral("inversion_vars")).toList();
-    checkCount(words.size());
+    checkHeaderCount(words.size());
     for (int i = 0; i < words.size(); ++i)
         spectra.inversionVariables.append(inversionVariable(words.at(i).toString()));
     return spectra;

@@ -1,5 +1,7 @@
 #include "datafiles/parsing/headersections.h"
 
+#include "datafiles/parsing/headerlimits.h"
+
 namespace HeaderSections {
 
 namespace {
@@ -30,14 +32,11 @@ std::optional<QVector<int>> readVariables(const Llama::MapNode &header, FileRead
     if (!node.exists)
         return std::nullopt;
     const Llama::ListNode list = node.toList();
-    checkCount(list.size());
+    checkHeaderCount(list.size());
     QVector<int> slots;
     slots.reserve(list.size());
-    for (int i = 0; i < list.size(); ++i) {
-        const int known = state.variableNames.size();
-        checkCount(known, state.isAffordable(0, state.electrometerCount, known + 1));
+    for (int i = 0; i < list.size(); ++i)
         slots.append(readVariable(list.at(i), state));
-    }
     return slots;
 }
 

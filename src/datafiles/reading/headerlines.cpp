@@ -7,8 +7,7 @@
 namespace {
 
 constexpr int longestHeader = 16 << 20;
-constexpr int longestOldHeader = 1 << 20; // free text, matched with regular expressions
-constexpr int mostOldLines = 10000;
+constexpr int mostOldComments = 1000; // that are told on the debug output
 
 bool isOldFormat(const QByteArray &line)
 {
@@ -44,7 +43,6 @@ void HeaderLines::start(const QByteArray &line, int row)
 {
     m_firstRow = row;
     m_rest = QByteArray();
-    m_lineCount = 1;
     m_tooLong = line.size() > longestHeader;
     m_first = m_tooLong ? QByteArray() : QByteArray(line.constData(), line.size());
 }
@@ -57,7 +55,6 @@ void HeaderLines::add(const QByteArray &line)
         return;
     }
     m_rest.append(line).append('\n');
-    ++m_lineCount;
 }
 
 std::unique_ptr<LineReader> HeaderLines::makeReader(const QByteArray &columnRow, FileReaderState *state) const
@@ -73,14 +70,18 @@ std::unique_ptr<LineReader> HeaderLines::makeReader(const QByteArray &columnRow,
 
 std::unique_ptr<LineReader> HeaderLines::makeOldReader(const QByteArray &columnRow, FileReaderState *state) const
 {
-    if (m_rest.size() > longestOldHeader || m_lineCount > mostOldLines)
-        throw FileReaderError(QStringLiteral("Header too long"));
     QList<QByteArray> lines;
+    int comments = 0;
     for (int begin = 0; begin < m_rest.size();) {
         const int end = m_rest.indexOf('\n', begin) + 1;
-        lines.append(m_rest.mid(begin, end - begin).trimmed());
+        // Without a copy at first: a header may have millions of comments, and each kept costs many times its bytes.
+        const QByteArray line = QByteArray::fromRawData(m_rest.constData() + begin, end - begin);
+        if (OldLineHeader::isKnown(line) || comments++ < mostOldComments)
+            lines.append(line.trimmed());
         begin = end;
     }
+    if (comments > mostOldComments)
+        qDebug("%d more unknown lines", comments - mostOldComments);
     lines.append(columnRow.trimmed());
     return std::make_unique<OldLineReader>(lines, state);
 }

@@ -28,6 +28,5 @@ private:
     int m_firstRow = 0;
     QByteArray m_first;
     QByteArray m_rest; ///< the lines between the first one and the column row, each with its line feed
-    int m_lineCount = 0;
     bool m_tooLong = false;
 };

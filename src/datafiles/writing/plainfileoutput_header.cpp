@@ -42,8 +42,8 @@ void addInstrumentKeys(QVariantMap &map, const RecordMetadata &metadata)
     map[QStringLiteral("electrometer groups")] = groups;
 
     QVariantList names;
-    for (const QString &name : metadata.electrometerNames)
-        names << name;
+    for (int i = 0; i < metadata.totalElectrometers; ++i)
+        names << metadata.electrometerNames.value(i); // an old file may tell a count and no names
     map[QStringLiteral("electrometer names")] = names;
 
     QVariantList parameters;

@@ -1,5 +1,7 @@
 #include "datafiles/reading/reading.h"
 
+#include <QElapsedTimer>
+
 #include <cmath>
 
 namespace {
@@ -80,7 +82,7 @@ TEST_F(OldFiles, a_stretch_that_does_not_suit_is_stepped_over)
          "1,2",
          {"Different definition for electrometer channel group pos. Electrometer fields will be ignored in this "
           "file."}},
-        {"#Result spectrum: \"t\" frac num (1), rad (nm) 1,2\n", "1,2,3", {"Not nd spectrum will be ignored"}},
+        {"#Result spectrum: \"t\" frac num (1), rad (nm) 1,2\n", "1,2", {"Not nd spectrum will be ignored"}},
         {"#Result spectrum: \"t\" dif mass (1), rad (nm) 1,2\n", "1,2,3,4", {"Not nd spectrum will be ignored"}},
         {"#Result spectrum: \"t\" dif num (1), rad (nm) 1,two\n", "1,2,3,4", {"Spectrum header: two is not a number"}},
         {"#Result spectrum: \"t\" dif num (1/cm3), rad (nm) 1\n",
@@ -118,6 +120,52 @@ TEST_F(OldFiles, without_a_mode_column_and_with_no_tolerance_for_an_extra_field)
     ASSERT_EQ(recordCount(), 1);
     EXPECT_EQ(record(0).opmode, -1);
     EXPECT_EQ(record(0).variables[0], 1);
+}
+
+TEST_F(OldFiles, a_second_file_with_the_same_5001_names_is_read)
+{
+    QByteArray names, fields("ions");
+    for (int i = 0; i < 5001; ++i) {
+        names += 'd' + QByteArray::number(i) + ',';
+        fields += ",1";
+    }
+    for (const char *name : {"1.sig", "2.sig"})
+        write(name, "#Only records\n#Diagnostics: " + names + '\n' + columnRow + row(name[0] - '0', fields));
+    read();
+    EXPECT_EQ(complaints(), QStringList());
+    EXPECT_EQ(recordCount(), 2);
+}
+
+TEST_F(OldFiles, a_header_of_many_comments_is_read_within_16_MB)
+{
+    const QByteArray comment = '#' + QByteArray("x").repeated(498) + '\n';
+    readFile(comment.repeated(30000) + "#Diagnostics: flow\n", row(0, "ions,5"));
+    EXPECT_EQ(complaints(), QStringList());
+    ASSERT_EQ(recordCount(), 1);
+    EXPECT_EQ(record(0).variables[0], 5);
+    readFile(comment.repeated(34000), row(0, "ions,5"));
+    ASSERT_EQ(complaints().size(), 1);
+    EXPECT_TRUE(complaints()[0].contains("Header too long"));
+}
+
+TEST_F(OldFiles, blanks_between_groups_cost_no_time)
+{
+    const QByteArray blanks = QByteArray(" ").repeated(32000);
+    QElapsedTimer clock;
+    clock.start();
+    readFile("#Electrometer currents: 1 (" + blanks + "pos" + blanks + "0 0" + blanks + ", neg 0 0" + blanks + ")\n",
+             row(0, "ions,1,2"));
+    EXPECT_LT(clock.elapsed(), 2000);
+    EXPECT_EQ(complaints(), QStringList());
+    EXPECT_EQ(reader->metadata()->electrometerGroups.keys(), QStringList({"neg", "pos"}));
+}
+
+TEST_F(OldFiles, a_conflict_of_groups_ends_its_line_before_the_names)
+{
+    readFile("#Electrometer currents: 1 (pos 0 0, pos 0 1)\n", row(0, "ions,1,2"));
+    EXPECT_EQ(complaints().size(), 1);
+    EXPECT_EQ(reader->metadata()->totalElectrometers, 1);
+    EXPECT_EQ(reader->metadata()->electrometerNames.size(), 0);
 }
 
 TEST_F(OldFiles, spectra_are_shared_over_files_by_their_hash)
