@@ -1,6 +1,6 @@
 #include "store/datastore.h"
 
-#include "store/seriesmerge.h"
+#include "store/bisect.h"
 
 #include <QDebug>
 
@@ -8,40 +8,9 @@
 
 namespace {
 
-/// Beyond this distance from the end an insertion forgets the spans behind it, to be made anew when they are asked for.
-constexpr std::size_t farFromEnd = 4096;
-
-void insertSpan(SpanIndex &spans, std::size_t index, const Record &record)
+bool sameTimes(const Record &record, RecordTime begin, RecordTime end)
 {
-    if (index > spans.size())
-        return; // lies in the part that is made anew
-    if (spans.size() - index > farFromEnd)
-        spans.truncate(index);
-    else
-        spans.insert(index, record.beginTime, record.endTime);
-}
-
-void insertMarks(ValueQueue<RecordMarks> &marks, std::size_t index, const Record &record)
-{
-    if (index > marks.size())
-        return; // likewise
-    if (marks.size() - index > farFromEnd)
-        marks.truncate(index);
-    else
-        marks.insert(index, RecordMarks::of(record));
-}
-
-void updateGaps(Datastore::Series &series, std::size_t place)
-{
-    updateGaps(place > 0 ? &series[place - 1] : nullptr, series[place],
-               place + 1 < series.size() ? &series[place + 1] : nullptr);
-}
-
-bool beginOneAfterTheOther(const std::vector<SpectrumRecord> &entries)
-{
-    return std::adjacent_find(entries.begin(), entries.end(), [](const SpectrumRecord &x, const SpectrumRecord &y) {
-               return x.record->beginTime >= y.record->beginTime;
-           }) == entries.end();
+    return record.beginTime == begin && record.endTime == end;
 }
 
 void warnOfMissingTimes(const Record &record)
@@ -75,7 +44,7 @@ const std::shared_ptr<Record> &Datastore::at(int index) const
 
 std::shared_ptr<const Datastore::Series> Datastore::series(SeriesKey key) const
 {
-    return m_spectrumSeries.value(key);
+    return m_spectra.all().value(key);
 }
 
 const SpanIndex &Datastore::recordSpans() const
@@ -83,37 +52,6 @@ const SpanIndex &Datastore::recordSpans() const
     for (std::size_t i = m_recordSpans.size(); i < m_records.size(); ++i)
         m_recordSpans.append(m_records[i]->beginTime, m_records[i]->endTime);
     return m_recordSpans;
-}
-
-const SpanIndex &Datastore::seriesSpans(SeriesKey key) const
-{
-    static const SpanIndex none;
-    const auto found = m_spectrumSeries.constFind(key);
-    if (found == m_spectrumSeries.constEnd())
-        return none;
-    const Series &series = **found;
-    SpanIndex &spans = m_seriesSpans[key];
-    for (std::size_t i = spans.size(); i < series.size(); ++i)
-        spans.append(series[i].record->beginTime, series[i].record->endTime);
-    return spans;
-}
-
-const SpectMath::DecadeHistogram &Datastore::histogram(SeriesKey key) const
-{
-    static const SpectMath::DecadeHistogram none;
-    const auto found = m_summaries.find(key);
-    return found == m_summaries.end() ? none : found->second.histogram();
-}
-
-const double *Datastore::totalDecades(SeriesKey key) const
-{
-    const auto found = m_summaries.find(key);
-    return found == m_summaries.end() ? nullptr : found->second.totalDecades();
-}
-
-SeriesSummary &Datastore::summaryOf(const SpectMath::SpectrumInfoPointer &info)
-{
-    return m_summaries.try_emplace(info.get(), info).first->second;
 }
 
 const RecordMarks *Datastore::recordMarks() const
@@ -133,15 +71,114 @@ void Datastore::updateIndexes() const
 {
     recordSpans();
     recordMarks();
-    for (const SeriesKey key : m_spectrumSeries.keys())
-        seriesSpans(key);
+    m_spectra.updateSpans();
 }
 
-std::size_t Datastore::lostEntries(SeriesKey key) const
+// ---- search
+
+Datastore::iterator Datastore::lowerBound(RecordTime time)
 {
-    const auto found = m_lostEntries.find(key);
-    return found == m_lostEntries.end() ? 0 : found->second;
+    return m_records.begin() + lowerBoundIndex(time);
 }
+
+int Datastore::lowerBoundIndex(RecordTime time) const
+{
+    const std::size_t count = m_records.size();
+    const bool indexed = m_recordSpans.size() == count;
+    const auto isBelow = [&](std::size_t i) {
+        return indexed ? m_recordSpans.begin(i) < ticksOf(time) : m_records[i]->beginTime < time;
+    };
+    const auto fits = [&](std::size_t place) {
+        return place <= count && (place == 0 || isBelow(place - 1)) && (place == count || !isBelow(place));
+    };
+    // Rows come in order of time: mostly the place after the last one found is meant, or the same again.
+    const auto last = std::size_t(m_lastFound);
+    std::size_t found;
+    if (fits(last + 1))
+        found = last + 1;
+    else if (fits(last))
+        found = last;
+    else if (indexed)
+        found = m_recordSpans.lowerBound(ticksOf(time));
+    else
+        found = bisect(count, isBelow);
+    m_lastFound = int(found);
+    return m_lastFound;
+}
+
+int Datastore::indexOfHead(const Spectrometer::RecordHead &head) const
+{
+    for (int i = lowerBoundIndex(head.beginTime); i < size() && at(i)->beginTime == head.beginTime; ++i) {
+        if (static_cast<const Spectrometer::RecordHead &>(*at(i)) == head)
+            return i;
+    }
+    return -1;
+}
+
+int Datastore::indexOf(RecordTime begin, RecordTime end) const
+{
+    for (int i = lowerBoundIndex(begin); i < size() && at(i)->beginTime == begin; ++i) {
+        if (sameTimes(*at(i), begin, end))
+            return i;
+    }
+    return -1;
+}
+
+int Datastore::firstIndexFrom(RecordTime time) const
+{
+    return lowerBoundIndex(time);
+}
+
+int Datastore::lastIndexEndingBy(RecordTime time) const
+{
+    int i = lowerBoundIndex(time);
+    while (i < size() && at(i)->beginTime == time)
+        ++i;
+    do {
+        --i;
+    } while (i >= 0 && effectiveEnd(*at(i)) > time);
+    return i;
+}
+
+int Datastore::indexOfRecord(const std::shared_ptr<Record> &record) const
+{
+    if (!record)
+        return -1;
+    for (int i = lowerBoundIndex(record->beginTime); i < size() && at(i)->beginTime == record->beginTime; ++i) {
+        if (at(i) == record)
+            return i;
+    }
+    return -1;
+}
+
+std::shared_ptr<Record> Datastore::neighbour(const std::shared_ptr<Record> &record, int steps) const
+{
+    const int index = indexOfRecord(record);
+    const std::int64_t wanted = std::int64_t(index) + steps;
+    return index < 0 || wanted < 0 || wanted >= size() ? nullptr : at(int(wanted));
+}
+
+std::shared_ptr<Record> Datastore::neighbourWithOpmode(const std::shared_ptr<Record> &record, int steps,
+                                                       int opmode) const
+{
+    if (steps == 0)
+        return record;
+    const int index = indexOfRecord(record);
+    if (index < 0)
+        return nullptr;
+    int answer = index;
+    std::int64_t wanted = std::abs(std::int64_t(steps));
+    const int direction = steps > 0 ? 1 : -1;
+    for (int i = index + direction; i >= 0 && i < size() && wanted > 0; i += direction) {
+        if (at(i)->opmode == opmode) {
+            answer = i;
+            --wanted;
+        }
+    }
+    return at(answer);
+}
+
+// ---- changes
 
 Datastore::iterator Datastore::insertRecord(iterator position, const std::shared_ptr<Record> &record)
 {
@@ -158,9 +195,9 @@ int Datastore::insertAt(int index, const std::shared_ptr<Record> &record)
         }
         index = std::min(index, size());
     }
-    insertSpan(m_recordSpans, std::size_t(index), *record);
-    insertMarks(m_recordMarks, std::size_t(index), *record);
     m_records.insert(m_records.begin() + index, record);
+    m_recordSpans.insertOrForget(std::size_t(index), record->beginTime, record->endTime);
+    m_recordMarks.insertOrForget(std::size_t(index), RecordMarks::of(*record));
     m_lastFound = index;
     return index;
 }
@@ -172,19 +209,7 @@ void Datastore::dropOldest()
     m_recordSpans.removeFirst(1);
     m_recordMarks.removeFirst(std::min<std::size_t>(1, m_recordMarks.size()));
     ++m_lostRecords;
-    for (auto entry = m_spectrumSeries.begin(); entry != m_spectrumSeries.end(); ++entry) {
-        Series &series = **entry;
-        std::size_t lost = 0;
-        // Another record of the same beginTime loses its entry too.
-        for (; !series.empty() && series.front().record->beginTime <= dropped->beginTime; ++lost) {
-            m_summaries.at(entry.key()).removeFirst(*series.front().spectrum);
-            series.pop_front();
-        }
-        if (lost == 0)
-            continue;
-        m_seriesSpans[entry.key()].removeFirst(lost);
-        m_lostEntries[entry.key()] += lost;
-    }
+    m_spectra.dropUpTo(dropped->beginTime); // another record of the same beginTime loses its entries too
     Q_EMIT removed(0, dropped);
 }
 
@@ -216,58 +241,18 @@ void Datastore::mergeRecords(std::vector<std::shared_ptr<Record>> &&records)
     }
 }
 
-void Datastore::enterSpectrum(const std::shared_ptr<Record> &record,
-                              const std::shared_ptr<SpectMath::Spectrum> &spectrum)
+void Datastore::clear()
 {
-    const SeriesKey key = spectrum->info.get();
-    std::shared_ptr<Series> &series = m_spectrumSeries[key];
-    if (!series)
-        series = std::make_shared<Series>();
-    SeriesSummary &summary = summaryOf(spectrum->info);
-    const std::size_t place = lowerBoundOf(*series, record->beginTime);
-    if (place < series->size() && (*series)[place].record == record) {
-        summary.replace(place, *(*series)[place].spectrum, *spectrum);
-        (*series)[place].spectrum = spectrum;
-    } else {
-        summary.insert(place, *spectrum);
-        series->insert(series->begin() + std::ptrdiff_t(place), {record, spectrum});
-        insertSpan(m_seriesSpans[key], place, *record);
-    }
-    updateGaps(*series, place);
-}
-
-void Datastore::enterSpectra(std::vector<SpectrumRecord> &&entries)
-{
-    std::map<SeriesKey, std::vector<SpectrumRecord>> byKey;
-    for (SpectrumRecord &entry : entries)
-        byKey[entry.spectrum->info.get()].push_back(std::move(entry));
-    entries.clear();
-    for (const auto &[key, ofSeries] : byKey)
-        mergeIntoSeries(key, ofSeries);
-}
-
-void Datastore::mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord> &entries)
-{
-    std::shared_ptr<Series> &series = m_spectrumSeries[key];
-    if (!series)
-        series = std::make_shared<Series>();
-    const std::size_t place = lowerBoundOf(*series, entries.front().record->beginTime);
-    if (entries.size() < 16 || (place == series->size() && beginOneAfterTheOther(entries))) {
-        for (const SpectrumRecord &entry : entries)
-            enterSpectrum(entry.record, entry.spectrum);
-        return;
-    }
-    m_seriesSpans[key].truncate(place);
-    mergeSpectra(*series, summaryOf(entries.front().spectrum->info), place, entries);
+    m_records.clear();
+    m_recordSpans.truncate(0);
+    m_recordMarks.truncate(0);
+    m_spectra.clear();
+    m_lastFound = 0;
 }
 
 std::shared_ptr<Datastore::Series> Datastore::removeSpectrum(SeriesKey key)
 {
-    std::shared_ptr<Series> series = m_spectrumSeries.take(key);
-    m_seriesSpans.erase(key);
-    m_summaries.erase(key);
-    if (series)
-        m_lostEntries[key] += series->size();
+    std::shared_ptr<Series> series = m_spectra.remove(key);
     for (int i = 0; i < size(); ++i) {
         const std::shared_ptr<Record> record = at(i);
         auto &spectra = record->spectra;
@@ -343,7 +328,7 @@ void Datastore::takeSpectra(const SpectMath::SpectrumRecordPointer &incoming, bo
         if (!spectrum || !spectrum->info)
             continue;
         record->spectra.push_back(spectrum);
-        enterSpectrum(record, spectrum);
+        m_spectra.enter(record, spectrum);
     }
     Q_EMIT updated(index, record, SpectraChanged);
 }

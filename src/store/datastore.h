@@ -1,16 +1,13 @@
 #pragma once
 
 #include "store/recordmarks.h"
-#include "store/seriessummary.h"
 #include "store/spanindex.h"
-#include "store/spectrumrecord.h"
+#include "store/spectrumindex.h"
 #include "util/valuequeue.h"
 
-#include <QMap>
 #include <QObject>
 
 #include <deque>
-#include <map>
 #include <vector>
 
 /// What Datastore::updated tells; each emission carries exactly one.
@@ -25,8 +22,8 @@ class Datastore : public QObject {
 public:
     using Records = std::deque<std::shared_ptr<Record>>;
     using iterator = Records::iterator;
-    using Series = std::deque<SpectrumRecord>;
-    using SeriesKey = const SpectMath::SpectrumInfo *;
+    using Series = SpectrumIndex::Series;
+    using SeriesKey = SpectrumIndex::Key;
 
     explicit Datastore(QObject *parent = nullptr);
     ~Datastore() override;
@@ -43,26 +40,26 @@ public:
     const Records &records() const { return m_records; }
     /// Null if there is no such series.
     std::shared_ptr<const Series> series(SeriesKey key) const;
-    const QMap<SeriesKey, std::shared_ptr<Series>> &spectrumSeries() const { return m_spectrumSeries; }
+    const SpectrumIndex::AllSeries &spectrumSeries() const { return m_spectra.all(); }
     /// Begins and ends of all records, index for index. Valid until the next change of the store.
     const SpanIndex &recordSpans() const;
     /// Begins and ends of the records of a series, entry for entry; an empty index if there is no such series. Valid
     /// until the next change of the store.
-    const SpanIndex &seriesSpans(SeriesKey key) const;
+    const SpanIndex &seriesSpans(SeriesKey key) const { return m_spectra.spans(key); }
     /// What colours each record, index for index. Valid until the next change of the store.
     const RecordMarks *recordMarks() const;
-    /// Brings what is kept of spans and marks up to date, so that who asks first needn't wait for it.
+    /// Brings what is kept of spans and marks up to date, so that the first to ask needn't wait for it.
     void updateIndexes() const;
     /// The concentrations of all of the series' spectra that didn't fail; an empty one if there is no such series.
-    const SpectMath::DecadeHistogram &histogram(SeriesKey key) const;
+    const SpectMath::DecadeHistogram &histogram(SeriesKey key) const { return m_spectra.histogram(key); }
     /// The number concentrations over the whole axis of the series' spectra, entry for entry, by decadesOf(); NaN for
     /// those that failed. Null if there is no such series. Valid until the next change of the store.
-    const double *totalDecades(SeriesKey key) const;
+    const double *totalDecades(SeriesKey key) const { return m_spectra.totalDecades(key); }
     /// How many records it has lost so far, each the first one then. What is kept beside the records tells by this how
     /// many go at its front.
     std::size_t lostRecords() const { return m_lostRecords; }
     /// The same of the entries of a series; those of one that was removed count as lost.
-    std::size_t lostEntries(SeriesKey key) const;
+    std::size_t lostEntries(SeriesKey key) const { return m_spectra.lostEntries(key); }
 
     // ---- search, all by one bisection over beginTime
     iterator lowerBound(RecordTime time);
@@ -80,20 +77,27 @@ public:
     /// The last of so many records of that mode on the way, `record` itself if there is none; null if it isn't stored.
     std::shared_ptr<Record> neighbourWithOpmode(const std::shared_ptr<Record> &record, int steps, int opmode) const;
     /// The first entry of a series whose record doesn't begin before the time.
-    static std::size_t lowerBoundOf(const Series &series, RecordTime time);
+    static std::size_t lowerBoundOf(const Series &series, RecordTime time)
+    {
+        return SpectrumIndex::lowerBoundOf(series, time);
+    }
 
     // ---- changes that emit nothing but `removed`, for readers
     /// The position is the one that a search found. Drops the oldest records first where the store is limited and full.
     iterator insertRecord(iterator position, const std::shared_ptr<Record> &record);
     /// Takes in many records at once, themselves in ascending order of beginTime: the same result as inserting each at
     /// its lowerBound, from the last to the first, at the cost of one merge. Emits nothing unless the limit drops
-    /// records.
+    /// records. Without a limit, it takes in all or, with std::bad_alloc, none.
     void mergeRecords(std::vector<std::shared_ptr<Record>> &&records);
     /// Gives the record's spectrum its entry in the series of its description.
-    void enterSpectrum(const std::shared_ptr<Record> &record, const std::shared_ptr<SpectMath::Spectrum> &spectrum);
-    /// Gives many spectra their entries, in ascending order of their records' beginTime: the same result as entering
-    /// each in turn, at the cost of one merge for each series. The gaps given are not looked at.
-    void enterSpectra(std::vector<SpectrumRecord> &&entries);
+    void enterSpectrum(const std::shared_ptr<Record> &record, const std::shared_ptr<SpectMath::Spectrum> &spectrum)
+    {
+        m_spectra.enter(record, spectrum);
+    }
+    /// Gives many spectra their entries, in ascending order of their records' beginTime, as SpectrumIndex::enter().
+    void enterSpectra(std::vector<SpectrumRecord> &&entries) { m_spectra.enter(std::move(entries)); }
+    /// Forgets all records and series, for lack of memory. Allocates nothing, and emits nothing.
+    void clear();
 
     /// Drops the series and takes its spectra out of every record. What was the series keeps the spectra alive, for
     /// letting go of very many takes a while; null if there was none.
@@ -115,8 +119,6 @@ Q_SIGNALS:
 
 private:
     int indexOfRecord(const std::shared_ptr<Record> &record) const;
-    SeriesSummary &summaryOf(const SpectMath::SpectrumInfoPointer &info);
-    void mergeIntoSeries(SeriesKey key, const std::vector<SpectrumRecord> &entries);
     void updateMarks(int index);
     int insertAt(int index, const std::shared_ptr<Record> &record);
     void dropOldest();
@@ -126,12 +128,9 @@ private:
     Records m_records;
     int m_maxRecords = 1000;
     bool m_limitRecords = true;
-    QMap<SeriesKey, std::shared_ptr<Series>> m_spectrumSeries;
     mutable SpanIndex m_recordSpans;               ///< may lack records at the end
     mutable ValueQueue<RecordMarks> m_recordMarks; ///< likewise
-    mutable std::map<SeriesKey, SpanIndex> m_seriesSpans;
-    std::map<SeriesKey, SeriesSummary> m_summaries;
+    SpectrumIndex m_spectra;
     std::size_t m_lostRecords = 0;
-    std::map<SeriesKey, std::size_t> m_lostEntries;
     mutable int m_lastFound = 0; ///< where the last search ended: the next one is mostly for the place after it
 };

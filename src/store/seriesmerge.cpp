@@ -22,17 +22,6 @@ struct MovedEntry {
     double totalDecades;
 };
 
-std::vector<MovedEntry> takeFrom(std::deque<SpectrumRecord> &series, SeriesSummary &summary, std::size_t place)
-{
-    std::vector<MovedEntry> taken;
-    taken.reserve(series.size() - place);
-    for (std::size_t i = place; i < series.size(); ++i)
-        taken.push_back({std::move(series[i]), summary.totalDecades()[i]});
-    series.resize(place);
-    summary.truncateTotals(place);
-    return taken;
-}
-
 } // namespace
 
 void updateGaps(SpectrumRecord *previous, SpectrumRecord &entry, SpectrumRecord *next)
@@ -52,11 +41,21 @@ void updateGaps(SpectrumRecord *previous, SpectrumRecord &entry, SpectrumRecord 
 void mergeSpectra(std::deque<SpectrumRecord> &series, SeriesSummary &summary, std::size_t place,
                   const std::vector<SpectrumRecord> &entries)
 {
-    std::vector<MovedEntry> former = takeFrom(series, summary, place);
+    // All memory is taken before anything moves: what follows doesn't fail.
+    std::vector<MovedEntry> former, ofOneTime; // of those of one time the last one goes first
+    former.reserve(series.size() - place);
+    ofOneTime.reserve(entries.size() + 1);
+    summary.reserve(series.size() + entries.size());
+    const std::size_t size = series.size();
+    series.resize(size + entries.size());
+    for (std::size_t i = place; i < size; ++i)
+        former.push_back({std::move(series[i]), summary.totalDecades()[i]});
+    summary.truncateTotals(place);
+
+    std::size_t end = place; // of the entries that stand in their places
     auto next = former.begin();
-    std::vector<MovedEntry> ofOneTime; // the last one goes first
     const auto put = [&](MovedEntry &moved) {
-        series.push_back(std::move(moved.entry));
+        series[end++] = std::move(moved.entry);
         summary.appendTotal(moved.totalDecades);
     };
     const auto putUpTo = [&](RecordTime begin) {
@@ -83,8 +82,9 @@ void mergeSpectra(std::deque<SpectrumRecord> &series, SeriesSummary &summary, st
         SpectrumRecord *const behind = many > 1               ? &ofOneTime[many - 2].entry
                                        : next == former.end() ? nullptr
                                                               : &next->entry;
-        updateGaps(series.empty() ? nullptr : &series.back(), ofOneTime.back().entry, behind);
+        updateGaps(end == 0 ? nullptr : &series[end - 1], ofOneTime.back().entry, behind);
     }
     std::for_each(ofOneTime.rbegin(), ofOneTime.rend(), put);
     std::for_each(next, former.end(), put);
+    series.resize(end);
 }

@@ -18,7 +18,10 @@ public:
     /// The first entry, which had this spectrum, has gone.
     void removeFirst(const SpectMath::Spectrum &spectrum);
 
-    // For who puts many entries in their places at once.
+    /// Makes room for that many entries: inserting them, or appending their totals, doesn't fail then.
+    void reserve(std::size_t size) { m_totalDecades.reserve(size); }
+
+    // For a merge, which puts many entries in their places at once.
     /// Counts an entry's spectrum in, and tells its total.
     double count(const SpectMath::Spectrum &spectrum);
     void discount(const SpectMath::Spectrum &spectrum);

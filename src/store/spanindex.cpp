@@ -206,6 +206,20 @@ void SpanIndex::insert(std::size_t i, RecordTime beginTime, RecordTime endTime)
     }
 }
 
+void SpanIndex::insertOrForget(std::size_t i, RecordTime beginTime, RecordTime endTime) noexcept
+{
+    if (i > m_size)
+        return;
+    constexpr std::size_t farFromEnd = 4096;
+    if (m_size - i > farFromEnd)
+        return truncate(i);
+    try {
+        insert(i, beginTime, endTime);
+    } catch (const std::bad_alloc &) { // which leaves all as it was
+        truncate(i);
+    }
+}
+
 void SpanIndex::truncate(std::size_t size)
 {
     if (size >= m_size)

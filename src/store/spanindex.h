@@ -74,6 +74,9 @@ public:
     void append(RecordTime beginTime, RecordTime endTime);
     /// Moves the entries from i on by one place. Costs what lies behind i.
     void insert(std::size_t i, RecordTime beginTime, RecordTime endTime);
+    /// The same for an entry that may lie beyond the end, of which nothing is kept then. Far from the end, or without
+    /// memory, it forgets what lies behind instead, to be appended anew when it is asked for.
+    void insertOrForget(std::size_t i, RecordTime beginTime, RecordTime endTime) noexcept;
     /// Forgets the entries from `size` on.
     void truncate(std::size_t size);
     /// Forgets so many entries at the front, all of them if there are fewer. Moves none of the others.

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -43,6 +45,27 @@ public:
     void insert(std::size_t i, const T &value)
     {
         m_values.insert(m_values.begin() + std::ptrdiff_t(m_front + i), value);
+    }
+    /// The same for a value that may lie beyond the end, of which nothing is kept then. Far from the end, or without
+    /// memory, it forgets what lies behind instead.
+    void insertOrForget(std::size_t i, const T &value) noexcept
+    {
+        constexpr std::size_t farFromEnd = 4096;
+        if (i > size())
+            return;
+        if (size() - i > farFromEnd)
+            return truncate(i);
+        try {
+            insert(i, value);
+        } catch (const std::bad_alloc &) {
+            truncate(i);
+        }
+    }
+    /// Makes room for that many values, so that insert() doesn't fail before there are so many.
+    void reserve(std::size_t size)
+    {
+        if (m_front + size > m_values.capacity())
+            m_values.reserve(std::max(m_front + size, 2 * m_values.capacity()));
     }
     /// Forgets the values from `size` on; not more than there are.
     void truncate(std::size_t size) { m_values.resize(m_front + size); }
