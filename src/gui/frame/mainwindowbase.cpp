@@ -272,7 +272,7 @@ void MainWindowBase::setDatastore(std::shared_ptr<Datastore> store)
     const std::shared_ptr<Datastore> former = std::exchange(m_datastore, std::move(store)); // outlives its views
     m_browser->setDatastore(m_datastore.get());
     setFollowLast(isFollowingLast()); // only a move of the user ends that
-    m_browser->timeView()->forgetViews();
+    m_browser->timeView()->navigator()->forgetViews();
     if (!m_datastore)
         return;
     if (!m_datastore->isEmpty()) {
@@ -293,14 +293,15 @@ void MainWindowBase::fitTimescale()
 
 void MainWindowBase::showGoToTime()
 {
-    auto *const dialog = new Tsb::GoToTimeDialog(m_browser->timeView(), this);
+    auto *const dialog =
+        new Tsb::GoToTimeDialog(m_browser->timeView()->navigator(), m_browser->timeView()->timeOffset(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();
 }
 
 void MainWindowBase::updatePreviousView()
 {
-    m_actions.previousView->setEnabled(m_browser->isEnabled() && m_browser->timeView()->hasPreviousView());
+    m_actions.previousView->setEnabled(m_browser->isEnabled() && m_browser->timeView()->navigator()->hasPreviousView());
 }
 
 void MainWindowBase::clearWindowSetup()

@@ -57,8 +57,10 @@ void MainWindowBase::setupActions()
     connect(m_browser->timeView(), &Tsb::TimeView::followNowChanged, m_actions.followNow, &QAction::setChecked);
     connect(m_actions.fitTimescale, &QAction::triggered, this, &MainWindowBase::fitTimescale);
     connect(m_actions.goToTime, &QAction::triggered, this, &MainWindowBase::showGoToTime);
-    connect(m_actions.previousView, &QAction::triggered, m_browser->timeView(), &Tsb::TimeView::goToPreviousView);
-    connect(m_browser->timeView(), &Tsb::TimeView::hasPreviousViewChanged, this, &MainWindowBase::updatePreviousView);
+    connect(m_actions.previousView, &QAction::triggered, m_browser->timeView()->navigator(),
+            &Tsb::TimeNavigator::goToPreviousView);
+    connect(m_browser->timeView()->navigator(), &Tsb::TimeNavigator::hasPreviousViewChanged, this,
+            &MainWindowBase::updatePreviousView);
     connect(m_actions.inversionStats, &QAction::triggered, this, &MainWindowBase::showInversionStats);
 }
 

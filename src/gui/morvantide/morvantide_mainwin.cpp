@@ -235,7 +235,7 @@ void MorvantideMainWindow::showData(FileReader &reader)
     fitTimescale();
     if (!browser()->hasViews())
         browser()->addDefaultStack();
-    browser()->timeView()->forgetViews(); // the way back begins at the whole of the data
+    browser()->timeView()->navigator()->forgetViews(); // the way back begins at the whole of the data
     // Keys go to the data now, not to whatever had the focus before there were any.
     if (auto *plot = browser()->findChild<Tsb::Plot *>())
         plot->setFocus();

@@ -195,13 +195,13 @@ TEST_F(MainWindowBaseTest, FollowsWhatComesIn)
     EXPECT_EQ(window.shownRecord(), next);
     EXPECT_TRUE(window.isFollowingLast());
 
-    window.browser()->timeView()->forgetViews();
+    window.browser()->timeView()->navigator()->forgetViews();
     const TimeScale followed = window.browser()->timeScale();
     EXPECT_EQ(window.shownRecord(), comesIn(500'000, 0));
     EXPECT_NE(window.browser()->timeScale(), followed);
-    EXPECT_FALSE(window.browser()->timeView()->hasPreviousView()) << "nobody went there";
+    EXPECT_FALSE(window.browser()->timeView()->navigator()->hasPreviousView()) << "nobody went there";
     window.showRecord(next);
-    EXPECT_TRUE(window.browser()->timeView()->hasPreviousView());
+    EXPECT_TRUE(window.browser()->timeView()->navigator()->hasPreviousView());
     follow();
 
     metadata->dpVariants[0].skipOffsets = true;
@@ -301,7 +301,7 @@ TEST_F(MainWindowBaseTest, FindsTheWayToAMomentAndBack)
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     window.showRecord(store->at(3));
-    Tsb::TimeView *const axis = window.browser()->timeView();
+    Tsb::TimeNavigator *const axis = window.browser()->timeView()->navigator();
     axis->forgetViews();
     const TimeScale home = window.browser()->timeScale();
     EXPECT_FALSE(window.actions().previousView->isEnabled());
@@ -311,8 +311,7 @@ TEST_F(MainWindowBaseTest, FindsTheWayToAMomentAndBack)
     ASSERT_TRUE(dialog && dialog->isVisible());
     QTest::keyClicks(dialog->findChild<QLineEdit *>(), "2021-01-01 12:00:00");
     QTest::keyClick(dialog->findChild<QLineEdit *>(), Qt::Key_Return);
-    EXPECT_EQ(timeToString(axis->timeScale().tickAt(axis->contentsRect().width() / 2), "%Y-%m-%d %H:%M:%S"),
-              "2021-01-01 12:00:00");
+    EXPECT_EQ(timeToString(axis->middle(), "%Y-%m-%d %H:%M:%S"), "2021-01-01 12:00:00");
     EXPECT_TRUE(window.actions().previousView->isEnabled());
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     QTest::keyClick(&window, Qt::Key_Left, Qt::AltModifier);
@@ -327,7 +326,7 @@ TEST_F(MainWindowBaseTest, FindsTheWayToAMomentAndBack)
 TEST_F(MainWindowBaseTest, FollowNowIsKeptInStepBothWays)
 {
     window.actions().followNow->setChecked(true);
-    EXPECT_TRUE(window.browser()->timeView()->isFollowingNow());
+    EXPECT_TRUE(window.browser()->timeView()->navigator()->isFollowingNow());
     window.browser()->timeView()->setFollowNow(false);
     EXPECT_FALSE(window.actions().followNow->isChecked());
 }

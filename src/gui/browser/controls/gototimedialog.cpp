@@ -1,6 +1,6 @@
 #include "gui/browser/controls/gototimedialog.h"
 
-#include "gui/browser/controls/timeview.h"
+#include "axis/timenavigator.h"
 #include "util/timeformat.h"
 
 #include <QDialogButtonBox>
@@ -18,21 +18,21 @@ constexpr int shownLength = 40;  // of a text that can't be read
 
 } // namespace
 
-GoToTimeDialog::GoToTimeDialog(TimeView *timeView, QWidget *parent)
-    : QDialog(parent), m_timeView(timeView), m_edit(new QLineEdit(this)), m_message(new QLabel(this))
+GoToTimeDialog::GoToTimeDialog(TimeNavigator *navigator, std::int64_t offsetSeconds, QWidget *parent)
+    : QDialog(parent), m_navigator(navigator), m_offset(offsetSeconds), m_edit(new QLineEdit(this)),
+      m_message(new QLabel(this))
 {
     setWindowTitle(tr("Go to time"));
-    const std::int64_t offset = timeView->timeOffset();
-    const RecordTime middle = timeView->timeScale().tickAt(timeView->contentsRect().width() / 2);
+    const RecordTime middle = navigator->middle();
     if (ticksOf(middle) > 0)
-        m_edit->setText(timeToString(localTime(middle, offset), offeredFormat));
+        m_edit->setText(timeToString(localTime(middle, m_offset), offeredFormat));
     m_edit->selectAll();
     m_edit->setToolTip(tr("YYYY-MM-DD or YYYY-MM-DD HH:MM:SS, in the local time of the axis"));
     m_message->setTextFormat(Qt::PlainText); // it repeats what was typed
     m_message->setWordWrap(true);
     m_message->setMinimumWidth(fontMetrics().averageCharWidth() * messageWidth);
     m_message->setText(tr("As 2024-05-31 or 2024-05-31 12:30:00, in local time (UTC%1)")
-                           .arg(offset == 0 ? QString() : utcOffsetToString(offset)));
+                           .arg(m_offset == 0 ? QString() : utcOffsetToString(m_offset)));
     auto *const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &GoToTimeDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -46,8 +46,8 @@ GoToTimeDialog::GoToTimeDialog(TimeView *timeView, QWidget *parent)
 void GoToTimeDialog::accept()
 {
     RecordTime time;
-    if (parseLocalTime(m_edit->text(), m_timeView->timeOffset(), &time)) {
-        m_timeView->goToTime(time);
+    if (parseLocalTime(m_edit->text(), m_offset, &time)) {
+        m_navigator->goToTime(time);
         return QDialog::accept();
     }
     m_message->setText(

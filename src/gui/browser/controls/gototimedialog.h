@@ -2,26 +2,30 @@
 
 #include <QDialog>
 
+#include <cstdint>
+
 class QLabel;
 class QLineEdit;
 
 namespace Tsb {
 
-class TimeView;
+class TimeNavigator;
 
 /// Asks for a moment and brings it to the middle of the time axis, which keeps its zoom. A text that can't be read is
 /// told and leaves the dialog open.
 class GoToTimeDialog : public QDialog {
     Q_OBJECT
 public:
-    /// The time view must outlive the dialog. The moment in its middle is offered.
-    explicit GoToTimeDialog(TimeView *timeView, QWidget *parent = nullptr);
+    /// The navigator must outlive the dialog; the moment in the middle of its window is offered. Times are read and
+    /// shown that many seconds east of UTC.
+    GoToTimeDialog(TimeNavigator *navigator, std::int64_t offsetSeconds, QWidget *parent = nullptr);
 
 public Q_SLOTS:
     void accept() override;
 
 private:
-    TimeView *m_timeView;
+    TimeNavigator *m_navigator;
+    std::int64_t m_offset;
     QLineEdit *m_edit;
     QLabel *m_message;
 };

@@ -1,6 +1,8 @@
 #include "gui/browser/controls/verticalscalewidget.h"
+
 #include "axis/scaletitle.h"
 #include "axis/valueticks.h"
+#include "axis/zoomfactor.h"
 #include "gui/browser/controls/plaintooltip.h"
 
 #include <QMouseEvent>
@@ -286,7 +288,7 @@ void VerticalScaleWidget::mouseMoveEvent(QMouseEvent *event)
     const QPoint global = event->globalPos();
     const QPoint delta = m_drag.moveTo(event->pos(), global, screenAt(global)).value_or(QPoint());
     ValueScale scale = m_dragStartScale;
-    scale.valuePerPixel = std::pow(0.99, delta.x()) * m_dragStartScale.valuePerPixel;
+    scale.valuePerPixel = zoomOfDrag(delta.x()) * m_dragStartScale.valuePerPixel;
     scale.originPixel = m_dragStartScale.originPixel - delta.y();
     if (scale.isUsable(contentsRect().height()))
         setScale(scale, true);
@@ -313,7 +315,7 @@ void VerticalScaleWidget::wheelEvent(QWheelEvent *event)
         return QFrame::wheelEvent(event);
     event->accept();
     ValueScale scale = m_scale.rebased(heightAt(int(event->position().y())));
-    scale.valuePerPixel *= std::pow(0.9, event->angleDelta().y() * 0.125 / 15);
+    scale.valuePerPixel *= zoomOfWheel(event->angleDelta().y());
     if (event->angleDelta().y() != 0 && scale.isUsable(contentsRect().height()))
         setScale(scale, true);
 }

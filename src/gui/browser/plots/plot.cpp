@@ -1,5 +1,6 @@
 #include "gui/browser/plots/plot.h"
 
+#include "axis/zoomfactor.h"
 #include "columns/recordpicking.h"
 #include "gui/browser/plots/updatedelayer.h"
 #include "log/logger.h"
@@ -480,9 +481,9 @@ void Plot::leaveEvent(QEvent *)
 void Plot::wheelEvent(QWheelEvent *event)
 {
     event->accept();
-    const double delta = event->angleDelta().y();
+    const int delta = event->angleDelta().y();
     if (delta != 0)
-        Q_EMIT requestZoom(std::pow(0.9, delta * 0.125 / 15.0), qRound(event->position().x()) - contentsRect().left());
+        Q_EMIT requestZoom(zoomOfWheel(delta), qRound(event->position().x()) - contentsRect().left());
 }
 
 void Plot::keyPressEvent(QKeyEvent *event)

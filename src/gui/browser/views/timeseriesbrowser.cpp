@@ -1,5 +1,6 @@
 #include "gui/browser/views/timeseriesbrowser.h"
 
+#include "axis/zoomfactor.h"
 #include "gui/browser/controls/header.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
@@ -16,7 +17,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cmath>
 
 namespace Tsb {
 
@@ -303,24 +303,24 @@ void TimeSeriesBrowser::fitTimescale(RecordTime begin, RecordTime end)
 void TimeSeriesBrowser::refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width)
 {
     if (timeView()->contentsRect().width() != width && timeScale() == fitted)
-        timeView()->refitIntoView(begin, end);
+        timeView()->navigator()->refitIntoView(begin, end);
 }
 
 void TimeSeriesBrowser::setDisableAutoscroll(bool on)
 {
     m_disableAutoscroll = on;
     if (!on)
-        timeView()->finishDrag(); // a plot lets go of the axis
+        timeView()->navigator()->finishDrag(); // a plot lets go of the axis
 }
 
 void TimeSeriesBrowser::selectRecord(std::shared_ptr<Record> record)
 {
-    makeCurrent(record, &TimeView::scrollIntoView);
+    makeCurrent(record, &TimeNavigator::scrollIntoView);
 }
 
 void TimeSeriesBrowser::followRecord(std::shared_ptr<Record> record)
 {
-    makeCurrent(record, &TimeView::runIntoView);
+    makeCurrent(record, &TimeNavigator::runIntoView);
 }
 
 void TimeSeriesBrowser::makeCurrent(const std::shared_ptr<Record> &record, Scroll bring)
@@ -328,7 +328,7 @@ void TimeSeriesBrowser::makeCurrent(const std::shared_ptr<Record> &record, Scrol
     if (record == m_currentRecord)
         return;
     if (record && !m_disableAutoscroll)
-        (timeView()->*bring)(record->beginTime, effectiveEnd(*record));
+        (timeView()->navigator()->*bring)(record->beginTime, effectiveEnd(*record));
     m_currentRecord = record;
     for (View *view : m_views)
         view->setCurrentRecord(record);
@@ -357,7 +357,7 @@ void TimeSeriesBrowser::zoom(int step)
 {
     const int middle = m_currentRecord ? saturatedPixel(timeScale().columnOf(m_currentRecord->midTime))
                                        : timeView()->contentsRect().width() / 2;
-    timeView()->changeZoom(std::pow(0.9, step), middle);
+    timeView()->changeZoom(zoomOfSteps(step), middle);
 }
 
 void TimeSeriesBrowser::keyPressEvent(QKeyEvent *event)

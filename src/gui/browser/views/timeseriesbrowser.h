@@ -21,6 +21,7 @@ namespace Tsb {
 
 class Header;
 class ScatterPlotView;
+class TimeNavigator;
 class TimeView;
 class View;
 class ViewHolder;
@@ -107,7 +108,7 @@ private Q_SLOTS:
     void setTimeCursor(bool visible, int value);
 
 private:
-    using Scroll = void (TimeView::*)(RecordTime begin, RecordTime end);
+    using Scroll = void (TimeNavigator::*)(RecordTime begin, RecordTime end);
 
     void makeActions();
     void makeAddPlotActions();

@@ -1,7 +1,9 @@
 #include "gui/browser/controls/cursorwrap.h"
+#include "gui/browser/controls/gototimedialog.h"
 #include "gui/browser/controls/timeview.h"
 
-#include <QSignalSpy>
+#include <QLabel>
+#include <QLineEdit>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -17,14 +19,11 @@ class TimeViewTest : public ::testing::Test {
 protected:
     TimeViewTest()
     {
-        surroundings.now = [this] { return now; };
         Tsb::setCursorAccess({[this](const QPoint &to) {
                                   if (pointerMoves)
                                       pointer = to;
                               },
                               [this] { return pointer; }});
-        surroundings.screenAt = [](QPoint) { return QRect(0, 0, 2000, 1000); };
-        view.setSurroundings(surroundings);
         view.resize(802, view.sizeHint().height());
         view.setTimeScale({start, second, 0});
     }
@@ -56,25 +55,8 @@ protected:
     RecordTime now = start;
     QPoint pointer;
     bool pointerMoves = true;
-    Tsb::TimeView::Surroundings surroundings;
-    Tsb::TimeView view;
+    Tsb::TimeView view{nullptr, {[this] { return now; }, [](QPoint) { return QRect(0, 0, 2000, 1000); }}};
 };
-
-TEST_F(TimeViewTest, RefusesScalesOutOfRange)
-{
-    const TimeScale before = view.timeScale();
-    QSignalSpy spy(&view, &Tsb::TimeView::timeScaleChanged);
-    view.setTimeScale(before);
-    view.setTimeScale({latestRecordTime, second, 0});
-    view.setTimeScale({start, TimeScale::greatestTicksPerPixel, std::int64_t(1) << 40});
-    EXPECT_EQ(view.timeScale(), before);
-    EXPECT_EQ(spy.count(), 0);
-    view.setTimeScale({start, -5, 0});
-    EXPECT_EQ(view.timeScale().ticksPerPixel, 1);
-    view.setTimeScale({start, std::int64_t(1) << 60, 0});
-    EXPECT_EQ(view.timeScale().ticksPerPixel, TimeScale::greatestTicksPerPixel);
-    EXPECT_EQ(spy.count(), 2);
-}
 
 TEST_F(TimeViewTest, WheelZoomsAboutThePointer)
 {
@@ -87,16 +69,6 @@ TEST_F(TimeViewTest, WheelZoomsAboutThePointer)
     EXPECT_EQ(view.timeScale(), before) << "a sideways wheel changes nothing";
     wheel({401, 5}, {0, -8});
     EXPECT_NEAR(double(view.timeScale().ticksPerPixel), 9e6 * std::pow(0.9, -8 / 120.0), 1.0);
-}
-
-TEST_F(TimeViewTest, TheFinestScaleCanBeLeft)
-{
-    view.fitIntoView(start, start);
-    EXPECT_EQ(view.timeScale().ticksPerPixel, 1);
-    for (std::int64_t expected = 2; expected < 10; ++expected) {
-        view.changeZoom(1 / 0.9, 100);
-        EXPECT_EQ(view.timeScale().ticksPerPixel, expected);
-    }
 }
 
 TEST_F(TimeViewTest, DragPansAndZoomsBeyondTheDeadBand)
@@ -167,50 +139,12 @@ TEST_F(TimeViewTest, StopsMovingWhenTheReleaseCannotCome)
     }
 }
 
-TEST_F(TimeViewTest, ScrollIntoViewMovesAsLittleAsPossible)
+TEST_F(TimeViewTest, AResizeKeepsThePresentAtItsPlace)
 {
-    const auto moment = [](std::int64_t pixel) { return start + Ticks(pixel * second); };
-    const struct {
-        std::int64_t begin, end, origin;
-    } cases[] = {{100, 200, 0}, {780, 800, -10}, {-50, -20, 60}, {5, 8, 5}, {-500, 2000, -350}, {-501, 2000, -349}};
-    for (const auto &c : cases) {
-        view.setTimeScale({start, second, 0});
-        view.scrollIntoView(moment(c.begin), moment(c.end));
-        EXPECT_EQ(view.timeScale().originPixel, c.origin) << c.begin;
-    }
-    view.setTimeScale({start, 1, 0});
-    view.scrollIntoView(start + Ticks(30 * ticksPerDay), start + Ticks(30 * ticksPerDay + 5));
-    EXPECT_EQ(view.timeScale().columnOf(start + Ticks(30 * ticksPerDay + 5)), 790) << "a month away, at a tick a pixel";
-    view.scrollIntoView(RecordTime(), start);
-    EXPECT_EQ(view.timeScale().columnOf(start + Ticks(30 * ticksPerDay + 5)), 790);
-}
-
-TEST_F(TimeViewTest, FitLeavesTenPixelsOnEachSide)
-{
-    view.fitIntoView(start, start + Ticks(780 * 60 * second));
-    EXPECT_EQ(view.timeScale(), TimeScale(start, 60 * second, 10));
-}
-
-TEST_F(TimeViewTest, FollowsNowInWholePixels)
-{
-    QSignalSpy following(&view, &Tsb::TimeView::followNowChanged);
-    now = start + Ticks(100 * second + 3);
+    view.show();
     view.setFollowNow(true);
-    view.setFollowNow(true);
-    EXPECT_EQ(following.count(), 1);
-    EXPECT_EQ(view.timeScale(), TimeScale(start + Ticks(100 * second), second, 790));
-    now = start + Ticks(105 * second + 9'999'999);
-    QTRY_COMPARE_WITH_TIMEOUT(view.timeScale().originTick, start + Ticks(105 * second), 5000);
-    drag(Qt::LeftButton, {300, middle()}, {245, 0});
-    EXPECT_EQ(view.timeScale().originPixel, 790) << "a drag stretches and doesn't pan";
-    EXPECT_EQ(view.timeScale().ticksPerPixel, second * 491 / 246);
     view.resize(402, view.height());
-    QApplication::processEvents();
-    view.scrollIntoView(start, start + Ticks(1));
-    EXPECT_FALSE(view.isFollowingNow()) << "what has to move stops following";
-    EXPECT_EQ(Tsb::followInterval(1), 100);
-    EXPECT_EQ(Tsb::followInterval(5 * second / 10), 500);
-    EXPECT_EQ(Tsb::followInterval(TimeScale::greatestTicksPerPixel), 1000);
+    EXPECT_EQ(view.timeScale().pixelAt(now), 390);
 }
 
 TEST_F(TimeViewTest, ShowsAxisAndCursor)
@@ -225,6 +159,34 @@ TEST_F(TimeViewTest, ShowsAxisAndCursor)
     view.setTimeOffset(3600);
     EXPECT_NE(view.grab().toImage(), plain);
     EXPECT_TRUE(view.toolTip().contains(QStringLiteral("+01:00")));
+}
+
+TEST_F(TimeViewTest, TheDialogGoesToWhatIsTyped)
+{
+    const TimeScale home = view.timeScale();
+    view.setTimeOffset(7200);
+    Tsb::GoToTimeDialog dialog(view.navigator(), view.timeOffset());
+    dialog.show();
+    auto *const edit = dialog.findChild<QLineEdit *>();
+    EXPECT_TRUE(edit->hasSelectedText()) << "typing takes the place of what is offered";
+    EXPECT_EQ(edit->text(), QStringLiteral("2019-04-14 02:06:40"));
+
+    QTest::keyClicks(edit, QStringLiteral("14.4.<b>2019"));
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(view.timeScale(), home);
+    bool said = false;
+    for (const QLabel *label : dialog.findChildren<QLabel *>())
+        said =
+            said || (label->text().contains(QStringLiteral("“14.4.<b>2019”")) && label->textFormat() == Qt::PlainText);
+    EXPECT_TRUE(said);
+
+    QTest::keyClicks(edit, QStringLiteral("2019-04-15"));
+    QTest::keyClick(edit, Qt::Key_Return);
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(view.timeScale().tickAt(400), start + Ticks(ticksPerDay - 7200 * second))
+        << "midnight where it was measured";
+    EXPECT_EQ(view.timeScale().ticksPerPixel, second);
 }
 
 } // namespace

@@ -143,7 +143,7 @@ TEST_F(BrowserTest, GesturesOnAPlotMoveTheAxisAndAllPlots)
 TEST_F(BrowserTest, GesturesOnPlotsLeaveTheirWayBack)
 {
     StripView *const view = addStrip();
-    Tsb::TimeView *const axis = browser->timeView();
+    Tsb::TimeNavigator *const axis = browser->timeView()->navigator();
     const TimeScale home = browser->timeScale();
     QTest::mousePress(view->plot(), Qt::MiddleButton, {}, {300, 20});
     for (int x = 310; x <= 360; x += 10) {

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "axis/timescale.h"
+#include "axis/viewhistory.h"
+
+#include <QObject>
+#include <QPoint>
+#include <QTimer>
+
+#include <functional>
+
+namespace Tsb {
+
+/// The owner of the one time scale that all plots share, without a widget: it pans, zooms and rolls, brings records
+/// into sight, follows the present, and keeps the way back. Columns are those of the axis' contents. Lives in a thread
+/// with an event loop.
+class TimeNavigator : public QObject {
+    Q_OBJECT
+public:
+    using Clock = std::function<RecordTime()>;
+    using Width = std::function<int()>;
+
+    /// Both must be set. The width is that of the window in columns; it is asked for whenever it is needed, because a
+    /// hidden widget hears of its size late. The scale begins at the present, with a second a column.
+    TimeNavigator(Clock clock, Width width, QObject *parent = nullptr);
+
+    const TimeScale &timeScale() const { return m_timeScale; }
+    /// The moment in the middle of the window.
+    RecordTime middle() const { return m_timeScale.tickAt(m_width() / 2); }
+    bool isFollowingNow() const { return m_followNow; }
+    bool hasPreviousView() const { return m_history.hasPrevious(place()); }
+    /// Ends the way back here: the former places have no meaning for other data.
+    void forgetViews();
+
+    /// A drag of the axis begins at a column and lasts until endDrag(). Only one at a time: nothing during another.
+    void beginPan(int column);
+    void beginRoll(int column);
+    bool isDragging() const { return m_dragState != Idle; }
+    /// How far the pointer has come since beginPan(): x pans, and y zooms beyond the dead band on both sides of 0.
+    void pan(QPoint travel, int deadBand);
+    /// How far the pointer is from the place of beginRoll(); the speed grows with the square.
+    void roll(int distance);
+    void endDrag();
+
+public Q_SLOTS:
+    void setFollowNow(bool on);
+    /// Holds ticksPerPixel within its limits; refuses in silence a scale whose window leaves the range of times.
+    void setTimeScale(TimeScale newtimescale);
+    /// Moves as little as possible; nothing during a drag of the axis or when a time is missing. Jumps that follow each
+    /// other within a moment are one gesture.
+    void scrollIntoView(RecordTime beginTime, RecordTime endTime);
+    /// The same for a record that came in and was not chosen: no step on the way back.
+    void runIntoView(RecordTime beginTime, RecordTime endTime);
+    void fitIntoView(RecordTime beginTime, RecordTime endTime);
+    /// The same once more at another width: no step of its own on the way back.
+    void refitIntoView(RecordTime beginTime, RecordTime endTime);
+    /// Brings the moment to the middle and keeps the zoom; nothing for a missing time.
+    void goToTime(RecordTime time);
+    /// Goes back to the place before the last finished gesture; nothing during a drag.
+    void goToPreviousView();
+    /// Zooms about a column; a multiplier above 1 shows more time. Steps that follow each other within a moment are one
+    /// gesture.
+    void changeZoom(double multiplier, int midPixel);
+    /// A drag, of the axis or of a plot, from the scale at its start: x pans, y zooms. The gesture lasts until
+    /// finishDrag().
+    void changeZoom(TimeScale startTimescale, QPoint delta);
+    void finishDrag();
+    /// To be called after a change of the width.
+    void adaptToWidth();
+
+Q_SIGNALS:
+    void timeScaleChanged(TimeScale timescale);
+    void followNowChanged(bool on);
+    void hasPreviousViewChanged(bool has);
+
+private:
+    enum DragState { Idle, Panning, Rolling };
+    enum Steps { ZoomSteps, Jumps };
+
+    ViewHistory::Place place() const { return {m_timeScale, m_followNow}; }
+    bool beginDrag(DragState state, int column);
+    void beginGesture();
+    void beginStep(Steps steps);
+    void finishGesture();
+    bool hasStepsToCome() const { return m_settleTimer.isActive(); }
+    void tellHistory();
+    void moveIntoView(RecordTime beginTime, RecordTime endTime);
+    void updateFollowNow();
+    void updateFollowNowAt(std::int64_t ticksPerPixel);
+    void panTick();
+
+    const Clock m_clock;
+    const Width m_width;
+    TimeScale m_timeScale;
+    DragState m_dragState = Idle;
+    TimeScale m_dragStartScale;
+    QTimer m_rollTimer;
+    double m_rollSpeed = 0;
+    double m_rollPosition = 0;
+    bool m_followNow = false;
+    QTimer m_followTimer;
+    ViewHistory m_history;
+    QTimer m_settleTimer;      ///< runs while further steps may still follow
+    Steps m_steps = ZoomSteps; ///< the kind of those
+    bool m_toldHasPrevious = false;
+};
+
+/// Milliseconds between two steps of following: one pixel of time, 100 to 1000.
+int followInterval(std::int64_t ticksPerPixel);
+
+} // namespace Tsb
