@@ -13,7 +13,7 @@ struct PixelRange {
     PixelRange(int a, int b) : empty(false), first(std::min(a, b)), last(std::max(a, b)) {}
 
     void clear() { *this = PixelRange(); }
-    /// Grows to the smallest range that holds both; an empty range adds nothing.
+    /// Grows to the smallest range that holds both. An empty range adds nothing.
     void unite(const PixelRange &other)
     {
         if (other.empty)

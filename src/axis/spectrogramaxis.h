@@ -6,7 +6,7 @@
 
 namespace Tsb {
 
-/// The vertical axis of a spectrogram: the smallest particles at the bottom, a radius shown as a diameter.
+/// The vertical axis of a spectrogram. The smallest particles are at the bottom; a radius is shown as a diameter.
 struct SpectrogramAxis {
     double bottom = 0; ///< decades of the value on the bottom edge; a mobility axis falls upward
     double top = 1;

@@ -31,10 +31,10 @@ struct TimeScale {
     double positionOf(RecordTime time) const;
     /// The same mapping with its origin at column x.
     TimeScale rebased(std::int64_t x) const;
-    /// Whether a picture drawn with this scale becomes one of `other` by moving it by whole columns, and by how many
-    /// (held within ±farPixel); *shift is left alone otherwise.
+    /// True if a picture drawn with this scale becomes one of `other` when it is moved by whole columns. *shift is then
+    /// set to their number, held within ±farPixel; it is left alone otherwise.
     bool pixelShiftFrom(const TimeScale &other, int *shift) const;
-    /// Whether `width` columns around the window lie within the 64-bit range of times.
+    /// True if `width` columns around the window lie within the 64-bit range of times.
     bool isRepresentable(int width) const;
 };
 

@@ -36,9 +36,9 @@ struct TimeTextWidths {
 };
 
 /// Ticks and groups of the columns 0 .. width. Steps line up with midnight UTC; texts show the time moved by the
-/// offset. Times before the epoch get no text. Where a label for each day has no room, some days of each month have
-/// one: as many as stand a text's width and a half apart at the end of the shortest month too. Where no month has room
-/// for its text, the texts are those of years, and the marks between months stay.
+/// offset. Times before the epoch get no text. Where a label for each day has no room, fewer days of each month are
+/// labelled, so that labels stand a text's width and a half apart, at the end of the shortest month too. Where no month
+/// has room for its text, the texts are those of years, and the marks between months stay.
 TimeAxis timeAxis(const TimeScale &scale, int width, std::int64_t offsetSeconds, const TimeTextWidths &texts);
 
 /// The two texts at the time cursor.
@@ -49,8 +49,8 @@ struct TimeCursorLabels {
 TimeCursorLabels timeCursorLabels(const TimeScale &scale, std::int64_t x, std::int64_t offsetSeconds);
 
 enum class GroupPlacing { Centred, Left, Right, Omitted };
-/// How a group's text stands in its cell on an axis `width` columns wide: centred if it fits. A wider one keeps to the
-/// inner end where the window cuts the cell off, and is left out where it doesn't.
+/// The place of a group's text in its cell on an axis `width` columns wide. The text is centred if it fits. A wider one
+/// keeps to the inner end where the window cuts the cell off, and is left out where it doesn't.
 GroupPlacing groupPlacing(const TimeGroup &group, int width, int textWidth);
 
 } // namespace Tsb

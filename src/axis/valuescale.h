@@ -2,7 +2,7 @@
 
 #include <QMetaType>
 
-/// How pixels of a vertical axis stand for values. Pixels count upward from the bottom edge of the contents.
+/// The mapping between values and pixels of a vertical axis. Pixels count upward from the bottom edge of the contents.
 struct ValueScale {
     bool valid = false;
     double originValue = 0; ///< the value at originPixel
@@ -14,11 +14,11 @@ struct ValueScale {
     double pixel(double v) const { return (v - originValue) / valuePerPixel + originPixel; }
     /// The same mapping with its origin at y.
     ValueScale rebased(double y) const { return {valid, value(y), valuePerPixel, y}; }
-    /// All numbers are finite, and the two ends of that many pixels differ.
+    /// True if all numbers are finite and the values at both ends of `height` pixels differ.
     bool isUsable(int height) const;
 };
 
-/// Not-a-numbers are equal to each other here.
+/// Two not-a-numbers are equal here.
 bool operator==(const ValueScale &a, const ValueScale &b);
 inline bool operator!=(const ValueScale &a, const ValueScale &b)
 {

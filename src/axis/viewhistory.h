@@ -7,8 +7,8 @@
 
 namespace Tsb {
 
-/// The spans of time that were looked at, to go back to: what stood before each finished gesture. A gesture that ends
-/// where it began leaves nothing.
+/// The way back along the time axis: the place before each finished gesture. A gesture that ends where it began leaves
+/// no place.
 class ViewHistory {
 public:
     static constexpr int greatestDepth = 50; ///< the oldest leave first
@@ -18,19 +18,19 @@ public:
         bool following; ///< the axis ran with the clock; the scale is then that of one moment
     };
 
-    /// Nothing while a gesture is open.
+    /// Does nothing while a gesture is open.
     void begin(const Place &before);
-    /// Nothing without an open gesture.
+    /// Does nothing without an open gesture.
     void finish(const Place &reached);
     bool isOpen() const { return m_open.has_value(); }
-    /// Whether goBack() would lead to another place than this one.
+    /// True if goBack() would lead to another place than this one.
     bool hasPrevious(const Place &reached) const;
     /// The place before the last gesture, an open one included, which it ends; none at the start.
     std::optional<Place> goBack(const Place &reached);
     void clear();
 
 private:
-    std::optional<Place> m_open; ///< where the gesture at hand began
+    std::optional<Place> m_open; ///< the place at the begin of the open gesture
     std::deque<Place> m_places;
 };
 

@@ -5,7 +5,7 @@
 
 namespace Tsb {
 
-/// The least and the greatest of many numbers, of which those that aren't finite don't count.
+/// The least and the greatest of many numbers. Numbers that aren't finite don't count.
 struct FiniteRange {
     double least = std::numeric_limits<double>::infinity();
     double greatest = -std::numeric_limits<double>::infinity();

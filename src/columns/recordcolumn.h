@@ -16,10 +16,10 @@ public:
     void invalidate() { m_stale = true; }
     std::size_t size() const { return m_values.size(); }
     const T *data() const { return m_values.data(); }
-    /// Another number after each change of the values.
+    /// A number that grows with each change of the values.
     std::uint64_t revision() const { return m_revision; }
 
-    /// Takes away as many as the sequence lost since, out of so many by now.
+    /// Takes away the values of lost entries. `lostSoFar` counts all entries that the sequence has lost yet.
     void follow(std::size_t lostSoFar)
     {
         const std::size_t lost = lostSoFar - m_lost;
@@ -31,7 +31,7 @@ public:
         m_values.removeFirst(lost);
         ++m_revision;
     }
-    /// For the value of entry i of what are so many now, which came in or changed.
+    /// Sets the value of entry i, which came in or changed. The sequence has `size` entries by now.
     void note(std::size_t i, std::size_t size, const T &value)
     {
         ++m_revision;
@@ -42,8 +42,8 @@ public:
         else
             m_stale = true;
     }
-    /// Works all values out anew if they are stale or not of that size: fill(begin, end, place) writes those of the
-    /// entries begin .. end - 1. Called from two threads for many.
+    /// Works all values out anew if they are stale or their number differs from `size`: fill(begin, end, place) writes
+    /// the values of the entries begin .. end - 1. Large columns call it on two threads.
     template<typename Fill>
     void bringUpToDate(std::size_t size, Fill fill)
     {
@@ -62,15 +62,15 @@ private:
     bool m_stale = true;
 };
 
-/// One value for each record of a store, kept in step with it, so that drawing doesn't touch the records. Worked out
-/// anew when it is asked for after invalidate().
+/// One value for each record of a store, kept in step with it, so that drawing doesn't touch the records. After
+/// invalidate() the next call of values() works them out anew.
 template<typename T>
 class RecordColumn {
 public:
     /// May be called from two threads at once.
     using ValueOf = std::function<T(const Record &)>;
 
-    /// The slot that values come from, for columns that are quickly made.
+    /// `reads` is the slot that the function reads, if it reads one: the column is made faster then.
     void setValueOf(ValueOf valueOf, RecordSlot reads = {})
     {
         m_valueOf = std::move(valueOf);
@@ -78,7 +78,7 @@ public:
         m_reads = reads;
         invalidate();
     }
-    /// Values that the records' marks tell: no record is read for them.
+    /// Takes the values from the records' marks. No record is read then.
     template<typename ValueOfMarks>
     void setValueOfMarks(ValueOfMarks valueOf)
     {
@@ -98,7 +98,7 @@ public:
         if (!m_column.isStale())
             m_column.note(std::size_t(index), std::size_t(store.size()), m_valueOf(record));
     }
-    /// As many as there are records, until the store changes.
+    /// One value for each record. The pointer is valid until the store changes.
     const T *values(const Datastore &store)
     {
         m_column.follow(store.lostRecords());
@@ -112,24 +112,24 @@ public:
         });
         return m_column.data();
     }
-    /// Another number after each change of the values.
+    /// A number that grows with each change of the values.
     std::uint64_t revision() const { return m_column.revision(); }
 
 private:
     ValueOf m_valueOf;
-    /// Where those tell it: all at once, as they are quicker to look at than a function is to call.
+    /// Null unless marks tell the values. Takes many marks at once, because a mark costs less than a call.
     std::function<void(const RecordMarks *begin, const RecordMarks *end, T *place)> m_valuesOfMarks;
     RecordSlot m_reads;
     Column<T> m_column;
 };
 
-/// The same for the entries of one spectrum series. Their total concentrations stand in the store.
+/// One value for each entry of a spectrum series, kept in step. The store holds total concentrations itself.
 class SeriesColumn {
 public:
     /// May be called from two threads at once.
     using ValueOf = std::function<double(const SpectMath::Spectrum &)>;
 
-    /// Values that are told by what lies in the spectra.
+    /// Takes the values from the spectra.
     SeriesColumn(SpectMath::SpectrumInfoPointer info, ValueOf valueOf)
         : m_info(std::move(info)), m_valueOf(std::move(valueOf))
     {
@@ -140,9 +140,9 @@ public:
     const SpectMath::SpectrumInfo *key() const { return m_info.get(); }
     /// For Datastore::updated.
     void noteUpdated(const Datastore &store, const std::shared_ptr<Record> &record);
-    /// As many as the series has entries, until the store changes.
+    /// One value for each entry. The pointer is valid until the store changes.
     const double *values(const Datastore &store);
-    /// Another number after each change of the values.
+    /// A number that grows with each change of the values.
     std::uint64_t revision() const { return isOfTotals() ? m_totalsRevision : m_column.revision(); }
 
 private:
@@ -151,11 +151,11 @@ private:
     const double *totals(const Datastore &store);
 
     SpectMath::SpectrumInfoPointer m_info; ///< held, so that the key isn't given to another description
-    ValueOf m_valueOf;                     ///< none: of totals
-    Column<double> m_column;               ///< of other values
+    ValueOf m_valueOf;                     ///< none in a column of totals
+    Column<double> m_column;               ///< unused in a column of totals
     std::uint64_t m_totalsRevision = 0;
-    std::size_t m_totals = 0;     ///< how many there were
-    std::size_t m_lostTotals = 0; ///< how many the series had lost by then
+    std::size_t m_totals = 0;     ///< their number at the last look
+    std::size_t m_lostTotals = 0; ///< entries that the series had lost by then
 };
 
 } // namespace Tsb

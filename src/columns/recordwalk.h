@@ -12,8 +12,8 @@ struct RecordSlot {
     int slot = 0;
 };
 
-/// Calls visit(record) for the records begin .. end - 1, in order. What is going to be read is asked for some records
-/// ahead, as the records lie all over memory: the number in that slot, or their heads if there is none.
+/// Calls visit(record) for the records begin .. end - 1, in order. They lie all over memory, so the walk prefetches
+/// some records ahead: the number in the slot that is going to be read, or the head of the record without a slot.
 template<typename Visit>
 void walkRecords(const Datastore::Records &records, std::size_t begin, std::size_t end, const RecordSlot &reads,
                  Visit visit)

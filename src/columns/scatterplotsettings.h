@@ -6,17 +6,17 @@
 #include <QSet>
 #include <QString>
 
-/// Which residual of an inversion is drawn.
+/// A residual of an inversion that a plot may show.
 enum class SpectrumParameter { BackErrorMeanSq, BackErrorMeanAvg, SumBackError };
 
-/// The word in a stored setup; empty for a value that is none of these, which draws nothing.
+/// The word in a stored setup. It is empty for any other value, which draws nothing.
 QString toKey(SpectrumParameter parameter);
-/// An unknown word is the first parameter.
+/// An unknown word gives the first parameter.
 SpectrumParameter spectrumParameterFromKey(const QString &key);
-/// What the user reads.
+/// The text that the user reads.
 QString displayText(SpectrumParameter parameter);
 
-/// All that tells a scatter plot what to draw. A plain value.
+/// The user's choices for a scatter plot. A plain value.
 struct ScatterPlotSettings {
     enum Type { Electrometer, Variable, Concentration, Parameter };
 
@@ -28,7 +28,7 @@ struct ScatterPlotSettings {
     bool showElectrometerNoise = false;
     std::int32_t electrometerNumber = -1;
     QString parameterName;                                                               ///< the variable's name
-    SpectMath::DistributionScale fractionScale = SpectMath::DistributionScale::diameter; ///< how the limits are read
+    SpectMath::DistributionScale fractionScale = SpectMath::DistributionScale::diameter; ///< the unit of the limits
     SpectMath::MobilitySize smallerLimit, largerLimit;                                   ///< in nm and in cm^2/s/V
     SpectMath::ConcentrationType concentrationType = SpectMath::ConcentrationType::number;
     QSet<QString> visibleSpectra; ///< ids

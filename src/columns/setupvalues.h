@@ -6,10 +6,10 @@
 
 namespace Tsb {
 
-// What a view takes out of a stored setup. Anybody may have written it: a value of another type than expected counts as
+// Reading of a view's stored setup. The setup may come from anywhere: a value of another type than expected counts as
 // absent.
 
-/// The finite number of a value that is one; none for texts, truth values, lists, NaN and infinities.
+/// The value if it is a finite number; none for texts, truth values, lists, NaN and infinities.
 std::optional<double> finiteNumber(const QVariant &value);
 /// A whole number of 32 bits.
 std::optional<int> wholeNumber(const QVariant &value);

@@ -6,9 +6,9 @@
 
 namespace Tsb {
 
-/// Calls visit(entry) for the entries begin .. end - 1 of a series, in order. What they lead to lies all over memory,
-/// in steps that each wait for the one before; it is asked for some entries ahead, so that the walk doesn't wait for
-/// each. For walks that read all values of most entries.
+/// Calls visit(entry) for the entries begin .. end - 1 of a series, in order. Their spectra lie all over memory and are
+/// reached in steps that each wait for the one before, so the walk prefetches each step some entries ahead. It is meant
+/// for visitors that read all values of most entries.
 template<typename Visit>
 void walkSpectra(const Datastore::Series &series, std::size_t begin, std::size_t end, Visit visit)
 {

@@ -16,7 +16,7 @@ bool isValidDate(CivilDate date);
 
 /// Days since 1970-01-01. The month is 1..12; the day may be any.
 std::int64_t daysFromCivil(std::int64_t year, unsigned month, unsigned day);
-/// Its inverse, for days whose year fits 16 bits.
+/// The inverse of daysFromCivil, for days whose year fits 16 bits.
 CivilDate civilFromDays(std::int64_t days);
 /// 1 for Monday to 7 for Sunday.
 int weekdayFromDays(std::int64_t days);

@@ -24,11 +24,11 @@ public:
     virtual int renameToFree(const char *from, const char *to);
     virtual int unlink(const char *path);
 
-    /// Those to use.
+    /// The calls in use.
     static FileCalls &current();
     /// Null stands for the system's own. Not while another thread is writing; the object is not owned.
     static void setCurrent(FileCalls *calls);
 };
 
-/// Writes all bytes, in as many calls as it takes. False with errno set if not all could be written.
+/// Writes all bytes, in several calls if need be. False with errno set if not all could be written.
 bool writeAll(FileCalls &calls, int descriptor, const char *bytes, std::size_t size);

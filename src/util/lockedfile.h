@@ -14,7 +14,7 @@ public:
 
     void close() override; ///< unlocks
 
-    /// True if the lock is held afterwards. Without `block` a lock that others hold is a failure at once, and an
+    /// True if the lock is held afterwards. Without `block` it fails at once if others hold a lock, and an
     /// earlier lock of this object stays. The file must be open, for writing with a WriteLock, for reading with a
     /// ReadLock.
     bool lock(LockMode mode, bool block = true);

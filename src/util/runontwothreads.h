@@ -8,7 +8,7 @@
 
 /// Calls work(begin, end) for the two halves of 0 .. size and returns when both are done. The second half runs on a
 /// thread of its own if the size is worth one. This is for work that waits for memory most of the time. `work` must not
-/// throw, and must not read what the other half writes.
+/// throw, and must not read results of the other half.
 template<typename Work>
 void runOnTwoThreads(std::size_t size, Work work)
 {

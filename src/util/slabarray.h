@@ -9,7 +9,7 @@
 
 /// Memory for the many small arrays and objects of a store: pieces cut one after the other from slabs of 2 MB, each
 /// slab given back as a whole when the last of its pieces is released. A piece costs no header. Cutting is per thread
-/// and takes no lock; a piece may be released on any thread. Meant for what lives long and dies together: one small
+/// and takes no lock; a piece may be released on any thread. The objects should live long and go together: one small
 /// piece that outlives its neighbours keeps its slab.
 namespace Slab {
 /// 8-byte aligned, contents undefined. Throws std::bad_alloc.
@@ -36,7 +36,7 @@ struct SlabAllocator {
     friend bool operator!=(SlabAllocator, SlabAllocator) noexcept { return false; }
 };
 
-/// One object in slab memory, its members without a value where they have no initializer.
+/// One object in slab memory. Members without an initializer have no value.
 template<typename T>
 struct SlabDelete {
     void operator()(T *object) const noexcept

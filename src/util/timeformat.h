@@ -11,7 +11,7 @@
 /// Printing and reading of record times. Calendar arithmetic is the proleptic Gregorian calendar without leap seconds.
 
 /// Format codes are %Y %m %d %H %M %S %j %u %a %A %b %B %s %f %z and %%; %s is the seconds with a fraction of six
-/// digits, or of as many as its width says ("%3s"). A negative time gives "<invalid time>".
+/// digits, or of the number of digits in its width ("%3s"). A negative time gives "<invalid time>".
 QString timeToString(RecordTime time);
 QString timeToString(RecordTime time, const QString &format);
 /// The offset, in seconds east of Greenwich, reaches only %z; a caller that wants local text passes localTime().
@@ -23,7 +23,7 @@ QString timeToString(RecordTime time, std::int64_t utcOffset, const QString &for
 void parseTime(const char *text, int size, RecordTime *time, std::int64_t *utcOffset);
 void parseTime(const QString &text, RecordTime *time, std::int64_t *utcOffset);
 
-/// Reads what a person types as a local time: "2019-09-12", "2019-09-12 12:16", the default format, with a "T" for the
+/// Reads a local time as a person types it: "2019-09-12", "2019-09-12 12:16", the default format, with a "T" for the
 /// blank too; a zone behind the time of day overrides the offset. Stricter than parseTime: every separator and every
 /// range counts. False, and the time left alone, for anything else, and for the moment 0, which stands for no time.
 bool parseLocalTime(const QString &text, std::int64_t utcOffset, RecordTime *time);
@@ -34,5 +34,5 @@ QString utcOffsetToString(std::int64_t utcOffset);
 std::int64_t localUtcOffset(RecordTime time);
 
 /// Writes rows' times fast: "%Y-%m-%d %H:%M:%s" of many times in a row, each day broken down once in each thread.
-/// Appends to `out` what timeToString(time) gives.
+/// Appends the text of timeToString(time) to `out`.
 void appendTimeText(QByteArray &out, RecordTime time);

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-/// Leaves what is made without a value as it is in memory.
+/// An allocator that leaves new elements without a value uninitialized.
 template<typename T>
 struct UnsetAllocator : std::allocator<T> {
     template<typename U>
@@ -24,15 +24,15 @@ struct UnsetAllocator : std::allocator<T> {
     }
 };
 
-/// Values one after the other in memory, of which the first ones can be taken away at a constant cost each: their room
-/// is used again once it is as large as what is left.
+/// Values one after the other in memory. Taking one away at the front costs a constant time on average: the room of the
+/// lost ones is used again once it is as large as that of the others.
 template<typename T>
 class ValueQueue {
 public:
     std::size_t size() const { return m_values.size() - m_front; }
     const T *data() const { return m_values.data() + m_front; }
 
-    /// Makes them as many, whose values are to be set.
+    /// Sets the number of values to `size`. The caller must set each of them.
     T *unset(std::size_t size)
     {
         m_values.clear();
@@ -69,7 +69,7 @@ public:
     }
     /// Forgets the values from `size` on; not more than there are.
     void truncate(std::size_t size) { m_values.resize(m_front + size); }
-    /// Not more than there are.
+    /// `count` is at most size().
     void removeFirst(std::size_t count)
     {
         m_front += count;

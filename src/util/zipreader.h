@@ -22,7 +22,7 @@ public:
         QFile::Permissions permissions;
         quint32 crc = 0;
         qint64 size = 0;           ///< uncompressed, as the central directory declares it
-        qint64 compressedSize = 0; ///< likewise, but no more than there is room for
+        qint64 compressedSize = 0; ///< likewise, but at most the bytes there are
         QDateTime lastModified;
     };
 
@@ -42,7 +42,7 @@ public:
     /// The uncompressed bytes of that entry; empty for an unknown name or on failure, and where it inflates to more
     /// than `mostBytes`.
     QByteArray fileData(const QString &fileName, qint64 mostBytes = longestInflation);
-    /// What fileData() has inflated in all so far, failures included.
+    /// The number of bytes that fileData() has inflated so far, failures included.
     qint64 bytesInflated() const { return m_bytesInflated; }
 
     static constexpr qint64 longestInflation = qint64(64) << 20;
