@@ -1,7 +1,9 @@
 #pragma once
 
+#include "columns/setupkeys.h"
 #include "gui/browser/controls/timeview.h"
-#include "gui/browser/plots/plot.h"
+#include "gui/browser/views/scatterplotview.h"
+#include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "timeseries/benchstore.h"
 
@@ -24,24 +26,29 @@ public:
     }
     void addSixViews()
     {
+        namespace SetupKeys = Tsb::SetupKeys;
         showData();
         settle();
         const auto spectrogram = [this](int i) {
-            return QVariantMap{{"visibleSpectra", QStringList{m_data.info(i)->hash}}, {"height", 230}};
+            return QVariantMap{{SetupKeys::spectra, QStringList{m_data.info(i)->hash}}, {SetupKeys::height, 230}};
         };
         const auto entry = [](const char *type, const QVariantMap &settings) {
-            return QVariantMap{{"type", QString::fromLatin1(type)}, {"settings", settings}};
+            return QVariantMap{{SetupKeys::type, type}, {SetupKeys::settings, settings}};
+        };
+        const auto scatter = [&entry](const char *type, const char *key, const QVariant &value) {
+            return entry(SetupKeys::scatterPlotView, {{SetupKeys::type, type}, {key, value}, {SetupKeys::height, 110}});
         };
         const QStringList all{m_data.info(0)->hash, m_data.info(1)->hash};
-        m_browser.setSetup(QVariantList{
-            entry("opmode", {{"type", "opmode"}}), entry("spectrogram", spectrogram(0)),
-            entry("spectrogram", spectrogram(1)),
-            entry("scatterplot", {{"type", "parameter"}, {"parameterName", "variable 0"}, {"height", 110}}),
-            entry("scatterplot", {{"type", "fraction"}, {"visibleSpectra", all}, {"height", 110}}),
-            entry("scatterplot", {{"type", "electrometer"}, {"electrometerNumber", 0}, {"height", 110}})});
+        m_browser.setSetup(QVariantList{entry(SetupKeys::opmodeView, {{SetupKeys::type, "opmode"}}),
+                                        entry(SetupKeys::spectrogramView, spectrogram(0)),
+                                        entry(SetupKeys::spectrogramView, spectrogram(1)),
+                                        scatter("parameter", SetupKeys::parameterName, "variable 0"),
+                                        scatter("fraction", SetupKeys::visibleSpectra, all),
+                                        scatter("electrometer", SetupKeys::electrometerNumber, 0)});
         settle();
         m_browser.allFitScale();
         settle();
+        checkWhatIsShown(all);
     }
     /// Layouts and paints whatever is due.
     static void settle()
@@ -55,6 +62,33 @@ public:
     QList<Tsb::Plot *> plots() const { return m_browser.findChildren<Tsb::Plot *>(); }
 
 private:
+    /// A view that shows nothing costs nothing, and so would be measured as a quick one.
+    void checkWhatIsShown(const QStringList &spectra) const
+    {
+        const auto views = m_browser.views();
+        QStringList drawn;
+        for (const Tsb::View *view : views) {
+            if (const auto *spectrogram = qobject_cast<const Tsb::SpectrogramView *>(view)) {
+                for (const auto &row : spectrogram->rows())
+                    drawn << row.plot->spectrumInfo()->hash;
+            }
+        }
+        const auto *fraction = qobject_cast<const Tsb::ScatterPlotView *>(views.value(4));
+        if (views.size() != 6 || drawn != spectra || !fraction ||
+            fraction->plotSettings().visibleSpectra != QSet<QString>(spectra.begin(), spectra.end()))
+            qFatal("the six views lack their spectra");
+        for (Tsb::Plot *plot : plots()) {
+            const QImage &image = plot->image();
+            QRgb first = image.pixel(0, 0);
+            bool isBlank = true;
+            for (int y = 0; y < image.height() && isBlank; ++y)
+                for (int x = 0; x < image.width() && isBlank; ++x)
+                    isBlank = image.pixel(x, y) == first;
+            if (isBlank)
+                qFatal("a %s of the six views is blank", plot->metaObject()->className());
+        }
+    }
+
     BenchStore &m_data;
     Tsb::TimeSeriesBrowser m_browser;
 };

@@ -1,5 +1,6 @@
 #include "columns/scattersetup.h"
 
+#include "columns/setupkeys.h"
 #include "columns/setupvalues.h"
 
 #include <QStringList>
@@ -34,8 +35,8 @@ struct LimitKeys {
         return QLatin1String(scale == DistributionScale::mobility ? mobility : diameter);
     }
 };
-constexpr LimitKeys smallerKeys = {"diameterSmallerLimit", "mobilitySmallerLimit"};
-constexpr LimitKeys largerKeys = {"diameterLargerLimit", "mobilityLargerLimit"};
+constexpr LimitKeys smallerKeys = {SetupKeys::diameterSmallerLimit, SetupKeys::mobilitySmallerLimit};
+constexpr LimitKeys largerKeys = {SetupKeys::diameterLargerLimit, SetupKeys::mobilityLargerLimit};
 
 DistributionScale otherUnit(DistributionScale scale)
 {
@@ -90,29 +91,29 @@ MobilitySize fractionLimit(DistributionScale scale, double value)
 QVariantMap scatterSetup(const ScatterPlotSettings &settings)
 {
     QVariantMap map;
-    map["datalabels"] = settings.datalabels;
-    map["type"] = QString::fromLatin1(typeKeys.at(std::size_t(settings.type)));
+    map[SetupKeys::datalabels] = settings.datalabels;
+    map[SetupKeys::type] = QString::fromLatin1(typeKeys.at(std::size_t(settings.type)));
     if (settings.usesSpectra())
-        map["visibleSpectra"] = sortedIds(settings.visibleSpectra);
+        map[SetupKeys::visibleSpectra] = sortedIds(settings.visibleSpectra);
     switch (settings.type) {
     case ScatterPlotSettings::Electrometer:
-        map["electrometerNumber"] = settings.electrometerNumber;
-        map["showRawCurrents"] = settings.showRawCurrents;
-        map["showProcessedCurrents"] = settings.showProcessedCurrents;
-        map["showElectrometerNoise"] = settings.showElectrometerNoise;
+        map[SetupKeys::electrometerNumber] = settings.electrometerNumber;
+        map[SetupKeys::showRawCurrents] = settings.showRawCurrents;
+        map[SetupKeys::showProcessedCurrents] = settings.showProcessedCurrents;
+        map[SetupKeys::showElectrometerNoise] = settings.showElectrometerNoise;
         break;
     case ScatterPlotSettings::Variable:
-        map["parameterName"] = settings.parameterName;
+        map[SetupKeys::parameterName] = settings.parameterName;
         break;
     case ScatterPlotSettings::Concentration:
-        map["fractionScale"] = toText(settings.fractionScale);
-        map["concentrationType"] = toText(settings.concentrationType);
-        map["totalConcentration"] = settings.totalConcentration;
+        map[SetupKeys::fractionScale] = toText(settings.fractionScale);
+        map[SetupKeys::concentrationType] = toText(settings.concentrationType);
+        map[SetupKeys::totalConcentration] = settings.totalConcentration;
         writeLimit(map, smallerKeys, settings.fractionScale, settings.smallerLimit);
         writeLimit(map, largerKeys, settings.fractionScale, settings.largerLimit);
         break;
     default:
-        map["spectrumParameter"] = toKey(settings.spectrumParameter);
+        map[SetupKeys::spectrumParameter] = toKey(settings.spectrumParameter);
         break;
     }
     return map;
@@ -120,7 +121,7 @@ QVariantMap scatterSetup(const ScatterPlotSettings &settings)
 
 int scatterTypeFromSetup(const QVariantMap &map, int fallback)
 {
-    const QString key = map.value("type").toString();
+    const QString key = map.value(SetupKeys::type).toString();
     for (std::size_t i = 0; i < typeKeys.size(); ++i)
         if (key == QLatin1String(typeKeys[i]))
             return int(i);
@@ -130,24 +131,24 @@ int scatterTypeFromSetup(const QVariantMap &map, int fallback)
 void readScatterSetup(const QVariantMap &map, ScatterPlotSettings &settings)
 {
     const ScatterPlotSettings defaults;
-    settings.datalabels = boolOr(map, "datalabels", defaults.datalabels);
-    settings.showRawCurrents = boolOr(map, "showRawCurrents", defaults.showRawCurrents);
-    settings.showProcessedCurrents = boolOr(map, "showProcessedCurrents", defaults.showProcessedCurrents);
-    settings.showElectrometerNoise = boolOr(map, "showElectrometerNoise", defaults.showElectrometerNoise);
-    settings.totalConcentration = boolOr(map, "totalConcentration", defaults.totalConcentration);
-    if (const auto electrometer = wholeNumber(map.value("electrometerNumber")))
+    settings.datalabels = boolOr(map, SetupKeys::datalabels, defaults.datalabels);
+    settings.showRawCurrents = boolOr(map, SetupKeys::showRawCurrents, defaults.showRawCurrents);
+    settings.showProcessedCurrents = boolOr(map, SetupKeys::showProcessedCurrents, defaults.showProcessedCurrents);
+    settings.showElectrometerNoise = boolOr(map, SetupKeys::showElectrometerNoise, defaults.showElectrometerNoise);
+    settings.totalConcentration = boolOr(map, SetupKeys::totalConcentration, defaults.totalConcentration);
+    if (const auto electrometer = wholeNumber(map.value(SetupKeys::electrometerNumber)))
         settings.electrometerNumber = *electrometer;
-    if (map.value("parameterName").type() == QVariant::String)
-        settings.parameterName = map.value("parameterName").toString();
+    if (map.value(SetupKeys::parameterName).type() == QVariant::String)
+        settings.parameterName = map.value(SetupKeys::parameterName).toString();
     settings.fractionScale =
-        SpectMath::distributionScaleFromText(map.value("fractionScale").toString(), settings.fractionScale);
-    settings.concentrationType =
-        SpectMath::concentrationTypeFromText(map.value("concentrationType").toString(), settings.concentrationType);
-    if (map.contains("visibleSpectra")) {
-        const QStringList ids = map.value("visibleSpectra").toStringList();
+        SpectMath::distributionScaleFromText(map.value(SetupKeys::fractionScale).toString(), settings.fractionScale);
+    settings.concentrationType = SpectMath::concentrationTypeFromText(
+        map.value(SetupKeys::concentrationType).toString(), settings.concentrationType);
+    if (map.contains(SetupKeys::visibleSpectra)) {
+        const QStringList ids = map.value(SetupKeys::visibleSpectra).toStringList();
         settings.visibleSpectra = QSet<QString>(ids.begin(), ids.end());
     }
-    settings.spectrumParameter = spectrumParameterFromKey(map.value("spectrumParameter").toString());
+    settings.spectrumParameter = spectrumParameterFromKey(map.value(SetupKeys::spectrumParameter).toString());
 
     readLimit(map, smallerKeys, settings.fractionScale, settings.smallerLimit);
     readLimit(map, largerKeys, settings.fractionScale, settings.largerLimit);

@@ -39,6 +39,15 @@ std::optional<int> wholeNumber(const QVariant &value)
     return int(*number);
 }
 
+std::optional<std::pair<double, double>> finiteRange(const QVariantMap &map, const char *lowerKey, const char *upperKey)
+{
+    const auto lower = finiteNumber(map.value(QLatin1String(lowerKey)));
+    const auto upper = finiteNumber(map.value(QLatin1String(upperKey)));
+    if (!lower || !upper || *lower > *upper)
+        return std::nullopt;
+    return std::pair(*lower, *upper);
+}
+
 bool boolOr(const QVariantMap &map, const char *key, bool fallback)
 {
     const QVariant value = map.value(QLatin1String(key));

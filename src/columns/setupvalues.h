@@ -3,6 +3,7 @@
 #include <QVariantMap>
 
 #include <optional>
+#include <utility>
 
 namespace Tsb {
 
@@ -13,6 +14,9 @@ namespace Tsb {
 std::optional<double> finiteNumber(const QVariant &value);
 /// A whole number of 32 bits.
 std::optional<int> wholeNumber(const QVariant &value);
+/// Both ends of a range, the lower of which isn't above the upper; none where either is no finite number.
+std::optional<std::pair<double, double>> finiteRange(const QVariantMap &map, const char *lowerKey,
+                                                     const char *upperKey);
 bool boolOr(const QVariantMap &map, const char *key, bool fallback);
 /// The height of a view, held within 16 to 4096 pixels; none for 0 and less.
 std::optional<int> viewHeight(const QVariant &value);

@@ -1,6 +1,5 @@
 #include "batch/render/stackpicture.h"
 
-#include "columns/setupvalues.h"
 #include "datafiles/reading/filereader.h"
 #include "gui/browser/controls/header.h"
 #include "gui/browser/controls/resizer.h"
@@ -19,7 +18,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 #include <vector>
 
 namespace Batch {
@@ -46,19 +44,6 @@ void hideInPlace(QWidget *widget)
     policy.setRetainSizeWhenHidden(true);
     widget->setSizePolicy(policy);
     widget->hide();
-}
-
-/// Whether a view's settings tell the limits of its values or of its colours.
-bool tellScale(const QVariantMap &settings)
-{
-    for (const auto &[least, greatest] :
-         {std::make_pair("scaleMin", "scaleMax"), std::make_pair("colorLower", "colorUpper")}) {
-        const auto lower = Tsb::finiteNumber(settings.value(QLatin1String(least)));
-        const auto upper = Tsb::finiteNumber(settings.value(QLatin1String(greatest)));
-        if (lower && upper && *lower < *upper)
-            return true;
-    }
-    return false;
 }
 
 /// Where the widget stands in the browser.
@@ -100,10 +85,10 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
         shareHeight(std::max(defaultHeight, contentsFrame().height()));
     // Last, since scales are fitted to what is in sight.
     m_browser->fitTimescale(span.begin, span.end);
-    if (byDefault)
-        m_browser->allFitScale();
-    else
-        fitWhereNotTold(setup);
+    for (View *view : m_browser->views()) {
+        if (!view->isScaleGiven()) // a setup that is written by hand needn't know the values
+            view->fitScale();
+    }
     settle();
     m_frame = contentsFrame();
     if (width < besideAxis + leastAxisWidth)
@@ -116,21 +101,6 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
 }
 
 StackPicture::~StackPicture() = default;
-
-/// Somebody who writes a setup by hand needn't know the values.
-void StackPicture::fitWhereNotTold(const QVariant &setup)
-{
-    const QVector<View *> views = m_browser->views();
-    auto view = views.begin();
-    for (const QVariant &entry : setup.toList()) {
-        const QVariantMap map = entry.toMap();
-        if (view == views.end() || !m_browser->hasKind(map.value(QStringLiteral("type")).toString()))
-            continue;
-        if (!tellScale(map.value(QStringLiteral("settings")).toMap()))
-            (*view)->fitScale();
-        ++view;
-    }
-}
 
 /// Brings all geometry up to date, with the browser as high as all views need.
 void StackPicture::settle()

@@ -41,7 +41,6 @@ public:
 
 private:
     void settle();
-    void fitWhereNotTold(const QVariant &setup);
     QRect contentsFrame() const;
     void shareHeight(int height);
     void hideControls() const;

@@ -1,3 +1,4 @@
+#include "columns/setupkeys.h"
 #include "gui/browser/controls/plotmenu.h"
 #include "gui/browser/views/opmodeview.h"
 #include "gui/browser/views/scatterplotview.h"
@@ -16,9 +17,9 @@ namespace Tsb {
 
 namespace {
 
-const QString opmodeType = QStringLiteral("opmode");
-const QString scatterType = QStringLiteral("scatterplot");
-const QString spectrogramType = QStringLiteral("spectrogram");
+const QString opmodeType = SetupKeys::opmodeView;
+const QString scatterType = SetupKeys::scatterPlotView;
+const QString spectrogramType = SetupKeys::spectrogramView;
 
 // A further spectrum gets a strip that is high enough for its name and its unit, while a few of them fit on a screen.
 constexpr int heightOfStrip = 72;

@@ -1,5 +1,6 @@
 #include "gui/browser/views/opmodeview.h"
 
+#include "columns/setupkeys.h"
 #include "gui/browser/controls/plaintooltip.h"
 #include "gui/browser/controls/viewlayout.h"
 #include "records/recordflagparser.h"
@@ -12,6 +13,8 @@
 namespace Tsb {
 
 namespace {
+constexpr char opmodeType[] = "opmode";
+constexpr char flagType[] = "flag";
 constexpr int greatestLabelHeight = 200; ///< a longer message shows its first lines
 } // namespace
 
@@ -46,7 +49,7 @@ void OpmodeView::showOpmode()
 {
     m_label->hide();
     setFixedHeight(heightOf(0));
-    setToolTip(QStringLiteral("Opmode"));
+    setToolTip(tr("Opmode"));
     plot()->showOpmode();
 }
 
@@ -63,18 +66,18 @@ void OpmodeView::showFlag(const QString &flagData)
 QVariant OpmodeView::settings() const
 {
     if (plot()->mode() == OpmodePlot::Opmode)
-        return QVariantMap{{QStringLiteral("type"), QStringLiteral("opmode")}};
-    return QVariantMap{{QStringLiteral("type"), QStringLiteral("flag")}, {QStringLiteral("flag"), plot()->flag().text}};
+        return QVariantMap{{SetupKeys::type, opmodeType}};
+    return QVariantMap{{SetupKeys::type, flagType}, {SetupKeys::flag, plot()->flag().text}};
 }
 
 void OpmodeView::setSettings(const QVariant &settings)
 {
     const QVariantMap map = settings.toMap();
-    const QString type = map.value(QStringLiteral("type")).toString();
-    if (type == QLatin1String("opmode"))
+    const QString type = map.value(SetupKeys::type).toString();
+    if (type == QLatin1String(opmodeType))
         showOpmode();
-    else if (type == QLatin1String("flag") && !map.value(QStringLiteral("flag")).toString().isEmpty())
-        showFlag(map.value(QStringLiteral("flag")).toString());
+    else if (type == QLatin1String(flagType) && !map.value(SetupKeys::flag).toString().isEmpty())
+        showFlag(map.value(SetupKeys::flag).toString());
 }
 
 } // namespace Tsb

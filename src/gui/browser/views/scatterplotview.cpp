@@ -2,6 +2,7 @@
 
 #include "columns/scattersetup.h"
 #include "columns/scattervalues.h"
+#include "columns/setupkeys.h"
 #include "columns/setupvalues.h"
 #include "gui/browser/controls/resizer.h"
 #include "gui/browser/controls/verticalscalewidget.h"
@@ -340,11 +341,11 @@ void ScatterPlotView::showSelectedValue()
 QVariant ScatterPlotView::settings() const
 {
     QVariantMap map = scatterSetup(m_settings);
-    map[QStringLiteral("height")] = height();
-    map[QStringLiteral("propertiesVisible")] = m_propertiesAction->isChecked();
+    map[SetupKeys::height] = height();
+    map[SetupKeys::propertiesVisible] = m_propertiesAction->isChecked();
     if (std::isfinite(m_scale->minimum()) && std::isfinite(m_scale->maximum())) {
-        map[QStringLiteral("scaleMin")] = m_scale->minimum();
-        map[QStringLiteral("scaleMax")] = m_scale->maximum();
+        map[SetupKeys::scaleMin] = m_scale->minimum();
+        map[SetupKeys::scaleMax] = m_scale->maximum();
     }
     return map;
 }
@@ -354,16 +355,16 @@ void ScatterPlotView::setSettings(const QVariant &settings)
     if (!settings.isValid())
         return;
     const QVariantMap map = settings.toMap();
-    restoreHeight(map.value(QStringLiteral("height")));
-    setPropertiesVisible(boolOr(map, "propertiesVisible", true));
+    restoreHeight(map.value(SetupKeys::height));
+    setPropertiesVisible(boolOr(map, SetupKeys::propertiesVisible, true));
     const int type = scatterTypeFromSetup(map, m_settings.type);
     change([&map](ScatterPlotSettings &s) { readScatterSetup(map, s); });
     showType(type);
     // Last, since showing a kind fits the scale.
-    const auto lower = finiteNumber(map.value(QStringLiteral("scaleMin")));
-    const auto upper = finiteNumber(map.value(QStringLiteral("scaleMax")));
-    if (lower && upper && *lower < *upper && std::isfinite(*upper - *lower))
-        m_scale->setMinMax(*lower, *upper, true);
+    const auto range = finiteRange(map, SetupKeys::scaleMin, SetupKeys::scaleMax);
+    setScaleGiven(range && range->first < range->second && std::isfinite(range->second - range->first));
+    if (isScaleGiven())
+        m_scale->setMinMax(range->first, range->second, true);
 }
 
 } // namespace Tsb

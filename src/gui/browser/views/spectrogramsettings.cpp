@@ -1,3 +1,4 @@
+#include "columns/setupkeys.h"
 #include "columns/setupvalues.h"
 #include "gui/browser/controls/expspinbox.h"
 #include "gui/browser/controls/spectraselectionwidget.h"
@@ -21,17 +22,17 @@ QVariant SpectrogramView::settings() const
 {
     QVariantMap map;
     // The height that was set counts, not the one that a layout has still to give.
-    map.insert(QStringLiteral("height"), minimumHeight() == maximumHeight() ? minimumHeight() : height());
-    map.insert(QStringLiteral("spectra"), sortedVisibleSpectra());
+    map.insert(SetupKeys::height, minimumHeight() == maximumHeight() ? minimumHeight() : height());
+    map.insert(SetupKeys::spectra, sortedVisibleSpectra());
     if (!std::isnan(m_colorLower)) {
-        map.insert(QStringLiteral("colorLower"), m_colorLower);
-        map.insert(QStringLiteral("colorUpper"), m_colorUpper);
+        map.insert(SetupKeys::colorLower, m_colorLower);
+        map.insert(SetupKeys::colorUpper, m_colorUpper);
     }
-    map.insert(QStringLiteral("autoFillGaps"), m_fillGapsAction->isChecked());
-    map.insert(QStringLiteral("smoothingEnabled"), m_smoothingEnabled);
-    map.insert(QStringLiteral("smoothingCoef"), m_smoothingSpinBox->value());
-    map.insert(QStringLiteral("colormap"), m_colormapName);
-    map.insert(QStringLiteral("whiteBackground"), m_whiteBackground);
+    map.insert(SetupKeys::autoFillGaps, m_fillGapsAction->isChecked());
+    map.insert(SetupKeys::smoothingEnabled, m_smoothingEnabled);
+    map.insert(SetupKeys::smoothingCoef, m_smoothingSpinBox->value());
+    map.insert(SetupKeys::colormap, m_colormapName);
+    map.insert(SetupKeys::whiteBackground, m_whiteBackground);
     return map;
 }
 
@@ -40,25 +41,25 @@ void SpectrogramView::setSettings(const QVariant &settings)
     if (settings.type() != QVariant::Map)
         return;
     const QVariantMap map = settings.toMap();
-    restoreHeight(map.value(QStringLiteral("height")));
+    restoreHeight(map.value(SetupKeys::height));
 
-    const QStringList ids = map.value(QStringLiteral("spectra")).toStringList();
+    const QStringList ids = map.value(SetupKeys::spectra).toStringList();
     m_visibleSpectra = QSet<QString>(ids.begin(), ids.end());
     m_selectionWidget->setSelectedSpectra(m_visibleSpectra);
     updateRows();
 
-    const auto lower = finiteNumber(map.value(QStringLiteral("colorLower")));
-    const auto upper = finiteNumber(map.value(QStringLiteral("colorUpper")));
-    if (lower && upper)
-        setColorLimits(*lower, *upper);
-    m_fillGapsAction->setChecked(boolOr(map, "autoFillGaps", true));
-    m_smoothingSpinBox->setValue(finiteNumber(map.value(QStringLiteral("smoothingCoef"))).value_or(0.0));
-    setSmoothingEnabled(boolOr(map, "smoothingEnabled", false));
+    const auto limits = finiteRange(map, SetupKeys::colorLower, SetupKeys::colorUpper);
+    if (limits)
+        setColorLimits(limits->first, limits->second);
+    setScaleGiven(limits && limits->first == m_colorLower && limits->second == m_colorUpper);
+    m_fillGapsAction->setChecked(boolOr(map, SetupKeys::autoFillGaps, true));
+    m_smoothingSpinBox->setValue(finiteNumber(map.value(SetupKeys::smoothingCoef)).value_or(0.0));
+    setSmoothingEnabled(boolOr(map, SetupKeys::smoothingEnabled, false));
 
     // A setup that doesn't name the background is dark, though a new view is light.
-    const QVariant name = map.value(QStringLiteral("colormap"), QStringLiteral("jet"));
+    const QVariant name = map.value(SetupKeys::colormap, QStringLiteral("jet"));
     setColormap(name.type() == QVariant::String ? name.toString() : m_colormapName,
-                boolOr(map, "whiteBackground", false));
+                boolOr(map, SetupKeys::whiteBackground, false));
 }
 
 } // namespace Tsb

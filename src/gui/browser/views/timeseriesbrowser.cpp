@@ -1,6 +1,7 @@
 #include "gui/browser/views/timeseriesbrowser.h"
 
 #include "axis/zoomfactor.h"
+#include "columns/setupkeys.h"
 #include "gui/browser/controls/header.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
@@ -231,10 +232,10 @@ QVariant TimeSeriesBrowser::setup() const
         const QString type = typeOf(view);
         if (type.isEmpty() || view->isTemporary())
             continue;
-        QVariantMap entry{{QStringLiteral("type"), type}};
+        QVariantMap entry{{SetupKeys::type, type}};
         const QVariant settings = view->settings();
         if (settings.isValid())
-            entry.insert(QStringLiteral("settings"), settings);
+            entry.insert(SetupKeys::settings, settings);
         list.append(entry);
     }
     return list;
@@ -248,12 +249,12 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
     int count = 0;
     for (const QVariant &entry : list) {
         const QVariantMap map = entry.toMap();
-        const QString type = map.value(QStringLiteral("type")).toString();
+        const QString type = map.value(SetupKeys::type).toString();
         if (!hasKind(type) || ++count > greatestViewCount)
             continue;
         View *const view = makeView(type);
         addView(view);
-        view->setSettings(map.value(QStringLiteral("settings")));
+        view->setSettings(map.value(SetupKeys::settings));
     }
     if (count > greatestViewCount)
         Log::Logger(QStringLiteral("gui"))

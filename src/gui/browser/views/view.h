@@ -38,6 +38,9 @@ public:
     /// Shows the spectra of these ids, in a view that shows spectra; the base does nothing.
     virtual void setVisibleSpectra(QSet<QString> ids);
 
+    /// Whether settings gave it the limits of its values or colours. If not, they are for the caller to fit.
+    bool isScaleGiven() const { return m_scaleGiven; }
+
     /// A temporary view isn't kept in the setup, and its button makes it lasting before it closes it.
     bool isTemporary() const { return m_temporary; }
     void setTemporary(bool on);
@@ -69,6 +72,7 @@ protected:
     ViewLayout *viewLayout() const { return m_layout; }
     /// Wires one plot to this view: its wishes go out, the time cursor goes both ways.
     void connectPlot(Plot *plot);
+    void setScaleGiven(bool given) { m_scaleGiven = given; }
     /// Takes a fixed height out of settings: held within 16 .. 4096; nothing for 0, less, or what is no number.
     void restoreHeight(const QVariant &height);
     /// Adds a separator to the context menu and returns it.
@@ -85,6 +89,7 @@ private:
     TitleButton *m_closeButton;
     bool m_temporary = false;
     bool m_discarded = false;
+    bool m_scaleGiven = false;
 };
 
 } // namespace Tsb

@@ -1,5 +1,6 @@
 #include "gui/browser/views/viewkinds.h"
 
+#include "columns/setupkeys.h"
 #include "gui/browser/views/opmodeview.h"
 #include "gui/browser/views/scatterplotview.h"
 #include "gui/browser/views/spectrogramview.h"
@@ -8,8 +9,8 @@ namespace Tsb {
 
 std::vector<ViewKind> standardViewKinds()
 {
-    return {viewKind<OpmodeView>(QStringLiteral("opmode")), viewKind<ScatterPlotView>(QStringLiteral("scatterplot")),
-            viewKind<SpectrogramView>(QStringLiteral("spectrogram"))};
+    return {viewKind<OpmodeView>(SetupKeys::opmodeView), viewKind<ScatterPlotView>(SetupKeys::scatterPlotView),
+            viewKind<SpectrogramView>(SetupKeys::spectrogramView)};
 }
 
 } // namespace Tsb

@@ -445,6 +445,7 @@ TEST_F(Scatter, settings_go_round)
         const QVariant stored = other.settings();
         view.setSettings(stored);
         EXPECT_EQ(view.settings(), stored) << type;
+        EXPECT_TRUE(view.isScaleGiven());
     }
 }
 
@@ -523,6 +524,7 @@ TEST_F(Scatter, hostile_settings_change_only_what_is_sound)
         view.setSettings(QVariantMap{{"type", "electrometer"}, {"scaleMin", range.first}, {"scaleMax", range.second}});
         EXPECT_EQ(view.scaleWidget()->minimum(), 1) << "one that nothing can be read on";
         EXPECT_EQ(view.scaleWidget()->maximum(), 7);
+        EXPECT_FALSE(view.isScaleGiven());
     }
 }
 

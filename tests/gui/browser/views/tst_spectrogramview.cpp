@@ -291,6 +291,7 @@ TEST_F(SpectrogramViewTest, SettingsComeBack)
                     {"whiteBackground", false}};
     view.setSettings(map);
     EXPECT_EQ(view.settings().toMap(), map);
+    EXPECT_TRUE(view.isScaleGiven());
     EXPECT_EQ(labels(), "a;");
     EXPECT_EQ(view.rows()[0].plot->colorUpper(), 4.25);
     SpectrogramView other;
@@ -351,6 +352,7 @@ TEST_F(SpectrogramViewTest, HostileSettingsRestoreWhatIsSound)
     view.setSettings(QVariantMap{{"colorLower", 3.0}, {"colorUpper", 1.0}}); // the wrong way round
     EXPECT_EQ(view.colorLower(), 0.5);
     EXPECT_EQ(view.colorUpper(), 3.5);
+    EXPECT_FALSE(view.isScaleGiven());
 }
 
 TEST_F(SpectrogramViewTest, TheListChoosesSpectra)
