@@ -2,6 +2,8 @@
 
 #include "axis/valuescale.h"
 
+#include <QCoreApplication>
+
 #include <array>
 
 namespace {
@@ -10,9 +12,10 @@ struct ParameterText {
     const char *key;
     const char *display;
 };
-constexpr std::array<ParameterText, 3> parameterTexts = {{{"BackErrorMeanSq", "Reverse current root mean square error"},
-                                                          {"BackErrorMeanAvg", "Reverse current mean abs error"},
-                                                          {"SumBackError", "Total current error"}}};
+constexpr std::array<ParameterText, 3> parameterTexts = {
+    {{"BackErrorMeanSq", QT_TRANSLATE_NOOP("ScatterPlot", "Reverse current root mean square error")},
+     {"BackErrorMeanAvg", QT_TRANSLATE_NOOP("ScatterPlot", "Reverse current mean abs error")},
+     {"SumBackError", QT_TRANSLATE_NOOP("ScatterPlot", "Total current error")}}};
 
 bool isKnown(SpectrumParameter parameter)
 {
@@ -34,7 +37,9 @@ QString toKey(SpectrumParameter parameter)
 
 QString displayText(SpectrumParameter parameter)
 {
-    return isKnown(parameter) ? QString::fromLatin1(parameterTexts[std::size_t(parameter)].display) : QString();
+    return isKnown(parameter)
+               ? QCoreApplication::translate("ScatterPlot", parameterTexts[std::size_t(parameter)].display)
+               : QString();
 }
 
 SpectrumParameter spectrumParameterFromKey(const QString &key)

@@ -1,5 +1,7 @@
 #include "columns/scattervalues.h"
 
+#include <QCoreApplication>
+
 #include <cmath>
 
 namespace Tsb {
@@ -58,15 +60,23 @@ QString concentrationUnitWord(ConcentrationType type)
     return QString();
 }
 
-QString fractionLabel(const ScatterPlotSettings &settings)
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(ScatterPlot)
+};
+
+QString concentrationLabel(const ScatterPlotSettings &settings)
 {
+    const QString word = concentrationUnitWord(settings.concentrationType);
+    if (settings.totalConcentration)
+        return Texts::tr("Total concentration\n(%1/cm³)").arg(word);
     const bool mobility = settings.fractionScale == DistributionScale::mobility;
     const auto limit = [mobility](const SpectMath::MobilitySize &size) {
         const double value = mobility ? size.mobility : size.diameter;
         return std::isinf(value) ? QStringLiteral("∞") : QString::number(value);
     };
-    return limit(settings.smallerLimit) + QLatin1String(" - ") + limit(settings.largerLimit) + QLatin1Char(' ') +
-           (mobility ? QStringLiteral("cm²/V/s") : QStringLiteral("nm"));
+    return Texts::tr("%1 - %2 %3\n(%4/cm³)")
+        .arg(limit(settings.smallerLimit), limit(settings.largerLimit),
+             mobility ? QStringLiteral("cm²/V/s") : QStringLiteral("nm"), word);
 }
 
 } // namespace
@@ -75,12 +85,11 @@ QString scatterScaleLabel(const ScatterPlotSettings &settings, const QString &na
 {
     switch (settings.type) {
     case ScatterPlotSettings::Electrometer:
-        return QStringLiteral("Elm. ") + name + (settings.showElectrometerNoise ? QStringLiteral(" noise") : QString());
+        return (settings.showElectrometerNoise ? Texts::tr("Elm. %1 noise") : Texts::tr("Elm. %1")).arg(name);
     case ScatterPlotSettings::Variable:
-        return unit.isEmpty() ? name : name + QLatin1String(" (") + unit + QLatin1Char(')');
+        return unit.isEmpty() ? name : QStringLiteral("%1 (%2)").arg(name, unit);
     case ScatterPlotSettings::Concentration:
-        return (settings.totalConcentration ? QStringLiteral("Total concentration") : fractionLabel(settings)) +
-               QLatin1String("\n(") + scatterUnit(settings, QString()) + QLatin1Char(')');
+        return concentrationLabel(settings);
     default:
         return displayText(settings.spectrumParameter);
     }

@@ -17,7 +17,7 @@ namespace Tsb {
 namespace {
 
 constexpr int frameStyleValue = QFrame::StyledPanel | QFrame::Sunken;
-constexpr int relevantFlags = 11; // a record came in, its data were replaced, and one kind that the store doesn't send
+constexpr int relevantFlags = RecordCameIn | DataReplaced | otherChange;
 
 /// Moves the pixels of every line by `shift` columns; what comes in is left as it was.
 void shiftColumns(QImage &image, int shift)

@@ -16,6 +16,9 @@ namespace Tsb {
 
 class UpdateDelayer;
 
+/// A flag of Plot::updateRecord() beside those of the store, which doesn't send it: whatever changed shows.
+constexpr int otherChange = 8;
+
 /// The base of every strip in the browser: draws a time range of the store into a cached image, keeps the image up to
 /// date by moving it and drawing only new and changed columns, and turns mouse and keys into record choices and
 /// requests to the time axis. Main thread only. The store may die before the plot.

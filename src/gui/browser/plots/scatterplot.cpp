@@ -165,7 +165,7 @@ void ScatterPlot::noteUpdated(int index, const std::shared_ptr<Record> &record, 
 
 PixelRange ScatterPlot::rangeOfUpdatedRecord(int, const std::shared_ptr<Record> &record, int flags)
 {
-    const bool cameIn = (flags & (RecordCameIn | 8)) != 0;
+    const bool cameIn = (flags & (RecordCameIn | otherChange)) != 0;
     const bool values = (flags & DataReplaced) != 0 && m_settings.type != ScatterPlotSettings::Concentration;
     const bool spectra = (flags & SpectraChanged) != 0 && m_settings.usesSpectra();
     return cameIn || values || spectra ? spanOf(*record, redrawMargin()) : PixelRange();

@@ -101,25 +101,25 @@ void ScatterPlotView::connectProperties()
 
 void ScatterPlotView::makeActions()
 {
-    const auto add = [this](const char *text) {
-        auto *action = new QAction(QString::fromLatin1(text), this);
+    const auto add = [this](const QString &text) {
+        auto *action = new QAction(text, this);
         addAction(action);
         return action;
     };
-    const auto addCheckable = [&add](const char *text, bool on) {
+    const auto addCheckable = [&add](const QString &text, bool on) {
         QAction *action = add(text);
         action->setCheckable(true);
         action->setChecked(on);
         return action;
     };
     addSeparator();
-    connect(add("Fit vertical scale"), &QAction::triggered, this, &ScatterPlotView::fitScale);
-    connect(add("Show selected value"), &QAction::triggered, this, &ScatterPlotView::showSelectedValue);
-    m_labelAction = addCheckable("Show value label for selected record", false);
-    m_propertiesAction = addCheckable("Show properties", true);
-    m_rawAction = addCheckable("Show raw currents", true);
-    m_processedAction = addCheckable("Show processed currents", true);
-    m_noiseAction = addCheckable("Show noise level", false);
+    connect(add(tr("Fit vertical scale")), &QAction::triggered, this, &ScatterPlotView::fitScale);
+    connect(add(tr("Show selected value")), &QAction::triggered, this, &ScatterPlotView::showSelectedValue);
+    m_labelAction = addCheckable(tr("Show value label for selected record"), false);
+    m_propertiesAction = addCheckable(tr("Show properties"), true);
+    m_rawAction = addCheckable(tr("Show raw currents"), true);
+    m_processedAction = addCheckable(tr("Show processed currents"), true);
+    m_noiseAction = addCheckable(tr("Show noise level"), false);
     connect(m_labelAction, &QAction::toggled, this, &ScatterPlotView::setDatalabelsEnabled);
     connect(m_propertiesAction, &QAction::toggled, this, &ScatterPlotView::setPropertiesVisible);
     connect(m_rawAction, &QAction::toggled, this,
@@ -286,11 +286,6 @@ void ScatterPlotView::reloadSetup()
     if (m_properties)
         m_properties->setUiInfo(m_uiInfo);
     refreshLabel();
-}
-
-void ScatterPlotView::setCurrentRecord(std::shared_ptr<Record> record)
-{
-    SinglePlotView<ScatterPlot>::setCurrentRecord(std::move(record));
 }
 
 // ---- the vertical scale

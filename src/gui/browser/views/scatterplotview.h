@@ -26,7 +26,6 @@ public:
     ScatterPropertiesRow *propertiesRow() const { return m_properties; }
 
     void setUiInfo(std::shared_ptr<UiInfo> uiInfo) override;
-    void setCurrentRecord(std::shared_ptr<Record> record) override;
     QVariant settings() const override;
     void setSettings(const QVariant &settings) override;
 

@@ -28,13 +28,13 @@ QString titleOf(int type)
 {
     switch (type) {
     case ScatterPlotSettings::Electrometer:
-        return QStringLiteral("Electrometer");
+        return ScatterPropertiesRow::tr("Electrometer");
     case ScatterPlotSettings::Variable:
-        return QStringLiteral("Record variable");
+        return ScatterPropertiesRow::tr("Record variable");
     case ScatterPlotSettings::Concentration:
-        return QStringLiteral("Concentration");
+        return ScatterPropertiesRow::tr("Concentration");
     default:
-        return QStringLiteral("Inversion parameter");
+        return ScatterPropertiesRow::tr("Inversion parameter");
     }
 }
 
@@ -64,24 +64,24 @@ ScatterPropertiesRow::ScatterPropertiesRow(QWidget *parent) : QWidget(parent)
     m_titleButton = makeButton(QString(), this);
     m_titleButton->setCheckable(true);
     m_titleButton->setChecked(true);
-    m_titleButton->setToolTip(QStringLiteral("Show or hide the choices for this plot"));
+    m_titleButton->setToolTip(tr("Show or hide the choices for this plot"));
     connect(m_titleButton, &QToolButton::toggled, this, &ScatterPropertiesRow::showSettingsForm);
     row->addWidget(m_titleButton);
     m_optionsButton = new MenuButton(this);
-    m_optionsButton->setText(QStringLiteral("Options"));
+    m_optionsButton->setText(tr("Options"));
     m_optionsButton->setFocusPolicy(Qt::TabFocus);
     row->addWidget(m_optionsButton);
 
-    m_electrometerCombo = addCombo(QStringLiteral("Electrometer"));
-    m_variableCombo = addCombo(QStringLiteral("Record variable"));
-    m_parameterCombo = addCombo(QStringLiteral("Inversion parameter"));
+    m_electrometerCombo = addCombo(tr("Electrometer"));
+    m_variableCombo = addCombo(tr("Record variable"));
+    m_parameterCombo = addCombo(tr("Inversion parameter"));
     for (const auto parameter :
          {SpectrumParameter::BackErrorMeanSq, SpectrumParameter::BackErrorMeanAvg, SpectrumParameter::SumBackError})
         m_parameterCombo->addItem(displayText(parameter), int(parameter));
     makeFractionForm();
     row->addWidget(m_fractionForm);
 
-    m_spectraButton = makeButton(QStringLiteral("Spectra"), this);
+    m_spectraButton = makeButton(tr("Spectra"), this);
     m_spectra = new SpectraSelectionWidget(true, this);
     row->addWidget(m_spectraButton);
     row->addStretch();
@@ -112,14 +112,15 @@ void ScatterPropertiesRow::makeFractionForm()
     form->setContentsMargins(0, 0, 0, 0);
     form->setSpacing(spacing);
     m_concentrationCombo = new QComboBox(m_fractionForm);
-    for (const auto &item :
-         {std::make_pair("Number", ConcentrationType::number), std::make_pair("Diameter", ConcentrationType::diameter),
-          std::make_pair("Surface", ConcentrationType::surface), std::make_pair("Volume", ConcentrationType::volume)})
-        m_concentrationCombo->addItem(QString::fromLatin1(item.first), int(item.second));
-    m_totalCheck = new QCheckBox(QStringLiteral("Total"), m_fractionForm);
+    for (const auto &item : {std::make_pair(tr("Number"), ConcentrationType::number),
+                             std::make_pair(tr("Diameter"), ConcentrationType::diameter),
+                             std::make_pair(tr("Surface"), ConcentrationType::surface),
+                             std::make_pair(tr("Volume"), ConcentrationType::volume)})
+        m_concentrationCombo->addItem(item.first, int(item.second));
+    m_totalCheck = new QCheckBox(tr("Total"), m_fractionForm);
     m_fractionScaleCombo = new QComboBox(m_fractionForm);
-    m_fractionScaleCombo->addItem(QStringLiteral("Diameter"), int(DistributionScale::diameter));
-    m_fractionScaleCombo->addItem(QStringLiteral("Mobility"), int(DistributionScale::mobility));
+    m_fractionScaleCombo->addItem(tr("Diameter"), int(DistributionScale::diameter));
+    m_fractionScaleCombo->addItem(tr("Mobility"), int(DistributionScale::mobility));
     m_rangeLabel = new QLabel(m_fractionForm);
     m_smallerLimit = new ExpSpinBox(m_fractionForm);
     m_largerLimit = new ExpSpinBox(m_fractionForm);
@@ -185,8 +186,7 @@ void ScatterPropertiesRow::showSettings(const ScatterPlotSettings &settings)
     showData(m_fractionScaleCombo, int(mobility ? DistributionScale::mobility : DistributionScale::diameter));
     const QSignalBlocker total(m_totalCheck), smaller(m_smallerLimit), larger(m_largerLimit), spectra(m_spectra);
     m_totalCheck->setChecked(settings.totalConcentration);
-    m_rangeLabel->setText(mobility ? QStringLiteral("Mobility range (cm²/V/s)")
-                                   : QStringLiteral("Diameter range (nm)"));
+    m_rangeLabel->setText(mobility ? tr("Mobility range (cm²/V/s)") : tr("Diameter range (nm)"));
     const auto showLimit = [&](ExpSpinBox *box, const SpectMath::MobilitySize &limit) {
         box->setValue(mobility ? limit.mobility : limit.diameter);
         box->setToolTip(std::isinf(box->value()) ? tr("%1: no bound on this side").arg(m_rangeLabel->text())
