@@ -22,7 +22,14 @@ QPen haloPen()
 
 } // namespace
 
-Colorbar::Colorbar(Qt::Orientation orientation, QWidget *parent) : QFrame(parent), m_orientation(orientation)
+Colorbar::Colorbar(Qt::Orientation orientation, QWidget *parent) : Colorbar(orientation, *new Tsb::ColorLimits, parent)
+{
+    m_limits->setParent(this);
+    m_limits->set(m_limits->lower(), m_limits->upper());
+}
+
+Colorbar::Colorbar(Qt::Orientation orientation, Tsb::ColorLimits &limits, QWidget *parent)
+    : QFrame(parent), m_limits(&limits), m_orientation(orientation)
 {
     setFrameShape(QFrame::StyledPanel);
     setFrameShadow(QFrame::Sunken);
@@ -31,6 +38,8 @@ Colorbar::Colorbar(Qt::Orientation orientation, QWidget *parent) : QFrame(parent
     setMouseTracking(true);
     setStatusTip(tr("Click and drag left/right half of the colorscale to change minimum/maximum values."));
     updateLabelFont();
+    connect(m_limits, &Tsb::ColorLimits::changed, this, qOverload<>(&Colorbar::update));
+    connect(m_limits, &Tsb::ColorLimits::changed, this, &Colorbar::limitsChanged);
 }
 
 void Colorbar::updateLabelFont()
@@ -64,12 +73,7 @@ void Colorbar::setColormap(const Colormap::Map &colormap)
 
 void Colorbar::setLimits(double lower, double upper)
 {
-    if (!areUsable(lower, upper) || (lower == m_lower && upper == m_upper))
-        return;
-    m_lower = lower;
-    m_upper = upper;
-    update();
-    Q_EMIT limitsChanged(m_lower, m_upper);
+    m_limits->set(lower, upper);
 }
 
 void Colorbar::markValue(double value)
@@ -89,7 +93,7 @@ void Colorbar::paintEvent(QPaintEvent *)
         return;
     painter.setClipRect(area);
     drawColors(painter, area);
-    if (!(m_upper > m_lower))
+    if (!(upper() > lower()))
         return;
     painter.translate(area.topLeft());
     if (m_orientation == Qt::Horizontal)
@@ -117,7 +121,7 @@ void Colorbar::drawColors(QPainter &painter, const QRect &area) const
 
 double Colorbar::tickPosition(double decade, int size) const
 {
-    return Tsb::decadePixel(decade, m_lower, m_upper, size);
+    return Tsb::decadePixel(decade, lower(), upper(), size);
 }
 
 void Colorbar::drawHorizontalTicks(QPainter &painter, const QRect &area) const
@@ -129,7 +133,7 @@ void Colorbar::drawHorizontalTicks(QPainter &painter, const QRect &area) const
         ticks.moveTo(x, h);
         ticks.lineTo(x, h - length);
     };
-    Tsb::forEachDecade(m_lower, m_upper, [&](double decade) {
+    Tsb::forEachDecade(lower(), upper(), [&](double decade) {
         addTick(decade, 3);
         for (int m = 2; m <= 9; ++m)
             addTick(decade + std::log10(m), 1.5);
@@ -153,7 +157,7 @@ void Colorbar::addDecadeLabels(QPainterPath &path, const QSize &size) const
     const int baseline = (metrics.height() - 3 + size.height()) / 2 - metrics.descent();
     const int gap = metrics.horizontalAdvance(QLatin1Char(' '));
     const auto widthOf = [&metrics](const QString &text) { return metrics.horizontalAdvance(text); };
-    for (const Tsb::DecadeLabel &label : Tsb::decadeLabels(m_lower, m_upper, size.width(), gap, widthOf))
+    for (const Tsb::DecadeLabel &label : Tsb::decadeLabels(lower(), upper(), size.width(), gap, widthOf))
         path.addText(label.left, baseline, m_labelFont, label.text);
 }
 
@@ -173,14 +177,14 @@ void Colorbar::drawVerticalTicks(QPainter &painter, const QRect &area) const
     QColor faint(Qt::black);
     faint.setAlphaF(halo);
     const auto drawTick = [&](double v, const QPen &pen) {
-        const double y = (m_upper - v) / (m_upper - m_lower) * area.height();
+        const double y = (upper() - v) / (upper() - lower()) * area.height();
         painter.setPen(pen);
         painter.drawLine(QLineF(0, y, 2, y));
         painter.drawLine(QLineF(area.width() - 3, y, area.width(), y));
         return y;
     };
     double freeAbove = area.height() + metrics.height();
-    Tsb::forEachDecade(m_lower, m_upper, [&](double decade) {
+    Tsb::forEachDecade(lower(), upper(), [&](double decade) {
         for (int m = 2; m <= 9; ++m)
             drawTick(decade + std::log10(m), QPen(faint, 1));
         const double y = drawTick(decade, QPen(Qt::black, 2));
@@ -217,9 +221,9 @@ void Colorbar::mousePressEvent(QMouseEvent *event)
     const int p = along(event->pos());
     m_pressPoint = event->pos();
     m_pressValue = valueAt(p);
-    m_valuePerPixel = (m_upper - m_lower) / size;
-    m_startUpper = m_upper;
-    m_startLower = m_lower;
+    m_valuePerPixel = (upper() - lower()) / size;
+    m_startUpper = upper();
+    m_startLower = lower();
     if (event->button() == Qt::LeftButton) {
         if (p >= size / 2 && p <= size - size / 2)
             return; // the middle belongs to neither half
@@ -292,9 +296,9 @@ void Colorbar::wheelEvent(QWheelEvent *event)
     event->accept();
     const double steps = event->angleDelta().y() * 0.125 / 15;
     if (along(event->position().toPoint()) >= length() / 2.0)
-        setLimits(m_lower, m_upper + steps * 0.02);
+        setLimits(lower(), upper() + steps * 0.02);
     else
-        setLimits(m_lower + steps * 0.02, m_upper);
+        setLimits(lower() + steps * 0.02, upper());
 }
 
 void Colorbar::contextMenuEvent(QContextMenuEvent *event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui/browser/controls/colorlimits.h"
 #include "gui/browser/drawing/colormap.h"
 
 #include <QFont>
@@ -11,24 +12,25 @@ class QPainterPath;
 
 /// Shows a colour map with its limits in decades, and lets the user change the limits: dragging either half moves that
 /// half's end so that the grabbed value follows the mouse, the wheel moves the end on whose side it turns, and the
-/// right button marks a value while it is held. Owner of the limits.
+/// right button marks a value while it is held.
 class Colorbar : public QFrame {
     Q_OBJECT
 public:
+    /// A bar with limits of its own, 1 and 3.
     explicit Colorbar(Qt::Orientation orientation, QWidget *parent = nullptr);
+    /// Shows and sets those limits, which must live as long as the bar.
+    Colorbar(Qt::Orientation orientation, Tsb::ColorLimits &limits, QWidget *parent = nullptr);
 
-    double lower() const { return m_lower; }
-    double upper() const { return m_upper; }
+    double lower() const { return m_limits->lower(); }
+    double upper() const { return m_limits->upper(); }
     void setColormap(const Colormap::Map &colormap);
     const Colormap::Map &colormap() const { return m_colormap; }
 
     QSize sizeHint() const override { return minimumSizeHint(); }
     QSize minimumSizeHint() const override;
 
-    /// The limits that setLimits takes: 0 to 20 decades apart.
-    static bool areUsable(double lower, double upper) { return upper - lower >= 0 && upper - lower <= 20; }
-
 public Q_SLOTS:
+    /// Nothing for limits that aren't 0 to 20 decades apart.
     void setLimits(double lower, double upper);
     /// A value in decades to be labelled instead of the decades; not a number for none.
     void markValue(double value);
@@ -56,7 +58,7 @@ private:
     int length() const;                 ///< of the bar, in pixels
     int along(const QPoint &pos) const; ///< from the bar's low end
     int across(const QPoint &pos) const;
-    double valueAt(int p) const { return m_lower + (m_upper - m_lower) * p / length(); }
+    double valueAt(int p) const { return lower() + (upper() - lower()) * p / length(); }
     void dragTo(const QPoint &pos);
     void drawColors(QPainter &painter, const QRect &area) const;
     void drawHorizontalTicks(QPainter &painter, const QRect &area) const;
@@ -65,8 +67,7 @@ private:
     void addMarkLabel(QPainterPath &path, const QSize &size) const;
     double tickPosition(double decade, int size) const;
 
-    double m_lower = 1.0;
-    double m_upper = 3.0;
+    Tsb::ColorLimits *m_limits;
     double m_pressValue = 0;
     double m_valuePerPixel = 0;
     double m_startUpper = 0;

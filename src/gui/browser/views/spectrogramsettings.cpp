@@ -1,13 +1,11 @@
 #include "columns/setupkeys.h"
 #include "columns/setupvalues.h"
-#include "gui/browser/controls/expspinbox.h"
+#include "gui/browser/controls/colorlimits.h"
 #include "gui/browser/controls/spectraselectionwidget.h"
 #include "gui/browser/views/spectrogramview.h"
 
 #include <QAction>
 #include <QDoubleSpinBox>
-
-#include <cmath>
 
 namespace Tsb {
 
@@ -24,9 +22,9 @@ QVariant SpectrogramView::settings() const
     // The height that was set counts, not the one that a layout has still to give.
     map.insert(SetupKeys::height, minimumHeight() == maximumHeight() ? minimumHeight() : height());
     map.insert(SetupKeys::spectra, sortedVisibleSpectra());
-    if (!std::isnan(m_colorLower)) {
-        map.insert(SetupKeys::colorLower, m_colorLower);
-        map.insert(SetupKeys::colorUpper, m_colorUpper);
+    if (m_limits->areSet()) {
+        map.insert(SetupKeys::colorLower, m_limits->lower());
+        map.insert(SetupKeys::colorUpper, m_limits->upper());
     }
     map.insert(SetupKeys::autoFillGaps, m_fillGapsAction->isChecked());
     map.insert(SetupKeys::smoothingEnabled, m_smoothingEnabled);
@@ -49,9 +47,7 @@ void SpectrogramView::setSettings(const QVariant &settings)
     updateRows();
 
     const auto limits = finiteRange(map, SetupKeys::colorLower, SetupKeys::colorUpper);
-    if (limits)
-        setColorLimits(limits->first, limits->second);
-    setScaleGiven(limits && limits->first == m_colorLower && limits->second == m_colorUpper);
+    setScaleGiven(limits && m_limits->set(limits->first, limits->second));
     m_fillGapsAction->setChecked(boolOr(map, SetupKeys::autoFillGaps, true));
     m_smoothingSpinBox->setValue(finiteNumber(map.value(SetupKeys::smoothingCoef)).value_or(0.0));
     setSmoothingEnabled(boolOr(map, SetupKeys::smoothingEnabled, false));

@@ -2,7 +2,8 @@
 
 #include "axis/spectrogramaxis.h"
 #include "gui/browser/controls/colorbar.h"
-#include "gui/browser/controls/expspinbox.h"
+#include "gui/browser/controls/colorlimitbox.h"
+#include "gui/browser/controls/colorlimits.h"
 #include "gui/browser/controls/plaintooltip.h"
 #include "gui/browser/controls/resizer.h"
 #include "gui/browser/controls/spectraselectionwidget.h"
@@ -17,7 +18,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
-#include <QSignalBlocker>
 #include <QToolButton>
 
 #include <cmath>
@@ -31,11 +31,6 @@ constexpr int minimumTargetHeight = 32;
 constexpr int controlSpacing = 3;
 constexpr double markOpacity = 0.3;
 constexpr double farthestLimit = 300; ///< decades; 10 to the power of a limit stays a number
-
-bool areUsableLimits(double lower, double upper)
-{
-    return Colorbar::areUsable(lower, upper) && std::abs(lower) <= farthestLimit && std::abs(upper) <= farthestLimit;
-}
 
 QString mapData(const QString &name, bool white)
 {
@@ -56,15 +51,6 @@ QToolButton *makeButton(const QString &text, QWidget *parent)
     return button;
 }
 
-ExpSpinBox *makeLimitBox(double value, QWidget *parent)
-{
-    auto *box = new ExpSpinBox(parent);
-    box->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    box->setRange(1e-300, 1e300);
-    box->setValue(value);
-    return box;
-}
-
 QString toolTipOf(const QString &name, const QString &inverter)
 {
     if (inverter.isEmpty())
@@ -75,7 +61,8 @@ QString toolTipOf(const QString &name, const QString &inverter)
 
 } // namespace
 
-SpectrogramView::SpectrogramView(QWidget *parent) : MultiPlotView(parent), m_viewColormap(mapOf(m_colormapName))
+SpectrogramView::SpectrogramView(QWidget *parent)
+    : MultiPlotView(parent), m_limits(new ColorLimits(this, farthestLimit)), m_viewColormap(mapOf(m_colormapName))
 {
     setFixedHeight(initialHeight);
     makeControls();
@@ -113,10 +100,8 @@ void SpectrogramView::makeControls()
     m_smoothingSpinBox->setSingleStep(0.1);
     m_smoothingSpinBox->setRange(0.0, 10.0);
     m_smoothingSpinBox->hide();
-    m_colorbar = new Colorbar(Qt::Horizontal, m_controls);
+    m_colorbar = new Colorbar(Qt::Horizontal, *m_limits, m_controls);
     m_colorbar->setColormap(m_viewColormap);
-    m_lowSpinBox = makeLimitBox(std::pow(10.0, m_colorbar->lower()), m_controls);
-    m_highSpinBox = makeLimitBox(std::pow(10.0, m_colorbar->upper()), m_controls);
 
     auto *layout = new QHBoxLayout(m_controls);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -126,9 +111,9 @@ void SpectrogramView::makeControls()
     layout->addWidget(m_smoothingLabel);
     layout->addWidget(m_smoothingSpinBox);
     layout->addStretch();
-    layout->addWidget(m_lowSpinBox);
+    layout->addWidget(new ColorLimitBox(*m_limits, ColorLimitBox::Lower, m_controls));
     layout->addWidget(m_colorbar);
-    layout->addWidget(m_highSpinBox);
+    layout->addWidget(new ColorLimitBox(*m_limits, ColorLimitBox::Upper, m_controls));
 
     m_selectionWidget = new SpectraSelectionWidget(true, this);
 }
@@ -188,12 +173,9 @@ void SpectrogramView::connectControls()
     connect(m_fillGapsAction, &QAction::toggled, this,
             [this](bool on) { forEachPlot([on](SpectrogramPlot &plot) { plot.setFillGaps(on); }); });
     connect(m_smoothingAction, &QAction::toggled, this, &SpectrogramView::setSmoothingEnabled);
-    connect(m_lowSpinBox, &ExpSpinBox::valueChanged, this, &SpectrogramView::lowSpinBoxChanged);
-    connect(m_highSpinBox, &ExpSpinBox::valueChanged, this, &SpectrogramView::highSpinBoxChanged);
-    connect(m_lowSpinBox, &ExpSpinBox::editingFinished, this, &SpectrogramView::showLimitsInSpinBoxes);
-    connect(m_highSpinBox, &ExpSpinBox::editingFinished, this, &SpectrogramView::showLimitsInSpinBoxes);
-    // From the bar, which owns the limits
-    connect(m_colorbar, &Colorbar::limitsChanged, this, &SpectrogramView::setColorLimits);
+    // From the limits
+    connect(m_limits, &ColorLimits::changed, this, &SpectrogramView::requestColorLimits);
+    // From the bar
     connect(m_colorbar, &Colorbar::doubleClicked, this, &SpectrogramView::fitScale);
     connect(m_colorbar, &Colorbar::mouseMarkedValue, this, &SpectrogramView::highlightValue);
 }
@@ -236,7 +218,7 @@ void SpectrogramView::chooseSpectra(const QSet<QString> &ids)
     if (ids == m_visibleSpectra)
         return;
     setVisibleSpectra(ids);
-    if (std::isnan(m_colorLower))
+    if (!m_limits->areSet())
         fitScale();
 }
 
@@ -275,8 +257,7 @@ void SpectrogramView::appendRow()
     plot->setSmoothingCoef(m_smoothingEnabled ? m_smoothingSpinBox->value() : 0.0);
     plot->setColormap(m_viewColormap);
     plot->setWhiteBackground(m_whiteBackground);
-    if (!std::isnan(m_colorLower))
-        plot->setColorLimits(m_colorLower, m_colorUpper);
+    plot->setColorLimits(m_limits->lower(), m_limits->upper());
     addRow(scale, plot);
     viewLayout()->insertRow(viewLayout()->rowCount() - 1, scale, plot);
     scale->show();
@@ -352,8 +333,8 @@ void SpectrogramView::highlightValue(double value)
 {
     Colormap::Map map = m_viewColormap;
     if (!std::isnan(value)) {
-        const double lower = m_colorbar->lower();
-        map = Colormap::ThresholdColormap(m_viewColormap, (value - lower) / (m_colorbar->upper() - lower), markOpacity);
+        const double threshold = (value - m_limits->lower()) / (m_limits->upper() - m_limits->lower());
+        map = Colormap::ThresholdColormap(m_viewColormap, threshold, markOpacity);
     }
     showColors(map, m_whiteBackground);
     m_colorbar->setColormap(map);
@@ -365,76 +346,32 @@ void SpectrogramView::fitScale()
     DecadeHistogram histogram;
     forEachPlot([&](SpectrogramPlot &plot) { plot.addVisibleValuesTo(histogram); });
     if (const auto limits = colorLimits(histogram))
-        setColorLimits(limits->first, limits->second);
+        m_limits->set(limits->first, limits->second);
+}
+
+double SpectrogramView::colorLower() const
+{
+    return m_limits->areSet() ? m_limits->lower() : noValue;
+}
+
+double SpectrogramView::colorUpper() const
+{
+    return m_limits->areSet() ? m_limits->upper() : noValue;
 }
 
 void SpectrogramView::setColorLimits(double lower, double upper)
 {
-    if (!areUsableLimits(lower, upper))
-        return showLimitsInSpinBoxes();
-    if (lower == m_colorLower && upper == m_colorUpper)
-        return;
-    applyColorLimits(lower, upper);
-    showLimitsInSpinBoxes();
-    m_colorbar->setLimits(lower, upper);
-    Q_EMIT requestColorLimits(lower, upper);
-}
-
-void SpectrogramView::applyColorLimits(double lower, double upper)
-{
-    m_colorLower = lower;
-    m_colorUpper = upper;
-    m_colorLowerValue = std::pow(10.0, lower);
-    m_colorUpperValue = std::pow(10.0, upper);
-}
-
-void SpectrogramView::showLimitsInSpinBoxes()
-{
-    const QSignalBlocker low(m_lowSpinBox), high(m_highSpinBox);
-    const bool set = !std::isnan(m_colorLower);
-    m_lowSpinBox->setValue(set ? m_colorLowerValue : std::pow(10.0, m_colorbar->lower()));
-    m_highSpinBox->setValue(set ? m_colorUpperValue : std::pow(10.0, m_colorbar->upper()));
-}
-
-void SpectrogramView::adoptBarLimits()
-{
-    if (std::isnan(m_colorLower))
-        applyColorLimits(m_colorbar->lower(), m_colorbar->upper());
+    m_limits->set(lower, upper);
 }
 
 void SpectrogramView::lowSpinBoxChanged(double value)
 {
-    adoptBarLimits();
-    if (value == m_colorLowerValue)
-        return;
-    const double lower = std::log10(value);
-    if (!(value < m_colorUpperValue) || !areUsableLimits(lower, m_colorUpper))
-        return refuseLimitOf(m_lowSpinBox);
-    m_colorLowerValue = value;
-    m_colorLower = lower;
-    m_colorbar->setLimits(m_colorLower, m_colorUpper);
-    Q_EMIT requestColorLimits(m_colorLower, m_colorUpper);
+    m_limits->setLowerValue(value);
 }
 
 void SpectrogramView::highSpinBoxChanged(double value)
 {
-    adoptBarLimits();
-    if (value == m_colorUpperValue)
-        return;
-    const double upper = std::log10(value);
-    if (!(value > m_colorLowerValue) || !areUsableLimits(m_colorLower, upper))
-        return refuseLimitOf(m_highSpinBox);
-    m_colorUpperValue = value;
-    m_colorUpper = upper;
-    m_colorbar->setLimits(m_colorLower, m_colorUpper);
-    Q_EMIT requestColorLimits(m_colorLower, m_colorUpper);
-}
-
-/// A text in the middle of being written stays until the user is done: a limit of 250 starts as 2.
-void SpectrogramView::refuseLimitOf(ExpSpinBox *box)
-{
-    if (!box->isBeingEdited())
-        showLimitsInSpinBoxes();
+    m_limits->setUpperValue(value);
 }
 
 // ---- smoothing

@@ -8,10 +8,7 @@
 #include <QSet>
 #include <QStringList>
 
-#include <limits>
-
 class Colorbar;
-class ExpSpinBox;
 class QActionGroup;
 class QDoubleSpinBox;
 class QFrame;
@@ -21,6 +18,7 @@ class QToolButton;
 
 namespace Tsb {
 
+class ColorLimits;
 class Resizer;
 class SpectraSelectionWidget;
 
@@ -33,8 +31,8 @@ public:
 
     const QSet<QString> &visibleSpectra() const { return m_visibleSpectra; }
     /// Limits of the colours in decades; not a number until they are set.
-    double colorLower() const { return m_colorLower; }
-    double colorUpper() const { return m_colorUpper; }
+    double colorLower() const;
+    double colorUpper() const;
     const QString &colormapName() const { return m_colormapName; }
     bool isWhiteBackground() const { return m_whiteBackground; }
     /// An unknown name changes nothing.
@@ -50,6 +48,7 @@ public Q_SLOTS:
     void setVisibleSpectra(QSet<QString> ids) override;
     void setSmoothingEnabled(bool on);
     void showSettingsForm(bool visible);
+    /// Each changes nothing where ColorLimits refuses it.
     void setColorLimits(double lower, double upper);
     void lowSpinBoxChanged(double value);
     void highSpinBoxChanged(double value);
@@ -76,10 +75,6 @@ private:
     void showColors(const Colormap::Map &colormap, bool white);
     void previewColormap(QAction *action);
     void restoreColormap();
-    void applyColorLimits(double lower, double upper);
-    void adoptBarLimits();
-    void showLimitsInSpinBoxes();
-    void refuseLimitOf(ExpSpinBox *box);
     QStringList sortedVisibleSpectra() const;
 
     std::shared_ptr<UiInfo> m_uiInfo;
@@ -95,17 +90,12 @@ private:
     QActionGroup *m_colormapGroup = nullptr;
     QLabel *m_smoothingLabel = nullptr;
     QDoubleSpinBox *m_smoothingSpinBox = nullptr;
-    ExpSpinBox *m_lowSpinBox = nullptr;
-    ExpSpinBox *m_highSpinBox = nullptr;
+    ColorLimits *m_limits;
     Colorbar *m_colorbar = nullptr;
     QString m_colormapName = QStringLiteral("jet");
     bool m_whiteBackground = true;
     Colormap::Map m_viewColormap;
     bool m_smoothingEnabled = false;
-    double m_colorLower = std::numeric_limits<double>::quiet_NaN();
-    double m_colorUpper = std::numeric_limits<double>::quiet_NaN();
-    double m_colorLowerValue = std::numeric_limits<double>::quiet_NaN();
-    double m_colorUpperValue = std::numeric_limits<double>::quiet_NaN();
     Resizer *m_resizer = nullptr;
     SpectraSelectionWidget *m_selectionWidget = nullptr;
 };
