@@ -49,13 +49,9 @@ protected:
     }
     void invert(const Record &record, int which)
     {
-        auto result = std::make_shared<SpectMath::SpectrumRecord>();
-        static_cast<Spectrometer::RecordHead &>(*result) = record;
-        auto spectrum = SpectMath::makeSpectrum();
-        spectrum->info = infos[std::size_t(which)];
+        auto spectrum = testSpectrum(infos[std::size_t(which)]);
         spectrum->currentRmsError = double(random());
-        result->spectra = {spectrum};
-        store.addSpectra(result);
+        store.addSpectra(resultFor(record, {spectrum}));
     }
     std::shared_ptr<Record> anyRecord() { return store.at(int(random() % unsigned(store.size()))); }
 
@@ -79,8 +75,7 @@ protected:
 
     static constexpr int mostRecords = 300;
     int worked = 0;
-    std::vector<SpectMath::SpectrumInfoPointer> infos{std::make_shared<SpectMath::SpectrumInfo>(),
-                                                      std::make_shared<SpectMath::SpectrumInfo>()};
+    std::vector<SpectMath::SpectrumInfoPointer> infos{testInfo("a", {}), testInfo("b", {})};
     Datastore store;
     RecordColumn<double> ofRecords;
     std::vector<SeriesColumn> ofSeries{SeriesColumn(infos[0], residual), SeriesColumn(infos[1], residual)};
@@ -143,7 +138,7 @@ TEST_P(Columns, work_out_only_what_came_in)
 TEST(ManyRecords, have_their_values_whichever_thread_works_them_out)
 {
     constexpr int count = 120'001;
-    const auto info = std::make_shared<SpectMath::SpectrumInfo>();
+    const auto info = testInfo("a", {});
     Datastore store;
     store.setLimitRecords(false);
     std::vector<std::shared_ptr<Record>> records;
@@ -154,8 +149,7 @@ TEST(ManyRecords, have_their_values_whichever_thread_works_them_out)
         record->endTime = record->beginTime + Ticks(1);
         record->variables = RealVector(2, i);
         records.push_back(record);
-        auto spectrum = SpectMath::makeSpectrum();
-        spectrum->info = info;
+        auto spectrum = testSpectrum(info);
         spectrum->currentRmsError = i;
         entries.push_back({record, spectrum});
     }

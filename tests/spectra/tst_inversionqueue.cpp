@@ -4,6 +4,7 @@
 #include "log/logger.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/recordinversion.h"
+#include "support/instrument.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -28,8 +29,7 @@ InverterPointer inverterOf(const QByteArray &name, const QByteArray &extra = QBy
 
 std::shared_ptr<Spectrometer::RecordMetadata> makeMetadata()
 {
-    auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
-    metadata->opmodes = {Opmode(0, "ions"), Opmode(1, "particles"), Opmode(2, "offset")};
+    auto metadata = testMetadata({"ions", "particles", "offset"});
     metadata->electrometerGroups = {{"pos", {0, 4}}, {"neg", {4, 8}}};
     return metadata;
 }

@@ -3,6 +3,7 @@
 #include "spectra/factoredinversion.h"
 #include "spectra/inverter.h"
 #include "spectra/plaininversion.h"
+#include "support/instrument.h"
 #include "support/realvector.h"
 
 #include <gtest/gtest.h>
@@ -18,13 +19,7 @@ const double inf = std::numeric_limits<double>::infinity();
 
 SpectrumInfoPointer infoOf(std::size_t points)
 {
-    auto info = std::make_shared<SpectrumInfo>();
-    info->name = "x";
-    info->mobilities = RealVector(points);
-    for (std::size_t i = 0; i < points; ++i)
-        info->mobilities[i] = 3.0 / double(i + 1);
-    info->finish();
-    return info;
+    return testInfo("x", testGrid(int(points), 3, 0.99), DistributionScale::mobility);
 }
 
 /// How far two sets of numbers are apart, in parts of the largest; infinite unless what isn't finite agrees.

@@ -1,6 +1,7 @@
 #include "spectra/orderedinversion.h"
 
 #include "spectra/instrument_model.h"
+#include "support/instrument.h"
 
 #include <gtest/gtest.h>
 
@@ -13,10 +14,7 @@ class OrderedInversions : public ::testing::Test {
 protected:
     OrderedInversions() : model(8, 10, 10, 3)
     {
-        metadata.opmodes << Opmode(0, "ions") << Opmode(1, "others");
-        auto info = std::make_shared<SpectMath::SpectrumInfo>();
-        info->opmode = "ions";
-        inverters.push_back(std::make_shared<SpectMath::Inverter>(model.settings, info));
+        inverters.push_back(std::make_shared<SpectMath::Inverter>(model.settings, testInfo("ions", {})));
         for (int i = 0; i < 1000; ++i) {
             auto record = std::make_shared<Record>();
             record->beginTime = recordTimeFromTicks(i);
@@ -30,7 +28,7 @@ protected:
     }
 
     InstrumentModel model;
-    Spectrometer::RecordMetadata metadata;
+    const Spectrometer::RecordMetadata metadata = *testMetadata({"ions", "others"});
     SpectMath::InverterList inverters;
     OrderedInversion::Records records;
 };

@@ -1,5 +1,7 @@
 #include "spectra/spectrum.h"
 
+#include "support/instrument.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,17 +12,9 @@ using namespace SpectMath;
 
 constexpr double pi = 3.14159265358979323846;
 
-std::shared_ptr<SpectrumInfo> makeInfo(std::size_t n, DistributionScale scale = DistributionScale::radius)
+SpectrumInfoPointer makeInfo(int n, DistributionScale scale = DistributionScale::radius)
 {
-    auto info = std::make_shared<SpectrumInfo>();
-    info->name = "x";
-    info->scale = scale;
-    RealVector &grid = scale == DistributionScale::mobility ? info->mobilities : info->radii;
-    grid.resize(n);
-    for (std::size_t i = 0; i < n; ++i)
-        grid[i] = scale == DistributionScale::mobility ? 3.0 * std::pow(0.8, double(i)) : std::pow(1.25, double(i));
-    info->finish();
-    return info;
+    return testInfo("x", scale == DistributionScale::mobility ? testGrid(n, 3, 0.8) : testGrid(n, 1, 1.25), scale);
 }
 
 Spectrum makeFilled(const SpectrumInfoPointer &info, std::size_t bandwidth = 1)

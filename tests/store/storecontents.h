@@ -1,18 +1,17 @@
 #pragma once
 
 #include "store/datastore.h"
+#include "support/instrument.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <utility>
 
 /// What the tests of the store put in, and who hears what it tells.
 namespace StoreContents {
 
 using Spectrometer::FullRecord;
 using Spectrometer::FullRecordPointer;
-using Spectrometer::RecordHead;
 
 inline RecordTime at(std::int64_t ticks)
 {
@@ -36,26 +35,12 @@ inline std::shared_ptr<Record> storedRecord(std::int64_t begin, std::int64_t end
 
 inline std::shared_ptr<SpectMath::Spectrum> spectrumOf(const SpectMath::SpectrumInfoPointer &info)
 {
-    auto spectrum = SpectMath::makeSpectrum();
-    spectrum->info = info;
-    return spectrum;
+    return testSpectrum(info, 0, 1);
 }
 
 inline SpectMath::SpectrumInfoPointer makeInfo(const char *name)
 {
-    auto info = std::make_shared<SpectMath::SpectrumInfo>();
-    info->name = name;
-    return info;
-}
-
-inline SpectMath::SpectrumRecordPointer resultFor(const RecordHead &head, SpectMath::SpectrumPointerList spectra,
-                                                  bool provisional = false)
-{
-    auto result = std::make_shared<SpectMath::SpectrumRecord>();
-    static_cast<RecordHead &>(*result) = head;
-    result->spectra = std::move(spectra);
-    result->provisional = provisional;
-    return result;
+    return namedSpectrum(name, QString());
 }
 
 inline void makeUnlimited(Datastore &store)

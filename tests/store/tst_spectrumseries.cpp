@@ -170,17 +170,8 @@ TEST(SpectrumSeries, what_is_known_of_all_spectra_follows_them)
             c = std::pow(10.0, double(random() % 60) / 10 - 2) * (random() % 6 == 0 ? -1 : 1);
         return spectrum;
     };
-    std::vector<SpectMath::SpectrumInfoPointer> infos;
-    for (const char *name : {"a", "b"}) {
-        auto info = std::make_shared<SpectMath::SpectrumInfo>();
-        info->name = name;
-        info->scale = SpectMath::DistributionScale::radius;
-        info->radii.resize(5);
-        for (std::size_t k = 0; k < 5; ++k)
-            info->radii[k] = std::pow(1.5, double(k * k));
-        info->finish();
-        infos.push_back(info);
-    }
+    const std::vector<SpectMath::SpectrumInfoPointer> infos{testInfo("a", testGrid(5)),
+                                                            testInfo("b", {1, 2, 2.1, 9, 7})};
     Datastore store;
     store.setMaxRecords(60);
     for (int step = 0; step < 600; ++step) {

@@ -1,5 +1,6 @@
 #include "datafiles/writing/recordwriting.h"
 #include "outputfixture.h"
+#include "support/instrument.h"
 #include "util/lockedfile.h"
 
 namespace {
@@ -8,12 +9,8 @@ using namespace Spectrometer;
 
 SpectMath::SpectrumInfoPointer infoNamed(const QString &name, const QString &hash)
 {
-    auto info = std::make_shared<SpectMath::SpectrumInfo>();
-    info->name = name;
-    info->radii = realVector({1, 2});
-    info->scale = SpectMath::DistributionScale::radius;
+    auto info = std::make_shared<SpectMath::SpectrumInfo>(*testInfo(name, {1, 2}));
     info->hash = hash;
-    info->finish();
     return info;
 }
 

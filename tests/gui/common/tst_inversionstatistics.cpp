@@ -1,6 +1,6 @@
 #include "gui/common/inversionstatistics.h"
 
-#include "support/namedspectrum.h"
+#include "support/instrument.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
 #include "gui/common/recordform.h"
 #include "gui/common/recordtext.h"
+#include "support/instrument.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -47,10 +48,7 @@ struct Form {
     Form() { setModes({"ions"}); }
     void setModes(const QStringList &names)
     {
-        auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
-        for (const QString &name : names)
-            metadata->opmodes.append(Opmode(metadata->opmodes.size(), name));
-        ui->setData(metadata, {});
+        ui->setData(testMetadata(names), {});
         ui->publish();
     }
     QString text(const QString &name) const { return form.findChild<QLabel *>(name)->text(); }

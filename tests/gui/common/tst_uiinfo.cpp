@@ -1,6 +1,6 @@
 #include "gui/common/spectrumnaming.h"
 #include "gui/common/uiinfo.h"
-#include "support/namedspectrum.h"
+#include "support/instrument.h"
 
 #include <QSignalSpy>
 
@@ -96,8 +96,7 @@ TEST(UiInfo, PublishesTheDataOnce)
 {
     UiInfo ui;
     QSignalSpy updates(&ui, &UiInfo::configUpdated);
-    auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
-    metadata->opmodes = {Opmode(0, "ions")};
+    const auto metadata = testMetadata({"ions"});
     const auto a = namedSpectrum("p", "aaaa", "one"), b = namedSpectrum("p", "bbbb", "two");
     ui.setData(metadata, {a});
     ui.addSpectrum(b, "reinv-1");

@@ -5,6 +5,7 @@
 #include "gui/common/recordviews/recordview.h"
 #include "gui/frame/abouttext.h"
 #include "gui/frame/mainwindowbase.h"
+#include "support/instrument.h"
 #include "util/buildinfo.h"
 #include "util/timeformat.h"
 
@@ -64,8 +65,6 @@ class MainWindowBaseTest : public testing::Test {
 protected:
     MainWindowBaseTest()
     {
-        for (const char *mode : {"ions", "particles", "offset"})
-            metadata->opmodes.append(Opmode(metadata->opmodes.size(), mode));
         metadata->dpVariants.append(DpVariant());
         window.uiInfo()->setData(metadata, {});
         window.uiInfo()->publish();
@@ -99,7 +98,7 @@ protected:
     QString shownBegin() { return window.findChild<QLabel *>("beginTimeLabel")->text(); }
     void follow() { window.actions().followLast->setChecked(true); }
 
-    std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    Spectrometer::RecordMetadataPointer metadata = testMetadata({"ions", "particles", "offset"});
     std::shared_ptr<Datastore> store = std::make_shared<Datastore>();
     Window window;
 };

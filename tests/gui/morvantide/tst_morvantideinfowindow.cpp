@@ -1,6 +1,6 @@
 #include "gui/morvantide/morvantideinfowindow.h"
 
-#include "support/namedspectrum.h"
+#include "support/instrument.h"
 
 #include <QAbstractItemModel>
 #include <QApplication>

@@ -2,8 +2,8 @@
 #include "gui/browser/drawing/colorfit.h"
 #include "gui/browser/drawing/spectrogramrenderer.h"
 #include "gui/browser/plots/spectrogramplot.h"
+#include "support/plotstore.h"
 #include "support/seeds.h"
-#include "support/spectrumstore.h"
 
 #include <QPainter>
 #include <QSignalSpy>
@@ -108,10 +108,9 @@ TEST_P(RandomChanges, RedrawWhatTheyTouch)
         if (kind == 0) {
             addSpectrumRecord(store, at, at + 1, testSpectrum(odd, 500));
         } else if (kind == 1) { // a new result of a known record
-            auto spectra = std::make_shared<SpectMath::SpectrumRecord>();
-            static_cast<Spectrometer::RecordHead &>(*spectra) = *record(int(random() % unsigned(store.size())));
-            spectra->spectra.push_back(testSpectrum(odd, double(10 + random() % 900), random() % 4 ? 0 : 1));
-            store.replaceSpectra(spectra);
+            const auto &changed = *record(int(random() % unsigned(store.size())));
+            store.replaceSpectra(
+                resultFor(changed, {testSpectrum(odd, double(10 + random() % 900), random() % 4 ? 0 : 1)}));
         } else if (kind == 2) {
             plot.setTimeScale(TimeScale(testStart, ticksPerSecond, -int(random() % 700)));
         } else {

@@ -45,23 +45,7 @@ protected:
     BrowserPlotsTest()
     {
         store.setLimitRecords(false);
-        for (const char *mode : {"ions", "particles"}) {
-            auto info = std::make_shared<SpectMath::SpectrumInfo>();
-            info->name = QLatin1String(mode) + QStringLiteral(" neg");
-            info->opmode = QLatin1String(mode);
-            info->radii.resize(8);
-            for (std::size_t i = 0; i < 8; ++i)
-                info->radii(i) = 0.5 * std::pow(1.5, double(i));
-            info->scale = SpectMath::DistributionScale::radius;
-            info->finish();
-            infos << info;
-        }
-        auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
-        auto variable = std::make_shared<Spectrometer::SystemVariable>();
-        variable->name = QStringLiteral("temperature");
-        variable->valueIndex = 0;
-        metadata->variables << variable;
-        uiInfo->setData(metadata, infos);
+        uiInfo->setData(testMetadata({}, {}, {"temperature"}), infos);
         uiInfo->publish();
         for (int i = 0; i < 300; ++i)
             add(i * 10, i * 10 + 10);
@@ -87,17 +71,9 @@ protected:
     }
     void addWithSpectrum(const Spectrometer::FullRecordPointer &full)
     {
-        const int mode = full->opmode;
         const double begin = double(ticksOf(full->beginTime)) / 1e7 - double(ticksOf(testStart)) / 1e7; // no overflow
         store.addFullRecord(full);
-        auto spectrum = std::make_shared<SpectMath::Spectrum>();
-        spectrum->info = infos[mode];
-        spectrum->status = 0;
-        spectrum->concentrations = RealVector(8, 100.0 + 50 * std::sin(begin / 300));
-        auto result = std::make_shared<SpectMath::SpectrumRecord>();
-        static_cast<Spectrometer::RecordHead &>(*result) = *full;
-        result->spectra = {spectrum};
-        store.replaceSpectra(result);
+        store.replaceSpectra(resultFor(*full, {testSpectrum(infos[full->opmode], 100.0 + 50 * std::sin(begin / 300))}));
     }
     template<class T>
     T *view(int index)
@@ -105,7 +81,8 @@ protected:
         return dynamic_cast<T *>(browser.views().value(index));
     }
 
-    QList<SpectMath::SpectrumInfoPointer> infos;
+    QList<SpectMath::SpectrumInfoPointer> infos{testInfo("ions neg", testGrid(8)),
+                                                testInfo("particles neg", testGrid(8))};
     std::shared_ptr<UiInfo> uiInfo = std::make_shared<UiInfo>();
     Datastore store;
     Tsb::TimeSeriesBrowser browser{uiInfo};

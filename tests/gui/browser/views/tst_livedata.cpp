@@ -4,8 +4,8 @@
 #include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "records/recordflagparser.h"
+#include "support/plotstore.h"
 #include "support/seeds.h"
-#include "support/spectrumstore.h"
 
 #include <QTest>
 
@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr int bins = 6;
 const QString flagText = QStringLiteral("flag 7: valve open");
 
 /// A browser with views of all kinds over a limited store, which drops its oldest records, fed in bursts: records come
@@ -25,24 +24,6 @@ class LiveDataTest : public Seeded<> {
 protected:
     LiveDataTest()
     {
-        for (const char *mode : {"ions", "particles"}) {
-            auto info = std::make_shared<SpectMath::SpectrumInfo>();
-            info->name = QLatin1String(mode) + QStringLiteral(" neg");
-            info->opmode = QLatin1String(mode);
-            info->radii.resize(bins);
-            for (std::size_t i = 0; i < bins; ++i)
-                info->radii(i) = 0.5 * std::pow(1.5, double(i));
-            info->scale = SpectMath::DistributionScale::radius;
-            info->finish();
-            infos << info;
-            metadata->opmodes.append(Opmode(metadata->opmodes.size(), mode));
-        }
-        auto variable = std::make_shared<Spectrometer::SystemVariable>();
-        variable->name = QStringLiteral("temperature");
-        variable->valueIndex = 0;
-        metadata->variables << variable;
-        metadata->totalElectrometers = 2;
-        metadata->electrometerNames = {QStringLiteral("e0"), QStringLiteral("e1")};
         uiInfo->setData(metadata, infos);
         uiInfo->publish();
         store.setMaxRecords(1500);
@@ -88,16 +69,11 @@ protected:
     }
     void invert(const std::shared_ptr<Record> &record)
     {
-        auto result = std::make_shared<SpectMath::SpectrumRecord>();
-        static_cast<Spectrometer::RecordHead &>(*result) = *record;
-        auto spectrum = std::make_shared<SpectMath::Spectrum>();
-        spectrum->info = infos[record->opmode];
-        spectrum->status = noise() < 0.05 ? 1 : 0;
-        spectrum->concentrations = RealVector(bins, std::pow(10, 1 + 3 * noise()));
+        const int status = noise() < 0.05 ? 1 : 0;
+        auto spectrum = testSpectrum(infos[record->opmode], std::pow(10, 1 + 3 * noise()), status);
         spectrum->concentrations[2] = noise() < 0.1 ? 0 : 500 * noise();
         spectrum->currentRmsError = noise();
-        result->spectra = {spectrum};
-        store.addSpectra(result);
+        store.addSpectra(resultFor(*record, {spectrum}));
         touch(*record);
     }
     void touch(const Record &record) { touched.emplace_back(record.beginTime, record.endTime); }
@@ -168,8 +144,9 @@ protected:
     double next = 0;
     int count = 0;
     std::vector<std::pair<RecordTime, RecordTime>> touched; ///< what changed since the vector was cleared
-    QList<SpectMath::SpectrumInfoPointer> infos;
-    std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    QList<SpectMath::SpectrumInfoPointer> infos{testInfo("ions neg", testGrid(6)),
+                                                testInfo("particles neg", testGrid(6))};
+    Spectrometer::RecordMetadataPointer metadata = testMetadata({"ions", "particles"}, {"e0", "e1"}, {"temperature"});
     std::shared_ptr<UiInfo> uiInfo = std::make_shared<UiInfo>();
     Datastore store;
     Tsb::TimeSeriesBrowser browser{uiInfo};

@@ -15,10 +15,7 @@ class OpmodeStrip : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        auto metadata = std::make_shared<Spectrometer::RecordMetadata>();
-        metadata->opmodes = {Opmode(0, "ions"), Opmode(1, "particles")};
-        uiInfo = std::make_shared<UiInfo>();
-        uiInfo->setData(metadata, {});
+        uiInfo->setData(testMetadata({"ions", "particles"}), {});
         uiInfo->publish();
         view.setUiInfo(uiInfo);
         view.setDatastore(&store);
@@ -49,7 +46,7 @@ protected:
     }
 
     Datastore store;
-    std::shared_ptr<UiInfo> uiInfo;
+    std::shared_ptr<UiInfo> uiInfo = std::make_shared<UiInfo>();
     OpmodeView view;
 };
 

@@ -26,39 +26,19 @@
 namespace {
 
 using SpectMath::Spectrum;
-using SpectMath::SpectrumInfo;
 using Tsb::ScatterPlotView;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
-
-std::shared_ptr<SpectrumInfo> makeInfo(const QString &name)
-{
-    auto info = std::make_shared<SpectrumInfo>();
-    info->name = name;
-    info->scale = SpectMath::DistributionScale::radius;
-    info->radii = RealVector(4);
-    for (std::size_t i = 0; i < 4; ++i)
-        info->radii[i] = std::pow(10.0, double(i) / 2);
-    info->finish();
-    return info;
-}
 
 /// A scatter plot view over a store of two modes and two spectra, shown for real.
 class Scatter : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        metadata->opmodes = {Opmode(0, "ions"), Opmode(1, "particles")};
-        metadata->totalElectrometers = 3;
-        metadata->electrometerNames = {"e0", "e1", "e2"};
         metadata->electrometerGroups = {{"pos", {0, 2}}, {"neg", {2, 3}}};
-        auto variable = std::make_shared<Spectrometer::SystemVariable>();
-        variable->name = "flow";
-        variable->unit = "l/min";
-        variable->index = variable->valueIndex = 1;
-        metadata->variables = {variable};
-        infos = {makeInfo("ions pos"), makeInfo("ions neg")};
+        metadata->variables[0]->unit = "l/min";
+        metadata->variables[0]->valueIndex = 1;
         uiInfo->setData(metadata, infos);
         uiInfo->publish();
         store.setLimitRecords(false);
@@ -84,17 +64,12 @@ protected:
 
     void addSpectra(const std::shared_ptr<Record> &record, double concentration, double rms, int status = 0)
     {
-        auto result = std::make_shared<SpectMath::SpectrumRecord>();
-        static_cast<Spectrometer::RecordHead &>(*result) = *record;
+        SpectMath::SpectrumPointerList spectra;
         for (const auto &info : infos) {
-            auto spectrum = std::make_shared<Spectrum>();
-            spectrum->info = info;
-            spectrum->status = status;
-            spectrum->concentrations = RealVector(4, concentration);
-            spectrum->currentRmsError = rms;
-            result->spectra.push_back(spectrum);
+            spectra.push_back(testSpectrum(info, concentration, status));
+            spectra.back()->currentRmsError = rms;
         }
-        store.addSpectra(result);
+        store.addSpectra(resultFor(*record, spectra));
     }
 
     /// Drawn for the first time, and once more from what was kept then.
@@ -143,9 +118,10 @@ protected:
         return image;
     }
 
-    std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    Spectrometer::RecordMetadataPointer metadata = testMetadata({"ions", "particles"}, {"e0", "e1", "e2"}, {"flow"});
     std::shared_ptr<UiInfo> uiInfo = std::make_shared<UiInfo>();
-    QList<UiInfo::InfoPointer> infos;
+    QList<UiInfo::InfoPointer> infos{testInfo("ions pos", testGrid(4, 1, std::sqrt(10))),
+                                     testInfo("ions neg", testGrid(4, 1, std::sqrt(10)))};
     Datastore store;
     ScatterPlotView view;
 };

@@ -2,7 +2,7 @@
 #include "gui/browser/controls/expspinbox.h"
 #include "gui/browser/controls/spectraselectionwidget.h"
 #include "gui/browser/views/spectrogramview.h"
-#include "support/spectrumstore.h"
+#include "support/plotstore.h"
 
 #include <QDoubleSpinBox>
 #include <QLabel>

@@ -24,15 +24,6 @@ std::vector<Tsb::ViewKind> testKinds()
     return {Tsb::viewKind<StripView>(QStringLiteral("spectrogram")), Tsb::viewKind<PlainView>(QStringLiteral("plain"))};
 }
 
-SpectMath::SpectrumInfoPointer spectrum(const QString &name, const QString &opmode)
-{
-    auto info = std::make_shared<SpectMath::SpectrumInfo>();
-    info->name = name;
-    info->opmode = opmode;
-    info->hash = name + QStringLiteral("-id");
-    return info;
-}
-
 class BrowserTest : public ::testing::Test {
 protected:
     BrowserTest()
@@ -453,22 +444,20 @@ TEST_F(BrowserTest, SpectrogramsFromTheMenu)
 {
     auto *const action = browser->addPlotActions().first();
     EXPECT_EQ(action->menu(), nullptr) << "no spectra, no submenu";
-    uiInfo->setData(nullptr, {spectrum(QStringLiteral("a"), QStringLiteral("ions"))});
+    uiInfo->setData(nullptr, {testInfo("ions", {})});
     uiInfo->publish();
     action->trigger();
     auto *const only = dynamic_cast<StripView *>(browser->views().first());
-    EXPECT_EQ(only->spectra, QSet<QString>{QStringLiteral("a-id")});
+    EXPECT_EQ(only->spectra, QSet<QString>{"id-ions"});
     EXPECT_EQ(only->fittedWidths.size(), 1);
-    uiInfo->setData(nullptr, {spectrum(QStringLiteral("p1"), QStringLiteral("particles")),
-                              spectrum(QStringLiteral("i1"), QStringLiteral("ions")),
-                              spectrum(QStringLiteral("p2"), QStringLiteral("particles"))});
+    uiInfo->setData(nullptr, {testInfo("particles pos", {}), testInfo("ions", {}), testInfo("particles neg", {})});
     uiInfo->publish();
     ASSERT_NE(action->menu(), nullptr);
     ASSERT_EQ(action->menu()->actions().size(), 2);
     EXPECT_EQ(action->menu()->actions()[0]->text(), QStringLiteral("Ions"));
     action->menu()->actions()[1]->trigger();
     auto *const both = dynamic_cast<StripView *>(browser->views().last());
-    const QSet<QString> particles{QStringLiteral("p1-id"), QStringLiteral("p2-id")};
+    const QSet<QString> particles{"id-particles pos", "id-particles neg"};
     EXPECT_EQ(both->spectra, particles);
     action->trigger();
     EXPECT_TRUE(dynamic_cast<StripView *>(browser->views().last())->spectra.isEmpty());

@@ -1,5 +1,6 @@
 #include "gui/common/recordviews/recordreport.h"
 #include "gui/common/recordviews/reportview.h"
+#include "support/instrument.h"
 #include "support/realvector.h"
 
 #include <QPushButton>
@@ -15,29 +16,20 @@ using RecordViews::recordReport;
 /// Two electrometers of a group of four, each seeing one class.
 SpectMath::InverterPointer inverter(const QString &name, const QString &mode, const QString &group)
 {
-    auto info = std::make_shared<SpectMath::SpectrumInfo>();
-    info->name = mode + ' ' + group;
-    info->inverterName = name;
-    info->opmode = mode;
-    info->electrometerGroup = group;
-    info->scale = SpectMath::DistributionScale::radius;
-    info->radii = realVector({1, 2});
-    info->finish();
     SpectMath::InverterSettings settings;
     settings.instrumentMatrix = RealMatrix(2, 2, 0.0);
     settings.instrumentMatrix(0, 0) = settings.instrumentMatrix(1, 1) = 1;
     settings.totalWeights = realVector({1, 1});
-    return std::make_shared<SpectMath::Inverter>(settings, info);
+    return std::make_shared<SpectMath::Inverter>(
+        settings, testInfo(mode + ' ' + group, {1, 2}, SpectMath::DistributionScale::radius, name));
 }
 
 struct Data {
-    std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
+    Spectrometer::RecordMetadataPointer metadata = testMetadata({"ions", "offset"}, {"a", "b", "c", "d"});
     std::shared_ptr<Record> record = std::make_shared<Record>();
 
     Data()
     {
-        metadata->opmodes = {Opmode(0, "ions"), Opmode(1, "offset")};
-        metadata->totalElectrometers = 4;
         metadata->electrometerGroups = {{"neg", {0, 2}}, {"pos", {2, 4}}};
         record->opmode = 0;
         record->currents = realVector({11, 12, 13, 14});
