@@ -129,7 +129,7 @@ void InversionQueue::addJob(const Spectrometer::FullRecordPointer &record)
     Worker *idle = idleWorker();
     if (m_workers.isEmpty())
         return;
-    if (idle) { // so nothing waits
+    if (idle && waitingJobs() == 0) {
         m_released->assign(idle->worker->index(), record);
         ++m_outstanding;
         call(*idle);
@@ -160,6 +160,7 @@ void InversionQueue::call(Worker &worker)
     QMetaObject::invokeMethod(worker.worker, "start", Qt::QueuedConnection);
 }
 
+/// Moves waiting jobs to where workers take them, as many as may be, and calls idle workers if some lie there.
 void InversionQueue::releaseJobs()
 {
     m_releasePosted = false;
@@ -169,6 +170,9 @@ void InversionQueue::releaseJobs()
     m_released->add(std::vector(std::make_move_iterator(m_jobs.begin()), std::make_move_iterator(end)));
     m_jobs.erase(m_jobs.begin(), end);
     m_outstanding += count;
+    for (Worker &worker : m_workers)
+        if (!worker.busy && worker.worker && m_released->size() > 0)
+            call(worker);
 }
 
 void InversionQueue::clear()
@@ -190,16 +194,6 @@ void InversionQueue::stop()
     }
 }
 
-void InversionQueue::workerIsIdle(int workerIndex)
-{
-    Worker *worker = workerByIndex(workerIndex);
-    if (!worker)
-        return;
-    worker->busy = false;
-    if (m_released->size() > 0) // released after it had looked
-        call(*worker);
-}
-
 void InversionQueue::takeResults()
 {
     ASSERT_OWN_THREAD();
@@ -208,9 +202,10 @@ void InversionQueue::takeResults()
     FinishedJobs delivery;
     while (m_mailbox->take(delivery)) {
         m_outstanding -= int(delivery.results.size());
+        Worker *worker = workerByIndex(delivery.workerIndex);
+        if (worker && delivery.isIdle)
+            worker->busy = false;
         releaseJobs(); // first, so that no worker is kept waiting
-        if (delivery.isIdle)
-            workerIsIdle(delivery.workerIndex);
         for (const SpectrumRecordPointer &result : delivery.results)
             workerFinished(delivery.workerIndex, result);
         if (announceEnd())

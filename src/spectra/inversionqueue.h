@@ -80,7 +80,6 @@ private:
     Worker *idleWorker();
     void call(Worker &worker);
     void dropProvisional();
-    void workerIsIdle(int workerIndex);
     bool announceEnd();
 
     State m_state = Running;

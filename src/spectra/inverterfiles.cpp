@@ -18,10 +18,9 @@ bool isInverterName(const QString &name)
     return name.endsWith(QLatin1String(".sinv")) || name.endsWith(QLatin1String(".inverter"));
 }
 
-/// Texts of numbers don't deflate to less than a part of this of their size.
+/// Texts of numbers inflate to fewer times their bytes. Entries that inflate to more are read while they are little in
+/// all, so that a pack of bombs costs no more than an honest one of its size.
 constexpr qint64 honestRatio = 32;
-/// What entries of a smaller part may inflate to in all, so that a pack of bombs costs no more than an honest one of
-/// its size.
 constexpr qint64 mostDishonest = largestInverterText;
 
 /// One walk over a chosen path.
