@@ -16,7 +16,7 @@ public:
     enum Sources { All, AllButToolkit };
 
     /// With `echo` each message goes to standard error as well. One that is repeated at once is told once more, with
-    /// how often it came, before the next line.
+    /// the number of repeats, before the next line.
     explicit MessageCollector(bool echo, Sources sources = All);
     ~MessageCollector();
     MessageCollector(const MessageCollector &) = delete;
