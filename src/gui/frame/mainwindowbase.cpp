@@ -1,24 +1,30 @@
 #include "gui/frame/mainwindowbase.h"
 
 #include "gui/browser/controls/gototimedialog.h"
+#include "gui/browser/controls/plotmenu.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/focusreturn.h"
+#include "gui/common/iconhelp.h"
 #include "gui/common/inversionstatistics.h"
 #include "gui/common/logbox.h"
 #include "gui/common/logdock.h"
 #include "gui/common/recordform.h"
 #include "gui/common/recordviews/recordview.h"
+#include "gui/common/recordviews/reportview.h"
 #include "gui/frame/abouttext.h"
-#include "util/timeformat.h"
+#include "gui/frame/windowgeometry.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QFont>
+#include <QMenuBar>
 #include <QMessageBox>
-#include <QScopedValueRollback>
 #include <QSettings>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QToolBar>
 
 namespace {
 
@@ -41,6 +47,9 @@ MainWindowBase::MainWindowBase(QWidget *parent) : QMainWindow(parent), m_logger(
     connect(new LogBox(this), &LogBox::newEntry, this, &MainWindowBase::addLogEntry);
 
     m_uiInfo = std::make_shared<UiInfo>();
+    m_shown = new ShownRecord(m_uiInfo, this);
+    connect(m_shown, &ShownRecord::changed, this, &MainWindowBase::shownRecordChanged);
+    connect(m_shown, &ShownRecord::contentsChanged, this, &MainWindowBase::queueViewUpdate);
     m_browser = new Tsb::TimeSeriesBrowser(m_uiInfo, this);
     setCentralWidget(m_browser);
     connect(m_browser, &Tsb::TimeSeriesBrowser::recordChosen, this, &MainWindowBase::showRecord);
@@ -84,26 +93,208 @@ void MainWindowBase::closeEvent(QCloseEvent *event)
     event->accept();
 }
 
+// ---- layout
+
+QAction *MainWindowBase::makeAction(const QString &text, const QString &icon, const QString &shortText)
+{
+    auto *action = new QAction(namedIcon(icon), text, this);
+    if (!shortText.isEmpty())
+        action->setIconText(shortText);
+    return action;
+}
+
+void MainWindowBase::setupActions()
+{
+    m_actions.quit = makeAction(tr("&Quit"), QStringLiteral("exit"));
+    m_actions.about = makeAction(tr("About %1...").arg(m_appName));
+    m_actions.followLast = makeAction(tr("Select latest record"), QStringLiteral("go-last"), tr("Latest record"));
+    m_actions.followLast->setCheckable(true);
+    m_actions.followLast->setShortcut(QKeySequence(Qt::Key_End));
+    m_actions.followNow = makeAction(tr("Follow current moment"), {}, tr("Time flies"));
+    m_actions.followNow->setCheckable(true);
+    m_actions.fitTimescale = makeAction(tr("Fit timescale"), QStringLiteral("fit-time"), tr("Fit timescale"));
+    m_actions.goToTime = makeAction(tr("Go to time..."));
+    m_actions.goToTime->setShortcut(Qt::CTRL + Qt::Key_G);
+    m_actions.previousView = makeAction(tr("Previous view"));
+    m_actions.previousView->setShortcut(Qt::ALT + Qt::Key_Left);
+    m_actions.previousView->setEnabled(false);
+    m_actions.inversionStats = makeAction(tr("Show inversion statistics"));
+
+    connect(m_actions.quit, &QAction::triggered, this, &QWidget::close);
+    connect(m_actions.about, &QAction::triggered, this, &MainWindowBase::showAboutBox);
+    connect(m_actions.followLast, &QAction::toggled, this, &MainWindowBase::setFollowLast);
+    connect(m_shown, &ShownRecord::followingChanged, m_actions.followLast, &QAction::setChecked);
+    connect(m_actions.followNow, &QAction::toggled, m_browser->timeView(), &Tsb::TimeView::setFollowNow);
+    connect(m_browser->timeView(), &Tsb::TimeView::followNowChanged, m_actions.followNow, &QAction::setChecked);
+    connect(m_actions.fitTimescale, &QAction::triggered, this, &MainWindowBase::fitTimescale);
+    connect(m_actions.goToTime, &QAction::triggered, this, &MainWindowBase::showGoToTime);
+    const Tsb::TimeNavigator *navigator = m_browser->timeView()->navigator();
+    connect(m_actions.previousView, &QAction::triggered, navigator, &Tsb::TimeNavigator::goToPreviousView);
+    connect(navigator, &Tsb::TimeNavigator::hasPreviousViewChanged, this, &MainWindowBase::updatePreviousView);
+    connect(m_actions.inversionStats, &QAction::triggered, this, &MainWindowBase::showInversionStats);
+}
+
+void MainWindowBase::setupContextActions()
+{
+    m_browser->timeView()->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_browser->timeView()->addActions({m_actions.fitTimescale, m_actions.followLast});
+}
+
+void MainWindowBase::setupDocks()
+{
+    statusBar(); // made at its first use; without it no status tip is ever seen
+    auto *selected = new QDockWidget(tr("Selected record"), this);
+    selected->setObjectName(QStringLiteral("currentrecordform"));
+    m_recordForm = new RecordForm(m_uiInfo, selected);
+    selected->setWidget(m_recordForm);
+    m_reportView = new RecordViews::ReportView(m_uiInfo, this);
+    addRecordView(m_reportView, {}, Qt::BottomDockWidgetArea);
+    const DockPlace own[] = {
+        {m_logDock, QStringLiteral("log"), Qt::BottomDockWidgetArea},
+        {selected, QStringLiteral("current-record"), Qt::LeftDockWidgetArea},
+    };
+    m_docks.insert(m_docks.begin(), std::begin(own), std::end(own));
+    for (const DockPlace &place : m_docks) {
+        place.dock->toggleViewAction()->setIcon(namedIcon(place.icon));
+        addDockWidget(place.area, place.dock);
+    }
+    tabifyDockWidget(m_logDock, m_reportView);
+    m_logDock->raise();
+    // The log is a strip to glance at, not half of the window.
+    resizeDocks({m_logDock}, {fontMetrics().lineSpacing() * 7}, Qt::Vertical);
+}
+
+void MainWindowBase::addRecordView(RecordViews::RecordView *view, const QString &icon, Qt::DockWidgetArea area)
+{
+    m_recordViews.append(view);
+    m_docks.push_back({view, icon, area});
+}
+
+void MainWindowBase::setupToolbar()
+{
+    m_toolBar = addToolBar(tr("Toolbar"));
+    m_toolBar->setObjectName(QStringLiteral("toolBar"));
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_toolBar->addActions({m_actions.followLast, m_actions.followNow, m_actions.fitTimescale});
+}
+
+void MainWindowBase::setupMenus()
+{
+    m_fileMenu = menuBar()->addMenu(tr("&File"));
+    m_fileMenu->addAction(m_actions.quit);
+
+    auto *timeseriesMenu = new Tsb::PlotMenu(tr("&Timeseries"), this);
+    menuBar()->addMenu(timeseriesMenu);
+    timeseriesMenu->addActions({m_actions.followLast, m_actions.followNow, m_actions.fitTimescale, m_actions.goToTime,
+                                m_actions.previousView});
+    timeseriesMenu->addSeparator();
+    timeseriesMenu->addActions(m_browser->addPlotActions());
+    timeseriesMenu->addSeparator();
+    timeseriesMenu->addActions(m_browser->viewActions());
+
+    m_viewMenu = menuBar()->addMenu(tr("&View"));
+    for (const DockPlace &place : m_docks)
+        m_viewMenu->addAction(place.dock->toggleViewAction());
+
+    menuBar()->addMenu(tr("&Help"))->addAction(m_actions.about);
+}
+
+void MainWindowBase::setupShortcuts()
+{
+    const struct {
+        QKeySequence key;
+        JumpCmd command;
+    } jumps[] = {{Qt::Key_Right, NextRecord},
+                 {Qt::Key_Left, PreviousRecord},
+                 {Qt::CTRL + Qt::Key_Right, NextRecordOfMode},
+                 {Qt::CTRL + Qt::Key_Left, PreviousRecordOfMode}};
+    for (const auto &jump : jumps) {
+        auto *shortcut = new QShortcut(jump.key, this, nullptr, nullptr, Qt::WindowShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, command = jump.command] { jumpRecord(command); });
+    }
+}
+
+void MainWindowBase::setCorners()
+{
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+}
+
+void MainWindowBase::storeMainWindowState()
+{
+    if (m_settings)
+        storeWindowGeometry(*m_settings, *this);
+}
+
+void MainWindowBase::restoreMainWindowState(bool restoreGeometry)
+{
+    forgetOlderSettings(*m_settings);
+    if (restoreGeometry)
+        restoreWindowGeometry(*m_settings, *this);
+    setCorners(); // restoring may have changed them
+}
+
 // ---- the shown record
+
+const std::shared_ptr<Record> &MainWindowBase::shownRecord() const
+{
+    return m_shown->record();
+}
+
+const std::shared_ptr<Datastore> &MainWindowBase::datastore() const
+{
+    return m_shown->datastore();
+}
 
 void MainWindowBase::showRecord(std::shared_ptr<Record> record)
 {
-    if (!m_followLastGuard)
-        implicitDisableFollowLast();
-    if (takeShownRecord(record))
-        m_browser->selectRecord(record);
+    m_shown->show(record);
 }
 
-/// False for the one that is shown already.
-bool MainWindowBase::takeShownRecord(const std::shared_ptr<Record> &record)
+void MainWindowBase::showRecordDelayed(std::shared_ptr<Record> record)
 {
-    if (record == m_shownRecord)
-        return false;
-    if (record && (!m_shownRecord || record->beginUtcOffset != m_shownRecord->beginUtcOffset))
+    m_shown->showDelayed(record);
+}
+
+void MainWindowBase::updateShownRecord()
+{
+    m_shown->showDelayedNow();
+}
+
+void MainWindowBase::jumpRecord(JumpCmd command)
+{
+    m_shown->jump(command);
+}
+
+bool MainWindowBase::isFollowingLast() const
+{
+    return m_shown->isFollowing();
+}
+
+void MainWindowBase::setFollowLast(bool on)
+{
+    m_shown->setFollowing(on);
+}
+
+void MainWindowBase::implicitDisableFollowLast()
+{
+    m_shown->setFollowing(false);
+}
+
+void MainWindowBase::recordUpdated(int, std::shared_ptr<Record> record, int flags)
+{
+    m_shown->recordUpdated(record, flags);
+}
+
+void MainWindowBase::shownRecordChanged(const std::shared_ptr<Record> &record, ShownRecord::Mover mover)
+{
+    if (record)
         m_browser->timeView()->setTimeOffset(record->beginUtcOffset);
-    m_shownRecord = record; // before the browser hears of it: its answer comes back here
     queueViewUpdate();
-    return true;
+    if (mover == ShownRecord::Follower)
+        m_browser->followRecord(record);
+    else
+        m_browser->selectRecord(record);
 }
 
 void MainWindowBase::queueViewUpdate()
@@ -117,144 +308,18 @@ void MainWindowBase::queueViewUpdate()
 void MainWindowBase::updateRecordViewsNow()
 {
     if (m_recordForm)
-        m_recordForm->showRecord(m_shownRecord);
+        m_recordForm->showRecord(shownRecord());
     // Without a record the views keep the last one.
-    if (m_shownRecord && !m_shownRecord->interim)
+    if (shownRecord() && !shownRecord()->interim)
         for (RecordViews::RecordView *view : qAsConst(m_recordViews))
-            view->showRecord(m_shownRecord);
+            view->showRecord(shownRecord());
     m_viewUpdateQueued = false;
-}
-
-void MainWindowBase::showRecordDelayed(std::shared_ptr<Record> record)
-{
-    if (record != m_delayedRecord) {
-        m_delayedRecord = std::move(record);
-        QMetaObject::invokeMethod(this, &MainWindowBase::updateShownRecord, Qt::QueuedConnection);
-    } else if (record && record != m_shownRecord) {
-        m_logger.log(Log::Debug, QStringLiteral("skipped record show %1").arg(timeToString(record->beginTime)));
-    }
-}
-
-void MainWindowBase::updateShownRecord()
-{
-    showRecord(m_delayedRecord);
-}
-
-void MainWindowBase::jumpRecord(JumpCmd command)
-{
-    if (!m_datastore || !m_shownRecord)
-        return;
-    std::shared_ptr<Record> found;
-    switch (command) {
-    case NextRecord:
-        found = m_datastore->neighbour(m_shownRecord, 1);
-        break;
-    case PreviousRecord:
-        found = m_datastore->neighbour(m_shownRecord, -1);
-        break;
-    case NextRecordOfMode:
-        found = m_datastore->neighbourWithOpmode(m_shownRecord, 1, m_shownRecord->opmode);
-        break;
-    case PreviousRecordOfMode:
-        found = m_datastore->neighbourWithOpmode(m_shownRecord, -1, m_shownRecord->opmode);
-        break;
-    }
-    // The shown record itself is how the store says that there is none: it must not end following.
-    if (found && found != m_shownRecord)
-        showRecord(found);
-}
-
-// ---- following the latest record
-
-bool MainWindowBase::isFollowingLast() const
-{
-    return m_actions.followLast && m_actions.followLast->isChecked();
-}
-
-void MainWindowBase::setFollowLast(bool on)
-{
-    const QScopedValueRollback<bool> guard(m_followLastGuard, true);
-    if (!on)
-        return;
-    if (m_lastRecord)
-        showRecord(m_lastRecord);
-    else if (m_datastore && !m_datastore->isEmpty())
-        showRecord(m_datastore->records().back()); // nothing came in since the data were opened
-}
-
-void MainWindowBase::implicitDisableFollowLast()
-{
-    if (m_actions.followLast)
-        m_actions.followLast->setChecked(false);
-}
-
-DpVariant MainWindowBase::variantOf(const Record &record) const
-{
-    const auto metadata = m_uiInfo->metadata();
-    if (!metadata || record.dpVariantId < 0 || record.dpVariantId >= metadata->dpVariants.size())
-        return {};
-    return metadata->dpVariants[record.dpVariantId];
-}
-
-bool MainWindowBase::isOffset(const Record &record) const
-{
-    const auto metadata = m_uiInfo->metadata();
-    return metadata && record.opmode >= 0 && record.opmode < metadata->opmodes.size() &&
-           metadata->opmodes[record.opmode].isOffset;
-}
-
-void MainWindowBase::followRecord(const std::shared_ptr<Record> &record)
-{
-    if (takeShownRecord(record))
-        m_browser->followRecord(record);
-}
-
-void MainWindowBase::recordCameIn(const std::shared_ptr<Record> &record, bool following)
-{
-    const DpVariant variant = variantOf(*record);
-    if (variant.skipOffsets && isOffset(*record))
-        return;
-    // A shown record whose spectra are still being replaced holds its follower back, until the next one comes.
-    const bool heldBack = !variant.followAtOnce && m_spectraPending && m_shownRecord == m_lastRecord;
-    if (!variant.followAtOnce && !heldBack)
-        m_spectraPending = false;
-    if (following && !heldBack)
-        followRecord(record);
-    m_lastRecord = record;
-}
-
-void MainWindowBase::recordUpdated(int, std::shared_ptr<Record> record, int flags)
-{
-    const bool following = isFollowingLast();
-    const QScopedValueRollback<bool> guard(m_followLastGuard, true);
-    if (flags & RecordCameIn) {
-        recordCameIn(record, following);
-        return;
-    }
-    if ((flags & SpectraChanged) && m_spectraPending && record == m_lastRecord) {
-        if (following)
-            followRecord(record);
-        return;
-    }
-    if (record != m_shownRecord)
-        return;
-    if (flags & SpectraChanged)
-        m_spectraPending = true;
-    queueViewUpdate(); // the shown record has changed under the views' feet
 }
 
 // ---- the data
 
-void MainWindowBase::forgetRecords()
+void MainWindowBase::clearRecordViews()
 {
-    {
-        const QScopedValueRollback<bool> guard(m_followLastGuard, true);
-        showRecord(nullptr);
-    }
-    m_delayedRecord.reset();
-    m_lastRecord.reset();
-    m_spectraPending = false;
-    // At once: their slots have no meaning under the next description.
     if (m_recordForm)
         m_recordForm->showRecord(nullptr);
     for (RecordViews::RecordView *view : qAsConst(m_recordViews))
@@ -263,32 +328,32 @@ void MainWindowBase::forgetRecords()
 
 void MainWindowBase::setDatastore(std::shared_ptr<Datastore> store)
 {
-    if (store == m_datastore)
+    const std::shared_ptr<Datastore> former = datastore(); // outlives its views
+    if (store == former)
         return;
-    forgetRecords();
-    if (m_datastore)
-        disconnect(m_datastore.get(), nullptr, this, nullptr);
-    const bool isFirst = !m_datastore;
-    const std::shared_ptr<Datastore> former = std::exchange(m_datastore, std::move(store)); // outlives its views
-    m_browser->setDatastore(m_datastore.get());
+    if (former)
+        disconnect(former.get(), nullptr, this, nullptr);
+    m_shown->setDatastore(store);
+    clearRecordViews(); // at once: their slots have no meaning under the next description
+    m_browser->setDatastore(store.get());
     setFollowLast(isFollowingLast()); // only a move of the user ends that
     m_browser->timeView()->navigator()->forgetViews();
-    if (!m_datastore)
+    if (!store)
         return;
-    if (!m_datastore->isEmpty()) {
+    if (!store->isEmpty()) {
         Tsb::TimeView *timeView = m_browser->timeView();
-        if (isFirst)
-            timeView->setTimeScale(TimeScale(m_datastore->at(0)->beginTime, firstTicksPerPixel, firstOriginPixel));
-        timeView->setTimeOffset(m_datastore->records().back()->beginUtcOffset);
+        if (!former)
+            timeView->setTimeScale(TimeScale(store->at(0)->beginTime, firstTicksPerPixel, firstOriginPixel));
+        timeView->setTimeOffset(store->records().back()->beginUtcOffset);
     }
-    connect(m_datastore.get(), &Datastore::updated, this, &MainWindowBase::recordUpdated, Qt::DirectConnection);
+    connect(store.get(), &Datastore::updated, this, &MainWindowBase::recordUpdated, Qt::DirectConnection);
 }
 
 void MainWindowBase::fitTimescale()
 {
-    if (!m_datastore || m_datastore->isEmpty())
+    if (!datastore() || datastore()->isEmpty())
         return;
-    m_browser->fitTimescale(m_datastore->at(0)->beginTime, effectiveEnd(*m_datastore->records().back()));
+    m_browser->fitTimescale(datastore()->at(0)->beginTime, effectiveEnd(*datastore()->records().back()));
 }
 
 void MainWindowBase::showGoToTime()
@@ -320,5 +385,5 @@ void MainWindowBase::setBrowsingEnabled(bool on)
 void MainWindowBase::showInversionStats()
 {
     const Datastore none;
-    m_logger.log(Log::Info, InversionStatistics::report(m_datastore ? *m_datastore : none));
+    m_logger.log(Log::Info, InversionStatistics::report(datastore() ? *datastore() : none));
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "gui/common/uiinfo.h"
+#include "gui/frame/shownrecord.h"
 #include "log/logger.h"
-#include "store/datastore.h"
 
 #include <QMainWindow>
 
@@ -22,21 +22,17 @@ namespace Tsb {
 class TimeSeriesBrowser;
 }
 
-/// Where a jump from the shown record leads.
-enum JumpCmd { NextRecord, PreviousRecord, NextRecordOfMode, PreviousRecordOfMode };
-
-/// The frame of the application: docks, actions, menus, the browser in the middle, and above all the one shown record.
-/// Everything in the window looks at that record; this class alone moves it, when the user or new data ask, and tells
-/// the views. It doesn't know where data come from: a derived class does, and calls in its constructor setupActions,
-/// setupContextActions, setupDocks, setupToolbar and setupMenus, in this order.
+/// The frame of the application: docks, actions, menus and the browser in the middle. All views show one record, which
+/// ShownRecord owns; the frame tells them of it. It doesn't know where data come from: a derived class does, and calls
+/// in its constructor setupActions, setupContextActions, setupDocks, setupToolbar and setupMenus, in this order.
 class MainWindowBase : public QMainWindow {
     Q_OBJECT
 public:
     ~MainWindowBase() override;
 
     const std::shared_ptr<UiInfo> &uiInfo() const { return m_uiInfo; }
-    const std::shared_ptr<Datastore> &datastore() const { return m_datastore; }  ///< may be null
-    const std::shared_ptr<Record> &shownRecord() const { return m_shownRecord; } ///< may be null
+    const std::shared_ptr<Datastore> &datastore() const; ///< may be null
+    const std::shared_ptr<Record> &shownRecord() const;  ///< may be null
     Tsb::TimeSeriesBrowser *browser() const { return m_browser; }
     bool isFollowingLast() const;
     /// The store of a variant; null here.
@@ -107,7 +103,6 @@ protected:
     const Actions &actions() const { return m_actions; }
     RecordViews::ReportView *reportView() const { return m_reportView; }
     QMenu *fileMenu() const { return m_fileMenu; }
-    QMenu *timeseriesMenu() const { return m_timeseriesMenu; }
     QMenu *viewMenu() const { return m_viewMenu; }
     QToolBar *toolBar() const { return m_toolBar; }
 
@@ -123,19 +118,16 @@ private:
     void setCorners();
     QAction *makeAction(const QString &text, const QString &icon = {}, const QString &shortText = {});
     void updatePreviousView();
+    void shownRecordChanged(const std::shared_ptr<Record> &record, ShownRecord::Mover mover);
     void queueViewUpdate();
-    void followRecord(const std::shared_ptr<Record> &record);
-    bool takeShownRecord(const std::shared_ptr<Record> &record);
-    void recordCameIn(const std::shared_ptr<Record> &record, bool following);
-    DpVariant variantOf(const Record &record) const;
-    bool isOffset(const Record &record) const;
-    void forgetRecords();
+    void clearRecordViews();
 
     QString m_appName;
     QString m_aboutText;
     Log::Logger m_logger;
     LogDock *m_logDock;
     std::shared_ptr<UiInfo> m_uiInfo;
+    ShownRecord *m_shown;
     Tsb::TimeSeriesBrowser *m_browser;
     RecordForm *m_recordForm = nullptr;
     RecordViews::ReportView *m_reportView = nullptr;
@@ -143,15 +135,8 @@ private:
     QList<RecordViews::RecordView *> m_recordViews; ///< told of each shown record
     Actions m_actions;
     QMenu *m_fileMenu = nullptr;
-    QMenu *m_timeseriesMenu = nullptr;
     QMenu *m_viewMenu = nullptr;
     QToolBar *m_toolBar = nullptr;
     std::unique_ptr<QSettings> m_settings; ///< made by the derived class
-    std::shared_ptr<Datastore> m_datastore;
-    std::shared_ptr<Record> m_shownRecord;
-    std::shared_ptr<Record> m_delayedRecord; ///< the last one asked for through showRecordDelayed
-    std::shared_ptr<Record> m_lastRecord;    ///< the latest that came in
-    bool m_spectraPending = false;           ///< the shown record's spectra changed; the record to follow is held back
     bool m_viewUpdateQueued = false;
-    bool m_followLastGuard = false; ///< the frame itself moves the record: that doesn't end following
 };

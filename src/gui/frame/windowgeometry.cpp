@@ -2,11 +2,16 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QSettings>
 #include <QWidget>
 
 #include <algorithm>
 
 namespace {
+
+constexpr int settingsVersion = 3;
+const QString versionKey = QStringLiteral("version");
+const QString geometryKey = QStringLiteral("MainWindow/geometry");
 
 constexpr int longestGeometry = 1000; // bytes; Qt writes 66
 constexpr QSize leastInSight(100, 50);
@@ -20,12 +25,11 @@ bool isInSight(const QRect &frame)
     });
 }
 
-} // namespace
-
-bool restoreReachableGeometry(QWidget &window, const QByteArray &geometry)
+/// The bytes may be damaged, or of a time with other screens.
+void restoreReachableGeometry(QWidget &window, const QByteArray &geometry)
 {
     if (geometry.size() > longestGeometry || !window.restoreGeometry(geometry))
-        return false;
+        return;
     QRect desktop;
     for (const QScreen *screen : QGuiApplication::screens())
         desktop |= screen->availableGeometry();
@@ -34,5 +38,25 @@ bool restoreReachableGeometry(QWidget &window, const QByteArray &geometry)
         window.resize(bounded);
     if (!isInSight(window.frameGeometry()))
         window.move(QGuiApplication::primaryScreen()->availableGeometry().topLeft());
-    return true;
+}
+
+} // namespace
+
+void storeWindowGeometry(QSettings &settings, const QWidget &window)
+{
+    settings.setValue(versionKey, settingsVersion);
+    settings.setValue(geometryKey, window.saveGeometry());
+}
+
+void forgetOlderSettings(QSettings &settings)
+{
+    if (settings.value(versionKey, 0).toInt() >= settingsVersion)
+        return;
+    settings.clear();
+    settings.setValue(versionKey, settingsVersion); // at once: a session may end without a close
+}
+
+void restoreWindowGeometry(const QSettings &settings, QWidget &window)
+{
+    restoreReachableGeometry(window, settings.value(geometryKey).toByteArray());
 }

@@ -1,9 +1,12 @@
 #pragma once
 
-#include <QByteArray>
-
+class QSettings;
 class QWidget;
 
-/// Restores what saveGeometry() gave, and sees to it that the window isn't larger than the desktop and can be reached:
-/// the bytes may be damaged, or of a time with other screens. False, and nothing done, for bytes of another kind.
-bool restoreReachableGeometry(QWidget &window, const QByteArray &geometry);
+/// Keeps where a window stands and how large it is.
+void storeWindowGeometry(QSettings &settings, const QWidget &window);
+/// Gives the window the geometry that was stored, not larger than the desktop and in reach. Without one, or with
+/// damaged bytes, nothing happens.
+void restoreWindowGeometry(const QSettings &settings, QWidget &window);
+/// Empties settings that an older version of the program has written.
+void forgetOlderSettings(QSettings &settings);

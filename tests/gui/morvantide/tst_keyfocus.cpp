@@ -59,7 +59,7 @@ protected:
         clock.start();
         while (!isFollowing() && clock.elapsed() < patience) {
             type("End");
-            QTest::qWaitFor(isFollowing, retypeMs);
+            (void)QTest::qWaitFor(isFollowing, retypeMs);
         }
         ASSERT_TRUE(isFollowing()) << "no key arrives " << when;
         const auto last = window->shownRecord();
