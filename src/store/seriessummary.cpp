@@ -7,6 +7,7 @@ using SpectMath::Spectrum;
 SeriesSummary::SeriesSummary(SpectMath::SpectrumInfoPointer info)
     : m_info(std::move(info)), m_totalWeights(m_info->totalWeights(SpectMath::ConcentrationType::number))
 {
+    SpectMath::DecadeHistogram::binOf(1.0); // makes the table of bins, so that counting never needs memory
 }
 
 bool SeriesSummary::counts(const Spectrum &spectrum) const

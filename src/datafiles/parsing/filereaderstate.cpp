@@ -27,8 +27,10 @@ int FileReaderState::addOpmode(const QString &name)
     if (found != m_opmodeIndex.constEnd())
         return *found;
     const int index = opmodeNames.size();
-    opmodeNames.append(name);
+    metadata->opmodes.erase(metadata->opmodes.begin() + index, metadata->opmodes.end()); // what lack of memory left
     metadata->opmodes.append(Opmode(index, name));
+    opmodeNames.append(name);
+    budget.hold(MemoryBudget::ofName(name.size()));
     m_opmodeIndex.insert(name, index);
     return index;
 }
@@ -46,10 +48,12 @@ int FileReaderState::variableOf(const QString &name, const QString &humanname, c
     variable->unit = unit;
     variable->index = variableNames.size();
     variable->valueIndex = variable->index;
-    m_variableIndex.insert(name, variable->index);
-    variableNames.append(name);
+    metadata->variables.resize(variable->index); // what lack of memory left
     metadata->variables.append(variable);
-    metadata->variableCount += 1;
+    variableNames.append(name);
+    budget.hold(2 * MemoryBudget::ofName(name.size() + humanname.size() + unit.size()));
+    metadata->variableCount = variableNames.size();
+    m_variableIndex.insert(name, variable->index);
     return variable->valueIndex;
 }
 
@@ -60,9 +64,12 @@ std::shared_ptr<Spectrometer::RecordFlag> FileReaderState::flagOf(const QString 
         return *found;
     if (recordFlags.size() >= mostFlags)
         return nullptr;
-    constexpr qint64 always = 100000, bytesPerNode = 110;
-    const auto flag = Spectrometer::makeRecordFlag(text, always + bytesRead / bytesPerNode - m_flagNodes);
-    m_flagNodes += Spectrometer::nodesOf(flag->properties);
+    constexpr qint64 always = 100000;
+    const qint64 most = always + budget.bytesRead() / qint64(MemoryBudget::perTreeNode) - m_flagNodes;
+    const auto flag = Spectrometer::makeRecordFlag(text, most);
+    const qint64 nodes = Spectrometer::nodesOf(flag->properties);
+    m_flagNodes += nodes;
+    budget.hold(MemoryBudget::ofName(text.size()) + MemoryBudget::perTreeNode * std::size_t(nodes));
     recordFlags.insert(text, flag);
     return flag;
 }
@@ -73,6 +80,8 @@ SpectMath::SpectrumInfoPointer FileReaderState::shareSpectrum(const std::shared_
     const auto known = spectrumInfos.value(info->hash);
     if (known && *known == *info)
         return known;
+    const std::size_t bytes = MemoryBudget::ofDescription(info->nativePoints().size());
+    checkHeaderCount(spectrumInfos.size(), isAffordable(bytes));
     if (known) {
         if (!rename)
             return nullptr;
@@ -83,6 +92,7 @@ SpectMath::SpectrumInfoPointer FileReaderState::shareSpectrum(const std::shared_
             info->hash = QStringLiteral("%1-%2").arg(hash, QString::number(++number));
         while (spectrumInfos.contains(info->hash));
     }
+    budget.hold(bytes);
     spectrumInfos.insert(info->hash, info);
     spectrumOrder.append(info);
     return info;
@@ -111,14 +121,27 @@ std::shared_ptr<SpectMath::Spectrum> FileReaderState::makeSpectrum(const SpectMa
     return spectrum;
 }
 
-std::size_t FileReaderState::bytesOf(const SpectMath::SpectrumInfo &info)
+bool FileReaderState::takeSpectra(std::size_t bytes)
 {
-    return 256 + 2 * sizeof(double) * info.nativePoints().size();
+    const bool affordable = isAffordable(bytes);
+    if (affordable)
+        budget.hold(bytes);
+    return affordable;
 }
 
-bool FileReaderState::canTakeSpectra(std::size_t bytes) const
+bool FileReaderState::takeSeries(const QVector<SpectMath::SpectrumInfoPointer> &infos)
 {
-    return isAffordable(0, electrometerCount, variableNames.size(), bytes);
+    std::size_t bytes = 0;
+    for (const auto &info : infos)
+        if (!m_withSeries.contains(info.get()))
+            bytes += MemoryBudget::ofSeries(info->nativePoints().size());
+    if (bytes == 0)
+        return true;
+    if (!takeSpectra(bytes))
+        return false;
+    for (const auto &info : infos)
+        m_withSeries.insert(info.get());
+    return true;
 }
 
 void FileReaderState::widen(Record &record) const
@@ -130,12 +153,21 @@ void FileReaderState::widen(Record &record) const
     growWithNaN(record.rawCurrents, electrometerCount);
 }
 
-bool FileReaderState::isAffordable(std::size_t newRecords, int electrometers, int variables,
-                                   std::size_t spectrumBytes) const
+std::size_t FileReaderState::bytesPerRecord(int electrometers, int variables)
 {
-    constexpr std::size_t always = std::size_t(32) << 20, perRecord = 512, perByte = 8;
-    const std::size_t count = records.recordCount() + newRecords;
-    const std::size_t width = sizeof(double) * (4 * std::size_t(electrometers) + std::size_t(variables));
-    return count * width + m_spectrumBytes + spectrumBytes <=
-           always + count * perRecord + std::size_t(bytesRead) * perByte;
+    return sizeof(double) * (4 * std::size_t(electrometers) + std::size_t(variables));
+}
+
+bool FileReaderState::isAffordable(std::size_t newRecords, int electrometers, int variables, std::size_t bytes) const
+{
+    return budget.allows(bytes, records.recordCount() + newRecords, bytesPerRecord(electrometers, variables));
+}
+
+qint64 FileReaderState::mostNodes(int textSize) const
+{
+    constexpr std::size_t always = std::size_t(8) << 20, most = std::size_t(48) << 20;
+    const std::size_t left =
+        budget.left(records.recordCount(), bytesPerRecord(electrometerCount, variableNames.size()));
+    const std::size_t bytes = std::min(std::max(left, always), most + 7 * std::size_t(textSize));
+    return qint64(bytes / MemoryBudget::perTreeNode);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "datafiles/parsing/memorybudget.h"
 #include "datafiles/parsing/recordcollector.h"
 #include "log/logger.h"
 #include "records/recordmetadata.h"
@@ -7,6 +8,7 @@
 
 #include <QHash>
 #include <QMap>
+#include <QSet>
 #include <QStringList>
 
 /// The times of one row.
@@ -26,7 +28,6 @@ struct FileReaderState {
 
     Spectrometer::RecordMetadataPointer metadata;
     SpectrumMap spectrumInfos; ///< by hash, over all files of the read
-    SpectrumMap spectrumMap;   ///< of the read before
     QStringList opmodeNames;   ///< index = opmode of a head
     QStringList variableNames; ///< index = variable index
     int electrometerCount = 0;
@@ -39,7 +40,7 @@ struct FileReaderState {
 
     QVector<SpectMath::SpectrumInfoPointer> spectrumOrder; ///< the descriptions in order of first appearance
     RecordCollector records;
-    std::int64_t bytesRead = 0; ///< of all files so far
+    MemoryBudget budget;
 
     /// The mode of that name, added if it isn't known.
     int addOpmode(const QString &name);
@@ -51,7 +52,8 @@ struct FileReaderState {
     /// properties out of proportion to what was read, it is a note with its whole text.
     std::shared_ptr<Spectrometer::RecordFlag> flagOf(const QString &text);
     /// Takes a finished description in: the result is the one known already if the two are equal. Where another stands
-    /// under its hash, the result is null, or, with `rename`, the new one under a hash of its own.
+    /// under its hash, the result is null, or, with `rename`, the new one under a hash of its own. Throws
+    /// FileReaderError when there are too many.
     SpectMath::SpectrumInfoPointer shareSpectrum(const std::shared_ptr<SpectMath::SpectrumInfo> &info, bool rename,
                                                  const Log::Logger &logger);
 
@@ -60,21 +62,28 @@ struct FileReaderState {
     std::shared_ptr<Record> makeRecord(const RowTimes &times) const;
     /// Grows the record's vectors to what is known now, with NaN in new slots. Never shrinks them.
     void widen(Record &record) const;
-    /// Whether `records` more records of that width can be held in memory that is in proportion to what was read. A few
-    /// bytes of a hostile file could ask for gigabytes of empty slots.
-    bool isAffordable(std::size_t newRecords, int electrometers, int variables, std::size_t spectrumBytes = 0) const;
+    /// Whether the budget allows for that many more records of that width, and that many bytes beside them.
+    bool isAffordable(std::size_t newRecords, int electrometers, int variables, std::size_t bytes = 0) const;
+    bool isAffordable(std::size_t bytes) const
+    {
+        return isAffordable(0, electrometerCount, variableNames.size(), bytes);
+    }
+    /// The most nodes that the tree of a header of that size may have.
+    qint64 mostNodes(int textSize) const;
 
     /// A spectrum that was read well, with room for its values, whose covariances are a diagonal.
     std::shared_ptr<SpectMath::Spectrum> makeSpectrum(const SpectMath::SpectrumInfoPointer &info) const;
-    /// What a spectrum of that description takes.
-    static std::size_t bytesOf(const SpectMath::SpectrumInfo &info);
-    bool canTakeSpectra(std::size_t bytes) const;
-    void noteSpectra(std::size_t spectrumBytes) { m_spectrumBytes += spectrumBytes; }
+    /// Counts the memory of spectra, and that of series for descriptions that had no spectrum yet. False, and nothing
+    /// is counted, if that is more than the read may hold.
+    bool takeSpectra(std::size_t bytes);
+    bool takeSeries(const QVector<SpectMath::SpectrumInfoPointer> &infos);
 
 private:
+    static std::size_t bytesPerRecord(int electrometers, int variables);
+
     QHash<QString, int> m_opmodeIndex;
     QHash<QString, int> m_variableIndex;
     QHash<QString, int> m_renamed; ///< hash text to the last number hung to it
-    std::size_t m_spectrumBytes = 0;
+    QSet<const SpectMath::SpectrumInfo *> m_withSeries;
     qint64 m_flagNodes = 0; ///< values in the properties of all flags
 };

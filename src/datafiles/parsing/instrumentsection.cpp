@@ -1,5 +1,8 @@
 #include "datafiles/parsing/headersections.h"
 
+#include "datafiles/parsing/headerlimits.h"
+#include "records/recordflagparser.h"
+
 namespace HeaderSections {
 
 namespace {
@@ -31,6 +34,9 @@ void readInstrumentSettings(const Llama::MapNode &header, FileReaderState &state
 {
     const Llama::Node node = header.get(QStringLiteral("instrument configuration"));
     if (node.exists && node.value.type() == QVariant::Map && !state.instrumentSettingsTaken) {
+        const std::size_t bytes = MemoryBudget::perTreeNode * std::size_t(Spectrometer::nodesOf(node.value));
+        checkHeaderCount(0, state.isAffordable(bytes));
+        state.budget.hold(bytes);
         state.metadata->instrumentSettings = withoutNulls(node.value).toMap();
         state.instrumentSettingsTaken = true;
     }

@@ -19,13 +19,6 @@ void demand(bool met, const char *complaint)
         throw FileReaderError(QString::fromLatin1(complaint));
 }
 
-/// A tree of that many takes no more than 64 MB and 10 times the text's bytes, together with the text.
-qint64 mostNodes(const QByteArray &yamlText)
-{
-    constexpr qint64 bytesPerNode = 110; // a short text in a list; a key of a map counts as one more
-    return ((qint64(48) << 20) + qint64(7) * yamlText.size()) / bytesPerNode;
-}
-
 } // namespace
 
 NewLineReader::NewLineReader(const QByteArray &firstLine, const QByteArray &columnRow, const QByteArray &yamlText,
@@ -54,7 +47,8 @@ NewLineReader::FileKind NewLineReader::kindOf(const QByteArray &firstLine)
 
 void NewLineReader::readSections(const QByteArray &columnRow, const QByteArray &yamlText)
 {
-    const QVariantList documents = Llama::yamlLoad(yamlText, QStringLiteral("<header data>"), mostNodes(yamlText));
+    const QVariantList documents =
+        Llama::yamlLoad(yamlText, QStringLiteral("<header data>"), m_state->mostNodes(yamlText.size()));
     if (documents.isEmpty())
         return;
     demand(documents.first().canConvert(QVariant::Map), "Header has bad structure");

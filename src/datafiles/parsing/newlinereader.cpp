@@ -177,18 +177,17 @@ bool NewLineReader::readFlagIds(TextView ids, Record &record)
 
 bool NewLineReader::readSpectra(FieldCursor &fields, const std::shared_ptr<Record> &record)
 {
-    if (m_spectrumBytes == 0)
+    if (m_spectrumBytes == 0 && m_state->takeSeries(m_spectra->infos))
         for (const auto &info : qAsConst(m_spectra->infos))
-            m_spectrumBytes += FileReaderState::bytesOf(*info);
-    if (!m_state->canTakeSpectra(m_spectrumBytes))
+            m_spectrumBytes += MemoryBudget::ofSpectrum(info->nativePoints().size());
+    if ((m_spectrumBytes == 0 && !m_spectra->infos.isEmpty()) || !m_state->takeSpectra(m_spectrumBytes))
         return complain(refusedRowText());
-    m_state->noteSpectra(m_spectrumBytes);
     if (record->spectra.empty())
         record->spectra.reserve(std::size_t(m_spectra->infos.size()));
     for (const auto &info : qAsConst(m_spectra->infos)) {
         const auto spectrum = readSpectrum(fields, info);
-        m_state->records.addSpectrum(record, spectrum);
         record->spectra.push_back(spectrum);
+        m_state->records.addSpectrum(record, spectrum);
     }
     return false;
 }

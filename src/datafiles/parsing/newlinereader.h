@@ -48,7 +48,7 @@ private:
     std::optional<QVector<int>> m_variableSlots;
     std::optional<HeaderSections::Spectra> m_spectra;
     std::optional<QVector<HeaderSections::FlagLevel>> m_flagLevels;
-    std::size_t m_spectrumBytes = 0;                                        ///< memory that the spectra of one row take
+    std::size_t m_spectrumBytes = 0; ///< of one row; 0 before their series are counted
     QHash<QByteArray, std::shared_ptr<Spectrometer::RecordFlag>> m_flagIds; ///< as defined in this block
     FieldSplitter m_fields;
     QByteArray m_lastMode; ///< the mode text of the last new record, and its index

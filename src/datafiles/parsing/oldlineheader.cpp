@@ -142,8 +142,10 @@ void OldLineHeader::readLine(const QString &line)
 void OldLineHeader::readModes(const QString &text)
 {
     checkHeaderCount(text.count(QLatin1Char(',')));
-    for (const QString &name : text.split(QStringLiteral(", "), Qt::SkipEmptyParts))
+    for (const QString &name : text.split(QStringLiteral(", "), Qt::SkipEmptyParts)) {
+        checkHeaderCount(0, m_state->isAffordable(MemoryBudget::ofName(name.size())));
         m_state->addOpmode(name);
+    }
 }
 
 OldLineHeader::ValueReaderPointer OldLineHeader::makeDiagnostics(const QString &text, bool withVoltages)

@@ -11,8 +11,11 @@ bool readOpmodes(const Llama::MapNode &header, FileReaderState &state)
         return false;
     const Llama::ListNode names = node.toList();
     checkHeaderCount(names.size());
-    for (int i = 0; i < names.size(); ++i)
-        state.addOpmode(names.at(i).requireString());
+    for (int i = 0; i < names.size(); ++i) {
+        const QString name = names.at(i).requireString();
+        checkHeaderCount(0, state.isAffordable(MemoryBudget::ofName(name.size())));
+        state.addOpmode(name);
+    }
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace {
 
@@ -46,13 +47,13 @@ void RecordCollector::addSpectrum(const std::shared_ptr<Record> &record,
 
 void RecordCollector::merge()
 {
-    std::vector<std::shared_ptr<Record>> records = std::move(m_ascending);
-    m_ascending.clear();
-    if (!m_strays.empty()) {
+    std::vector<std::shared_ptr<Record>> records = std::exchange(m_ascending, {});
+    std::map<RecordTime, std::shared_ptr<Record>> strays = std::exchange(m_strays, {});
+    std::vector<SpectrumRecord> spectra = std::exchange(m_spectra, {});
+    if (!strays.empty()) {
         const auto middle = std::ptrdiff_t(records.size());
-        for (auto &stray : m_strays)
+        for (auto &stray : strays)
             records.push_back(std::move(stray.second));
-        m_strays.clear();
         std::inplace_merge(records.begin(), records.begin() + middle, records.end(),
                            [](const auto &a, const auto &b) { return a->beginTime < b->beginTime; });
     }
@@ -60,8 +61,14 @@ void RecordCollector::merge()
     const auto inOrder = [](const SpectrumRecord &a, const SpectrumRecord &b) {
         return a.record->beginTime < b.record->beginTime;
     };
-    if (!std::is_sorted(m_spectra.begin(), m_spectra.end(), inOrder))
-        std::stable_sort(m_spectra.begin(), m_spectra.end(), inOrder);
-    m_store->enterSpectra(std::move(m_spectra));
+    if (!std::is_sorted(spectra.begin(), spectra.end(), inOrder))
+        std::stable_sort(spectra.begin(), spectra.end(), inOrder);
+    m_store->enterSpectra(std::move(spectra));
+}
+
+void RecordCollector::clear()
+{
+    m_ascending.clear();
+    m_strays.clear();
     m_spectra.clear();
 }

@@ -23,8 +23,11 @@ public:
     /// Gives the spectrum its entry in the store's series, at the next merge.
     void addSpectrum(const std::shared_ptr<Record> &record, const std::shared_ptr<SpectMath::Spectrum> &spectrum);
 
-    /// Hands everything over to the store.
+    /// Hands everything over to the store. Throws std::bad_alloc, and then the new records, or some of the spectra, are
+    /// lost, and the store is sound.
     void merge();
+    /// Forgets everything.
+    void clear();
 
     /// Records in the store and beside it.
     std::size_t recordCount() const { return std::size_t(m_store->size()) + m_ascending.size() + m_strays.size(); }

@@ -82,9 +82,8 @@ void SpectrumReader::read(QList<QByteArray> fields, Spectrometer::FullRecordPoin
         const double sigma = numberOf(deviation);
         spectrum->covariances(slot, slot) = sigma * sigma;
     }
-    if (!m_state->canTakeSpectra(FileReaderState::bytesOf(*m_info)))
+    if (!m_state->takeSeries({m_info}) || !m_state->takeSpectra(MemoryBudget::ofSpectrum(std::size_t(points))))
         throw ValueParsingError(refusedRowText());
-    m_state->noteSpectra(FileReaderState::bytesOf(*m_info));
-    m_state->records.addSpectrum(record, spectrum);
     record->spectra.push_back(spectrum);
+    m_state->records.addSpectrum(record, spectrum);
 }

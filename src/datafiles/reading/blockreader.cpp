@@ -1,7 +1,7 @@
 #include "datafiles/reading/blockreader.h"
 
 #include "datafiles/parsing/filereadererror.h"
-#include "datafiles/reading/filereader.h"
+#include "datafiles/reading/readstatistics.h"
 
 BlockReader::BlockReader(const QString &fileName, FileReaderState *state, const Log::Logger &logger,
                          ReadStatistics *statistics)

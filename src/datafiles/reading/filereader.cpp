@@ -15,24 +15,11 @@ std::shared_ptr<Datastore> makeStore()
     return store;
 }
 
-/// Hands the records of a file over, however its reading ends.
-class MergeAtEnd {
-public:
-    explicit MergeAtEnd(RecordCollector &records) : m_records(records) {}
-    ~MergeAtEnd() { m_records.merge(); }
-    MergeAtEnd(const MergeAtEnd &) = delete;
-    MergeAtEnd &operator=(const MergeAtEnd &) = delete;
-
-private:
-    RecordCollector &m_records;
-};
-
 } // namespace
 
-FileReader::FileReader(const SpectrumMap &previous, RecordTime begin, RecordTime end)
+FileReader::FileReader(const SpectrumMap &, RecordTime begin, RecordTime end)
     : m_logger(QStringLiteral("filereader")), m_state(makeStore(), begin, end)
 {
-    m_state.spectrumMap = previous;
 }
 
 FileReader::~FileReader() = default;
@@ -46,12 +33,23 @@ int FileReader::readFile(const QString &path)
     }
     lines.setByteCounter([this](std::int64_t bytes) {
         m_statistics.bytes += bytes;
-        m_state.bytesRead += bytes;
+        m_state.budget.addBytesRead(bytes);
         if (m_byteCounter)
             m_byteCounter(bytes);
     });
-    const MergeAtEnd merge(m_state.records);
     BlockReader blocks(QFileInfo(path).fileName(), &m_state, m_logger, &m_statistics);
+    try {
+        readLines(lines, blocks);
+    } catch (...) {
+        m_state.records.merge(); // what was read until then stays
+        throw;
+    }
+    m_state.records.merge();
+    return blocks.rowCount();
+}
+
+void FileReader::readLines(LineScanner &lines, BlockReader &blocks)
+{
     QByteArray line;
     for (;;) {
         const LineScanner::Found found = lines.next(&line);
@@ -63,11 +61,16 @@ int FileReader::readFile(const QString &path)
             blocks.readLine(line);
     }
     blocks.finish();
-    return blocks.rowCount();
 }
 
 void FileReader::finishRecords()
 {
     for (const auto &record : m_state.datastore->records())
         m_state.widen(*record);
+}
+
+void FileReader::dropRecords()
+{
+    m_state.records.clear();
+    m_state.datastore->clear();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "datafiles/parsing/filereaderstate.h"
+#include "datafiles/reading/readstatistics.h"
 
 #include <QStringList>
 
@@ -8,13 +9,8 @@
 #include <functional>
 #include <memory>
 
-/// What a read has met so far.
-struct ReadStatistics {
-    std::int64_t rows = 0;        ///< lines of all kinds
-    std::int64_t ignoredRows = 0; ///< lines that no reader took: outside of any block, behind a bad header, of a header
-                                  ///< without an end, too long
-    std::int64_t bytes = 0;
-};
+class BlockReader;
+class LineScanner;
 
 /// Reads one file after another into a store of its own. Made on any thread, used by one at a time; needs no window and
 /// no event loop. Faults of the files go to the log and never stop a read.
@@ -22,16 +18,20 @@ class FileReader {
 public:
     using SpectrumMap = FileReaderState::SpectrumMap;
 
-    /// The spectrum descriptions of the read before, and the limits: rows that lie entirely outside are passed over.
+    /// The spectrum descriptions of the read before, of which nothing is taken over, and the limits: rows that lie
+    /// entirely outside are passed over.
     FileReader(const SpectrumMap &previous, RecordTime begin, RecordTime end);
     ~FileReader();
 
     /// Reads a file; the result is its number of lines. Throws FileReaderError when the file as a whole fails; what was
-    /// read of it until then stays.
+    /// read of it until then stays. Throws std::bad_alloc; the store is sound then, but may lack records of the file.
     int readFile(const QString &path);
 
-    /// Grows the vectors of all records to the final sizes, with NaN in new slots. Called once the read is over.
+    /// Grows the vectors of all records to the final sizes, with NaN in new slots. Called once the read is over. Throws
+    /// std::bad_alloc, and then no record may be looked at.
     void finishRecords();
+    /// Empties the store. Needs no memory.
+    void dropRecords();
 
     /// Is told the bytes of each block as it is read, on the reading thread.
     void setByteCounter(std::function<void(std::int64_t)> counter) { m_byteCounter = std::move(counter); }
@@ -45,6 +45,8 @@ public:
     const ReadStatistics &statistics() const { return m_statistics; }
 
 private:
+    static void readLines(LineScanner &lines, BlockReader &blocks);
+
     Log::Logger m_logger;
     FileReaderState m_state;
     ReadStatistics m_statistics;

@@ -7,11 +7,13 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <cstdio>
 #include <new>
 
 namespace {
 
-constexpr int emitInterval = 100; // ms
+constexpr int emitInterval = 100;            // ms
+constexpr std::size_t reserveSize = 4 << 20; // bytes
 
 } // namespace
 
@@ -27,6 +29,20 @@ FileReaderTask::~FileReaderTask()
 }
 
 void FileReaderTask::run()
+{
+    m_reserve.reset(new (std::nothrow) char[reserveSize]);
+    try {
+        readFiles();
+        finishRecords();
+        tellEnd();
+    } catch (const std::bad_alloc &) {
+        m_reader->dropRecords();
+        complainOfMemory(QStringLiteral("Not enough memory to read files"));
+    }
+    Q_EMIT finished();
+}
+
+void FileReaderTask::readFiles()
 {
     m_clock.start();
     m_sinceEmitted.start();
@@ -47,16 +63,43 @@ void FileReaderTask::run()
             ++m_filesDone;
             continue; // with no look at a wish to stop
         } catch (const std::bad_alloc &) {
-            m_logger.log(Log::Error, QStringLiteral("Skipping %1: %2").arg(path, QStringLiteral("Not enough memory")));
+            m_reserve.reset();
+            complainOfMemory(QStringLiteral("Skipping %1: %2").arg(path, QStringLiteral("Not enough memory")));
+            m_reserve.reset(new (std::nothrow) char[reserveSize]);
             ++m_filesDone;
             continue;
         }
         if (m_aborted)
             break;
     }
-
     m_reader->setByteCounter(nullptr);
-    m_reader->datastore()->updateIndexes(); // here rather than on the thread that is to draw them
+}
+
+/// Here rather than on the thread that is to draw them.
+void FileReaderTask::finishRecords()
+{
+    m_reserve.reset(); // the records themselves can be given back from here on
+    try {
+        m_reader->finishRecords();
+        m_reader->datastore()->updateIndexes();
+    } catch (const std::bad_alloc &) {
+        m_reader->dropRecords();
+        complainOfMemory(QStringLiteral("Not enough memory for what was read"));
+    }
+}
+
+/// On standard error at least.
+void FileReaderTask::complainOfMemory(const QString &text) const
+{
+    try {
+        m_logger.log(Log::Error, text);
+    } catch (const std::bad_alloc &) {
+        std::fputs("Not enough memory\n", stderr);
+    }
+}
+
+void FileReaderTask::tellEnd()
+{
     Q_EMIT bytesProgress(m_bytesDone, std::max(m_bytesTotal, m_bytesDone));
     const qint64 elapsed = m_clock.elapsed();
     m_seconds = double(m_clock.nsecsElapsed()) * 1e-9;
@@ -69,7 +112,6 @@ void FileReaderTask::run()
                      QStringLiteral("Finished reading data (average speed: %1 rows/s).").arg(m_rows * 1000 / elapsed));
     else
         m_logger.log(Log::Info, QStringLiteral("Finished reading data."));
-    Q_EMIT finished();
 }
 
 void FileReaderTask::readFile(const QString &path)

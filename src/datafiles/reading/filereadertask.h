@@ -18,7 +18,8 @@ struct FileReaderSettings {
 
 /// Reads a list of files into the store of a FileReader. Its owner moves it to a reading thread and calls run() through
 /// the event loop there; signals reach other threads queued. With finished(), the store and all else that the
-/// FileReader holds pass to the owner's thread.
+/// FileReader holds pass to the owner's thread. A file for which there isn't enough memory is skipped; where the
+/// records can't be finished for lack of it, the store is empty. The log tells either.
 class FileReaderTask : public QObject {
     Q_OBJECT
 public:
@@ -47,7 +48,11 @@ Q_SIGNALS:
     void finished();
 
 private:
+    void readFiles();
     void readFile(const QString &path);
+    void finishRecords();
+    void tellEnd();
+    void complainOfMemory(const QString &text) const;
     void countBytes(std::int64_t bytes);
 
     Log::Logger m_logger;
@@ -60,6 +65,7 @@ private:
     qint64 m_rows = 0;
     qint64 m_bytesDone = 0;
     qint64 m_bytesTotal = 0;
-    QElapsedTimer m_clock;        ///< since the begin of the read
-    QElapsedTimer m_sinceEmitted; ///< since the bytes were last told
+    std::unique_ptr<char[]> m_reserve; ///< given back when there is no memory left, so that this can be told
+    QElapsedTimer m_clock;             ///< since the begin of the read
+    QElapsedTimer m_sinceEmitted;      ///< since the bytes were last told
 };
