@@ -7,7 +7,7 @@ namespace CommandLine {
 
 struct RecoverOption {
     bool isGiven = false;
-    QString file; ///< what follows the option; null if nothing does
+    QString file; ///< the word behind the option; null if there is none
 };
 
 /// The first "--recover" anywhere on the line.

@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-/// Writing down what is known of a crash. Everything here may be called in a signal handler: no heap, no locks, no Qt.
+/// Writes the report of a crash. Everything here may be called in a signal handler: no heap, no locks, no Qt.
 namespace CrashReport {
 
 struct Crash {
@@ -14,7 +14,7 @@ struct Crash {
     long long secondsRunning; ///< since the reporter was installed
 };
 
-/// Loads what a stack walk needs, so that the first walk isn't the one in a handler. To be called beforehand.
+/// Loads the library of stack walks, so that the first walk isn't the one in a handler. To be called beforehand.
 void prepare();
 
 /// Makes the folder if need be, and in it "crash-<pid>-<seconds since the epoch>.txt". Writes the report there, or to

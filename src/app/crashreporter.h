@@ -27,10 +27,10 @@ struct Settings {
 /// False, with a lastError(), if that can't be done; then nothing is changed.
 bool install(const Settings &settings);
 
-/// What the last install failed for.
+/// The reason why the last install failed.
 QString lastError();
 
-/// Sets back what install changed. Without a reporter it does nothing.
+/// Undoes the changes of install. Without a reporter it does nothing.
 void uninstall();
 
 } // namespace CrashReporter

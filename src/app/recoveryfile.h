@@ -11,7 +11,7 @@ namespace RecoveryFile {
 /// A name that no other process has: "quilvane-<pid>-<ms since the epoch>.recovery", relative to the current directory.
 QString name(qint64 processId, qint64 milliseconds);
 
-/// Writes what this program starts again with. A failure is silent: a crash then restarts into an exit.
+/// Writes the arguments with which this program starts again. A failure is silent: a crash then restarts into an exit.
 void write(const QString &path);
 
 /// The arguments that a recovery file's text holds; nothing if the heading isn't right to the byte.

@@ -38,7 +38,7 @@ struct ReinvertOptions {
 };
 
 struct RenderOptions {
-    ReadOptions read; ///< without dates: what lies outside the span is read too, as the window does
+    ReadOptions read; ///< without dates: days outside the span are read too, as the window does
     QString outputFile;
     QSize size;        ///< logical pixels; empty: the default width, and the height that the stack asks for
     QString from;      ///< a day or a moment, local at the first record; empty: from the first record on
@@ -57,10 +57,10 @@ struct CommandLine {
     RenderOptions render;
 };
 
-/// Whether the program was built with what draws pictures; without it there is no such command.
+/// Whether the program was built with drawing; without it there is no command for pictures.
 enum class Pictures { Absent, Present };
 
-/// Prints help, the version, or what is wrong, where that is what the words ask for. Needs no application object, but
+/// Prints help, the version, or the fault of the words, where one of these is due. Needs no application object, but
 /// the user's locale.
 CommandLine parseCommandLine(int argc, const char *const *argv, Pictures pictures);
 

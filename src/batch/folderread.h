@@ -21,7 +21,7 @@ struct FolderRead {
 
 /// The names of the day files to read.
 QStringList matchingFiles(const ReadOptions &options);
-/// Reads them on the calling thread; faults go to the log. `variantName` is what the records' variant is called.
+/// Reads them on the calling thread; faults go to the log. `variantName` is the name of the records' variant.
 FolderRead readFolder(const ReadOptions &options, const QStringList &files, const QString &variantName);
 
 } // namespace Batch

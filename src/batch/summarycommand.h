@@ -4,7 +4,7 @@
 
 namespace Batch {
 
-/// Reads a folder and prints what it holds; the result is the exit status. An interrupted read tells of what was read
+/// Reads a folder and prints its contents; the result is the exit status. An interrupted read tells of the records
 /// until then.
 int runSummary(const SummaryOptions &options);
 

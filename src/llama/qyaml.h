@@ -31,7 +31,7 @@ public:
     /// "(source) message", or the message alone where the source has no name.
     YamlError(const QString &sourceName, const QString &message);
 };
-/// A tree, or its file, is not what the reader demanded.
+/// A tree, or its file, has not the form that its reader demands.
 class NodeError : public Exception {
 public:
     using Exception::Exception;

@@ -29,7 +29,7 @@ private:
     bool isAfterLineBreak() const;
 
     const char *m_text = nullptr;
-    size_t m_size = 0; ///< of what is left at m_text
+    size_t m_size = 0; ///< of the rest at m_text
     QIODevice *m_device = nullptr;
     size_t m_counted = 0;
     int m_directives = 0;

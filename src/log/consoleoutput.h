@@ -11,9 +11,9 @@ namespace Log {
 /// locked.
 void writeCountAtCrash() noexcept;
 
-/// Prints entries on standard output, each at once but for a run of equal ones: of that the first is printed, and then
-/// how many more there were, before the next other entry, and after a second at the latest when somebody calls flush()
-/// or the run goes on. Any thread.
+/// Prints entries on standard output, each at once. Of a run of equal ones it prints the first, and later the number of
+/// the others: before the next other entry, and after a second at the latest when somebody calls flush() or the run
+/// goes on. Any thread.
 class ConsoleOutput {
 public:
     static constexpr std::chrono::milliseconds patience{1000};

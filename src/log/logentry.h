@@ -13,7 +13,7 @@ struct Entry {
     QString source;   ///< the area, such as "filereader", or "qt.<category>:<file>:<line>" for a Qt message
     QString message;  ///< may span several lines
     QDateTime time;   ///< local time at which the entry was made
-    qint64 count = 1; ///< how many equal entries in a row this one stands for
+    qint64 count = 1; ///< number of equal entries in a row that this one stands for
 };
 
 /// "emergency" ... "debug"; "unknown" outside 0..7.
@@ -23,6 +23,6 @@ int levelFromName(const QString &name, int fallback);
 /// The line that an entry prints on the console, with its line feed.
 QByteArray consoleLine(const Entry &entry);
 
-/// Whether the entry says what the one before it said, in the same area and on the same day.
+/// True if the entry says the same as the one before it, in the same area and on the same day.
 bool isRepeat(const Entry &before, const Entry &entry);
 } // namespace Log

@@ -18,8 +18,8 @@ namespace Log {
 class ConsoleOutput;
 class LogFileWriter;
 
-/// The one root of all logging. The console gets a run of equal entries as the first of them and how many more there
-/// were; the signal and the files get each. Every operation may be called from any thread; newEntry is emitted on the
+/// The one root of all logging. The console gets a run of equal entries as the first of them and the number of the
+/// others; the signal and the files get each. Every operation may be called from any thread; newEntry is emitted on the
 /// poster's thread, so receivers connect queued.
 class RootLogger : public QObject {
     Q_OBJECT
@@ -45,7 +45,7 @@ private:
 
     std::unique_ptr<ConsoleOutput> m_console;
     QTimer *m_consoleTimer; ///< on this object's thread, the application's
-    std::mutex m_mutex;     ///< guards m_writer and what it writes
+    std::mutex m_mutex;     ///< guards m_writer and its files
     std::unique_ptr<LogFileWriter> m_writer;
     std::atomic<bool> m_fileOutput{false};
     std::function<bool(const Entry &)> m_filter;

@@ -10,7 +10,7 @@ namespace Spectrometer {
 
 /// A head with all measured values. NaN stands for a value that isn't there.
 struct FullRecord : RecordHead {
-    // Beside the mode in the head: what colours a record is read of very many.
+    // These two stand beside the mode in the head: drawing reads all three of very many records for their colours.
     bool provisional = false; ///< the measured values are provisional; never written to day files
     bool regular = true;      ///< drawn from the second pen list of a variable plot when false
 

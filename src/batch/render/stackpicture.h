@@ -16,7 +16,7 @@ class TimeSeriesBrowser;
 
 namespace Batch {
 
-/// The stack of views as a picture: the window's own browser, drawn without what only a hand on a mouse can use.
+/// The stack of views as a picture: the window's own browser, drawn without the controls that need a mouse.
 class StackPicture {
 public:
     static constexpr int defaultWidth = 1600;    ///< logical pixels, as all sizes

@@ -12,12 +12,12 @@ struct TimeSpan {
     RecordTime end;
 };
 
-/// The span that the words ask for, local by the first record's offset; what they leave open is that of the records. A
+/// The span that the words ask for, local by the first record's offset; an open end is that of the records. A
 /// day that ends it counts whole. The store isn't empty.
 TimeSpan spanToShow(const RenderOptions &options, const Datastore &store);
 /// Whether something of a record lies in the span.
 bool hasRecordsIn(const TimeSpan &span, const Datastore &store);
-/// Local text for people of what was asked for, such as "from 2019-05-14 12:00:00 on".
+/// The span that was asked for as a local text for people, such as "from 2019-05-14 12:00:00 on".
 QString textOf(const TimeSpan &span, const RenderOptions &options, std::int64_t utcOffset);
 
 } // namespace Batch

@@ -14,7 +14,7 @@ class LogBox : public QObject {
 public:
     static constexpr int capacity = 1000;
 
-    /// Begins to collect what the root logger gets.
+    /// Begins to collect the entries of the root logger.
     explicit LogBox(QObject *parent = nullptr);
     ~LogBox() override;
 

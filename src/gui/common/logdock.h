@@ -11,7 +11,7 @@
 class QPlainTextEdit;
 
 /// Shows the last 1000 lines of the log; equal entries in a row are one, with their count behind it. Main thread only;
-/// a burst of entries costs what the last 1000 of it cost.
+/// a burst of entries costs no more than the last 1000 of it.
 class LogDock : public QDockWidget {
     Q_OBJECT
 public:

@@ -13,7 +13,7 @@ class QLineEdit;
 class QMenu;
 class QUrl;
 
-/// Tells which record is shown: its times and mode, what is to be noted about it, and its flags. A click on a flag
+/// Tells of the shown record: its times and mode, notes about it, and its flags. A click on a flag
 /// highlights the variables and electrometers that it is about, its context menu asks for a plot of it.
 class RecordForm : public QWidget {
     Q_OBJECT

@@ -18,7 +18,7 @@ struct Times {
 };
 Times times(const Spectrometer::RecordHead &head);
 
-/// HTML of what is to be noted about the record: that it is provisional, and its flags, as links whose address is the
+/// HTML of the notes about the record: that it is provisional, and its flags, as links whose address is the
 /// flag's place in the record. Empty if there is nothing. Of more than 1000 flags the rest is counted only.
 QString notes(const Record &record);
 

@@ -84,7 +84,7 @@ Q_SIGNALS:
 private:
     std::shared_ptr<const Spectrometer::RecordMetadata> m_metadata;
     QList<InfoPointer> m_spectrumInfos;
-    // All by hash: a description that is rebuilt keeps what belongs to it.
+    // All by hash: a description that is rebuilt keeps its names, tags and comments.
     QHash<QString, QString> m_spectrumNames;
     QHash<QString, QString> m_spectrumTags;
     QHash<QString, QString> m_spectrumComments; ///< by the user

@@ -17,7 +17,7 @@ class GoToTimeDialog : public QDialog {
     Q_OBJECT
 public:
     /// The navigator must outlive the dialog; the moment in the middle of its window is offered. Times are read and
-    /// shown that many seconds east of UTC.
+    /// shown as local times at that offset from UTC.
     GoToTimeDialog(TimeNavigator *navigator, std::int64_t offsetSeconds, QWidget *parent = nullptr);
 
 public Q_SLOTS:

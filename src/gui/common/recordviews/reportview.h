@@ -32,7 +32,7 @@ private:
     SpectMath::InverterList m_inverters;
     QStackedWidget *m_pages;
     QPushButton *m_button = nullptr;
-    QLabel *m_hint = nullptr; ///< what is missing for a report
+    QLabel *m_hint = nullptr; ///< tells the reason why there is no report
     QTextBrowser *m_browser;
 };
 
