@@ -89,28 +89,30 @@ void stripBesideScatter(benchmark::State &state)
 }
 BENCHMARK(stripBesideScatter)->Iterations(60)->Unit(benchmark::kMillisecond);
 
+/// Every bar by the painter, in the order of the records.
+void drawEachBar(const TimeScale &scale, const Datastore &store, const std::vector<QColor> &colors, QImage &image)
+{
+    QPainter painter(&image);
+    painter.fillRect(image.rect(), Qt::white);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const auto &record : store.records()) {
+        const QColor &color = colors[std::size_t(record->opmode)];
+        const double x0 = scale.positionOf(record->beginTime), x1 = scale.positionOf(record->endTime);
+        painter.setPen(QPen(QBrush(color), 0, Qt::SolidLine, Qt::SquareCap));
+        painter.setBrush(Tsb::paleTint(color));
+        painter.drawRect(QRectF((x0 + x1 - std::max(x1 - x0 - 1, 0.0)) / 2, 1.5, std::max(x1 - x0 - 1, 0.0),
+                                image.height() - 3));
+    }
+}
+
 void stripBesideEachBar(benchmark::State &state)
 {
     BenchStore &data = BenchStore::shared();
     const auto modes = strip(data);
-    std::vector<Tsb::BarStyle> styles;
-    for (const QColor &color : data.uiInfo()->opmodeColors())
-        styles.push_back({QPen(QBrush(color), 0, Qt::SolidLine, Qt::SquareCap), QBrush(Tsb::paleTint(color)), false});
-    Tsb::BarStripSource source;
-    source.spans = &data.store().recordSpans();
-    source.styles = &styles;
-    std::vector<std::uint8_t> styleOf;
-    for (int i = 0; i < data.count(); ++i)
-        styleOf.push_back(std::uint8_t(i % BenchStore::modes));
-    source.styleOf = styleOf.data();
     QImage image = modes->target();
     compare(
         state, [&] { modes->redraw(); },
-        [&] {
-            QPainter painter(&image);
-            painter.fillRect(image.rect(), Qt::white);
-            Tsb::BarStripPainter::drawEachBar(painter, stripHeight, source, modes->timeScale(), 0, width);
-        });
+        [&] { drawEachBar(modes->timeScale(), data.store(), data.uiInfo()->opmodeColors(), image); });
 }
 BENCHMARK(stripBesideEachBar)->Iterations(5)->Unit(benchmark::kMillisecond);
 

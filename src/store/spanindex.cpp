@@ -27,9 +27,14 @@ std::size_t SpanIndex::lowerBound(std::int64_t tick) const
 std::size_t SpanIndex::firstEndingFrom(std::size_t from, std::int64_t tick) const
 {
     std::size_t i = from;
+    if (i < m_size && blockOf(i).reach < tick) {
+        const auto block = std::partition_point(m_blocks.begin() + std::ptrdiff_t((m_front + i) / blockSize),
+                                                m_blocks.end(), [tick](const Block &b) { return b.reach < tick; });
+        i = std::size_t(block - m_blocks.begin()) * blockSize - m_front;
+    }
     while (i < m_size) {
         const std::size_t blockEnd = std::min(m_size, i + blockSize - slotOf(i));
-        if (greatestEndOfBlock(i) >= tick) {
+        if (blockOf(i).greatestEnd >= tick) {
             for (; i < blockEnd; ++i) {
                 if (end(i) >= tick)
                     return i;
@@ -56,23 +61,6 @@ std::size_t SpanIndex::firstReachingFrom(std::size_t from, std::int64_t tick) co
         }
         if (slot < endSlot && (spans.ends[slot] >= tick || followedInTime))
             return entryAt(slot);
-    }
-    return m_size;
-}
-
-std::size_t SpanIndex::lastEndingFrom(std::size_t before, std::int64_t tick) const
-{
-    std::size_t i = std::min(before, m_size); // the entry before i is the next to look at
-    while (i > 0) {
-        const std::size_t last = i - 1;
-        const std::size_t blockBegin = last - std::min(last, slotOf(last));
-        if (greatestEndOfBlock(last) >= tick) {
-            for (; i > blockBegin; --i) {
-                if (end(i - 1) >= tick)
-                    return i - 1;
-            }
-        }
-        i = blockBegin;
     }
     return m_size;
 }
@@ -119,32 +107,6 @@ std::size_t SpanIndex::guessInRun(std::size_t i, std::int64_t tick) const
     return slot - std::min(slot, slotOf(i));
 }
 
-void SpanIndex::fetch(std::size_t first, std::size_t last) const
-{
-    for (std::size_t i = first; i < std::min(last, m_size);) {
-        const std::size_t next = endOfBlock(i), count = std::min(next, last) - i;
-        fetch(blockOf(i).spans->begins.data() + slotOf(i), count);
-        fetch(blockOf(i).spans->ends.data() + slotOf(i), count);
-        i = next;
-    }
-}
-
-void SpanIndex::fetch(const Block &block)
-{
-    const auto *const memory = reinterpret_cast<const char *>(block.spans.get());
-    constexpr std::size_t cacheLine = 64;
-    for (std::size_t at = 0; at < sizeof(Spans); at += cacheLine)
-        __builtin_prefetch(memory + at);
-}
-
-void SpanIndex::fetch(const std::int64_t *times, std::size_t count)
-{
-    constexpr std::size_t cacheLine = 8; // times
-    for (std::size_t i = 0; i < count; i += cacheLine)
-        __builtin_prefetch(times + i);
-    __builtin_prefetch(times + count - 1);
-}
-
 SpanIndex::Run SpanIndex::runFrom(std::size_t i) const
 {
     const Block &block = blockOf(i);
@@ -159,26 +121,21 @@ SpanIndex::Run SpanIndex::runFrom(std::size_t i) const
             knowsFirst ? block.leastEnd : *ends};
 }
 
-SpanIndex::Times SpanIndex::timesBefore(std::size_t i, std::size_t most) const
-{
-    const Spans &spans = *blockOf(i - 1).spans;
-    const std::size_t endSlot = slotOf(i - 1) + 1;
-    const std::size_t size = std::min({endSlot, i, most});
-    return {spans.begins.data() + endSlot - size, spans.ends.data() + endSlot - size, size};
-}
-
 void SpanIndex::append(RecordTime beginTime, RecordTime endTime)
 {
     const std::size_t slot = slotOf(m_size);
     const std::int64_t endTick = ticksOf(Spectrometer::effectiveEnd(beginTime, endTime));
     if (slot == 0)
-        m_blocks.push_back({ticksOf(beginTime), endTick, endTick, true, makeInSlab<Spans>()});
+        m_blocks.push_back({ticksOf(beginTime), endTick, endTick,
+                            m_blocks.empty() ? endTick : std::max(m_blocks.back().reach, endTick), true,
+                            makeInSlab<Spans>()});
     Block &last = m_blocks.back();
     last.spans->begins[slot] = ticksOf(beginTime);
     last.spans->ends[slot] = endTick;
     last.endsAscend = last.endsAscend && endTick >= last.greatestEnd;
     last.leastEnd = std::min(last.leastEnd, endTick);
     last.greatestEnd = std::max(last.greatestEnd, endTick);
+    last.reach = std::max(last.reach, endTick);
     ++m_size;
 }
 
@@ -253,4 +210,5 @@ void SpanIndex::refresh(std::size_t block)
     b.endsAscend = std::is_sorted(from, to);
     b.leastEnd = *least;
     b.greatestEnd = *greatest;
+    b.reach = block == 0 ? *greatest : std::max(m_blocks[block - 1].reach, *greatest);
 }

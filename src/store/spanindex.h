@@ -23,22 +23,14 @@ public:
     std::int64_t begin(std::size_t i) const { return blockOf(i).spans->begins[slotOf(i)]; }
     /// Not below begin, unless the entry itself ends before it begins.
     std::int64_t end(std::size_t i) const { return blockOf(i).spans->ends[slotOf(i)]; }
-    /// The greatest end of the entries of the block that holds entry i.
-    std::int64_t greatestEndOfBlock(std::size_t i) const { return blockOf(i).greatestEnd; }
-    /// The least begin of the entries of that block.
-    std::int64_t leastBeginOfBlock(std::size_t i) const { return blockOf(i).firstBegin; }
     /// Whether all begins and ends of that block lie in [from, until).
     bool blockLiesWithin(std::size_t i, std::int64_t from, std::int64_t until) const;
 
     /// Where the tick lies in the run that runFrom(i) gives, if the entries of its block follow each other evenly: a
     /// place to begin a search at, below the run's size.
     std::size_t guessInRun(std::size_t i, std::int64_t tick) const;
-    /// If the tick lies within the block that holds entry i, asks for the times there to be brought into the cache; i
-    /// may be beyond the end.
+    /// Prefetches the times around the tick if it lies within the block that holds entry i, which may be beyond the end.
     void fetchIfCrossing(std::size_t i, std::int64_t tick) const;
-
-    /// The same for the entries first .. last - 1, as far as there are so many.
-    void fetch(std::size_t first, std::size_t last) const;
 
     /// The entries from one on to the end of its block, in memory.
     struct Run {
@@ -49,26 +41,14 @@ public:
     };
     Run runFrom(std::size_t i) const;
 
-    /// The times of entries of one block, side by side in memory.
-    struct Times {
-        const std::int64_t *begins, *ends;
-        std::size_t size;
-    };
-    /// Of those that precede entry i in the block of the last of them, the last so many at most; i is not 0.
-    Times timesBefore(std::size_t i, std::size_t most) const;
-    /// Behind the last entry of the block that holds entry i.
-    std::size_t endOfBlock(std::size_t i) const { return std::min(m_size, i + blockSize - slotOf(i)); }
-
     /// The first entry whose begin isn't less than the tick; size() if there is none.
     std::size_t lowerBound(std::int64_t tick) const;
     /// The first entry at or after `from` whose end isn't less than the tick; size() if there is none. Entries after it
-    /// may end earlier again: ends need not ascend. Skips whole blocks.
+    /// may end earlier again: ends need not ascend. A bisection where they do; else skips whole blocks.
     std::size_t firstEndingFrom(std::size_t from, std::int64_t tick) const;
     /// The first entry at or after `from` that ends at or after the tick or whose follower begins there; size() if
     /// there is none. Skips whole blocks.
     std::size_t firstReachingFrom(std::size_t from, std::int64_t tick) const;
-    /// The last entry before `before` whose end isn't less than the tick; size() if there is none. Skips whole blocks.
-    std::size_t lastEndingFrom(std::size_t before, std::int64_t tick) const;
 
     // ---- for the owner of the sequence
     void append(RecordTime beginTime, RecordTime endTime);
@@ -91,6 +71,7 @@ private:
         std::int64_t firstBegin;
         std::int64_t leastEnd;
         std::int64_t greatestEnd;
+        std::int64_t reach; ///< no end up to the block's last is greater; ascends with the blocks
         bool endsAscend;
         SlabPointer<Spans> spans; ///< among the records, on large pages: a column needs but few of them
     };
@@ -107,8 +88,6 @@ private:
     /// The number of blocks that begin before the tick.
     std::size_t blocksBefore(std::int64_t tick) const;
     std::size_t guessSlot(std::size_t block, std::int64_t tick) const;
-    static void fetch(const Block &block);
-    static void fetch(const std::int64_t *times, std::size_t count);
 
     std::vector<Block> m_blocks;
     std::size_t m_front = 0; ///< slots of the first block whose entries went; below blockSize

@@ -1,12 +1,10 @@
 #pragma once
 
 #include "axis/timescale.h"
-#include "gui/browser/drawing/barhiding.h"
-#include "gui/browser/drawing/barlayers.h"
-#include "gui/browser/drawing/barstamps.h"
 #include "store/spanindex.h"
 
 #include <QBrush>
+#include <QImage>
 #include <QPen>
 
 #include <cstdint>
@@ -18,7 +16,7 @@ namespace Tsb {
 
 /// How one kind of bar looks.
 struct BarStyle {
-    QPen pen; ///< width 0
+    QPen pen; ///< width 0, opaque
     QBrush brush;
     bool half = false; ///< half the height, as for provisional records
 };
@@ -31,53 +29,34 @@ struct BarStripSource {
     const std::vector<BarStyle> *styles = nullptr;
 };
 
-/// Draws strips of bars, antialiased. Bars of more than a pixel are drawn one by one, but for those that others hide
-/// where very many lie upon each other (BarHiding). Of bars below a pixel there may be hundreds to a column, of which
-/// the last few dozen are all that can be seen: those are blended in memory, with the coverage and the rounding that
-/// drawing them one by one would have. Keeps what it learned about the present height.
+/// Draws strips of bars. Bars of more than a pixel are drawn antialiased, each from half a pixel inside its begin to
+/// half a pixel inside its end; of those that begin in one column and end in one column only the last. A bar of a pixel
+/// or less belongs to the column of its middle and to no other: upon the wide bars, a column that has such bars is
+/// painted opaque in the mean of their pens, weighted by length. Bars without a pen count for nothing there. So a
+/// column depends on nothing but its own bars. A bar that ends before it begins is a moment.
 class BarStripPainter {
 public:
-    /// Draws the columns first .. last - 1 of the painter's image, which is of 32 bits a pixel. The background is
-    /// there.
-    void draw(QPainter &painter, QImage &image, const BarStripSource &source, const TimeScale &scale, int first,
-              int last);
-
-    /// Every bar of the run by the painter: what draw() must come to. Slow.
-    static void drawEachBar(QPainter &painter, int height, const BarStripSource &source, const TimeScale &scale,
-                            int first, int last);
+    /// Draws the columns first .. last - 1, and a white background, from the painter's row 0 on.
+    void draw(QPainter &painter, int height, const BarStripSource &source, const TimeScale &scale, int first, int last);
 
 private:
-    enum Shape : std::uint8_t { Full, Half, Unseen, Shapes };
-    /// What bars of one style that have no width look like.
-    struct Outline {
-        Shape shape;
-        BarColor color;
-    };
-
-    void prepareOutlines(const std::vector<BarStyle> &styles);
-    void findWideBars(const SpanIndex &spans, const TimeScale &scale, std::size_t begin, std::size_t end);
-    void hideCoveredBars(const BarStripSource &source, int first, int last);
-    void blendRun(QImage &image, const BarStripSource &source, const TimeScale &scale, std::size_t begin,
-                  std::size_t end, int first, int last);
-    BarCover findLayers(const BarStripSource &source, const TimeScale &scale, std::size_t begin, std::size_t end, int x,
-                        int clearingAlpha);
-    void addLayers(const SpanIndex::Times &bars, const Outline *const *outlines, const BarMiddles &middles,
-                   const bool *visible, BarCover &cover);
-
     struct WideBar {
         std::size_t index;
-        BarEnds ends;
+        std::int64_t firstColumn, lastColumn;
+        double x0, x1; ///< as they are drawn
         bool seen;
     };
-    std::vector<WideBar> m_wide; ///< kept for its memory
-    BarStamps m_stamps;
-    std::vector<Outline> m_outlines; ///< by style
-    BarLayers m_layers;
-    std::size_t m_met = 0; ///< bars walked over for the present column
-};
 
-/// The records whose bars may touch the columns first .. last - 1: from a walk back from the last of them that ends at
-/// the first record that ends too early.
-std::pair<std::size_t, std::size_t> barRun(const SpanIndex &spans, const TimeScale &scale, int first, int last);
+    void prepareImage(int width, int height, std::size_t styles);
+    void sortBars(const BarStripSource &source, const TimeScale &scale);
+    void addWide(std::size_t index, std::int64_t begin, std::int64_t end, const TimeScale &scale);
+    void hideWideBars();
+    void drawWideBars(const BarStripSource &source);
+    void paintColumns(const std::vector<BarStyle> &styles);
+
+    QImage m_image;                       ///< with a margin on both sides; kept for its memory, as are the next two
+    std::vector<WideBar> m_wide;          ///< in order
+    std::vector<std::uint64_t> m_lengths; ///< of narrow bars, in ticks, by column of the image and by style
+};
 
 } // namespace Tsb

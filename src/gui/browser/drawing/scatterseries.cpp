@@ -34,6 +34,17 @@ int ColumnFinder::find(std::int64_t tick)
     return m_column;
 }
 
+std::pair<std::size_t, std::size_t> runInSight(const SpanIndex &spans, const TimeScale &scale, int first, int last)
+{
+    const std::int64_t from = ticksOf(scale.tickAt(std::int64_t(first) - 1));
+    const std::int64_t until = ticksOf(scale.tickAt(std::int64_t(last) + 1));
+    const std::size_t end = spans.lowerBound(until);
+    std::size_t begin = std::min(spans.lowerBound(from), end); // an entry that begins later ends later, too
+    while (begin > 0 && spans.end(begin - 1) >= from)
+        --begin;
+    return {begin, end};
+}
+
 std::size_t commonRun(const std::vector<ScatterCursor> &cursors)
 {
     if (cursors.empty())

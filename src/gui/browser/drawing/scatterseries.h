@@ -6,6 +6,7 @@
 
 #include <QRgb>
 
+#include <utility>
 #include <vector>
 
 namespace Tsb {
@@ -62,6 +63,10 @@ inline std::int64_t middleTick(std::int64_t begin, std::int64_t end)
     std::int64_t span;
     return __builtin_sub_overflow(end, begin, &span) ? begin : begin + span / 2;
 }
+
+/// The entries whose spans may touch the columns first - 1 .. last: from a walk back from the last of them that ends at
+/// the first entry that ends too early.
+std::pair<std::size_t, std::size_t> runInSight(const SpanIndex &spans, const TimeScale &scale, int first, int last);
 
 /// A place in one spectrum series while several are drawn together.
 struct ScatterCursor {

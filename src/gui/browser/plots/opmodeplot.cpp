@@ -9,7 +9,6 @@ namespace {
 
 const QColor noFlagColor(238, 238, 236);
 const QColor cursorColor(0, 0, 0, 80);
-constexpr int edgeMargin = 8;  ///< columns
 constexpr int mostModes = 120; ///< so that two styles for each, and two more, fit into a byte
 
 /// The style of final records of a mode; the next one is that of provisional ones.
@@ -126,18 +125,7 @@ void OpmodePlot::drawRange(QPainter &painter, int first, int last)
     source.spans = &datastore()->recordSpans();
     source.styles = &m_styles;
     source.styleOf = m_recordStyles.values(*datastore());
-    // The raster engine rounds a corner at the edge of what it may draw on unlike one amid it. Drawn with a margin that
-    // is thrown away, a column comes out the same whether it is redrawn alone or with all others.
-    const QSize size(last - first + 2 * edgeMargin, contentsRect().height());
-    if (m_scratch.size() != size)
-        m_scratch = QImage(size, QImage::Format_ARGB32_Premultiplied);
-    m_scratch.fill(Qt::white);
-    TimeScale scale = timeScale();
-    scale.originPixel = saturatedSubtract(scale.originPixel, first - edgeMargin);
-    QPainter scratch(&m_scratch);
-    m_painter.draw(scratch, m_scratch, source, scale, 0, size.width());
-    scratch.end();
-    painter.drawImage(first, 0, m_scratch, edgeMargin, 0, last - first, size.height());
+    m_painter.draw(painter, contentsRect().height(), source, timeScale(), first, last);
 }
 
 void OpmodePlot::drawOverlay(QPainter &painter)

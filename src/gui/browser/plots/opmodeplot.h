@@ -45,7 +45,6 @@ private:
     std::vector<BarStyle> m_styles;
     RecordColumn<std::uint8_t> m_recordStyles; ///< places in m_styles
     BarStripPainter m_painter;
-    QImage m_scratch; ///< kept for its memory
 };
 
 /// The pale tint of an operating mode's colour that fills its bars.

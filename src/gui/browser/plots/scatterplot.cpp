@@ -2,7 +2,6 @@
 
 #include "columns/finiterange.h"
 #include "columns/scattervalues.h"
-#include "gui/browser/drawing/barstrip.h"
 #include "gui/browser/drawing/markerpainter.h"
 #include "gui/browser/drawing/scatterseries.h"
 #include "gui/browser/plots/opmodeplot.h"
@@ -186,12 +185,12 @@ void ScatterPlot::visitInSight(Visit visit)
     const int width = contentsRect().width();
     if (m_settings.usesSpectra()) {
         for (SpectrumSeries &series : m_spectrumSeries) {
-            const auto run = barRun(datastore()->seriesSpans(series.info.get()), timeScale(), -1, width + 1);
+            const auto run = runInSight(datastore()->seriesSpans(series.info.get()), timeScale(), -1, width + 1);
             visit(series.values.values(*datastore()) + run.first, run.second - run.first);
         }
         return;
     }
-    const auto run = barRun(datastore()->recordSpans(), timeScale(), -1, width + 1);
+    const auto run = runInSight(datastore()->recordSpans(), timeScale(), -1, width + 1);
     for (RecordSeries &series : m_recordSeries)
         visit(series.values.values(*datastore()) + run.first, run.second - run.first);
 }

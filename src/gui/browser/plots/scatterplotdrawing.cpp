@@ -1,6 +1,5 @@
 #include "gui/browser/plots/scatterplot.h"
 
-#include "gui/browser/drawing/barstrip.h"
 
 #include <QPainter>
 
@@ -124,7 +123,7 @@ void ScatterPlot::drawRecordSeries(QImage &image, int first, int last)
     if (m_recordSeries.empty())
         return;
     const SpanIndex &spans = datastore()->recordSpans();
-    const auto run = barRun(spans, timeScale(), first - 1, last + 1);
+    const auto run = runInSight(spans, timeScale(), first - 1, last + 1);
     const std::uint8_t *const pens = m_pens.values(*datastore());
     std::vector<PlaceSource> lines;
     for (RecordSeries &series : m_recordSeries)
@@ -156,7 +155,7 @@ void ScatterPlot::drawSpectrumSeries(QImage &image, int first, int last)
     std::vector<PlaceSource> lines;
     for (SpectrumSeries &series : m_spectrumSeries) {
         const SpanIndex &spans = datastore()->seriesSpans(series.info.get());
-        const auto run = barRun(spans, timeScale(), first - 1, last + 1);
+        const auto run = runInSight(spans, timeScale(), first - 1, last + 1);
         cursors.push_back({&spans, run.first, run.second});
         lines.push_back(placesOf(series, spans.size(), run.second - run.first));
     }

@@ -139,6 +139,21 @@ TEST_F(OpmodeStrip, the_time_cursor_of_other_plots_runs_through)
     EXPECT_EQ(with, without);
 }
 
+/// The axis follows the present moment at 10 s a column, and each record is told 20 s late.
+TEST_F(OpmodeStrip, changes_left_of_the_origin_leave_no_column_half_drawn)
+{
+    for (int i = 0; i < 600; ++i) {
+        const int now = 10 * i;
+        view.setTimeScale({testStart + Ticks(now * ticksPerSecond), 10 * ticksPerSecond, 380});
+        add(now - 20 + i % 10, now - 18 + i % 10, i % 2);
+        view.grab();
+    }
+    const QImage grown = view.plot()->image().copy();
+    view.plot()->reloadSetup();
+    view.grab();
+    EXPECT_EQ(grown, view.plot()->image());
+}
+
 TEST_F(OpmodeStrip, grows_with_the_store_as_if_drawn_anew)
 {
     for (int i = 0; i < 200; ++i) {
