@@ -7,12 +7,12 @@
 #include "gui/browser/plots/plot.h"
 #include "gui/browser/views/view.h"
 #include "gui/browser/views/viewholder.h"
+#include "gui/common/iconhelp.h"
 #include "log/logger.h"
 
 #include <QAction>
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QScrollArea>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -30,15 +30,14 @@ constexpr int dragScrollMargin = 30;
 
 TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, std::vector<ViewKind> kinds)
     : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_kinds(std::move(kinds)), m_header(new Header(this)),
-      m_scrollArea(new QScrollArea(this)), m_viewHolder(new ViewHolder)
+      m_scrollArea(new QScrollArea(this)), m_viewHolder(new ViewHolder),
+      m_plotAdder(new PlotAdder(*this, m_kinds, m_uiInfo, this))
 {
     const int frameWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
     m_scrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_scrollArea->setWidgetResizable(true);
     m_scrollArea->setFocusPolicy(Qt::NoFocus);
-    makeActions();
-    m_addPlotRow = makeAddPlotRow();
-    m_viewHolder->setLastRow(m_addPlotRow);
+    m_viewHolder->setLastRow(m_plotAdder->makeRow());
     m_scrollArea->setWidget(m_viewHolder);
     m_header->setContentsMargins(frameWidth, 0, frameWidth, 0);
     m_header->setViewLeft(m_scrollArea->frameWidth() + m_viewHolder->layout()->contentsMargins().left());
@@ -55,15 +54,17 @@ TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
     // From the stack: a drag near the edge scrolls.
     connect(m_viewHolder, &ViewHolder::dragMoved, m_scrollArea,
             [this](const QPoint &at) { m_scrollArea->ensureVisible(at.x(), at.y(), 0, dragScrollMargin); });
-    // From the shared names and requests.
-    if (m_uiInfo) {
-        connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &TimeSeriesBrowser::reloadUiSetup);
-        connect(m_uiInfo.get(), &UiInfo::requestElectrometerScatterplot, this, &TimeSeriesBrowser::addElectrometerPlot);
-        connect(m_uiInfo.get(), &UiInfo::requestFlagPlot, this, &TimeSeriesBrowser::addFlagPlot);
-        connect(m_uiInfo.get(), &UiInfo::requestVariableScatterplot, this, &TimeSeriesBrowser::addDiagnosticPlot);
-    }
-    reloadUiSetup();
+    makeViewActions();
     m_updateTimer.start(updatePeriod);
+}
+
+void TimeSeriesBrowser::makeViewActions()
+{
+    auto *const autoscale = new QAction(tr("Autoscale all plots"), this);
+    auto *const closeAll = new QAction(namedIcon(QStringLiteral("remove")), tr("Close all plots"), this);
+    connect(autoscale, &QAction::triggered, this, &TimeSeriesBrowser::allFitScale);
+    connect(closeAll, &QAction::triggered, this, &TimeSeriesBrowser::closeAllViews);
+    m_viewActions << autoscale << closeAll;
 }
 
 TimeSeriesBrowser::~TimeSeriesBrowser()
@@ -116,29 +117,6 @@ void TimeSeriesBrowser::redrawPlots()
 
 // ---- views come
 
-bool TimeSeriesBrowser::hasKind(const QString &type) const
-{
-    return std::any_of(m_kinds.begin(), m_kinds.end(), [&type](const ViewKind &kind) { return kind.type == type; });
-}
-
-View *TimeSeriesBrowser::makeView(const QString &type) const
-{
-    for (const ViewKind &kind : m_kinds) {
-        if (kind.type == type)
-            return kind.make();
-    }
-    return nullptr;
-}
-
-QString TimeSeriesBrowser::typeOf(const View *view) const
-{
-    for (const ViewKind &kind : m_kinds) {
-        if (view->metaObject() == kind.metaObject)
-            return kind.type;
-    }
-    return {};
-}
-
 void TimeSeriesBrowser::addView(View *view)
 {
     m_viewHolder->addView(view);
@@ -167,6 +145,38 @@ void TimeSeriesBrowser::connectView(View *view)
     // The time cursor's ring.
     connect(view, &View::timeCursorChange, this, &TimeSeriesBrowser::setTimeCursor);
     connect(this, &TimeSeriesBrowser::timeCursorChanged, view, &View::timeCursorChange);
+}
+
+const QList<QAction *> &TimeSeriesBrowser::addPlotActions() const
+{
+    return m_plotAdder->actions();
+}
+
+void TimeSeriesBrowser::addDefaultStack()
+{
+    m_plotAdder->addDefaultStack();
+    allFitScale(); // each view once
+    settleBeforePainting();
+}
+
+void TimeSeriesBrowser::addOpmodePlot()
+{
+    m_plotAdder->addOpmodePlot();
+}
+
+void TimeSeriesBrowser::addFlagPlot(const QString &flagData)
+{
+    m_plotAdder->addFlagPlot(flagData);
+}
+
+void TimeSeriesBrowser::addElectrometerPlot(int channelNumber)
+{
+    m_plotAdder->addElectrometerPlot(channelNumber);
+}
+
+void TimeSeriesBrowser::addDiagnosticPlot(const QString &channelName)
+{
+    m_plotAdder->addDiagnosticPlot(channelName);
 }
 
 void TimeSeriesBrowser::ensureViewVisible(QWidget *widget)
@@ -229,7 +239,7 @@ QVariant TimeSeriesBrowser::setup() const
 {
     QVariantList list;
     for (const View *view : m_viewHolder->viewsInOrder()) {
-        const QString type = typeOf(view);
+        const QString type = m_kinds.typeOf(*view);
         if (type.isEmpty() || view->isTemporary())
             continue;
         QVariantMap entry{{SetupKeys::type, type}};
@@ -250,9 +260,9 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
     for (const QVariant &entry : list) {
         const QVariantMap map = entry.toMap();
         const QString type = map.value(SetupKeys::type).toString();
-        if (!hasKind(type) || ++count > greatestViewCount)
+        if (!m_kinds.has(type) || ++count > greatestViewCount)
             continue;
-        View *const view = makeView(type);
+        View *const view = m_kinds.make(type);
         addView(view);
         view->setSettings(map.value(SetupKeys::settings));
     }
@@ -374,7 +384,7 @@ void TimeSeriesBrowser::keyPressEvent(QKeyEvent *event)
 void TimeSeriesBrowser::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::EnabledChange) {
-        for (QAction *action : m_addPlotActions + m_viewActions)
+        for (QAction *action : addPlotActions() + m_viewActions)
             action->setEnabled(isEnabled());
     }
     QWidget::changeEvent(event);

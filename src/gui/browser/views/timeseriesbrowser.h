@@ -1,11 +1,11 @@
 #pragma once
 
 #include "axis/timescale.h"
+#include "gui/browser/views/plotadder.h"
 #include "gui/browser/views/viewkinds.h"
 #include "gui/common/uiinfo.h"
 #include "store/datastore.h"
 
-#include <QIcon>
 #include <QPointer>
 #include <QTimer>
 #include <QVariant>
@@ -14,13 +14,11 @@
 #include <memory>
 
 class QAction;
-class QMenu;
 class QScrollArea;
 
 namespace Tsb {
 
 class Header;
-class ScatterPlotView;
 class TimeNavigator;
 class TimeView;
 class View;
@@ -28,7 +26,7 @@ class ViewHolder;
 
 /// A stack of views under one time axis. Owns the views and the timer that paces their repaints, hands the selected
 /// record and the time cursor to all, and writes and reads the list of views. Main thread only.
-class TimeSeriesBrowser : public QWidget {
+class TimeSeriesBrowser : public QWidget, private ViewStack {
     Q_OBJECT
 public:
     static constexpr int greatestViewCount = 200; ///< of a setup; what comes behind is left out
@@ -47,11 +45,9 @@ public:
     QVariant setup() const;
     /// Puts other views in the place of all; takes what is sound in the value.
     void setSetup(const QVariant &setup);
-    /// Whether a setup's entry of that type becomes a view.
-    bool hasKind(const QString &type) const;
 
     /// What adds plots, for menus of the main window. Their menu is to be a PlotMenu.
-    const QList<QAction *> &addPlotActions() const { return m_addPlotActions; }
+    const QList<QAction *> &addPlotActions() const;
     const QList<QAction *> &viewActions() const { return m_viewActions; }
     TimeScale timeScale() const;
     TimeView *timeView() const;
@@ -61,7 +57,7 @@ public:
     const std::shared_ptr<Record> &currentRecord() const { return m_currentRecord; }
 
     /// Takes the view, wires it and gives it the present state.
-    void addView(View *view);
+    void addView(View *view) override;
     /// The views of a folder that brings none, fitted: the operating modes, the total concentration of the first mode's
     /// spectra, the first variable, and a spectrogram view for each mode with all its spectra.
     void addDefaultStack();
@@ -79,7 +75,7 @@ public Q_SLOTS:
     void addFlagPlot(const QString &flagData);
     void addElectrometerPlot(int channelNumber);
     void addDiagnosticPlot(const QString &channelName);
-    void ensureViewVisible(QWidget *widget);
+    void ensureViewVisible(QWidget *widget) override;
     /// Scrolls the axis just enough to show the record, unless that is disabled, and hands the record to all views.
     void selectRecord(std::shared_ptr<Record> record);
     /// The same for a record that came in and was not chosen: the axis runs along, and leaves nothing to go back to.
@@ -100,48 +96,29 @@ private Q_SLOTS:
     void viewDestroyed(QObject *object);
     void scrollToView(QWidget *widget);
     void timeViewFollowNowChanged(bool on);
-    void addNewOpmodeView();
-    void addNewScatterPlotView(int type);
-    void addNewSpectrogramView();
-    void addNewSpectrogramView(QAction *action);
-    void reloadUiSetup();
     void setTimeCursor(bool visible, int value);
 
 private:
     using Scroll = void (TimeNavigator::*)(RecordTime begin, RecordTime end);
 
-    void makeActions();
-    void makeAddPlotActions();
-    QAction *addPlotAction(const QString &text, const QIcon &icon = QIcon());
-    QWidget *makeAddPlotRow();
+    void makeViewActions();
     void connectView(View *view);
-    /// Null for an unknown type.
-    View *makeView(const QString &type) const;
-    QString typeOf(const View *view) const;
-    /// The kind must be there. Not fitted.
-    View *addSpectrogramView(const QStringList &ids);
-    ScatterPlotView *addScatterPlotView(bool withProperties);
-    void addConcentrationsOf(const QStringList &ids);
-    void addFirstVariable();
-    void activateLayouts();
+    void activateLayouts() override;
     void settleBeforePainting();
     void zoom(int step);
     void makeCurrent(const std::shared_ptr<Record> &record, Scroll bring);
     void refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width);
 
     std::shared_ptr<UiInfo> m_uiInfo;
-    std::vector<ViewKind> m_kinds;
+    ViewKinds m_kinds;
     Header *m_header;
     QScrollArea *m_scrollArea;
     ViewHolder *m_viewHolder;
-    QWidget *m_addPlotRow = nullptr;
-    QAction *m_spectrogramAction = nullptr;
-    std::unique_ptr<QMenu> m_spectrogramMenu;
+    PlotAdder *m_plotAdder;
     std::vector<View *> m_views; ///< in the order of creation; children of the holder
     QPointer<Datastore> m_datastore;
     std::shared_ptr<Record> m_currentRecord;
     QTimer m_updateTimer;
-    QList<QAction *> m_addPlotActions;
     QList<QAction *> m_viewActions;
     bool m_timeCursorVisible = false;
     int m_timeCursorPixel = 0;

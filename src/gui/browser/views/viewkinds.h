@@ -26,4 +26,21 @@ ViewKind viewKind(const QString &type)
 /// All kinds that this program has.
 std::vector<ViewKind> standardViewKinds();
 
+/// The kinds that a browser has.
+class ViewKinds {
+public:
+    explicit ViewKinds(std::vector<ViewKind> kinds) : m_kinds(std::move(kinds)) {}
+
+    bool has(const QString &type) const { return kindOf(type) != nullptr; }
+    /// Null for an unknown type.
+    View *make(const QString &type) const;
+    /// Empty for a view of a class that is none of the kinds.
+    QString typeOf(const View &view) const;
+
+private:
+    const ViewKind *kindOf(const QString &type) const;
+
+    std::vector<ViewKind> m_kinds;
+};
+
 } // namespace Tsb

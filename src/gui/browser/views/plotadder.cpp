@@ -1,8 +1,10 @@
+#include "gui/browser/views/plotadder.h"
+
 #include "columns/setupkeys.h"
 #include "gui/browser/controls/plotmenu.h"
+#include "gui/browser/controls/spectraselectionwidget.h"
 #include "gui/browser/views/opmodeview.h"
 #include "gui/browser/views/scatterplotview.h"
-#include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/iconhelp.h"
 #include "gui/common/menubutton.h"
 #include "records/recordmetadata.h"
@@ -11,15 +13,9 @@
 #include <QActionGroup>
 #include <QHBoxLayout>
 
-// How plots come into the browser: its menus, the requests of other views, and the stack of a folder that brings none.
-
 namespace Tsb {
 
 namespace {
-
-const QString opmodeType = SetupKeys::opmodeView;
-const QString scatterType = SetupKeys::scatterPlotView;
-const QString spectrogramType = SetupKeys::spectrogramView;
 
 // A further spectrum gets a strip that is high enough for its name and its unit, while a few of them fit on a screen.
 constexpr int heightOfStrip = 72;
@@ -46,45 +42,49 @@ QStringList groupsInOrder(const UiInfo &uiInfo)
 }
 
 /// With a capital, and every character shown: "&" is no mark of a key.
-QString menuText(QString name)
+QString menuText(const QString &name)
 {
-    name.replace(QLatin1Char('&'), QLatin1String("&&"));
-    return name.left(1).toUpper() + name.mid(1);
+    return withUpperFirst(name).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 } // namespace
 
-// ---- actions and menus
-
-void TimeSeriesBrowser::makeActions()
+PlotAdder::PlotAdder(ViewStack &stack, const ViewKinds &kinds, std::shared_ptr<UiInfo> uiInfo, QObject *parent)
+    : QObject(parent), m_stack(stack), m_kinds(kinds), m_uiInfo(std::move(uiInfo))
 {
-    makeAddPlotActions();
-    auto *const autoscale = new QAction(tr("Autoscale all plots"), this);
-    auto *const closeAll = new QAction(namedIcon(QStringLiteral("remove")), tr("Close all plots"), this);
-    connect(autoscale, &QAction::triggered, this, &TimeSeriesBrowser::allFitScale);
-    connect(closeAll, &QAction::triggered, this, &TimeSeriesBrowser::closeAllViews);
-    m_viewActions << autoscale << closeAll;
+    makeActions();
+    if (m_uiInfo) {
+        connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &PlotAdder::reloadUiSetup);
+        connect(m_uiInfo.get(), &UiInfo::requestElectrometerScatterplot, this, &PlotAdder::addElectrometerPlot);
+        connect(m_uiInfo.get(), &UiInfo::requestFlagPlot, this, &PlotAdder::addFlagPlot);
+        connect(m_uiInfo.get(), &UiInfo::requestVariableScatterplot, this, &PlotAdder::addDiagnosticPlot);
+    }
+    reloadUiSetup();
 }
 
-QAction *TimeSeriesBrowser::addPlotAction(const QString &text, const QIcon &icon)
+PlotAdder::~PlotAdder() = default;
+
+// ---- actions and menus
+
+QAction *PlotAdder::addAction(const QString &text, const QIcon &icon)
 {
     auto *const action = new QAction(icon, text, this);
-    m_addPlotActions << action;
+    m_actions << action;
     return action;
 }
 
-void TimeSeriesBrowser::makeAddPlotActions()
+void PlotAdder::makeActions()
 {
-    if (hasKind(spectrogramType)) {
+    if (m_kinds.has(SetupKeys::spectrogramView)) {
         m_spectrogramMenu = std::make_unique<QMenu>();
-        m_spectrogramAction = addPlotAction(tr("Spectrogram"), namedIcon(QStringLiteral("spectrogram")));
+        m_spectrogramAction = addAction(tr("Spectrogram"), namedIcon(QStringLiteral("spectrogram")));
         connect(m_spectrogramAction, &QAction::triggered, this, [this] { addNewSpectrogramView(); });
         connect(m_spectrogramMenu.get(), &QMenu::triggered, this,
-                qOverload<QAction *>(&TimeSeriesBrowser::addNewSpectrogramView));
+                qOverload<QAction *>(&PlotAdder::addNewSpectrogramView));
     }
-    if (hasKind(scatterType)) {
+    if (m_kinds.has(SetupKeys::scatterPlotView)) {
         const auto scatter = [this](const QString &text, int type) {
-            QAction *const action = addPlotAction(text);
+            QAction *const action = addAction(text, {});
             connect(action, &QAction::triggered, this, [this, type] { addNewScatterPlotView(type); });
             return action;
         };
@@ -95,30 +95,30 @@ void TimeSeriesBrowser::makeAddPlotActions()
         scatter(tr("Variable"), ScatterPlotSettings::Variable);
         scatter(tr("Inversion parameter"), ScatterPlotSettings::Parameter);
     }
-    if (hasKind(opmodeType))
-        connect(addPlotAction(tr("Operating mode")), &QAction::triggered, this, &TimeSeriesBrowser::addNewOpmodeView);
+    if (m_kinds.has(SetupKeys::opmodeView))
+        connect(addAction(tr("Operating mode"), {}), &QAction::triggered, this, &PlotAdder::addNewOpmodeView);
 }
 
-QWidget *TimeSeriesBrowser::makeAddPlotRow()
+QWidget *PlotAdder::makeRow()
 {
-    auto *const row = new QWidget;
-    auto *const layout = new QHBoxLayout(row);
+    m_row = new QWidget;
+    auto *const layout = new QHBoxLayout(m_row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    auto *const button = new MenuButton(row);
+    auto *const button = new MenuButton(m_row);
     button->setText(tr("Add plot"));
     button->setToolButtonStyle(Qt::ToolButtonTextOnly);
     button->setFocusPolicy(Qt::StrongFocus);
     auto *const menu = new PlotMenu(button);
-    menu->addActions(m_addPlotActions);
+    menu->addActions(m_actions);
     button->setMenu(menu);
     layout->addStretch();
     layout->addWidget(button);
     layout->addStretch();
-    return row;
+    return m_row;
 }
 
-void TimeSeriesBrowser::reloadUiSetup()
+void PlotAdder::reloadUiSetup()
 {
     if (!m_spectrogramMenu)
         return;
@@ -133,128 +133,116 @@ void TimeSeriesBrowser::reloadUiSetup()
 
 // ---- from the menus: the row that adds plots stays in sight
 
-void TimeSeriesBrowser::addNewOpmodeView()
+void PlotAdder::addNewOpmodeView()
 {
-    addView(new OpmodeView);
-    ensureViewVisible(m_addPlotRow);
+    m_stack.addView(new OpmodeView);
+    m_stack.ensureViewVisible(m_row);
 }
 
-void TimeSeriesBrowser::addNewScatterPlotView(int type)
+void PlotAdder::addNewScatterPlotView(int type)
 {
     ScatterPlotView *const view = addScatterPlotView(true);
     view->showType(type);
-    ensureViewVisible(m_addPlotRow);
+    m_stack.ensureViewVisible(m_row);
 }
 
-void TimeSeriesBrowser::addNewSpectrogramView()
+void PlotAdder::addNewSpectrogramView()
 {
     QStringList ids;
     if (m_uiInfo && m_uiInfo->spectrumInfos().size() == 1)
         ids << m_uiInfo->spectrumInfos().first()->hash;
     addSpectrogramView(ids)->fitScale();
-    ensureViewVisible(m_addPlotRow);
+    m_stack.ensureViewVisible(m_row);
 }
 
-void TimeSeriesBrowser::addNewSpectrogramView(QAction *action)
+void PlotAdder::addNewSpectrogramView(QAction *action)
 {
     addSpectrogramView(action->data().toStringList())->fitScale();
-    ensureViewVisible(m_addPlotRow);
+    m_stack.ensureViewVisible(m_row);
 }
 
-View *TimeSeriesBrowser::addSpectrogramView(const QStringList &ids)
+View *PlotAdder::addSpectrogramView(const QStringList &ids)
 {
-    View *const view = makeView(spectrogramType);
-    addView(view);
+    View *const view = m_kinds.make(SetupKeys::spectrogramView);
+    m_stack.addView(view);
     if (ids.isEmpty())
         return view;
-    activateLayouts();
+    m_stack.activateLayouts();
     view->setVisibleSpectra(QSet<QString>(ids.begin(), ids.end()));
     view->setFixedHeight(view->height() + (std::min(ids.size(), mostStrips) - 1) * heightOfStrip);
     view->activateLayout(); // for the plots that came with the spectra
     return view;
 }
 
-ScatterPlotView *TimeSeriesBrowser::addScatterPlotView(bool withProperties)
+ScatterPlotView *PlotAdder::addScatterPlotView(bool withProperties)
 {
-    View *const made = makeView(scatterType);
+    View *const made = m_kinds.make(SetupKeys::scatterPlotView);
     auto *view = qobject_cast<ScatterPlotView *>(made);
     if (!view) { // asked for from elsewhere, where it is none of the menu's kinds
         delete made;
         view = new ScatterPlotView;
     }
     view->setPropertiesVisible(withProperties);
-    addView(view);
-    activateLayouts();
+    m_stack.addView(view);
+    m_stack.activateLayouts();
     return view;
 }
 
 // ---- requests from elsewhere: the new view itself comes into sight
 
-void TimeSeriesBrowser::addOpmodePlot()
+void PlotAdder::addOpmodePlot()
 {
     auto *const view = new OpmodeView;
-    addView(view);
-    ensureViewVisible(view);
+    m_stack.addView(view);
+    m_stack.ensureViewVisible(view);
 }
 
-void TimeSeriesBrowser::addFlagPlot(const QString &flagData)
+void PlotAdder::addFlagPlot(const QString &flagData)
 {
     auto *const view = new OpmodeView;
-    addView(view);
+    m_stack.addView(view);
     view->showFlag(flagData);
-    ensureViewVisible(view);
+    m_stack.ensureViewVisible(view);
 }
 
-void TimeSeriesBrowser::addElectrometerPlot(int channelNumber)
+void PlotAdder::addElectrometerPlot(int channelNumber)
 {
     ScatterPlotView *const view = addScatterPlotView(false);
     view->setElectrometerSelection(channelNumber);
     view->showType(ScatterPlotSettings::Electrometer);
-    ensureViewVisible(view);
+    m_stack.ensureViewVisible(view);
 }
 
-void TimeSeriesBrowser::addDiagnosticPlot(const QString &channelName)
+void PlotAdder::addDiagnosticPlot(const QString &channelName)
 {
     ScatterPlotView *const view = addScatterPlotView(false);
     view->setDiagnosticSelection(channelName);
     view->showType(ScatterPlotSettings::Variable);
-    ensureViewVisible(view);
+    m_stack.ensureViewVisible(view);
 }
 
-// ---- the default stack, each view of which is fitted once, at the end: that reads all the data in sight
+// ---- the default stack
 
-void TimeSeriesBrowser::addDefaultStack()
+void PlotAdder::addDefaultStack()
 {
     if (!m_uiInfo)
         return;
     const auto groups = spectraByGroup(*m_uiInfo);
     const QStringList modes = groupsInOrder(*m_uiInfo);
-    if (hasKind(opmodeType))
-        addView(makeView(opmodeType));
-    if (hasKind(scatterType)) {
-        if (!modes.isEmpty())
-            addConcentrationsOf(groups.value(modes.first()));
-        addFirstVariable();
+    if (m_kinds.has(SetupKeys::opmodeView))
+        m_stack.addView(m_kinds.make(SetupKeys::opmodeView));
+    if (m_kinds.has(SetupKeys::scatterPlotView)) {
+        if (!modes.isEmpty()) {
+            const QStringList ids = groups.value(modes.first());
+            addScatterPlotView(false)->prepareType(ScatterPlotSettings::Concentration,
+                                                   QSet<QString>(ids.begin(), ids.end()));
+        }
+        const auto metadata = m_uiInfo->metadata();
+        if (metadata && !metadata->variables.isEmpty())
+            addScatterPlotView(false)->prepareType(ScatterPlotSettings::Variable, {});
     }
-    for (const QString &mode : hasKind(spectrogramType) ? modes : QStringList())
+    for (const QString &mode : m_kinds.has(SetupKeys::spectrogramView) ? modes : QStringList())
         addSpectrogramView(groups.value(mode));
-    allFitScale();
-    settleBeforePainting();
-}
-
-void TimeSeriesBrowser::addConcentrationsOf(const QStringList &ids)
-{
-    ScatterPlotView *const view = addScatterPlotView(false);
-    view->prepareType(ScatterPlotSettings::Concentration, QSet<QString>(ids.begin(), ids.end()));
-}
-
-void TimeSeriesBrowser::addFirstVariable()
-{
-    const auto metadata = m_uiInfo->metadata();
-    if (!metadata || metadata->variables.isEmpty())
-        return;
-    ScatterPlotView *const view = addScatterPlotView(false);
-    view->prepareType(ScatterPlotSettings::Variable, {});
 }
 
 } // namespace Tsb
