@@ -1,23 +1,18 @@
 #include "gui/browser/views/spectrogramview.h"
 
 #include "axis/spectrogramaxis.h"
+#include "columns/setupkeys.h"
+#include "columns/setupvalues.h"
 #include "gui/browser/controls/colorbar.h"
-#include "gui/browser/controls/colorlimitbox.h"
-#include "gui/browser/controls/colorlimits.h"
+#include "gui/browser/controls/colormapmenu.h"
 #include "gui/browser/controls/plaintooltip.h"
 #include "gui/browser/controls/resizer.h"
 #include "gui/browser/controls/spectraselectionwidget.h"
 #include "gui/browser/controls/viewlayout.h"
 #include "gui/browser/drawing/colorfit.h"
-#include "gui/common/menubutton.h"
+#include "gui/browser/views/spectrogramcontrols.h"
 
-#include <QAction>
-#include <QActionGroup>
-#include <QDoubleSpinBox>
-#include <QFrame>
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QMenu>
 #include <QToolButton>
 
 #include <cmath>
@@ -28,28 +23,8 @@ namespace {
 
 constexpr int initialHeight = 120;
 constexpr int minimumTargetHeight = 32;
-constexpr int controlSpacing = 3;
 constexpr double markOpacity = 0.3;
 constexpr double farthestLimit = 300; ///< decades; 10 to the power of a limit stays a number
-
-QString mapData(const QString &name, bool white)
-{
-    return QStringLiteral("%1-%2").arg(name, white ? QStringLiteral("w") : QStringLiteral("d"));
-}
-
-Colormap::Map mapOf(const QString &name)
-{
-    return Colormap::make(Colormap::indexOfName(name.toStdString()));
-}
-
-QToolButton *makeButton(const QString &text, QWidget *parent)
-{
-    auto *button = new QToolButton(parent);
-    button->setText(text);
-    button->setAutoRaise(true);
-    button->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    return button;
-}
 
 QString toolTipOf(const QString &name, const QString &inverter)
 {
@@ -62,131 +37,55 @@ QString toolTipOf(const QString &name, const QString &inverter)
 } // namespace
 
 SpectrogramView::SpectrogramView(QWidget *parent)
-    : MultiPlotView(parent), m_limits(new ColorLimits(this, farthestLimit)), m_viewColormap(mapOf(m_colormapName))
+    : MultiPlotView(parent), m_limits(new ColorLimits(this, farthestLimit)),
+      m_controls(new SpectrogramControls(*m_limits, this)), m_selectionWidget(new SpectraSelectionWidget(true, this))
 {
     setFixedHeight(initialHeight);
-    makeControls();
-    makeActions();
-    connectControls();
-
+    addSeparator();
+    addActions(m_controls->options());
     auto *noSpectra = new QLabel(tr("No spectra"), this);
     noSpectra->setFrameStyle(QFrame::StyledPanel | QFrame::Plain);
     noSpectra->setAlignment(Qt::AlignCenter);
     noSpectra->setEnabled(false);
     m_noSpectraFrame = noSpectra;
-    m_resizer = new Resizer(this, this);
-    m_resizer->setMinimumTargetHeight(minimumTargetHeight);
-
+    auto *resizer = new Resizer(this, this);
+    resizer->setMinimumTargetHeight(minimumTargetHeight);
     viewLayout()->insertRow(0, m_controls, nullptr);
     viewLayout()->insertRow(1, nullptr, m_noSpectraFrame);
-    viewLayout()->insertRow(2, m_resizer, nullptr);
+    viewLayout()->insertRow(2, resizer, nullptr);
+    connectControls();
+    restoreColormap();
 }
 
 SpectrogramView::~SpectrogramView() = default;
 
-// ---- controls
-
-void SpectrogramView::makeControls()
-{
-    m_controls = new QWidget(this);
-    m_spectraButton = makeButton(tr("Spectrogram"), m_controls);
-    m_spectraButton->setCheckable(true);
-    m_optionsButton = new MenuButton(m_controls);
-    m_optionsButton->setText(tr("Options"));
-    m_smoothingLabel = new QLabel(tr("Smoothing:"), m_controls);
-    m_smoothingLabel->hide();
-    m_smoothingSpinBox = new QDoubleSpinBox(m_controls);
-    m_smoothingSpinBox->setDecimals(1);
-    m_smoothingSpinBox->setSingleStep(0.1);
-    m_smoothingSpinBox->setRange(0.0, 10.0);
-    m_smoothingSpinBox->hide();
-    m_colorbar = new Colorbar(Qt::Horizontal, *m_limits, m_controls);
-    m_colorbar->setColormap(m_viewColormap);
-
-    auto *layout = new QHBoxLayout(m_controls);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(controlSpacing);
-    layout->addWidget(m_spectraButton);
-    layout->addWidget(m_optionsButton);
-    layout->addWidget(m_smoothingLabel);
-    layout->addWidget(m_smoothingSpinBox);
-    layout->addStretch();
-    layout->addWidget(new ColorLimitBox(*m_limits, ColorLimitBox::Lower, m_controls));
-    layout->addWidget(m_colorbar);
-    layout->addWidget(new ColorLimitBox(*m_limits, ColorLimitBox::Upper, m_controls));
-
-    m_selectionWidget = new SpectraSelectionWidget(true, this);
-}
-
-void SpectrogramView::makeActions()
-{
-    m_fitAction = new QAction(tr("Fit color map"), this);
-    m_fillGapsAction = new QAction(tr("Fill gaps"), this);
-    m_fillGapsAction->setToolTip(tr("Fill gaps between records"));
-    m_fillGapsAction->setCheckable(true);
-    m_fillGapsAction->setChecked(true);
-    m_smoothingAction = new QAction(tr("Smoothing"), this);
-    m_smoothingAction->setToolTip(tr("Enable spectrum smoothing"));
-    m_smoothingAction->setCheckable(true);
-    m_colormapAction = new QAction(tr("Color map"), this);
-    m_colormapAction->setMenu(makeColormapMenu());
-
-    auto *menu = new QMenu(m_optionsButton);
-    menu->setToolTipsVisible(true);
-    addSeparator();
-    for (QAction *action : {m_fitAction, m_fillGapsAction, m_smoothingAction, m_colormapAction}) {
-        menu->addAction(action);
-        addAction(action);
-    }
-    m_optionsButton->setMenu(menu);
-}
-
-QMenu *SpectrogramView::makeColormapMenu()
-{
-    m_colormapGroup = new QActionGroup(this);
-    auto *menu = new QMenu(m_optionsButton);
-    connect(menu, &QMenu::aboutToHide, this, &SpectrogramView::restoreColormap);
-    for (bool white : {false, true}) {
-        QMenu *maps = menu->addMenu(white ? tr("Light background") : tr("Dark background"));
-        connect(maps, &QMenu::aboutToHide, this, &SpectrogramView::restoreColormap);
-        for (const std::string &entry : Colormap::names()) {
-            const QString name = QString::fromStdString(entry);
-            QAction *action = maps->addAction(withUpperFirst(name));
-            action->setCheckable(true);
-            action->setData(mapData(name, white));
-            action->setChecked(name == m_colormapName && white == m_whiteBackground);
-            m_colormapGroup->addAction(action);
-            connect(action, &QAction::triggered, this, [this, name, white] { setColormap(name, white); });
-        }
-    }
-    connect(m_colormapGroup, &QActionGroup::hovered, this, &SpectrogramView::previewColormap);
-    return menu;
-}
-
 void SpectrogramView::connectControls()
 {
-    // From the user
-    connect(m_spectraButton, &QToolButton::toggled, this, &SpectrogramView::showSettingsForm);
-    connect(m_selectionWidget, &SpectraSelectionWidget::visibilityChanged, m_spectraButton, &QToolButton::setChecked);
+    // The list of spectra
+    connect(m_controls->spectraButton(), &QToolButton::toggled, this, &SpectrogramView::showSettingsForm);
+    connect(m_selectionWidget, &SpectraSelectionWidget::visibilityChanged, m_controls->spectraButton(),
+            &QToolButton::setChecked);
     connect(m_selectionWidget, &SpectraSelectionWidget::selectionChanged, this, &SpectrogramView::chooseSpectra);
-    connect(m_fitAction, &QAction::triggered, this, &SpectrogramView::fitScale);
-    connect(m_fillGapsAction, &QAction::toggled, this,
+    // The options
+    connect(m_controls, &SpectrogramControls::fitRequested, this, &SpectrogramView::fitScale);
+    connect(m_controls, &SpectrogramControls::fillGapsChanged, this,
             [this](bool on) { forEachPlot([on](SpectrogramPlot &plot) { plot.setFillGaps(on); }); });
-    connect(m_smoothingAction, &QAction::toggled, this, &SpectrogramView::setSmoothingEnabled);
-    // From the limits
+    connect(m_controls, &SpectrogramControls::smoothingChanged, this, &SpectrogramView::smoothingChanged);
+    connect(m_controls->colormaps(), &ColormapMenu::chosen, this, &SpectrogramView::restoreColormap);
+    connect(m_controls->colormaps(), &ColormapMenu::previewed, this, &SpectrogramView::showColors);
+    connect(m_controls->colormaps(), &ColormapMenu::previewEnded, this, &SpectrogramView::restoreColormap);
+    // The colours' limits
     connect(m_limits, &ColorLimits::changed, this, &SpectrogramView::requestColorLimits);
-    // From the bar
-    connect(m_colorbar, &Colorbar::doubleClicked, this, &SpectrogramView::fitScale);
-    connect(m_colorbar, &Colorbar::mouseMarkedValue, this, &SpectrogramView::highlightValue);
+    connect(m_controls->colorbar(), &Colorbar::mouseMarkedValue, this, &SpectrogramView::highlightValue);
 }
 
 void SpectrogramView::showSettingsForm(bool visible)
 {
-    m_spectraButton->setChecked(visible);
+    m_controls->spectraButton()->setChecked(visible);
     if (visible == m_selectionWidget->isVisible())
         return;
     if (visible)
-        m_selectionWidget->popUpBelow(m_spectraButton);
+        m_selectionWidget->popUpBelow(m_controls->spectraButton());
     else
         m_selectionWidget->hide();
 }
@@ -253,10 +152,10 @@ void SpectrogramView::appendRow()
     connect(plot, &Plot::valueCursorChanged, scale, &VerticalScaleWidget::showCursor);
     connect(this, &SpectrogramView::requestColorLimits, plot, &SpectrogramPlot::setColorLimits);
     connect(this, &SpectrogramView::smoothingChanged, plot, &SpectrogramPlot::setSmoothingCoef);
-    plot->setFillGaps(m_fillGapsAction->isChecked());
-    plot->setSmoothingCoef(m_smoothingEnabled ? m_smoothingSpinBox->value() : 0.0);
-    plot->setColormap(m_viewColormap);
-    plot->setWhiteBackground(m_whiteBackground);
+    plot->setFillGaps(m_controls->fillsGaps());
+    plot->setSmoothingCoef(m_controls->usedSmoothing());
+    plot->setColormap(m_controls->colormaps()->map());
+    plot->setWhiteBackground(isWhiteBackground());
     plot->setColorLimits(m_limits->lower(), m_limits->upper());
     addRow(scale, plot);
     viewLayout()->insertRow(viewLayout()->rowCount() - 1, scale, plot);
@@ -294,20 +193,19 @@ void SpectrogramView::configureRow(const Row &row, const SpectMath::SpectrumInfo
 
 // ---- colours
 
+const QString &SpectrogramView::colormapName() const
+{
+    return m_controls->colormaps()->mapName();
+}
+
+bool SpectrogramView::isWhiteBackground() const
+{
+    return m_controls->colormaps()->isWhite();
+}
+
 void SpectrogramView::setColormap(const QString &name, bool white)
 {
-    const Colormap::Map map = mapOf(name);
-    if (!map || (name == m_colormapName && white == m_whiteBackground))
-        return;
-    m_colormapName = name;
-    m_whiteBackground = white;
-    m_viewColormap = map;
-    showColors(map, white);
-    m_colorbar->setColormap(map);
-    for (QAction *action : m_colormapGroup->actions()) {
-        if (action->data().toString() == mapData(name, white))
-            action->setChecked(true);
-    }
+    m_controls->colormaps()->choose(name, white);
 }
 
 void SpectrogramView::showColors(const Colormap::Map &colormap, bool white)
@@ -318,27 +216,22 @@ void SpectrogramView::showColors(const Colormap::Map &colormap, bool white)
     });
 }
 
-void SpectrogramView::previewColormap(QAction *action)
-{
-    const QString entry = action->data().toString();
-    showColors(mapOf(entry.section(QLatin1Char('-'), 0, 0)), entry.endsWith(QLatin1String("-w")));
-}
-
 void SpectrogramView::restoreColormap()
 {
-    showColors(m_viewColormap, m_whiteBackground);
+    showColors(m_controls->colormaps()->map(), isWhiteBackground());
+    m_controls->colorbar()->setColormap(m_controls->colormaps()->map());
 }
 
 void SpectrogramView::highlightValue(double value)
 {
-    Colormap::Map map = m_viewColormap;
+    Colormap::Map map = m_controls->colormaps()->map();
     if (!std::isnan(value)) {
         const double threshold = (value - m_limits->lower()) / (m_limits->upper() - m_limits->lower());
-        map = Colormap::ThresholdColormap(m_viewColormap, threshold, markOpacity);
+        map = Colormap::ThresholdColormap(map, threshold, markOpacity);
     }
-    showColors(map, m_whiteBackground);
-    m_colorbar->setColormap(map);
-    m_colorbar->markValue(value);
+    showColors(map, isWhiteBackground());
+    m_controls->colorbar()->setColormap(map);
+    m_controls->colorbar()->markValue(value);
 }
 
 void SpectrogramView::fitScale()
@@ -374,24 +267,55 @@ void SpectrogramView::highSpinBoxChanged(double value)
     m_limits->setUpperValue(value);
 }
 
-// ---- smoothing
-
 void SpectrogramView::setSmoothingEnabled(bool on)
 {
-    if (on == m_smoothingEnabled)
-        return;
-    m_smoothingEnabled = on;
-    m_smoothingLabel->setVisible(on);
-    m_smoothingSpinBox->setVisible(on);
-    m_smoothingAction->setChecked(on);
-    const auto boxChanged = qOverload<double>(&QDoubleSpinBox::valueChanged);
-    if (on) {
-        Q_EMIT smoothingChanged(m_smoothingSpinBox->value());
-        connect(m_smoothingSpinBox, boxChanged, this, &SpectrogramView::smoothingChanged);
-    } else {
-        disconnect(m_smoothingSpinBox, boxChanged, this, &SpectrogramView::smoothingChanged);
-        Q_EMIT smoothingChanged(0.0);
+    m_controls->setSmoothing(on);
+}
+
+// ---- the stored setup
+
+QVariant SpectrogramView::settings() const
+{
+    QStringList ids = m_visibleSpectra.values();
+    ids.sort();
+    QVariantMap map;
+    // The height that was set counts, not the one that a layout has still to give.
+    map[SetupKeys::height] = minimumHeight() == maximumHeight() ? minimumHeight() : height();
+    map[SetupKeys::spectra] = ids;
+    if (m_limits->areSet()) {
+        map[SetupKeys::colorLower] = m_limits->lower();
+        map[SetupKeys::colorUpper] = m_limits->upper();
     }
+    map[SetupKeys::autoFillGaps] = m_controls->fillsGaps();
+    map[SetupKeys::smoothingEnabled] = m_controls->isSmoothing();
+    map[SetupKeys::smoothingCoef] = m_controls->smoothingWidth();
+    map[SetupKeys::colormap] = colormapName();
+    map[SetupKeys::whiteBackground] = isWhiteBackground();
+    return map;
+}
+
+void SpectrogramView::setSettings(const QVariant &settings)
+{
+    if (settings.type() != QVariant::Map)
+        return;
+    const QVariantMap map = settings.toMap();
+    restoreHeight(map.value(SetupKeys::height));
+
+    const QStringList ids = map.value(SetupKeys::spectra).toStringList();
+    m_visibleSpectra = QSet<QString>(ids.begin(), ids.end());
+    m_selectionWidget->setSelectedSpectra(m_visibleSpectra);
+    updateRows();
+
+    const auto limits = finiteRange(map, SetupKeys::colorLower, SetupKeys::colorUpper);
+    setScaleGiven(limits && m_limits->set(limits->first, limits->second));
+    m_controls->setFillGaps(boolOr(map, SetupKeys::autoFillGaps, true));
+    m_controls->setSmoothingWidth(finiteNumber(map.value(SetupKeys::smoothingCoef)).value_or(0.0));
+    m_controls->setSmoothing(boolOr(map, SetupKeys::smoothingEnabled, false));
+
+    // A setup that doesn't name the background is dark, though a new view is light.
+    const QVariant name = map.value(SetupKeys::colormap, QStringLiteral("jet"));
+    setColormap(name.type() == QVariant::String ? name.toString() : colormapName(),
+                boolOr(map, SetupKeys::whiteBackground, false));
 }
 
 } // namespace Tsb

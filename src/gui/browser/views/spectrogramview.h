@@ -8,19 +8,13 @@
 #include <QSet>
 #include <QStringList>
 
-class Colorbar;
-class QActionGroup;
-class QDoubleSpinBox;
 class QFrame;
-class QLabel;
-class QMenu;
-class QToolButton;
 
 namespace Tsb {
 
 class ColorLimits;
-class Resizer;
 class SpectraSelectionWidget;
+class SpectrogramControls;
 
 /// A spectrogram strip for each visible spectrum, with a scale on the left of each, and one colour bar for all.
 class SpectrogramView : public MultiPlotView<SpectrogramPlot, VerticalScaleWidget> {
@@ -33,8 +27,8 @@ public:
     /// Limits of the colours in decades; not a number until they are set.
     double colorLower() const;
     double colorUpper() const;
-    const QString &colormapName() const { return m_colormapName; }
-    bool isWhiteBackground() const { return m_whiteBackground; }
+    const QString &colormapName() const;
+    bool isWhiteBackground() const;
     /// An unknown name changes nothing.
     void setColormap(const QString &name, bool white);
 
@@ -65,39 +59,19 @@ private Q_SLOTS:
     void chooseSpectra(const QSet<QString> &ids);
 
 private:
-    void makeControls();
-    void makeActions();
-    QMenu *makeColormapMenu();
     void connectControls();
     void appendRow();
     void removeLastRow();
     void configureRow(const Row &row, const SpectMath::SpectrumInfoPointer &info);
     void showColors(const Colormap::Map &colormap, bool white);
-    void previewColormap(QAction *action);
     void restoreColormap();
-    QStringList sortedVisibleSpectra() const;
 
     std::shared_ptr<UiInfo> m_uiInfo;
     QSet<QString> m_visibleSpectra;
-    QFrame *m_noSpectraFrame = nullptr;
-    QWidget *m_controls = nullptr;
-    QToolButton *m_spectraButton = nullptr;
-    QToolButton *m_optionsButton = nullptr;
-    QAction *m_fitAction = nullptr;
-    QAction *m_fillGapsAction = nullptr;
-    QAction *m_smoothingAction = nullptr;
-    QAction *m_colormapAction = nullptr;
-    QActionGroup *m_colormapGroup = nullptr;
-    QLabel *m_smoothingLabel = nullptr;
-    QDoubleSpinBox *m_smoothingSpinBox = nullptr;
     ColorLimits *m_limits;
-    Colorbar *m_colorbar = nullptr;
-    QString m_colormapName = QStringLiteral("jet");
-    bool m_whiteBackground = true;
-    Colormap::Map m_viewColormap;
-    bool m_smoothingEnabled = false;
-    Resizer *m_resizer = nullptr;
-    SpectraSelectionWidget *m_selectionWidget = nullptr;
+    SpectrogramControls *m_controls;
+    SpectraSelectionWidget *m_selectionWidget; ///< a pop-up
+    QFrame *m_noSpectraFrame;
 };
 
 } // namespace Tsb

@@ -1,0 +1,123 @@
+#include "gui/browser/views/spectrogramcontrols.h"
+
+#include "gui/browser/controls/colorbar.h"
+#include "gui/browser/controls/colorlimitbox.h"
+#include "gui/browser/controls/colormapmenu.h"
+#include "gui/common/menubutton.h"
+
+#include <QAction>
+#include <QDoubleSpinBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QToolButton>
+
+namespace Tsb {
+
+namespace {
+
+constexpr int spacing = 3;
+
+} // namespace
+
+SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
+    : QWidget(parent), m_spectraButton(new QToolButton(this)), m_optionsButton(new MenuButton(this)),
+      m_smoothingLabel(new QLabel(tr("Smoothing:"), this)), m_smoothingBox(new QDoubleSpinBox(this)),
+      m_colorbar(new Colorbar(Qt::Horizontal, limits, this)), m_colormaps(new ColormapMenu(m_optionsButton))
+{
+    m_spectraButton->setText(tr("Spectrogram"));
+    m_spectraButton->setAutoRaise(true);
+    m_spectraButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    m_spectraButton->setCheckable(true);
+    m_optionsButton->setText(tr("Options"));
+    m_smoothingBox->setDecimals(1);
+    m_smoothingBox->setSingleStep(0.1);
+    m_smoothingBox->setRange(0.0, 10.0);
+    m_smoothingLabel->hide();
+    m_smoothingBox->hide();
+    makeOptions();
+
+    auto *const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(spacing);
+    layout->addWidget(m_spectraButton);
+    layout->addWidget(m_optionsButton);
+    layout->addWidget(m_smoothingLabel);
+    layout->addWidget(m_smoothingBox);
+    layout->addStretch();
+    layout->addWidget(new ColorLimitBox(limits, ColorLimitBox::Lower, this));
+    layout->addWidget(m_colorbar);
+    layout->addWidget(new ColorLimitBox(limits, ColorLimitBox::Upper, this));
+
+    connect(m_colorbar, &Colorbar::doubleClicked, this, &SpectrogramControls::fitRequested);
+    connect(m_fillGapsAction, &QAction::toggled, this, &SpectrogramControls::fillGapsChanged);
+    connect(m_smoothingAction, &QAction::toggled, this, &SpectrogramControls::showSmoothing);
+    connect(m_smoothingBox, qOverload<double>(&QDoubleSpinBox::valueChanged), this, [this](double width) {
+        if (isSmoothing())
+            Q_EMIT smoothingChanged(width);
+    });
+}
+
+void SpectrogramControls::makeOptions()
+{
+    connect(addOption(tr("Fit color map")), &QAction::triggered, this, &SpectrogramControls::fitRequested);
+    m_fillGapsAction = addOption(tr("Fill gaps"), tr("Fill gaps between records"));
+    m_fillGapsAction->setCheckable(true);
+    m_fillGapsAction->setChecked(true);
+    m_smoothingAction = addOption(tr("Smoothing"), tr("Enable spectrum smoothing"));
+    m_smoothingAction->setCheckable(true);
+    addOption(tr("Color map"))->setMenu(m_colormaps);
+
+    auto *const menu = new QMenu(m_optionsButton);
+    menu->setToolTipsVisible(true);
+    menu->addActions(m_options);
+    m_optionsButton->setMenu(menu);
+}
+
+QAction *SpectrogramControls::addOption(const QString &text, const QString &toolTip)
+{
+    auto *const action = new QAction(text, this);
+    if (!toolTip.isEmpty())
+        action->setToolTip(toolTip);
+    m_options << action;
+    return action;
+}
+
+bool SpectrogramControls::fillsGaps() const
+{
+    return m_fillGapsAction->isChecked();
+}
+
+void SpectrogramControls::setFillGaps(bool on)
+{
+    m_fillGapsAction->setChecked(on);
+}
+
+bool SpectrogramControls::isSmoothing() const
+{
+    return m_smoothingAction->isChecked();
+}
+
+void SpectrogramControls::setSmoothing(bool on)
+{
+    m_smoothingAction->setChecked(on);
+}
+
+double SpectrogramControls::smoothingWidth() const
+{
+    return m_smoothingBox->value();
+}
+
+void SpectrogramControls::setSmoothingWidth(double width)
+{
+    m_smoothingBox->setValue(width);
+}
+
+void SpectrogramControls::showSmoothing(bool on)
+{
+    m_smoothingLabel->setVisible(on);
+    m_smoothingBox->setVisible(on);
+    Q_EMIT smoothingChanged(usedSmoothing());
+}
+
+} // namespace Tsb

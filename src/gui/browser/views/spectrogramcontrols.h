@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QList>
+#include <QWidget>
+
+class Colorbar;
+class QAction;
+class QDoubleSpinBox;
+class QLabel;
+class QToolButton;
+
+namespace Tsb {
+
+class ColorLimits;
+class ColormapMenu;
+
+/// The row above the strips of a spectrogram view: what it shows, its options, smoothing, colour bar and limits. Owns
+/// the state of its options. The limits must live as long as the row.
+class SpectrogramControls : public QWidget {
+    Q_OBJECT
+public:
+    SpectrogramControls(ColorLimits &limits, QWidget *parent);
+
+    /// A checkable button that shows and hides the list of spectra.
+    QToolButton *spectraButton() const { return m_spectraButton; }
+    Colorbar *colorbar() const { return m_colorbar; }
+    ColormapMenu *colormaps() const { return m_colormaps; }
+    /// The options, for a context menu.
+    const QList<QAction *> &options() const { return m_options; }
+
+    bool fillsGaps() const;
+    void setFillGaps(bool on);
+    bool isSmoothing() const;
+    void setSmoothing(bool on);
+    /// The width that smoothing has while it is on.
+    double smoothingWidth() const;
+    void setSmoothingWidth(double width);
+    /// The width that is in use: 0 while smoothing is off.
+    double usedSmoothing() const { return isSmoothing() ? smoothingWidth() : 0.0; }
+
+Q_SIGNALS:
+    void fitRequested();
+    void fillGapsChanged(bool on);
+    /// Another width is in use.
+    void smoothingChanged(double width);
+
+private:
+    void makeOptions();
+    QAction *addOption(const QString &text, const QString &toolTip = QString());
+    void showSmoothing(bool on);
+
+    QToolButton *m_spectraButton;
+    QToolButton *m_optionsButton;
+    QLabel *m_smoothingLabel;
+    QDoubleSpinBox *m_smoothingBox;
+    Colorbar *m_colorbar;
+    ColormapMenu *m_colormaps;
+    QAction *m_fillGapsAction = nullptr;
+    QAction *m_smoothingAction = nullptr;
+    QList<QAction *> m_options;
+};
+
+} // namespace Tsb
