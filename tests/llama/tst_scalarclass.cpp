@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace Llama {
 
@@ -58,53 +57,10 @@ TEST(ScalarClass, classes_of_texts)
         EXPECT_EQ(Llama::classifyScalar(text.toUtf8().constData()), ScalarClass::String) << text.toStdString();
 }
 
-TEST(ScalarClass, values)
+TEST(ScalarClass, not_a_number_has_no_sign)
 {
-    const double inf = std::numeric_limits<double>::infinity();
-    const std::pair<const char *, QVariant> table[] = {
-        {"~", QVariant()},
-        {"On", true},
-        {"no", false},
-        {"0x1F", 31},
-        {"-0x1F", -31},
-        {"017", 15},
-        {"-017", -15},
-        {"-12", -12},
-        {"+98", 98},
-        {"-0", 0},
-        {"2147483647", 2147483647},
-        {"2147483648", 0},
-        {"12345678901", 0},
-        {"0x80000000", 0},
-        {"1,000", 0},
-        {"0,7", 0},
-        {"0x1,F", 0},
-        {"1.5", 1.5},
-        {"1.", 1.0},
-        {"09.5", 9.5},
-        {"1,000.5", 0.0},
-        {"1.5,0", 0.0},
-        {"1,0e+5", 0.0},
-        {"1e+5", 1e5},
-        {"09e+3", 9000.0},
-        {"-1.5E-3", -1.5e-3},
-        {"+.INF", inf},
-        {"-.inf", -inf},
-        {"1e5", "1e5"},
-        {"09", "09"},
-        {".5", ".5"},
-        {"y", "y"},
-        {"2019-09-12", "2019-09-12"},
-        {"1:30", "1:30"},
-        {"=", "="},
-    };
-    for (const auto &[text, expected] : table) {
-        const QVariant value = Llama::scalarValue(Llama::classifyScalar(text), text);
-        EXPECT_STREQ(value.typeName(), expected.typeName()) << text;
-        EXPECT_EQ(value, expected) << text;
-    }
-    EXPECT_TRUE(std::isnan(Llama::scalarValue(ScalarClass::NaN, ".nan").toDouble()));
-    EXPECT_FALSE(std::signbit(Llama::scalarValue(ScalarClass::NaN, ".nan").toDouble()));
+    const double nan = Llama::scalarValue(ScalarClass::NaN, ".nan").toDouble();
+    EXPECT_TRUE(std::isnan(nan) && !std::signbit(nan));
 }
 
 } // namespace

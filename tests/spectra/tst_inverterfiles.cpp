@@ -2,11 +2,13 @@
 
 #include "demo/zipwriter.h"
 #include "inverterfixture.h"
+#include "support/corpus.h"
 #include "support/files.h"
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
+#include <QTextStream>
 
 #include <random>
 
@@ -43,126 +45,60 @@ protected:
     QStringList errors;
 };
 
-QByteArray changed(QByteArray text, const char *from, const char *to)
+/// Settings and description in lines of text.
+QString described(const Inverter &inverter)
 {
-    EXPECT_TRUE(text.contains(from)) << from;
-    return text.replace(from, to);
-}
-
-TEST_F(InverterFiles, read_every_setting)
-{
-    const QByteArray text = inverterText(3, "ions neg", R"(inverter_name: alpha
-comment: a comment
-smoothing: 1.5
-initial_regul_coef: 0.2
-next_regul_coef: 3
-neg_remove_iterations: 4
-neg_remove_coef: 0.25
-regul_smoothing_coef: 0
-regul_off_diag_correction: yes
-regul_limit: 1e3
-neg_signal_bias: true
-)");
-    const InverterList list = load(write("a.inverter", text));
-    ASSERT_EQ(list.size(), 1u) << errors.join('\n').toStdString();
-    const InverterSettings &s = list[0]->settings();
-    EXPECT_EQ(s.instrumentMatrix.size1(), 3u);
-    EXPECT_EQ(s.instrumentMatrix(0, 0), 1.0);
-    EXPECT_EQ(s.instrumentMatrix(1, 2), 0.2);
-    EXPECT_EQ(s.postTransform.size1(), 0u);
-    EXPECT_EQ(s.smoothing, 1.5);
-    EXPECT_EQ(s.initialRegulCoef, 0.2);
-    EXPECT_EQ(s.nextRegulCoef, 3.0);
-    EXPECT_EQ(s.negRemoveIterations, 4);
-    EXPECT_EQ(s.negRemoveCoef, 0.25);
-    EXPECT_EQ(s.regulSmoothingCoef, 0.0);
-    EXPECT_TRUE(s.regulOffDiagCorrection);
-    EXPECT_TRUE(s.hasRegulLimit);
-    EXPECT_EQ(s.regulLimit, 1000.0) << "without a sign in its exponent it is a text that converts";
-    EXPECT_TRUE(s.negSignalBias);
-    const SpectrumInfo &info = *list[0]->info();
-    EXPECT_EQ(info.name, "ions neg");
-    EXPECT_EQ(info.inverterName, "alpha");
-    EXPECT_EQ(info.comment, "a comment");
-    EXPECT_EQ(info.opmode, "ions");
-    EXPECT_EQ(info.electrometerGroup, "neg");
-    EXPECT_EQ(info.scale, DistributionScale::radius);
-    EXPECT_EQ(info.radii[2], 4.0);
-    EXPECT_EQ(info.hash.toLatin1(), QCryptographicHash::hash(text, QCryptographicHash::Sha1).toHex());
-    EXPECT_EQ(info.inverterData, text);
-    // A density of 1 over the whole axis integrates to its length in decades.
-    double sum = 0;
-    for (const double weight : s.totalWeights)
-        sum += weight;
-    EXPECT_NEAR(sum, std::log10(4.0), 1e-12);
-}
-
-TEST_F(InverterFiles, formats_differ_in_their_keys)
-{
-    const QByteArray one = inverterText();
-    EXPECT_FALSE(load(write("a.sinv", one))[0]->settings().negSignalBias);
-    EXPECT_EQ(load(write("a.sinv", one))[0]->info()->inverterName, "a.sinv");
-    const QByteArray zero =
-        changed(changed(one, "format: 1", "format: 0"), "instrument_matrix", "instrument") + "neg_signal_bias: no\n";
-    EXPECT_TRUE(load(write("b.sinv", zero))[0]->settings().negSignalBias);
-    EXPECT_EQ(complaintOf(changed(one, "instrument_matrix", "instrument")),
-              "'instrument_matrix' was not found at DIR/x.sinv");
-    EXPECT_EQ(complaintOf("format: 2\n"), "Inverter requires a newer Morvantide/Quilvane.");
-    const QByteArray transformed =
-        changed(one, "posttransform:\n", "posttransform: {rows: 4, cols: 1, data: [[1],[1],[1],[1]]}\n");
-    EXPECT_EQ(load(write("c.sinv", transformed))[0]->settings().postTransform.size2(), 1u);
-    const QByteArray mobility = changed(changed(one, "type: radius", "type: mobility"), "unit: nm", "unit: cm^2/s/V");
-    EXPECT_EQ(load(write("d.sinv", mobility))[0]->info()->mobilities[3], 8.0);
-}
-
-TEST_F(InverterFiles, complain_in_their_own_words)
-{
-    const QByteArray good = inverterText();
-    const struct {
-        QByteArray text;
-        QString words;
-    } cases[] = {
-        {"", "File 'DIR/x.sinv' has bad structure"},
-        {"a: 1\n---\na: 1\n", "File 'DIR/x.sinv' has bad structure"},
-        {"[1, 2]\n", "File 'DIR/x.sinv' has bad structure"},
-        {changed(good, "posttransform:\n", ""), "'posttransform' was not found at DIR/x.sinv"},
-        {changed(good, "  mult: 10\n", "  mult: [1]\n"),
-         QString::fromUtf8("'DIR/x.sinv → instrument_matrix → mult' must be double, but was QVariantList")},
-        {changed(good, "rows: 4", "rows: 5"),
-         QString::fromUtf8(
-             "Setting 'DIR/x.sinv → instrument_matrix → data' must contain DIR/x.sinv → instrument_matrix → "
-             "data rows, but contains 5")},
-        {changed(good, "cols: 4", "cols: 3"),
-         QString::fromUtf8("Setting 'DIR/x.sinv → instrument_matrix → data → [0]' must contain DIR/x.sinv → "
-                           "instrument_matrix → data → [0] elements, but contains 3")},
-        {changed(good, "rows: 4", "rows: 0"), "File 'DIR/x.sinv' has bad structure"},
-        {changed(good, "rows: 4", "rows: 2147483647"), "File 'DIR/x.sinv' has bad structure"},
-        {changed(good, "cols: 4", "cols: -1"), "File 'DIR/x.sinv' has bad structure"},
-        {changed(good, "[10,", "[{},"),
-         QString::fromUtf8("'DIR/x.sinv → instrument_matrix → data → [0] → [0]' must be double, but was QVariantMap")},
-        {changed(good, "type: radius", "type: diameter"),
-         QString::fromUtf8("Setting 'DIR/x.sinv → xpoints → type' must be 'radius' or 'mobility'")},
+    const InverterSettings &s = inverter.settings();
+    const SpectrumInfo &i = *inverter.info();
+    QString text;
+    QTextStream out(&text);
+    const auto write = [&out](const char *name, const auto &numbers) {
+        out << name;
+        for (const double number : numbers)
+            out << ' ' << number;
+        out << '\n';
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(complaintOf(c.text), c.words);
-    EXPECT_THROW(load(write("u.sinv", changed(good, "yunit: 1/cm^3", "yunit: furlong"))), UnitParsingError);
+    out << "name " << i.name << ", mode " << i.opmode << ", group " << i.electrometerGroup << ", inverter "
+        << i.inverterName << ", comment " << i.comment << ", unit " << i.concentrationUnit.name << '\n';
+    write("mobilities", i.mobilities);
+    write("radii", i.radii);
+    out << s.instrumentMatrix.size1() << " x " << s.instrumentMatrix.size2() << '\n';
+    write("matrix", s.instrumentMatrix.data());
+    write("post-transform", s.postTransform.data());
+    write("smoothing", std::initializer_list<double>{s.smoothing, s.regulSmoothingCoef});
+    write("regularisation",
+          std::initializer_list<double>{s.initialRegulCoef, s.nextRegulCoef, s.hasRegulLimit ? s.regulLimit : noValue});
+    write("removal", std::initializer_list<double>{double(s.negRemoveIterations), s.negRemoveCoef});
+    out << (s.regulOffDiagCorrection ? "off-diagonal correction, " : "") << (s.negSignalBias ? "bias" : "no bias")
+        << '\n';
+    write("total weights", s.totalWeights);
+    return text;
+}
+
+TEST_F(InverterFiles, of_the_corpus_come_to_what_is_expected_of_them)
+{
+    expectCorpus("inverter", [](const QString &path) {
+        const QByteArray bytes = contentOf(path);
+        try {
+            const auto inverter = readInverterText(bytes, "DIR/x.sinv", unitTable());
+            EXPECT_EQ(inverter->info()->hash.toLatin1(),
+                      QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex());
+            EXPECT_EQ(inverter->info()->inverterData, bytes);
+            return described(*inverter);
+        } catch (const InverterFileError &error) {
+            return error.message() + '\n';
+        } catch (const UnitParsingError &error) {
+            return "unit: " + error.message() + '\n';
+        }
+    });
+}
+
+TEST_F(InverterFiles, that_are_bad_cost_themselves_and_tell_their_path)
+{
+    EXPECT_EQ(complaintOf("- 1"), "File 'DIR/x.sinv' has bad structure");
+    EXPECT_THROW(load(write("u.sinv", inverterText().replace("yunit: 1/cm^3", "yunit: furlong"))), UnitParsingError);
     EXPECT_TRUE(load(dir.filePath("absent/x.sinv")).empty());
     EXPECT_EQ(errors, QStringList{"Path '" + dir.filePath("absent/x.sinv") + "' does not exist"});
-}
-
-TEST_F(InverterFiles, odd_numbers_are_taken_as_they_are)
-{
-    const auto list = load(write("a.sinv", changed(inverterText(), "[10, 2, 0, 0]", "[.inf, .nan, '1,5', 010]")));
-    ASSERT_EQ(list.size(), 1u);
-    const RealMatrix &a = list[0]->settings().instrumentMatrix;
-    EXPECT_TRUE(std::isinf(a(0, 0)));
-    EXPECT_TRUE(std::isnan(a(0, 1)));
-    EXPECT_EQ(a(0, 2), 0.0);
-    EXPECT_EQ(a(0, 3), 0.8) << "a leading zero means octal";
-    EXPECT_TRUE(std::isinf(
-        load(write("b.sinv", changed(inverterText(), "mult: 10", "mult: 0")))[0]->settings().instrumentMatrix(0, 0)));
-    EXPECT_EQ(load(write("c.sinv", inverterText(1))).size(), 1u) << "a grid of one point";
-    EXPECT_EQ(load(write("d.sinv", changed(inverterText(), "[1, 2, 4, 8]", "[4, 1, 8, 2, 0, -1]"))).size(), 1u);
 }
 
 TEST_F(InverterFiles, maps_folders_and_packs)

@@ -1,7 +1,7 @@
 #include "util/zipreader.h"
 
 #include "demo/zipwriter.h"
-#include "support/files.h"
+#include "support/corpus.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -49,98 +49,35 @@ ZipWriter::Entry entry(const QByteArray &name, const QByteArray &data)
     return result;
 }
 
-TEST_F(ZipReading, finds_stored_deflated_and_streamed_entries_behind_a_comment)
+TEST_F(ZipReading, archives_of_the_corpus_come_to_what_is_expected_of_them)
 {
-    auto stored = entry("a/stored.sinv", "stored text");
-    stored.deflated = false;
-    auto streamed = entry("streamed.sinv", QByteArray(100000, 'x') + "end");
-    streamed.streamed = true;
-    streamed.localExtra = "local only";
-    auto directory = entry("a/", "");
-    directory.deflated = false;
-    auto link = entry("link.sinv", "a/stored.sinv");
-    link.madeBy = 3 << 8;
-    link.attributes = quint32(0120777) << 16;
-    auto windows = entry("b\\c.sinv", "backslash");
-
-    QZipReader zip(
-        write(ZipWriter().add(stored).add(streamed).add(directory).add(link).add(windows).finish("a comment")));
-    EXPECT_EQ(zip.status(), QZipReader::NoError);
-    ASSERT_EQ(zip.count(), 5);
-    EXPECT_EQ(zip.fileData("a/stored.sinv"), "stored text");
-    EXPECT_EQ(zip.fileData("streamed.sinv"), streamed.data);
-    EXPECT_EQ(zip.fileData("b/c.sinv"), "backslash");
-    EXPECT_TRUE(zip.entryInfoAt(0).isFile);
-    EXPECT_TRUE(zip.entryInfoAt(2).isDir);
-    EXPECT_TRUE(zip.entryInfoAt(3).isSymLink);
-    EXPECT_FALSE(zip.entryInfoAt(3).isFile);
-    EXPECT_EQ(zip.entryInfoAt(1).size, streamed.data.size());
-    EXPECT_TRUE(zip.entryInfoAt(7).filePath.isEmpty());
-    EXPECT_TRUE(zip.fileData("A/stored.sinv").isEmpty()) << "names are matched with case";
-    EXPECT_TRUE(warnings.isEmpty()) << warnings.join('\n').toStdString();
-}
-
-TEST_F(ZipReading, complains_in_its_own_words)
-{
-    const QByteArray good = ZipWriter().add("x.sinv", "some text").finish();
-    const int directory = good.indexOf("PK\x01\x02");
-    QByteArray badSignature = good;
-    badSignature[directory] = 'Q';
-    QByteArray longName = good, longExtra = good, longComment = good;
-    longName[directory + 29] = char(0x70);
-    longExtra[directory + 31] = char(0x70);
-    longComment[directory + 33] = char(0x70);
-    QByteArray moreEntries = good;
-    moreEntries[good.size() - 12] = 9;
-    QByteArray farDirectory = good;
-    farDirectory[good.size() - 3] = char(0x70);
-
-    const struct {
-        QByteArray archive;
-        QString warning;
-        int entries;
-    } cases[] = {
-        {"", "QZip: not a zip file!", 0},
-        {ZipWriter().finish(), "QZip: not a zip file!", 0},
-        {good.left(good.size() - 1), "QZip: EndOfDirectory not found", 0},
-        {farDirectory, "QZip: failed to parse zip file.", 0},
-        {badSignature, "QZip: invalid header signature, index may be incomplete", 0},
-        {longName, "QZip: Failed to read filename from zip index, index may be incomplete", 0},
-        {longExtra, "QZip: Failed to read extra field in zip file, skipping file, index may be incomplete", 0},
-        {longComment, "QZip: Failed to read read file comment, index may be incomplete", 0},
-        {moreEntries, "QZip: Failed to read complete header, index may be incomplete", 1},
-    };
-    for (const auto &c : cases) {
+    expectCorpus("zip", [](const QString &path) {
         warnings.clear();
-        QZipReader zip(write(c.archive));
-        EXPECT_EQ(zip.count(), c.entries) << c.warning.toStdString();
-        EXPECT_EQ(warnings, QStringList{c.warning});
-    }
-    EXPECT_NE(QZipReader(m_dir.filePath("absent.zip")).status(), QZipReader::NoError);
+        QZipReader zip(path);
+        EXPECT_EQ(zip.status(), QZipReader::NoError);
+        QString outcome;
+        for (int i = 0; i < zip.count(); ++i) {
+            const QZipReader::FileInfo entry = zip.entryInfoAt(i);
+            const QByteArray data = zip.fileData(entry.filePath);
+            outcome +=
+                QString("%1 %2 %3, of %4 bytes: %5 '%6'\n")
+                    .arg(entry.isDir       ? "folder"
+                         : entry.isSymLink ? "link"
+                         : entry.isFile    ? "file"
+                                           : "nothing",
+                         entry.filePath, QString::number(entry.crc, 16), QString::number(entry.size),
+                         QString::number(data.size()), QString::fromLatin1(data.left(40).toPercentEncoding(" ")));
+        }
+        return outcome + warnings.join('\n') + '\n';
+    });
 }
 
-TEST_F(ZipReading, broken_entries_come_back_empty)
+TEST_F(ZipReading, what_is_not_there_is_empty)
 {
-    auto encrypted = entry("x", "secret");
-    encrypted.flags = 1;
-    auto unknownMethod = entry("x", "text");
-    unknownMethod.declaredMethod = 12;
-    auto notDeflated = entry("x", "this is no deflate stream at all");
-    notDeflated.deflated = false;
-    notDeflated.declaredMethod = 8;
-    auto zeroSize = entry("x", "the declared size is a lie");
-    zeroSize.declaredSize = 0;
-    auto hugeSize = entry("x", "so is this");
-    hugeSize.declaredSize = 0xffffffff;
-
-    EXPECT_EQ(dataOf(ZipWriter().add(encrypted).finish(), "x"), "");
-    EXPECT_EQ(dataOf(ZipWriter().add(unknownMethod).finish(), "x"), "");
-    EXPECT_EQ(warnings, QStringList({"QZip: Unknown compression method", "QZip: Unknown compression method"}));
-    warnings.clear();
-    EXPECT_EQ(dataOf(ZipWriter().add(notDeflated).finish(), "x"), "");
-    EXPECT_EQ(warnings, QStringList{"QZip: Z_DATA_ERROR: Input data is corrupted"});
-    EXPECT_EQ(dataOf(ZipWriter().add(zeroSize).finish(), "x"), zeroSize.data);
-    EXPECT_EQ(dataOf(ZipWriter().add(hugeSize).finish(), "x"), hugeSize.data);
+    EXPECT_NE(QZipReader(m_dir.filePath("absent.zip")).status(), QZipReader::NoError);
+    QZipReader zip(write(ZipWriter().add("a.sinv", "text").finish()));
+    EXPECT_TRUE(zip.entryInfoAt(7).filePath.isEmpty());
+    EXPECT_TRUE(zip.fileData("A.sinv").isEmpty()) << "names are matched with case";
 }
 
 TEST_F(ZipReading, a_bomb_stops_at_its_bound)

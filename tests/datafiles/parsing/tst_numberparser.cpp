@@ -55,19 +55,8 @@ TEST(ParseField, plain_truths)
         EXPECT_TRUE(std::isnan(parseField(junk))) << junk;
 }
 
-TEST(ParseField, odd_fields_are_like_the_reference_to_the_bit)
+TEST(ParseField, odd_bytes_and_long_fields_are_like_the_reference_to_the_bit)
 {
-    const QByteArray fields =
-        "0 -0 0.0 -0.000 00 007 1. .5 -.5 +1.5 --1 +-1 -+1 1..2 1.2.3 .. -. e e5 e-05 .e-05 -e+05 1e5 1E5 1e+5 "
-        "1e+05 1e-05 1e+005 1e05 1.e+05 .5e-05 1e+0x 1ee+05 1e+05e+05 1.5e+22 1e+23 1e-22 1e-23 "
-        "123456789012345e+22 123456789012345e+08 99999999 12345678 123456789 1234567.8 12345678.9 "
-        "999999999999999 9999999999999999 9007199254740993 9007199254740992. 123456789012.345 "
-        "1234567890123456.7 0.123456789012345 0.12345678901234567 2.2250738585072011e-308 5e-324 2e-324 "
-        "1.7976931348623157e308 1.7976931348623159e308 nan NaN -nan NAN inf Inf -INF in na nanx infx 1_000 "
-        "1,000 1/2 1:2 1;5 123456/8 1234567890123:56 0x1p3 4. 12345678901234. .123456789012345 "
-        ".1234567890123456";
-    for (const QByteArray &field : fields.split(' '))
-        expectLikeReference(field.toStdString());
     for (const char *field : {"1 000", "\x80", "1\xb2", "\xff\xff\xff\xff", "\t1", "1\r"})
         expectLikeReference(field);
     for (const auto &field :

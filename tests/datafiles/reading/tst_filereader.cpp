@@ -150,22 +150,6 @@ TEST_F(FileReading, flags_are_one_object_over_blocks_but_ids_hold_in_one)
     EXPECT_EQ(record(0).flags[0], record(3).flags[0]);
 }
 
-TEST_F(FileReading, flag_levels_raise_above_their_threshold)
-{
-    write("1.diagnostics",
-          QByteArray(diagnosticsHeader)
-                  .replace("# \n",
-                           "# flags: [{type: '', message: low}, {type: warning, message: high, freq: 17}]\n# \n") +
-              row(0, "1\t2\t3\t4\t11") + row(1, "1\t2\t3\t4\t02") + row(2, "1\t2\t3\t4\tFa") + row(3, "1\t2\t3\t4\tF"));
-    read();
-    EXPECT_EQ(complaints(), QStringList("File 1.diagnostics, row 13: Ignoring invalid flags data"));
-    EXPECT_EQ(messagesOf(0), QStringList({"low"})) << "level 17 isn't above 17";
-    EXPECT_EQ(messagesOf(1), QStringList({"high"}));
-    EXPECT_EQ(messagesOf(2), QStringList({"low"})) << "lower case raises nothing";
-    EXPECT_EQ(record(3).variables[1], 4) << "the row loses only its flags";
-    EXPECT_EQ(record(1).flags[0]->type, Spectrometer::RecordFlag::Warning);
-}
-
 TEST_F(FileReading, rows_outside_of_the_limits_are_passed_over_in_silence)
 {
     beginLimit = recordTimeFromTicks((18000 * 86400 + 120) * ticksPerSecond);
@@ -179,23 +163,6 @@ TEST_F(FileReading, rows_outside_of_the_limits_are_passed_over_in_silence)
     EXPECT_EQ(record(0).endTime, beginLimit);
     EXPECT_EQ(complaints(), QStringList());
     EXPECT_EQ(ignoredRows(), 0);
-}
-
-TEST_F(FileReading, zones_and_missing_begins)
-{
-    write("1.flags", QByteArray(flagsHeader) +
-                         "2019-09-12 12:00:00.000000+02:00\t2019-09-12 12:01:00.000000+02:30\tions\t\n" +
-                         "\t2019-09-12 13:00:00.000000+02:30\tions\t\n" + "x\t2019-09-12 14:00:00\t \t\n");
-    read();
-    ASSERT_EQ(recordCount(), 3);
-    EXPECT_EQ(record(0).beginUtcOffset, 7200);
-    EXPECT_EQ(record(0).endUtcOffset, 9000);
-    EXPECT_EQ(timeToString(record(0).beginTime, "%H:%M"), "10:00");
-    EXPECT_EQ(timeToString(record(1).beginTime, "%H:%M"), "10:30");
-    EXPECT_EQ(record(1).beginTime, record(1).endTime);
-    EXPECT_EQ(record(1).beginUtcOffset, 9000) << "the end's offset comes with its time";
-    EXPECT_EQ(record(2).beginUtcOffset, 0);
-    EXPECT_EQ(modeOf(2), "") << "an empty mode is a mode";
 }
 
 TEST_F(FileReading, a_wide_header_over_short_rows_does_not_eat_memory)
