@@ -35,61 +35,31 @@ QStringList groupsOf(const TimeAxis &axis)
     return groups;
 }
 
-struct AxisCase {
-    const char *name;
-    TimeScale scale;
-    int width;
-    std::int64_t offset;
-    QStringList labels;
-    QStringList groups;
-};
-
 TEST(TimeAxis, LabelsAndGroups)
 {
-    const AxisCase cases[] = {
-        {"seconds", {at("2021-05-06T10:20:30"), second / 100, 0}, 250, 0, {"31", "32"}, {"0-250 2021-05-06 10:20"}},
-        {"a step must exceed 60 pixels; the origin stands inside",
-         {at("2021-05-06T10:20:30"), second / 2, 100},
-         240,
-         0,
-         {"10:20", "10:21"},
-         {"0-240 2021-05-06"}},
-        {"midnight",
-         {at("2021-05-06T22:30:00"), 60 * second, 0},
-         300,
-         0,
-         {"00:00", "03:00"},
-         {"0-90 2021-05-06", "90-300 2021-05-07"}},
-        {"the offset moves the texts, not the ticks",
-         {at("2021-05-06T22:30:00"), 60 * second, 0},
-         300,
-         7200,
-         {"02:00", "05:00"},
-         {"0-90 2021-05-06", "90-300 2021-05-07"}},
-        {"half hours get their minutes",
-         {at("2021-05-06T22:30:00"), 60 * second, 0},
-         300,
-         -12600,
-         {"20:30", "23:30"},
-         {"0-300 2021-05-06"}},
-        {"days and months",
-         {at("2021-02-26T00:00:00"), 1400 * second, 0},
-         310,
-         0,
-         {"27", "28", "01", "02", "03"},
-         {"0-185 2021-02", "185-310 2021-03"}},
-        {"before the epoch there is no text",
-         {at("1969-12-31T23:59:58"), second / 100, 0},
-         350,
-         0,
-         {"00", "01"},
-         {"0-200 ", "200-350 1970-01-01 00:00"}},
+    const struct {
+        const char *origin;
+        double secondsPerPixel;
+        int originPixel, width;
+        std::int64_t offset;
+        const char *labels, *groups;
+    } cases[] = {
+        {"2021-05-06T10:20:30", 0.01, 0, 250, 0, "31 32", "0-250 2021-05-06 10:20"},
+        // A step must exceed 60 pixels; the origin stands inside.
+        {"2021-05-06T10:20:30", 0.5, 100, 240, 0, "10:20 10:21", "0-240 2021-05-06"},
+        {"2021-05-06T22:30:00", 60, 0, 300, 0, "00:00 03:00", "0-90 2021-05-06, 90-300 2021-05-07"},
+        // The offset moves the texts, not the ticks.
+        {"2021-05-06T22:30:00", 60, 0, 300, 7200, "02:00 05:00", "0-90 2021-05-06, 90-300 2021-05-07"},
+        {"2021-05-06T22:30:00", 60, 0, 300, -12600, "20:30 23:30", "0-300 2021-05-06"},
+        {"2021-02-26T00:00:00", 1400, 0, 310, 0, "27 28 01 02 03", "0-185 2021-02, 185-310 2021-03"},
+        // Before the epoch there is no text.
+        {"1969-12-31T23:59:58", 0.01, 0, 350, 0, "00 01", "0-200 , 200-350 1970-01-01 00:00"},
     };
-    for (const AxisCase &c : cases) {
-        SCOPED_TRACE(c.name);
-        const TimeAxis axis = Tsb::timeAxis(c.scale, c.width, c.offset, {});
-        EXPECT_EQ(labelsOf(axis, c.width), c.labels);
-        EXPECT_EQ(groupsOf(axis), c.groups);
+    for (const auto &c : cases) {
+        const TimeScale scale(at(c.origin), std::int64_t(c.secondsPerPixel * second), c.originPixel);
+        const TimeAxis axis = Tsb::timeAxis(scale, c.width, c.offset, {});
+        EXPECT_EQ(labelsOf(axis, c.width).join(' '), c.labels) << c.origin;
+        EXPECT_EQ(groupsOf(axis).join(", "), c.groups) << c.origin;
     }
 }
 

@@ -23,9 +23,23 @@ bool isWindowHeader(const QString &include)
     return false;
 }
 
-QString readable(const QStringList &faults)
+QSet<QString> targetsOf(const QVector<Room> &rooms)
 {
-    return faults.join('\n');
+    QSet<QString> targets;
+    for (const Room &room : rooms)
+        targets << room.target;
+    return targets;
+}
+
+void expectNone(const QStringList &faults)
+{
+    EXPECT_TRUE(faults.isEmpty()) << qPrintable(faults.join('\n'));
+}
+
+/// The sources of the product.
+QStringList sources()
+{
+    return filesBelow("src", sourceNames) + filesBelow("demo", sourceNames);
 }
 
 } // namespace
@@ -34,13 +48,11 @@ TEST(House, EveryRoomIncludesWhatItNeedsAndNeedsWhatItIncludes)
 {
     const QVector<Room> rooms = roomTable();
     QMap<QString, QSet<QString>> unused; // by the room's place
-    QSet<QString> targets;
-    for (const Room &room : rooms)
-        targets << room.target;
+    const QSet<QString> targets = targetsOf(rooms);
     for (const Room &room : rooms)
         unused[room.place] = QSet<QString>(room.needs.begin(), room.needs.end()) & targets;
     QStringList faults;
-    for (const QString &file : filesBelow("src", sourceNames) + filesBelow("demo", sourceNames)) {
+    for (const QString &file : sources()) {
         const Room *room = roomOf(rooms, file);
         if (!room)
             continue; // built without windows
@@ -59,15 +71,14 @@ TEST(House, EveryRoomIncludesWhatItNeedsAndNeedsWhatItIncludes)
             faults << QString("%1 names %2 but includes nothing of it").arg(room.place, target);
     }
     EXPECT_GT(rooms.size(), 10);
-    EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));
+    expectNone(faults);
 }
 
 TEST(House, ArrowsRunOneWay)
 {
-    QSet<QString> all, above;
     const QVector<Room> rooms = roomTable();
-    for (const Room &room : rooms)
-        all << room.target;
+    const QSet<QString> all = targetsOf(rooms);
+    QSet<QString> above;
     QStringList faults;
     for (const Room &room : rooms) {
         for (const QString &need : room.needs) {
@@ -76,7 +87,7 @@ TEST(House, ArrowsRunOneWay)
         }
         above << room.target;
     }
-    EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));
+    expectNone(faults);
 }
 
 TEST(House, NoFolderIsCrowded)
@@ -93,10 +104,8 @@ TEST(House, TheDocumentedTableOfRoomsIsTheBuilds)
     if (QStringLiteral(WINDOW_FOLDERS).isEmpty())
         GTEST_SKIP() << "built without windows, so without half of the rooms";
     const QString text = textOf("ARCHITECTURE.md");
-    QSet<QString> all;
     const QVector<Room> rooms = roomTable();
-    for (const Room &room : rooms)
-        all << room.target;
+    const QSet<QString> all = targetsOf(rooms);
     for (const Room &room : rooms) {
         if (room.place.endsWith(".cpp"))
             continue;
@@ -147,7 +156,7 @@ TEST(House, EverySourceIsListedByItsFolder)
                 faults << file;
         }
     }
-    EXPECT_TRUE(faults.isEmpty()) << "in no list of sources:\n" << qPrintable(readable(faults));
+    expectNone(faults);
 }
 
 /// Number conversions that obey the user's locale would read "1.5" as 1 where a comma is the decimal point.
@@ -157,14 +166,12 @@ TEST(House, NoConversionObeysTheUsersLocale)
         QStringLiteral("\\b(strtod|strtof|strtold|atof|stod|stof|stold|sscanf|snprintf|sprintf|ostringstream|"
                        "istringstream|stringstream)\\b\\s*[(<\\w]|\\bto_string\\s*\\("));
     QStringList faults;
-    for (const char *folder : {"src", "demo"}) {
-        for (const QString &file : filesBelow(folder, sourceNames)) {
-            const QString code = withoutCommentsAndTexts(textOf(file));
-            for (auto it = call.globalMatch(code); it.hasNext();)
-                faults << QString("%1: %2").arg(file, it.next().captured());
-        }
+    for (const QString &file : sources()) {
+        const QString code = withoutCommentsAndTexts(textOf(file));
+        for (auto it = call.globalMatch(code); it.hasNext();)
+            faults << QString("%1: %2").arg(file, it.next().captured());
     }
-    EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));
+    expectNone(faults);
 }
 
 /// "%1 %2" filled by two calls in a row fills a "%2" inside the first value as well.
@@ -173,13 +180,11 @@ TEST(House, MarkersAreFilledInOnePass)
     EXPECT_EQ(chainedArgLines("a.arg(b(1), c);\nx.arg(y(\")\"))\n  .arg(z);"), QList<int>{2});
     EXPECT_EQ(chainedArgLines("a.arg(b.arg(c)); // x.arg(1).arg(2)"), QList<int>{});
     QStringList faults;
-    for (const char *folder : {"src", "demo"}) {
-        for (const QString &file : filesBelow(folder, sourceNames)) {
-            for (int line : chainedArgLines(textOf(file)))
-                faults << QString("%1:%2").arg(file, QString::number(line));
-        }
+    for (const QString &file : sources()) {
+        for (int line : chainedArgLines(textOf(file)))
+            faults << QString("%1:%2").arg(file, QString::number(line));
     }
-    EXPECT_TRUE(faults.isEmpty()) << qPrintable(readable(faults));
+    expectNone(faults);
 }
 
 /// Who filters or searches the log goes by a few areas. A plot's line of debugging tells its place instead.

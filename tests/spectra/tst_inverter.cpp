@@ -136,7 +136,6 @@ TEST(Inverter, agrees_with_the_plain_transcription)
 {
     CaseMaker maker(20190912);
     int compared = 0, statuses[5] = {}, undefined = 0;
-    double worst = 0;
     for (int k = 0; k < 6000; ++k) {
         const Case c = maker.make();
         const reference::Result expected = reference::run(c.settings, c.signal, c.variance);
@@ -163,14 +162,9 @@ TEST(Inverter, agrees_with_the_plain_transcription)
         residuals.add(spectrum->currentTotalError, expected.total);
         for (const double s : c.signal)
             residuals.scale(std::isfinite(s) ? std::fabs(s) : 0);
-        for (const Difference &d : {concentrations, covariances, residuals}) {
-            worst = std::max(worst, d.relative());
+        for (const Difference &d : {concentrations, covariances, residuals})
             ASSERT_LE(d.relative(), 1e-9) << "case " << k;
-        }
     }
-    RecordProperty("worst", std::to_string(worst));
-    std::printf("%d cases, worst %.1e; status 0 %d (%d not a number), 2 %d, 3 %d, 4 %d\n", compared, worst, statuses[0],
-                undefined, statuses[2], statuses[3], statuses[4]);
     EXPECT_GE(compared, 5000);
     EXPECT_GE(statuses[2], 20);
     EXPECT_GE(statuses[3], 20);
@@ -206,19 +200,26 @@ TEST(Inverter, physical_records_take_the_factored_way)
     EXPECT_GE(removals, 400) << "or there was nothing to see";
 }
 
-TEST(Inverter, removal_moves_all_coupled_classes)
+/// Classes of the same number of electrometers, each coupled to its neighbours.
+InverterSettings coupled(std::size_t n, double coupling, double regulLimit)
 {
     InverterSettings settings;
-    settings.instrumentMatrix = RealMatrix(4, 4, 0.0);
-    for (std::size_t i = 0; i < 4; ++i) {
+    settings.instrumentMatrix = RealMatrix(n, n, 0.0);
+    for (std::size_t i = 0; i < n; ++i) {
         settings.instrumentMatrix(i, i) = 1.0;
         if (i > 0)
-            settings.instrumentMatrix(i, i - 1) = settings.instrumentMatrix(i - 1, i) = 0.6;
+            settings.instrumentMatrix(i, i - 1) = settings.instrumentMatrix(i - 1, i) = coupling;
     }
     settings.hasRegulLimit = true;
-    settings.regulLimit = 0.1;
-    settings.totalWeights = RealVector(4, 1.0);
+    settings.regulLimit = regulLimit;
     settings.negSignalBias = false;
+    return settings;
+}
+
+TEST(Inverter, removal_moves_all_coupled_classes)
+{
+    InverterSettings settings = coupled(4, 0.6, 0.1);
+    settings.totalWeights = RealVector(4, 1.0);
     const RealVector s = realVector({9, -4, 9, 2}), v(4, 1.0);
     QString report;
     const auto spectrum = Inverter(settings, infoOf(4)).invert(s, v, &report);
@@ -263,16 +264,8 @@ TEST(Inverter, failed_spectra_keep_their_place)
 TEST(Inverter, reduced_to_nothing)
 {
     // Eight classes of their own, all negative: they go one after the other.
-    InverterSettings settings;
-    settings.instrumentMatrix = RealMatrix(8, 8, 0.0);
-    settings.negSignalBias = false;
-    settings.hasRegulLimit = true;
-    settings.regulLimit = 1.0;
-    RealVector s(8), v(8, 1.0);
-    for (std::size_t i = 0; i < 8; ++i) {
-        settings.instrumentMatrix(i, i) = 1.0;
-        s[i] = -double(i + 1);
-    }
+    InverterSettings settings = coupled(8, 0, 1);
+    const RealVector s = realVector({-1, -2, -3, -4, -5, -6, -7, -8}), v(8, 1.0);
     settings.negRemoveIterations = 8;
     QString report;
     auto spectrum = Inverter(settings, infoOf(8)).invert(s, v, &report);
