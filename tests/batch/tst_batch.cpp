@@ -238,8 +238,9 @@ TEST_F(DayFolder, AFileCallThatFailsInASaveIsToldWithItsStatus)
     Batch::SaveOptions options;
     options.read.folder = path("in");
     options.read.variant = options.outputVariant = "block";
+    options.outputFolder = path("before");
+    ASSERT_EQ(Batch::runSave(options), 0);
     options.outputFolder = path("out");
-    ASSERT_EQ(run({"save", "{}/in", "--variant", "block", "--output", "{}/before"}).code, 0);
     for (bool append : {false, true}) {
         options.append = append;
         const auto run = [&] {
