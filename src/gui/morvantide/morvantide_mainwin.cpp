@@ -8,39 +8,35 @@
 #include "gui/common/iconhelp.h"
 #include "gui/common/menubutton.h"
 #include "gui/common/recordviews/reportview.h"
-#include "gui/morvantide/datachooserdialog.h"
-#include "gui/morvantide/recentfolders.h"
+#include "gui/morvantide/filechoices.h"
+#include "gui/morvantide/morvantideinfowindow.h"
 #include "gui/morvantide/settingsfile.h"
+#include "spectra/inverterfiles.h"
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QFileDialog>
+#include <QDir>
 #include <QGuiApplication>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
 #include <QScreen>
 #include <QSettings>
-#include <QStandardPaths>
+#include <QStatusBar>
 #include <QStyle>
 #include <QToolBar>
 
 namespace {
 
 constexpr QSize firstSize(1280, 860);
-const QString choiceKey = QStringLiteral("datachooser");
-const QString foldersKey = QStringLiteral("datachooserOldPaths");
-const QString pickedPathKey = QStringLiteral("lastpathpickfiles");
-
-QString applicationSettingsFile()
-{
-    return settingsFilePath(QCoreApplication::applicationDirPath(),
-                            QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
-}
 
 } // namespace
 
 MorvantideMainWindow::MorvantideMainWindow(QWidget *parent) : MorvantideMainWindow(applicationSettingsFile(), parent) {}
 
 MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget *parent)
-    : MainWindowBase(parent), m_loader(this), m_inverterLoader(this), m_reinversion(this)
+    : MainWindowBase(parent), m_loader(this), m_inverterLoader(this), m_reinversion(this),
+      m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, this)
 {
     setAboutInfo(QStringLiteral("Morvantide"),
                  tr("Viewing and analysis of data measured with aerosol and ion mobility spectrometers."));
@@ -52,7 +48,8 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     setBrowsingEnabled(false);
     setTitle(false);
     connect(&m_loader, &DataLoader::finished, this, &MorvantideMainWindow::fileReaderFinished);
-    connect(this, &MorvantideMainWindow::invertersChanged, reportView(), &RecordViews::ReportView::setInverters);
+    connect(&m_inverters, &InvertersInUse::changed, reportView(), &RecordViews::ReportView::setInverters);
+    connect(&m_inverters, &InvertersInUse::changed, this, &MorvantideMainWindow::invertersChanged);
 
     if (!settingsFile.startsWith(QCoreApplication::applicationDirPath()))
         logger().log(Log::Info, QStringLiteral("Settings are kept in '%1'.").arg(settingsFile));
@@ -111,7 +108,6 @@ void MorvantideMainWindow::setupMenus()
     fileMenu()->insertAction(actions().quit, m_saveAction);
     fileMenu()->insertSeparator(actions().quit);
     setupSpectraMenu();
-    m_spectraMenu->addAction(m_infoAction);
 }
 
 void MorvantideMainWindow::setTitle(bool incomplete)
@@ -127,14 +123,13 @@ void MorvantideMainWindow::setTitle(bool incomplete)
 void MorvantideMainWindow::terminateSignal()
 {
     storeMainWindowState();
-    if (m_saver)
-        m_saver->reject(); // ends the writing, which runs the event loop only now and then
+    m_saving.stop(); // it runs the event loop only now and then
     QCoreApplication::quit();
 }
 
 std::shared_ptr<Datastore> MorvantideMainWindow::currentDatastoreFor(int dpVariantId)
 {
-    return dpVariantId == 0 ? m_store : nullptr;
+    return dpVariantId == 0 ? datastore() : nullptr;
 }
 
 // ---- choosing
@@ -157,33 +152,19 @@ void MorvantideMainWindow::showDataDirChoice()
 
 void MorvantideMainWindow::showDataDirChoice(const QVariantMap &newchoice)
 {
-    const QStringList folders = settings()->value(foldersKey).toStringList();
-    DataChooserDialog dialog(this);
-    dialog.setOldPaths(folders);
-    dialog.setChoice(newchoice.isEmpty() ? settings()->value(choiceKey).toMap() : newchoice);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QVariantMap choice = dialog.choice();
-    const QString folder = choice.value(QStringLiteral("folderName")).toString();
-    settings()->setValue(choiceKey, choice);
-    settings()->setValue(foldersKey, recentFoldersWith(folders, folder));
-    openFiles({folder, findDataFiles(choice), choice.value(QStringLiteral("variant")).toString()});
+    if (const auto request = FileChoices(settings(), this).askForFolder(newchoice))
+        openFiles(*request);
 }
 
 void MorvantideMainWindow::showDataFileChoice()
 {
-    QFileDialog dialog(this, tr("Select files"), settings()->value(pickedPathKey).toString());
-    dialog.setFileMode(QFileDialog::ExistingFiles);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QString folder = dialog.directory().absolutePath();
-    settings()->setValue(pickedPathKey, folder);
-    openFiles({folder, dialog.selectedFiles(), {}});
+    if (const auto request = FileChoices(settings(), this).askForFiles())
+        openFiles(*request);
 }
 
 // ---- opening and closing
 
-void MorvantideMainWindow::openFiles(const Request &request)
+void MorvantideMainWindow::openFiles(const DataRequest &request)
 {
     if (isReading()) {
         logger().log(Log::Error, QStringLiteral("Can not open files while reading previous files is in progress"));
@@ -221,16 +202,15 @@ void MorvantideMainWindow::fileReaderFinished(const DataLoader::Result &result)
 
 void MorvantideMainWindow::showData(FileReader &reader)
 {
-    m_store = reader.datastore();
     DpVariant variant;
     variant.name = variant.shortName = m_request.variant;
     reader.metadata()->dpVariants.insert(0, variant);
     uiInfo()->setData(reader.metadata(), reader.spectrumInfos().toList());
     uiInfo()->publish();
     setBrowsingEnabled(true);
-    setDatastore(m_store);
+    setDatastore(reader.datastore());
+    m_inverters.setDatastore(reader.datastore());
     updateKeepingActions();
-    m_reinversionCount = 0;
     updateReinversionActions();
     fitTimescale();
     if (!browser()->hasViews())
@@ -252,12 +232,169 @@ void MorvantideMainWindow::closeData()
     setTitle(false);
     clearWindowSetup();
     setDatastore(nullptr);
-    m_store.reset();
     uiInfo()->clear();
     uiInfo()->publish();
-    m_inverters.clear();
-    Q_EMIT invertersChanged(m_inverters);
+    m_inverters.setDatastore(nullptr);
     setBrowsingEnabled(false);
     updateKeepingActions();
     updateReinversionActions();
+}
+
+// ---- saving, and the list of spectra
+
+void MorvantideMainWindow::setupKeepingActions()
+{
+    m_saveAction = new QAction(namedIcon(QStringLiteral("save-data")), tr("Save data..."), this);
+    m_infoAction = new QAction(namedIcon(QStringLiteral("measurement-info")), tr("Spectra info"), this);
+    m_infoAction->setIconText(tr("Spectra"));
+    connect(m_saveAction, &QAction::triggered, this, &MorvantideMainWindow::saveData);
+    connect(m_infoAction, &QAction::triggered, this, &MorvantideMainWindow::showInfoWindow);
+    updateKeepingActions();
+    m_infoAction->setEnabled(true); // until data were closed: only then it has lost what it told of
+}
+
+void MorvantideMainWindow::updateKeepingActions()
+{
+    m_saveAction->setEnabled(datastore() != nullptr);
+    m_infoAction->setEnabled(datastore() != nullptr);
+    m_saving.setReadVariant(m_request.variant);
+}
+
+void MorvantideMainWindow::saveData()
+{
+    m_saving.run(datastore(), *settings());
+}
+
+void MorvantideMainWindow::showInfoWindow()
+{
+    if (m_infoWindow)
+        m_infoWindow->close();
+    delete m_infoWindow;
+    m_infoWindow = new MorvantideInfoWindow(uiInfo(), this);
+    m_infoWindow->setRecordsText([this](UiInfo::InfoKey spectrum) { return recordsText(spectrum); });
+    connect(m_infoWindow, &MorvantideInfoWindow::requestSpectrumRemove, this, &MorvantideMainWindow::removeSpectrum);
+    m_infoWindow->show();
+}
+
+QString MorvantideMainWindow::recordsText(UiInfo::InfoKey spectrum) const
+{
+    const auto series = datastore() ? datastore()->series(spectrum) : nullptr;
+    return tr("%1 of %2 records have this spectrum")
+        .arg(QString::number(series ? series->size() : 0), QString::number(datastore() ? datastore()->size() : 0));
+}
+
+// ---- reinversion
+
+void MorvantideMainWindow::setupSpectraMenu()
+{
+    m_reinvertAction = new QAction(namedIcon(QStringLiteral("reinvert")), tr("Reinvert..."), this);
+    m_cancelReinvertAction = new QAction(tr("Cancel reinversion"), this);
+    connect(m_reinvertAction, &QAction::triggered, this, &MorvantideMainWindow::reinvert);
+    connect(m_cancelReinvertAction, &QAction::triggered, this, &MorvantideMainWindow::cancelReinvert);
+    connect(&m_inverterLoader, &InverterLoader::finished, this, &MorvantideMainWindow::invertersLoaded);
+    connect(&m_reinversion, &Reinversion::finished, this, &MorvantideMainWindow::reinversionFinished);
+    connect(&m_reinversion, &Reinversion::queueStatus, this, &MorvantideMainWindow::inversionQueueStatus);
+    updateReinversionActions();
+
+    auto *menu = new QMenu(tr("Spectra"), this);
+    menu->addActions({m_reinvertAction, m_cancelReinvertAction, actions().inversionStats, m_infoAction});
+    menuBar()->insertMenu(viewMenu()->menuAction(), menu);
+
+    m_queueStatusLabel = new QLabel(this);
+    m_queueStatusLabel->setObjectName(QStringLiteral("queueStatusLabel"));
+    m_queueStatusLabel->setMinimumWidth(m_queueStatusLabel->fontMetrics().horizontalAdvance(tr("0000 records/s")));
+    m_queueStatusLabel->setToolTip(tr("Data inversion rate in records per second\n"
+                                      "(optionally also inversion queue length)"));
+    statusBar()->addPermanentWidget(m_queueStatusLabel);
+}
+
+void MorvantideMainWindow::updateReinversionActions()
+{
+    m_reinvertAction->setEnabled(datastore() != nullptr); // during a run too: it asks then
+    m_cancelReinvertAction->setEnabled(isReinverting());
+}
+
+// ---- starting
+
+void MorvantideMainWindow::reinvert()
+{
+    if (!datastore()) {
+        logger().log(Log::Warning, QStringLiteral("No data to invert!"));
+        return;
+    }
+    if (m_inverterLoader.isLoading())
+        return; // its dialog stands before the window
+    if (isReinverting()) {
+        QMessageBox question(QMessageBox::Question, QStringLiteral("Morvantide"),
+                             tr("An inversion already in progress."), QMessageBox::Abort | QMessageBox::Cancel, this);
+        question.setInformativeText(tr("Do you want to abort the current inversion?"));
+        question.setDefaultButton(QMessageBox::Cancel);
+        if (question.exec() == QMessageBox::Abort)
+            cancelReinvert();
+        return;
+    }
+    const QStringList files = FileChoices(settings(), this).askForInverters();
+    if (!files.isEmpty())
+        m_inverterLoader.start(files);
+}
+
+void MorvantideMainWindow::invertersLoaded(const InverterLoader::Result &result)
+{
+    if (result.cancelled)
+        return;
+    SpectMath::tellLoadingErrors(logger(), result.errors, !result.inverters.empty());
+    if (!result.inverters.empty())
+        startReinversion(m_inverters.take(result.inverters));
+    else if (result.errors.isEmpty())
+        logger().log(Log::Warning, QStringLiteral("No inverters!"));
+    else
+        logger().log(Log::Error, QStringLiteral("Reinversion failed!"));
+}
+
+void MorvantideMainWindow::startReinversion(const SpectMath::InverterList &inverters)
+{
+    if (isReinverting()) {
+        logger().log(Log::Critical, QStringLiteral("Possible software bug: an inversion queue is already present."));
+        return;
+    }
+    logger().log(Log::Info, QStringLiteral("Starting reinversion"));
+    m_reinversion.start(datastore(), uiInfo()->metadata(), inverters);
+    updateReinversionActions();
+}
+
+// ---- while it runs, and its end
+
+void MorvantideMainWindow::inversionQueueStatus(int length, int speed)
+{
+    m_queueStatusLabel->setText(
+        length < 1 ? tr("%1 records/s").arg(speed)
+                   : tr("%1 records/s (%2 in queue)").arg(QString::number(speed), QString::number(length)));
+}
+
+void MorvantideMainWindow::cancelReinvert()
+{
+    if (!isReinverting())
+        return updateReinversionActions();
+    const QString done = QString::number(m_reinversion.recordsDone());
+    const QString count = QString::number(m_reinversion.recordCount());
+    m_reinversion.cancel();
+    logger().log(Log::Warning, QStringLiteral("Reinversion cancelled after %1 of %2 records").arg(done, count));
+    reinversionFinished(); // which is said of a cancelled one too
+}
+
+void MorvantideMainWindow::reinversionFinished()
+{
+    logger().log(Log::Info, QStringLiteral("Reinversion finished!"));
+    m_queueStatusLabel->clear();
+    browser()->redrawPlots(); // gaps whose end wasn't there yet when their begin was drawn
+    updateReinversionActions();
+}
+
+void MorvantideMainWindow::removeSpectrum(const SpectMath::SpectrumInfo *spectrumptr)
+{
+    if (!isReinverting())
+        return m_inverters.remove(spectrumptr);
+    cancelReinvert();
+    logger().log(Log::Error, QStringLiteral("Can't remove spectrum while reinversion in progress!"));
+    m_inverters.ignoreRemovals(); // only another click means them
 }

@@ -2,10 +2,11 @@
 
 #include "gui/frame/mainwindowbase.h"
 #include "gui/morvantide/dataloader.h"
-#include "gui/morvantide/datasaverdialog.h"
+#include "gui/morvantide/datasaving.h"
+#include "gui/morvantide/filechoices.h"
 #include "gui/morvantide/inverterloader.h"
+#include "gui/morvantide/invertersinuse.h"
 #include "gui/morvantide/reinversion.h"
-#include "gui/morvantide/slowrelease.h"
 
 #include <QPointer>
 #include <QVariantMap>
@@ -34,7 +35,7 @@ public:
     const QString &folderPath() const { return m_folderPath; }
     bool isReinverting() const { return m_reinversion.isRunning(); }
     /// The inverters in use, in the order of loading.
-    const SpectMath::InverterList &inverters() const { return m_inverters; }
+    const SpectMath::InverterList &inverters() const { return m_inverters.inverters(); }
 
 public Q_SLOTS:
     void showDataDirChoice();
@@ -69,53 +70,35 @@ protected:
     void setupMenus() override;
 
 private:
-    /// What is opened.
-    struct Request {
-        QString folder;
-        QStringList files; ///< names in the folder, or whole paths
-        QString variant;   ///< averaging variant; empty for files picked by hand
-    };
-
-    void openFiles(const Request &request);
+    void openFiles(const DataRequest &request);
     void showData(FileReader &reader);
     void setTitle(bool incomplete);
 
     // ---- keeping the result
     void setupKeepingActions();
     void updateKeepingActions();
-    Spectrometer::SpectraByMode spectraToSave() const;
     QString recordsText(UiInfo::InfoKey spectrum) const;
     // ---- reinversion
     void setupSpectraMenu();
-    QStringList askForInverterFiles();
     void invertersLoaded(const InverterLoader::Result &result);
-    SpectMath::InverterList usable(const InverterLoader::Result &result) const;
-    SpectMath::InverterList takeIntoUse(const SpectMath::InverterList &loaded);
     void startReinversion(const SpectMath::InverterList &inverters);
-    void discard(const UiInfo::InfoPointer &info);
     void updateReinversionActions();
 
     DataLoader m_loader;
-    std::shared_ptr<Datastore> m_store; ///< the open data; null without
-    Request m_request;                  ///< of the open data or the read under way
+    DataRequest m_request; ///< of the open data or the read under way
     QString m_folderPath;
     QAction *m_openFolderAction = nullptr;
     QAction *m_openFilesAction = nullptr;
 
     QAction *m_saveAction = nullptr;
     QAction *m_infoAction = nullptr;
-    QString m_saveVariant; ///< of the next save
-    QPointer<DataSaverDialog> m_saver;
     QPointer<MorvantideInfoWindow> m_infoWindow;
 
     InverterLoader m_inverterLoader;
     Reinversion m_reinversion;
-    SlowRelease m_discarded;
-    SpectMath::InverterList m_inverters; ///< in use, in the order of loading
-    std::int64_t m_reinversionCount = 0; ///< since the data were opened
-    bool m_ignoreRemovals = false;       ///< until the event loop has turned
+    InvertersInUse m_inverters;
+    DataSaving m_saving;
     QAction *m_reinvertAction = nullptr;
     QAction *m_cancelReinvertAction = nullptr;
-    QMenu *m_spectraMenu = nullptr;
     QLabel *m_queueStatusLabel = nullptr;
 };

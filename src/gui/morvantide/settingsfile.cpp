@@ -2,8 +2,10 @@
 
 #include "util/regularfile.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 QString settingsFilePath(const QString &applicationFolder, const QString &userFolder)
 {
@@ -14,4 +16,10 @@ QString settingsFilePath(const QString &applicationFolder, const QString &userFo
     if (isUsable)
         return beside;
     return QDir(userFolder).filePath(name);
+}
+
+QString applicationSettingsFile()
+{
+    return settingsFilePath(QCoreApplication::applicationDirPath(),
+                            QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
 }

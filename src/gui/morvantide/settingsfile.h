@@ -5,3 +5,5 @@
 /// Where the program's settings lie: "morvantide.conf" beside the executable if it is there already or could be written
 /// there, else in the user's folder for settings.
 QString settingsFilePath(const QString &applicationFolder, const QString &userFolder);
+/// The same for the running program.
+QString applicationSettingsFile();

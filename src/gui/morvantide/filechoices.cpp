@@ -1,0 +1,61 @@
+#include "gui/morvantide/filechoices.h"
+
+#include "datafiles/reading/datafinder.h"
+#include "gui/morvantide/datachooserdialog.h"
+#include "gui/morvantide/recentfolders.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QSettings>
+
+namespace {
+
+const QString choiceKey = QStringLiteral("datachooser");
+const QString foldersKey = QStringLiteral("datachooserOldPaths");
+const QString pickedPathKey = QStringLiteral("lastpathpickfiles");
+const QString inverterPathKey = QStringLiteral("lastreinvpath");
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("MorvantideMainWindow", text);
+}
+
+} // namespace
+
+std::optional<DataRequest> FileChoices::askForFolder(const QVariantMap &firstChoice)
+{
+    const QStringList folders = m_settings->value(foldersKey).toStringList();
+    DataChooserDialog dialog(m_window);
+    dialog.setOldPaths(folders);
+    dialog.setChoice(firstChoice.isEmpty() ? m_settings->value(choiceKey).toMap() : firstChoice);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    const QVariantMap choice = dialog.choice();
+    const QString folder = choice.value(QStringLiteral("folderName")).toString();
+    m_settings->setValue(choiceKey, choice);
+    m_settings->setValue(foldersKey, recentFoldersWith(folders, folder));
+    return DataRequest{folder, findDataFiles(choice), choice.value(QStringLiteral("variant")).toString()};
+}
+
+std::optional<DataRequest> FileChoices::askForFiles()
+{
+    QFileDialog dialog(m_window, tr("Select files"), m_settings->value(pickedPathKey).toString());
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    const QString folder = dialog.directory().absolutePath();
+    m_settings->setValue(pickedPathKey, folder);
+    return DataRequest{folder, dialog.selectedFiles(), {}};
+}
+
+QStringList FileChoices::askForInverters()
+{
+    QFileDialog dialog(m_window, tr("Open inverters"), m_settings->value(inverterPathKey).toString(),
+                       tr("Inverters (*.inverter *.sinv *.sinp *.invmap *.zip);;All files (*)"));
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    const QStringList files = dialog.selectedFiles();
+    m_settings->setValue(inverterPathKey, QFileInfo(files.first()).absolutePath());
+    return files;
+}

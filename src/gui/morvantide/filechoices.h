@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QStringList>
+#include <QVariantMap>
+
+#include <optional>
+
+class QSettings;
+class QWidget;
+
+/// Data to open.
+struct DataRequest {
+    QString folder;
+    QStringList files; ///< names in the folder, or whole paths
+    QString variant;   ///< averaging variant; empty for files picked by hand
+};
+
+/// Asks the user for what to open, and keeps in the settings what was chosen last. Both outlive it.
+class FileChoices {
+public:
+    FileChoices(QSettings *settings, QWidget *window) : m_settings(settings), m_window(window) {}
+
+    /// Starts from that choice if it isn't empty, else from the last one. Nothing if the dialog isn't accepted.
+    std::optional<DataRequest> askForFolder(const QVariantMap &firstChoice);
+    std::optional<DataRequest> askForFiles();
+    /// Empty if none was chosen.
+    QStringList askForInverters();
+
+private:
+    QSettings *m_settings;
+    QWidget *m_window;
+};

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "gui/common/uiinfo.h"
+#include "gui/morvantide/slowrelease.h"
+#include "log/logger.h"
+#include "spectra/inverter.h"
+#include "store/datastore.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace Tsb {
+class TimeSeriesBrowser;
+}
+
+/// Owns the inverters in use. With an inverter come its description, in UiInfo, and its spectra, in the store; they go
+/// together. Main thread only.
+class InvertersInUse : public QObject {
+    Q_OBJECT
+public:
+    InvertersInUse(std::shared_ptr<UiInfo> uiInfo, Tsb::TimeSeriesBrowser *browser);
+
+    /// In the order of loading.
+    const SpectMath::InverterList &inverters() const { return m_inverters; }
+    /// Other data, or none: no inverter is in use.
+    void setDatastore(std::shared_ptr<Datastore> store);
+    /// Takes those of the loaded into use that the records need, and returns them. They take the place of spectra with
+    /// the same hash, for that means that they are the same inversion.
+    SpectMath::InverterList take(const SpectMath::InverterList &loaded);
+    /// Takes a spectrum out of all records, and its inverter out of use. An unknown one is left alone.
+    void remove(const SpectMath::SpectrumInfo *spectrum);
+    /// Until the event loop has turned: one gesture may ask for several removals.
+    void ignoreRemovals();
+
+Q_SIGNALS:
+    void changed(const SpectMath::InverterList &inverters);
+
+private:
+    void discard(const UiInfo::InfoPointer &info);
+    void publish();
+
+    const std::shared_ptr<UiInfo> m_uiInfo;
+    Tsb::TimeSeriesBrowser *const m_browser;
+    const Log::Logger m_logger;
+    std::shared_ptr<Datastore> m_store;
+    SpectMath::InverterList m_inverters;
+    SlowRelease m_discarded;
+    std::int64_t m_reinversionCount = 0; ///< since the data were opened
+    bool m_ignoresRemovals = false;
+};
