@@ -1,6 +1,6 @@
 #include "gui/browser/controls/colormapmenu.h"
 
-#include "gui/browser/controls/spectraselectionwidget.h"
+#include "util/textescape.h"
 
 #include <QActionGroup>
 
@@ -38,7 +38,7 @@ void ColormapMenu::addMaps(bool white)
     connect(maps, &QMenu::aboutToHide, this, &ColormapMenu::previewEnded);
     for (const std::string &entry : Colormap::names()) {
         const QString name = QString::fromStdString(entry);
-        QAction *const action = maps->addAction(withUpperFirst(name));
+        QAction *const action = maps->addAction(capitalized(name));
         action->setCheckable(true);
         action->setData(dataOf(name, white));
         m_group->addAction(action);

@@ -1,5 +1,6 @@
 #include "gui/browser/controls/spectraselectionwidget.h"
 #include "gui/common/uiinfo.h"
+#include "util/textescape.h"
 
 #include <QBoxLayout>
 #include <QIcon>
@@ -35,11 +36,6 @@ QPixmap spectrumColorPixmap(const QColor &color)
     QPixmap pixmap(colorSquare, colorSquare);
     pixmap.fill(color);
     return pixmap;
-}
-
-QString withUpperFirst(const QString &text)
-{
-    return text.left(1).toUpper() + text.mid(1);
 }
 
 SpectraSelectionWidget::SpectraSelectionWidget(bool popup, QWidget *parent)
@@ -79,7 +75,7 @@ void SpectraSelectionWidget::updateSpectrumList()
         return;
     const QSize size(0, fontMetrics().height() + 6);
     for (const auto &info : m_uiInfo->spectrumInfos()) {
-        auto *item = new QStandardItem(withUpperFirst(m_uiInfo->spectrumName(info.get())));
+        auto *item = new QStandardItem(capitalized(m_uiInfo->spectrumName(info.get())));
         item->setEditable(false);
         item->setData(info->hash, idRole);
         const QColor color = m_uiInfo->spectrumColor(info.get());

@@ -56,7 +56,5 @@ private:
 
 /// The square that stands for a spectrum's colour in lists and on scales.
 QPixmap spectrumColorPixmap(const QColor &color);
-/// The text with its first letter in upper case.
-QString withUpperFirst(const QString &text);
 
 } // namespace Tsb

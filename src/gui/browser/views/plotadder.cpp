@@ -8,6 +8,7 @@
 #include "gui/common/iconhelp.h"
 #include "gui/common/menubutton.h"
 #include "records/recordmetadata.h"
+#include "util/textescape.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -44,7 +45,7 @@ QStringList groupsInOrder(const UiInfo &uiInfo)
 /// With a capital, and every character shown: "&" is no mark of a key.
 QString menuText(const QString &name)
 {
-    return withUpperFirst(name).replace(QLatin1Char('&'), QLatin1String("&&"));
+    return capitalized(name).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 } // namespace
