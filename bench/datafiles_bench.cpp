@@ -4,7 +4,7 @@
 //   datafiles_bench --read [alone]  a file of 100 MB and more into a store, beside pandas.read_csv (bench/read_csv.py)
 //   datafiles_bench --memory [N]    resident size with N (500 000) records read from files
 
-#include "datafiles/parsing/fieldsplitter.h"
+#include "datafiles/parsing/fieldcursor.h"
 #include "datafiles/parsing/numberparser.h"
 #include "datafiles/reading/filereadertask.h"
 #include "support/measuring.h"

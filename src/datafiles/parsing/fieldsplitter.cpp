@@ -1,7 +1,5 @@
 #include "datafiles/parsing/fieldsplitter.h"
 
-#include "datafiles/parsing/numberparser.h"
-
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
@@ -33,15 +31,4 @@ void FieldSplitter::split(TextView line, char separator, std::size_t limit)
             take(at);
     take(line.size());
     m_count = count;
-}
-
-double FieldCursor::nextNumber()
-{
-    return parseField(next(), m_fields.lineEnd());
-}
-
-void FieldCursor::numbers(double *out, std::size_t count)
-{
-    parseFields(m_fields, m_next, out, count);
-    m_next += count;
 }

@@ -18,25 +18,12 @@ public:
         const std::uint32_t begin = index ? m_ends[index - 1] + 1 : 0;
         return m_line.substr(begin, m_ends[index] - begin);
     }
-    const char *lineEnd() const { return m_line.data() + m_line.size(); }
+    TextView line() const { return m_line; }
+    /// One past each field, counted from the begin of the line.
+    const std::uint32_t *ends() const { return m_ends.data(); }
 
 private:
     TextView m_line;
     std::vector<std::uint32_t> m_ends; ///< one past each field, counted from the begin of the line
     std::size_t m_count = 0;
-};
-
-/// Takes the fields of a row one after the other.
-class FieldCursor {
-public:
-    FieldCursor(const FieldSplitter &fields, std::size_t first) : m_fields(fields), m_next(first) {}
-
-    TextView next() { return m_fields[m_next++]; }
-    double nextNumber();
-    /// The next `count` fields as numbers.
-    void numbers(double *out, std::size_t count);
-
-private:
-    const FieldSplitter &m_fields;
-    std::size_t m_next;
 };

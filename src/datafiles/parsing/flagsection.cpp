@@ -1,4 +1,4 @@
-#include "datafiles/parsing/headersections.h"
+#include "datafiles/parsing/flagsection.h"
 
 #include "datafiles/parsing/headerlimits.h"
 

@@ -1,4 +1,4 @@
-#include "datafiles/parsing/headersections.h"
+#include "datafiles/parsing/instrumentsection.h"
 
 #include "datafiles/parsing/headerlimits.h"
 #include "records/recordflagparser.h"

@@ -20,8 +20,8 @@ public:
     // ---- what things take
     static constexpr std::size_t perTreeNode = 110; ///< a short text in a list; a key of a map counts as one more
     static std::size_t ofName(int length) { return 160 + 2 * std::size_t(length); }
-    /// A description of a spectrum of that many points: both axes and the slopes, and in the slabs between them what was
-    /// needed to compute them.
+    /// A description of a spectrum of that many points: both axes and the slopes, and in the slabs between them what
+    /// was needed to compute them.
     static std::size_t ofDescription(std::size_t points) { return 2048 + 6 * sizeof(double) * points; }
     /// A series of the store, with its histogram.
     static std::size_t ofSeries(std::size_t points) { return 34000 + sizeof(double) * points; }

@@ -40,6 +40,12 @@ void reserveFlags(Record &record, std::size_t more)
 
 } // namespace
 
+NewLineReader::NewLineReader(const QByteArray &firstLine, const QByteArray &columnRow, const QByteArray &yamlText,
+                             FileReaderState *state)
+    : m_state(state), m_header(firstLine, columnRow, yamlText, *state)
+{
+}
+
 bool NewLineReader::complain(const QString &text)
 {
     errors.append(text);
@@ -52,10 +58,10 @@ bool NewLineReader::readRow(QByteArray bytes)
     if (!line.empty() && line.front() == '#')
         return startsWith(line, "# flag ") && readFlagDefinition(line.substr(7));
 
-    m_fields.split(withoutLineEnd(line), '\t', m_fieldCount + 1);
-    if (m_fields.size() != m_fieldCount && m_fields.size() != m_fieldCount + 1)
+    m_fields.split(withoutLineEnd(line), '\t', m_header.fieldCount + 1);
+    if (m_fields.size() != m_header.fieldCount && m_fields.size() != m_header.fieldCount + 1)
         return complain(QStringLiteral("%1 fields found, %2 expected")
-                            .arg(QString::number(m_fields.size()), QString::number(m_fieldCount)));
+                            .arg(QString::number(m_fields.size()), QString::number(m_header.fieldCount)));
     RowTimes times;
     if (!readRowTimes(m_fields[0], m_fields[1], &times))
         return complain(QStringLiteral("Failed to read end time"));
@@ -100,54 +106,54 @@ int NewLineReader::addOpmode(TextView name)
 bool NewLineReader::readValues(const std::shared_ptr<Record> &record)
 {
     FieldCursor fields(m_fields, 3);
-    switch (m_fileKind) {
-    case FileKind::currents:
+    switch (m_header.fileKind) {
+    case NewLineHeader::FileKind::currents:
         readElectrometers(fields, *record);
         return false;
-    case FileKind::diagnostics:
+    case NewLineHeader::FileKind::diagnostics:
         readVoltages(fields, *record);
         return readVariables(fields, *record);
-    case FileKind::spectra:
+    case NewLineHeader::FileKind::spectra:
         return readSpectra(fields, record);
-    case FileKind::flags:
+    case NewLineHeader::FileKind::flags:
         return readFlagIds(fields.next(), *record);
-    case FileKind::records:
+    case NewLineHeader::FileKind::records:
         readElectrometers(fields, *record);
         readVoltages(fields, *record);
         readVariables(fields, *record);
-        return !m_noFlagsColumn && readFlagIds(fields.next(), *record);
+        return !m_header.noFlagsColumn && readFlagIds(fields.next(), *record);
     }
     return false;
 }
 
 void NewLineReader::readElectrometers(FieldCursor &fields, Record &record) const
 {
-    fields.numbers(record.currents.data().begin(), m_electrometers);
-    fields.numbers(record.currentVariances.data().begin(), m_electrometers);
-    fields.numbers(record.rawCurrents.data().begin(), m_electrometers);
+    fields.numbers(record.currents.data().begin(), m_header.electrometers);
+    fields.numbers(record.currentVariances.data().begin(), m_header.electrometers);
+    fields.numbers(record.rawCurrents.data().begin(), m_header.electrometers);
 }
 
 void NewLineReader::readVoltages(FieldCursor &fields, Record &record) const
 {
-    fields.numbers(record.voltages.data().begin(), m_electrometers);
+    fields.numbers(record.voltages.data().begin(), m_header.electrometers);
 }
 
 bool NewLineReader::readVariables(FieldCursor &fields, Record &record)
 {
-    if (m_variableSlots) {
+    if (m_header.variableSlots) {
         double *variables = record.variables.data().begin();
-        for (const int slot : qAsConst(*m_variableSlots))
+        for (const int slot : qAsConst(*m_header.variableSlots))
             variables[slot] = fields.nextNumber();
     }
-    return m_flagLevels && readFlagLevels(fields.next(), record);
+    return m_header.flagLevels && readFlagLevels(fields.next(), record);
 }
 
 bool NewLineReader::readFlagLevels(TextView levels, Record &record)
 {
-    if (levels.size() != std::size_t(m_flagLevels->size()))
+    if (levels.size() != std::size_t(m_header.flagLevels->size()))
         return complain(QStringLiteral("Ignoring invalid flags data"));
     for (std::size_t i = 0; i < levels.size(); ++i) {
-        const auto &entry = m_flagLevels->at(int(i));
+        const auto &entry = m_header.flagLevels->at(int(i));
         const int level = levelOf(levels[i]);
         if (level >= 0 && level > entry.threshold)
             record.flags.push_back(entry.flag);
@@ -177,14 +183,14 @@ bool NewLineReader::readFlagIds(TextView ids, Record &record)
 
 bool NewLineReader::readSpectra(FieldCursor &fields, const std::shared_ptr<Record> &record)
 {
-    if (m_spectrumBytes == 0 && m_state->takeSeries(m_spectra->infos))
-        for (const auto &info : qAsConst(m_spectra->infos))
+    if (m_spectrumBytes == 0 && m_state->takeSeries(m_header.spectra->infos))
+        for (const auto &info : qAsConst(m_header.spectra->infos))
             m_spectrumBytes += MemoryBudget::ofSpectrum(info->nativePoints().size());
-    if ((m_spectrumBytes == 0 && !m_spectra->infos.isEmpty()) || !m_state->takeSpectra(m_spectrumBytes))
+    if ((m_spectrumBytes == 0 && !m_header.spectra->infos.isEmpty()) || !m_state->takeSpectra(m_spectrumBytes))
         return complain(refusedRowText());
     if (record->spectra.empty())
-        record->spectra.reserve(std::size_t(m_spectra->infos.size()));
-    for (const auto &info : qAsConst(m_spectra->infos)) {
+        record->spectra.reserve(std::size_t(m_header.spectra->infos.size()));
+    for (const auto &info : qAsConst(m_header.spectra->infos)) {
         const auto spectrum = readSpectrum(fields, info);
         record->spectra.push_back(spectrum);
         m_state->records.addSpectrum(record, spectrum);
@@ -202,7 +208,7 @@ std::shared_ptr<SpectMath::Spectrum> NewLineReader::readSpectrum(FieldCursor &fi
     fields.numbers(variances, points);
     for (std::size_t i = 0; i < points; ++i)
         variances[i] *= variances[i];
-    for (const auto variable : qAsConst(m_spectra->inversionVariables)) {
+    for (const auto variable : qAsConst(m_header.spectra->inversionVariables)) {
         const double value = fields.nextNumber();
         switch (variable) {
         case HeaderSections::InversionVariable::rmsError:

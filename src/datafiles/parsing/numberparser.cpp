@@ -1,6 +1,5 @@
 #include "datafiles/parsing/numberparser.h"
 
-#include "datafiles/parsing/fieldsplitter.h"
 #include "util/numeric.h"
 
 #include <double-conversion/string-to-double.h>
@@ -172,9 +171,13 @@ double parseField(TextView field, const char *readableEnd)
     return field.empty() ? noValue : parseUnusual(field);
 }
 
-void parseFields(const FieldSplitter &fields, std::size_t first, double *out, std::size_t count)
+void parseFields(TextView line, const std::uint32_t *ends, std::size_t first, double *out, std::size_t count)
 {
-    const char *readableEnd = fields.lineEnd();
-    for (std::size_t i = 0; i < count; ++i)
-        out[i] = parseField(fields[first + i], readableEnd);
+    const char *text = line.data(), *readableEnd = text + line.size();
+    std::size_t begin = first ? ends[first - 1] + 1 : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t end = ends[first + i];
+        out[i] = parseField(TextView(text + begin, end - begin), readableEnd);
+        begin = end + 1;
+    }
 }

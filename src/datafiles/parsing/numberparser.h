@@ -3,8 +3,7 @@
 #include "datafiles/parsing/textview.h"
 
 #include <cstddef>
-
-class FieldSplitter;
+#include <cstdint>
 
 /// The value of one field of a day file, in the "C" form whatever the locale: to the bit what
 /// double_conversion::StringToDoubleConverter gives that ignores the case of the symbols "inf" and "nan" and takes
@@ -20,5 +19,6 @@ inline double parseField(TextView field)
     return parseField(field, field.data() + field.size());
 }
 
-/// The values of `count` fields of a row, from field `first` on.
-void parseFields(const FieldSplitter &fields, std::size_t first, double *out, std::size_t count);
+/// The values of `count` fields of a line, from field `first` on. `ends` are one past each field, counted from the
+/// begin of the line; the separator that ends a field is one character.
+void parseFields(TextView line, const std::uint32_t *ends, std::size_t first, double *out, std::size_t count);

@@ -1,4 +1,4 @@
-#include "datafiles/parsing/headersections.h"
+#include "datafiles/parsing/opmodesection.h"
 
 #include "datafiles/parsing/headerlimits.h"
 

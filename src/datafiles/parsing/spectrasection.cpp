@@ -1,4 +1,4 @@
-#include "datafiles/parsing/headersections.h"
+#include "datafiles/parsing/spectrasection.h"
 
 #include "datafiles/parsing/filereadererror.h"
 #include "datafiles/parsing/headerlimits.h"

@@ -46,7 +46,6 @@ public:
     /// A failure, which may have cost every row of this opening, goes to the callback.
     void close();
 
-    QString currentName() const { return m_currentName; }
     /// The name that openFor was last asked for, though it may have failed; the pattern for a time that has none.
     const QString &wantedName() const { return m_wantedName; }
 

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "datafiles/parsing/flagsection.h"
+#include "datafiles/parsing/spectrasection.h"
+
+/// The header of a current-format block: what kind of rows follow, and which columns they have.
+class NewLineHeader {
+public:
+    enum class FileKind { currents, diagnostics, spectra, flags, records };
+
+    /// Reads the magic line, the YAML text and the column row, of which only the ending matters. Adds what is new in it
+    /// to the state of the read. Throws FileReaderError; what was added before a fault stays.
+    NewLineHeader(const QByteArray &firstLine, const QByteArray &columnRow, const QByteArray &yamlText,
+                  FileReaderState &state);
+
+    FileKind fileKind;
+    std::size_t fieldCount = 0;    ///< of a row
+    std::size_t electrometers = 0; ///< of the whole read at the time of this header
+    bool hasOpmodes = false;
+    bool hasElectrometers = false;
+    bool noFlagsColumn = false;                ///< of a records file
+    std::optional<QVector<int>> variableSlots; ///< for each column of a variable
+    std::optional<HeaderSections::Spectra> spectra;
+    std::optional<QVector<HeaderSections::FlagLevel>> flagLevels;
+
+private:
+    void readSections(const QByteArray &columnRow, const QByteArray &yamlText, FileReaderState &state);
+    std::size_t countFields() const;
+    std::size_t spectrumFieldCount() const;
+};
