@@ -10,7 +10,6 @@
 #include <QTimer>
 
 #include <cmath>
-#include <cstring>
 
 namespace Tsb {
 
@@ -18,27 +17,6 @@ namespace {
 
 constexpr int frameStyleValue = QFrame::StyledPanel | QFrame::Sunken;
 constexpr int relevantFlags = RecordCameIn | DataReplaced | otherChange;
-
-/// Moves the pixels of every line by `shift` columns; what comes in is left as it was.
-void shiftColumns(QImage &image, int shift)
-{
-    const int width = image.width();
-    const std::size_t bytes = std::size_t(width - std::abs(shift)) * 4;
-    const int from = shift > 0 ? 0 : -shift, to = shift > 0 ? shift : 0;
-    uchar *const bits = image.bits();
-    for (int y = 0; y < image.height(); ++y) {
-        uchar *const line = bits + std::ptrdiff_t(y) * image.bytesPerLine();
-        std::memmove(line + to * 4, line + from * 4, bytes);
-    }
-}
-
-/// The columns that a shift lays bare.
-PixelRange baredColumns(int shift, int width)
-{
-    if (shift == 0)
-        return {};
-    return shift > 0 ? PixelRange(0, shift) : PixelRange(width + shift, width);
-}
 
 } // namespace
 
@@ -81,7 +59,7 @@ void Plot::setUpdateTimer(QTimer *timer)
 
 void Plot::requestFullRedraw()
 {
-    m_fullRedrawNeeded = true;
+    m_image.requestFullRedraw();
     update();
 }
 
@@ -89,18 +67,9 @@ void Plot::requestFullRedraw()
 
 void Plot::setTimeScale(TimeScale timescale)
 {
-    if (timescale == m_timeScale)
+    if (timescale == timeScale())
         return;
-    if (!m_fullRedrawNeeded) {
-        int shift = 0;
-        if (m_timeScale.pixelShiftFrom(timescale, &shift) && std::abs(shift) < m_image.width()) {
-            m_dirtyRange = m_dirtyRange.shifted(shift);
-        } else {
-            m_dirtyRange.clear();
-            m_fullRedrawNeeded = true;
-        }
-    }
-    m_timeScale = timescale;
+    m_image.setTimeScale(timescale);
     update();
 }
 
@@ -114,7 +83,7 @@ void Plot::setCurrentRecord(std::shared_ptr<Record> record)
 
 PixelRange Plot::spanOf(const Record &record, int margin) const
 {
-    return {m_timeScale.pixelAt(record.beginTime) - margin, m_timeScale.pixelAt(effectiveEnd(record)) + margin + 1};
+    return {timeScale().pixelAt(record.beginTime) - margin, timeScale().pixelAt(effectiveEnd(record)) + margin + 1};
 }
 
 PixelRange Plot::rangeOfUpdatedRecord(int, const std::shared_ptr<Record> &record, int flags)
@@ -127,25 +96,12 @@ PixelRange Plot::rangeOfRemovedRecord(int, const std::shared_ptr<Record> &record
     return spanOf(*record, m_redrawMargin);
 }
 
-bool Plot::takeDirty(const PixelRange &range)
-{
-    const PixelRange seen = range.clipped(0, m_image.width());
-    m_dirtyRange.unite(seen);
-    // The image may still stand where it was before a move that is to be painted. What is out of sight by that move
-    // comes back if it is taken back before then.
-    int shift = 0;
-    if (!m_fullRedrawNeeded && m_imageTimeScale != m_timeScale &&
-        m_imageTimeScale.pixelShiftFrom(m_timeScale, &shift) && std::abs(shift) < m_image.width())
-        m_dirtyRange.unite(range.clipped(shift, m_image.width() + shift));
-    return !seen.empty;
-}
-
 void Plot::noteUpdated(int, const std::shared_ptr<Record> &, int) {}
 
 void Plot::updateRecord(int index, const std::shared_ptr<Record> &record, int flags)
 {
     noteUpdated(index, record, flags);
-    if (!takeDirty(rangeOfUpdatedRecord(index, record, flags)))
+    if (!m_image.touch(rangeOfUpdatedRecord(index, record, flags)))
         return;
     if ((flags & RecordCameIn) != 0 || !m_updateDelayer || m_updateDelayer->requestUpdate())
         update();
@@ -153,7 +109,7 @@ void Plot::updateRecord(int index, const std::shared_ptr<Record> &record, int fl
 
 void Plot::removeRecord(int index, std::shared_ptr<Record> record)
 {
-    if (takeDirty(rangeOfRemovedRecord(index, record)))
+    if (m_image.touch(rangeOfRemovedRecord(index, record)))
         update();
 }
 
@@ -193,7 +149,7 @@ void Plot::drawRange(QPainter &, int, int) {}
 
 void Plot::drawAll(QPainter &painter)
 {
-    drawRange(painter, 0, m_image.width());
+    drawRange(painter, 0, image().width());
 }
 
 void Plot::clearRange(QPainter &painter, int first, int last)
@@ -211,8 +167,8 @@ void Plot::drawOverlay(QPainter &painter)
     const QColor highlight = palette().color(QPalette::Highlight);
     QColor translucent = highlight;
     translucent.setAlpha(100);
-    const double x0 = contents.left() + m_timeScale.positionOf(m_currentRecord->beginTime);
-    const double x1 = contents.left() + m_timeScale.positionOf(effectiveEnd(*m_currentRecord));
+    const double x0 = contents.left() + timeScale().positionOf(m_currentRecord->beginTime);
+    const double x1 = contents.left() + timeScale().positionOf(effectiveEnd(*m_currentRecord));
     if (x1 + 2 < contents.left() || x0 - 2 > contents.right() + 1)
         return;
     // Held near the window: coordinates of a far zoom are beyond what the rasterizer can take.
@@ -226,85 +182,30 @@ void Plot::drawOverlay(QPainter &painter)
     painter.drawLine(QPointF(right, contents.top()), QPointF(right, contents.bottom() + 1));
 }
 
-void Plot::drawColumns(QPainter &painter, const PixelRange &range)
-{
-    if (range.empty)
-        return;
-    painter.save();
-    painter.setClipRect(range.first, 0, range.width(), m_image.height());
-    drawRange(painter, range.first, range.last);
-    painter.restore();
-}
-
-bool Plot::updateIncrementally()
-{
-    int shift = 0;
-    const int width = m_image.width();
-    if (m_fullRedrawNeeded || m_image.size() != contentsRect().size() ||
-        !m_imageTimeScale.pixelShiftFrom(m_timeScale, &shift) || std::abs(shift) >= width)
-        return false;
-    m_imageTimeScale = m_timeScale;
-    const PixelRange strip = baredColumns(shift, width);
-    const PixelRange dirty = m_dirtyRange.clipped(0, width);
-    m_dirtyRange.clear();
-    if (strip.empty && dirty.empty)
-        return true;
-    if (shift != 0)
-        shiftColumns(m_image, shift);
-    QPainter painter(&m_image);
-    if (dirty.intersects(strip)) {
-        PixelRange both = dirty;
-        both.unite(strip);
-        drawColumns(painter, both);
-    } else {
-        drawColumns(painter, dirty);
-        drawColumns(painter, strip);
-    }
-    return true;
-}
-
-void Plot::redrawImage()
-{
-    m_dirtyRange.clear();
-    m_imageTimeScale = m_timeScale;
-    m_fullRedrawNeeded = false;
-    if (m_image.size() != contentsRect().size()) {
-        m_image = QImage(contentsRect().size(), QImage::Format_ARGB32_Premultiplied);
-        m_image.fill(Qt::white);
-    }
-    if (m_image.isNull() || !m_datastore)
-        return;
-    QPainter painter(&m_image);
-    drawAll(painter);
-}
-
 void Plot::updateImage()
 {
-    if (m_datastore && !updateIncrementally())
-        redrawImage();
+    if (!m_datastore)
+        return;
+    const std::vector<PixelRange> runs = m_image.staleColumns(contentsRect().size());
+    if (runs.empty())
+        return;
+    QPainter painter(&m_image.canvas());
+    for (const PixelRange &run : runs) {
+        if (run.width() == image().width()) {
+            drawAll(painter);
+            continue;
+        }
+        painter.save();
+        painter.setClipRect(run.first, 0, run.width(), image().height());
+        drawRange(painter, run.first, run.last);
+        painter.restore();
+    }
 }
 
 void Plot::checkImageSize()
 {
-    const QSize size = contentsRect().size();
-    if (m_image.isNull() || m_image.size() == size)
-        return;
-    if (size.isEmpty() || m_image.height() != size.height())
-        return requestFullRedraw();
-    // The left part stays as it is; only a strip that came in at the right is to be drawn.
-    const int oldWidth = m_image.width();
-    QImage wider(size, QImage::Format_ARGB32_Premultiplied);
-    wider.fill(Qt::white);
-    const std::size_t bytes = std::size_t(std::min(oldWidth, size.width())) * 4;
-    for (int y = 0; y < size.height(); ++y)
-        std::memcpy(wider.scanLine(y), m_image.constScanLine(y), bytes);
-    m_image = wider;
-    // The bare columns are those of the image, which a move that is yet to be painted shifts.
-    int shift = 0;
-    m_imageTimeScale.pixelShiftFrom(m_timeScale, &shift);
-    if (size.width() > oldWidth)
-        m_dirtyRange.unite(oldWidth + std::min(0, shift), size.width() + std::max(0, shift));
-    update();
+    if (m_image.resize(contentsRect().size()))
+        update();
 }
 
 void Plot::paintContents(QPainter &painter)
@@ -314,7 +215,7 @@ void Plot::paintContents(QPainter &painter)
     updateImage();
     painter.save();
     drawUnderlay(painter);
-    painter.drawImage(contentsRect().topLeft(), m_image);
+    painter.drawImage(contentsRect().topLeft(), image());
     painter.setClipRect(contentsRect());
     drawOverlay(painter);
     painter.restore();
@@ -386,7 +287,7 @@ std::shared_ptr<Record> Plot::findRecord(RecordTime tick, int direction)
 
 void Plot::chooseRecordAt(int x, bool sameOpmode)
 {
-    const RecordTime tick = m_timeScale.tickAt(x);
+    const RecordTime tick = timeScale().tickAt(x);
     std::shared_ptr<Record> found = findRecord(tick, 0);
     if (!found)
         return;
@@ -433,7 +334,7 @@ void Plot::mousePressEvent(QMouseEvent *event)
         Q_EMIT requestDisableAutoscroll(true);
         m_panning = true;
         m_pressPoint = QPoint(event->x(), height() / 2);
-        m_dragStartScale = m_timeScale.rebased(event->x() - contentsRect().left());
+        m_dragStartScale = timeScale().rebased(event->x() - contentsRect().left());
     } else {
         QFrame::mousePressEvent(event);
     }
@@ -503,9 +404,9 @@ void Plot::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Down:
         return chooseRecordRelative(1, sameOpmode);
     case Qt::Key_PageUp:
-        return chooseRecordBeyondTicks(-10 * m_timeScale.ticksPerPixel, sameOpmode);
+        return chooseRecordBeyondTicks(-10 * timeScale().ticksPerPixel, sameOpmode);
     case Qt::Key_PageDown:
-        return chooseRecordBeyondTicks(10 * m_timeScale.ticksPerPixel, sameOpmode);
+        return chooseRecordBeyondTicks(10 * timeScale().ticksPerPixel, sameOpmode);
     default:
         QFrame::keyPressEvent(event);
     }

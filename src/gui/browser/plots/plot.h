@@ -2,10 +2,10 @@
 
 #include "axis/pixelrange.h"
 #include "axis/timescale.h"
+#include "gui/browser/drawing/plotimage.h"
 #include "store/datastore.h"
 
 #include <QFrame>
-#include <QImage>
 #include <QPointer>
 
 #include <memory>
@@ -38,11 +38,11 @@ public:
     virtual void setUpdateTimer(QTimer *timer);
 
     Datastore *datastore() const { return m_datastore; }
-    const TimeScale &timeScale() const { return m_timeScale; }
+    const TimeScale &timeScale() const { return m_image.timeScale(); }
     const std::shared_ptr<Record> &currentRecord() const { return m_currentRecord; }
     /// What is cached: logical pixels of the contents rectangle, device pixel ratio 1. Hold no copy while drawing goes
     /// on.
-    const QImage &image() const { return m_image; }
+    const QImage &image() const { return m_image.image(); }
     /// Draws what paintEvent shows inside the contents rectangle, for a painter whose origin is the widget's.
     void paintContents(QPainter &painter);
 
@@ -106,10 +106,6 @@ protected:
 
 private:
     void updateImage();
-    bool updateIncrementally();
-    void redrawImage();
-    void drawColumns(QPainter &painter, const PixelRange &range);
-    bool takeDirty(const PixelRange &range);
     void endPan();
     void hideCursors();
 
@@ -118,16 +114,12 @@ private:
     void chooseRecordBeyondTicks(std::int64_t ticks, bool sameOpmode);
 
     QPointer<Datastore> m_datastore;
-    TimeScale m_timeScale;
-    TimeScale m_imageTimeScale; ///< the scale at which the image was last brought up to date
+    PlotImage m_image;
     TimeScale m_dragStartScale;
     bool m_panning = false;
     bool m_focusMarked = false; ///< the frame shows the focus, which came by a key
     QPoint m_pressPoint;
-    QImage m_image;
-    PixelRange m_dirtyRange;
     int m_redrawMargin = 1;
-    bool m_fullRedrawNeeded = true;
     std::shared_ptr<Record> m_currentRecord;
     UpdateDelayer *m_updateDelayer = nullptr; ///< a child; null until a timer is set
     bool m_timeCursorVisible = false;

@@ -140,13 +140,6 @@ TEST_F(PlotTest, DrawsOnlyChangedColumns)
     store.upsertFullRecord(testRecord(-22, -15, 1));
     expectLikeRedrawn();
     EXPECT_EQ(plot.drawn, std::vector<PixelRange>({PixelRange(0, 12)}));
-    // What changes out of sight comes back when the move that put it there is taken back before it was painted.
-    for (const int away : {-60, 230}) {
-        plot.setTimeScale({testStart, ticksPerSecond, 25 + away});
-        store.upsertFullRecord(testRecord(away < 0 ? 17 : 267, away < 0 ? 19 : 269, 1));
-        plot.setTimeScale({testStart, ticksPerSecond, 25});
-        expectLikeRedrawn();
-    }
     store.setLimitRecords(true);
     store.setMaxRecords(10);
     store.addFullRecord(testRecord(9000, 9001, 0));
@@ -187,23 +180,6 @@ TEST_F(PlotTest, ResizingKeepsWhatIsDrawn)
     EXPECT_EQ(plot.drawn, std::vector<PixelRange>({PixelRange(200, 250)}));
     plot.resize(252, 82);
     expectLikeRedrawn();
-}
-
-TEST_F(PlotTest, APlotMadeWiderWhileAPanIsUnpaintedKeepsNoWhiteColumns)
-{
-    for (const int shift : {-70, 70}) {
-        for (const int back : {0, shift / 2, shift}) { // part of the pan is taken back before the paint
-            plot.resize(202, 52);
-            expectLikeRedrawn();
-            TimeScale scale = plot.timeScale();
-            scale.originPixel += shift;
-            plot.setTimeScale(scale);
-            plot.resize(302, 52);
-            scale.originPixel -= back;
-            plot.setTimeScale(scale);
-            expectLikeRedrawn();
-        }
-    }
 }
 
 TEST_F(PlotTest, BurstsArePaced)
