@@ -1,7 +1,7 @@
 #pragma once
 
-/// The keys of the browser's part of a stored setup, and the types of its views. Whoever reads or writes one takes it
-/// from here: a word that is misspelt reads as absent, and nobody notices.
+/// The keys of the browser's part of a stored setup, and the types of its views, for readers and writers alike: a word
+/// that is misspelt reads as absent, and nothing tells of it.
 namespace Tsb::SetupKeys {
 
 // An entry of the list of views; a view that shows several kinds of things has a "type" of its own too.

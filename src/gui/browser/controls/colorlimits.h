@@ -6,8 +6,8 @@
 
 namespace Tsb {
 
-/// The limits of a view's colours, and their one owner: colour bar, boxes and plots set them here, and show what it
-/// tells. Main thread only.
+/// The limits of a view's colours, and their one owner: colour bar and boxes set them here, and they and the plots show
+/// the limits that changed() tells. Main thread only.
 class ColorLimits : public QObject {
     Q_OBJECT
 public:

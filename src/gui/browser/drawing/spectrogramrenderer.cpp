@@ -19,7 +19,7 @@ struct RowValues {
     double operator[](std::size_t i) const { return t * slopes[i] + bases[i]; }
 };
 
-/// What is no number has the colour of 0.
+/// A NaN has the colour of 0.
 double heldNumber(double value)
 {
     return std::isnan(value) ? 0.0 : value;

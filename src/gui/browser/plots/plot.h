@@ -16,7 +16,7 @@ namespace Tsb {
 
 class UpdateDelayer;
 
-/// A flag of Plot::updateRecord() beside those of the store, which doesn't send it: whatever changed shows.
+/// A flag of Plot::updateRecord() beside those of the store, which doesn't send it: a change that shows in every plot.
 constexpr int otherChange = 8;
 
 /// The base of every strip in the browser: draws a time range of the store into a cached image, keeps the image up to

@@ -9,8 +9,8 @@
 
 namespace Tsb {
 
-/// A view around a list of plots, each with a scale of type S at its left. All plots get what the view gets; a new one
-/// gets it at once.
+/// A view around a list of plots, each with a scale of type S at its left. It hands store, timer, time scale and record
+/// to all plots, and to a new one at once.
 template<class T, class S = QWidget>
 class MultiPlotView : public View {
 public:

@@ -17,7 +17,7 @@ namespace Tsb {
 
 class ScatterPlotView;
 
-/// What plots are added to.
+/// The stack that plots are added to.
 class ViewStack {
 public:
     /// Takes the view, wires it and gives it the present state.

@@ -68,7 +68,7 @@ void ScatterPlotView::makeProperties()
     setTabOrder(m_properties->lastForTab(), plot());
 }
 
-/// What the user chooses in the row. Another quantity has other units and is fitted; the same one of another place or
+/// The user's choices in the row. Another quantity has other units and is fitted; the same one of another place or
 /// range keeps the scale, by which it is compared, unless nothing of it would lie there.
 void ScatterPlotView::connectProperties()
 {

@@ -16,8 +16,8 @@ namespace Tsb {
 
 class SpectraSelectionWidget;
 
-/// The row above a scatter plot in which the user says what it shows. Holds no state of its own but what its widgets
-/// show: it is told the settings, and tells the wishes.
+/// The row above a scatter plot in which the user chooses the values that it shows. It has no state beyond its widgets:
+/// it is told the settings, and its signals tell the wishes.
 class ScatterPropertiesRow : public QWidget {
     Q_OBJECT
 public:
@@ -26,7 +26,7 @@ public:
     void setUiInfo(const std::shared_ptr<UiInfo> &uiInfo);
     /// Shows the widgets of the settings' kind, with its values.
     void showSettings(const ScatterPlotSettings &settings);
-    /// What the button "Options" offers.
+    /// The entries of the button "Options".
     void setOptions(const QList<QAction *> &actions);
     /// Its last widget in the order of Tab.
     QWidget *lastForTab() const;

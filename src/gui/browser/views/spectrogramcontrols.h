@@ -14,8 +14,8 @@ namespace Tsb {
 class ColorLimits;
 class ColormapMenu;
 
-/// The row above the strips of a spectrogram view: what it shows, its options, smoothing, colour bar and limits. Owns
-/// the state of its options. The limits must live as long as the row.
+/// The row above the strips of a spectrogram view: the button for its list of spectra, options, smoothing, colour bar
+/// and limits. Owns the state of its options. The limits must live as long as the row.
 class SpectrogramControls : public QWidget {
     Q_OBJECT
 public:

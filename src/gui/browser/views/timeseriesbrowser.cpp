@@ -273,11 +273,12 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
     setUpdatesEnabled(true);
 }
 
-// ---- what all views share
+// ---- for all views
 
 void TimeSeriesBrowser::activateLayouts()
 {
-    // Whoever asks for a plot's width wants that of the layout to come, and layouts settle only with the event loop.
+    // A plot's width is asked for to fit to it, so it must be that of the layout to come; layouts settle with the event
+    // loop.
     layout()->activate();
     m_viewHolder->layout()->activate();
     QCoreApplication::sendPostedEvents(m_viewHolder, QEvent::LayoutRequest);
@@ -286,8 +287,8 @@ void TimeSeriesBrowser::activateLayouts()
         view->activateLayout();
 }
 
-/// What new views have posted would come behind the painting that the first of them asked for, and have most of it done
-/// once more.
+/// New views have posted events that would come behind the painting that the first of them asked for, and have most of
+/// it done once more.
 void TimeSeriesBrowser::settleBeforePainting()
 {
     for (const QEvent::Type type : {QEvent::LayoutRequest, QEvent::UpdateLater})

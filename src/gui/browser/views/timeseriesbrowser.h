@@ -29,7 +29,7 @@ class ViewHolder;
 class TimeSeriesBrowser : public QWidget, private ViewStack {
     Q_OBJECT
 public:
-    static constexpr int greatestViewCount = 200; ///< of a setup; what comes behind is left out
+    static constexpr int greatestViewCount = 200; ///< of a setup; further ones are left out
 
     explicit TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr,
                                std::vector<ViewKind> kinds = standardViewKinds());
@@ -39,14 +39,14 @@ public:
     void setDatastore(Datastore *datastore);
     /// Whether all plots hear of changes of the store, see Plot::setListening.
     void setListening(bool on);
-    /// Draws all plots anew: what changes came to one after the other may have left between them.
+    /// Draws all plots anew. Changes that came one after the other may have left traces between their columns.
     void redrawPlots();
     /// The lasting views in the order of display: a list of maps with "type" and, for a view that has any, "settings".
     QVariant setup() const;
-    /// Puts other views in the place of all; takes what is sound in the value.
+    /// Puts other views in the place of all. Unsound parts of the value count as absent.
     void setSetup(const QVariant &setup);
 
-    /// What adds plots, for menus of the main window. Their menu is to be a PlotMenu.
+    /// The actions that add plots, for menus of the main window. Their menu is to be a PlotMenu.
     const QList<QAction *> &addPlotActions() const;
     const QList<QAction *> &viewActions() const { return m_viewActions; }
     TimeScale timeScale() const;
@@ -81,7 +81,7 @@ public Q_SLOTS:
     /// The same for a record that came in and was not chosen: the axis runs along, and leaves nothing to go back to.
     void followRecord(std::shared_ptr<Record> record);
     void setDisableAutoscroll(bool on);
-    /// Fits the scales of all views to what is in sight.
+    /// Fits the scales of all views to the values in sight.
     void allFitScale();
 
 Q_SIGNALS:

@@ -39,7 +39,7 @@ View::View(QWidget *parent)
 
 View::~View()
 {
-    // What is left of it hides its children, and a plot that hides tells of its cursors.
+    // The base class hides the children, and a plot that hides tells of its cursors.
     for (Plot *plot : findChildren<Plot *>())
         plot->disconnect(this);
 }

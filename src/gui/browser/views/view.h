@@ -30,9 +30,9 @@ public:
     /// Null takes the store away.
     virtual void setDatastore(Datastore *datastore);
     virtual void setUpdateTimer(QTimer *timer);
-    /// What setSettings() takes to make such a view again; invalid if there is nothing to keep.
+    /// The settings by which setSettings() makes such a view again; invalid if there is nothing to keep.
     virtual QVariant settings() const;
-    /// Takes what is sound in the settings; an invalid value changes nothing.
+    /// Unsound parts of the settings count as absent; an invalid value changes nothing.
     virtual void setSettings(const QVariant &settings);
 
     /// Shows the spectra of these ids, in a view that shows spectra; the base does nothing.
@@ -57,7 +57,7 @@ public Q_SLOTS:
     virtual void setTimeScale(TimeScale timescale);
     virtual void setUiInfo(std::shared_ptr<UiInfo> uiInfo);
     virtual void setCurrentRecord(std::shared_ptr<Record> record);
-    /// Fits the vertical or the colour scale to what is in sight.
+    /// Fits the vertical or the colour scale to the values in sight.
     virtual void fitScale();
 
 Q_SIGNALS:
@@ -73,7 +73,7 @@ protected:
     /// Wires one plot to this view: its wishes go out, the time cursor goes both ways.
     void connectPlot(Plot *plot);
     void setScaleGiven(bool given) { m_scaleGiven = given; }
-    /// Takes a fixed height out of settings: held within 16 .. 4096; nothing for 0, less, or what is no number.
+    /// Takes a fixed height out of settings: held within 16 .. 4096. 0, less, and no number change nothing.
     void restoreHeight(const QVariant &height);
     /// Adds a separator to the context menu and returns it.
     QAction *addSeparator();
