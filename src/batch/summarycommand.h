@@ -1,6 +1,6 @@
 #pragma once
 
-#include "batch/commandline.h"
+#include "batch/options.h"
 
 namespace Batch {
 

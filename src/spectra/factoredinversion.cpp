@@ -1,6 +1,6 @@
 #include "spectra/factoredinversion.h"
 
-#include "spectra/inverter.h"
+#include "spectra/invertermodel.h"
 
 #include <algorithm>
 #include <cmath>
@@ -125,8 +125,8 @@ struct Workspace {
 /// One inversion's working memory and steps.
 class FactoredInversion::Run {
 public:
-    Run(const FactoredInversion &prepared, const Inverter &inverter, const TreatedSignal &treated)
-        : m_prepared(prepared), m_settings(inverter.settings()), m_treated(treated), m_n(prepared.m_classes),
+    Run(const FactoredInversion &prepared, const InverterModel &model, const TreatedSignal &treated)
+        : m_prepared(prepared), m_settings(model.settings), m_treated(treated), m_n(prepared.m_classes),
           m_columns(prepared.m_estimate.columns),
           m_work(prepared.m_estimate, prepared.m_solve, prepared.m_currents,
                  std::size_t(std::clamp(m_settings.negRemoveIterations, 0, int(m_n))))
@@ -354,9 +354,9 @@ private:
     InversionSteps m_steps;
 };
 
-std::shared_ptr<const FactoredInversion> FactoredInversion::prepare(const Inverter &inverter)
+std::shared_ptr<const FactoredInversion> FactoredInversion::prepare(const InverterModel &model)
 {
-    const InverterSettings &settings = inverter.settings();
+    const InverterSettings &settings = model.settings;
     const std::size_t m = settings.instrumentMatrix.size1();
     const std::size_t n = settings.instrumentMatrix.size2();
     RealMatrix output = settings.postTransform;
@@ -365,9 +365,9 @@ std::shared_ptr<const FactoredInversion> FactoredInversion::prepare(const Invert
     if (output.size1() == 0)
         output = identity(n);
     if (settings.smoothing > 0) {
-        if (inverter.smoothingMatrix().size1() != output.size2())
+        if (model.smoothingMatrix.size1() != output.size2())
             return nullptr;
-        output = prod(output, inverter.smoothingMatrix());
+        output = prod(output, model.smoothingMatrix);
     }
     auto prepared = std::make_shared<FactoredInversion>();
     prepared->m_currents = m;
@@ -378,7 +378,7 @@ std::shared_ptr<const FactoredInversion> FactoredInversion::prepare(const Invert
     prepared->m_instrument = padded(settings.instrumentMatrix, prepared->m_estimate.columns);
     prepared->m_output = padded(output, prepared->m_solve.besides);
     if (settings.regulSmoothingCoef != 0.0)
-        prepared->m_regulSmoothing = padded(inverter.regulSmoothingMatrix(), prepared->m_estimate.columns);
+        prepared->m_regulSmoothing = padded(model.regulSmoothingMatrix, prepared->m_estimate.columns);
     if (!allFinite(prepared->m_output.data(), prepared->m_output.size()))
         return nullptr;
     for (std::size_t tile = 0; tile < prepared->m_estimate.firstRow.size(); ++tile)
@@ -387,10 +387,10 @@ std::shared_ptr<const FactoredInversion> FactoredInversion::prepare(const Invert
     return prepared;
 }
 
-std::optional<InversionSteps> FactoredInversion::invert(const Inverter &inverter, const TreatedSignal &treated,
+std::optional<InversionSteps> FactoredInversion::invert(const InverterModel &model, const TreatedSignal &treated,
                                                         bool keepRemovals) const
 {
-    Run run(*this, inverter, treated);
+    Run run(*this, model, treated);
     if (!run.perform(keepRemovals))
         return std::nullopt;
     return std::move(run.steps());

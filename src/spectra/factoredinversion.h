@@ -9,7 +9,7 @@
 
 namespace SpectMath {
 
-class Inverter;
+struct InverterModel;
 
 /// The fast way of an inversion, prepared once per inverter: S = L D Lᵀ in natural order instead of an inverse of S.
 ///
@@ -27,10 +27,10 @@ class FactoredInversion {
 public:
     /// Null where the sizes of the inverter's matrices don't fit or an output element isn't finite. What it keeps is
     /// copied.
-    static std::shared_ptr<const FactoredInversion> prepare(const Inverter &inverter);
+    static std::shared_ptr<const FactoredInversion> prepare(const InverterModel &model);
 
     /// Nothing if it can't vouch for the result.
-    std::optional<InversionSteps> invert(const Inverter &inverter, const TreatedSignal &treated,
+    std::optional<InversionSteps> invert(const InverterModel &model, const TreatedSignal &treated,
                                          bool keepRemovals) const;
 
 private:

@@ -96,14 +96,18 @@ std::vector<double> classTotals(const InverterSettings &settings)
     return result;
 }
 
+InverterModel modelOf(InverterSettings settings)
+{
+    const RealMatrix &instrument = settings.instrumentMatrix;
+    RealMatrix smoothing = smoothingWindowMatrix(int(instrument.size1()), settings.smoothing);
+    RealMatrix regulSmoothing = smoothingWindowMatrix(int(instrument.size2()), settings.regulSmoothingCoef);
+    return {std::move(settings), std::move(smoothing), std::move(regulSmoothing)};
+}
+
 } // namespace
 
 Inverter::Inverter(InverterSettings settings, SpectrumInfoPointer info)
-    : m_settings(std::move(settings)), m_info(std::move(info)),
-      m_smoothingMatrix(smoothingWindowMatrix(int(m_settings.instrumentMatrix.size1()), m_settings.smoothing)),
-      m_regulSmoothingMatrix(
-          smoothingWindowMatrix(int(m_settings.instrumentMatrix.size2()), m_settings.regulSmoothingCoef)),
-      m_factored(FactoredInversion::prepare(*this))
+    : m_model(modelOf(std::move(settings))), m_info(std::move(info)), m_factored(FactoredInversion::prepare(m_model))
 {
 }
 
@@ -131,15 +135,15 @@ std::shared_ptr<Spectrum> Inverter::invert(const RealVector &signal, const RealV
 std::shared_ptr<Spectrum> Inverter::invertRange(const double *signal, std::size_t signalSize, const double *variance,
                                                 std::size_t varianceSize, QString *report) const
 {
-    const RealMatrix &instrument = m_settings.instrumentMatrix;
+    const RealMatrix &instrument = m_model.settings.instrumentMatrix;
     if (signalSize != instrument.size1() || varianceSize != instrument.size1())
         throw InversionException(QStringLiteral("Instrument matrix does not match signal vector size"));
-    const TreatedSignal treated = treat(signal, variance, signalSize, m_settings.negSignalBias);
+    const TreatedSignal treated = treat(signal, variance, signalSize, m_model.settings.negSignalBias);
 
     std::optional<InversionSteps> factored;
     if (m_factored)
-        factored = m_factored->invert(*this, treated, report != nullptr);
-    InversionSteps steps = factored ? std::move(*factored) : invertPlainly(*this, treated, report != nullptr);
+        factored = m_factored->invert(m_model, treated, report != nullptr);
+    InversionSteps steps = factored ? std::move(*factored) : invertPlainly(m_model, treated, report != nullptr);
 
     auto spectrum = makeSpectrum();
     spectrum->info = m_info;
@@ -154,7 +158,7 @@ std::shared_ptr<Spectrum> Inverter::invertRange(const double *signal, std::size_
         setMissing(*spectrum);
     }
     if (report)
-        *report = inversionReport(steps, classTotals(m_settings), {signal, signal + signalSize}, calculated);
+        *report = inversionReport(steps, classTotals(m_model.settings), {signal, signal + signalSize}, calculated);
     return spectrum;
 }
 

@@ -63,10 +63,10 @@ std::vector<double> rowTimes(const std::vector<double> &row, const RealMatrix &m
 }
 
 /// The coefficients of the first solve, from the inverse with the initial regularisation and its estimate x0.
-std::vector<double> regularisation(const Inverter &inverter, const std::vector<double> &inverse,
+std::vector<double> regularisation(const InverterModel &model, const std::vector<double> &inverse,
                                    const std::vector<double> &x0)
 {
-    const InverterSettings &settings = inverter.settings();
+    const InverterSettings &settings = model.settings;
     std::vector<double> r(x0.size());
     for (std::size_t i = 0; i < r.size(); ++i) {
         double c = inverse[packedIndex(i, i)] * settings.nextRegulCoef / (x0[i] * x0[i]);
@@ -75,7 +75,7 @@ std::vector<double> regularisation(const Inverter &inverter, const std::vector<d
         const bool limited = settings.hasRegulLimit && (x0[i] < 0.0 || c > settings.regulLimit);
         r[i] = limited ? settings.regulLimit : c;
     }
-    return settings.regulSmoothingCoef != 0.0 ? rowTimes(r, inverter.regulSmoothingMatrix()) : r;
+    return settings.regulSmoothingCoef != 0.0 ? rowTimes(r, model.regulSmoothingMatrix) : r;
 }
 
 /// The columns of a matrix whose numbers are listed.
@@ -100,9 +100,9 @@ std::size_t firstSmallest(const std::vector<double> &x)
 }
 
 /// Takes out negative classes one by one; the status is that of the last solve.
-void removeNegatives(const Inverter &inverter, const TreatedSignal &treated, bool keepRemovals, InversionSteps &steps)
+void removeNegatives(const InverterModel &model, const TreatedSignal &treated, bool keepRemovals, InversionSteps &steps)
 {
-    const InverterSettings &settings = inverter.settings();
+    const InverterSettings &settings = model.settings;
     std::vector<std::size_t> active(steps.classes.size());
     std::iota(active.begin(), active.end(), std::size_t(0));
     std::vector<double> x = steps.classes;
@@ -114,8 +114,8 @@ void removeNegatives(const Inverter &inverter, const TreatedSignal &treated, boo
         const std::size_t column = active[position];
         active.erase(active.begin() + std::ptrdiff_t(position));
         r.erase(r.begin() + std::ptrdiff_t(position));
-        RegularisedSolution reduced = solveRegularised(inverter, columnsOf(settings.instrumentMatrix, active),
-                                                       treated.signal, treated.variance, r);
+        RegularisedSolution reduced =
+            solveRegularised(model, columnsOf(settings.instrumentMatrix, active), treated.signal, treated.variance, r);
         steps.status = reduced.status;
         if (steps.status != 0)
             return;
@@ -144,9 +144,9 @@ double stored(double value)
     return std::isnan(value) ? noValue : value;
 }
 
-void makeOutput(const Inverter &inverter, const std::vector<double> &covariance, InversionSteps &steps)
+void makeOutput(const InverterModel &model, const std::vector<double> &covariance, InversionSteps &steps)
 {
-    const InverterSettings &settings = inverter.settings();
+    const InverterSettings &settings = model.settings;
     const RealMatrix &p = settings.postTransform;
     std::vector<double> c = steps.classes;
     RealMatrix t = unpacked(covariance, c.size());
@@ -158,7 +158,7 @@ void makeOutput(const Inverter &inverter, const std::vector<double> &covariance,
         t = prod(trans(p), RealMatrix(prod(t, p)));
     }
     if (settings.smoothing > 0) {
-        const RealMatrix &m = inverter.smoothingMatrix();
+        const RealMatrix &m = model.smoothingMatrix;
         if (m.size1() != c.size())
             throw InversionException(QStringLiteral("Smoothing matrix size does not match spectrum size"));
         c = rowTimes(c, m);
@@ -204,11 +204,11 @@ bool invertPacked(std::vector<double> &packed, std::size_t order)
     return true;
 }
 
-RegularisedSolution solveRegularised(const Inverter &inverter, const RealMatrix &matrix,
+RegularisedSolution solveRegularised(const InverterModel &model, const RealMatrix &matrix,
                                      const std::vector<double> &signal, const std::vector<double> &variance,
                                      const std::vector<double> &r)
 {
-    const InverterSettings &settings = inverter.settings();
+    const InverterSettings &settings = model.settings;
     RegularisedSolution solution;
     solution.r = r;
     if (variance.size() != matrix.size1())
@@ -235,7 +235,7 @@ RegularisedSolution solveRegularised(const Inverter &inverter, const RealMatrix 
             solution.status = 3;
             return solution;
         }
-        solution.r = regularisation(inverter, s, timesPacked(s, y));
+        solution.r = regularisation(model, s, timesPacked(s, y));
         s = normal;
     }
     for (std::size_t i = 0; i < n; ++i)
@@ -256,11 +256,11 @@ RegularisedSolution solveRegularised(const Inverter &inverter, const RealMatrix 
     return solution;
 }
 
-InversionSteps invertPlainly(const Inverter &inverter, const TreatedSignal &treated, bool keepRemovals)
+InversionSteps invertPlainly(const InverterModel &model, const TreatedSignal &treated, bool keepRemovals)
 {
     InversionSteps steps;
     RegularisedSolution first =
-        solveRegularised(inverter, inverter.settings().instrumentMatrix, treated.signal, treated.variance, {});
+        solveRegularised(model, model.settings.instrumentMatrix, treated.signal, treated.variance, {});
     steps.status = first.status;
     if (steps.status != 0)
         return steps;
@@ -268,9 +268,9 @@ InversionSteps invertPlainly(const Inverter &inverter, const TreatedSignal &trea
     steps.firstClasses = first.x;
     steps.regularisation = std::move(first.r);
     steps.classes = std::move(first.x);
-    removeNegatives(inverter, treated, keepRemovals, steps);
+    removeNegatives(model, treated, keepRemovals, steps);
     if (steps.status == 0)
-        makeOutput(inverter, first.covariance, steps); // of the first solve: a removed class keeps its uncertainty
+        makeOutput(model, first.covariance, steps); // of the first solve: a removed class keeps its uncertainty
     return steps;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "spectra/inversionsteps.h"
-#include "spectra/inverter.h"
+#include "spectra/invertermodel.h"
 
 namespace SpectMath {
 
@@ -20,12 +20,12 @@ struct RegularisedSolution {
 
 /// Solves for the columns of `matrix`. An empty r is determined here; otherwise it holds one coefficient per column.
 /// Throws Inversion::InversionException where the variance or the signal has another size than the matrix has rows.
-RegularisedSolution solveRegularised(const Inverter &inverter, const RealMatrix &matrix,
+RegularisedSolution solveRegularised(const InverterModel &model, const RealMatrix &matrix,
                                      const std::vector<double> &signal, const std::vector<double> &variance,
                                      const std::vector<double> &r);
 
 /// The whole inversion of a treated signal, as it is defined. Throws Inversion::InversionException where the output's
 /// sizes don't fit, unless it fails before it gets there.
-InversionSteps invertPlainly(const Inverter &inverter, const TreatedSignal &treated, bool keepRemovals);
+InversionSteps invertPlainly(const InverterModel &model, const TreatedSignal &treated, bool keepRemovals);
 
 } // namespace SpectMath

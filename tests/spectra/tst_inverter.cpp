@@ -177,16 +177,16 @@ TEST(Inverter, physical_records_take_the_factored_way)
     InstrumentModel model(42, 60, 50, 3);
     model.background = 0.1;
     const Inverter inverter(model.settings, infoOf(50));
-    const auto factored = FactoredInversion::prepare(inverter);
+    const auto factored = FactoredInversion::prepare(inverter.model());
     ASSERT_TRUE(factored);
     RealVector s, v;
     int removals = 0;
     for (int k = 0; k < 200; ++k) {
         model.measure(s, v);
         const TreatedSignal treated{{s.begin(), s.end()}, {v.begin(), v.end()}};
-        const auto fast = factored->invert(inverter, treated, true);
+        const auto fast = factored->invert(inverter.model(), treated, true);
         ASSERT_TRUE(fast) << k;
-        const InversionSteps plain = invertPlainly(inverter, treated, true);
+        const InversionSteps plain = invertPlainly(inverter.model(), treated, true);
         ASSERT_EQ(fast->removals.size(), plain.removals.size());
         removals += int(plain.removals.size());
         Difference d;
@@ -319,8 +319,10 @@ TEST(Inverter, sizes_that_do_not_fit)
               "Smoothing matrix size does not match spectrum size");
 
     const std::vector<double> two(2, 1.0), fitting(4, 1.0);
-    EXPECT_THROW(solveRegularised(inverter, model.settings.instrumentMatrix, fitting, two, {}), InversionException);
-    EXPECT_THROW(solveRegularised(inverter, model.settings.instrumentMatrix, two, fitting, {}), InversionException);
+    EXPECT_THROW(solveRegularised(inverter.model(), model.settings.instrumentMatrix, fitting, two, {}),
+                 InversionException);
+    EXPECT_THROW(solveRegularised(inverter.model(), model.settings.instrumentMatrix, two, fitting, {}),
+                 InversionException);
 }
 
 TEST(Inverter, a_part_of_the_electrometers)

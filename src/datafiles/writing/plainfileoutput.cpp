@@ -28,6 +28,19 @@ QString nameInPattern(const QString &name)
 
 } // namespace
 
+struct PlainFileOutput::SpectraFile {
+    std::unique_ptr<File> file;
+    QVector<SpectMath::SpectrumInfoPointer> spectra; ///< the meaning of the columns
+};
+
+/// The files of one variant. A file that is switched off is absent.
+struct PlainFileOutput::StdFiles {
+    std::unique_ptr<File> records;
+    std::unique_ptr<File> diagnostics;
+    std::unique_ptr<File> currents;
+    QMap<int, std::shared_ptr<SpectraFile>> spectra; ///< by operating mode
+};
+
 PlainFileOutput::PlainFileOutput(const Settings &settings, QObject *parent)
     : QObject(parent), m_logger(QStringLiteral("filewriter")), m_settings(settings), m_row(std::make_unique<RowText>())
 {

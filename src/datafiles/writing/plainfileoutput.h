@@ -18,6 +18,7 @@
 
 namespace Spectrometer {
 
+class OutputFile;
 class RowText;
 
 /// Writes records to day files of tab-separated text, each opened with a header that describes it. A file that already
@@ -28,7 +29,7 @@ class RowText;
 class PlainFileOutput : public QObject {
     Q_OBJECT
 public:
-    class File;
+    using File = OutputFile;
     struct SpectraFile;
     struct StdFiles;
 

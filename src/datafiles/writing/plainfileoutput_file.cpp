@@ -47,17 +47,17 @@ QByteArray joined(const QList<QByteArray> &lines)
 
 } // namespace
 
-PlainFileOutput::File::File(const QString &pattern, const QList<QByteArray> &header)
+OutputFile::OutputFile(const QString &pattern, const QList<QByteArray> &header)
     : m_pattern(pattern), m_header(header), m_onlyDayCodes(hasOnlyDayCodes(pattern))
 {
 }
 
-PlainFileOutput::File::~File()
+OutputFile::~OutputFile()
 {
     close();
 }
 
-void PlainFileOutput::File::close()
+void OutputFile::close()
 {
     if (m_file) {
         m_file->close(); // which unlocks it; the descriptor is ours
@@ -75,7 +75,7 @@ void PlainFileOutput::File::close()
     flagIds.clear();
 }
 
-QString PlainFileOutput::File::nameFor(RecordTime localTime)
+QString OutputFile::nameFor(RecordTime localTime)
 {
     // A negative time has no text, and so no file.
     if (localTime < RecordTime())
@@ -89,7 +89,7 @@ QString PlainFileOutput::File::nameFor(RecordTime localTime)
     return m_nameOfDay;
 }
 
-void PlainFileOutput::File::openFor(RecordTime localTime)
+void OutputFile::openFor(RecordTime localTime)
 {
     m_wantedName = m_pattern;
     const QString name = m_wantedName = nameFor(localTime);
@@ -113,7 +113,7 @@ void PlainFileOutput::File::openFor(RecordTime localTime)
         messageCallback(m_message);
 }
 
-void PlainFileOutput::File::openNamed(const QString &name)
+void OutputFile::openNamed(const QString &name)
 {
     const QFileInfo target(name);
     if (!target.exists()) {
@@ -139,7 +139,7 @@ void PlainFileOutput::File::openNamed(const QString &name)
     m_handle = handle;
 }
 
-int PlainFileOutput::File::matchedHeader(bool *endsInLine)
+int OutputFile::matchedHeader(bool *endsInLine)
 {
     // A line that is longer than all header lines can't match, however long it is.
     int longest = 0;
@@ -179,7 +179,7 @@ int PlainFileOutput::File::matchedHeader(bool *endsInLine)
     return match.matched();
 }
 
-void PlainFileOutput::File::checkHeader()
+void OutputFile::checkHeader()
 {
     QByteArray text = joined(m_header);
     if (matchHeader && !m_header.isEmpty()) {
@@ -196,7 +196,7 @@ void PlainFileOutput::File::checkHeader()
     flagIds.clear();
 }
 
-void PlainFileOutput::File::append(const char *bytes, std::size_t size)
+void OutputFile::append(const char *bytes, std::size_t size)
 {
     // Past QFile's own buffer: what a full disk refused would stay in it and reach the file with a later row.
     FileCalls &calls = FileCalls::current();
@@ -210,7 +210,7 @@ void PlainFileOutput::File::append(const char *bytes, std::size_t size)
     }
 }
 
-void PlainFileOutput::File::settle()
+void OutputFile::settle()
 {
     if (!m_file->isLocked())
         throw FileOutputError(

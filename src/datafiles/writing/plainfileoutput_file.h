@@ -1,14 +1,11 @@
 #pragma once
 
-#include "datafiles/writing/plainfileoutput.h"
 #include "datafiles/writing/plainfileoutput_flags.h"
-#include "spectra/spectruminfo.h"
+#include "util/recordtime.h"
 
 #include <QByteArray>
 #include <QList>
-#include <QMap>
 #include <QString>
-#include <QVector>
 
 #include <functional>
 #include <memory>
@@ -17,7 +14,7 @@ class LockedFile;
 
 namespace Spectrometer {
 
-/// A failure that costs a row. The message says what was lost.
+/// A failure that costs a row. The message names the loss.
 class FileOutputError {
 public:
     explicit FileOutputError(const QString &message) : m_message(message) {}
@@ -29,11 +26,11 @@ private:
 
 /// One kind of day file: the name pattern, the header, and the file of the present day if one is open. The lock is held
 /// for as long as the file is open.
-class PlainFileOutput::File {
+class OutputFile {
 public:
     /// `pattern` is a path with time codes.
-    File(const QString &pattern, const QList<QByteArray> &header);
-    virtual ~File();
+    OutputFile(const QString &pattern, const QList<QByteArray> &header);
+    virtual ~OutputFile();
 
     /// Makes sure that the file of that local time is open and ends in the right header. Throws FileOutputError, with
     /// no file open then.
@@ -77,19 +74,6 @@ private:
     bool m_onlyDayCodes; ///< the pattern gives one name for all times of a day
     std::int64_t m_namedDay = -1;
     QString m_nameOfDay;
-};
-
-struct PlainFileOutput::SpectraFile {
-    std::unique_ptr<File> file;
-    QVector<SpectMath::SpectrumInfoPointer> spectra; ///< what the columns stand for
-};
-
-/// The files of one variant. A file that is switched off is absent.
-struct PlainFileOutput::StdFiles {
-    std::unique_ptr<File> records;
-    std::unique_ptr<File> diagnostics;
-    std::unique_ptr<File> currents;
-    QMap<int, std::shared_ptr<SpectraFile>> spectra; ///< by operating mode
 };
 
 } // namespace Spectrometer

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QDate>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+/// The choices that the command line of morvantide-batch makes.
+namespace Batch {
+
+/// What to read. The variant is a pattern of file names, as in the window's data dialog.
+struct ReadOptions {
+    QString folder;
+    QString variant; ///< empty: files without a variant in their names
+    QDate from;      ///< invalid: no limit
+    QDate to;
+};
+
+struct SummaryOptions {
+    ReadOptions read;
+    bool json = false;
+};
+
+struct SaveOptions {
+    ReadOptions read;
+    QString outputFolder;
+    QString outputVariant;
+    bool records = true;
+    bool inversionVars = false;
+    bool append = false;
+};
+
+struct ReinvertOptions {
+    SaveOptions save;      ///< without records, unless they are asked for
+    QStringList inverters; ///< paths as the window's file dialog takes them
+    bool onlyNew = false;  ///< leaves out the spectra that were read
+    int jobs = 1;          ///< threads that invert
+};
+
+struct RenderOptions {
+    ReadOptions read; ///< without dates: days outside the span are read too, as the window does
+    QString outputFile;
+    QSize size;        ///< logical pixels; empty: the default width, and the height that the stack asks for
+    QString from;      ///< a day or a moment, local at the first record; empty: from the first record on
+    QString to;        ///< likewise; a day is shown to its end
+    QString setupFile; ///< empty: the default stack
+    int scale = 1;     ///< pixels of the file for each logical pixel along an edge
+};
+
+} // namespace Batch
