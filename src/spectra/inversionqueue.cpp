@@ -28,7 +28,7 @@ InversionQueue::InversionQueue(InverterList inverters, std::shared_ptr<const Spe
                                int workerCount, QObject *parent)
     : QObject(parent), m_inverters(std::make_shared<const InverterList>(std::move(inverters))),
       m_metadata(std::move(metadata)), m_log(QStringLiteral("inversion")),
-      m_mailbox(std::make_shared<InversionMailbox>(this))
+      m_mailbox(std::make_shared<InversionMailbox>(this, "takeResults"))
 {
     if (workerCount < 1)
         workerCount = std::max(QThread::idealThreadCount(), 1);
@@ -200,7 +200,14 @@ void InversionQueue::takeResults()
     QElapsedTimer timer;
     timer.start();
     FinishedJobs delivery;
-    while (m_mailbox->take(delivery)) {
+    const auto takeOldest = [&delivery](std::deque<FinishedJobs> &deliveries) {
+        if (deliveries.empty())
+            return false;
+        delivery = std::move(deliveries.front());
+        deliveries.pop_front();
+        return true;
+    };
+    while (m_mailbox->look(takeOldest)) {
         m_outstanding -= int(delivery.results.size());
         Worker *worker = workerByIndex(delivery.workerIndex);
         if (worker && delivery.isIdle)

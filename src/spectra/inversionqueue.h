@@ -12,12 +12,14 @@
 #include <deque>
 
 class QThread;
+template<class Content>
+class Mailbox;
 
 namespace SpectMath {
 
 class InversionJobs;
-class InversionMailbox;
 class InversionWorker;
+struct FinishedJobs;
 
 /// Spreads the inversion of records over worker threads, one per processor. Lives on the thread that made it, and all
 /// of its slots are called there. Records must not change while it runs: workers read them.
@@ -86,7 +88,7 @@ private:
     const std::shared_ptr<const InverterList> m_inverters;
     const std::shared_ptr<const Spectrometer::RecordMetadata> m_metadata;
     const Log::Logger m_log;
-    std::shared_ptr<InversionMailbox> m_mailbox;
+    std::shared_ptr<Mailbox<std::deque<FinishedJobs>>> m_mailbox;
     std::shared_ptr<InversionJobs> m_released;          ///< within the workers' reach
     std::deque<Spectrometer::FullRecordPointer> m_jobs; ///< behind those
     bool m_releasePosted = false;

@@ -1,7 +1,5 @@
 #include "spectra/inversionworker.h"
 
-#include "spectra/inversionqueue.h"
-
 #include <QElapsedTimer>
 
 namespace SpectMath {
@@ -12,43 +10,6 @@ namespace {
 constexpr qint64 longestWaitMs = 20;
 
 } // namespace
-
-void InversionMailbox::put(FinishedJobs &&jobs)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const bool wasEmpty = m_deliveries.empty();
-    m_deliveries.push_back(std::move(jobs));
-    if (wasEmpty && m_queue)
-        QMetaObject::invokeMethod(m_queue, "takeResults", Qt::QueuedConnection);
-}
-
-bool InversionMailbox::take(FinishedJobs &jobs)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_deliveries.empty())
-        return false;
-    jobs = std::move(m_deliveries.front());
-    m_deliveries.pop_front();
-    return true;
-}
-
-void InversionMailbox::detach()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_queue = nullptr;
-}
-
-void InversionMailbox::wake()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_queue && !m_deliveries.empty())
-        QMetaObject::invokeMethod(m_queue, "takeResults", Qt::QueuedConnection);
-}
-
-void InversionMailbox::synchronise()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-}
 
 InversionWorker::InversionWorker(int index, std::shared_ptr<InversionJobs> jobs,
                                  std::shared_ptr<InversionMailbox> mailbox,
@@ -61,7 +22,7 @@ InversionWorker::InversionWorker(int index, std::shared_ptr<InversionJobs> jobs,
 
 InversionWorker::~InversionWorker()
 {
-    m_mailbox->synchronise(); // which the thread used last
+    m_mailbox->look([](const auto &) {}); // which the thread used last: all that it did comes before this
 }
 
 void InversionWorker::start()
@@ -84,7 +45,7 @@ void InversionWorker::start()
 void InversionWorker::deliver(FinishedJobs &finished)
 {
     finished.workerIndex = m_index;
-    m_mailbox->put(std::exchange(finished, {}));
+    m_mailbox->put([&finished](auto &deliveries) { deliveries.push_back(std::exchange(finished, {})); });
 }
 
 } // namespace SpectMath

@@ -3,16 +3,14 @@
 #include "log/logger.h"
 #include "spectra/inversionjobs.h"
 #include "spectra/recordinversion.h"
+#include "util/mailbox.h"
 
 #include <QObject>
 
 #include <deque>
-#include <mutex>
 #include <vector>
 
 namespace SpectMath {
-
-class InversionQueue;
 
 /// What a worker hands back.
 struct FinishedJobs {
@@ -21,28 +19,8 @@ struct FinishedJobs {
     std::vector<SpectrumRecordPointer> results;
 };
 
-/// Where workers leave their results. Outlives the queue if a worker does; the posted event only says that something is
-/// there.
-class InversionMailbox {
-public:
-    explicit InversionMailbox(InversionQueue *queue) : m_queue(queue) {}
-
-    /// Any thread. Wakes the queue if the box was empty.
-    void put(FinishedJobs &&jobs);
-    /// The queue's thread: the oldest delivery; false if there is none.
-    bool take(FinishedJobs &jobs);
-    /// The queue is going away: nothing is posted to it from now on.
-    void detach();
-    /// Asks for another turn of the queue's thread.
-    void wake();
-    /// Whatever was put here by a thread that has ended happened before what follows.
-    void synchronise();
-
-private:
-    std::mutex m_mutex;
-    InversionQueue *m_queue;
-    std::deque<FinishedJobs> m_deliveries;
-};
+/// Where workers leave their results, the oldest first. Outlives the queue if a worker does.
+using InversionMailbox = Mailbox<std::deque<FinishedJobs>>;
 
 /// Inverts records on a thread of its own. Everything handed over lies in boxes with a mutex.
 class InversionWorker : public QObject {

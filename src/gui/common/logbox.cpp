@@ -10,7 +10,7 @@ namespace {
 /// Hears the root logger for all boxes. It is connected once and stays, so that no connection is cut while another
 /// thread logs.
 struct Listener {
-    std::mutex mutex; ///< guards the list and what is in the boxes
+    std::mutex mutex; ///< guards the list
     std::vector<LogBox *> boxes;
 
     static Listener &instance()
@@ -38,7 +38,7 @@ private:
 
 } // namespace
 
-LogBox::LogBox(QObject *parent) : QObject(parent)
+LogBox::LogBox(QObject *parent) : QObject(parent), m_entries(this, "deliver")
 {
     Listener &listener = Listener::instance();
     const std::lock_guard<std::mutex> lock(listener.mutex);
@@ -54,25 +54,19 @@ LogBox::~LogBox()
 
 void LogBox::put(const Log::Entry &entry)
 {
-    if (!m_entries.empty() && Log::isRepeat(m_entries.back(), entry)) {
-        m_entries.back().count += entry.count;
-        return;
-    }
-    const bool wasEmpty = m_entries.empty();
-    if (int(m_entries.size()) == capacity)
-        m_entries.pop_front();
-    m_entries.push_back(entry);
-    if (wasEmpty)
-        QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection);
+    m_entries.put([&entry](std::deque<Log::Entry> &entries) {
+        if (!entries.empty() && Log::isRepeat(entries.back(), entry)) {
+            entries.back().count += entry.count;
+            return;
+        }
+        if (int(entries.size()) == capacity)
+            entries.pop_front();
+        entries.push_back(entry);
+    });
 }
 
 void LogBox::deliver()
 {
-    std::deque<Log::Entry> entries;
-    {
-        const std::lock_guard<std::mutex> lock(Listener::instance().mutex);
-        entries.swap(m_entries);
-    }
-    for (const Log::Entry &entry : entries)
+    for (const Log::Entry &entry : m_entries.take())
         Q_EMIT newEntry(entry);
 }

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "log/logger.h"
+#include "util/mailbox.h"
 
 #include <QObject>
 
 #include <deque>
 
-/// Where log entries of all threads wait for the main thread. It has a mutex of its own and keeps the last 1000 of
+/// Where log entries of all threads wait for the main thread. It keeps the last 1000 of
 /// those that the log dock shows, equal ones in a row as one, so that a reader that complains about every row costs
 /// neither memory nor a frozen window. Made and destroyed on the main thread.
 class LogBox : public QObject {
@@ -18,7 +19,7 @@ public:
     explicit LogBox(QObject *parent = nullptr);
     ~LogBox() override;
 
-    /// Takes an entry, on any thread, under the lock that all boxes share.
+    /// Takes an entry, on any thread.
     void put(const Log::Entry &entry);
 
 Q_SIGNALS:
@@ -29,5 +30,5 @@ private Q_SLOTS:
     void deliver();
 
 private:
-    std::deque<Log::Entry> m_entries; ///< under the same lock
+    Mailbox<std::deque<Log::Entry>> m_entries;
 };

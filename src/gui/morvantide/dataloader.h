@@ -1,6 +1,8 @@
 #pragma once
 
 #include "datafiles/reading/filereadertask.h"
+#include "gui/morvantide/readprogress.h"
+#include "util/mailbox.h"
 
 #include <QObject>
 #include <QPointer>
@@ -40,13 +42,18 @@ private Q_SLOTS:
     void takeNews();
 
 private:
-    struct Box;
+    /// What the reading thread tells.
+    struct News {
+        ReadProgress progress;
+        Result result; ///< set when finished
+        bool isFinished = false;
+    };
 
     void connectTask();
 
     QWidget *m_window;
     std::unique_ptr<ReadProgressDialog> m_dialog; ///< of the read under way
-    std::shared_ptr<Box> m_box;                   ///< likewise
+    std::shared_ptr<Mailbox<News>> m_news;        ///< likewise
     FileReaderTask *m_task = nullptr;             ///< lives on the thread; null without a read
     QThread *m_thread = nullptr;                  ///< one for each read
     QPointer<QThread> m_retiringThread;           ///< of the read before, which goes away by itself

@@ -1,6 +1,7 @@
 #include "gui/morvantide/inverterloader.h"
 
 #include "spectra/inverterfiles.h"
+#include "util/mailbox.h"
 #include "util/workerthread.h"
 
 #include <QDialog>
@@ -11,8 +12,7 @@
 #include <QVBoxLayout>
 
 #include <atomic>
-#include <condition_variable>
-#include <mutex>
+#include <future>
 
 namespace {
 
@@ -23,39 +23,35 @@ constexpr unsigned long patience = 5000; // ms
 
 } // namespace
 
-/// What the thread tells, with a mutex of its own. A posted call only says that something is in it.
+/// What the thread tells, and what it is told.
 struct InverterLoader::Box {
-    std::atomic<bool> isCancelled{false};
-    std::mutex mutex; ///< guards all that follows
-    std::condition_variable hasEnded;
-    InverterLoader *loader = nullptr; ///< null once it is gone
-    QString path;                     ///< being read
-    Result result;                    ///< set when finished
-    bool isFinished = false;
-    bool isPosted = false;
+    struct News {
+        QString path;  ///< being read
+        Result result; ///< set when finished
+        bool isFinished = false;
+    };
 
-    template<class Change>
-    void put(Change change)
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        change(*this);
-        if (loader && !isPosted)
-            isPosted = QMetaObject::invokeMethod(loader, "takeNews", Qt::QueuedConnection);
-    }
+    explicit Box(InverterLoader *loader) : news(loader, "takeNews") {}
+
+    std::atomic<bool> isCancelled{false};
+    std::promise<void> end;
+    Mailbox<News> news;
+
     /// On the thread, from begin to end.
     void load(const QStringList &paths)
     {
         Result loaded;
         loaded.inverters =
             SpectMath::loadChosenInverters(paths, unitTable(), &loaded.errors, [this](const QString &next) {
-                put([&next](Box &box) { box.path = QString(next.constData(), next.size()); }); // nothing is shared
+                news.put(
+                    [&next](News &told) { told.path = QString(next.constData(), next.size()); }); // nothing is shared
                 return !isCancelled;
             });
-        put([&loaded](Box &box) {
-            box.result = std::move(loaded);
-            box.isFinished = true;
+        news.put([&loaded](News &told) {
+            told.result = std::move(loaded);
+            told.isFinished = true;
         });
-        hasEnded.notify_all();
+        end.set_value();
     }
 };
 
@@ -107,10 +103,7 @@ InverterLoader::~InverterLoader()
 {
     if (!isLoading())
         return;
-    {
-        const std::lock_guard<std::mutex> lock(m_box->mutex);
-        m_box->loader = nullptr;
-    }
+    m_box->news.detach();
     m_box->isCancelled = true;
     m_thread->quit();
     if (m_thread->wait(patience))
@@ -121,12 +114,7 @@ void InverterLoader::start(const QStringList &paths)
 {
     Q_ASSERT(!isLoading());
     startThread(paths);
-    bool isFinished;
-    {
-        std::unique_lock<std::mutex> lock(m_box->mutex);
-        isFinished = m_box->hasEnded.wait_for(lock, longestWithoutDialog, [this] { return m_box->isFinished; });
-    }
-    if (isFinished)
+    if (m_box->end.get_future().wait_for(longestWithoutDialog) == std::future_status::ready)
         end();
     else
         showDialog();
@@ -134,8 +122,7 @@ void InverterLoader::start(const QStringList &paths)
 
 void InverterLoader::startThread(const QStringList &paths)
 {
-    m_box = std::make_shared<Box>();
-    m_box->loader = this;
+    m_box = std::make_shared<Box>(this);
     m_thread = new WorkerThread;
     m_thread->setObjectName(QStringLiteral("inverters"));
     auto *task = new QObject;
@@ -166,14 +153,8 @@ void InverterLoader::takeNews()
 {
     if (!isLoading())
         return;
-    QString path;
-    bool isFinished;
-    {
-        const std::lock_guard<std::mutex> lock(m_box->mutex);
-        m_box->isPosted = false;
-        path = m_box->path;
-        isFinished = m_box->isFinished;
-    }
+    const auto [path, isFinished] =
+        m_box->news.look([](const Box::News &news) { return std::make_pair(news.path, news.isFinished); });
     if (isFinished)
         end();
     else
@@ -185,11 +166,7 @@ void InverterLoader::end()
     m_thread->quit();
     m_thread->wait(); // it has nothing left to do
     delete std::exchange(m_thread, nullptr);
-    Result result;
-    {
-        const std::lock_guard<std::mutex> lock(m_box->mutex);
-        result = std::move(m_box->result);
-    }
+    Result result = m_box->news.take().result;
     result.cancelled = m_box->isCancelled;
     m_box.reset();
     m_dialog.reset(); // not merely hidden, or it might be given the focus when it is gone

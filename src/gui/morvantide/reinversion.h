@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/morvantide/slicedwork.h"
+#include "util/slicedwork.h"
 #include "spectra/inversionqueue.h"
 #include "store/datastore.h"
 

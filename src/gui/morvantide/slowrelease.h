@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/morvantide/slicedwork.h"
+#include "util/slicedwork.h"
 #include "store/datastore.h"
 
 #include <vector>

@@ -1,4 +1,4 @@
-#include "gui/morvantide/slicedwork.h"
+#include "util/slicedwork.h"
 
 #include <QElapsedTimer>
 
