@@ -16,10 +16,7 @@ namespace Colormap {
 /// Takes the normalised value, returns 0xFFRRGGBB. May be empty, which stands for "no map".
 using Map = std::function<uint(double)>;
 
-/// One row of a colour table, channels from 0 to 1.
-struct Rgb {
-    double red, green, blue;
-};
+struct Rgb;
 
 /// One corner of a channel: left of x the channel runs towards yBelow, right of x it starts from yAbove.
 struct SegmentPoint {

@@ -24,7 +24,7 @@ double padOf(double g)
 
 class ColumnPlanner {
 public:
-    ColumnPlanner(const SpectrogramSource &source, const SpectrogramParameters &parameters, int width, int offset)
+    ColumnPlanner(const SpectrogramSource &source, const ColumnParameters &parameters, int width, int offset)
         : m_source(source), m_spans(source.spans), m_parameters(parameters), m_width(width), m_offset(offset)
     {
     }
@@ -109,7 +109,7 @@ private:
 
     const SpectrogramSource &m_source;
     const SpanIndex &m_spans;
-    const SpectrogramParameters &m_parameters;
+    const ColumnParameters &m_parameters;
     int m_width;
     int m_offset;
     int m_first = 0;
@@ -135,7 +135,7 @@ std::pair<std::size_t, std::size_t> SpectrogramSource::entriesAround(const TimeS
     return {begin > 0 ? begin - 1 : 0, std::min(spans.size(), end + 1)};
 }
 
-std::vector<ColumnRun> planColumns(const SpectrogramSource &source, const SpectrogramParameters &parameters, int width,
+std::vector<ColumnRun> planColumns(const SpectrogramSource &source, const ColumnParameters &parameters, int width,
                                    const PixelRange &columns, int offset)
 {
     return ColumnPlanner(source, parameters, width, offset).plan(columns);

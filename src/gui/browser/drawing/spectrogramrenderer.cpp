@@ -1,5 +1,4 @@
 #include "gui/browser/drawing/spectrogramrenderer.h"
-#include "gui/browser/drawing/spectrogramcolumns.h"
 
 #include <algorithm>
 #include <cmath>

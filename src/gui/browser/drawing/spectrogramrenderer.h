@@ -1,9 +1,7 @@
 #pragma once
 
-#include "axis/pixelrange.h"
-#include "axis/timescale.h"
 #include "gui/browser/drawing/colormap.h"
-#include "store/datastore.h"
+#include "gui/browser/drawing/spectrogramcolumns.h"
 #include "util/numeric.h"
 
 #include <QColor>
@@ -11,26 +9,10 @@
 
 namespace Tsb {
 
-/// One spectrum's records in order of time: the series of a store and the times of its entries. Borrowed for a call.
-struct SpectrogramSource {
-    const Datastore::Series &series;
-    const SpanIndex &spans; ///< entry for entry
-
-    /// The values of an entry that is to be drawn: it has a spectrum of that length and of status 0. Null otherwise.
-    const double *values(std::size_t entry, std::size_t binCount) const { return valuesOf(series[entry], binCount); }
-    static const double *valuesOf(const SpectrumRecord &entry, std::size_t binCount);
-    /// The entries that can show on the columns from first to last: those that begin from two columns before to two
-    /// behind, and one more on each side.
-    std::pair<std::size_t, std::size_t> entriesAround(const TimeScale &scale, int first, int last) const;
-};
-
-struct SpectrogramParameters {
-    TimeScale scale;
-    int binCount = 0;      ///< spectra of another length are left out
+struct SpectrogramParameters : ColumnParameters {
     double colorLower = 1; ///< decades; the limits of the colour map
     double colorUpper = 3;
-    Colormap::Map colormap; ///< empty: nothing is drawn
-    bool fillGaps = false;
+    Colormap::Map colormap;                ///< empty: nothing is drawn
     bool reversedRows = false;             ///< the last bin on the bottom row
     const RealMatrix *smoothing = nullptr; ///< binCount by binCount; null: off
 };
