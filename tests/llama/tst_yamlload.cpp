@@ -1,5 +1,5 @@
 #include "llama/qyaml.h"
-#include "support/corpus.h"
+#include "support/expected.h"
 
 #include <QBuffer>
 #include <QDebug>

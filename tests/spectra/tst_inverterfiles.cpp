@@ -2,7 +2,7 @@
 
 #include "demo/zipwriter.h"
 #include "inverterfixture.h"
-#include "support/corpus.h"
+#include "support/expected.h"
 #include "support/files.h"
 
 #include <QCryptographicHash>

@@ -1,7 +1,7 @@
 #include "util/zipreader.h"
 
 #include "demo/zipwriter.h"
-#include "support/corpus.h"
+#include "support/expected.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
 #include "datafiles/reading/reading.h"
-#include "support/corpus.h"
+#include "support/expected.h"
 #include "util/timeformat.h"
 
 namespace {

@@ -4,6 +4,7 @@
 #include "log/logger.h"
 #include "support/files.h"
 #include "support/fulldisk.h"
+#include "support/instrument.h"
 #include "support/realvector.h"
 
 #include <QStringList>
@@ -26,23 +27,7 @@ class OutputTest : public ::testing::Test {
 protected:
     OutputTest()
     {
-        metadata->totalElectrometers = 2;
-        metadata->electrometerNames = {"E1", "E2"};
         metadata->electrometerGroups["pos"] = {0, 2};
-        metadata->opmodes = {Opmode(0, "ions"), Opmode(1, "offset")};
-        auto variable = std::make_shared<Spectrometer::SystemVariable>();
-        variable->name = variable->humanname = "temp";
-        variable->index = variable->valueIndex = 0;
-        metadata->variables = {variable};
-        metadata->variableCount = 1;
-
-        auto info = std::make_shared<SpectMath::SpectrumInfo>();
-        info->name = "ions\tpos";
-        info->radii = realVector({1.5, 2.25});
-        info->scale = SpectMath::DistributionScale::radius;
-        info->finish();
-        spectrumInfo = info;
-
         settings.folder = folder.path() + "/out";
         settings.fileNamePattern = "%Y%m%d";
         settings.timeFormat = "%Y-%m-%d %H:%M:%s";
@@ -106,7 +91,7 @@ protected:
     QObject logReceiver;
     QStringList errors;
     QStringList messages;
-    std::shared_ptr<Spectrometer::RecordMetadata> metadata = std::make_shared<Spectrometer::RecordMetadata>();
-    SpectMath::SpectrumInfoPointer spectrumInfo;
+    Spectrometer::RecordMetadataPointer metadata = testMetadata({"ions", "offset"}, {"E1", "E2"}, {"temp"});
+    SpectMath::SpectrumInfoPointer spectrumInfo = testInfo("ions\tpos", {1.5, 2.25});
     Spectrometer::PlainFileOutput::Settings settings;
 };

@@ -1,6 +1,5 @@
 #include "datafiles/writing/recordwriting.h"
 #include "outputfixture.h"
-#include "support/instrument.h"
 #include "util/lockedfile.h"
 
 namespace {
@@ -21,12 +20,8 @@ protected:
         auto made = std::make_shared<Record>(record(minutes));
         made->opmode = mode;
         if (info) {
-            auto spectrum = std::make_shared<SpectMath::Spectrum>();
-            spectrum->info = info;
-            spectrum->concentrations = realVector({1, 2});
-            spectrum->covariances.resize(2, 2, 0, 0);
-            spectrum->status = 0;
-            made->spectra = {spectrum};
+            made->spectra = {testSpectrum(info, 1)};
+            made->spectra[0]->covariances.resize(2, 2, 0, 0);
         }
         store.insertRecord(store.lowerBound(made->beginTime), made);
         return made;
