@@ -7,6 +7,7 @@
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "log/logger.h"
 #include "resources/resources.h"
+#include "support/gestures.h"
 #include "util/programlocale.h"
 
 #include <QApplication>
@@ -58,13 +59,7 @@ bool waitForData(const MorvantideMainWindow &window)
 void drag(QWidget *widget, QPoint delta)
 {
     const QPoint from = widget->rect().center();
-    const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons buttons) {
-        QMouseEvent event(type, at, widget->mapToGlobal(at), button, buttons, Qt::NoModifier);
-        QApplication::sendEvent(widget, &event);
-    };
-    send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
-    send(QEvent::MouseMove, from + delta, Qt::NoButton, Qt::LeftButton);
-    send(QEvent::MouseButtonRelease, widget->rect().center(), Qt::LeftButton, Qt::NoButton);
+    dragMouse(widget, from, {from + delta});
     QTest::qWait(50);
 }
 

@@ -5,6 +5,7 @@
 #include "gui/browser/views/scatterplotview.h"
 #include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "support/gestures.h"
 #include "timeseries/benchstore.h"
 
 #include <QApplication>
@@ -49,14 +50,6 @@ public:
         m_browser.allFitScale();
         settle();
         checkWhatIsShown(all);
-    }
-    /// Layouts and paints whatever is due.
-    static void settle()
-    {
-        for (int i = 0; i < 3; ++i) {
-            QApplication::processEvents();
-            QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
     }
     Tsb::TimeSeriesBrowser &browser() { return m_browser; }
     QList<Tsb::Plot *> plots() const { return m_browser.findChildren<Tsb::Plot *>(); }

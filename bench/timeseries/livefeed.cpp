@@ -28,7 +28,7 @@ void liveFeed(benchmark::State &state)
         const RecordTime seenFrom = data.end() - Ticks(20'000 * BenchStore::recordTicks);
         const RecordTime seenUntil = data.end() + Ticks(15'000 * BenchStore::recordTicks);
         window.browser().fitTimescale(seenFrom, seenUntil);
-        BrowserWindow::settle();
+        settle();
         std::vector<double> turns;
         QEventLoop loop;
         QElapsedTimer sinceStart, sinceTurn;

@@ -158,7 +158,7 @@ void zoomOfTheWindow(benchmark::State &state)
         state,
         [&] {
             window.browser().timeView()->setTimeScale(zoomed(data, ++windowTurn));
-            BrowserWindow::settle();
+            settle();
         },
         [&] {
             stack().setTimeScale(zoomed(data, ++plotTurn));
@@ -240,13 +240,13 @@ void firstPicture(benchmark::State &state)
             [&] {
                 window.showData();
                 window.browser().addDefaultStack();
-                BrowserWindow::settle();
+                settle();
             },
             CLOCK_MONOTONIC));
         firstByProcessor.push_back((microseconds(CLOCK_PROCESS_CPUTIME_ID) - begin) * 1e-3);
         ownWindow.push_back(medianOfZooms([&](int turn) {
             window.browser().timeView()->setTimeScale(zoomed(data, turn));
-            BrowserWindow::settle();
+            settle();
         }));
         sixViews.push_back(medianOfZooms([](int turn) {
             stack().setTimeScale(zoomed(BenchStore::shared(), turn));
@@ -272,7 +272,7 @@ void memoryOfSixViews(benchmark::State &state)
         window.addSixViews();
         for (int turn = 1; turn < 4; ++turn) { // some is kept from the second drawing on
             window.browser().timeView()->setTimeScale(zoomed(data, turn));
-            BrowserWindow::settle();
+            settle();
         }
         double images = 0;
         for (const Tsb::Plot *plot : window.plots())

@@ -1,10 +1,9 @@
 #include "gui/browser/controls/colorbar.h"
+#include "support/gestures.h"
 
 #include <QContextMenuEvent>
-#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
-#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -34,24 +33,12 @@ protected:
         return horizontal() ? QPoint(area.x() + p, area.center().y())
                             : QPoint(area.center().x(), area.y() + area.height() - p);
     }
-    void mouse(QEvent::Type type, int p, Qt::MouseButton button, Qt::MouseButtons buttons)
+    void mouse(QEvent::Type type, int p, Qt::MouseButton button = Qt::LeftButton)
     {
-        QMouseEvent event(type, at(p), button, buttons, Qt::NoModifier);
-        QApplication::sendEvent(&bar, &event);
+        sendMouse(&bar, type, at(p), button);
     }
-    void drag(int from, int to)
-    {
-        mouse(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
-        mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
-        mouse(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
-    }
-    void wheel(int p, const QPoint &delta)
-    {
-        QWheelEvent event(at(p), bar.mapToGlobal(at(p)), QPoint(), delta, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&bar, &event);
-        EXPECT_TRUE(event.isAccepted());
-    }
+    void drag(int from, int to) { dragMouse(&bar, at(from), {at(to)}); }
+    void wheel(int p, const QPoint &delta) { EXPECT_TRUE(turnWheel(&bar, at(p), delta)); }
     double valueAt(int p) const { return bar.lower() + (bar.upper() - bar.lower()) * p / 200; }
 
     Colorbar bar{GetParam()};
@@ -59,18 +46,18 @@ protected:
 
 TEST_P(ColorbarTest, ALostReleaseEndsADragToo)
 {
-    mouse(QEvent::MouseButtonPress, 150, Qt::LeftButton, Qt::LeftButton);
-    mouse(QEvent::MouseMove, 100, Qt::NoButton, Qt::LeftButton);
+    mouse(QEvent::MouseButtonPress, 150);
+    mouse(QEvent::MouseMove, 100);
     const double upper = bar.upper();
     EXPECT_GT(upper, 3);
-    mouse(QEvent::MouseMove, 180, Qt::NoButton, Qt::NoButton);
+    mouse(QEvent::MouseMove, 180, Qt::NoButton);
     EXPECT_EQ(bar.upper(), upper);
 
     QSignalSpy marked(&bar, &Colorbar::mouseMarkedValue);
     QObject::connect(&bar, &Colorbar::mouseMarkedValue, &bar, &Colorbar::markValue);
-    mouse(QEvent::MouseButtonPress, 150, Qt::RightButton, Qt::RightButton);
-    mouse(QEvent::MouseMove, 160, Qt::NoButton, Qt::NoButton);
-    mouse(QEvent::MouseMove, 170, Qt::NoButton, Qt::NoButton);
+    mouse(QEvent::MouseButtonPress, 150, Qt::RightButton);
+    mouse(QEvent::MouseMove, 160, Qt::NoButton);
+    mouse(QEvent::MouseMove, 170, Qt::NoButton);
     ASSERT_EQ(marked.size(), 2);
     EXPECT_TRUE(std::isnan(marked[1][0].toDouble()));
 }
@@ -120,9 +107,9 @@ TEST_P(ColorbarTest, DragsThatLeadNowhereChangeNothing)
 TEST_P(ColorbarTest, RightButtonMarksAValue)
 {
     QSignalSpy marked(&bar, &Colorbar::mouseMarkedValue);
-    mouse(QEvent::MouseButtonPress, 50, Qt::RightButton, Qt::RightButton);
-    mouse(QEvent::MouseMove, 100, Qt::NoButton, Qt::RightButton);
-    mouse(QEvent::MouseButtonRelease, 100, Qt::RightButton, Qt::NoButton);
+    mouse(QEvent::MouseButtonPress, 50, Qt::RightButton);
+    mouse(QEvent::MouseMove, 100, Qt::RightButton);
+    mouse(QEvent::MouseButtonRelease, 100, Qt::RightButton);
     ASSERT_EQ(marked.size(), 3);
     EXPECT_DOUBLE_EQ(marked[0][0].toDouble(), 1.5);
     EXPECT_DOUBLE_EQ(marked[1][0].toDouble(), 2.0);
@@ -148,22 +135,22 @@ TEST_P(ColorbarTest, WheelMovesTheEndOnItsSide)
 TEST_P(ColorbarTest, CursorTellsWhereToGrab)
 {
     const auto shapeAt = [this](int p) {
-        mouse(QEvent::MouseMove, p, Qt::NoButton, Qt::NoButton);
+        mouse(QEvent::MouseMove, p, Qt::NoButton);
         return bar.cursor().shape();
     };
     EXPECT_EQ(shapeAt(29), Qt::OpenHandCursor);
     EXPECT_EQ(shapeAt(30), Qt::ArrowCursor);
     EXPECT_EQ(shapeAt(170), Qt::ArrowCursor);
     EXPECT_EQ(shapeAt(171), Qt::OpenHandCursor);
-    mouse(QEvent::MouseButtonPress, 180, Qt::LeftButton, Qt::LeftButton);
+    mouse(QEvent::MouseButtonPress, 180);
     EXPECT_EQ(bar.cursor().shape(), Qt::ClosedHandCursor);
 }
 
 TEST_P(ColorbarTest, DoubleClickIsForTheLeftButton)
 {
     QSignalSpy clicked(&bar, &Colorbar::doubleClicked);
-    mouse(QEvent::MouseButtonDblClick, 50, Qt::LeftButton, Qt::LeftButton);
-    mouse(QEvent::MouseButtonDblClick, 50, Qt::RightButton, Qt::RightButton);
+    mouse(QEvent::MouseButtonDblClick, 50);
+    mouse(QEvent::MouseButtonDblClick, 50, Qt::RightButton);
     EXPECT_EQ(clicked.size(), 1);
 }
 

@@ -1,11 +1,11 @@
 #include "gui/browser/controls/cursorwrap.h"
 #include "gui/browser/controls/gototimedialog.h"
 #include "gui/browser/controls/timeview.h"
+#include "support/gestures.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
-#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -32,11 +32,8 @@ protected:
 
     void mouse(QEvent::Type type, Qt::MouseButton button, QPoint position)
     {
-        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
         pointer = QPoint(1000, 500) + position - QPoint(400, 0);
-        QMouseEvent event(type, position, pointer, type == QEvent::MouseMove ? Qt::NoButton : button, held,
-                          Qt::NoModifier);
-        QApplication::sendEvent(&view, &event);
+        sendMouse(&view, type, position, button, {}, pointer);
     }
     void drag(Qt::MouseButton button, QPoint from, QPoint by)
     {
@@ -44,12 +41,7 @@ protected:
         mouse(QEvent::MouseMove, button, from + by);
         mouse(QEvent::MouseButtonRelease, button, from + by);
     }
-    void wheel(QPoint position, QPoint delta)
-    {
-        QWheelEvent event(position, position, QPoint(), delta, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&view, &event);
-        EXPECT_TRUE(event.isAccepted());
-    }
+    void wheel(QPoint position, QPoint delta) { EXPECT_TRUE(turnWheel(&view, position, delta)); }
     int middle() const { return view.height() / 2; }
 
     RecordTime now = start;

@@ -1,11 +1,10 @@
 #include "axis/scaletitle.h"
 #include "gui/browser/controls/cursorwrap.h"
 #include "gui/browser/controls/verticalscalewidget.h"
+#include "support/gestures.h"
 
-#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QTest>
-#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -32,24 +31,17 @@ protected:
         const QRect area = widget.contentsRect();
         return {x, area.y() + area.height() - h};
     }
-    void mouse(QEvent::Type type, const QPoint &pos, Qt::MouseButton button, Qt::MouseButtons buttons)
+    void mouse(QEvent::Type type, const QPoint &pos, const QPoint &global = {300, 300})
     {
-        QMouseEvent event(type, pos, widget.mapToGlobal(QPoint(300, 300)), button, buttons, Qt::NoModifier);
-        QApplication::sendEvent(&widget, &event);
+        sendMouse(&widget, type, pos, Qt::LeftButton, {}, global);
     }
     void drag(const QPoint &from, const QPoint &to)
     {
-        mouse(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
-        mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
-        mouse(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+        mouse(QEvent::MouseButtonPress, from);
+        mouse(QEvent::MouseMove, to);
+        mouse(QEvent::MouseButtonRelease, to);
     }
-    bool wheel(const QPoint &pos, const QPoint &delta)
-    {
-        QWheelEvent event(pos, widget.mapToGlobal(pos), QPoint(), delta, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&widget, &event);
-        return event.isAccepted();
-    }
+    bool wheel(const QPoint &pos, const QPoint &delta) { return turnWheel(&widget, pos, delta); }
     QImage picture() { return widget.grab().toImage(); }
 
     VerticalScaleWidget widget;
@@ -118,8 +110,8 @@ TEST_F(VerticalScaleTest, DragPansUpAndDownAndZoomsSideways)
 
 TEST_F(VerticalScaleTest, ALostReleaseEndsADragToo)
 {
-    mouse(QEvent::MouseButtonPress, above(100), Qt::LeftButton, Qt::LeftButton);
-    mouse(QEvent::MouseMove, above(50), Qt::NoButton, Qt::NoButton);
+    mouse(QEvent::MouseButtonPress, above(100));
+    sendMouse(&widget, QEvent::MouseMove, above(50), Qt::NoButton, {}, QPoint(300, 300));
     EXPECT_EQ(widget.minimum(), 0);
     drag(above(50), above(100));
     EXPECT_DOUBLE_EQ(widget.minimum(), -25);
@@ -243,21 +235,18 @@ TEST_F(VerticalScaleTest, DragGoesOnAcrossTheScreensEdge)
         widget.setMinMax(0, 100, true);
         widget.setScale({true, 0, 0.5, 0}, true);
         const double grabbed = widget.scale().value(50);
-        mouse(QEvent::MouseButtonPress, above(50), Qt::LeftButton, Qt::LeftButton);
+        mouse(QEvent::MouseButtonPress, above(50));
         // Two moves at the left edge of the screen; where the platform obeys, the second comes from the other side.
-        const auto moveAtEdge = [&](const QPoint &pos) {
-            QMouseEvent event(QEvent::MouseMove, pos, QPoint(0, 300), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(&widget, &event);
-        };
+        const auto moveAtEdge = [&](const QPoint &pos) { mouse(QEvent::MouseMove, pos, {0, 300}); };
         moveAtEdge(above(60));
         EXPECT_NEAR(widget.scale().value(60), grabbed, 1e-9);
         const QPoint jump = Tsb::cursorJumpAtScreenEdge(QPoint(0, 300), Tsb::screenAt(QPoint(0, 300)));
-        mouse(QEvent::MouseMove, obeys ? above(70) + jump : above(70), Qt::NoButton, Qt::LeftButton);
+        mouse(QEvent::MouseMove, obeys ? above(70) + jump : above(70));
         EXPECT_NEAR(widget.scale().value(70), grabbed, 1e-9) << "no jump of the scale" << obeys;
         EXPECT_NEAR(widget.scale().valuePerPixel, 0.5, 1e-12);
         moveAtEdge(obeys ? above(70) + jump : above(70));
         EXPECT_EQ(sets, obeys ? 2 : 1) << "wrapping is off for this drag once it was refused";
-        mouse(QEvent::MouseButtonRelease, above(70), Qt::LeftButton, Qt::NoButton);
+        mouse(QEvent::MouseButtonRelease, above(70));
         Tsb::setCursorAccess({});
     }
 }

@@ -4,6 +4,7 @@
 #include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "records/recordflagparser.h"
+#include "support/gestures.h"
 #include "support/plotstore.h"
 #include "support/seeds.h"
 
@@ -31,13 +32,6 @@ protected:
         browser.setDatastore(&store);
         browser.show();
         settle();
-    }
-    static void settle()
-    {
-        for (int i = 0; i < 3; ++i) {
-            QApplication::processEvents();
-            QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
     }
 
     double noise() { return std::uniform_real_distribution<double>(0, 1)(random); }

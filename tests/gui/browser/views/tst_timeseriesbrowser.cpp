@@ -2,7 +2,8 @@
 #include "gui/browser/controls/plotmenu.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
-#include "log/logger.h"
+#include "support/gestures.h"
+#include "support/logcatcher.h"
 #include "support/plotstore.h"
 #include "support/stripview.h"
 
@@ -39,13 +40,6 @@ protected:
         QObject::connect(browser.get(), &Tsb::TimeSeriesBrowser::recordChosen, browser.get(),
                          &Tsb::TimeSeriesBrowser::selectRecord);
     }
-    static void settle()
-    {
-        for (int i = 0; i < 3; ++i) {
-            QApplication::processEvents();
-            QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
-    }
     StripView *addStrip()
     {
         auto *const view = new StripView;
@@ -68,21 +62,13 @@ protected:
         return {frame->mapToGlobal(frame->contentsRect().topLeft()).x(),
                 frame->mapToGlobal(frame->contentsRect().topRight()).x()};
     }
-    static void drag(QWidget *from, const QPoint &start, const QVector<int> &steps)
+    /// Drags downwards to those distances from the start, one after the other.
+    static void drag(QWidget *widget, const QPoint &start, const QVector<int> &steps)
     {
-        const QPoint pressed = from->mapToGlobal(start);
-        const auto send = [&](QEvent::Type type, int dy, Qt::MouseButtons held) {
-            const QPoint global = pressed + QPoint(0, dy);
-            QMouseEvent event(type, from->mapFromGlobal(global), global,
-                              type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, held, Qt::NoModifier);
-            QApplication::sendEvent(from, &event);
-        };
-        send(QEvent::MouseButtonPress, 0, Qt::LeftButton);
-        for (const int dy : steps) {
-            send(QEvent::MouseMove, dy, Qt::LeftButton);
-            QApplication::processEvents();
-        }
-        send(QEvent::MouseButtonRelease, steps.last(), Qt::NoButton);
+        QVector<QPoint> way;
+        for (const int dy : steps)
+            way << start + QPoint(0, dy);
+        dragMouse(widget, start, way);
         settle();
     }
 
@@ -115,35 +101,17 @@ TEST_F(BrowserTest, PlotsStandUnderTheAxis)
     expectAligned();
 }
 
-TEST_F(BrowserTest, GesturesOnAPlotMoveTheAxisAndAllPlots)
+TEST_F(BrowserTest, GesturesOnAPlotMoveTheAxisAndAllPlotsAndLeaveTheirWayBack)
 {
-    StripView *const first = addStrip(), *const second = addStrip();
-    QWheelEvent wheel(QPointF(101, 20), QPointF(101, 20), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(first->plot(), &wheel);
-    EXPECT_EQ(browser->timeScale().ticksPerPixel, 9'000'000);
-    EXPECT_EQ(second->plot()->timeScale(), browser->timeScale());
-    QTest::mousePress(first->plot(), Qt::MiddleButton, Qt::NoModifier, QPoint(100, 20));
-    QMouseEvent move(QEvent::MouseMove, QPoint(130, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
-    const TimeScale before = browser->timeScale();
-    QApplication::sendEvent(first->plot(), &move);
-    QTest::mouseRelease(first->plot(), Qt::MiddleButton, Qt::NoModifier, QPoint(130, 20));
-    EXPECT_EQ(second->plot()->timeScale().tickAt(130), before.tickAt(100));
-}
-
-TEST_F(BrowserTest, GesturesOnPlotsLeaveTheirWayBack)
-{
-    StripView *const view = addStrip();
+    StripView *const view = addStrip(), *const other = addStrip();
     Tsb::TimeNavigator *const axis = browser->timeView()->navigator();
     const TimeScale home = browser->timeScale();
-    QTest::mousePress(view->plot(), Qt::MiddleButton, {}, {300, 20});
-    for (int x = 310; x <= 360; x += 10) {
-        QMouseEvent move(QEvent::MouseMove, QPointF(x, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
-        QApplication::sendEvent(view->plot(), &move);
-    }
-    QTest::mouseRelease(view->plot(), Qt::MiddleButton, {}, {360, 20});
+    dragMouse(view->plot(), {300, 20}, {{310, 20}, {335, 20}, {360, 20}}, Qt::MiddleButton);
     const TimeScale panned = browser->timeScale();
-    QTest::keyClick(view->plot(), Qt::Key_Plus);
+    EXPECT_EQ(panned.tickAt(360), home.tickAt(300));
+    turnWheel(view->plot(), {101, 20}, {0, 120});
+    EXPECT_EQ(browser->timeScale().ticksPerPixel, 9'000'000);
+    EXPECT_EQ(other->plot()->timeScale(), browser->timeScale());
     QTest::qWait(450);
     browser->fitTimescale(testStart, testStart + Ticks(200 * ticksPerSecond));
     browser->resize(700, 500); // fitted once more at the new width
@@ -186,19 +154,19 @@ TEST_F(BrowserTest, TheTimeCursorRunsThroughAll)
     StripView *const first = addStrip(), *const second = addStrip();
     QSignalSpy told(browser.get(), &Tsb::TimeSeriesBrowser::timeCursorChanged);
     const QImage axis = browser->timeView()->grab().toImage();
-    QMouseEvent move(QEvent::MouseMove, QPoint(200, 20), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(first->plot(), &move);
+    const auto move = [first] { sendMouse(first->plot(), QEvent::MouseMove, {200, 20}, Qt::NoButton); };
+    move();
     EXPECT_EQ(first->plot()->cursor(), 200);
     EXPECT_EQ(second->plot()->cursor(), 200);
     EXPECT_NE(browser->timeView()->grab().toImage(), axis);
-    QApplication::sendEvent(first->plot(), &move);
+    move();
     EXPECT_EQ(told.count(), 1) << "equal values end the ring";
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(first->plot(), &leave);
     EXPECT_EQ(second->plot()->cursor(), -1);
     EXPECT_EQ(browser->timeView()->grab().toImage(), axis);
     EXPECT_EQ(told.count(), 2);
-    QApplication::sendEvent(first->plot(), &move);
+    move();
     EXPECT_EQ(second->plot()->cursor(), 200);
     browser->closeView(first);
     EXPECT_EQ(second->plot()->cursor(), -1) << "it goes with the plot that the pointer was on";
@@ -265,14 +233,11 @@ TEST_F(BrowserTest, ASetupOfTenThousandViewsIsCut)
     QVariantList list;
     for (int i = 0; i < 10'000; ++i)
         list.append(entry(QStringLiteral("plain")));
-    std::vector<Log::Entry> entries;
-    const auto connection = QObject::connect(&Log::RootLogger::instance(), &Log::RootLogger::newEntry,
-                                             [&entries](const Log::Entry &e) { entries.push_back(e); });
+    const LogCatcher log;
     browser->setSetup(list);
-    QObject::disconnect(connection);
     EXPECT_EQ(browser->views().size(), 200);
-    ASSERT_EQ(entries.size(), 1u);
-    EXPECT_EQ(entries[0].level, Log::Warning);
+    EXPECT_EQ(log.entries().size(), 1);
+    EXPECT_EQ(log.complaints().size(), 1);
 }
 
 TEST_F(BrowserTest, AbsurdHeightsAreHeld)
@@ -378,16 +343,12 @@ TEST_F(BrowserTest, AViewMayCloseWhileItIsDragged)
     addStrip();
     QWidget *const holder = first->parentWidget();
     const QPoint inside = first->pos() + QPoint(8, 50);
-    QMouseEvent press(QEvent::MouseButtonPress, inside, holder->mapToGlobal(inside), Qt::LeftButton, Qt::LeftButton,
-                      Qt::NoModifier);
-    QApplication::sendEvent(holder, &press);
+    sendMouse(holder, QEvent::MouseButtonPress, inside);
     EXPECT_EQ(browser->setup().toList().size(), 2) << "the dragged view counts at its place";
     browser->setSetup(QVariantList{entry(QStringLiteral("plain"))});
     settle();
-    QMouseEvent move(QEvent::MouseMove, inside, Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(holder, &move);
-    QMouseEvent release(QEvent::MouseButtonRelease, inside, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(holder, &release);
+    sendMouse(holder, QEvent::MouseMove, inside);
+    sendMouse(holder, QEvent::MouseButtonRelease, inside);
     settle();
     EXPECT_EQ(browser->setup().toList().size(), 1);
     EXPECT_LE(browser->views().first()->y(), 5) << "no gap is left";
@@ -404,15 +365,11 @@ TEST_F(BrowserTest, AViewKeepsItsPlaceWhenOthersCloseDuringItsDrag)
             views.last()->kept = i;
         }
         QWidget *const holder = views[2]->parentWidget();
-        const auto send = [holder](QEvent::Type type, const QPoint &at, Qt::MouseButtons held) {
-            QMouseEvent event(type, at, Qt::LeftButton, held, Qt::NoModifier);
-            QApplication::sendEvent(holder, &event);
-        };
         const QPoint inside = views[2]->pos() + QPoint(8, 50);
-        send(QEvent::MouseButtonPress, inside, Qt::LeftButton);
+        sendMouse(holder, QEvent::MouseButtonPress, inside);
         views[closed]->discard();
         settle();
-        send(QEvent::MouseButtonRelease, inside, Qt::NoButton);
+        sendMouse(holder, QEvent::MouseButtonRelease, inside);
         settle();
         QVariantList expected{0, 1, 2, 3}, order;
         expected.removeAt(closed);

@@ -1,6 +1,7 @@
 #include "gui/browser/controls/resizer.h"
 #include "gui/browser/controls/viewlayout.h"
 #include "gui/browser/views/viewholder.h"
+#include "support/gestures.h"
 
 #include <QFrame>
 #include <QTest>
@@ -93,14 +94,8 @@ TEST(Resizer, SetsTheHeightWithinItsLimits)
     grip.resize(100, 6);
     EXPECT_GE(grip.sizeHint().height(), 6);
     const auto drag = [&grip](int dy) {
-        const auto send = [&grip](QEvent::Type type, int y, Qt::MouseButtons held) {
-            QMouseEvent event(type, QPointF(5, 3), QPointF(5, y), Qt::LeftButton, held, Qt::NoModifier);
-            QApplication::sendEvent(&grip, &event);
-        };
-        send(QEvent::MouseButtonPress, 500, Qt::LeftButton);
-        send(QEvent::MouseMove, 500 + dy, Qt::LeftButton);
-        send(QEvent::MouseButtonRelease, 500 + dy, Qt::NoButton);
-        send(QEvent::MouseMove, 900, Qt::NoButton);
+        dragMouse(&grip, {5, 3}, {{5, 3 + dy}});
+        sendMouse(&grip, QEvent::MouseMove, {5, 900}, Qt::NoButton);
     };
     drag(50);
     EXPECT_EQ(target->height(), 150);
