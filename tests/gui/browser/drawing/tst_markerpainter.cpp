@@ -1,5 +1,6 @@
 #include "gui/browser/drawing/markerpainter.h"
 #include "gui/browser/drawing/scatterseries.h"
+#include "support/plainmarkers.h"
 #include "support/seeds.h"
 
 #include <gtest/gtest.h>
@@ -10,34 +11,6 @@
 namespace {
 
 constexpr int width = 40;
-
-/// Each marker by itself, in order, within the columns first .. last - 1.
-struct PlainMarkers {
-    QImage image;
-    int first, last;
-
-    void pixel(int x, int y, QRgb color)
-    {
-        if (x >= first && x < last && y >= 0 && y < image.height())
-            image.setPixel(x, y, color);
-    }
-    void mark(int column, double row, QRgb color)
-    {
-        const int h = image.height();
-        if (std::isnan(row))
-            return;
-        if (row < 0 || row > h - 1) {
-            for (int y : {row < 0 ? 0 : h - 2, row < 0 ? 1 : h - 1})
-                for (int x : {column - 1, column})
-                    pixel(x, y, color);
-            return;
-        }
-        for (int dy = -1; dy <= 1; ++dy)
-            for (int dx = -1; dx <= 1; ++dx)
-                if (dx != 0 || dy != 0)
-                    pixel(column + dx, int(std::floor(row + 0.5)) + dy, color);
-    }
-};
 
 using MarkerPainter = Seeded<>;
 INSTANTIATE_TEST_SUITE_P(Seeds, MarkerPainter, ::testing::ValuesIn(seeds(3)));

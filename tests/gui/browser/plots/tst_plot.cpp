@@ -1,5 +1,6 @@
 #include "columns/recordpicking.h"
 #include "gui/browser/plots/plot.h"
+#include "support/gestures.h"
 #include "support/plotstore.h"
 #include "support/seeds.h"
 
@@ -270,8 +271,7 @@ TEST_F(PlotTest, DraggingPicksWithControlForTheMode)
     press(3);
     QTest::mousePress(&plot, Qt::LeftButton, Qt::NoModifier, QPoint(4, 20));
     const auto move = [this](int column, Qt::KeyboardModifiers modifiers) {
-        QMouseEvent event(QEvent::MouseMove, QPoint(column + 1, 20), Qt::NoButton, Qt::LeftButton, modifiers);
-        QApplication::sendEvent(&plot, &event);
+        sendMouse(&plot, QEvent::MouseMove, {column + 1, 20}, Qt::LeftButton, modifiers);
     };
     move(22, Qt::ShiftModifier);
     EXPECT_EQ(chosenIndex(), 2) << "Shift means nothing to a drag";
@@ -314,10 +314,7 @@ TEST_F(PlotTest, DragsAndWheelAskTheAxis)
 {
     QSignalSpy pans(&plot, &Tsb::Plot::requestPan), zooms(&plot, &Tsb::Plot::requestZoom);
     QSignalSpy scrolling(&plot, &Tsb::Plot::requestDisableAutoscroll);
-    QTest::mousePress(&plot, Qt::MiddleButton, Qt::NoModifier, QPoint(101, 20));
-    QMouseEvent move(QEvent::MouseMove, QPoint(131, 40), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
-    QApplication::sendEvent(&plot, &move);
-    QTest::mouseRelease(&plot, Qt::MiddleButton, Qt::NoModifier, QPoint(131, 40));
+    dragMouse(&plot, {101, 20}, {{131, 40}}, Qt::MiddleButton);
     ASSERT_GE(pans.count(), 1);
     EXPECT_EQ(pans.last()[0].value<TimeScale>(), plot.timeScale().rebased(100));
     EXPECT_EQ(pans.last()[1].toPoint(), QPoint(30, 0));
@@ -325,9 +322,7 @@ TEST_F(PlotTest, DragsAndWheelAskTheAxis)
     EXPECT_TRUE(scrolling[0][0].toBool());
     EXPECT_FALSE(scrolling[1][0].toBool());
     EXPECT_EQ(choices, 0);
-    QWheelEvent wheel(QPointF(61, 20), QPointF(61, 20), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&plot, &wheel);
+    turnWheel(&plot, {61, 20}, {0, -120});
     ASSERT_EQ(zooms.count(), 1);
     EXPECT_DOUBLE_EQ(zooms[0][0].toDouble(), 1 / 0.9);
     EXPECT_EQ(zooms[0][1].toInt(), 60);
@@ -398,28 +393,6 @@ TEST_F(PlotTest, OutlivesItsStore)
     for (const int key : {Qt::Key_Right, Qt::Key_PageDown, Qt::Key_Escape})
         QTest::keyClick(&plot, Qt::Key(key));
     EXPECT_EQ(choices, 0);
-}
-
-TEST_F(PlotTest, AbsurdTimesAreBounded)
-{
-    const RecordTime times[] = {RecordTime(), earliestRecordTime, latestRecordTime, testStart};
-    for (const RecordTime begin : times) {
-        for (const RecordTime end : times) {
-            auto record = std::make_shared<Spectrometer::FullRecord>();
-            record->beginTime = begin;
-            record->endTime = end;
-            record->opmode = 0;
-            store.upsertFullRecord(record);
-            plot.setCurrentRecord(store.at(store.indexOfHead(*record)));
-            for (const std::int64_t ticks : {std::int64_t(1), TimeScale::greatestTicksPerPixel}) {
-                plot.setTimeScale({testStart, ticks, 0});
-                picture();
-                press(10);
-                QTest::keyClick(&plot, Qt::Key_PageUp);
-            }
-        }
-    }
-    EXPECT_GT(choices, 0);
 }
 
 using RecordPicking = Seeded<>;

@@ -1,8 +1,10 @@
 #include "gui/browser/controls/timeview.h"
+#include "gui/browser/controls/verticalscalewidget.h"
 #include "gui/browser/views/opmodeview.h"
 #include "gui/browser/views/scatterplotview.h"
 #include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "support/gestures.h"
 #include "support/plotstore.h"
 
 #include <QAbstractButton>
@@ -54,13 +56,6 @@ protected:
         browser.show();
         browser.fitTimescale(store.at(0)->beginTime, store.at(store.size() - 1)->endTime);
         settle();
-    }
-    static void settle()
-    {
-        for (int i = 0; i < 3; ++i) {
-            QApplication::processEvents();
-            QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
     }
     void add(double begin, double end)
     {
@@ -231,51 +226,25 @@ TEST_F(BrowserPlotsTest, TabReachesEveryButtonBoxAndList)
         ADD_FAILURE() << widget->metaObject()->className() << " in " << widget->parent()->metaObject()->className();
 }
 
-/// Setups that nobody sane writes, for each kind and key; what the data don't have is kept.
-TEST_F(BrowserPlotsTest, HostileSetupsRestoreWhatIsSound)
+QVariant entry(const char *kind, const QVariant &settings)
 {
-    const QVariantList odd{QVariant(),
-                           qQNaN(),
-                           qInf(),
-                           -qInf(),
-                           0,
-                           -1,
-                           1e300,
-                           -1e300,
-                           qulonglong(-1),
-                           true,
-                           QString(100'000, QLatin1Char('x')),
-                           QString(5000, QLatin1Char('\n')),
-                           QStringLiteral("<b>&amp;%1"),
-                           QVariantList{1, qQNaN()},
-                           QVariantMap{{QStringLiteral("x"), 1}},
-                           QByteArray("\xff\x00", 2)};
-    const struct {
-        const char *kind, *type;
-        QStringList keys;
-    } kinds[] = {{"opmode", "opmode", {"type"}},
-                 {"opmode", "flag", {"type", "flag"}},
-                 {"scatterplot", "electrometer", {"type", "height", "propertiesVisible", "electrometerNumber"}},
-                 {"scatterplot", "parameter", {"scaleMin", "scaleMax", "parameterName"}},
-                 {"scatterplot",
-                  "fraction",
-                  {"scaleMin", "fractionScale", "concentrationType", "totalConcentration", "visibleSpectra",
-                   "diameterSmallerLimit", "diameterLargerLimit", "mobilitySmallerLimit"}},
-                 {"scatterplot", "spectrumparameter", {"visibleSpectra", "spectrumParameter"}},
-                 {"spectrogram",
-                  "",
-                  {"height", "spectra", "colorLower", "colorUpper", "smoothingCoef", "colormap", "whiteBackground"}}};
-    for (const auto &kind : kinds) {
-        QVariantList setup;
-        QStringList oddKeys; // of each view, the one with the odd value
-        const auto add = [&](const QVariant &settings, const QString &oddKey) {
-            oddKeys << oddKey;
-            setup << QVariantMap{{"type", QLatin1String(kind.kind)}, {"settings", settings}};
-        };
+    return QVariantMap{{"type", QLatin1String(kind)}, {"settings", settings}};
+}
+
+/// Setups of one kind of view that nobody sane writes: of each view one key, or all there is, is odd.
+struct HostileSetups : BrowserPlotsTest, testing::WithParamInterface<QStringList> {
+    HostileSetups()
+    {
+        const QByteArray kind = GetParam()[0].toLatin1();
+        const QVariantList odd =
+            QVariantList() << QVariant() << qQNaN() << qInf() << -qInf() << 0 << -1 << 1e300 << -1e300 << qulonglong(-1)
+                           << true << QString(100'000, 'x') << QString(5000, '\n') << "<b>&amp;%1"
+                           << QVariant(QVariantList{1, qQNaN()}) << QVariantMap{{"x", 1}} << QByteArray("\xff\x00", 2);
         for (const QVariant &value : odd) {
-            add(value, {});
-            for (const QString &key : kind.keys) {
-                QVariantMap settings{{"type", QLatin1String(kind.type)},
+            oddKeys << QString();
+            setup << entry(kind, value);
+            for (const QString &key : GetParam().mid(2)) {
+                QVariantMap settings{{"type", GetParam()[1]},
                                      {"flag", "a flag"},
                                      {"smoothingEnabled", true},
                                      {"totalConcentration", false},
@@ -284,51 +253,82 @@ TEST_F(BrowserPlotsTest, HostileSetupsRestoreWhatIsSound)
                 if (key.startsWith(QLatin1String("mobility")))
                     settings["fractionScale"] = "mobility";
                 settings[key] = value;
-                add(settings, key);
+                oddKeys << key;
+                setup << entry(kind, settings);
             }
         }
         browser.setSetup(setup);
-        browser.allFitScale();
-        settle();
-        browser.grab();
-        const QVariantList kept = browser.setup().toList();
-        ASSERT_EQ(kept.size(), setup.size());
-        for (const Tsb::View *one : browser.views()) {
-            EXPECT_GE(one->height(), 16);
-            EXPECT_LE(one->height(), 4096);
+    }
+
+    QVariantList setup;
+    QStringList oddKeys; ///< of each view
+};
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, HostileSetups,
+    testing::Values(QStringList{"opmode", "opmode", "type"}, QStringList{"opmode", "flag", "type", "flag"},
+                    QStringList{"scatterplot", "electrometer", "type", "height", "propertiesVisible", "datalabels",
+                                "electrometerNumber", "showRawCurrents"},
+                    QStringList{"scatterplot", "parameter", "scaleMin", "scaleMax", "parameterName"},
+                    QStringList{"scatterplot", "fraction", "scaleMin", "fractionScale", "concentrationType",
+                                "totalConcentration", "visibleSpectra", "diameterSmallerLimit", "diameterLargerLimit",
+                                "mobilitySmallerLimit", "mobilityLargerLimit"},
+                    QStringList{"scatterplot", "spectrumparameter", "visibleSpectra", "spectrumParameter"},
+                    QStringList{"spectrogram", "", "height", "spectra", "colorLower", "colorUpper", "smoothingCoef",
+                                "smoothingEnabled", "colormap", "whiteBackground", "autoFillGaps"}));
+
+TEST_P(HostileSetups, AreDrawnWithinBoundsAndStable)
+{
+    browser.allFitScale();
+    settle();
+    browser.grab();
+    const QVariantList kept = browser.setup().toList();
+    ASSERT_EQ(kept.size(), setup.size());
+    for (Tsb::View *one : browser.views()) {
+        EXPECT_GE(one->height(), 16);
+        EXPECT_LE(one->height(), 4096);
+        if (const auto *scatter = dynamic_cast<Tsb::ScatterPlotView *>(one)) {
+            EXPECT_TRUE(std::isfinite(scatter->scaleWidget()->minimum() + scatter->scaleWidget()->maximum()));
         }
-        browser.setSetup(kept);
-        const QVariantList again = browser.setup().toList();
-        for (int i = 0; i < kept.size(); ++i)
-            EXPECT_EQ(again.value(i), kept[i]) << testing::PrintToString(setup[i].toMap()["settings"].toMap().keys());
-        for (int i = 0; i < kept.size(); ++i) {
-            if (QStringList{QString(), "type", "flag"}.contains(oddKeys[i])) // the view may be of another kind then
-                continue;
-            const QVariantMap given = setup[i].toMap()["settings"].toMap(), held = kept[i].toMap()["settings"].toMap();
-            for (auto value = given.begin(); value != given.end(); ++value) {
-                const QString &key = value.key();
-                if (key == oddKeys[i] || !held.contains(key))
-                    continue;
-                EXPECT_EQ(held[key], *value) << qPrintable(key) << " beside an odd " << qPrintable(oddKeys[i]);
+        if (const auto *spectrogram = dynamic_cast<Tsb::SpectrogramView *>(one)) {
+            EXPECT_FALSE(spectrogram->colorUpper() - spectrogram->colorLower() > 20);
+            EXPECT_GE(Colormap::indexOfName(spectrogram->colormapName().toStdString()), 0);
+        }
+    }
+    browser.setSetup(kept);
+    const QVariantList again = browser.setup().toList();
+    for (int i = 0; i < kept.size(); ++i)
+        EXPECT_EQ(again.value(i), kept[i]) << qPrintable(oddKeys[i]);
+}
+
+TEST_P(HostileSetups, LoseOnlyTheOddValue)
+{
+    const QVariantList all = browser.setup().toList();
+    for (int i = 0; i < setup.size(); ++i) {
+        if (QStringList{QString(), "type", "flag"}.contains(oddKeys[i])) // the view may be of another kind then
+            continue;
+        const QVariantMap given = setup[i].toMap()["settings"].toMap(), kept = all[i].toMap()["settings"].toMap();
+        for (auto value = given.begin(); value != given.end(); ++value) {
+            if (value.key() != oddKeys[i] && kept.contains(value.key())) {
+                EXPECT_EQ(kept[value.key()], *value) << qPrintable(value.key()) << " beside " << qPrintable(oddKeys[i]);
             }
         }
     }
+}
 
-    const QVariant unknown = QVariantList{
-        QVariantMap{{"type", "opmode"}, {"settings", QVariantMap{{"type", "flag"}, {"flag", "nobody raises it"}}}},
-        QVariantMap{{"type", "scatterplot"},
-                    {"settings", QVariantMap{{"type", "parameter"}, {"parameterName", "no variable"}}}},
-        QVariantMap{{"type", "scatterplot"},
-                    {"settings", QVariantMap{{"type", "electrometer"}, {"electrometerNumber", 4711}}}},
-        QVariantMap{{"type", "scatterplot"},
-                    {"settings", QVariantMap{{"type", "fraction"}, {"visibleSpectra", QStringList{"no id"}}}}},
-        QVariantMap{{"type", "spectrogram"}, {"settings", QVariantMap{{"spectra", QStringList{"no id"}}}}}};
-    browser.setSetup(unknown);
+TEST_F(BrowserPlotsTest, SetupsKeepWhatTheDataDoNotHave)
+{
+    const QVariantList given{
+        entry("opmode", QVariantMap{{"type", "flag"}, {"flag", "nobody raises it"}}),
+        entry("scatterplot", QVariantMap{{"type", "parameter"}, {"parameterName", "no variable"}}),
+        entry("scatterplot", QVariantMap{{"type", "electrometer"}, {"electrometerNumber", 4711}}),
+        entry("scatterplot", QVariantMap{{"type", "fraction"}, {"visibleSpectra", QStringList{"no id"}}}),
+        entry("spectrogram", QVariantMap{{"spectra", QStringList{"no id"}}})};
+    browser.setSetup(given);
     settle();
     browser.grab();
     uiInfo->publish(); // every list of choices is made anew
     settle();
-    const auto given = unknown.toList(), written = browser.setup().toList();
+    const QVariantList written = browser.setup().toList();
     ASSERT_EQ(written.size(), given.size());
     for (int i = 0; i < given.size(); ++i) {
         const QVariantMap settings = given[i].toMap()["settings"].toMap();
@@ -344,6 +344,7 @@ TEST_F(BrowserPlotsTest, AbsurdTimesDrawSomethingBounded)
                                 recordTimeFromTicks(1),
                                 earliestRecordTime,
                                 late,
+                                latestRecordTime - Ticks(5),
                                 latestRecordTime,
                                 testStart,
                                 testStart,
@@ -358,6 +359,9 @@ TEST_F(BrowserPlotsTest, AbsurdTimesDrawSomethingBounded)
         }
     }
     browser.addDefaultStack();
+    for (Tsb::View *one : browser.views())
+        if (auto *scatter = dynamic_cast<Tsb::ScatterPlotView *>(one))
+            scatter->setDatalabelsEnabled(true);
     settle();
     for (const RecordTime origin : times) {
         for (const std::int64_t ticks :
@@ -372,8 +376,10 @@ TEST_F(BrowserPlotsTest, AbsurdTimesDrawSomethingBounded)
         browser.grab();
     }
     for (Tsb::Plot *plot : browser.findChildren<Tsb::Plot *>()) {
-        for (const int x : {3, 300, 600})
+        for (const int x : {3, 300, 600}) {
             QTest::mouseClick(plot, Qt::LeftButton, {}, {x, 10});
+            QTest::keyClick(plot, Qt::Key_PageUp);
+        }
     }
     browser.fitTimescale(store.at(0)->beginTime, store.at(store.size() - 1)->endTime);
     settle();
