@@ -38,7 +38,7 @@ private:
     Polarity m_polarity;
     std::vector<double> m_logDiameters;
     std::vector<double> m_logMobilities; ///< of ions
-    std::vector<double> m_chargedParts;  ///< of ions: what each particle density adds to theirs
+    std::vector<double> m_chargedParts;  ///< of ions: the charge that each particle density adds to theirs
 };
 
 /// The aerosol of one moment.

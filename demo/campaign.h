@@ -35,7 +35,7 @@ public:
     /// By the name of the operating mode, negative first; there are none for "offset".
     const QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> &spectra() const { return m_spectra; }
     const Instrument &instrument() const { return m_instrument; }
-    /// What the spectra of the records come from.
+    /// The source of the records' spectra.
     const std::vector<InverterFile> &inverterFiles() const { return m_inverterFiles; }
     const Atmosphere &atmosphere() const { return m_atmosphere; }
 
@@ -53,7 +53,7 @@ public:
     /// The true density on any points of the mode's axis: dN/dlog10(Z) over mobilities in cm^2/V/s for ions,
     /// dN/dlog10(r) over radii in nm for particles, 1/cm^3.
     RealVector truth(Mode mode, Polarity polarity, const RealVector &points, double day) const;
-    /// What the electrometers of one polarity would show without noise, fA.
+    /// The currents of the electrometers of one polarity without noise, fA.
     RealVector trueCurrents(Mode mode, Polarity polarity, double day) const;
 
 private:

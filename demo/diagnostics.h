@@ -10,7 +10,7 @@ namespace Demo {
 /// The diagnostic variables of the instrument: a dozen quantities, each with the mean and the deviation of a record.
 class DiagnosticSource {
 public:
-    /// Places in quantities(), for whoever asks for one of them.
+    /// Places in quantities().
     enum Quantity {
         Temperature,
         Humidity,

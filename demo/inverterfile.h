@@ -21,8 +21,8 @@ struct InverterFile {
 
 /// The points of the axis on which densities are published: mobilities in cm^2/V/s for ions, radii in nm for particles.
 RealVector publishedPoints(Mode mode);
-/// The classes of the inversion. They reach beyond the published points on both sides, so that what is seen of the air
-/// beyond isn't taken for what lies at the ends.
+/// The classes of the inversion. They reach beyond the published points on both sides, so that particles beyond aren't
+/// taken for particles at the ends.
 RealVector classPoints(Mode mode);
 
 /// Ions and particles, negative first.

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-/// What the program's command line says. Options begin with "-"; those that nobody knows are ignored.
+/// The contents of the program's command line. Options begin with "-"; unknown ones are ignored.
 namespace CommandLine {
 
 struct RecoverOption {

@@ -15,7 +15,7 @@ struct Settings {
     QString applicationName;
     QString applicationVersion;
     QString reportFolder; ///< relative to the directory that is current at the crash
-    /// What the executable is started again with; empty: not at all.
+    /// The argument with which the executable is started again; empty: it isn't started again.
     QStringList restartArguments;
     /// A process that crashes sooner than this after install isn't started again: that ends a chain of crashes.
     int restartTimeoutSeconds = 60;

@@ -7,7 +7,7 @@
 class QSocketNotifier;
 
 /// Brings the wishes to end that come from outside, SIGTERM, SIGINT and SIGHUP, into the event loop: one that comes
-/// before the loop runs waits for it. What was ignored when the process started, as under nohup, stays ignored. A
+/// before the loop runs waits for it. A signal that was ignored when the process started, as under nohup, stays so. A
 /// second SIGINT ends the process at once, for a program that hangs. One object at a time.
 class QuitSignals : public QObject {
     Q_OBJECT

@@ -17,7 +17,7 @@ void write(const QString &path);
 /// The arguments that a recovery file's text holds; nothing if the heading isn't right to the byte.
 std::optional<QStringList> argumentsIn(const QString &text);
 
-/// The arguments of the file, which is gone afterwards whatever it held. The first of two processes that are given the
+/// The arguments of the file, which is gone afterwards in any case. The first of two processes that are given the
 /// same file gets them; the other waits for the lock and fails.
 std::optional<QStringList> take(const QString &path);
 

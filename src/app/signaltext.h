@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Puts a text together where nothing may be allocated or locked, as in a signal handler. What doesn't fit is cut.
+/// Puts a text together where nothing may be allocated or locked, as in a signal handler. A text that doesn't fit is
+/// cut.
 class SignalText {
 public:
     SignalText &text(const char *text); ///< null adds nothing

@@ -7,7 +7,7 @@
 
 namespace Batch {
 
-/// What was read of a folder.
+/// The result of reading a folder.
 struct FolderRead {
     std::shared_ptr<FileReader> reader;
     int files = 0;

@@ -8,7 +8,7 @@
 /// The choices that the command line of morvantide-batch makes.
 namespace Batch {
 
-/// What to read. The variant is a pattern of file names, as in the window's data dialog.
+/// The choice of data. The variant is a pattern of file names, as in the window's data dialog.
 struct ReadOptions {
     QString folder;
     QString variant; ///< empty: files without a variant in their names

@@ -17,7 +17,7 @@ QStringList expectedTargets(const SaveOptions &options, const QStringList &input
 QStringList targetsOf(const SaveOptions &options, const FileReader &reader, const SpectraByMode &spectra);
 
 /// Why these targets may not be written, or an empty text: one exists and isn't to be continued, or is one of the
-/// inputs under whatever name.
+/// inputs under any name.
 QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets);
 
 /// All spectra that were read.

@@ -9,7 +9,7 @@
 
 namespace Batch {
 
-/// What a user wants to know about a folder.
+/// The facts about a folder that a user asks for.
 struct Summary {
     struct Spectrum {
         QString name; ///< bare

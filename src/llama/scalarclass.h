@@ -5,7 +5,7 @@
 
 namespace Llama {
 
-/// What an unquoted scalar is taken for. It decides the value when reading and the quotes when writing.
+/// The type of an unquoted scalar. It decides the value when reading and the quotes when writing.
 enum class ScalarClass {
     Null,        ///< "", "~", "null"
     True,        ///< "true", "yes", "on"

@@ -51,7 +51,7 @@ private:
     std::function<bool(const Entry &)> m_filter;
 };
 
-/// What a module keeps to log under its own area. A value, cheap to copy.
+/// The handle by which a module logs under its own area. A value, cheap to copy.
 class Logger {
 public:
     explicit Logger(const QString &area);

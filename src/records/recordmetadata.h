@@ -32,9 +32,9 @@ namespace Spectrometer {
 
 /// One diagnostic variable's description.
 struct SystemVariable {
-    QString name;      ///< the key
+    QString name; ///< the key
     QString humanname;
-    QString unit;      ///< empty if none
+    QString unit;                 ///< empty if none
     std::int32_t index = -1;      ///< place in RecordMetadata::variables
     std::int32_t valueIndex = -1; ///< slot in FullRecord::variables
     std::int32_t reserved = 1;
@@ -45,10 +45,16 @@ struct ChannelRange {
     int first = 0;
     int end = 0;
 };
-inline bool operator==(ChannelRange a, ChannelRange b) { return a.first == b.first && a.end == b.end; }
-inline bool operator!=(ChannelRange a, ChannelRange b) { return !(a == b); }
+inline bool operator==(ChannelRange a, ChannelRange b)
+{
+    return a.first == b.first && a.end == b.end;
+}
+inline bool operator!=(ChannelRange a, ChannelRange b)
+{
+    return !(a == b);
+}
 
-/// What gives meaning to the numbered slots of the records of one store. One per read.
+/// The meaning of the numbered slots of the records of one store. One per read.
 struct RecordMetadata {
     QVariantMap instrumentSettings;
     std::int32_t totalElectrometers = 0;
@@ -57,7 +63,7 @@ struct RecordMetadata {
     std::int32_t variableCount = 0; ///< slots of FullRecord::variables
     QVector<Opmode> opmodes;        ///< index = RecordHead::opmode
     QMap<QString, ChannelRange> electrometerGroups;
-    QVector<DpVariant> dpVariants;  ///< index = RecordHead::dpVariantId
+    QVector<DpVariant> dpVariants; ///< index = RecordHead::dpVariantId
 
     /// The mode's name, or an empty text for an index outside the list.
     QString opmodeName(int opmode) const;

@@ -24,7 +24,7 @@ public:
     std::int64_t count(int bin) const;
 
     /// The bin of one value: ceil((log10(v) + 20) / 40 * 4000), held within 0 .. 4001. Exact, without a logarithm. -1
-    /// for what is passed over.
+    /// for values that are passed over.
     static int binOf(double v);
 
 private:

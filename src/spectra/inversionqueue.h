@@ -24,8 +24,8 @@ struct FinishedJobs;
 /// Spreads the inversion of records over worker threads, one per processor. Lives on the thread that made it, and all
 /// of its slots are called there. Records must not change while it runs: workers read them.
 ///
-/// Workers take the jobs one by one from a box that they share, so that what waits is known to the record, and hand the
-/// results back in batches, so that a short inversion isn't outweighed by the cost of a queued call.
+/// Workers take the jobs one by one from a box that they share, so that the number of waiting records is known exactly,
+/// and hand the results back in batches, so that a short inversion isn't outweighed by the cost of a queued call.
 class InversionQueue : public QObject {
     Q_OBJECT
 public:
@@ -34,8 +34,8 @@ public:
     /// `workerCount` below 1 means one per processor.
     InversionQueue(InverterList inverters, std::shared_ptr<const Spectrometer::RecordMetadata> metadata,
                    int workerCount = 0, QObject *parent = nullptr);
-    /// Drops what waits, ends the threads and waits up to 5 s for all of them; one that takes longer goes away by
-    /// itself.
+    /// Drops the waiting records, ends the threads and waits up to 5 s for all of them; one that takes longer goes away
+    /// by itself.
     ~InversionQueue() override;
 
     State state() const { return m_state; }

@@ -6,7 +6,7 @@
 
 namespace SpectMath {
 
-/// What one inversion went through, whichever way it was computed.
+/// The steps of one inversion, the same for every way of computing it.
 struct InversionSteps {
     struct Removal {
         std::size_t column;          ///< the class that was removed
@@ -14,7 +14,7 @@ struct InversionSteps {
     };
 
     int status = 0;                     ///< as in Spectrum::status
-    bool solved = false;                ///< the first solve succeeded: what follows is there
+    bool solved = false;                ///< the first solve succeeded: the members below are set
     std::vector<double> regularisation; ///< r of the first solve
     std::vector<double> firstClasses;   ///< x of the first solve
     std::vector<Removal> removals;      ///< filled if asked for

@@ -12,7 +12,7 @@
 
 namespace SpectMath {
 
-/// What a worker hands back.
+/// The message of a worker.
 struct FinishedJobs {
     int workerIndex = 0;
     bool isIdle = false; ///< the worker found no further job, and has ended
@@ -34,7 +34,7 @@ public:
 
     int index() const { return m_index; }
 
-    /// Results are handed back at the latest when there are so many.
+    /// The most results that are handed back at once.
     static constexpr int largestBatch = 64;
 
 public Q_SLOTS:

@@ -16,7 +16,7 @@ class Logger;
 /// others, packs (.sinp, .zip) and folders. Loading runs on the caller's thread.
 namespace SpectMath {
 
-/// One file is not what it should be.
+/// One file is not as it should be.
 class InverterFileError {
 public:
     explicit InverterFileError(const QString &message) : m_message(message) {}
@@ -30,16 +30,16 @@ private:
 using LoadingStep = std::function<bool(const QString &path)>;
 
 /// Walks the path: a file by its suffix, a folder with all that is in it, or a pack with an entry prefix behind its
-/// name ("pack.zip/opmode1"). Whatever is met again on the walk, such as a file that a map names twice, is read once.
-/// Packs inflate to no more than mostInflation on one walk. Whatever costs one inverter only is appended to *errors
-/// (may be null). Throws InverterFileError for a map file and UnitParsingError for a unit text; what was read until
-/// then is lost.
+/// name ("pack.zip/opmode1"). A file that is met again on the walk, such as a file that a map names twice, is read
+/// once. Packs inflate to no more than mostInflation on one walk. A fault that costs one inverter only is appended to
+/// *errors (may be null). Throws InverterFileError for a map file and UnitParsingError for a unit text; the inverters
+/// read until then are lost.
 InverterList loadInverters(const QString &path, const UnitTable &unitTable, QStringList *errors,
                            const LoadingStep &step = {});
 /// The same over a list of paths in order, results appended.
 InverterList loadInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors);
 
-/// The same over paths that a user chose: each is walked by itself, and what is thrown costs its path alone, told in
+/// The same over paths that a user chose: each is walked by itself, and an exception costs its path alone, told in
 /// *errors like the rest.
 InverterList loadChosenInverters(const QStringList &paths, const UnitTable &unitTable, QStringList *errors,
                                  const LoadingStep &step = {});

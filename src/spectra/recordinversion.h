@@ -12,7 +12,7 @@ namespace SpectMath {
 std::shared_ptr<Spectrum> invertRecord(const Inverter &inverter, const Spectrometer::FullRecord &record,
                                        const Spectrometer::RecordMetadata &metadata, QString *report = nullptr);
 
-/// Takes what goes wrong while a record is inverted: a level of the logger and its text.
+/// Takes a complaint about a record's inversion: a level of the logger and its text.
 using InversionComplaint = std::function<void(int level, const QString &text)>;
 
 /// The record's head and the spectra of every inverter of its operating mode, in the order of the inverters. An

@@ -10,7 +10,7 @@
 #include <deque>
 #include <vector>
 
-/// What Datastore::updated tells; each emission carries exactly one.
+/// The kinds of change that Datastore::updated tells; each emission carries exactly one.
 enum UpdateFlag { RecordCameIn = 1, DataReplaced = 2, SpectraChanged = 4 };
 
 /// The in-memory store of all records in order of beginTime, and beside it the series of the same records by spectrum
@@ -46,16 +46,16 @@ public:
     /// Begins and ends of the records of a series, entry for entry; an empty index if there is no such series. Valid
     /// until the next change of the store.
     const SpanIndex &seriesSpans(SeriesKey key) const { return m_spectra.spans(key); }
-    /// What colours each record, index for index. Valid until the next change of the store.
+    /// The marks of each record, index for index. Valid until the next change of the store.
     const RecordMarks *recordMarks() const;
-    /// Brings what is kept of spans and marks up to date, so that the first to ask needn't wait for it.
+    /// Brings spans and marks up to date, so that the first caller needn't wait for it.
     void updateIndexes() const;
     /// The concentrations of all of the series' spectra that didn't fail; an empty one if there is no such series.
     const SpectMath::DecadeHistogram &histogram(SeriesKey key) const { return m_spectra.histogram(key); }
     /// The number concentrations over the whole axis of the series' spectra, entry for entry, by decadesOf(); NaN for
     /// those that failed. Null if there is no such series. Valid until the next change of the store.
     const double *totalDecades(SeriesKey key) const { return m_spectra.totalDecades(key); }
-    /// How many records it has lost so far, each the first one then. What is kept beside the records tells by this how
+    /// How many records it has lost so far, each the first one then. Values kept beside the records tell by this how
     /// many go at its front.
     std::size_t lostRecords() const { return m_lostRecords; }
     /// The same of the entries of a series; those of one that was removed count as lost.
@@ -72,9 +72,9 @@ public:
     int firstIndexFrom(RecordTime time) const;
     /// The last record with endTime at or before the time, looking backward from the last that begins by then; or -1.
     int lastIndexEndingBy(RecordTime time) const;
-    /// The record so many places away (negative: earlier), or null.
+    /// The record that many places away (negative: earlier), or null.
     std::shared_ptr<Record> neighbour(const std::shared_ptr<Record> &record, int steps) const;
-    /// The last of so many records of that mode on the way, `record` itself if there is none; null if it isn't stored.
+    /// The last of that many records of the mode on the way, `record` itself if there is none; null if it isn't stored.
     std::shared_ptr<Record> neighbourWithOpmode(const std::shared_ptr<Record> &record, int steps, int opmode) const;
     /// The first entry of a series whose record doesn't begin before the time.
     static std::size_t lowerBoundOf(const Series &series, RecordTime time)
@@ -99,7 +99,7 @@ public:
     /// Forgets all records and series, for lack of memory. Allocates nothing, and emits nothing.
     void clear();
 
-    /// Drops the series and takes its spectra out of every record. What was the series keeps the spectra alive, for
+    /// Drops the series and takes its spectra out of every record. The former series keeps the spectra alive, for
     /// letting go of very many takes a while; null if there was none.
     std::shared_ptr<Series> removeSpectrum(SeriesKey key);
 

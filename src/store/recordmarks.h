@@ -2,7 +2,7 @@
 
 #include "records/record.h"
 
-/// What tells the colour of a record: kept for all of them side by side, since plots ask it of every record.
+/// The colour marks of a record: kept for all of them side by side, since plots ask for them of every record.
 struct RecordMarks {
     std::int32_t opmode = -1;
     bool regular = true;

@@ -4,7 +4,7 @@
 #include "spectra/spectrum.h"
 #include "util/valuequeue.h"
 
-/// What colour limits and plots of total concentrations ask of all values of a series. Kept as spectra come and go,
+/// Sums over all values of a series, for colour limits and plots of total concentrations. Kept as spectra come and go,
 /// when their values are at hand: to gather them later from all over memory takes longer than to draw them. A spectrum
 /// that was given to an entry changes no more.
 class SeriesSummary {

@@ -29,7 +29,8 @@ public:
     /// Where the tick lies in the run that runFrom(i) gives, if the entries of its block follow each other evenly: a
     /// place to begin a search at, below the run's size.
     std::size_t guessInRun(std::size_t i, std::int64_t tick) const;
-    /// Prefetches the times around the tick if it lies within the block that holds entry i, which may be beyond the end.
+    /// Prefetches the times around the tick if it lies within the block that holds entry i, which may be beyond the
+    /// end.
     void fetchIfCrossing(std::size_t i, std::int64_t tick) const;
 
     /// The entries from one on to the end of its block, in memory.
@@ -52,14 +53,14 @@ public:
 
     // ---- for the owner of the sequence
     void append(RecordTime beginTime, RecordTime endTime);
-    /// Moves the entries from i on by one place. Costs what lies behind i.
+    /// Moves the entries from i on by one place. The cost is linear in the entries behind i.
     void insert(std::size_t i, RecordTime beginTime, RecordTime endTime);
     /// The same for an entry that may lie beyond the end, of which nothing is kept then. Far from the end, or without
-    /// memory, it forgets what lies behind instead, to be appended anew when it is asked for.
+    /// memory, it forgets the values behind instead, to be appended anew when it is asked for.
     void insertOrForget(std::size_t i, RecordTime beginTime, RecordTime endTime) noexcept;
     /// Forgets the entries from `size` on.
     void truncate(std::size_t size);
-    /// Forgets so many entries at the front, all of them if there are fewer. Moves none of the others.
+    /// Forgets that many entries at the front, all of them if there are fewer. Moves none of the others.
     void removeFirst(std::size_t count);
 
 private:

@@ -38,12 +38,12 @@ public:
     void enter(std::vector<SpectrumRecord> &&entries);
     /// Drops entries from the front of each series for as long as their records don't begin behind the time.
     void dropUpTo(RecordTime time);
-    /// What was the series; null if there was none.
+    /// The former series; null if there was none.
     std::shared_ptr<Series> remove(Key key);
     void clear();
 
 private:
-    /// What is known of a series.
+    /// The counts of a series.
     struct Knowledge {
         explicit Knowledge(const SpectMath::SpectrumInfoPointer &info) : summary(info) {}
 

@@ -4,7 +4,7 @@
 
 #include <sys/types.h>
 
-/// The calls of the system by which files are read and written. Each does what the POSIX call of its name does, with
+/// The calls of the system by which files are read and written. Each behaves as the POSIX call of its name, with
 /// its result and errno, and is repeated where a signal interrupts it. A test puts an object in their place that lets a
 /// call fail. Any thread may call them.
 class FileCalls {

@@ -5,9 +5,9 @@
 #include <mutex>
 #include <utility>
 
-/// What other threads have for one receiver, under a mutex of its own. A posted call only says that something is in it,
-/// so that any number of changes within one turn of the receiver's event loop are one call. It is shared, and may
-/// outlive the receiver.
+/// The messages of other threads for one receiver, under a mutex of its own. A posted call only says that something is
+/// in it, so that any number of changes within one turn of the receiver's event loop are one call. It is shared, and
+/// may outlive the receiver.
 template<class Content>
 class Mailbox {
 public:
@@ -40,7 +40,7 @@ public:
     {
         put([](Content &) {});
     }
-    /// The receiver goes away: nothing is posted to it from now on. Whatever was put before is seen from here on.
+    /// The receiver goes away: nothing is posted to it from now on. Everything put before is seen from here on.
     void detach()
     {
         const std::lock_guard<std::mutex> lock(m_mutex);

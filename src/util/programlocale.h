@@ -5,5 +5,5 @@
 ///
 /// Numbers are read and printed in the C locale throughout; dates, messages of the system and the order of texts stay
 /// the user's. Where the user's locale is the plain one, whose characters end at 127, names of files and arguments are
-/// taken as UTF-8: files keep their names whatever the environment.
+/// taken as UTF-8: files keep their names in any environment.
 void setProgramLocale();

@@ -5,7 +5,7 @@
 #include <limits>
 #include <ratio>
 
-/// A duration in ticks of 100 ns, whatever the platform's own clock counts in.
+/// A duration in ticks of 100 ns, independent of the platform's own clock.
 using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10000000>>;
 
 /// A moment of the system clock in ticks since 1970-01-01 00:00:00 UTC. Zero stands for a time that is missing.
@@ -15,9 +15,18 @@ constexpr std::int64_t ticksPerSecond = 10'000'000;
 constexpr std::int64_t ticksPerMillisecond = 10'000;
 constexpr std::int64_t ticksPerDay = 86'400 * ticksPerSecond;
 
-constexpr RecordTime recordTimeFromTicks(std::int64_t ticks) { return RecordTime(Ticks(ticks)); }
-constexpr std::int64_t ticksOf(RecordTime time) { return time.time_since_epoch().count(); }
-constexpr bool isMissing(RecordTime time) { return ticksOf(time) == 0; }
+constexpr RecordTime recordTimeFromTicks(std::int64_t ticks)
+{
+    return RecordTime(Ticks(ticks));
+}
+constexpr std::int64_t ticksOf(RecordTime time)
+{
+    return time.time_since_epoch().count();
+}
+constexpr bool isMissing(RecordTime time)
+{
+    return ticksOf(time) == 0;
+}
 
 /// The open limits of a time span. Compare with them only: a difference or a sum with them overflows.
 constexpr RecordTime earliestRecordTime = recordTimeFromTicks(std::numeric_limits<std::int64_t>::min());

@@ -47,7 +47,7 @@ public:
         m_values.insert(m_values.begin() + std::ptrdiff_t(m_front + i), value);
     }
     /// The same for a value that may lie beyond the end, of which nothing is kept then. Far from the end, or without
-    /// memory, it forgets what lies behind instead.
+    /// memory, it forgets the values behind instead.
     void insertOrForget(std::size_t i, const T &value) noexcept
     {
         constexpr std::size_t farFromEnd = 4096;
@@ -61,7 +61,7 @@ public:
             truncate(i);
         }
     }
-    /// Makes room for that many values, so that insert() doesn't fail before there are so many.
+    /// Makes room for that many values, so that insert() doesn't fail before that number.
     void reserve(std::size_t size)
     {
         if (m_front + size > m_values.capacity())

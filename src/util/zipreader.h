@@ -10,7 +10,7 @@
 
 /// Reads zip archives, as far as packs of inverter files need it: stored and deflated entries of a single-file archive.
 /// Nothing in the file is believed beyond the bytes that are there: an entry ends where the next local header, the
-/// directory or the file does, whatever size it declares. Inflation is bounded. Never throws; complaints go out as Qt
+/// directory or the file does, whichever size it declares. Inflation is bounded. Never throws; complaints go out as Qt
 /// warnings. The checksum isn't looked at. One reader belongs to one thread.
 class QZipReader {
 public:

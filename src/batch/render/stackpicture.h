@@ -36,7 +36,7 @@ public:
     QImage draw() const;
 
     const Tsb::TimeSeriesBrowser &browser() const { return *m_browser; }
-    /// What of the browser is seen.
+    /// The visible part of the browser.
     QRect frame() const { return m_frame; }
 
 private:

@@ -6,8 +6,8 @@
 namespace HeaderSections {
 
 /// "total electrometers", "electrometer groups" and "electrometer names" of a current-format header. Checks it against
-/// what the read has seen so far and adds what is new to the state. Throws FileReaderError and Llama::NodeError; what
-/// was added before a fault stays. False if any of the three is absent.
+/// the earlier headers of the read and adds its news to the state. Throws FileReaderError and Llama::NodeError;
+/// additions before a fault stay. False if any of the three is absent.
 bool readElectrometers(const Llama::MapNode &header, FileReaderState &state);
 
 } // namespace HeaderSections

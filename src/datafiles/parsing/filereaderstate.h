@@ -19,8 +19,8 @@ struct RowTimes {
     std::int64_t endUtcOffset = 0;
 };
 
-/// What all line readers of one read share, since a record is put together from several files. It grows with every
-/// header. Used on the reading thread only.
+/// The state that all line readers of one read share, since a record is put together from several files. It grows with
+/// every header. Used on the reading thread only.
 struct FileReaderState {
     using SpectrumMap = QMap<QString, SpectMath::SpectrumInfoPointer>;
 
@@ -49,7 +49,7 @@ struct FileReaderState {
     /// The slot of the variable of that name, added if it isn't known. Throws FileReaderError when there are too many.
     int variableOf(const QString &name, const QString &humanname, const QString &unit);
     /// The flag of that text, made if it isn't known; null when there are absurdly many. When those before it have
-    /// properties out of proportion to what was read, it is a note with its whole text.
+    /// properties out of proportion to the bytes read, it is a note with its whole text.
     std::shared_ptr<Spectrometer::RecordFlag> flagOf(const QString &text);
     /// Takes a finished description in: the result is the one known already if the two are equal. Where another stands
     /// under its hash, the result is null, or, with `rename`, the new one under a hash of its own. Throws
@@ -60,7 +60,7 @@ struct FileReaderState {
     bool isOutside(const RowTimes &times) const { return times.end < beginLimit || endLimit < times.begin; }
     /// A new record of those times, with no mode, not yet among the records.
     std::shared_ptr<Record> makeRecord(const RowTimes &times) const;
-    /// Grows the record's vectors to what is known now, with NaN in new slots. Never shrinks them.
+    /// Grows the record's vectors to the present metadata, with NaN in new slots. Never shrinks them.
     void widen(Record &record) const;
     /// Whether the budget allows for that many more records of that width, and that many bytes beside them.
     bool isAffordable(std::size_t newRecords, int electrometers, int variables, std::size_t bytes = 0) const;

@@ -14,9 +14,8 @@ struct FlagLevel {
     std::shared_ptr<Spectrometer::RecordFlag> flag;
     double threshold = 0;
 };
-/// The section "flags" of a current-format header. Checks it against what the read has seen so far and adds what is new
-/// to the state. Throws FileReaderError and Llama::NodeError; what was added before a fault stays. Empty if it isn't
-/// there.
+/// The section "flags" of a current-format header. Checks it against the earlier headers of the read and adds its news
+/// to the state. Throws FileReaderError and Llama::NodeError; additions before a fault stay. Empty if it isn't there.
 std::optional<QVector<FlagLevel>> readFlagLevels(const Llama::MapNode &header, FileReaderState &state);
 
 } // namespace HeaderSections

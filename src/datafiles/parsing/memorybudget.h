@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// How much memory a read may hold, in proportion to what it has read: a few bytes of a hostile file could ask for
-/// gigabytes of empty slots, names or grids. What is held is counted by estimates of what the allocator takes.
+/// The memory that a read may hold, in proportion to its bytes so far: a few bytes of a hostile file could ask for
+/// gigabytes of empty slots, names or grids. The memory held is counted by estimates of the allocator's cost.
 class MemoryBudget {
 public:
     void addBytesRead(std::int64_t bytes) { m_bytesRead += bytes; }
@@ -17,11 +17,11 @@ public:
     /// The bytes that may still be held beside those records.
     std::size_t left(std::size_t records, std::size_t bytesPerRecord) const;
 
-    // ---- what things take
+    // ---- the cost of things, in bytes
     static constexpr std::size_t perTreeNode = 110; ///< a short text in a list; a key of a map counts as one more
     static std::size_t ofName(int length) { return 160 + 2 * std::size_t(length); }
-    /// A description of a spectrum of that many points: both axes and the slopes, and in the slabs between them what
-    /// was needed to compute them.
+    /// A description of a spectrum of that many points: both axes, the slopes, and in the slabs between them the values
+    /// from which they were computed.
     static std::size_t ofDescription(std::size_t points) { return 2048 + 6 * sizeof(double) * points; }
     /// A series of the store, with its histogram.
     static std::size_t ofSeries(std::size_t points) { return 34000 + sizeof(double) * points; }

@@ -3,13 +3,13 @@
 #include "datafiles/parsing/flagsection.h"
 #include "datafiles/parsing/spectrasection.h"
 
-/// The header of a current-format block: what kind of rows follow, and which columns they have.
+/// The header of a current-format block: the kind of its rows, and their columns.
 class NewLineHeader {
 public:
     enum class FileKind { currents, diagnostics, spectra, flags, records };
 
-    /// Reads the magic line, the YAML text and the column row, of which only the ending matters. Adds what is new in it
-    /// to the state of the read. Throws FileReaderError; what was added before a fault stays.
+    /// Reads the magic line, the YAML text and the column row, of which only the ending matters. Adds its news to the
+    /// state of the read. Throws FileReaderError; additions before a fault stay.
     NewLineHeader(const QByteArray &firstLine, const QByteArray &columnRow, const QByteArray &yamlText,
                   FileReaderState &state);
 

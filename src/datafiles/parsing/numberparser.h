@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The value of one field of a day file, in the "C" form whatever the locale: to the bit what
-/// double_conversion::StringToDoubleConverter gives that ignores the case of the symbols "inf" and "nan" and takes
+/// The value of one field of a day file, in the "C" form in any locale: to the bit the result of a
+/// double_conversion::StringToDoubleConverter that ignores the case of the symbols "inf" and "nan" and takes
 /// empty text and junk for NaN. So a bad number is never an error, blanks around a number make it NaN, and "1e400" is
 /// infinite.
 ///

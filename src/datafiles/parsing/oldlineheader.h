@@ -3,9 +3,9 @@
 #include "datafiles/parsing/filereaderstate.h"
 #include "datafiles/parsing/valuereader.h"
 
-/// The header of an old-style block: lines of free text, of which some describe columns. Adds what is new in it to the
-/// state of the read. A line whose columns don't suit what the read knows already gets a DummyReader, so that the rest
-/// of the block can be read.
+/// The header of an old-style block: lines of free text, of which some describe columns. Adds its news to the state of
+/// the read. A line whose columns contradict earlier ones gets a DummyReader, so that the rest of the block can be
+/// read.
 class OldLineHeader {
 public:
     using ValueReaderPointer = std::shared_ptr<ValueReader>;

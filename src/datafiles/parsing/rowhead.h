@@ -7,11 +7,11 @@
 /// can't be read.
 bool readRowTimes(TextView begin, TextView end, RowTimes *times);
 
-/// What became of the search for a row's record.
+/// The result of the search for a row's record.
 enum class RowPlace { found, made, refused };
 
-/// The record of a row: the one that begins at the same time, whatever its end, or a new one, which has no mode yet. It
-/// is as wide as what is known now. Refused, with a null record, when a new record isn't affordable.
+/// The record of a row: the one that begins at the same time, with any end, or a new one, which has no mode yet. It
+/// is as wide as the present metadata. Refused, with a null record, when a new record isn't affordable.
 RowPlace placeRow(const RowTimes &times, FileReaderState &state, std::shared_ptr<Record> *record);
 
 /// The complaint about a row that was refused.

@@ -15,8 +15,8 @@ struct Spectra {
     QVector<SpectMath::SpectrumInfoPointer> infos; ///< in column order
     QVector<InversionVariable> inversionVariables;
 };
-/// "spectra" and "inversion_vars" of a current-format header. Checks it against what the read has seen so far and adds
-/// what is new to the state. Throws FileReaderError and Llama::NodeError; what was added before a fault stays. Empty if
+/// "spectra" and "inversion_vars" of a current-format header. Checks it against the earlier headers of the read and
+/// adds its news to the state. Throws FileReaderError and Llama::NodeError; additions before a fault stay. Empty if
 /// there are no spectra.
 std::optional<Spectra> readSpectra(const Llama::MapNode &header, FileReaderState &state, const Log::Logger &logger);
 

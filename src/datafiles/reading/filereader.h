@@ -23,8 +23,8 @@ public:
     FileReader(const SpectrumMap &previous, RecordTime begin, RecordTime end);
     ~FileReader();
 
-    /// Reads a file; the result is its number of lines. Throws FileReaderError when the file as a whole fails; what was
-    /// read of it until then stays. Throws std::bad_alloc; the store is sound then, but may lack records of the file.
+    /// Reads a file; the result is its number of lines. Throws FileReaderError when the file as a whole fails; records that were
+    /// read until then stay. Throws std::bad_alloc; the store is sound then, but may lack records of the file.
     int readFile(const QString &path);
 
     /// Grows the vectors of all records to the final sizes, with NaN in new slots. Called once the read is over. Throws

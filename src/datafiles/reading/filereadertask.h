@@ -7,7 +7,7 @@
 
 #include <atomic>
 
-/// What a read is asked to do.
+/// The task of a read.
 struct FileReaderSettings {
     QStringList files; ///< names in the folder, or whole paths; read in case-sensitive order of the names
     QString folder;
@@ -41,7 +41,7 @@ public Q_SLOTS:
     void run();
 
 Q_SIGNALS:
-    /// The files done, and what is done now.
+    /// The files done, and the present activity.
     void progress(int count, QString msg);
     /// The bytes done of all bytes of all files, several times a second.
     void bytesProgress(qint64 done, qint64 total);

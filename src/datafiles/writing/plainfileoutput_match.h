@@ -18,7 +18,7 @@ public:
 
     int matched() const { return m_matched; }
     bool isComplete() const { return m_matched == m_header.size(); }
-    /// "\nmatching header found", or what was found instead and that a header is appended.
+    /// "\nmatching header found", or the difference found and that a header is appended.
     QString message() const;
 
 private:

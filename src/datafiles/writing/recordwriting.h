@@ -11,7 +11,7 @@ namespace Spectrometer {
 /// Spectra in the order of their columns, by the name of the operating mode.
 using SpectraByMode = QMap<QString, QVector<SpectMath::SpectrumInfoPointer>>;
 
-/// Which of these descriptions each mode's files may have, in their order: those of the mode by what they say, and
+/// Which of these descriptions each mode's files may have, in their order: those of the mode by their own word, and
 /// those that the mode's records hold.
 SpectraByMode spectraByMode(const Datastore &store, const RecordMetadata &metadata,
                             const QVector<SpectMath::SpectrumInfoPointer> &infos);

@@ -25,7 +25,7 @@ public Q_SLOTS:
     /// The text appears when the event loop runs next.
     void addEntry(Log::Entry entry);
     void scrollToEnd();
-    /// What the dock does every 30 s: a view left alone for two rounds goes back to the end, and a new hour is marked.
+    /// The work of every 30 s: a view left alone for two rounds goes back to the end, and a new hour is marked.
     void tick(const QDateTime &now);
 
 private:

@@ -13,7 +13,7 @@
 #include <memory>
 #include <vector>
 
-/// What the present data are called and how they look: the one shared state of the views, and the requests that one
+/// Names and looks of the present data: the one shared state of the views, and the requests that one
 /// view makes for a plot in another. Lives as long as the main window; main thread only.
 class UiInfo : public QObject {
     Q_OBJECT

@@ -37,12 +37,12 @@ public:
     void setFollowing(bool on);
     /// Nothing happens where there is no such record.
     void jump(JumpCmd command);
-    /// Heeds what the store told of a record; the flags are those of Datastore::updated.
+    /// Heeds the store's news of a record; the flags are those of Datastore::updated.
     void recordUpdated(const RecordPointer &record, int flags);
 
 Q_SIGNALS:
     void changed(const std::shared_ptr<Record> &record, ShownRecord::Mover mover);
-    /// The record is the same, what it holds is not.
+    /// The record is the same, its contents have changed.
     void contentsChanged();
     void followingChanged(bool on);
 
@@ -60,5 +60,5 @@ private:
     RecordPointer m_last;    ///< the latest that came in
     bool m_isFollowing = false;
     bool m_spectraPending = false; ///< the shown record's spectra changed; the record to follow is held back
-    bool m_isMoving = false;       ///< by itself: what is heard back of that is no wish of the user
+    bool m_isMoving = false;       ///< by itself: the signal that comes back is no wish of the user
 };

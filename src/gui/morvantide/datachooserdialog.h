@@ -11,8 +11,8 @@ class QDialogButtonBox;
 class QGroupBox;
 class QRadioButton;
 
-/// Asks what to read: a folder, its time span, and the averaging variant or the old-style files. A choice is a map with
-/// "folderName", "beginTime" and "endTime" (QDateTime), "limitBegin", "limitEnd", "variant" and "legacyFiles".
+/// Asks for the data to read: a folder, its time span, and the averaging variant or the old-style files. A choice is a
+/// map with "folderName", "beginTime" and "endTime" (QDateTime), "limitBegin", "limitEnd", "variant" and "legacyFiles".
 class DataChooserDialog : public QDialog {
     Q_OBJECT
 public:
@@ -20,7 +20,7 @@ public:
 
     /// Fills the list of recent folders.
     void setOldPaths(const QStringList &paths);
-    /// Sets what the map holds, and nothing else.
+    /// Sets the values that the map holds, and nothing else.
     void setChoice(const QVariantMap &choice);
     /// With all keys.
     QVariantMap choice() const;

@@ -32,7 +32,7 @@ public:
     void start(const FileReaderSettings &settings);
 
 public Q_SLOTS:
-    /// The read ends behind the file at hand, and with what it has.
+    /// The read ends behind the file at hand, and keeps the records read until then.
     void cancel();
 
 Q_SIGNALS:
@@ -42,7 +42,7 @@ private Q_SLOTS:
     void takeNews();
 
 private:
-    /// What the reading thread tells.
+    /// The news of the reading thread.
     struct News {
         ReadProgress progress;
         Result result; ///< set when finished

@@ -18,13 +18,13 @@ class QStandardItem;
 class QStandardItemModel;
 class QTreeView;
 
-/// Writes the records of a store into day files: the user picks a folder and a name for the variant, and ticks what to
-/// write. It stays open after a save, for the next one. While it writes the window lives, and Esc or close ends the
-/// writing, not the dialog.
+/// Writes the records of a store into day files: the user picks a folder and a name for the variant, and ticks the
+/// files to write. It stays open after a save, for the next one. While it writes the window lives, and Esc or close
+/// ends the writing, not the dialog.
 class DataSaverDialog : public QDialog {
     Q_OBJECT
 public:
-    /// What can be saved.
+    /// The data that can be saved.
     struct Content {
         std::shared_ptr<Datastore> store;
         std::shared_ptr<const Spectrometer::RecordMetadata> metadata;
@@ -43,7 +43,7 @@ public:
 public Q_SLOTS:
     void chooseFolderClicked();
     void saveData();
-    /// Warns of what stands in the folder.
+    /// Warns of files that stand in the folder.
     void checkFolder(const QString &name);
     /// Whether spectra are still being made; that is warned of too.
     void setReinverting(bool on);

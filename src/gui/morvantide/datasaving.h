@@ -10,7 +10,7 @@
 class QSettings;
 class Reinversion;
 
-/// Owns a save of the open data from its dialog to its end, and knows what the next one is to offer: the folder of the
+/// Owns a save of the open data from its dialog to its end, and knows the next one's offer: the folder of the
 /// last, and the averaging variant, as long as the data are open. Main thread only.
 class DataSaving {
 public:

@@ -15,7 +15,7 @@ struct DataRequest {
     QString variant;   ///< averaging variant; empty for files picked by hand
 };
 
-/// Asks the user for what to open, and keeps in the settings what was chosen last. Both outlive it.
+/// Asks the user for files and folders, and keeps the last choice in the settings. Both outlive it.
 class FileChoices {
 public:
     FileChoices(QSettings *settings, QWidget *window) : m_settings(settings), m_window(window) {}

@@ -14,7 +14,7 @@
 class MorvantideInfoWindow;
 class QLabel;
 
-/// The review window: the commands that open, close and reinvert data. What a command does at length has an owner of
+/// The review window: the commands that open, close and reinvert data. The long work of a command has an owner of
 /// its own.
 class MorvantideMainWindow : public MainWindowBase {
     Q_OBJECT
@@ -45,7 +45,7 @@ public Q_SLOTS:
     void closeData();
     void cancelFileReader();
     void fileReaderFinished(const DataLoader::Result &result);
-    /// Asks for a folder and what to write into it, and writes day files.
+    /// Asks for a folder and the choice of files, and writes day files.
     void saveData();
     /// Lists the spectra in memory in a window of its own; an earlier one goes.
     void showInfoWindow();

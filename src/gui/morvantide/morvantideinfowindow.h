@@ -23,7 +23,7 @@ public:
     explicit MorvantideInfoWindow(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr);
     ~MorvantideInfoWindow() override;
 
-    /// What a row's tool tip tells; asked when it is shown.
+    /// The text of a row's tool tip, worked out when it is shown.
     void setRecordsText(RecordsText text);
 
 public Q_SLOTS:

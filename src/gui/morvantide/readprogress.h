@@ -6,7 +6,7 @@
 struct ReadProgress {
     int filesDone = 0;
     int fileCount = 0;
-    QString message; ///< what is done now
+    QString message; ///< the present activity
     qint64 bytesDone = 0;
     qint64 bytesTotal = 0;
 };

@@ -16,7 +16,7 @@ public:
     void showStopping();
 
 public Q_SLOTS:
-    /// What Escape asks for: the same as the button.
+    /// Escape asks for the same as the button.
     void reject() override;
 
 protected:

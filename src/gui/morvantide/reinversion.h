@@ -1,8 +1,8 @@
 #pragma once
 
-#include "util/slicedwork.h"
 #include "spectra/inversionqueue.h"
 #include "store/datastore.h"
+#include "util/slicedwork.h"
 
 #include <QObject>
 #include <QSharedPointer>
@@ -50,7 +50,7 @@ private:
 
     int m_workerCount = 0;
     std::shared_ptr<Datastore> m_store; ///< of the run under way
-    /// A child too: what deleteLater never gets to, for the event loop has ended, goes with this object.
+    /// A child too: if the event loop ends before deleteLater() comes to it, it goes with this object.
     QSharedPointer<SpectMath::InversionQueue> m_inversionQueue;
     SlicedWork m_feeding;
     int m_fed = 0; ///< records of the store that the queue was given

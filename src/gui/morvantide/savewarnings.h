@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-/// What a user should know before saving to a folder.
+/// The facts that a user should know before saving to a folder.
 struct SaveTarget {
     QString folder;
     QString variant;

@@ -4,7 +4,7 @@
 
 namespace Tsb {
 
-/// A name out of the data as the text of a tool tip, which shows it letter by letter: what looks like markup is
+/// A name out of the data as the text of a tool tip, which shows it letter by letter: text that looks like markup is
 /// escaped. Lines stay lines.
 QString plainToolTip(const QString &text);
 

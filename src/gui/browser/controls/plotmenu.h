@@ -18,7 +18,7 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    bool m_armed = false; ///< the button went down or came in over this menu, not over what opened it
+    bool m_armed = false; ///< the button went down or came in over this menu, not over the button that opened it
 };
 
 } // namespace Tsb

@@ -21,7 +21,7 @@ struct BarStyle {
     bool half = false; ///< half the height, as for provisional records
 };
 
-/// What a bar strip shows: one bar a record from its begin to its end, in the order of the records.
+/// The contents of a bar strip: one bar a record from its begin to its end, in the order of the records.
 struct BarStripSource {
     const SpanIndex *spans = nullptr;
     /// By record, an index into `styles`.

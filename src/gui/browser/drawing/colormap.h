@@ -9,7 +9,7 @@
 #include <vector>
 
 /// Colour maps: functions from 0..1 to an opaque colour, quick enough for one call per pixel row of a spectrogram.
-/// Any double may be passed: what lies below 0 and what is no number gets the lowest colour, what lies above 1 the
+/// Any double may be passed: a value below 0 and one that is no number get the lowest colour, a value above 1 the
 /// highest.
 namespace Colormap {
 
@@ -59,7 +59,7 @@ public:
 
     const Map &inner() const { return m_inner; }
     double threshold() const { return m_threshold; }
-    /// What becomes of the inner map's colour at value v.
+    /// The colour that the zone makes of the inner map's colour at value v.
     uint zoneColor(uint color, double v) const;
 
 private:

@@ -12,7 +12,7 @@
 namespace Tsb {
 
 /// Writes the markers of a scatter plot into the pixels of an image: hollow squares of eight pixels, and small marks on
-/// the edge for what lies above or below. Only the columns first .. last - 1 are written. Opaque colours; a later
+/// the edge for values above or below. Only the columns first .. last - 1 are written. Opaque colours; a later
 /// marker covers an earlier one.
 ///
 /// Markers come column by column. Of the many that one column gets, each row remembers only the last, and the pixels
@@ -20,7 +20,7 @@ namespace Tsb {
 /// kept for each marker. Only the colours of those that show are asked for.
 class MarkerPainter {
 public:
-    /// What its caller knows a marker by.
+    /// The caller's number of a marker.
     using Name = std::uint32_t;
     using ColorOf = std::function<QRgb(Name)>;
 
@@ -56,7 +56,7 @@ public:
         if (line + 1 == lines)
             m_order += count * lines;
     }
-    /// Writes what is still held back.
+    /// Writes the markers that are still held back.
     void flush();
 
 private:

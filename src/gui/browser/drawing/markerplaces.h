@@ -20,7 +20,7 @@ constexpr MarkerPlace belowBottom = 2;
 constexpr MarkerPlace firstRow = 4;
 constexpr int mostRows = 65'000;
 
-/// The places of values on a scale, in an image of so many rows. A NaN goes nowhere.
+/// The places of values on a scale, in an image of that many rows. A NaN has none.
 void of(const ValueScale &scale, int height, const double *values, std::size_t count, MarkerPlace *places);
 
 } // namespace MarkerPlaces
@@ -35,7 +35,7 @@ public:
                               std::uint64_t revision);
 
 private:
-    std::vector<MarkerPlace> m_places; ///< of what the others tell, or empty
+    std::vector<MarkerPlace> m_places; ///< from the other members, or empty
     ValueScale m_scale;
     int m_height = -1;
     std::uint64_t m_revision = 0;

@@ -11,10 +11,10 @@ namespace Tsb {
 
 /// The cached picture of a strip of time: an image that follows the time scale by moving whole columns, and a record of
 /// the columns that are out of date. Moves, changes and new sizes gather until staleColumns() brings the image to where
-/// it is to be and tells what is to be drawn. Columns of ranges are those of the present scale.
+/// it should be and tells the columns to draw. Columns of ranges are those of the present scale.
 class PlotImage {
 public:
-    /// What is cached: ARGB32 premultiplied, device pixel ratio 1.
+    /// The cached image: ARGB32 premultiplied, device pixel ratio 1.
     const QImage &image() const { return m_image; }
     /// To be drawn on.
     QImage &canvas() { return m_image; }
@@ -25,7 +25,7 @@ public:
     void requestFullRedraw() { m_fullRedrawNeeded = true; }
     /// These columns are out of date. Returns whether any of them is in sight.
     bool touch(const PixelRange &columns);
-    /// Keeps the left part where only the width changes; what comes in at the right is out of date. An image that is
+    /// Keeps the left part where only the width changes; new columns at the right are out of date. An image that is
     /// still null stays so. Returns whether there is something to paint.
     bool resize(const QSize &size);
 

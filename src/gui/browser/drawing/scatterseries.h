@@ -11,7 +11,7 @@
 
 namespace Tsb {
 
-/// TimeScale::positionOf for many moments: the same numbers, with what doesn't change worked out once.
+/// TimeScale::positionOf for many moments: the same numbers, with the constant parts worked out once.
 class PositionMap {
 public:
     explicit PositionMap(const TimeScale &scale)

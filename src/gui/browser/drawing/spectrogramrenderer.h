@@ -30,7 +30,7 @@ struct SpectrogramParameters : ColumnParameters {
 void renderSpectrogram(const SpectrogramSource &source, const SpectrogramParameters &parameters, QImage &image,
                        const PixelRange &columns, int offset = 0);
 
-/// What shows where there are no data: white, or a half-tone of the map's lowest colour.
+/// The colour where there are no data: white, or a half-tone of the map's lowest colour.
 QColor spectrogramBackground(const Colormap::Map &colormap, bool white);
 
 /// values times the matrix, as a row vector; both have `size` elements and don't overlap.

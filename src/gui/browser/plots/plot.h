@@ -29,8 +29,8 @@ public:
     ~Plot() override;
 
     virtual void setDatastore(Datastore *datastore);
-    /// Whether changes of the store are heard of. Who changes a great many records at once turns that off meanwhile,
-    /// and sees to it that what shows the change is told of it.
+    /// Whether changes of the store are heard of. A caller that changes a great many records at once turns that
+    /// off meanwhile, and tells the plots that show the change itself.
     void setListening(bool on);
     /// The whole image is out of date.
     void requestFullRedraw();
@@ -40,10 +40,10 @@ public:
     Datastore *datastore() const { return m_datastore; }
     const TimeScale &timeScale() const { return m_image.timeScale(); }
     const std::shared_ptr<Record> &currentRecord() const { return m_currentRecord; }
-    /// What is cached: logical pixels of the contents rectangle, device pixel ratio 1. Hold no copy while drawing goes
-    /// on.
+    /// The cached image: logical pixels of the contents rectangle, device pixel ratio 1. Hold no copy while drawing
+    /// goes on.
     const QImage &image() const { return m_image.image(); }
-    /// Draws what paintEvent shows inside the contents rectangle, for a painter whose origin is the widget's.
+    /// Draws the picture of paintEvent inside the contents rectangle, for a painter whose origin is the widget's.
     void paintContents(QPainter &painter);
 
 public Q_SLOTS:

@@ -15,7 +15,7 @@
 namespace Tsb {
 
 /// One value per record (or per record and spectrum) against time, as small marks in the colour of the record's mode or
-/// of the spectrum. What off the scale lies on the edge.
+/// of the spectrum. Values off the scale are drawn on its edge.
 class ScatterPlot : public Plot {
     Q_OBJECT
 public:
