@@ -23,7 +23,7 @@ public:
     FileReader(const SpectrumMap &previous, RecordTime begin, RecordTime end);
     ~FileReader();
 
-    /// Reads a file; the result is its number of lines. Throws FileReaderError when the file as a whole fails; records that were
+    /// Reads a file; the result is its number of lines. Throws FileReaderError when the file as a whole fails; records
     /// read until then stay. Throws std::bad_alloc; the store is sound then, but may lack records of the file.
     int readFile(const QString &path);
 
