@@ -165,7 +165,11 @@ public:
             return false;
         });
     }
-    ~Gate() { Log::RootLogger::instance().setFilter({}); }
+    ~Gate()
+    {
+        m_closed.lock(); // behind all that threads did in the filter
+        Log::RootLogger::instance().setFilter({});
+    }
     void open() { m_closed.unlock(); }
 
     const InverterList inverters{inverterOf("stuck", "opmode: offset\nelectrometer_group: absent\n")};
