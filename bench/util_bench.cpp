@@ -1,4 +1,5 @@
 #include "util/timeformat.h"
+#include "util/timeparse.h"
 
 #include <QDateTime>
 

@@ -2,7 +2,7 @@
 
 #include "batch/outcome.h"
 #include "util/buildinfo.h"
-#include "util/timeformat.h"
+#include "util/timeparse.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,4 +1,4 @@
-#include "llama/qyaml.h"
+#include "llama/nodes.h"
 
 #include <cmath>
 #include <limits>

@@ -20,11 +20,6 @@ Node singleDocument(const QVariantList &documents, const QString &rootName)
 
 } // namespace
 
-YamlError::YamlError(const QString &sourceName, const QString &message)
-    : Exception(sourceName.isEmpty() ? message : QStringLiteral("(%1) %2").arg(sourceName, message))
-{
-}
-
 QVariantList yamlLoad(const QByteArray &text, const QString &sourceName, qint64 mostNodes)
 {
     return YamlParser(YamlInput(text.constData(), size_t(text.size())), sourceName, mostNodes).documents();

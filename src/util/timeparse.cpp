@@ -1,4 +1,6 @@
-#include "util/timeformat.h"
+#include "util/timeparse.h"
+
+#include "util/calendar.h"
 
 #include <QRegularExpression>
 

@@ -1,6 +1,7 @@
 #include "fuzz.h"
 
 #include "util/timeformat.h"
+#include "util/timeparse.h"
 
 #include <QHash>
 

@@ -1,6 +1,7 @@
 #include "batch/render/timespan.h"
 
 #include "util/timeformat.h"
+#include "util/timeparse.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "datafiles/parsing/rowhead.h"
 
-#include "util/timeformat.h"
+#include "util/timeparse.h"
 
 bool readRowTimes(TextView begin, TextView end, RowTimes *times)
 {

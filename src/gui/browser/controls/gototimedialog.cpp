@@ -2,6 +2,7 @@
 
 #include "axis/timenavigator.h"
 #include "util/timeformat.h"
+#include "util/timeparse.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
