@@ -222,34 +222,32 @@ TEST_F(Saving, WarnsOfWhatStandsInTheFolder)
     const QString start = "<TABLE border=0><TR><TD><IMG SRC=\":warning-16.png\"></TD><TD valign=middle>";
     const QString end = "</TD></TR></TABLE>";
     const auto dialog = makeDialog("a/b.c");
+    const auto found = [&] {
+        dialog->checkFolder(output());
+        return problems(*dialog);
+    };
     EXPECT_EQ(problems(*dialog), start + "Folder does not exist. It will be created." + end);
     QDir().mkpath(output());
-    dialog->checkFolder(output());
-    EXPECT_EQ(problems(*dialog), "");
+    EXPECT_EQ(found(), "");
     dialog->setReinverting(true);
     EXPECT_TRUE(problems(*dialog).contains("reinversion is running"));
     dialog->setReinverting(false);
     writeFile(output() + "/.hidden");
-    dialog->checkFolder(output());
-    EXPECT_EQ(problems(*dialog), start + "Folder is not empty! Files may become corrupted." + end);
+    EXPECT_EQ(found(), start + "Folder is not empty! Files may become corrupted." + end);
 
     const QStringList own{"20190514-a%2Fb.c.records", "2019-05-15-a%2Fb.c-ions.spectra"};
     const QStringList others{"20190514-a%2Fbxc.records", "20190514-a%2Fb.c-reinv-ions.spectra",
                              "20190514-a%2Fb.c-fog.spectra", "a%2Fb.c.records", "20190514-a%2Fb.c.records.bak"};
     for (const QString &name : others)
         writeFile(output() + "/" + name);
-    dialog->checkFolder(output());
-    EXPECT_FALSE(problems(*dialog).contains("already"));
+    EXPECT_FALSE(found().contains("already"));
     writeFile(output() + "/" + own[0]);
-    dialog->checkFolder(output());
-    EXPECT_TRUE(problems(*dialog).contains("1 day file of the variant \"a/b.c\""));
+    EXPECT_TRUE(found().contains("1 day file of the variant \"a/b.c\""));
     writeFile(output() + "/" + own[1]);
-    dialog->checkFolder(output());
-    EXPECT_TRUE(problems(*dialog).contains("2 day files of the variant"));
+    EXPECT_TRUE(found().contains("2 day files of the variant"));
     dialog->setVariant("<b>");
     EXPECT_FALSE(problems(*dialog).contains("already")) << "another name has none";
     writeFile(output() + "/20190514-<b>.records");
-    dialog->checkFolder(output());
-    EXPECT_TRUE(problems(*dialog).contains("\"&lt;b&gt;\""));
+    EXPECT_TRUE(found().contains("\"&lt;b&gt;\""));
     EXPECT_TRUE(saveButton(*dialog)->isEnabled());
 }

@@ -15,6 +15,8 @@ namespace {
 /// What a user does with the result of a reinversion, in the program's window.
 class Keeping : public ReviewWindow {
 protected:
+    /// The last one replaces a spectrum that was read: its columns go behind the rest.
+    void reinvertVariants() { reinvert(writeVariants(3) + QStringList{"inverters/particles-neg.inverter"}); }
     MorvantideInfoWindow *showInfo() const
     {
         action("Spectra info")->trigger();
@@ -52,26 +54,25 @@ protected:
 
 } // namespace
 
-TEST_F(Keeping, SpectraCanBeLookedAtDiscardedAndSaved)
+TEST_F(Keeping, DiscardedSpectraLeaveListAndReport)
 {
     open();
-    // The last one replaces a spectrum that was read: its columns go behind the rest.
-    reinvert(writeVariants(3) + QStringList{"inverters/particles-neg.inverter"});
+    reinvertVariants();
     MorvantideInfoWindow *info = showInfo();
     ASSERT_EQ(rows(*info), 7);
     int particles = 0;
-    for (const auto &record : window->datastore()->records())
-        particles += window->uiInfo()->metadata()->opmodeName(record->opmode) == "particles";
+    for (const auto &record : window->datastore()->records()) {
+        if (window->uiInfo()->metadata()->opmodeName(record->opmode) != "particles")
+            continue;
+        ++particles;
+        window->showRecord(record);
+    }
     EXPECT_EQ(info->findChild<QTreeView *>("treeView")->model()->index(5, 0).data(Qt::ToolTipRole).toString(),
               QString("%1 of %2 records have this spectrum").arg(particles).arg(window->datastore()->size()));
-
-    auto *report = window->findChild<RecordViews::ReportView *>();
-    for (const auto &record : window->datastore()->records())
-        if (window->uiInfo()->metadata()->opmodeName(record->opmode) == "particles")
-            window->showRecord(record);
     QTest::qWait(1);
-    report->showCurrentReport();
+    auto *report = window->findChild<RecordViews::ReportView *>();
     const auto reported = [report](const QString &name) {
+        report->showCurrentReport();
         return report->findChild<QTextBrowser *>()->toPlainText().count(name);
     };
     EXPECT_EQ(reported("(variant1)"), 1);
@@ -81,11 +82,24 @@ TEST_F(Keeping, SpectraCanBeLookedAtDiscardedAndSaved)
     discard(*info);
     EXPECT_EQ(rows(*info), 6);
     EXPECT_EQ(window->inverters().size(), 3u);
-    report->showCurrentReport();
     EXPECT_EQ(reported("(variant0)") + reported("(variant2)"), 2);
     EXPECT_EQ(reported("(variant1)"), 0);
     EXPECT_EQ(log().count("Removing spectrum 'particles neg' from memory."), 2) << "the read one went before";
 
+    MorvantideInfoWindow *second = showInfo();
+    EXPECT_EQ(window->findChildren<MorvantideInfoWindow *>(), QList<MorvantideInfoWindow *>{second})
+        << "the old one went";
+    EXPECT_TRUE(second->isWindow());
+    window->closeData();
+    EXPECT_EQ(rows(*second), 0);
+}
+
+TEST_F(Keeping, WhatIsKeptIsSavedAsTheCommandSavesIt)
+{
+    open();
+    reinvertVariants();
+    selectRow(*showInfo(), "variant1");
+    discard(*window->findChild<MorvantideInfoWindow *>());
     withDialog<DataSaverDialog>([this](DataSaverDialog &dialog) {
         dialog.findChild<QLineEdit *>("folderEdit")->setText(path("window"));
         dialog.findChild<QCheckBox *>("saveInversionVarsCheckBox")->setChecked(true);
@@ -107,13 +121,6 @@ TEST_F(Keeping, SpectraCanBeLookedAtDiscardedAndSaved)
     EXPECT_EQ(filesIn(path("window")), names);
     for (const QString &name : names)
         EXPECT_TRUE(contentOf("window/" + name) == contentOf("command/" + name)) << qPrintable(name);
-
-    MorvantideInfoWindow *second = showInfo();
-    EXPECT_EQ(window->findChildren<MorvantideInfoWindow *>(), QList<MorvantideInfoWindow *>{second})
-        << "the old one went";
-    EXPECT_TRUE(second->isWindow());
-    window->closeData();
-    EXPECT_EQ(rows(*second), 0);
 }
 
 TEST_F(Keeping, ARunUnderWayIsCancelledByTheFirstWishAndToldByTheSaver)

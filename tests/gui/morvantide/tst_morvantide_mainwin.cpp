@@ -248,18 +248,6 @@ TEST_F(MorvantideMainWindowTest, OffersTheCommandLinesFolder)
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
-TEST_F(MorvantideMainWindowTest, GoesAwayInTheMiddleOfARead)
-{
-    for (int day = 1; day <= 100; ++day)
-        data.writeDay(day);
-    for (int wait : {0, 1, 5, 20}) {
-        startOpening();
-        QTest::qWait(wait);
-        window.reset();
-        makeWindow();
-    }
-}
-
 TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
@@ -306,6 +294,7 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
               (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
     EXPECT_EQ(commands["Spectra"],
               (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
+    EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Inversion report"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");

@@ -96,7 +96,7 @@ protected:
                 below(2) ? window->closeData() : discard();
                 break;
             case 7:
-                if (below(3) == 0)
+                if (below(2) == 0)
                     renew();
                 break;
             }

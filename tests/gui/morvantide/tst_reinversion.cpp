@@ -365,19 +365,6 @@ TEST_F(ReinversionTest, DataAreClosedOrReplacedDuringARun)
     QTest::qWait(50);
 }
 
-TEST_F(ReinversionTest, TheWindowGoesDuringARun)
-{
-    for (int wait : {0, 1, 5, 20}) {
-        open();
-        startLongReinversion();
-        QTest::qWait(wait);
-        if (wait % 2)
-            window->cancelReinvert(); // its queue hasn't been deleted yet
-        window.reset();
-        makeWindow();
-    }
-}
-
 TEST_F(ReinversionTest, TheStatusBarTellsTheRate)
 {
     const auto *label = window->findChild<QLabel *>("queueStatusLabel");
