@@ -3,7 +3,6 @@
 #include "llama/yamlparser.h"
 #include "util/regularfile.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 
@@ -41,15 +40,6 @@ QVariantList yamlLoadFile(const QString &path)
     if (!openRegularFile(file))
         throw YamlError(QStringLiteral("Could not open file '%1'").arg(path));
     return yamlLoad(&file, QFileInfo(path).fileName());
-}
-
-QByteArray yamlDump(const QVariant &value)
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    if (!yamlDump(value, &buffer))
-        throw YamlError(QStringLiteral("Failed to emit yaml document."));
-    return buffer.data();
 }
 
 Node loadYamlNode(const QString &path)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "llama/nodes.h"
+#include "llama/yamldumper.h"
 
 #include <QByteArray>
 #include <QString>
@@ -19,11 +20,6 @@ QVariantList yamlLoad(const char *text, size_t size, const QString &sourceName =
 QVariantList yamlLoad(QIODevice *device, const QString &sourceName = QString());
 /// All documents of the file; the source name is the file's name without its directory. Throws YamlError.
 QVariantList yamlLoadFile(const QString &path);
-
-/// False if the value can't be emitted, with a line on the debug output. Never throws.
-bool yamlDump(const QVariant &value, QIODevice *device);
-/// The text; throws YamlError "Failed to emit yaml document.".
-QByteArray yamlDump(const QVariant &value);
 
 /// Where files are read by name, such as a folder or a pack.
 class FileSource {

@@ -1,6 +1,9 @@
-#include "llama/qyaml.h"
+#include "llama/yamldumper.h"
+
+#include "llama/errors.h"
 #include "llama/scalarclass.h"
 
+#include <QBuffer>
 #include <QDebug>
 #include <QIODevice>
 
@@ -136,6 +139,15 @@ bool yamlDump(const QVariant &value, QIODevice *device)
         return true;
     qDebug() << "Yaml dump error" << device->errorString();
     return false;
+}
+
+QByteArray yamlDump(const QVariant &value)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    if (!yamlDump(value, &buffer))
+        throw YamlError(QStringLiteral("Failed to emit yaml document."));
+    return buffer.data();
 }
 
 } // namespace Llama

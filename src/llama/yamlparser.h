@@ -1,8 +1,9 @@
 #pragma once
 
-#include "llama/qyaml.h"
+#include "llama/errors.h"
 
 #include <QHash>
+#include <QVariant>
 
 #include <yaml.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "spectra/inverter.h"
+#include "spectra/inverterreader.h"
 
 #include <QByteArray>
 #include <QString>
@@ -15,16 +15,6 @@ class Logger;
 /// Inverters from the files that a user chooses: inverter files (.inverter, .sinv), map files (.invmap) that name
 /// others, packs (.sinp, .zip) and folders. Loading runs on the caller's thread.
 namespace SpectMath {
-
-/// One file is not as it should be.
-class InverterFileError {
-public:
-    explicit InverterFileError(const QString &message) : m_message(message) {}
-    const QString &message() const { return m_message; }
-
-private:
-    QString m_message;
-};
 
 /// Called with each path, and each inverter's entry in a pack, before it is read; false ends the loading there.
 using LoadingStep = std::function<bool(const QString &path)>;
@@ -47,17 +37,6 @@ InverterList loadChosenInverters(const QStringList &paths, const UnitTable &unit
 /// Logs the errors of a loading, if there were any, and whether there are others to use.
 void tellLoadingErrors(const Log::Logger &log, const QStringList &errors, bool othersAreUsed);
 
-/// One inverter from a file's contents; `path` labels its errors and names an inverter without a name.
-/// Throws InverterFileError, UnitParsingError.
-InverterPointer readInverterText(const QByteArray &bytes, const QString &path, const UnitTable &unitTable);
-
-/// The paths that a map file names, made absolute against its folder, in key order. Throws InverterFileError.
-QStringList readInverterMap(const QString &path);
-
-/// Larger texts are refused unread.
-constexpr int largestInverterText = 16 << 20;
-/// Rows and columns of a matrix lie between 1 and this.
-constexpr int largestMatrixSide = 1000;
 /// Packs inflate to no more bytes than this for one chosen path.
 constexpr qint64 mostInflation = qint64(256) << 20;
 

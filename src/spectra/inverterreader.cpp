@@ -1,4 +1,4 @@
-#include "spectra/inverterfiles.h"
+#include "spectra/inverterreader.h"
 
 #include "llama/qyaml.h"
 #include "util/regularfile.h"

@@ -1,4 +1,4 @@
-#include "spectra/unit.h"
+#include "spectra/unitparser.h"
 
 #include <QRegExp>
 

@@ -90,6 +90,24 @@ TEST(House, ArrowsRunOneWay)
     expectNone(faults);
 }
 
+TEST(House, NoUnitsIncludeEachOtherInACircle)
+{
+    EXPECT_EQ(circles({{"a", {"b"}}, {"b", {"c"}}, {"c", {"b"}}, {"d", {"a", "c"}}}), QStringList{"b, c"});
+    expectNone(circles(unitArrows(sources())));
+}
+
+/// A class is divided by what it owns, not over several sources.
+TEST(House, EverySourceHasTheHeaderOfItsName)
+{
+    const QStringList files = sources();
+    QStringList faults;
+    for (const QString &file : files) {
+        if (file.endsWith(".cpp") && !file.endsWith("/main.cpp") && !files.contains(file.chopped(4) + ".h"))
+            faults << file;
+    }
+    expectNone(faults);
+}
+
 TEST(House, NoFolderIsCrowded)
 {
     QMap<QString, QSet<QString>> units;

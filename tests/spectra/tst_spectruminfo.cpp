@@ -1,5 +1,6 @@
 #include "spectra/spectruminfo.h"
 
+#include "spectra/unitparser.h"
 #include "support/realvector.h"
 
 #include <QCryptographicHash>

@@ -1,5 +1,7 @@
 #include "spectra/unit.h"
 
+#include "spectra/unitparser.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -3,6 +3,7 @@
 #include "datafiles/parsing/filereadererror.h"
 #include "datafiles/parsing/headerlimits.h"
 #include "datafiles/parsing/unittext.h"
+#include "spectra/unitparser.h"
 
 namespace HeaderSections {
 

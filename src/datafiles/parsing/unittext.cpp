@@ -1,5 +1,7 @@
 #include "datafiles/parsing/unittext.h"
 
+#include "spectra/unitparser.h"
+
 namespace {
 
 struct Spelling {

@@ -1,9 +1,6 @@
 #include "gui/browser/plots/scatterplot.h"
 
-#include "columns/finiterange.h"
 #include "columns/scattervalues.h"
-#include "gui/browser/drawing/markerpainter.h"
-#include "gui/browser/drawing/scatterseries.h"
 #include "gui/browser/plots/opmodeplot.h"
 #include "gui/browser/plots/scatterlabel.h"
 
@@ -20,8 +17,6 @@ using SpectMath::decadesOf;
 
 namespace {
 
-constexpr std::uint8_t unknownPen = 255;
-constexpr int mostModes = 127;
 constexpr int markerMargin = 2; ///< a marker reaches beyond its record's own columns
 
 const QColor cursorColor(0, 0, 0, 80);
@@ -37,10 +32,6 @@ ScatterPlot::ScatterPlot(QWidget *parent) : Plot(parent)
 {
     setMouseTracking(true);
     setRedrawMargin(markerMargin);
-    m_pens.setValueOfMarks([](const RecordMarks &record) {
-        const bool known = record.opmode >= 0 && record.opmode < mostModes;
-        return known ? std::uint8_t(2 * record.opmode + (record.regular ? 0 : 1)) : unknownPen;
-    });
 }
 
 ScatterPlot::~ScatterPlot() = default;
@@ -70,18 +61,17 @@ void ScatterPlot::setSettings(ScatterPlotSettings settings)
     if (settings == m_settings)
         return;
     m_settings = std::move(settings);
-    rebuildSeries();
+    rebuildLines();
 }
 
 void ScatterPlot::reloadSetup()
 {
-    rebuildSeries();
+    rebuildLines();
 }
 
-void ScatterPlot::rebuildSeries()
+void ScatterPlot::rebuildLines()
 {
-    m_recordSeries.clear();
-    m_spectrumSeries.clear();
+    m_lines.clear();
     requestFullRedraw();
     if (!m_uiInfo || !m_uiInfo->metadata())
         return;
@@ -90,37 +80,37 @@ void ScatterPlot::rebuildSeries()
         if (number < 0 || number >= m_uiInfo->metadata()->totalElectrometers)
             return;
         if (m_settings.showElectrometerNoise)
-            return addRecordSeries({&Record::currentVariances, number}, electrometerNoise, false, false);
+            return addRecordLine({&Record::currentVariances, number}, electrometerNoise, false, false);
         if (m_settings.showRawCurrents)
-            addRecordSeries({&Record::rawCurrents, number}, slotValue, true, true);
+            addRecordLine({&Record::rawCurrents, number}, slotValue, true, true);
         if (m_settings.showProcessedCurrents)
-            addRecordSeries({&Record::currents, number}, slotValue, false, false);
+            addRecordLine({&Record::currents, number}, slotValue, false, false);
     } else if (m_settings.type == ScatterPlotSettings::Variable) {
         if (const auto variable = m_uiInfo->metadata()->variable(m_settings.parameterName))
-            addRecordSeries({&Record::variables, variable->valueIndex}, slotValue, false, true);
+            addRecordLine({&Record::variables, variable->valueIndex}, slotValue, false, true);
     } else {
-        rebuildSpectrumSeries();
+        rebuildSpectrumLines();
     }
 }
 
-void ScatterPlot::addRecordSeries(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular)
+void ScatterPlot::addRecordLine(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular)
 {
-    RecordSeries series;
-    series.values.setValueOf([=](const Record &record) { return valueOf(record.*slot.vector, slot.slot); }, slot);
+    ScatterLines::RecordLine line;
+    line.values.setValueOf([=](const Record &record) { return valueOf(record.*slot.vector, slot.slot); }, slot);
     for (const QColor &color : m_uiInfo->opmodeColors())
         for (const bool pale : {paleRegular, paleIrregular})
-            series.colors.push_back(opaque(pale ? paleTint(color) : color));
-    m_recordSeries.push_back(std::move(series));
+            line.colors.push_back(opaque(pale ? paleTint(color) : color));
+    m_lines.add(std::move(line));
 }
 
-void ScatterPlot::rebuildSpectrumSeries()
+void ScatterPlot::rebuildSpectrumLines()
 {
     for (const SpectMath::SpectrumInfoPointer &info : m_uiInfo->spectrumInfos()) {
         if (!m_settings.visibleSpectra.contains(info->hash))
             continue;
         const QRgb color = opaque(m_uiInfo->spectrumColor(info.get()));
         const auto add = [&](SeriesColumn column, auto valueOf) {
-            m_spectrumSeries.push_back({info, std::move(column), {}, color, valueOf});
+            m_lines.add(ScatterLines::SpectrumLine{info, std::move(column), color, valueOf});
         };
         if (m_settings.type == ScatterPlotSettings::Parameter) {
             const auto valueOf = [parameter = m_settings.spectrumParameter](const SpectMath::Spectrum &s) {
@@ -146,20 +136,16 @@ void ScatterPlot::setDatastore(Datastore *store)
     if (datastore())
         disconnect(datastore(), nullptr, this, nullptr);
     Plot::setDatastore(store);
-    m_pens.invalidate();
-    rebuildSeries();
+    m_lines.invalidatePens();
+    rebuildLines();
 }
 
 void ScatterPlot::noteUpdated(int index, const std::shared_ptr<Record> &record, int flags)
 {
-    if ((flags & SpectraChanged) != 0) {
-        for (SpectrumSeries &series : m_spectrumSeries)
-            series.values.noteUpdated(*datastore(), record);
-        return;
-    }
-    m_pens.noteUpdated(*datastore(), index, *record);
-    for (RecordSeries &series : m_recordSeries)
-        series.values.noteUpdated(*datastore(), index, *record);
+    if ((flags & SpectraChanged) != 0)
+        m_lines.noteSpectra(*datastore(), record);
+    else
+        m_lines.noteRecord(*datastore(), index, *record);
 }
 
 PixelRange ScatterPlot::rangeOfUpdatedRecord(int, const std::shared_ptr<Record> &record, int flags)
@@ -177,28 +163,18 @@ double ScatterPlot::rowOf(double scaleValue) const
     return contentsRect().height() - m_scale.pixel(scaleValue);
 }
 
-template<typename Visit>
-void ScatterPlot::visitInSight(Visit visit)
+void ScatterPlot::drawRange(QPainter &painter, int first, int last)
 {
-    if (!datastore())
+    clearRange(painter, first, last);
+    if (!datastore() || !m_scale.valid)
         return;
-    const int width = contentsRect().width();
-    if (m_settings.usesSpectra()) {
-        for (SpectrumSeries &series : m_spectrumSeries) {
-            const auto run = runInSight(datastore()->seriesSpans(series.info.get()), timeScale(), -1, width + 1);
-            visit(series.values.values(*datastore()) + run.first, run.second - run.first);
-        }
-        return;
-    }
-    const auto run = runInSight(datastore()->recordSpans(), timeScale(), -1, width + 1);
-    for (RecordSeries &series : m_recordSeries)
-        visit(series.values.values(*datastore()) + run.first, run.second - run.first);
+    m_lines.draw({*static_cast<QImage *>(painter.device()), first, last, *datastore(), timeScale(), m_scale});
 }
 
 std::pair<double, double> ScatterPlot::minMax()
 {
-    FiniteRange range;
-    visitInSight([&range](const double *values, std::size_t count) { range.include(values, count); });
+    const FiniteRange range =
+        datastore() ? m_lines.rangeInSight(*datastore(), timeScale(), contentsRect().width()) : FiniteRange();
     return range.isEmpty() ? std::make_pair(noValue, noValue) : std::make_pair(range.least, range.greatest);
 }
 
@@ -216,22 +192,22 @@ std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) cons
         const QString name =
             electrometer ? electrometerSeriesName(*metadata, m_settings.electrometerNumber) : m_settings.parameterName;
         const QString unit = scatterUnit(m_settings, variable ? variable->unit : QString());
-        for (const RecordSeries &series : m_recordSeries) {
-            const double value = series.values.valueOf(record);
+        for (const ScatterLines::RecordLine &line : m_lines.recordLines()) {
+            const double value = line.values.valueOf(record);
             if (!std::isnan(value))
-                points.push_back({name, unit, value, value, series.colorOf(m_pens.valueOf(record))});
+                points.push_back({name, unit, value, value, line.colorOf(m_lines.penOf(record))});
         }
         return points;
     }
     for (const auto &spectrum : record.spectra) {
-        for (const SpectrumSeries &series : m_spectrumSeries) {
-            if (spectrum->info.get() != series.info.get())
+        for (const ScatterLines::SpectrumLine &line : m_lines.spectrumLines()) {
+            if (spectrum->info.get() != line.info.get())
                 continue;
-            const double value = series.valueOf(*spectrum);
+            const double value = line.valueOf(*spectrum);
             const bool decades = m_settings.type == ScatterPlotSettings::Concentration;
             if (!std::isnan(value))
-                points.push_back({m_uiInfo->spectrumName(series.info.get()), scatterUnit(m_settings, QString()), value,
-                                  decades ? decadesOf(value) : value, series.color});
+                points.push_back({m_uiInfo->spectrumName(line.info.get()), scatterUnit(m_settings, QString()), value,
+                                  decades ? decadesOf(value) : value, line.color});
         }
     }
     return points;

@@ -1,7 +1,4 @@
-#include "gui/browser/plots/scatterplot.h"
-
-
-#include <QPainter>
+#include "gui/browser/drawing/scatterlines.h"
 
 #include <array>
 #include <utility>
@@ -10,7 +7,9 @@ namespace Tsb {
 
 namespace {
 
-constexpr std::uint32_t mostRecordSeries = 2; ///< raw and processed currents
+constexpr std::uint8_t unknownPen = 255;
+constexpr int mostModes = 127;
+constexpr std::uint32_t mostRecordLines = 2; ///< raw and processed currents
 
 /// The first of the places from .. to - 1 that holds; `to` if none does. What holds at one place holds at all behind
 /// it. Looked for around the guess in steps that double.
@@ -43,20 +42,67 @@ std::size_t firstPlace(std::size_t from, std::size_t to, std::size_t guess, Hold
 
 } // namespace
 
-void ScatterPlot::drawRange(QPainter &painter, int first, int last)
+ScatterLines::ScatterLines()
 {
-    clearRange(painter, first, last);
-    if (!datastore() || !m_scale.valid)
-        return;
-    QImage &image = *static_cast<QImage *>(painter.device());
-    if (m_settings.usesSpectra())
-        drawSpectrumSeries(image, first, last);
-    else
-        drawRecordSeries(image, first, last);
+    m_pens.setValueOfMarks([](const RecordMarks &record) {
+        const bool known = record.opmode >= 0 && record.opmode < mostModes;
+        return known ? std::uint8_t(2 * record.opmode + (record.regular ? 0 : 1)) : unknownPen;
+    });
+}
+
+void ScatterLines::clear()
+{
+    m_recordLines.clear();
+    m_spectrumLines.clear();
+}
+
+void ScatterLines::add(RecordLine line)
+{
+    m_recordLines.push_back(std::move(line));
+}
+
+void ScatterLines::add(SpectrumLine line)
+{
+    m_spectrumLines.push_back(std::move(line));
+}
+
+void ScatterLines::noteRecord(const Datastore &store, int index, const Record &record)
+{
+    m_pens.noteUpdated(store, index, record);
+    for (RecordLine &line : m_recordLines)
+        line.values.noteUpdated(store, index, record);
+}
+
+void ScatterLines::noteSpectra(const Datastore &store, const std::shared_ptr<Record> &record)
+{
+    for (SpectrumLine &line : m_spectrumLines)
+        line.values.noteUpdated(store, record);
+}
+
+FiniteRange ScatterLines::rangeInSight(const Datastore &store, const TimeScale &scale, int width)
+{
+    FiniteRange range;
+    const auto include = [&](auto &line, const SpanIndex &spans) {
+        const auto run = runInSight(spans, scale, -1, width + 1);
+        range.include(line.values.values(store) + run.first, run.second - run.first);
+    };
+    for (SpectrumLine &line : m_spectrumLines)
+        include(line, store.seriesSpans(line.info.get()));
+    for (RecordLine &line : m_recordLines)
+        include(line, store.recordSpans());
+    return range;
+}
+
+void ScatterLines::draw(const Frame &frame)
+{
+    if (!m_spectrumLines.empty())
+        drawSpectrumLines(frame);
+    if (!m_recordLines.empty())
+        drawRecordLines(frame);
 }
 
 /// The places of a line's markers, block by block.
-class ScatterPlot::PlaceSource {
+class ScatterLines::PlaceSource {
 public:
     PlaceSource(const ValueScale &scale, int height, const double *values, const MarkerPlace *kept)
         : m_scale(scale), m_height(height), m_values(values), m_kept(kept)
@@ -80,21 +126,21 @@ private:
 };
 
 /// A few columns are drawn without what is kept: to bring that up to date would cost what the whole line costs.
-template<typename Series>
-ScatterPlot::PlaceSource ScatterPlot::placesOf(Series &series, std::size_t size, std::size_t drawn)
+template<typename Line>
+ScatterLines::PlaceSource ScatterLines::placesOf(Line &line, const Frame &frame, std::size_t size, std::size_t drawn)
 {
-    const int height = contentsRect().height();
-    const double *const values = series.values.values(*datastore());
+    const int height = frame.image.height();
+    const double *const values = line.values.values(frame.store);
     const bool keep = drawn > size / 8;
-    return {m_scale, height, values,
-            keep ? series.places.places(m_scale, height, values, size, series.values.revision()) : nullptr};
+    return {frame.valueScale, height, values,
+            keep ? line.places.places(frame.valueScale, height, values, size, line.values.revision()) : nullptr};
 }
 
 /// Calls mark(i, n) for runs of the entries first .. first + count - 1 of a block that stand on one column, which
 /// is set.
 template<typename Mark>
-void ScatterPlot::markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
-                               std::size_t count, Mark mark)
+void ScatterLines::markByColumn(MarkerPainter &marker, ColumnFinder &column, const SpanIndex &spans, std::size_t first,
+                                std::size_t count, Mark mark)
 {
     spans.fetchIfCrossing(first + 2 * SpanIndex::blockSize, column.until());
     if (column.holdsBlockOf(spans, first)) {
@@ -118,27 +164,25 @@ void ScatterPlot::markByColumn(MarkerPainter &marker, ColumnFinder &column, cons
     }
 }
 
-void ScatterPlot::drawRecordSeries(QImage &image, int first, int last)
+void ScatterLines::drawRecordLines(const Frame &frame)
 {
-    if (m_recordSeries.empty())
-        return;
-    const SpanIndex &spans = datastore()->recordSpans();
-    const auto run = runInSight(spans, timeScale(), first - 1, last + 1);
-    const std::uint8_t *const pens = m_pens.values(*datastore());
+    const SpanIndex &spans = frame.store.recordSpans();
+    const auto run = runInSight(spans, frame.timeScale, frame.first - 1, frame.last + 1);
+    const std::uint8_t *const pens = m_pens.values(frame.store);
     std::vector<PlaceSource> lines;
-    for (RecordSeries &series : m_recordSeries)
-        lines.push_back(placesOf(series, spans.size(), run.second - run.first));
+    for (RecordLine &line : m_recordLines)
+        lines.push_back(placesOf(line, frame, spans.size(), run.second - run.first));
     // A marker's name counts records and, in each, lines.
     const auto nameOf = [](std::size_t record, std::size_t line) {
-        return MarkerPainter::Name(record * mostRecordSeries + line);
+        return MarkerPainter::Name(record * mostRecordLines + line);
     };
-    MarkerPainter marker(image, first, last, [&](MarkerPainter::Name name) {
-        return m_recordSeries[name % mostRecordSeries].colorOf(pens[name / mostRecordSeries]);
+    MarkerPainter marker(frame.image, frame.first, frame.last, [&](MarkerPainter::Name name) {
+        return m_recordLines[name % mostRecordLines].colorOf(pens[name / mostRecordLines]);
     });
-    ColumnFinder column(timeScale(), first, last);
+    ColumnFinder column(frame.timeScale, frame.first, frame.last);
     for (std::size_t i = run.first; i < run.second;) {
         const std::size_t count = std::min(run.second - i, spans.runFrom(i).size);
-        std::array<const MarkerPlace *, mostRecordSeries> places;
+        std::array<const MarkerPlace *, mostRecordLines> places;
         for (std::size_t l = 0; l < lines.size(); ++l)
             places[l] = lines[l].at(i, count);
         markByColumn(marker, column, spans, i, count, [&](std::size_t k, std::size_t some) {
@@ -149,18 +193,19 @@ void ScatterPlot::drawRecordSeries(QImage &image, int first, int last)
     }
 }
 
-void ScatterPlot::drawSpectrumSeries(QImage &image, int first, int last)
+void ScatterLines::drawSpectrumLines(const Frame &frame)
 {
     std::vector<ScatterCursor> cursors;
     std::vector<PlaceSource> lines;
-    for (SpectrumSeries &series : m_spectrumSeries) {
-        const SpanIndex &spans = datastore()->seriesSpans(series.info.get());
-        const auto run = runInSight(spans, timeScale(), first - 1, last + 1);
+    for (SpectrumLine &line : m_spectrumLines) {
+        const SpanIndex &spans = frame.store.seriesSpans(line.info.get());
+        const auto run = runInSight(spans, frame.timeScale, frame.first - 1, frame.last + 1);
         cursors.push_back({&spans, run.first, run.second});
-        lines.push_back(placesOf(series, spans.size(), run.second - run.first));
+        lines.push_back(placesOf(line, frame, spans.size(), run.second - run.first));
     }
-    MarkerPainter marker(image, first, last, [&](MarkerPainter::Name name) { return m_spectrumSeries[name].color; });
-    ColumnFinder column(timeScale(), first, last);
+    MarkerPainter marker(frame.image, frame.first, frame.last,
+                         [&](MarkerPainter::Name name) { return m_spectrumLines[name].color; });
+    ColumnFinder column(frame.timeScale, frame.first, frame.last);
     std::vector<const MarkerPlace *> places(cursors.size());
     const auto markCommon = [&](std::size_t count) {
         for (std::size_t c = 0; c < cursors.size(); ++c)
