@@ -37,6 +37,21 @@ protected:
         return run("sh", QStringList{"-c", line, "sh", QStringLiteral(BATCH_PROGRAM)} + arguments);
     }
 
+    /// Runs the commands of a file in "endings". A line is an exit status, a command line, and a part of what it tells,
+    /// with tabs between them.
+    void expectEndings(const QString &file)
+    {
+        const QByteArrayList lines = ::contentOf(ENDINGS "/" + file).split('\n');
+        for (const QByteArray &line : lines.mid(0, lines.size() - 1)) {
+            const QByteArrayList parts = line.split('\t');
+            const Ended ended = run(QProcess::splitCommand(QString::fromUtf8(parts.value(1))));
+            EXPECT_EQ(ended.code, parts[0].toInt()) << line.constData() << '\n' << ended.errors.constData();
+            EXPECT_TRUE(ended.errors.contains(parts.value(2))) << line.constData() << '\n' << ended.errors.constData();
+            EXPECT_TRUE(ended.code != 2 || ended.output.isEmpty()) << ended.output.constData();
+        }
+        EXPECT_GT(lines.size(), 10);
+    }
+
     /// Records of two modes and a day at +02:00, their spectra, one of which is empty, and a flag that comes twice.
     void writeDay(const QString &folder, const QString &variant = "block")
     {

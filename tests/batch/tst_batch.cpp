@@ -135,45 +135,7 @@ TEST_F(DayFolder, EveryWayOfEndingHasItsStatus)
           "ignored\n" + recordsHeader() +
               "2019-09-12 12:00:00\t2019-09-12 12:01:00\tions\t1\t2\t1\t1\t1\t1\t1\t1\t1\t\n");
     write("file", "");
-    struct Case {
-        QStringList arguments;
-        int status;
-        const char *errors; ///< a part of what stands on standard error
-    };
-    const Case cases[] = {
-        {{"--help"}, 0, ""},
-        {{"--version"}, 0, ""},
-        {{"save", "--help"}, 0, ""},
-        {{}, 2, "subcommand"},
-        {{"draw"}, 2, ""},
-        {{"summary"}, 2, "FOLDER"},
-        {{"summary", "{}/in", "--from", "2019-13-01"}, 2, "not a date"},
-        {{"summary", "{}/in", "--from", "190912"}, 2, "not a date"},
-        {{"summary", "{}/in", "--from", "2019-09-13", "--to", "2019-09-12"}, 2, "before --from"},
-        {{"summary", "{}/in", "--variant", "block", "--from", "2019-09-12", "--to", "2019-09-12"}, 0, ""},
-        {{"summary", "{}/in", "--variant", "block", "--from", "2019-09-13"}, 1, "No file matches"},
-        {{"summary", "{}/in", "--variant", "1s"}, 1, "\"10s\", \"block\""},
-        {{"summary", "{}/nowhere"}, 1, "There is no folder"},
-        {{"summary", "{}/file"}, 1, "There is no folder"},
-        {{"summary", "{}/odd", "--variant", "block"}, 3, ""},
-        {{"save", "{}/in", "--variant", "block"}, 2, "--output"},
-        {{"save", "{}/in", "--output", "{}/new"}, 2, "--output-variant"},
-        {{"save", "{}/in", "--variant", "1s", "--output", "{}/new"}, 1, "No file matches"},
-        {{"save", "{}/in", "--variant", "block", "--output", "{}/file"}, 2, "isn't a folder"},
-        {{"save", "{}/in", "--variant", "block", "--output", "{}/out"}, 2, "exists"},
-        {{"save", "{}/in", "--variant", "block", "--output", "{}/in", "--append"}, 2, "one of the files to read"},
-        {{"save", "{}/odd", "--variant", "block", "--output", "{}/new"}, 3, "1 lines were ignored"},
-        {{"save", "{}/in", "--variant", "block", "--output", "{}/new"}, 2, "exists"},
-        {{"save", "{}/in", "--variant", "block", "--output", "{}/new", "--append"}, 0, "5 rows written"},
-        {{"save", "{}/in", "--variant", "10s", "--output", "{}/in", "--output-variant", "copy"}, 0, "5 rows written"},
-        {{"save", "{}/in", "--variant", "block", "--output", "/proc/none"}, 1, "\"/proc/none\" could not be made"},
-    };
-    for (const Case &c : cases) {
-        const Ended ended = run(c.arguments);
-        EXPECT_EQ(ended.code, c.status) << qPrintable(c.arguments.join(' ')) << "\n" << ended.errors.constData();
-        EXPECT_TRUE(ended.errors.contains(c.errors)) << qPrintable(c.arguments.join(' ')) << "\n"
-                                                     << ended.errors.constData();
-    }
+    expectEndings("save.txt");
 }
 
 TEST_F(DayFolder, AFileThatIsReadIsNeverWrittenUnderAnyName)

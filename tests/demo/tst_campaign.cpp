@@ -47,12 +47,6 @@ protected:
 
 } // namespace
 
-TEST_P(CampaignTest, EventGrowsOverTheAfternoon)
-{
-    EXPECT_NEAR(campaign->atmosphere().eventDiameter(12.35 / 24), 2, 0.6);
-    EXPECT_NEAR(campaign->atmosphere().eventDiameter(18.5 / 24), 40, 4);
-}
-
 TEST_P(CampaignTest, TotalsAreThoseOfRealAir)
 {
     double quietest = 1e9, busiest = 0;

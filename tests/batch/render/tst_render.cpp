@@ -281,45 +281,8 @@ TEST_F(Render, RefusesWithWords)
     write("broken.windowsetup", "timeseries: [\n");
     write("short.windowsetup", "timeseries: [{type: opmode}]\n");
     ASSERT_EQ(::mkfifo(QFile::encodeName(path("pipe.windowsetup")).constData(), 0600), 0);
-    const struct {
-        QStringList arguments;
-        int code;
-        const char *words;
-    } cases[] = {
-        {{"--output", "{}/here.png"}, 2, "here.png\" exists."},
-        {{"--output", "{}/new.jpg"}, 2, "isn't the name of a PNG file"},
-        {{"--output", "{}/here.png/new.png"}, 2, "isn't a folder"},
-        {{"--size", "800"}, 2, "not a size: 800"},
-        {{"--size", "99x800"}, 2, "not a size: 99x800"},
-        {{"--size", "800x99999"}, 2, "not a size: 800x99999"},
-        {{"--size", "800x200"}, 2, "pixels of height"},
-        {{"--size", "16000x16000", "--scale", "2"}, 2, "too large"},
-        {{"--size", "100x800"}, 2, "pixels of width"},
-        {{"--scale", "3"}, 2, "3 not in"},
-        {{"--scale", "1.5"}, 2, "1.5 not in"},
-        {{"--from", "yesterday"}, 2, "not a time: yesterday"},
-        {{"--to", "2019-05-14 25:00"}, 2, "not a time"},
-        {{"--setup", "{}/none.windowsetup"}, 2, "Failed to open interface setup file"},
-        {{"--setup", "{}/pipe.windowsetup"}, 2, "Failed to open interface setup file"},
-        {{"--setup", "{}"}, 2, "Failed to open interface setup file"},
-        {{"--setup", "{}/broken.windowsetup"}, 2, "Failed to understand interface setup file"},
-        {{"--setup", "{}/list.windowsetup"}, 2, "it isn't a map"},
-        {{"--setup", "{}/other.windowsetup"}, 2, "no list of plots under \"timeseries\""},
-        {{"--setup", "{}/wrong.windowsetup"}, 2, "no list of plots under \"timeseries\""},
-        {{"--variant", "10s"}, 1, "block"},
-    };
-    for (const auto &c : cases) {
-        QStringList arguments{"render", "{}/demo"};
-        if (!c.arguments.contains("--variant"))
-            arguments += {"--variant", "block"};
-        if (!c.arguments.contains("--output"))
-            arguments += {"--output", "{}/new.png"};
-        const Ended ended = run(arguments + c.arguments);
-        EXPECT_EQ(ended.code, c.code) << qPrintable(c.arguments.join(' '));
-        EXPECT_TRUE(ended.errors.contains(c.words)) << qPrintable(c.arguments.join(' ')) << ended.errors.constData();
-        EXPECT_TRUE(ended.output.isEmpty()) << ended.output.constData();
-        EXPECT_FALSE(QFile::exists(path("new.png")));
-    }
+    expectEndings("render.txt");
+    EXPECT_FALSE(QFile::exists(path("new.png")));
     EXPECT_EQ(contentOf("here.png"), "a picture of somebody's");
     EXPECT_TRUE(isTidy());
 }
