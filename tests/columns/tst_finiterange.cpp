@@ -11,7 +11,7 @@ namespace {
 using FiniteRange = Seeded<>;
 INSTANTIATE_TEST_SUITE_P(Seeds, FiniteRange, ::testing::ValuesIn(seeds(3)));
 
-TEST_P(FiniteRange, counts_finite_numbers_alone)
+TEST_P(FiniteRange, CountsFiniteNumbersAlone)
 {
     constexpr double infinity = std::numeric_limits<double>::infinity(), greatest = std::numeric_limits<double>::max();
     const std::vector<double> rare{std::nan(""), infinity, -infinity, greatest, -greatest, 0.0, -0.0, 5e-324};

@@ -83,7 +83,7 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Seeds, Columns, ::testing::ValuesIn(seeds(3)));
 
-TEST_P(Columns, follow_a_store_that_drops_its_oldest)
+TEST_P(Columns, FollowAStoreThatDropsItsOldest)
 {
     store.addFullRecord(row(0));
     double next = 1;
@@ -120,7 +120,7 @@ TEST_P(Columns, follow_a_store_that_drops_its_oldest)
     expectRight();
 }
 
-TEST_P(Columns, work_out_only_what_came_in)
+TEST_P(Columns, WorkOutOnlyWhatCameIn)
 {
     int second = 0;
     for (; second < mostRecords; ++second)
@@ -135,7 +135,7 @@ TEST_P(Columns, work_out_only_what_came_in)
     EXPECT_EQ(worked, 5 * mostRecords);
 }
 
-TEST(ManyRecords, have_their_values_whichever_thread_works_them_out)
+TEST(ManyRecords, HaveTheirValuesWhicheverThreadWorksThemOut)
 {
     constexpr int count = 120'001;
     const auto info = testInfo("a", {});
@@ -181,7 +181,7 @@ struct Counted {
     static inline int moves = 0;
 };
 
-TEST(ValueQueue, moves_each_value_a_few_times_whatever_its_length)
+TEST(ValueQueue, MovesEachValueAFewTimesWhateverItsLength)
 {
     for (const int length : {1, 10, 10'000}) {
         ValueQueue<Counted> queue;

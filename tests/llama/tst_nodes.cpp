@@ -34,7 +34,7 @@ MapNode tree()
     return Node(Llama::yamlLoad(text).first(), "x.inverter").toMap();
 }
 
-TEST(Nodes, paths_name_the_place)
+TEST(Nodes, PathsNameThePlace)
 {
     const Node name = tree().at("spectra").toList().at(2).toMap().at("name");
     EXPECT_EQ(name.path(), "x.inverter" + arrow + "spectra" + arrow + "[2]" + arrow + "name");
@@ -47,7 +47,7 @@ TEST(Nodes, paths_name_the_place)
               "'x.inverter" + arrow + "spectra" + arrow + "[0]' must be double, but was QVariantMap");
 }
 
-TEST(Nodes, type_errors)
+TEST(Nodes, TypeErrors)
 {
     const MapNode map = tree();
     const auto error = [&](auto operation) { return messageOf<NodeTypeError>(operation); };
@@ -67,7 +67,7 @@ TEST(Nodes, type_errors)
     EXPECT_EQ(map.at("word").requireString(), "abc");
 }
 
-TEST(Nodes, values_that_could_convert)
+TEST(Nodes, ValuesThatCouldConvert)
 {
     const MapNode map = tree();
     EXPECT_EQ(map.at("number").toInt(), 7);
@@ -80,7 +80,7 @@ TEST(Nodes, values_that_could_convert)
     EXPECT_EQ(map.at("word").toByteArray(), "abc");
 }
 
-TEST(Nodes, a_double_beyond_the_range_of_an_int_saturates)
+TEST(Nodes, ADoubleBeyondTheRangeOfAnIntSaturates)
 {
     constexpr int least = std::numeric_limits<int>::min(), greatest = std::numeric_limits<int>::max();
     for (const double huge : {3e9, 1e300, std::numeric_limits<double>::infinity(), 2147483647.0, 2147483646.6}) {
@@ -92,7 +92,7 @@ TEST(Nodes, a_double_beyond_the_range_of_an_int_saturates)
     EXPECT_EQ(Node(Llama::yamlLoad("12345678901").first()).toInt(), 0) << "an integer of too many digits stays 0";
 }
 
-TEST(Nodes, missing_keys)
+TEST(Nodes, MissingKeys)
 {
     const MapNode map = tree();
     EXPECT_EQ(messageOf<NodeMissingError>([&] { map.at("absent"); }), "'absent' was not found at x.inverter");
@@ -121,7 +121,7 @@ TEST(Nodes, missing_keys)
     EXPECT_THROW(map.value("spectra", "fallback"), NodeTypeError);
 }
 
-TEST(Nodes, made_without_an_identity_have_an_empty_one)
+TEST(Nodes, MadeWithoutAnIdentityHaveAnEmptyOne)
 {
     EXPECT_EQ(Node().path(), "");
     EXPECT_EQ(Node(true, nullptr, 1).path(), "");
@@ -136,7 +136,7 @@ struct Files : Llama::FileSource {
     QMap<QString, QByteArray> files{{"one", "a: 1"}, {"two", "1\n---\n2"}, {"bad", "["}};
 };
 
-TEST(LoadYamlNode, from_files_and_sources)
+TEST(LoadYamlNode, FromFilesAndSources)
 {
     using Llama::loadYamlNode;
     const auto error = [](auto operation) { return messageOf<Llama::NodeError>(operation); };

@@ -18,7 +18,7 @@ namespace {
 
 using Llama::ScalarClass;
 
-TEST(ScalarClass, classes_of_texts)
+TEST(ScalarClass, ClassesOfTexts)
 {
     const struct {
         ScalarClass scalarClass;
@@ -57,7 +57,7 @@ TEST(ScalarClass, classes_of_texts)
         EXPECT_EQ(Llama::classifyScalar(text.toUtf8().constData()), ScalarClass::String) << text.toStdString();
 }
 
-TEST(ScalarClass, not_a_number_has_no_sign)
+TEST(ScalarClass, NotANumberHasNoSign)
 {
     const double nan = Llama::scalarValue(ScalarClass::NaN, ".nan").toDouble();
     EXPECT_TRUE(std::isnan(nan) && !std::signbit(nan));

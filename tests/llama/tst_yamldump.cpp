@@ -10,7 +10,7 @@ namespace {
 
 using Llama::yamlDump;
 
-TEST(YamlDump, texts)
+TEST(YamlDump, Texts)
 {
     const QVariantMap inner{{"x", 1}};
     const std::pair<QVariant, QByteArray> table[] = {
@@ -33,7 +33,7 @@ TEST(YamlDump, texts)
         EXPECT_EQ(yamlDump(value).toStdString(), text.toStdString());
 }
 
-TEST(YamlDump, a_device_that_takes_too_few_bytes_is_told_with_its_error)
+TEST(YamlDump, ADeviceThatTakesTooFewBytesIsToldWithItsError)
 {
     struct Full : QIODevice {
         qint64 readData(char *, qint64) override { return -1; }
@@ -52,7 +52,7 @@ TEST(YamlDump, a_device_that_takes_too_few_bytes_is_told_with_its_error)
     EXPECT_EQ(told, QStringList("Yaml dump error \"No space left\""));
 }
 
-TEST(YamlDump, what_cannot_be_said_fails_as_a_whole)
+TEST(YamlDump, WhatCannotBeSaidFailsAsAWhole)
 {
     for (const QVariant &value :
          {QVariant(), QVariant(QVariantMap{{"a", QVariant()}}), QVariant(QVariantList{1, QVariant()})}) {
@@ -117,7 +117,7 @@ private:
     std::mt19937 m_random{5};
 };
 
-TEST(YamlDump, is_read_back_as_it_was)
+TEST(YamlDump, IsReadBackAsItWas)
 {
     RandomTrees trees;
     for (int round = 0; round < 20000; ++round) {

@@ -47,7 +47,7 @@ std::string promptFailure(const QByteArray &text)
     return message;
 }
 
-TEST(YamlLoad, files_of_the_corpus_come_to_what_is_expected_of_them)
+TEST(YamlLoad, FilesOfTheCorpusComeToWhatIsExpectedOfThem)
 {
     expectCorpus("yaml", [](const QString &path) {
         QString tree;
@@ -59,13 +59,13 @@ TEST(YamlLoad, files_of_the_corpus_come_to_what_is_expected_of_them)
     });
 }
 
-TEST(YamlLoad, sizes_and_names_of_sources)
+TEST(YamlLoad, SizesAndNamesOfSources)
 {
     EXPECT_EQ(yamlLoad("ab", 1), QVariantList{"a"});
     EXPECT_EQ(failure("a: *x", "%1 %2"), "(%1 %2) Undefined alias 'x' at line 1, column 4");
 }
 
-TEST(YamlLoad, nesting_is_bounded)
+TEST(YamlLoad, NestingIsBounded)
 {
     EXPECT_EQ(loaded(QByteArray(200, '[') + QByteArray(200, ']')).toList().size(), 1);
     EXPECT_EQ(failure(QByteArray(201, '[') + QByteArray(201, ']')), "Too much nesting at line 1, column 201");
@@ -80,7 +80,7 @@ TEST(YamlLoad, nesting_is_bounded)
     EXPECT_EQ(failure(chain), "Too much nesting at line 201, column 10");
 }
 
-TEST(YamlLoad, nodes_are_bounded)
+TEST(YamlLoad, NodesAreBounded)
 {
     QByteArray laughs = "a0: &a0 [x, x, x, x, x, x, x, x, x, x]\n";
     for (int i = 1; i < 12; ++i) {
@@ -102,7 +102,7 @@ TEST(YamlLoad, nodes_are_bounded)
     EXPECT_EQ(bounded("[&a x, &b y]", 4), "no error");
 }
 
-TEST(YamlLoad, foreign_texts_cost_little)
+TEST(YamlLoad, ForeignTextsCostLittle)
 {
     QByteArray anchors;
     for (int i = 0; i < 50000; ++i)
@@ -134,7 +134,7 @@ struct BrokenDevice : QIODevice {
     bool m_read = false;
 };
 
-TEST(YamlLoad, devices_and_files)
+TEST(YamlLoad, DevicesAndFiles)
 {
     QByteArray text = "[" + QByteArray("abc, ").repeated(20000) + "abc]";
     QBuffer buffer(&text);

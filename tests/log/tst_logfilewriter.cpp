@@ -30,7 +30,7 @@ struct LogFiles : testing::Test {
                      QSysInfo::kernelVersion() + "\n";
 };
 
-TEST_F(LogFiles, one_a_day_each_with_a_header)
+TEST_F(LogFiles, OneADayEachWithAHeader)
 {
     Log::LogFileWriter writer(folder);
     writer.write(entry(12, 5, "a\nb\nc %1"));
@@ -43,7 +43,7 @@ TEST_F(LogFiles, one_a_day_each_with_a_header)
     EXPECT_EQ(content("20190913.log"), header + "2019-09-13 12:16:52.007\talert\tmain\tx\n");
 }
 
-TEST_F(LogFiles, opening_again_adds_a_second_header)
+TEST_F(LogFiles, OpeningAgainAddsASecondHeader)
 {
     Log::LogFileWriter(folder).write(entry(12, 6, "x"));
     Log::LogFileWriter(folder).write(entry(12, 6, "x"));
@@ -51,7 +51,7 @@ TEST_F(LogFiles, opening_again_adds_a_second_header)
     EXPECT_EQ(content("20190912.log"), part + part);
 }
 
-TEST_F(LogFiles, a_failure_goes_to_standard_error_and_is_tried_again)
+TEST_F(LogFiles, AFailureGoesToStandardErrorAndIsTriedAgain)
 {
     writeFile(directory.filePath("new")); // in the way
     Log::LogFileWriter writer(folder);
@@ -70,7 +70,7 @@ TEST_F(LogFiles, a_failure_goes_to_standard_error_and_is_tried_again)
     EXPECT_EQ(content("20190912.log"), header + "2019-09-12 12:16:52.007\tinfo\tmain\tkept\n");
 }
 
-TEST_F(LogFiles, what_a_full_disk_refuses_is_told_and_not_written_later)
+TEST_F(LogFiles, WhatAFullDiskRefusesIsToldAndNotWrittenLater)
 {
     Log::LogFileWriter writer(folder);
     testing::internal::CaptureStderr();
@@ -83,7 +83,7 @@ TEST_F(LogFiles, what_a_full_disk_refuses_is_told_and_not_written_later)
     EXPECT_EQ(content("20190912.log"), header + header + "2019-09-12 12:16:52.007\tinfo\tmain\tkept\n");
 }
 
-TEST_F(LogFiles, an_entry_of_invalid_time_is_lost_and_locks_nothing)
+TEST_F(LogFiles, AnEntryOfInvalidTimeIsLostAndLocksNothing)
 {
     EXPECT_EXIT(
         {

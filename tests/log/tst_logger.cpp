@@ -19,7 +19,7 @@ Log::Entry entry(int level, const QString &source, const QString &message)
     return {level, source, message, QDateTime({2019, 9, 12}, {12, 16, 52, 7})};
 }
 
-TEST(ConsoleLine, table)
+TEST(ConsoleLine, Table)
 {
     const QString blanks(32, ' ');
     const struct {
@@ -41,7 +41,7 @@ TEST(ConsoleLine, table)
         EXPECT_EQ(QString::fromUtf8(Log::consoleLine(given)), line);
 }
 
-TEST(Levels, names_are_read_back)
+TEST(Levels, NamesAreReadBack)
 {
     for (int level = 0; level < 8; ++level)
         EXPECT_EQ(Log::levelFromName(Log::levelName(level), -7), level);
@@ -54,7 +54,7 @@ struct Logging : testing::Test {
     LogCatcher log;
 };
 
-TEST_F(Logging, areas_are_put_before_sources)
+TEST_F(Logging, AreasArePutBeforeSources)
 {
     const Log::Logger logger("filereader"), root("");
     logger.log(Log::Notice, "text");
@@ -72,7 +72,7 @@ TEST_F(Logging, areas_are_put_before_sources)
     EXPECT_EQ(entries[1].time.time().hour(), 12) << "a ready entry keeps its time";
 }
 
-TEST_F(Logging, the_filter_comes_before_everything)
+TEST_F(Logging, TheFilterComesBeforeEverything)
 {
     QTemporaryDir directory;
     Log::RootLogger::instance().setFilter([](const Log::Entry &e) { return e.level < Log::Info; });
@@ -97,7 +97,7 @@ QStringList consoleOf(const std::function<void()> &log)
     return lines;
 }
 
-TEST_F(Logging, the_console_gets_a_run_of_equal_entries_with_its_count)
+TEST_F(Logging, TheConsoleGetsARunOfEqualEntriesWithItsCount)
 {
     const Log::Logger a("a"), b("b");
     const auto logRun = [](const Log::Logger &logger, const QString &message, int count) {
@@ -134,7 +134,7 @@ TEST_F(Logging, the_console_gets_a_run_of_equal_entries_with_its_count)
     EXPECT_LT(given[3].size(), 1100) << "what was printed in full isn't printed so again";
 }
 
-TEST_F(Logging, a_count_does_not_wait_for_long)
+TEST_F(Logging, ACountDoesNotWaitForLong)
 {
     const Log::Logger a("a");
     QElapsedTimer timer;
@@ -162,7 +162,7 @@ TEST_F(Logging, a_count_does_not_wait_for_long)
     EXPECT_EQ(told, count);
 }
 
-TEST_F(Logging, an_exit_loses_no_count)
+TEST_F(Logging, AnExitLosesNoCount)
 {
     EXPECT_EXIT(
         {
@@ -175,7 +175,7 @@ TEST_F(Logging, an_exit_loses_no_count)
         testing::ExitedWithCode(0), "last \\(6 times more\\)");
 }
 
-TEST_F(Logging, entries_reach_a_queued_receiver_of_another_thread)
+TEST_F(Logging, EntriesReachAQueuedReceiverOfAnotherThread)
 {
     QString received;
     QObject::connect(
@@ -187,7 +187,7 @@ TEST_F(Logging, entries_reach_a_queued_receiver_of_another_thread)
     EXPECT_EQ(received, "from a worker");
 }
 
-TEST_F(Logging, qt_messages)
+TEST_F(Logging, QtMessages)
 {
     Log::installQtMessageHandler();
     QMessageLogger("/folder/of/x.cpp", 42, "f", "cat").warning("w");
@@ -201,7 +201,7 @@ TEST_F(Logging, qt_messages)
     EXPECT_EQ(told.join('|').toStdString(), "4 qt.cat:x.cpp:42|2 qt.default:x.cpp:43|7 qt.::0|6 qt.:x:1");
 }
 
-TEST_F(Logging, threads_write_whole_lines)
+TEST_F(Logging, ThreadsWriteWholeLines)
 {
     QTemporaryDir directory;
     Log::RootLogger::instance().setLogDirectory(directory.path());

@@ -132,7 +132,7 @@ private:
     std::mt19937 m_random;
 };
 
-TEST(Inverter, agrees_with_the_plain_transcription)
+TEST(Inverter, AgreesWithThePlainTranscription)
 {
     CaseMaker maker(20190912);
     int compared = 0, statuses[5] = {}, undefined = 0;
@@ -172,7 +172,7 @@ TEST(Inverter, agrees_with_the_plain_transcription)
     EXPECT_GE(undefined, 20);
 }
 
-TEST(Inverter, physical_records_take_the_factored_way)
+TEST(Inverter, PhysicalRecordsTakeTheFactoredWay)
 {
     InstrumentModel model(42, 60, 50, 3);
     model.background = 0.1;
@@ -216,7 +216,7 @@ InverterSettings coupled(std::size_t n, double coupling, double regulLimit)
     return settings;
 }
 
-TEST(Inverter, removal_moves_all_coupled_classes)
+TEST(Inverter, RemovalMovesAllCoupledClasses)
 {
     InverterSettings settings = coupled(4, 0.6, 0.1);
     settings.totalWeights = RealVector(4, 1.0);
@@ -241,7 +241,7 @@ TEST(Inverter, removal_moves_all_coupled_classes)
     EXPECT_TRUE(report.contains("<td>" + first + "</td>")) << first.toStdString();
 }
 
-TEST(Inverter, failed_spectra_keep_their_place)
+TEST(Inverter, FailedSpectraKeepTheirPlace)
 {
     InstrumentModel model(5, 4, 7, 1);
     RealVector s, v;
@@ -261,7 +261,7 @@ TEST(Inverter, failed_spectra_keep_their_place)
     EXPECT_TRUE(std::isnan(spectrum->currentRmsError));
 }
 
-TEST(Inverter, reduced_to_nothing)
+TEST(Inverter, ReducedToNothing)
 {
     // Eight classes of their own, all negative: they go one after the other.
     InverterSettings settings = coupled(8, 0, 1);
@@ -294,7 +294,7 @@ std::string thrownBy(const Inverter &inverter, const RealVector &s, const RealVe
     return "";
 }
 
-TEST(Inverter, sizes_that_do_not_fit)
+TEST(Inverter, SizesThatDoNotFit)
 {
     InstrumentModel model(4, 3, 5, 1);
     const Inverter inverter(model.settings, infoOf(5));
@@ -325,7 +325,7 @@ TEST(Inverter, sizes_that_do_not_fit)
                  InversionException);
 }
 
-TEST(Inverter, a_part_of_the_electrometers)
+TEST(Inverter, APartOfTheElectrometers)
 {
     InstrumentModel model(4, 3, 0, 1);
     const Inverter inverter(model.settings, infoOf(3));

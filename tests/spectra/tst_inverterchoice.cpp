@@ -21,7 +21,7 @@ InverterList invertersOf(const QString &words)
 
 } // namespace
 
-TEST(InverterChoice, takes_the_last_of_equal_ones_that_fit_a_mode_of_the_records)
+TEST(InverterChoice, TakesTheLastOfEqualOnesThatFitAModeOfTheRecords)
 {
     const struct {
         std::vector<int> modesOfRecords;

@@ -75,7 +75,7 @@ QString described(const Inverter &inverter)
     return text;
 }
 
-TEST_F(InverterFiles, of_the_corpus_come_to_what_is_expected_of_them)
+TEST_F(InverterFiles, OfTheCorpusComeToWhatIsExpectedOfThem)
 {
     expectCorpus("inverter", [](const QString &path) {
         const QByteArray bytes = contentOf(path);
@@ -93,7 +93,7 @@ TEST_F(InverterFiles, of_the_corpus_come_to_what_is_expected_of_them)
     });
 }
 
-TEST_F(InverterFiles, that_are_bad_cost_themselves_and_tell_their_path)
+TEST_F(InverterFiles, ThatAreBadCostThemselvesAndTellTheirPath)
 {
     EXPECT_EQ(complaintOf("- 1"), "File 'DIR/x.sinv' has bad structure");
     EXPECT_THROW(load(write("u.sinv", inverterText().replace("yunit: 1/cm^3", "yunit: furlong"))), UnitParsingError);
@@ -101,7 +101,7 @@ TEST_F(InverterFiles, that_are_bad_cost_themselves_and_tell_their_path)
     EXPECT_EQ(errors, QStringList{"Path '" + dir.filePath("absent/x.sinv") + "' does not exist"});
 }
 
-TEST_F(InverterFiles, maps_folders_and_packs)
+TEST_F(InverterFiles, MapsFoldersAndPacks)
 {
     write("sub/one.sinv", inverterText(3, "one"));
     write("sub/two.inverter", inverterText(3, "two"));
@@ -133,7 +133,7 @@ TEST_F(InverterFiles, maps_folders_and_packs)
     EXPECT_EQ(errors, QStringList{"Unable to read inverters from '" + dir.filePath("broken.zip") + "'"});
 }
 
-TEST_F(InverterFiles, a_path_that_a_map_names_many_times_is_read_once)
+TEST_F(InverterFiles, APathThatAMapNamesManyTimesIsReadOnce)
 {
     write("one.sinv", inverterText(3, "one"));
     write("two.sinv", "format: 7\n");
@@ -150,7 +150,7 @@ TEST_F(InverterFiles, a_path_that_a_map_names_many_times_is_read_once)
                                    "Inverter requires a newer Morvantide/Quilvane."}));
 }
 
-TEST_F(InverterFiles, pipes_are_told_and_not_waited_for)
+TEST_F(InverterFiles, PipesAreToldAndNotWaitedFor)
 {
     for (const char *name : {"p.zip", "p.sinp", "p.sinv", "p.inverter"})
         ASSERT_EQ(::mkfifo(dir.filePath(name).toLocal8Bit(), 0600), 0);
@@ -165,7 +165,7 @@ TEST_F(InverterFiles, pipes_are_told_and_not_waited_for)
     EXPECT_THROW(load(dir.filePath("p.invmap")), InverterFileError);
 }
 
-TEST_F(InverterFiles, a_bomb_costs_its_entry)
+TEST_F(InverterFiles, ABombCostsItsEntry)
 {
     ZipWriter zip;
     for (int i = 0; i < 10; ++i)
@@ -179,7 +179,7 @@ TEST_F(InverterFiles, a_bomb_costs_its_entry)
     EXPECT_LT(timer.elapsed(), 20000);
 }
 
-TEST_F(InverterFiles, lawful_matrices_of_the_largest_size_are_read_and_more_nodes_are_not)
+TEST_F(InverterFiles, LawfulMatricesOfTheLargestSizeAreReadAndMoreNodesAreNot)
 {
     const auto matrix = [](int side) {
         const QByteArray row = "[" + QByteArray("0,").repeated(side - 1) + "0],\n";
@@ -197,7 +197,7 @@ TEST_F(InverterFiles, lawful_matrices_of_the_largest_size_are_read_and_more_node
     EXPECT_TRUE(complaintOf("a: [" + QByteArray("a,").repeated(2'050'000) + "a]").contains("was not found"));
 }
 
-TEST_F(InverterFiles, one_path_inflates_to_a_bounded_size_in_all)
+TEST_F(InverterFiles, OnePathInflatesToABoundedSizeInAll)
 {
     // Each within its own bound and below the ratio of a bomb.
     QByteArray noise(1 << 19, '\0');
@@ -215,7 +215,7 @@ TEST_F(InverterFiles, one_path_inflates_to_a_bounded_size_in_all)
     EXPECT_EQ(told.filter("Unable to read inverters from").size(), 3);
 }
 
-TEST_F(InverterFiles, loading_ends_where_its_step_says_so)
+TEST_F(InverterFiles, LoadingEndsWhereItsStepSaysSo)
 {
     write("sub/a.sinv", inverterText(3, "a"));
     write("pack.zip", ZipWriter().add("b.sinv", inverterText(3, "b")).add("c.sinv", inverterText(3, "c")).finish());

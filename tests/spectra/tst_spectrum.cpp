@@ -36,7 +36,7 @@ Spectrum makeFilled(const SpectrumInfoPointer &info, std::size_t bandwidth = 1)
     return s;
 }
 
-TEST(SmoothingMatrix, folds_a_raised_cosine)
+TEST(SmoothingMatrix, FoldsARaisedCosine)
 {
     const double w = 2.5; // kernel of 4: 1, and three of the cosine
     double k[4] = {1, 0.5 + 0.5 * std::cos(pi / 3.5), 0.5 + 0.5 * std::cos(2 * pi / 3.5),
@@ -59,7 +59,7 @@ TEST(SmoothingMatrix, folds_a_raised_cosine)
     EXPECT_NEAR(smoothingWindowMatrix(1, 2.0)(0, 0), 0.8333, 5e-5) << "the normaliser is the whole kernel";
 }
 
-TEST(SmoothingMatrix, odd_widths)
+TEST(SmoothingMatrix, OddWidths)
 {
     const double inf = std::numeric_limits<double>::infinity();
     for (const double width : {0.0, -0.5, -1.0, -1.5, -2.0, -1e300, noValue, inf, -inf}) {
@@ -73,7 +73,7 @@ TEST(SmoothingMatrix, odd_widths)
     EXPECT_EQ(smoothingWindowMatrix(0, 2.0).size1(), 0u);
 }
 
-TEST(Spectrum, fractions_are_positive_on_either_axis)
+TEST(Spectrum, FractionsArePositiveOnEitherAxis)
 {
     for (const DistributionScale scale : {DistributionScale::radius, DistributionScale::mobility}) {
         const Spectrum s = makeFilled(makeInfo(7, scale));
@@ -88,7 +88,7 @@ TEST(Spectrum, fractions_are_positive_on_either_axis)
     }
 }
 
-TEST(Spectrum, fractions_of_odd_shapes)
+TEST(Spectrum, FractionsOfOddShapes)
 {
     RealVector f(2, 5.0), u(2, 5.0);
     Spectrum wrong = makeFilled(makeInfo(6));
@@ -107,7 +107,7 @@ TEST(Spectrum, fractions_of_odd_shapes)
     }
 }
 
-TEST(Spectrum, distributions_take_the_moment)
+TEST(Spectrum, DistributionsTakeTheMoment)
 {
     const Spectrum s = makeFilled(makeInfo(5), 0); // as read from a file: diagonal
     for (const DistributionType kind : {DistributionType::density, DistributionType::fraction}) {
@@ -127,7 +127,7 @@ TEST(Spectrum, distributions_take_the_moment)
     }
 }
 
-TEST(Spectrum, smoothing_is_a_dense_product)
+TEST(Spectrum, SmoothingIsADenseProduct)
 {
     for (const std::size_t bandwidth : {0u, 1u}) {
         const Spectrum s = makeFilled(makeInfo(8), bandwidth);
@@ -158,7 +158,7 @@ TEST(Spectrum, smoothing_is_a_dense_product)
     }
 }
 
-TEST(Spectrum, smoothing_spreads_a_missing_value_or_copies)
+TEST(Spectrum, SmoothingSpreadsAMissingValueOrCopies)
 {
     Spectrum s = makeFilled(makeInfo(6));
     s.concentrations[2] = noValue;

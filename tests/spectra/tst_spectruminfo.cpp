@@ -36,7 +36,7 @@ SpectrumInfo radiusInfo()
     return info;
 }
 
-TEST(MobilityModel, known_points_of_the_iteration)
+TEST(MobilityModel, KnownPointsOfTheIteration)
 {
     const SpectrumInfo info = [] {
         SpectrumInfo i;
@@ -50,7 +50,7 @@ TEST(MobilityModel, known_points_of_the_iteration)
     EXPECT_EQ(info.radii[3], -info.radii[0]);
 }
 
-TEST(MobilityModel, special_values_and_round_trip)
+TEST(MobilityModel, SpecialValuesAndRoundTrip)
 {
     const MobilityModel model;
     EXPECT_EQ(radiusToMobility(model, 0.0), inf);
@@ -72,7 +72,7 @@ TEST(MobilityModel, special_values_and_round_trip)
     }
 }
 
-TEST(SpectrumInfo, hash_is_made_of_these_bytes)
+TEST(SpectrumInfo, HashIsMadeOfTheseBytes)
 {
     const SpectrumInfo info = mobilityInfo();
     QByteArray bytes = info.name.toUtf8();
@@ -104,7 +104,7 @@ TEST(SpectrumInfo, hash_is_made_of_these_bytes)
     EXPECT_NE(other, info);
 }
 
-TEST(SpectrumInfo, finish_derives_mode_and_group)
+TEST(SpectrumInfo, FinishDerivesModeAndGroup)
 {
     const struct {
         const char *name, *opmode, *group, *newOpmode, *newGroup;
@@ -126,7 +126,7 @@ TEST(SpectrumInfo, finish_derives_mode_and_group)
     }
 }
 
-TEST(SpectrumInfo, axes_agree)
+TEST(SpectrumInfo, AxesAgree)
 {
     for (const SpectrumInfo &info : {mobilityInfo(), radiusInfo()}) {
         const RealVector diameters = info.points(DistributionScale::diameter);
@@ -165,7 +165,7 @@ double integral(const RealVector &grid, const RealVector &density, double from, 
     return sum;
 }
 
-TEST(SpectrumInfo, fraction_weights_integrate_the_interpolated_density)
+TEST(SpectrumInfo, FractionWeightsIntegrateTheInterpolatedDensity)
 {
     const RealVector density = realVector({3.0, 7.0, 1.0, 4.0, 9.0, 2.0});
     const auto at = [](const SpectrumInfo &info, double point) {
@@ -194,7 +194,7 @@ TEST(SpectrumInfo, fraction_weights_integrate_the_interpolated_density)
     }
 }
 
-TEST(SpectrumInfo, fraction_weights_of_open_and_missing_limits)
+TEST(SpectrumInfo, FractionWeightsOfOpenAndMissingLimits)
 {
     for (const SpectrumInfo &info : {mobilityInfo(), radiusInfo()}) {
         const RealVector &grid = info.nativePoints();
@@ -231,7 +231,7 @@ TEST(SpectrumInfo, fraction_weights_of_open_and_missing_limits)
     EXPECT_EQ(single.fractionWeights(all, all, ConcentrationType::volume).size(), 1u);
 }
 
-TEST(SpectrumInfo, order_label_and_words)
+TEST(SpectrumInfo, OrderLabelAndWords)
 {
     SpectrumInfo a, b;
     a.name = "a";

@@ -21,7 +21,7 @@ Unit unnamed(double multiplier, const Unit::Exponents &exponents)
     return Unit(QString(), multiplier, exponents);
 }
 
-TEST(Unit, reads_texts_left_to_right)
+TEST(Unit, ReadsTextsLeftToRight)
 {
     struct Case {
         const char *text;
@@ -59,7 +59,7 @@ TEST(Unit, reads_texts_left_to_right)
     }
 }
 
-TEST(Unit, refuses_bad_texts_in_its_words)
+TEST(Unit, RefusesBadTextsInItsWords)
 {
     const struct {
         QString text;
@@ -89,7 +89,7 @@ TEST(Unit, refuses_bad_texts_in_its_words)
     }
 }
 
-TEST(Unit, prints_name_or_base_units)
+TEST(Unit, PrintsNameOrBaseUnits)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(text(Unit::mobilityCgs), "cm^2/s/V");
@@ -105,7 +105,7 @@ TEST(Unit, prints_name_or_base_units)
     EXPECT_EQ(text(unnamed(1.0, {std::numeric_limits<std::int32_t>::min()})), "1/m^2147483648");
 }
 
-TEST(Unit, arithmetic_keeps_or_drops_names)
+TEST(Unit, ArithmeticKeepsOrDropsNames)
 {
     const Unit a("a*b", 2.0, {1});
     const Unit b("b", 4.0, {0, 1});
@@ -127,7 +127,7 @@ TEST(Unit, arithmetic_keeps_or_drops_names)
     EXPECT_EQ(Unit("m", 1.0, {2000000000}).pow(3).exponents[0], std::numeric_limits<std::int32_t>::max());
 }
 
-TEST(Unit, table_and_constants_agree)
+TEST(Unit, TableAndConstantsAgree)
 {
     EXPECT_EQ(unitTable().size(), 11);
     for (auto entry = unitTable().begin(); entry != unitTable().end(); ++entry)

@@ -10,7 +10,7 @@ namespace {
 
 using namespace StoreContents;
 
-TEST(Datastore, empty_store_answers)
+TEST(Datastore, EmptyStoreAnswers)
 {
     Datastore store;
     const auto record = storedRecord(5, 6);
@@ -27,7 +27,7 @@ TEST(Datastore, empty_store_answers)
     EXPECT_DEATH(store.at(0), "");
 }
 
-TEST(Datastore, adds_updates_and_upserts)
+TEST(Datastore, AddsUpdatesAndUpserts)
 {
     Datastore store;
     Listener listener(store);
@@ -64,7 +64,7 @@ TEST(Datastore, adds_updates_and_upserts)
     EXPECT_EQ(store.size(), 4);
 }
 
-TEST(Datastore, drops_the_oldest_beyond_the_limit)
+TEST(Datastore, DropsTheOldestBeyondTheLimit)
 {
     Datastore store;
     store.setMaxRecords(3);
@@ -88,7 +88,7 @@ TEST(Datastore, drops_the_oldest_beyond_the_limit)
     EXPECT_TRUE(store.spectrumSeries().contains(info.get())) << "an emptied series stays";
 }
 
-TEST(Datastore, a_full_store_keeps_spans_and_marks_right)
+TEST(Datastore, AFullStoreKeepsSpansAndMarksRight)
 {
     std::mt19937 random(3);
     Datastore store;
@@ -139,7 +139,7 @@ TEST(Datastore, a_full_store_keeps_spans_and_marks_right)
     EXPECT_EQ(std::int64_t(store.lostEntries(info.get())), entered) << "all of it";
 }
 
-TEST(Datastore, warns_of_missing_times_and_stores)
+TEST(Datastore, WarnsOfMissingTimesAndStores)
 {
     Datastore store;
     static int warnings;
@@ -203,7 +203,7 @@ public:
     int size() const { return int(records.size()); }
 };
 
-TEST(Datastore, agrees_with_a_plain_list_on_random_operations)
+TEST(Datastore, AgreesWithAPlainListOnRandomOperations)
 {
     std::mt19937 random(11);
     const auto number = [&random](int below) { return std::int64_t(random() % unsigned(below)); };
@@ -276,7 +276,7 @@ TEST(Datastore, agrees_with_a_plain_list_on_random_operations)
     }
 }
 
-TEST(Datastore, insertions_far_from_the_end_keep_the_spans_right)
+TEST(Datastore, InsertionsFarFromTheEndKeepTheSpansRight)
 {
     Datastore store;
     makeUnlimited(store);
@@ -294,7 +294,7 @@ TEST(Datastore, insertions_far_from_the_end_keep_the_spans_right)
         ASSERT_EQ(spans.begin(i), ticksOf(store.records()[i]->beginTime)) << i;
 }
 
-TEST(Datastore, a_merge_under_the_limit_is_as_single_insertions)
+TEST(Datastore, AMergeUnderTheLimitIsAsSingleInsertions)
 {
     Datastore merged, single;
     for (Datastore *store : {&merged, &single}) {

@@ -71,7 +71,7 @@ void expectEqual(const SpanIndex &index, const PlainSpans &plain)
     }
 }
 
-TEST(SpanIndex, agrees_with_a_plain_list)
+TEST(SpanIndex, AgreesWithAPlainList)
 {
     std::mt19937 random(7);
     const auto number = [&random](std::int64_t below) { return std::int64_t(random() % std::uint64_t(below)); };
@@ -111,7 +111,7 @@ TEST(SpanIndex, agrees_with_a_plain_list)
     }
 }
 
-TEST(SpanIndex, what_goes_at_the_front_moves_nothing)
+TEST(SpanIndex, WhatGoesAtTheFrontMovesNothing)
 {
     SpanIndex index;
     for (int i = 0; i < 1000; ++i)
@@ -128,7 +128,7 @@ TEST(SpanIndex, what_goes_at_the_front_moves_nothing)
     EXPECT_EQ(index.begin(0), 7);
 }
 
-TEST(SpanIndex, a_missing_end_counts_as_the_begin)
+TEST(SpanIndex, AMissingEndCountsAsTheBegin)
 {
     SpanIndex index;
     index.append(recordTimeFromTicks(5), recordTimeFromTicks(0));

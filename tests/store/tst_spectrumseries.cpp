@@ -10,7 +10,7 @@ namespace {
 
 using namespace StoreContents;
 
-TEST(SpectrumSeries, gaps_only_get_smaller)
+TEST(SpectrumSeries, GapsOnlyGetSmaller)
 {
     Datastore store;
     makeUnlimited(store);
@@ -44,7 +44,7 @@ TEST(SpectrumSeries, gaps_only_get_smaller)
     EXPECT_EQ(gaps(), Gaps({10, 1, 1, 9, 0, 4, 4}));
 }
 
-TEST(SpectrumSeries, spectra_are_replaced_added_and_removed)
+TEST(SpectrumSeries, SpectraAreReplacedAddedAndRemoved)
 {
     Datastore store;
     makeUnlimited(store);
@@ -82,7 +82,7 @@ TEST(SpectrumSeries, spectra_are_replaced_added_and_removed)
     EXPECT_EQ(listener.take(), "");
 }
 
-TEST(SpectrumSeries, many_spectra_at_once_are_as_each_in_turn)
+TEST(SpectrumSeries, ManySpectraAtOnceAreAsEachInTurn)
 {
     std::mt19937 random(5);
     const auto infos = {makeInfo("a"), makeInfo("b")};
@@ -159,7 +159,7 @@ void expectSummary(const Datastore &store, Datastore::SeriesKey key)
         ASSERT_EQ(histogram.count(bin), expected.count(bin)) << bin;
 }
 
-TEST(SpectrumSeries, what_is_known_of_all_spectra_follows_them)
+TEST(SpectrumSeries, WhatIsKnownOfAllSpectraFollowsThem)
 {
     std::mt19937 random(17);
     const auto makeSpectrum = [&random](const SpectMath::SpectrumInfoPointer &info) {
@@ -204,7 +204,7 @@ TEST(SpectrumSeries, what_is_known_of_all_spectra_follows_them)
     }
 }
 
-TEST(SpectrumSeries, a_description_lives_as_long_as_its_emptied_series)
+TEST(SpectrumSeries, ADescriptionLivesAsLongAsItsEmptiedSeries)
 {
     Datastore store;
     store.setMaxRecords(1);

@@ -29,7 +29,7 @@ struct FileReplacements : testing::Test {
     const QByteArray bytes = QByteArray(150000, 'n');
 };
 
-TEST_F(FileReplacements, any_call_that_fails_is_told_and_leaves_what_stood_there)
+TEST_F(FileReplacements, AnyCallThatFailsIsToldAndLeavesWhatStoodThere)
 {
     const auto kept = ExistingFile::Kept;
     const struct {
@@ -75,7 +75,7 @@ TEST_F(FileReplacements, any_call_that_fails_is_told_and_leaves_what_stood_there
     }
 }
 
-TEST_F(FileReplacements, a_folder_that_can_not_be_synced_is_told_unless_no_folder_can)
+TEST_F(FileReplacements, AFolderThatCanNotBeSyncedIsToldUnlessNoFolderCan)
 {
     for (int error : {EINVAL, ENOTSUP, ENOSYS, EIO, ENOSPC}) {
         const FailingCalls calls(2, error);
@@ -83,7 +83,7 @@ TEST_F(FileReplacements, a_folder_that_can_not_be_synced_is_told_unless_no_folde
     }
 }
 
-TEST_F(FileReplacements, nothing_but_the_content_changes)
+TEST_F(FileReplacements, NothingButTheContentChanges)
 {
     const mode_t mask = umask(027);
     for (mode_t permissions : {0600, 0644, 0666, 0755}) {
@@ -99,7 +99,7 @@ TEST_F(FileReplacements, nothing_but_the_content_changes)
     umask(mask);
 }
 
-TEST_F(FileReplacements, links_are_followed_wherever_they_lead)
+TEST_F(FileReplacements, LinksAreFollowedWhereverTheyLead)
 {
     writeFile(path("deep/er/there"), "old");
     const struct {
@@ -130,7 +130,7 @@ TEST_F(FileReplacements, links_are_followed_wherever_they_lead)
     }
 }
 
-TEST_F(FileReplacements, a_move_to_another_file_system_copies)
+TEST_F(FileReplacements, AMoveToAnotherFileSystemCopies)
 {
     writeFile(path("source"), bytes);
     writeFile(path("a"), "old");
@@ -143,7 +143,7 @@ TEST_F(FileReplacements, a_move_to_another_file_system_copies)
     EXPECT_EQ(names(), QStringList{"a"});
 }
 
-TEST_F(FileReplacements, what_must_not_be_replaced_stays)
+TEST_F(FileReplacements, WhatMustNotBeReplacedStays)
 {
     writeFile(path("file"), "old");
     QDir().mkpath(path("folder"));
@@ -186,7 +186,7 @@ TEST_F(FileReplacements, what_must_not_be_replaced_stays)
     EXPECT_EQ(contentOf(path("late")), "others'");
 }
 
-TEST_F(FileReplacements, what_is_not_committed_leaves_nothing)
+TEST_F(FileReplacements, WhatIsNotCommittedLeavesNothing)
 {
     writeFile(path("a"), "old");
     writeFile(path("a.tmp"), "left by a run that was killed, or another's");

@@ -24,7 +24,7 @@ struct LockedFiles : testing::Test {
     }
 };
 
-TEST_F(LockedFiles, a_second_writer_is_refused)
+TEST_F(LockedFiles, ASecondWriterIsRefused)
 {
     EXPECT_TRUE(first.lock(LockedFile::WriteLock, false));
     EXPECT_TRUE(first.isLocked());
@@ -35,7 +35,7 @@ TEST_F(LockedFiles, a_second_writer_is_refused)
     EXPECT_TRUE(second.lock(LockedFile::WriteLock, false));
 }
 
-TEST_F(LockedFiles, another_process_is_refused)
+TEST_F(LockedFiles, AnotherProcessIsRefused)
 {
     ASSERT_TRUE(first.lock(LockedFile::WriteLock, false));
     const pid_t child = fork();
@@ -49,7 +49,7 @@ TEST_F(LockedFiles, another_process_is_refused)
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(LockedFiles, survives_the_closing_of_another_descriptor)
+TEST_F(LockedFiles, SurvivesTheClosingOfAnotherDescriptor)
 {
     ASSERT_TRUE(first.lock(LockedFile::WriteLock, false));
     {
@@ -59,7 +59,7 @@ TEST_F(LockedFiles, survives_the_closing_of_another_descriptor)
     EXPECT_FALSE(second.lock(LockedFile::WriteLock, false));
 }
 
-TEST_F(LockedFiles, readers_share_and_a_refused_upgrade_keeps_the_read_lock)
+TEST_F(LockedFiles, ReadersShareAndARefusedUpgradeKeepsTheReadLock)
 {
     EXPECT_TRUE(first.lock(LockedFile::ReadLock, false));
     EXPECT_TRUE(second.lock(LockedFile::ReadLock, false));
@@ -71,7 +71,7 @@ TEST_F(LockedFiles, readers_share_and_a_refused_upgrade_keeps_the_read_lock)
     EXPECT_TRUE(first.lock(LockedFile::WriteLock, false));
 }
 
-TEST_F(LockedFiles, closing_and_destroying_unlock_what_was_written)
+TEST_F(LockedFiles, ClosingAndDestroyingUnlockWhatWasWritten)
 {
     ASSERT_TRUE(first.lock(LockedFile::WriteLock, false));
     first.write("row\n");
@@ -89,7 +89,7 @@ TEST_F(LockedFiles, closing_and_destroying_unlock_what_was_written)
     EXPECT_TRUE(second.lock(LockedFile::WriteLock, false));
 }
 
-TEST_F(LockedFiles, touch_sets_the_present_time)
+TEST_F(LockedFiles, TouchSetsThePresentTime)
 {
     ASSERT_TRUE(first.setFileTime(QDateTime::fromMSecsSinceEpoch(1000000), QFileDevice::FileModificationTime));
     const QDateTime before = QDateTime::currentDateTime().addSecs(-2);

@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-TEST(RegularFile, is_told_from_what_would_block_or_never_end_before_it_is_opened)
+TEST(RegularFile, IsToldFromWhatWouldBlockOrNeverEndBeforeItIsOpened)
 {
     const QTemporaryDir folder;
     const auto path = [&folder](const char *name) { return folder.filePath(name); };

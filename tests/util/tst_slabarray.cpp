@@ -10,7 +10,7 @@ namespace {
 
 namespace ublas = boost::numeric::ublas;
 
-TEST(SlabArray, serves_ublas_vectors_and_bands)
+TEST(SlabArray, ServesUblasVectorsAndBands)
 {
     RealVector a(3);
     a[0] = 1, a[1] = 2, a[2] = 3;
@@ -33,7 +33,7 @@ TEST(SlabArray, serves_ublas_vectors_and_bands)
     EXPECT_EQ(diagonal.data().size(), 4u);
 }
 
-TEST(SlabArray, pieces_larger_than_a_slab_and_empty_ones)
+TEST(SlabArray, PiecesLargerThanASlabAndEmptyOnes)
 {
     RealVector large(1 << 20, 1.5);
     EXPECT_EQ(large[(1 << 20) - 1], 1.5);
@@ -42,7 +42,7 @@ TEST(SlabArray, pieces_larger_than_a_slab_and_empty_ones)
     EXPECT_THROW(Slab::allocate(std::size_t(-8)), std::bad_alloc);
 }
 
-TEST(SlabArray, pieces_are_released_on_other_threads)
+TEST(SlabArray, PiecesAreReleasedOnOtherThreads)
 {
     std::vector<RealVector> made;
     std::thread maker([&made] {

@@ -19,7 +19,7 @@ QString plainlyEscaped(QString text)
     return text;
 }
 
-TEST(Escapes, agree_with_replacements_and_are_undone)
+TEST(Escapes, AgreeWithReplacementsAndAreUndone)
 {
     std::mt19937 random(3);
     for (int round = 0; round < 3000; ++round) {
@@ -33,13 +33,13 @@ TEST(Escapes, agree_with_replacements_and_are_undone)
     }
 }
 
-TEST(Escapes, a_backslash_before_something_else_stays)
+TEST(Escapes, ABackslashBeforeSomethingElseStays)
 {
     EXPECT_EQ(unescapeText("\\q\\\"\\\\n\\n\\"), "\\q\\\"\\n\n\\");
     EXPECT_EQ(unescapeText("\\\\\\t"), "\\\t");
 }
 
-TEST(FillMarkers, one_pass_and_more_than_nine)
+TEST(FillMarkers, OnePassAndMoreThanNine)
 {
     QStringList ten;
     for (int i = 1; i <= 10; ++i)
@@ -50,14 +50,14 @@ TEST(FillMarkers, one_pass_and_more_than_nine)
     EXPECT_EQ(fillMarkers("", {"a"}), "");
 }
 
-TEST(Capitalized, only_the_first)
+TEST(Capitalized, OnlyTheFirst)
 {
     EXPECT_EQ(capitalized("block mode"), "Block mode");
     EXPECT_EQ(capitalized(QString::fromUtf8("\u00e4a")), QString::fromUtf8("\u00c4a"));
     EXPECT_EQ(capitalized(""), "");
 }
 
-TEST(BuildInfo, texts_are_of_the_build)
+TEST(BuildInfo, TextsAreOfTheBuild)
 {
     EXPECT_TRUE(QRegularExpression("^[0-9a-f]{40}$").match(BuildInfo::revision()).hasMatch());
     EXPECT_TRUE(

@@ -49,7 +49,7 @@ ZipWriter::Entry entry(const QByteArray &name, const QByteArray &data)
     return result;
 }
 
-TEST_F(ZipReading, archives_of_the_corpus_come_to_what_is_expected_of_them)
+TEST_F(ZipReading, ArchivesOfTheCorpusComeToWhatIsExpectedOfThem)
 {
     expectCorpus("zip", [](const QString &path) {
         warnings.clear();
@@ -72,7 +72,7 @@ TEST_F(ZipReading, archives_of_the_corpus_come_to_what_is_expected_of_them)
     });
 }
 
-TEST_F(ZipReading, what_is_not_there_is_empty)
+TEST_F(ZipReading, WhatIsNotThereIsEmpty)
 {
     EXPECT_NE(QZipReader(m_dir.filePath("absent.zip")).status(), QZipReader::NoError);
     QZipReader zip(write(ZipWriter().add("a.sinv", "text").finish()));
@@ -80,7 +80,7 @@ TEST_F(ZipReading, what_is_not_there_is_empty)
     EXPECT_TRUE(zip.fileData("A.sinv").isEmpty()) << "names are matched with case";
 }
 
-TEST_F(ZipReading, a_bomb_stops_at_its_bound)
+TEST_F(ZipReading, ABombStopsAtItsBound)
 {
     auto bomb = entry("x", QByteArray(80 << 20, '\0'));
     bomb.declaredSize = 100;
@@ -107,7 +107,7 @@ QByteArray withDirectoryNumber(QByteArray archive, int index, int position, quin
     return archive;
 }
 
-TEST_F(ZipReading, entries_share_no_bytes_and_a_lying_size_costs_no_other_entry)
+TEST_F(ZipReading, EntriesShareNoBytesAndALyingSizeCostsNoOtherEntry)
 {
     constexpr int compressedSize = 20, offset = 42;
     auto stored = entry("y", "stored");
@@ -140,7 +140,7 @@ TEST_F(ZipReading, entries_share_no_bytes_and_a_lying_size_costs_no_other_entry)
     }
 }
 
-TEST_F(ZipReading, as_many_names_as_there_can_be_are_found_at_once_and_of_equal_ones_the_first)
+TEST_F(ZipReading, AsManyNamesAsThereCanBeAreFoundAtOnceAndOfEqualOnesTheFirst)
 {
     ZipWriter writer;
     auto one = entry("", "text");
@@ -161,7 +161,7 @@ TEST_F(ZipReading, as_many_names_as_there_can_be_are_found_at_once_and_of_equal_
     EXPECT_LT(timer.elapsed(), 8000) << "a look at each other name for each takes longer";
 }
 
-TEST_F(ZipReading, truncation_at_every_byte_and_any_changed_byte_end_quietly)
+TEST_F(ZipReading, TruncationAtEveryByteAndAnyChangedByteEndQuietly)
 {
     const QByteArray good = ZipWriter().add("x.sinv", "some text").add("y.sinv", QByteArray(300, 'y')).finish();
     for (int i = 0; i < good.size(); ++i) {

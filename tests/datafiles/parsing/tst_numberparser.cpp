@@ -43,7 +43,7 @@ void expectLikeReference(const std::string &text)
     }
 }
 
-TEST(ParseField, plain_truths)
+TEST(ParseField, PlainTruths)
 {
     EXPECT_EQ(parseField("12.5"), 12.5);
     EXPECT_EQ(parseField("-1.23457e-05"), -1.23457e-05);
@@ -55,7 +55,7 @@ TEST(ParseField, plain_truths)
         EXPECT_TRUE(std::isnan(parseField(junk))) << junk;
 }
 
-TEST(ParseField, odd_bytes_and_long_fields_are_like_the_reference_to_the_bit)
+TEST(ParseField, OddBytesAndLongFieldsAreLikeTheReferenceToTheBit)
 {
     for (const char *field : {"1 000", "\x80", "1\xb2", "\xff\xff\xff\xff", "\t1", "1\r"})
         expectLikeReference(field);
@@ -68,7 +68,7 @@ TEST(ParseField, odd_bytes_and_long_fields_are_like_the_reference_to_the_bit)
     expectLikeReference("0." + std::string(500, '0') + "1");
 }
 
-TEST(ParseField, random_fields_are_like_the_reference_to_the_bit)
+TEST(ParseField, RandomFieldsAreLikeTheReferenceToTheBit)
 {
     std::mt19937_64 random(20190912);
     char text[64];
@@ -91,7 +91,7 @@ TEST(ParseField, random_fields_are_like_the_reference_to_the_bit)
     }
 }
 
-TEST(FieldSplitter, cuts_as_a_plain_split_does)
+TEST(FieldSplitter, CutsAsAPlainSplitDoes)
 {
     std::mt19937 random(7);
     FieldSplitter splitter;

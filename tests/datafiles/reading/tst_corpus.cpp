@@ -54,7 +54,7 @@ QString described(const Record &record, const Spectrometer::RecordMetadata &meta
 }
 
 /// What a damaged or odd file gives, the lines that no reader took, and what is said of it, each thing once.
-TEST_F(Corpus, each_file_comes_to_what_is_expected_of_it)
+TEST_F(Corpus, EachFileComesToWhatIsExpectedOfIt)
 {
     expectCorpus("dayfile", [this](const QString &path) {
         read({QFileInfo(path).fileName()}, QFileInfo(path).path());
@@ -66,7 +66,7 @@ TEST_F(Corpus, each_file_comes_to_what_is_expected_of_it)
     });
 }
 
-TEST_F(Corpus, all_files_in_one_read)
+TEST_F(Corpus, AllFilesInOneRead)
 {
     const QString corpus = FUZZ_DIRECTORY "/corpus/dayfile";
     read(filesIn(corpus), corpus);

@@ -24,7 +24,7 @@ protected:
     QTemporaryDir folder;
 };
 
-TEST_F(Folder, files_by_variant)
+TEST_F(Folder, FilesByVariant)
 {
     touch({"2019-09-12.records", "20190912.records", "2019-09-12-10s.records", "20190912-10s-foo.spectra",
            "20190912-block.flags", "20190912-block.rawdata", "20190912-BLOCK.records", "2019-09-12.sig",
@@ -44,7 +44,7 @@ TEST_F(Folder, files_by_variant)
         EXPECT_EQ(find(c.choice), c.files) << c.choice.value("variant").toString().toStdString();
 }
 
-TEST_F(Folder, the_span_compares_the_dates_of_the_names)
+TEST_F(Folder, TheSpanComparesTheDatesOfTheNames)
 {
     touch({"20190911.records", "20190912.records", "20190913.records", "20191399.records"});
     QVariantMap choice{{"beginTime", QDateTime(QDate(2019, 9, 12), QTime(23, 0))},
@@ -58,7 +58,7 @@ TEST_F(Folder, the_span_compares_the_dates_of_the_names)
     EXPECT_EQ(find(choice), QStringList({"20190911.records", "20190912.records", "20191399.records"}));
 }
 
-TEST_F(Folder, window_setup)
+TEST_F(Folder, WindowSetup)
 {
     const QString standard = "default.windowsetup";
     QDir(folder.path()).mkdir("data");
@@ -79,7 +79,7 @@ TEST_F(Folder, window_setup)
     EXPECT_EQ(findWindowSetup(data), data.filePath("b.windowsetup"));
 }
 
-TEST_F(Folder, what_it_holds_when_nothing_matched)
+TEST_F(Folder, WhatItHoldsWhenNothingMatched)
 {
     EXPECT_TRUE(nothingMatchedText(folder.path()).endsWith("holds: no day files"));
     touch({"20190912-10s.records", "20190912-10s-a-b.spectra", "20190912-block-ions.spectra", "2019-09-12.records",
@@ -91,7 +91,7 @@ TEST_F(Folder, what_it_holds_when_nothing_matched)
     EXPECT_TRUE(nothingMatchedText(folder.path()).contains("\"10s\", \"block\""));
 }
 
-TEST(MemoryWarning, above_half_of_what_is_free)
+TEST(MemoryWarning, AboveHalfOfWhatIsFree)
 {
     EXPECT_GT(availableMemory(), 1 << 20);
     EXPECT_TRUE(memoryWarning(100 << 20, qint64(1) << 30).isEmpty());

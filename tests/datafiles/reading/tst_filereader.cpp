@@ -40,7 +40,7 @@ QByteArray row(int minute, const QByteArray &fields, const QByteArray &mode = "i
 
 using FileReading = Reading;
 
-TEST_F(FileReading, all_kinds_of_one_moment_fill_one_record)
+TEST_F(FileReading, AllKindsOfOneMomentFillOneRecord)
 {
     write("20190912-x-ions.spectra", spectraHeader("s", "h1", "[1, 2]") + row(5, "10\t20\t3\t", "ions", 30));
     write("20190912-x.currents", currentsHeader + row(5, "1\t2\t0.1\t0.2\t3\t4", "particles"));
@@ -79,7 +79,7 @@ TEST_F(FileReading, all_kinds_of_one_moment_fill_one_record)
     EXPECT_EQ(reader->metadata()->electrometerGroups.value("neg"), (Spectrometer::ChannelRange{1, 2}));
 }
 
-TEST_F(FileReading, rows_that_fall_between_those_of_other_files_find_their_place)
+TEST_F(FileReading, RowsThatFallBetweenThoseOfOtherFilesFindTheirPlace)
 {
     QByteArray even(currentsHeader), odd(currentsHeader), again(currentsHeader), shuffled(currentsHeader);
     for (int i = 0; i < 200; i += 2)
@@ -104,7 +104,7 @@ TEST_F(FileReading, rows_that_fall_between_those_of_other_files_find_their_place
     EXPECT_EQ(reader->metadata()->opmodes.size(), 2) << "the mode of a row whose record is known isn't looked at";
 }
 
-TEST_F(FileReading, series_are_ordered_whatever_the_order_of_rows)
+TEST_F(FileReading, SeriesAreOrderedWhateverTheOrderOfRows)
 {
     QByteArray text = spectraHeader("s", "h1", "[1, 2]");
     for (const int minute : {10, 30, 20, 0, 30})
@@ -124,7 +124,7 @@ TEST_F(FileReading, series_are_ordered_whatever_the_order_of_rows)
     EXPECT_EQ(record(4).spectra.size(), 2u) << "a row that stands twice gives two spectra";
 }
 
-TEST_F(FileReading, complaints_fold_only_while_they_are_equal)
+TEST_F(FileReading, ComplaintsFoldOnlyWhileTheyAreEqual)
 {
     QByteArray text(currentsHeader);
     for (int i = 0; i < 5000; ++i)
@@ -138,7 +138,7 @@ TEST_F(FileReading, complaints_fold_only_while_they_are_equal)
     EXPECT_EQ(complaints().size(), 4);
 }
 
-TEST_F(FileReading, flags_are_one_object_over_blocks_but_ids_hold_in_one)
+TEST_F(FileReading, FlagsAreOneObjectOverBlocksButIdsHoldInOne)
 {
     const QByteArray a("# flag a: low flow\n");
     write("1.flags", flagsHeader + a + row(0, "!a") + "# flag b: low flow\n# flag a: other\n" + row(1, "!b!a"));
@@ -150,7 +150,7 @@ TEST_F(FileReading, flags_are_one_object_over_blocks_but_ids_hold_in_one)
     EXPECT_EQ(record(0).flags[0], record(3).flags[0]);
 }
 
-TEST_F(FileReading, rows_outside_of_the_limits_are_passed_over_in_silence)
+TEST_F(FileReading, RowsOutsideOfTheLimitsArePassedOverInSilence)
 {
     beginLimit = recordTimeFromTicks((18000 * 86400 + 120) * ticksPerSecond);
     endLimit = beginLimit + Ticks(120 * ticksPerSecond);
@@ -165,7 +165,7 @@ TEST_F(FileReading, rows_outside_of_the_limits_are_passed_over_in_silence)
     EXPECT_EQ(ignoredRows(), 0);
 }
 
-TEST_F(FileReading, a_wide_header_over_short_rows_does_not_eat_memory)
+TEST_F(FileReading, AWideHeaderOverShortRowsDoesNotEatMemory)
 {
     QByteArray names("# electrometer names: [");
     for (int i = 0; i < 10000; ++i)
@@ -185,7 +185,7 @@ TEST_F(FileReading, a_wide_header_over_short_rows_does_not_eat_memory)
     EXPECT_TRUE(complaints()[0].endsWith("Record would hold too many values"));
 }
 
-TEST_F(FileReading, properties_of_flags_do_not_eat_memory)
+TEST_F(FileReading, PropertiesOfFlagsDoNotEatMemory)
 {
     QByteArray rows(flagsHeader);
     for (int i = 0; i < 1000; ++i)
@@ -203,7 +203,7 @@ TEST_F(FileReading, properties_of_flags_do_not_eat_memory)
     EXPECT_TRUE(complaints().isEmpty());
 }
 
-TEST_F(FileReading, statistics_count_lines_bytes_and_what_was_lost)
+TEST_F(FileReading, StatisticsCountLinesBytesAndWhatWasLost)
 {
     const QByteArray text = "lost\n" + QByteArray(flagsHeader) + row(0, "") + "lost too\n";
     write("1.flags", text);

@@ -27,7 +27,7 @@ protected:
     QStringList told;
 };
 
-TEST_F(Task, tells_what_it_does)
+TEST_F(Task, TellsWhatItDoes)
 {
     write("b.flags", header + rowOfHour(1));
     write("a.flags", header + rowOfHour(2));
@@ -48,7 +48,7 @@ TEST_F(Task, tells_what_it_does)
     EXPECT_TRUE(caught.upTo(Log::Info).last().startsWith("Finished reading data"));
 }
 
-TEST_F(Task, stops_at_the_end_of_a_file_and_says_so)
+TEST_F(Task, StopsAtTheEndOfAFileAndSaysSo)
 {
     for (const char *name : {"1.flags", "2.flags", "3.flags"})
         write(name, header + rowOfHour(name[0] - '0'));
@@ -64,7 +64,7 @@ TEST_F(Task, stops_at_the_end_of_a_file_and_says_so)
     EXPECT_EQ(caught.complaints(), QStringList("Reading was cancelled after 2 of 3 files."));
 }
 
-TEST_F(Task, a_wish_to_stop_in_the_last_file_leaves_nothing_unread)
+TEST_F(Task, AWishToStopInTheLastFileLeavesNothingUnread)
 {
     write("1.flags", header + rowOfHour(1));
     auto task = makeTask({"1.flags"});
@@ -74,7 +74,7 @@ TEST_F(Task, a_wish_to_stop_in_the_last_file_leaves_nothing_unread)
     EXPECT_EQ(recordCount(), 1);
 }
 
-TEST_F(Task, is_stopped_from_another_thread)
+TEST_F(Task, IsStoppedFromAnotherThread)
 {
     QStringList files;
     for (int i = 0; i < 500; ++i) {

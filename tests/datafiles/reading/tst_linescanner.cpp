@@ -36,7 +36,7 @@ protected:
     QTemporaryDir folder;
 };
 
-TEST_F(Lines, ends_and_carriage_returns)
+TEST_F(Lines, EndsAndCarriageReturns)
 {
     const struct {
         QByteArray bytes;
@@ -55,7 +55,7 @@ TEST_F(Lines, ends_and_carriage_returns)
         EXPECT_EQ(scan(c.bytes), c.lines) << c.bytes.toStdString();
 }
 
-TEST_F(Lines, of_every_length_across_blocks)
+TEST_F(Lines, OfEveryLengthAcrossBlocks)
 {
     std::mt19937 random(3);
     QList<QByteArray> expected;
@@ -70,7 +70,7 @@ TEST_F(Lines, of_every_length_across_blocks)
     EXPECT_EQ(scan(bytes), expected);
 }
 
-TEST_F(Lines, longer_than_the_limit_are_skipped_to_their_end)
+TEST_F(Lines, LongerThanTheLimitAreSkippedToTheirEnd)
 {
     const QByteArray fits(100, 'f');
     const QByteArray tooLong(101, 't');
@@ -81,7 +81,7 @@ TEST_F(Lines, longer_than_the_limit_are_skipped_to_their_end)
     EXPECT_EQ(scan("a\n" + farTooLong, 100), (QList<QByteArray>{"a", "<too long>"}));
 }
 
-TEST_F(Lines, only_regular_files_are_opened)
+TEST_F(Lines, OnlyRegularFilesAreOpened)
 {
     const QByteArray pipe = QFile::encodeName(folder.filePath("pipe"));
     ASSERT_EQ(mkfifo(pipe.constData(), 0600), 0);

@@ -22,7 +22,7 @@ protected:
     }
 };
 
-TEST_F(OldFiles, a_second_file_with_the_same_5001_names_is_read)
+TEST_F(OldFiles, ASecondFileWithTheSame5001NamesIsRead)
 {
     QByteArray names, fields("ions");
     for (int i = 0; i < 5001; ++i) {
@@ -36,7 +36,7 @@ TEST_F(OldFiles, a_second_file_with_the_same_5001_names_is_read)
     EXPECT_EQ(recordCount(), 2);
 }
 
-TEST_F(OldFiles, a_header_of_many_comments_is_read_within_16_MB)
+TEST_F(OldFiles, AHeaderOfManyCommentsIsReadWithin16MB)
 {
     const QByteArray comment = '#' + QByteArray("x").repeated(498) + '\n';
     readFile(comment.repeated(30000) + "#Diagnostics: flow\n", row(0, "ions,5"));
@@ -48,7 +48,7 @@ TEST_F(OldFiles, a_header_of_many_comments_is_read_within_16_MB)
     EXPECT_TRUE(complaints()[0].contains("Header too long"));
 }
 
-TEST_F(OldFiles, blanks_between_groups_cost_no_time)
+TEST_F(OldFiles, BlanksBetweenGroupsCostNoTime)
 {
     const QByteArray blanks = QByteArray(" ").repeated(32000);
     QElapsedTimer clock;
@@ -60,7 +60,7 @@ TEST_F(OldFiles, blanks_between_groups_cost_no_time)
     EXPECT_EQ(reader->metadata()->electrometerGroups.keys(), QStringList({"neg", "pos"}));
 }
 
-TEST_F(OldFiles, spectra_are_shared_over_files_by_their_hash)
+TEST_F(OldFiles, SpectraAreSharedOverFilesByTheirHash)
 {
     const QByteArray header =
         QByteArray("#Only records\n#Result spectrum: \"s\" dif num (1/cm^3), rad (nm) 1,2\n") + columnRow;

@@ -153,7 +153,7 @@ QByteArray shortOldLines()
     return "#Only records\n" + QByteArray("#a\n").repeated(5000000) + "begintime,endtime,x\n";
 }
 
-TEST_F(ReadMemory, is_in_proportion_to_the_files)
+TEST_F(ReadMemory, IsInProportionToTheFiles)
 {
     const struct {
         const char *name;
@@ -175,7 +175,7 @@ TEST_F(ReadMemory, is_in_proportion_to_the_files)
 
 // ---- until there is none left
 
-TEST_F(ReadMemory, that_runs_out_costs_a_message_and_nothing_else)
+TEST_F(ReadMemory, ThatRunsOutCostsAMessageAndNothingElse)
 {
     QByteArray currents("# Quilvane currents\n# total electrometers: 3\n# electrometer groups: {}\n"
                         "# electrometer names: [a, b, c]\n# opmodes: [ions]\nbegin_time\n");

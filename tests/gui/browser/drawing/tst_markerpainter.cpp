@@ -15,7 +15,7 @@ constexpr int width = 40;
 using MarkerPainter = Seeded<>;
 INSTANTIATE_TEST_SUITE_P(Seeds, MarkerPainter, ::testing::ValuesIn(seeds(3)));
 
-TEST_P(MarkerPainter, what_is_held_back_gives_the_picture_of_each_marker)
+TEST_P(MarkerPainter, WhatIsHeldBackGivesThePictureOfEachMarker)
 {
     for (const int height : {1, 2, 5, 60}) {
         for (const auto &[first, last] : {std::pair(0, width), std::pair(7, 9), std::pair(38, width)}) {
@@ -58,7 +58,7 @@ TEST_P(MarkerPainter, what_is_held_back_gives_the_picture_of_each_marker)
 using ColumnFinder = Seeded<>;
 INSTANTIATE_TEST_SUITE_P(Seeds, ColumnFinder, ::testing::ValuesIn(seeds(3)));
 
-TEST_P(ColumnFinder, finds_what_the_formula_gives)
+TEST_P(ColumnFinder, FindsWhatTheFormulaGives)
 {
     std::mt19937_64 random64(GetParam());
     for (const std::int64_t perPixel :

@@ -50,7 +50,7 @@ protected:
     OpmodeView view;
 };
 
-TEST_F(OpmodeStrip, tints_each_bar_by_its_mode)
+TEST_F(OpmodeStrip, TintsEachBarByItsMode)
 {
     add(0, 20, 0);
     add(20, 40, 1);
@@ -63,7 +63,7 @@ TEST_F(OpmodeStrip, tints_each_bar_by_its_mode)
     EXPECT_EQ(Tsb::paleTint(QColor(196, 160, 1)), QColor(225, 207, 127));
 }
 
-TEST_F(OpmodeStrip, a_provisional_record_is_half_as_high)
+TEST_F(OpmodeStrip, AProvisionalRecordIsHalfAsHigh)
 {
     auto record = testRecord(0, 20, 0);
     record->provisional = true;
@@ -77,7 +77,7 @@ TEST_F(OpmodeStrip, a_provisional_record_is_half_as_high)
     EXPECT_TRUE(framed);
 }
 
-TEST_F(OpmodeStrip, shows_where_a_flag_is_raised)
+TEST_F(OpmodeStrip, ShowsWhereAFlagIsRaised)
 {
     const QString text = "{type: \"warning\", message: \"sheath <low>\"}";
     add(0, 20, 0, text);
@@ -107,7 +107,7 @@ TEST_F(OpmodeStrip, shows_where_a_flag_is_raised)
     EXPECT_EQ(view.plot()->mode(), Tsb::OpmodePlot::Flag);
 }
 
-TEST_F(OpmodeStrip, a_message_of_many_lines_leaves_the_strip_its_height)
+TEST_F(OpmodeStrip, AMessageOfManyLinesLeavesTheStripItsHeight)
 {
     view.showFlag("message: one line");
     QApplication::processEvents();
@@ -125,7 +125,7 @@ TEST_F(OpmodeStrip, a_message_of_many_lines_leaves_the_strip_its_height)
     EXPECT_LT(view.height(), 300);
 }
 
-TEST_F(OpmodeStrip, the_time_cursor_of_other_plots_runs_through)
+TEST_F(OpmodeStrip, TheTimeCursorOfOtherPlotsRunsThrough)
 {
     add(0, 20, 0);
     const QImage without = view.plot()->grab().toImage();
@@ -140,7 +140,7 @@ TEST_F(OpmodeStrip, the_time_cursor_of_other_plots_runs_through)
 }
 
 /// The axis follows the present moment at 10 s a column, and each record is told 20 s late.
-TEST_F(OpmodeStrip, changes_left_of_the_origin_leave_no_column_half_drawn)
+TEST_F(OpmodeStrip, ChangesLeftOfTheOriginLeaveNoColumnHalfDrawn)
 {
     for (int i = 0; i < 600; ++i) {
         const int now = 10 * i;
@@ -154,7 +154,7 @@ TEST_F(OpmodeStrip, changes_left_of_the_origin_leave_no_column_half_drawn)
     EXPECT_EQ(grown, view.plot()->image());
 }
 
-TEST_F(OpmodeStrip, grows_with_the_store_as_if_drawn_anew)
+TEST_F(OpmodeStrip, GrowsWithTheStoreAsIfDrawnAnew)
 {
     for (int i = 0; i < 200; ++i) {
         add(i * 1.7, i * 1.7 + (i % 5 == 0 ? 1.6 : 0.8), i % 2);

@@ -114,7 +114,7 @@ protected:
 using RandomScatter = Seeded<Scatter>;
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomScatter, ::testing::ValuesIn(seeds(3)));
 
-TEST_P(RandomScatter, draws_what_single_points_would)
+TEST_P(RandomScatter, DrawsWhatSinglePointsWould)
 {
     std::uniform_real_distribution<double> uniform(-0.3, 1.3);
     // Even first, then by bursts and gaps, at last with ends that go back and forth.
@@ -145,7 +145,7 @@ TEST_P(RandomScatter, draws_what_single_points_would)
               }));
 }
 
-TEST_P(RandomScatter, concentrations_on_a_scale_of_decades)
+TEST_P(RandomScatter, ConcentrationsOnAScaleOfDecades)
 {
     std::uniform_real_distribution<double> uniform(-1, 4);
     for (int i = 0; i < 300; ++i) {
@@ -183,7 +183,7 @@ TEST_P(RandomScatter, concentrations_on_a_scale_of_decades)
     EXPECT_EQ(view.settings().toMap()["spectrumParameter"], QString());
 }
 
-TEST_P(RandomScatter, the_picture_grows_with_the_store_as_if_drawn_anew)
+TEST_P(RandomScatter, ThePictureGrowsWithTheStoreAsIfDrawnAnew)
 {
     view.setVisibleSpectra({infos[0]->hash});
     for (const int type : {1, 2}) {
@@ -209,7 +209,7 @@ TEST_P(RandomScatter, the_picture_grows_with_the_store_as_if_drawn_anew)
     EXPECT_EQ(dropped, picture());
 }
 
-TEST_F(Scatter, fits_its_scale_to_what_is_in_sight)
+TEST_F(Scatter, FitsItsScaleToWhatIsInSight)
 {
     add(10, 2);
     add(20, 6);
@@ -229,7 +229,7 @@ TEST_F(Scatter, fits_its_scale_to_what_is_in_sight)
     EXPECT_NEAR(view.scaleWidget()->maximum() - view.scaleWidget()->minimum(), 4.4, 1e-9);
 }
 
-TEST_F(Scatter, a_choice_in_the_row_leaves_no_plot_off_its_scale)
+TEST_F(Scatter, AChoiceInTheRowLeavesNoPlotOffItsScale)
 {
     addSpectra(add(10, 2), 100, 1);
     addSpectra(add(20, 6), 1000, 3);
@@ -256,7 +256,7 @@ TEST_F(Scatter, a_choice_in_the_row_leaves_no_plot_off_its_scale)
     EXPECT_DOUBLE_EQ(view.scaleWidget()->maximum(), 3.1) << "another quantity";
 }
 
-TEST_F(Scatter, choices_are_made_when_they_are_first_shown)
+TEST_F(Scatter, ChoicesAreMadeWhenTheyAreFirstShown)
 {
     ScatterPlotView bare;
     bare.setPropertiesVisible(false);
@@ -286,7 +286,7 @@ TEST_F(Scatter, choices_are_made_when_they_are_first_shown)
     EXPECT_FALSE(plotCame);
 }
 
-TEST_F(Scatter, the_label_of_the_limits_gives_way_in_a_narrow_view)
+TEST_F(Scatter, TheLabelOfTheLimitsGivesWayInANarrowView)
 {
     view.showType(ScatterPlotSettings::Concentration);
     view.propertiesRow()->findChild<QCheckBox *>()->setChecked(false);
@@ -309,7 +309,7 @@ TEST_F(Scatter, the_label_of_the_limits_gives_way_in_a_narrow_view)
     EXPECT_TRUE(resizeTo(1300));
 }
 
-TEST_F(Scatter, the_selected_record_is_marked_and_labelled)
+TEST_F(Scatter, TheSelectedRecordIsMarkedAndLabelled)
 {
     metadata->electrometerNames = {"an electrometer", "of a name that has", "several words in it"};
     const auto record = add(100, 2);
@@ -347,7 +347,7 @@ TEST_F(Scatter, the_selected_record_is_marked_and_labelled)
     EXPECT_GT(changed.width(), metrics.horizontalAdvance("several words in it neg: 2 (fA)") - 8);
 }
 
-TEST_F(Scatter, only_what_a_kind_shows_makes_it_repaint)
+TEST_F(Scatter, OnlyWhatAKindShowsMakesItRepaint)
 {
     const auto record = add(10, 2);
     view.setDiagnosticSelection("flow");
@@ -362,7 +362,7 @@ TEST_F(Scatter, only_what_a_kind_shows_makes_it_repaint)
     EXPECT_NE(before, picture());
 }
 
-TEST(ScatterTexts, labels_and_lines)
+TEST(ScatterTexts, LabelsAndLines)
 {
     ScatterPlotSettings settings;
     EXPECT_EQ(Tsb::scatterScaleLabel(settings, "e1", ""), "Elm. e1");
@@ -386,7 +386,7 @@ TEST(ScatterTexts, labels_and_lines)
     EXPECT_EQ(spectrumParameterFromKey("?"), SpectrumParameter::BackErrorMeanSq);
 }
 
-TEST_F(Scatter, settings_go_round)
+TEST_F(Scatter, SettingsGoRound)
 {
     for (const int type : {0, 1, 2, 3}) {
         ScatterPlotView other;
@@ -411,7 +411,7 @@ TEST_F(Scatter, settings_go_round)
 }
 
 /// In the other unit the limit is no bound, in what is shown, drawn and stored.
-TEST_F(Scatter, a_limit_of_0_in_either_unit_is_no_bound_in_the_other)
+TEST_F(Scatter, ALimitOf0InEitherUnitIsNoBoundInTheOther)
 {
     using SpectMath::DistributionScale;
     view.showType(ScatterPlotSettings::Concentration);
@@ -446,7 +446,7 @@ TEST_F(Scatter, a_limit_of_0_in_either_unit_is_no_bound_in_the_other)
     }
 }
 
-TEST_F(Scatter, a_scale_that_nothing_can_be_read_on_is_refused)
+TEST_F(Scatter, AScaleThatNothingCanBeReadOnIsRefused)
 {
     view.scaleWidget()->setMinMax(1, 7, true);
     for (const auto &range : {std::make_pair(5.0, 1.0), std::make_pair(3.0, 3.0), std::make_pair(-1.5e308, 1.5e308)}) {
