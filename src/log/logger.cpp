@@ -78,7 +78,10 @@ void RootLogger::post(const Entry &entry)
     if (m_console->put(entry))
         QMetaObject::invokeMethod(this, "flushConsoleSoon", Qt::QueuedConnection);
     Q_EMIT newEntry(entry);
-    static thread_local bool isWriting = false; // then Qt complains of the writer itself, which holds the lock
+    // Then Qt complains of the writer itself, which holds the lock. The alignment is for mold 1.10: it begins the pages
+    // that are made read-only at thread-local memory, of which a single byte may lie on the page before, and nothing
+    // starts.
+    alignas(void *) static thread_local bool isWriting = false;
     if (m_fileOutput && !isWriting) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         const QScopedValueRollback<bool> writing(isWriting, true);
