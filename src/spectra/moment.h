@@ -1,8 +1,8 @@
 #pragma once
 
-#include "spectra/spectruminfo.h"
-
 namespace SpectMath {
+
+enum class ConcentrationType { number, radius, diameter, surface, volume };
 
 /// The value times the moment of a concentration type at radius r, factor by factor from left to right, so that results
 /// agree to the last bit with files that were written this way.

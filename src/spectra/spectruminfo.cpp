@@ -1,7 +1,5 @@
 #include "spectra/spectruminfo.h"
 
-#include "spectra/moment.h"
-
 #include <QCryptographicHash>
 #include <QtEndian>
 

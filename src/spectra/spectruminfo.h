@@ -1,6 +1,7 @@
 #pragma once
 
 #include "spectra/mobilitymodel.h"
+#include "spectra/moment.h"
 #include "spectra/unit.h"
 #include "util/numeric.h"
 
@@ -13,7 +14,6 @@
 
 namespace SpectMath {
 
-enum class ConcentrationType { number, radius, diameter, surface, volume };
 enum class DistributionScale { mobility, radius, diameter };
 enum class DistributionType { density, fraction };
 
