@@ -49,10 +49,10 @@ public Q_SLOTS:
     /// Moves as little as possible; nothing during a drag of the axis or when a time is missing. Jumps that follow each
     /// other within a moment are one gesture.
     void scrollIntoView(RecordTime beginTime, RecordTime endTime);
-    /// The same for a record that came in and was not chosen: no step on the way back.
+    /// As scrollIntoView(), for a record that came in and was not chosen; it adds no step to the way back.
     void runIntoView(RecordTime beginTime, RecordTime endTime);
     void fitIntoView(RecordTime beginTime, RecordTime endTime);
-    /// The same once more at another width: no step of its own on the way back.
+    /// Repeats fitIntoView() after a change of the width; it adds no step to the way back.
     void refitIntoView(RecordTime beginTime, RecordTime endTime);
     /// Brings the moment to the middle and keeps the zoom; nothing for a missing time.
     void goToTime(RecordTime time);

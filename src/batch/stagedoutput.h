@@ -14,14 +14,14 @@ namespace Batch {
 /// programs see whole files alone in the folder, however this one ends.
 class StagedOutput {
 public:
-    /// Which files came to stand.
+    /// The files that were moved into place.
     struct Moved {
         QStringList names;
         bool complete = true; ///< all did, and will stand after a power failure too
     };
 
-    /// Why no files can be put into that folder, or no temporary one can stand beside it; empty if both can. It is
-    /// tried.
+    /// The reason why no files can be put into that folder, or why no temporary one can stand beside it; empty if both
+    /// can. It is tried.
     static QString obstacleTo(const QString &folder);
 
     explicit StagedOutput(const QString &folder);
@@ -47,7 +47,7 @@ private:
     };
 
     bool isUntouched(const QString &name) const;
-    /// Why the file can't be moved; null if nothing speaks against it.
+    /// The reason why the file can't be moved; null if there is none.
     QString faultOf(const QString &name) const;
     void takeBack(QStringList *names) const;
     QString target(const QString &name) const;

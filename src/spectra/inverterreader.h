@@ -10,7 +10,7 @@
 /// The texts of inverter files and map files as values.
 namespace SpectMath {
 
-/// One file is not as it should be.
+/// A fault in an inverter file or a map file.
 class InverterFileError {
 public:
     explicit InverterFileError(const QString &message) : m_message(message) {}

@@ -74,7 +74,8 @@ public:
     int lastIndexEndingBy(RecordTime time) const;
     /// The record that many places away (negative: earlier), or null.
     std::shared_ptr<Record> neighbour(const std::shared_ptr<Record> &record, int steps) const;
-    /// The last of that many records of the mode on the way, `record` itself if there is none; null if it isn't stored.
+    /// The record that many records of the mode away (negative: earlier), or the last one met if there are fewer;
+    /// `record` itself if there is none. Null if `record` isn't stored.
     std::shared_ptr<Record> neighbourWithOpmode(const std::shared_ptr<Record> &record, int steps, int opmode) const;
     /// The first entry of a series whose record doesn't begin before the time.
     static std::size_t lowerBoundOf(const Series &series, RecordTime time)
@@ -99,13 +100,13 @@ public:
     /// Forgets all records and series, for lack of memory. Allocates nothing, and emits nothing.
     void clear();
 
-    /// Drops the series and takes its spectra out of every record. The former series keeps the spectra alive, for
-    /// letting go of very many takes a while; null if there was none.
+    /// Drops the series and takes its spectra out of every record. Returns the former series, null if there was none.
+    /// It keeps the spectra alive, because freeing very many takes a while.
     std::shared_ptr<Series> removeSpectrum(SeriesKey key);
 
 public Q_SLOTS:
-    // A null pointer is ignored, and so are an unknown head in update, replace and add of spectra and a spectrum
-    // without description.
+    // Ignored are a null pointer, a spectrum without a description, and, where a record is updated or spectra are
+    // replaced or added, a head that the store doesn't know.
     void addFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
     void updateFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
     void upsertFullRecord(const Spectrometer::FullRecordPointer &fullRecord);

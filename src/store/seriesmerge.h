@@ -10,8 +10,8 @@
 void updateGaps(SpectrumRecord *previous, SpectrumRecord &entry, SpectrumRecord *next);
 
 /// Enters many spectra of one description in ascending order of their records' beginTime, none of them before that
-/// place: the same result as entering each in turn, at the cost of one walk from there on. In turn means that of
-/// records of the same beginTime each goes before those that are there, unless it is the first of them: then it has
-/// another spectrum now. Does nothing when there isn't the memory for it: std::bad_alloc.
+/// place: the same result as entering each in turn, at the cost of one walk from there on. Entered in turn, a record
+/// goes before those of the same beginTime that are there. If it is the first of them itself, its spectrum is replaced.
+/// Throws std::bad_alloc, and then nothing has changed.
 void mergeSpectra(std::deque<SpectrumRecord> &series, SeriesSummary &summary, std::size_t place,
                   const std::vector<SpectrumRecord> &entries);

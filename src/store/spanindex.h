@@ -33,11 +33,11 @@ public:
     /// end.
     void fetchIfCrossing(std::size_t i, std::int64_t tick) const;
 
-    /// The entries from one on to the end of its block, in memory.
+    /// The entries from entry i to the end of its block, as they lie in memory.
     struct Run {
         const std::int64_t *begins, *ends;
         std::size_t size;
-        bool endsAscend;                   ///< as begins always do; false may be said of a run in which they do
+        bool endsAscend;                   ///< true only if the ends ascend; may be false although they do
         std::int64_t firstBegin, firstEnd; ///< of the first entry, without a look at the arrays where that is known
     };
     Run runFrom(std::size_t i) const;

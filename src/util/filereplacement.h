@@ -51,7 +51,7 @@ public:
     /// Gives up: the old file stays. Nothing happens after commit().
     void cancel();
 
-    /// Why it failed, in the system's words, which don't name the file. Null as long as nothing did.
+    /// The reason of the failure, in the system's words, which don't name the file. Null as long as nothing did.
     const QString &error() const { return m_error; }
     /// Whether there was a file to replace when it began.
     bool replacesFile() const { return m_replacesFile; }
@@ -71,7 +71,7 @@ private:
     QString m_error;
 };
 
-// The same in one call. The result is null, or why it failed.
+// The same in one call. The result is null, or the reason of the failure.
 
 /// A file that holds these bytes.
 QString replaceFile(const QString &path, const QByteArray &bytes, ExistingFile existing = ExistingFile::Replaced);

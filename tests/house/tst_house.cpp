@@ -162,7 +162,7 @@ TEST(House, EverySourceIsListedByItsFolder)
             if (!isRoom && file.endsWith(".h"))
                 continue; // declares no QObject, or its target says so
             if (file.startsWith("tests/support/") && testLists.contains(QFileInfo(file).fileName()))
-                continue; // helpers are listed by the tests that use them
+                continue; // shared headers are listed by the tests that use them
             // The list of a folder may stand in a CMakeLists.txt above it.
             bool listed = false;
             for (QString parent = QFileInfo(file).path(); !listed && parent != "."; parent = QFileInfo(parent).path()) {

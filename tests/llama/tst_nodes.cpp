@@ -149,7 +149,7 @@ TEST(LoadYamlNode, FromFilesAndSources)
     const QTemporaryDir directory;
     const QString path = directory.filePath("x.yaml");
     EXPECT_EQ(error([&] { loadYamlNode(path); }),
-              QString("File '%1' can not be opened: No such file or directory").arg(path));
+              QString("File '%1' can not be opened: %2").arg(path, qt_error_string(ENOENT)));
     writeFile(path);
     EXPECT_EQ(error([&] { loadYamlNode(path); }), QString("File '%1' has bad structure").arg(path));
     writeFile(path, "a: 5");

@@ -7,9 +7,9 @@
 
 #include <deque>
 
-/// Where log entries of all threads wait for the main thread. It keeps the last 1000 of
-/// those that the log dock shows, equal ones in a row as one, so that a reader that complains about every row costs
-/// neither memory nor a frozen window. Made and destroyed on the main thread.
+/// The entries of all threads that wait for the main thread. It keeps the last 1000 of those that the log dock shows,
+/// equal ones in a row as one, so that a reader that complains about every row costs neither memory nor a frozen
+/// window. Made and destroyed on the main thread.
 class LogBox : public QObject {
     Q_OBJECT
 public:

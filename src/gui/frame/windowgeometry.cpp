@@ -53,7 +53,7 @@ void forgetOlderSettings(QSettings &settings)
     if (settings.value(versionKey, 0).toInt() >= settingsVersion)
         return;
     settings.clear();
-    settings.setValue(versionKey, settingsVersion); // at once: a session may end without a close
+    settings.setValue(versionKey, settingsVersion); // at once: the desktop may end the program without a close
 }
 
 void restoreWindowGeometry(const QSettings &settings, QWidget &window)

@@ -25,8 +25,8 @@ public:
     const SpectMath::InverterList &inverters() const { return m_inverters; }
     /// Other data, or none: no inverter is in use.
     void setDatastore(std::shared_ptr<Datastore> store);
-    /// Takes those of the loaded into use that the records need, and returns them. They take the place of spectra with
-    /// the same hash, for that means that they are the same inversion.
+    /// Takes those of the loaded into use that the records need, and returns them. They replace spectra with the
+    /// same hash: equal hashes mean equal inversions.
     SpectMath::InverterList take(const SpectMath::InverterList &loaded);
     /// Takes a spectrum out of all records, and its inverter out of use. An unknown one is left alone.
     void remove(const SpectMath::SpectrumInfo *spectrum);

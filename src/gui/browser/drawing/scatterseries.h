@@ -64,8 +64,8 @@ inline std::int64_t middleTick(std::int64_t begin, std::int64_t end)
     return __builtin_sub_overflow(end, begin, &span) ? begin : begin + span / 2;
 }
 
-/// The entries whose spans may touch the columns first - 1 .. last: from a walk back from the last of them that ends at
-/// the first entry that ends too early.
+/// The entries whose spans may touch the columns first - 1 .. last. They are found by walking back from the last of
+/// them; the walk stops at the first entry that ends too early.
 std::pair<std::size_t, std::size_t> runInSight(const SpanIndex &spans, const TimeScale &scale, int first, int last);
 
 /// A place in one spectrum series while several are drawn together.
@@ -80,7 +80,7 @@ struct ScatterCursor {
 std::size_t commonRun(const std::vector<ScatterCursor> &cursors);
 
 /// Visits some entries of all cursors in order of their begins, those that begin together in the order of the cursors:
-/// the order of the records. Tells whether there were as many.
+/// the order of the records. Returns whether there were that many entries.
 template<typename Visit>
 bool visitInTimeOrder(std::vector<ScatterCursor> &cursors, std::size_t count, Visit visit)
 {
