@@ -166,7 +166,7 @@ void Campaign::measureCurrents(Record &record, const TrueCurrents &trueCurrents,
     for (Polarity polarity : {Polarity::Negative, Polarity::Positive}) {
         const RealVector &currents = trueCurrents[std::size_t(polarity)];
         for (int i = 0; i < Instrument::electrometersPerPolarity; ++i) {
-            const std::size_t slot = std::size_t(Instrument::firstChannel(polarity) + i);
+            const auto slot = std::size_t(Instrument::firstChannel(polarity)) + std::size_t(i);
             const double variance = m_instrument.variance(currents[std::size_t(i)], averagingSeconds());
             const double current = currents[std::size_t(i)] + std::sqrt(variance) * random.normal();
             const double zero = 6 * std::sin(1.7 * double(slot)) + 0.35 * warmth * std::cos(2.9 * double(slot));

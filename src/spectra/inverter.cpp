@@ -99,9 +99,11 @@ std::vector<double> classTotals(const InverterSettings &settings)
 InverterModel modelOf(InverterSettings settings)
 {
     const RealMatrix &instrument = settings.instrumentMatrix;
-    RealMatrix smoothing = smoothingWindowMatrix(int(instrument.size1()), settings.smoothing);
-    RealMatrix regulSmoothing = smoothingWindowMatrix(int(instrument.size2()), settings.regulSmoothingCoef);
-    return {std::move(settings), std::move(smoothing), std::move(regulSmoothing)};
+    InverterModel model{{},
+                        smoothingWindowMatrix(int(instrument.size1()), settings.smoothing),
+                        smoothingWindowMatrix(int(instrument.size2()), settings.regulSmoothingCoef)};
+    model.settings = std::move(settings);
+    return model;
 }
 
 } // namespace

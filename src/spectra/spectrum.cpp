@@ -118,8 +118,8 @@ void Spectrum::getFractions(RealVector &fractions, RealVector &uncertainties) co
         values[i] = sign * ((concentrations[i] + concentrations[i + 1]) * d / 2);
         deviations[i] = sign * ((std::sqrt(variances(i, i)) + std::sqrt(variances(i + 1, i + 1))) * d / 2);
     }
-    fractions = std::move(values);
-    uncertainties = std::move(deviations);
+    fractions.swap(values);
+    uncertainties.swap(deviations);
 }
 
 void Spectrum::getDistribution(DistributionType distribution, ConcentrationType type, RealVector &values,
@@ -145,8 +145,8 @@ void Spectrum::getDistribution(DistributionType distribution, ConcentrationType 
             deviations[i] = moment * deviations[i];
         }
     }
-    values = std::move(base);
-    uncertainties = std::move(deviations);
+    values.swap(base);
+    uncertainties.swap(deviations);
 }
 
 Spectrum Spectrum::smoothed(double width, CovarianceSmoothing mode) const

@@ -67,7 +67,7 @@ inline char *layOut(char *out, unsigned sixDigits, int exponent)
         return out + 2;
     }
     if (exponent < 0) {
-        std::memcpy(out, "0.000", 5);
+        std::memcpy(out, "0.000", 5); // NOLINT(bugprone-not-null-terminated-result): the caller knows the end
         out += 1 - exponent;
         std::memcpy(out, digits, 6);
         return out + count;

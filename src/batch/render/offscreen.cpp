@@ -4,6 +4,7 @@
 #include "util/programlocale.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QPainterPath>
 
 namespace Batch::Offscreen {

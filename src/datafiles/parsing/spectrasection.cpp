@@ -21,16 +21,17 @@ RealVector readPoints(const Llama::Node &node, qint64 *total)
     return vector;
 }
 
-void setAxis(SpectrumInfo &info, const QString &scale, const Unit &unit, RealVector points)
+/// Takes the points into the description.
+void setAxis(SpectrumInfo &info, const QString &scale, const Unit &unit, RealVector &points)
 {
     if (scale == QLatin1String("mobility")) {
         info.scale = SpectMath::DistributionScale::mobility;
         info.mobilityUnit = unit;
-        info.mobilities = std::move(points);
+        info.mobilities.swap(points);
     } else if (scale == QLatin1String("radius")) {
         info.scale = SpectMath::DistributionScale::radius;
         info.sizeUnit = unit;
-        info.radii = std::move(points);
+        info.radii.swap(points);
     } else {
         throw FileReaderError(QStringLiteral("Unknown scale \"%1\"").arg(scale));
     }
@@ -52,7 +53,7 @@ std::shared_ptr<SpectrumInfo> readInfo(const Llama::MapNode &map, qint64 *points
     try {
         const Unit axisUnit = parseHeaderUnit(xunit);
         info->concentrationUnit = parseHeaderUnit(yunit);
-        setAxis(*info, scale, axisUnit, std::move(axis));
+        setAxis(*info, scale, axisUnit, axis);
     } catch (const SpectMath::UnitParsingError &error) {
         throw FileReaderError(QStringLiteral("Invalid unit: %1").arg(error.message()));
     }

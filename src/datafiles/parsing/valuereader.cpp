@@ -59,8 +59,8 @@ void ElectrometersReader::read(QList<QByteArray> fields, Spectrometer::FullRecor
         currents[std::size_t(i)] = numberOrNaN(fields[i]);
         variances[std::size_t(i)] = deviation * deviation;
     }
-    record->currents = std::move(currents);
-    record->currentVariances = std::move(variances);
+    record->currents.swap(currents);
+    record->currentVariances.swap(variances);
 }
 
 SpectrumReader::SpectrumReader(const SpectMath::SpectrumInfoPointer &info, FileReaderState *state)

@@ -29,7 +29,7 @@ bool NotesBrowser::focusNextPrevChild(bool next)
     QTextCursor none = before;
     none.clearSelection();
     setTextCursor(none);
-    return QWidget::focusNextPrevChild(next);
+    return QWidget::focusNextPrevChild(next); // NOLINT(bugprone-parent-virtual-call): beyond what the text does
 }
 
 void NotesBrowser::contextMenuEvent(QContextMenuEvent *event)

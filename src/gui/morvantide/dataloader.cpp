@@ -13,22 +13,22 @@ DataLoader::DataLoader(QWidget *window) : m_window(window) {}
 
 DataLoader::~DataLoader()
 {
-    for (QThread *thread : {m_retiringThread.data(), m_thread}) {
-        if (!thread)
-            continue;
-        thread->disconnect();
-        if (thread == m_thread) {
-            m_news->detach();
-            m_task->setAborted();
-            thread->quit();
-        }
-        if (!thread->wait(patience))
-            continue; // deleting it now would end the program
-        if (thread == m_thread) {
-            m_news->look([](const News &) {}); // what the thread wrote is seen from here on
-            delete m_task;
-        }
-        delete thread;
+    // Deleting a thread that runs on would end the program.
+    if (m_retiringThread) {
+        m_retiringThread->disconnect();
+        if (m_retiringThread->wait(patience))
+            delete m_retiringThread;
+    }
+    if (!m_thread)
+        return;
+    m_thread->disconnect();
+    m_news->detach();
+    m_task->setAborted();
+    m_thread->quit();
+    if (m_thread->wait(patience)) {
+        m_news->look([](const News &) {}); // what the thread wrote is seen from here on
+        delete m_task;
+        delete m_thread;
     }
 }
 

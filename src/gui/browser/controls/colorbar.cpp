@@ -167,7 +167,8 @@ void Colorbar::addMarkLabel(QPainterPath &path, const QSize &size) const
     const QString text = QString::number(std::pow(10.0, m_markedValue), 'g', 6);
     const double furthest = size.width() - metrics.horizontalAdvance(text) - 3;
     const double x = std::max(3.0, std::min(tickPosition(m_markedValue, size.width()) + 3, furthest));
-    path.addText(x, (metrics.height() - 3 + size.height()) / 2 - metrics.descent(), m_labelFont, text);
+    const int baseline = (metrics.height() - 3 + size.height()) / 2 - metrics.descent();
+    path.addText(x, baseline, m_labelFont, text);
 }
 
 void Colorbar::drawVerticalTicks(QPainter &painter, const QRect &area) const

@@ -39,7 +39,8 @@ ExactPosition exactPosition(const TimeScale &scale, std::int64_t tick)
 /// other way.
 double roundedDown(const ExactPosition &position, std::int64_t ticksPerPixel)
 {
-    return double(position.column) + double(64 * position.rest / ticksPerPixel) / 64;
+    const std::int64_t sixtyFourths = 64 * position.rest / ticksPerPixel;
+    return double(position.column) + double(sixtyFourths) / 64;
 }
 
 double barHeight(int stripHeight, bool half)
@@ -84,7 +85,7 @@ QRgb meanOf(const std::vector<Pen> &pens, const std::uint64_t *lengths)
         blue += length * pen.blue;
         all += length;
     }
-    return all == 0 ? 0 : qRgb(int(red / all + 0.5), int(green / all + 0.5), int(blue / all + 0.5));
+    return all == 0 ? 0 : qRgb(qRound(red / all), qRound(green / all), qRound(blue / all));
 }
 
 } // namespace
