@@ -3,6 +3,7 @@
 #include "house/sourcetext.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <functional>
@@ -35,7 +36,7 @@ const Room *roomOf(const QVector<Room> &rooms, const QString &path)
     const Room *best = nullptr;
     for (const QString &whole : {path, "src/" + path}) {
         for (const Room &room : rooms) {
-            const bool inside = whole == room.place || whole.startsWith(room.place + '/');
+            const bool inside = whole == room.place || QFileInfo(whole).path() == room.place;
             if (inside && (!best || room.place.size() > best->place.size()))
                 best = &room;
         }

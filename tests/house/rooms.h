@@ -17,8 +17,8 @@ struct Room {
 
 /// In the order of CMakeLists.txt.
 QVector<Room> roomTable();
-/// The room whose place is the longest beginning of the path; null if it lies in none. `path` may be relative to src,
-/// as in an include.
+/// The program, or the room in whose folder the file stands; null if there is none, as for rooms with windows in a build
+/// without. `path` may be relative to src, as in an include.
 const Room *roomOf(const QVector<Room> &rooms, const QString &path);
 
 /// The units that each unit includes. A unit is a header and its source, without the ending: "src/util/calendar".
