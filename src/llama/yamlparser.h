@@ -5,7 +5,11 @@
 #include <QHash>
 #include <QVariant>
 
+#include <memory>
+
 #include <yaml.h>
+
+class QIODevice;
 
 namespace Llama {
 
