@@ -3,7 +3,6 @@
 #include <QFile>
 
 #include <cerrno>
-#include <cstring>
 
 #include <sys/stat.h>
 
@@ -11,7 +10,7 @@ QString whyNotRegularFile(const QString &path)
 {
     struct stat status;
     if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return QString::fromLocal8Bit(std::strerror(errno));
+        return qt_error_string(errno);
     switch (status.st_mode & S_IFMT) {
     case S_IFREG:
         return {};
