@@ -335,6 +335,8 @@ void MainWindowBase::setDatastore(std::shared_ptr<Datastore> store)
         disconnect(former.get(), nullptr, this, nullptr);
     m_shown->setDatastore(store);
     clearRecordViews(); // at once: their slots have no meaning under the next description
+    for (RecordViews::RecordView *view : qAsConst(m_recordViews))
+        view->setDatastore(store.get());
     m_browser->setDatastore(store.get());
     setFollowLast(isFollowingLast()); // only a move of the user ends that
     m_browser->timeView()->navigator()->forgetViews();

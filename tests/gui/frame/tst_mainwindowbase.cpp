@@ -27,7 +27,8 @@ struct SpyView : RecordViews::RecordView {
 
     using RecordView::RecordView;
     void showRecord(RecordPointer record) override { shown.append(record); }
-    void updateSetup() override {}
+    QString viewName() const override { return "spy"; }
+    void refreshRecord() override {}
 };
 
 struct Window : MainWindowBase {

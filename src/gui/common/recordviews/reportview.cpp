@@ -44,7 +44,8 @@ QWidget *ReportView::makeButtonPage()
 void ReportView::returnToButton()
 {
     m_browser->clear();
-    const bool isReady = m_record && !m_inverters.empty();
+    m_reported = record();
+    const bool isReady = m_reported && !m_inverters.empty();
     m_button->setEnabled(isReady);
     m_hint->setText(m_inverters.empty() ? tr("No inverters are loaded.") : tr("No record is selected."));
     m_hint->setHidden(isReady);
@@ -54,17 +55,15 @@ void ReportView::returnToButton()
         m_button->setFocus();
 }
 
-void ReportView::showRecord(std::shared_ptr<Record> record)
+QString ReportView::viewName() const
 {
-    if (record == m_record)
-        return;
-    m_record = std::move(record);
-    returnToButton();
+    return QStringLiteral("report");
 }
 
-void ReportView::updateSetup()
+void ReportView::refreshRecord()
 {
-    // The report has neither names nor colours of the views.
+    if (record() != m_reported)
+        returnToButton();
 }
 
 void ReportView::setInverters(const SpectMath::InverterList &inverters)
@@ -75,9 +74,9 @@ void ReportView::setInverters(const SpectMath::InverterList &inverters)
 
 void ReportView::showCurrentReport()
 {
-    if (!m_record)
+    if (!m_reported)
         return;
-    const QString report = recordReport(m_inverters, *m_record, uiInfo()->metadata().get());
+    const QString report = recordReport(m_inverters, *m_reported, uiInfo()->metadata().get());
     if (report.isEmpty())
         return returnToButton();
     m_browser->setHtml(report);

@@ -17,18 +17,21 @@ class ReportView : public RecordView {
 public:
     explicit ReportView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr, Qt::WindowFlags flags = {});
 
+    QString viewName() const override;
+
 public Q_SLOTS:
-    void showRecord(std::shared_ptr<Record> record) override;
-    void updateSetup() override;
     /// The inverters in use, in the order of loading; none until some have been loaded.
     void setInverters(const SpectMath::InverterList &inverters);
     void showCurrentReport();
+
+protected:
+    void refreshRecord() override;
 
 private:
     QWidget *makeButtonPage();
     void returnToButton();
 
-    std::shared_ptr<Record> m_record;
+    std::shared_ptr<Record> m_reported; ///< the record that the pages are about
     SpectMath::InverterList m_inverters;
     QStackedWidget *m_pages;
     QPushButton *m_button = nullptr;
