@@ -1,5 +1,7 @@
 #include "gui/browser/drawing/spectrogramrenderer.h"
 
+#include "util/decadelogarithm.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -147,8 +149,9 @@ public:
                 values = m_smoothed.data();
             }
             for (std::size_t k = 0; k < m_bins; ++k)
-                m_levels[k * m_runs + r] = std::log10(values[p.reversedRows ? m_bins - 1 - k : k]);
+                m_levels[k * m_runs + r] = values[p.reversedRows ? m_bins - 1 - k : k];
         }
+        log10OfEach(m_levels.data(), m_levels.data(), m_runs * m_bins);
         const double lower = p.colorLower, span = p.colorUpper - lower;
         for (std::size_t i = 0; i < m_runs * m_bins; ++i)
             m_levels[i] = (m_levels[i] - lower) / span;
