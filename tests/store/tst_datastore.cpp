@@ -1,10 +1,10 @@
 #include "store/storecontents.h"
+#include "support/seeds.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <random>
 
 namespace {
 
@@ -203,76 +203,90 @@ public:
     int size() const { return int(records.size()); }
 };
 
-TEST(Datastore, AgreesWithAPlainListOnRandomOperations)
-{
-    std::mt19937 random(11);
-    const auto number = [&random](int below) { return std::int64_t(random() % unsigned(below)); };
-    for (int round = 0; round < 40; ++round) {
-        Datastore store;
+/// A store and a plain list that took in the same records and spectra, in batches and one by one.
+class RandomStore : public Seeded<> {
+protected:
+    std::int64_t number(int below) { return pick(0, below - 1); }
+    std::shared_ptr<Record> randomRecord()
+    {
+        const std::int64_t begin = 1 + number(range);
+        return storedRecord(begin, begin + number(9), int(number(3)));
+    }
+    void addOne()
+    {
+        const auto record = randomRecord();
+        EXPECT_EQ(*store.insertRecord(store.lowerBound(record->beginTime), record), record);
+        plain.insert(record);
+    }
+    void addBatch()
+    {
+        std::vector<std::shared_ptr<Record>> batch(std::size_t(number(20)));
+        std::generate(batch.begin(), batch.end(), [this] { return randomRecord(); });
+        std::stable_sort(batch.begin(), batch.end(),
+                         [](const auto &x, const auto &y) { return x->beginTime < y->beginTime; });
+        std::for_each(batch.rbegin(), batch.rend(), [this](const auto &record) { plain.insert(record); });
+        store.mergeRecords(std::move(batch));
+    }
+    void addSpectrum()
+    {
+        const auto &owner = plain.records[std::size_t(number(plain.size()))];
+        store.enterSpectrum(owner, spectrumOf(info));
+        const auto place = std::find_if(entries.begin(), entries.end(),
+                                        [&](const auto &r) { return r->beginTime >= owner->beginTime; });
+        if (place == entries.end() || *place != owner)
+            entries.insert(place, owner);
+    }
+    void SetUp() override
+    {
         makeUnlimited(store);
-        PlainStore plain;
-        const auto info = makeInfo("a");
-        std::vector<std::shared_ptr<Record>> entries; // of the series, in its order
-        const int range = round % 2 ? 60 : 4000;
+        addOne();
         for (int k = 0; k < 60; ++k) {
-            if (number(3) == 0) { // a file's new records at once
-                std::vector<std::shared_ptr<Record>> batch;
-                for (std::int64_t i = number(20); i > 0; --i) {
-                    const std::int64_t begin = 1 + number(range);
-                    batch.push_back(storedRecord(begin, begin + number(9), int(number(3))));
-                }
-                std::stable_sort(batch.begin(), batch.end(),
-                                 [](const auto &x, const auto &y) { return x->beginTime < y->beginTime; });
-                for (auto r = batch.rbegin(); r != batch.rend(); ++r)
-                    plain.insert(*r);
-                store.mergeRecords(std::move(batch));
-            } else {
-                const std::int64_t begin = 1 + number(range);
-                const auto record = storedRecord(begin, begin + number(9), int(number(3)));
-                const auto place = store.insertRecord(store.lowerBound(record->beginTime), record);
-                EXPECT_EQ(*place, record);
-                plain.insert(record);
-            }
-            if (plain.size() == 0)
-                continue;
+            number(3) == 0 ? addBatch() : addOne();
             if (k % 7 == 0)
                 store.updateIndexes(); // sometimes long ago
-            const auto &owner = plain.records[std::size_t(number(plain.size()))];
-            store.enterSpectrum(owner, spectrumOf(info));
-            const auto place = std::find_if(entries.begin(), entries.end(),
-                                            [&](const auto &r) { return r->beginTime >= owner->beginTime; });
-            if (place == entries.end() || *place != owner)
-                entries.insert(place, owner);
+            addSpectrum();
         }
-        ASSERT_TRUE(
-            std::equal(plain.records.begin(), plain.records.end(), store.records().begin(), store.records().end()));
-        const SpanIndex &spans = store.recordSpans();
-        const SpanIndex &seriesSpans = store.seriesSpans(info.get());
-        ASSERT_EQ(spans.size(), plain.records.size());
-        for (std::size_t i = 0; i < spans.size(); ++i)
-            ASSERT_EQ(store.recordMarks()[i].opmode, plain.records[i]->opmode) << i;
-        ASSERT_EQ(seriesSpans.size(), entries.size());
-        for (std::size_t i = 0; i < entries.size(); ++i) {
-            ASSERT_EQ((*store.series(info.get()))[i].record, entries[i]);
-            ASSERT_EQ(seriesSpans.begin(i), ticksOf(entries[i]->beginTime));
-            ASSERT_EQ(seriesSpans.end(i), ticksOf(entries[i]->endTime));
-        }
-        for (int k = 0; k < 200; ++k) {
-            const RecordTime t = at(number(range + 20));
-            ASSERT_EQ(store.firstIndexFrom(t), plain.firstIndexFrom(t));
-            ASSERT_EQ(store.lastIndexEndingBy(t), plain.lastIndexEndingBy(t));
-            const RecordTime e = t + Ticks(number(9));
-            ASSERT_EQ(store.indexOf(t, e), plain.indexOf(t, e));
-            const int from = int(number(plain.size()));
-            const int steps = int(number(15)) - 7;
-            const int mode = int(number(4));
-            const auto &record = plain.records[std::size_t(from)];
-            ASSERT_EQ(store.neighbourWithOpmode(record, steps, mode), plain.neighbourWithOpmode(from, steps, mode));
-            const bool inside = from + steps >= 0 && from + steps < plain.size();
-            ASSERT_EQ(store.neighbour(record, steps),
-                      inside ? plain.records[std::size_t(from + steps)] : std::shared_ptr<Record>());
-            ASSERT_EQ(spans.begin(std::size_t(from)), ticksOf(record->beginTime));
-        }
+    }
+
+    const int range = GetParam() % 2 ? 60 : 4000;
+    Datastore store;
+    PlainStore plain;
+    SpectMath::SpectrumInfoPointer info = makeInfo("a");
+    std::vector<std::shared_ptr<Record>> entries; ///< of the series, in its order
+};
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomStore, ::testing::ValuesIn(seeds(40)));
+
+TEST_P(RandomStore, HoldsWhatAPlainListHolds)
+{
+    ASSERT_EQ(std::vector(store.records().begin(), store.records().end()), plain.records);
+    ASSERT_EQ(store.recordSpans().size(), plain.records.size());
+    for (std::size_t i = 0; i < plain.records.size(); ++i)
+        ASSERT_EQ(store.recordMarks()[i].opmode, plain.records[i]->opmode) << i;
+    const SpanIndex &spans = store.seriesSpans(info.get());
+    ASSERT_EQ(spans.size(), entries.size());
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        ASSERT_EQ((*store.series(info.get()))[i].record, entries[i]);
+        ASSERT_EQ(spans.begin(i), ticksOf(entries[i]->beginTime));
+        ASSERT_EQ(spans.end(i), ticksOf(entries[i]->endTime));
+    }
+}
+
+TEST_P(RandomStore, FindsWhatAPlainListFinds)
+{
+    for (int k = 0; k < 200; ++k) {
+        const RecordTime t = at(number(range + 20));
+        ASSERT_EQ(store.firstIndexFrom(t), plain.firstIndexFrom(t));
+        ASSERT_EQ(store.lastIndexEndingBy(t), plain.lastIndexEndingBy(t));
+        const RecordTime e = t + Ticks(number(9));
+        ASSERT_EQ(store.indexOf(t, e), plain.indexOf(t, e));
+        const int from = int(number(plain.size())), steps = pick(-7, 7), mode = int(number(4));
+        const auto &record = plain.records[std::size_t(from)];
+        ASSERT_EQ(store.neighbourWithOpmode(record, steps, mode), plain.neighbourWithOpmode(from, steps, mode));
+        const bool inside = from + steps >= 0 && from + steps < plain.size();
+        ASSERT_EQ(store.neighbour(record, steps),
+                  inside ? plain.records[std::size_t(from + steps)] : std::shared_ptr<Record>());
+        ASSERT_EQ(store.recordSpans().begin(std::size_t(from)), ticksOf(record->beginTime));
     }
 }
 

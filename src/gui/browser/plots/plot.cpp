@@ -2,6 +2,7 @@
 
 #include "axis/zoomfactor.h"
 #include "columns/recordpicking.h"
+#include "gui/browser/drawing/recordmarker.h"
 #include "gui/browser/plots/updatedelayer.h"
 #include "log/logger.h"
 
@@ -163,23 +164,8 @@ void Plot::drawOverlay(QPainter &painter)
 {
     if (!m_currentRecord)
         return;
-    const QRect contents = contentsRect();
-    const QColor highlight = palette().color(QPalette::Highlight);
-    QColor translucent = highlight;
-    translucent.setAlpha(100);
-    const double x0 = contents.left() + timeScale().positionOf(m_currentRecord->beginTime);
-    const double x1 = contents.left() + timeScale().positionOf(effectiveEnd(*m_currentRecord));
-    if (x1 + 2 < contents.left() || x0 - 2 > contents.right() + 1)
-        return;
-    // Held near the window: coordinates of a far zoom are beyond what the rasterizer can take.
-    const double left = std::max(x0 - 1, contents.left() - 8.0), right = std::min(x1 + 1, contents.right() + 8.0);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(translucent);
-    painter.drawRect(QRectF(left, contents.top(), right - left, contents.height()));
-    painter.setPen(highlight);
-    painter.drawLine(QPointF(left, contents.top()), QPointF(left, contents.bottom() + 1));
-    painter.drawLine(QPointF(right, contents.top()), QPointF(right, contents.bottom() + 1));
+    drawRecordMarker(painter, contentsRect(), timeScale().positionOf(m_currentRecord->beginTime),
+                     timeScale().positionOf(effectiveEnd(*m_currentRecord)), palette().color(QPalette::Highlight));
 }
 
 void Plot::updateImage()
