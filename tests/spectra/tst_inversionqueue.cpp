@@ -78,7 +78,7 @@ protected:
     int stops = 0;
 };
 
-TEST_F(Inversion, every_record_comes_out_once_and_alike_for_any_number_of_workers)
+TEST_F(Inversion, EveryRecordComesOutOnceAndAlikeForAnyNumberOfWorkers)
 {
     constexpr int count = 1500;
     for (const int workers : {1, 2, 8}) {
@@ -112,7 +112,7 @@ TEST_F(Inversion, every_record_comes_out_once_and_alike_for_any_number_of_worker
     }
 }
 
-TEST_F(Inversion, records_that_no_inverter_fits_come_out_empty)
+TEST_F(Inversion, RecordsThatNoInverterFitsComeOutEmpty)
 {
     start(2, {});
     queue->addJob(makeRecord(0, 0));
@@ -127,7 +127,7 @@ TEST_F(Inversion, records_that_no_inverter_fits_come_out_empty)
     EXPECT_TRUE(results[0]->provisional != results[1]->provisional);
 }
 
-TEST_F(Inversion, an_inverter_that_throws_costs_only_itself)
+TEST_F(Inversion, AnInverterThatThrowsCostsOnlyItself)
 {
     start(1, {inverterOf("ions", "opmode: ions\nelectrometer_group: absent\n"), inverterOf("ions neg")});
     queue->addJob(makeRecord(0, 0));
@@ -137,7 +137,7 @@ TEST_F(Inversion, an_inverter_that_throws_costs_only_itself)
     EXPECT_EQ(results[0]->spectra[0]->info->name, "ions neg");
 }
 
-TEST_F(Inversion, provisional_records_make_way)
+TEST_F(Inversion, ProvisionalRecordsMakeWay)
 {
     start(1, both);
     queue->addJob(makeRecord(0, 0)); // taken by the worker
@@ -180,7 +180,7 @@ private:
     std::unique_lock<std::mutex> m_closed{m_mutex};
 };
 
-TEST_F(Inversion, records_within_the_workers_reach_wait_and_make_way_until_they_are_begun)
+TEST_F(Inversion, RecordsWithinTheWorkersReachWaitAndMakeWayUntilTheyAreBegun)
 {
     Gate gate;
     start(2, gate.inverters);
@@ -201,7 +201,7 @@ TEST_F(Inversion, records_within_the_workers_reach_wait_and_make_way_until_they_
     EXPECT_EQ(results.size(), 4u);
 }
 
-TEST_F(Inversion, its_end_waits_for_all_threads_together)
+TEST_F(Inversion, ItsEndWaitsForAllThreadsTogether)
 {
     Gate gate;
     start(3, gate.inverters);
@@ -221,7 +221,7 @@ TEST_F(Inversion, its_end_waits_for_all_threads_together)
     runUntil([&] { return std::all_of(threads.begin(), threads.end(), [](const auto &t) { return t.isNull(); }); });
 }
 
-TEST_F(Inversion, stop_waits_for_the_jobs_and_clear_drops_them)
+TEST_F(Inversion, StopWaitsForTheJobsAndClearDropsThem)
 {
     start(2, both);
     queue->stop();
@@ -247,7 +247,7 @@ TEST_F(Inversion, stop_waits_for_the_jobs_and_clear_drops_them)
     EXPECT_EQ(queue->waitingJobs(), 0);
 }
 
-TEST_F(Inversion, status_tells_length_and_speed)
+TEST_F(Inversion, StatusTellsLengthAndSpeed)
 {
     start(1, both);
     int length = -1, speed = -1;
@@ -262,7 +262,7 @@ TEST_F(Inversion, status_tells_length_and_speed)
     EXPECT_EQ(speed, 0);
 }
 
-TEST_F(Inversion, a_queue_may_go_at_any_moment)
+TEST_F(Inversion, AQueueMayGoAtAnyMoment)
 {
     std::mt19937 random(1);
     for (int round = 0; round < 60; ++round) {

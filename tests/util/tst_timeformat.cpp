@@ -73,7 +73,7 @@ Parsed plainlyParsed(const QString &text)
 constexpr std::int64_t seconds2019 = 1568290612; // 2019-09-12 12:16:52
 
 /// The first line as a time; what follows it as a format, but for the names of days and months, which are the user's.
-TEST(ParseTime, files_of_the_corpus_come_to_what_is_expected_of_them)
+TEST(ParseTime, FilesOfTheCorpusComeToWhatIsExpectedOfThem)
 {
     expectCorpus("time", [](const QString &path) {
         const QByteArray text = contentOf(path).split('\n').value(0);
@@ -85,7 +85,7 @@ TEST(ParseTime, files_of_the_corpus_come_to_what_is_expected_of_them)
     });
 }
 
-TEST(ParseTime, a_field_takes_what_toInt_takes)
+TEST(ParseTime, AFieldTakesWhatToIntTakes)
 {
     const QString whole = "2019-09-12 12:16:52";
     for (uint c = 0; c < 0x10000; ++c) {
@@ -102,7 +102,7 @@ TEST(ParseTime, a_field_takes_what_toInt_takes)
     }
 }
 
-TEST(ParseTime, agrees_with_the_plain_way_on_damaged_texts)
+TEST(ParseTime, AgreesWithThePlainWayOnDamagedTexts)
 {
     std::mt19937 random(7);
     const QByteArray letters("0123456789 +-:.\t,eE\0x/", 22);
@@ -122,7 +122,7 @@ TEST(ParseTime, agrees_with_the_plain_way_on_damaged_texts)
     EXPECT_GT(good, 10000);
 }
 
-TEST(ParseLocalTime, takes_what_people_type)
+TEST(ParseLocalTime, TakesWhatPeopleType)
 {
     const std::int64_t day = 18'000 * ticksPerDay, hour = 3600 * ticksPerSecond; // 2019-04-14
     const struct {
@@ -160,7 +160,7 @@ TEST(ParseLocalTime, takes_what_people_type)
     EXPECT_EQ(time, shown);
 }
 
-TEST(TimeToString, names_and_fractions)
+TEST(TimeToString, NamesAndFractions)
 {
     const RecordTime time = recordTimeFromTicks(seconds2019 * ticksPerSecond);
     EXPECT_EQ(timeToString(time, "%a %A %b %B"),
@@ -172,7 +172,7 @@ TEST(TimeToString, names_and_fractions)
     EXPECT_EQ(timeToString(recordTimeFromTicks(2), "%f %s"), "000200 00.000000");
 }
 
-TEST(TimeToString, limits)
+TEST(TimeToString, Limits)
 {
     EXPECT_EQ(timeToString(RecordTime()), "1970-01-01 00:00:00.000000");
     EXPECT_EQ(timeToString(RecordTime(), "%z"), "+00:00");
@@ -185,7 +185,7 @@ TEST(TimeToString, limits)
     EXPECT_EQ(text, "x<invalid time>31197-09-14 02:48:05.477580");
 }
 
-TEST(TimeToString, agrees_with_QDateTime_and_reads_back)
+TEST(TimeToString, AgreesWithQDateTimeAndReadsBack)
 {
     std::mt19937_64 random(11);
     QByteArray appended;
@@ -208,7 +208,7 @@ TEST(TimeToString, agrees_with_QDateTime_and_reads_back)
     }
 }
 
-TEST(UtcOffset, text)
+TEST(UtcOffset, Text)
 {
     EXPECT_EQ(utcOffsetToString(0), "");
     EXPECT_EQ(utcOffsetToString(7200), "+02:00");
@@ -218,7 +218,7 @@ TEST(UtcOffset, text)
     EXPECT_EQ(utcOffsetToString(std::numeric_limits<std::int64_t>::min()), "-2562047788015215:30");
 }
 
-TEST(UtcOffset, of_the_machine_counts_no_daylight_saving)
+TEST(UtcOffset, OfTheMachineCountsNoDaylightSaving)
 {
     const QByteArray old = qgetenv("TZ");
     qputenv("TZ", "Europe/Berlin");
@@ -237,7 +237,7 @@ TEST(UtcOffset, of_the_machine_counts_no_daylight_saving)
         qputenv("TZ", old);
 }
 
-TEST(Calendar, agrees_with_QDate)
+TEST(Calendar, AgreesWithQDate)
 {
     const qint64 epoch = QDate(1970, 1, 1).toJulianDay();
     for (std::int64_t days = -800000; days < 3000000; days += 13) {
