@@ -1,6 +1,7 @@
 #pragma once
 
 #include "records/record.h"
+#include "records/recordflag.h"
 #include "records/recordmetadata.h"
 #include "spectra/spectrum.h"
 
@@ -86,4 +87,14 @@ inline SpectMath::SpectrumRecordPointer resultFor(const Spectrometer::RecordHead
     result->spectra = std::move(spectra);
     result->provisional = provisional;
     return result;
+}
+
+inline std::shared_ptr<Spectrometer::RecordFlag> testFlag(const QString &message, int type,
+                                                          const QVariantMap &properties = {})
+{
+    auto flag = std::make_shared<Spectrometer::RecordFlag>();
+    flag->message = message;
+    flag->type = type;
+    flag->properties = properties;
+    return flag;
 }

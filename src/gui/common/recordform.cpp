@@ -1,9 +1,9 @@
 #include "gui/common/recordform.h"
 
+#include "gui/common/flagcommands.h"
 #include "gui/common/notesbrowser.h"
 #include "gui/common/recordtext.h"
 
-#include <QAction>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -99,30 +99,13 @@ std::shared_ptr<Spectrometer::RecordFlag> RecordForm::flagAt(const QString &addr
 
 void RecordForm::addFlagCommands(QMenu *menu, const QString &address)
 {
-    const auto flag = flagAt(address);
-    if (!flag)
-        return;
-    auto *const plot = new QAction(tr("Plot flag"), menu);
-    // The flag itself, not its place: another record may be shown by the time of the click.
-    connect(plot, &QAction::triggered, m_uiInfo.get(),
-            [ui = m_uiInfo.get(), flag] { Q_EMIT ui->requestFlagPlot(flag->text); });
-    QAction *const first = menu->actions().value(0);
-    menu->insertAction(first, plot);
-    menu->insertSeparator(first);
+    if (const auto flag = flagAt(address))
+        addPlotFlagCommand(menu, *m_uiInfo, flag);
 }
 
 void RecordForm::flagClicked(const QUrl &url)
 {
-    m_uiInfo->setHighlights({}, {});
-    const auto flag = flagAt(url.path());
-    if (!flag)
-        return;
-    const QVariantMap &properties = flag->properties;
-    QList<int> electrometers;
-    const QVariantList numbers = properties.value(QStringLiteral("elms")).toList();
-    for (const QVariant &number : numbers)
-        electrometers.append(number.toInt());
-    m_uiInfo->setHighlights(properties.value(QStringLiteral("vars")).toStringList(), electrometers);
+    highlightSubjects(*m_uiInfo, flagAt(url.path()).get());
 }
 
 void RecordForm::setTexts(const QString &date, const QString &begin, const QString &end, const QString &mode)

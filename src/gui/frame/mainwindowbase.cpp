@@ -4,6 +4,7 @@
 #include "gui/browser/controls/plotmenu.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/diagnosticstatusdockwidget.h"
 #include "gui/common/focusreturn.h"
 #include "gui/common/iconhelp.h"
 #include "gui/common/inversionstatistics.h"
@@ -154,6 +155,8 @@ void MainWindowBase::setupDocks()
         {selected, QStringLiteral("current-record"), Qt::LeftDockWidgetArea},
     };
     m_docks.insert(m_docks.begin(), std::begin(own), std::end(own));
+    m_statusDock = new DiagnosticStatusDockWidget(m_uiInfo, this);
+    m_docks.push_back({m_statusDock, QStringLiteral("diagnostic-status"), Qt::RightDockWidgetArea});
     for (const DockPlace &place : m_docks) {
         place.dock->toggleViewAction()->setIcon(namedIcon(place.icon));
         addDockWidget(place.area, place.dock);
@@ -283,6 +286,8 @@ void MainWindowBase::implicitDisableFollowLast()
 
 void MainWindowBase::recordUpdated(int, std::shared_ptr<Record> record, int flags)
 {
+    if (m_statusDock && (flags & RecordCameIn) != 0)
+        m_statusDock->addRecord(record);
     m_shown->recordUpdated(record, flags);
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+class DiagnosticStatusDockWidget;
 class LogDock;
 class QSettings;
 class QToolBar;
@@ -101,6 +102,7 @@ protected:
     QSettings *settings() const { return m_settings.get(); }
     const Log::Logger &logger() const { return m_logger; }
     const Actions &actions() const { return m_actions; }
+    DiagnosticStatusDockWidget *statusDock() const { return m_statusDock; }
     RecordViews::ReportView *reportView() const { return m_reportView; }
     QMenu *fileMenu() const { return m_fileMenu; }
     QMenu *viewMenu() const { return m_viewMenu; }
@@ -130,6 +132,7 @@ private:
     ShownRecord *m_shown;
     Tsb::TimeSeriesBrowser *m_browser;
     RecordForm *m_recordForm = nullptr;
+    DiagnosticStatusDockWidget *m_statusDock = nullptr;
     RecordViews::ReportView *m_reportView = nullptr;
     std::vector<DockPlace> m_docks;
     QList<RecordViews::RecordView *> m_recordViews; ///< told of each shown record

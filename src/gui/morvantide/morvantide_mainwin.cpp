@@ -5,6 +5,7 @@
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/diagnosticstatusdockwidget.h"
 #include "gui/common/iconhelp.h"
 #include "gui/common/menubutton.h"
 #include "gui/common/recordviews/reportview.h"
@@ -207,6 +208,7 @@ void MorvantideMainWindow::showData(FileReader &reader)
     reader.metadata()->dpVariants.insert(0, variant);
     uiInfo()->setData(reader.metadata(), reader.spectrumInfos().toList());
     uiInfo()->publish();
+    statusDock()->addRecords(*reader.datastore());
     setBrowsingEnabled(true);
     setDatastore(reader.datastore());
     m_inverters.setDatastore(reader.datastore());
@@ -232,6 +234,7 @@ void MorvantideMainWindow::closeData()
     setTitle(false);
     clearWindowSetup();
     setDatastore(nullptr);
+    statusDock()->clear();
     uiInfo()->clear();
     uiInfo()->publish();
     m_inverters.setDatastore(nullptr);

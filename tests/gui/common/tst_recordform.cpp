@@ -21,15 +21,6 @@ namespace {
 
 constexpr std::int64_t day20190912 = 18151 * ticksPerDay;
 
-std::shared_ptr<RecordFlag> flag(const QString &message, int type, const QVariantMap &properties = {})
-{
-    auto made = std::make_shared<RecordFlag>();
-    made->message = message;
-    made->type = type;
-    made->properties = properties;
-    return made;
-}
-
 /// Ends at 23:59:59.5 UTC.
 std::shared_ptr<Record> record()
 {
@@ -102,12 +93,13 @@ TEST(RecordText, Notes)
     one->spectraProvisional = true;
     EXPECT_TRUE(RecordText::notes(*one).contains("Distribution estimates are provisional"));
     one->provisional = true;
-    one->flags = {flag("low %1", RecordFlag::Note), flag("<b>", RecordFlag::Failure), flag("x", RecordFlag::Warning)};
+    one->flags = {testFlag("low %1", RecordFlag::Note), testFlag("<b>", RecordFlag::Failure),
+                  testFlag("x", RecordFlag::Warning)};
     EXPECT_EQ(RecordText::notes(*one),
               "<html><body><div class=\"info\">Measurement results are provisional</div>"
               "<div><a href='0' class='info'> low %1</div><div><a href='1' class='failure'> &lt;b&gt;</div>"
               "<div><a href='2' class='warning'> x</div></body></html>");
-    one->flags.assign(50000, flag("x", RecordFlag::Note));
+    one->flags.assign(50000, testFlag("x", RecordFlag::Note));
     EXPECT_EQ(RecordText::notes(*one).count("href"), 1000);
     EXPECT_TRUE(RecordText::notes(*one).contains("and 49000 more"));
 }
@@ -149,8 +141,8 @@ TEST(RecordForm, FlagsHighlightWhatTheyAreAbout)
     Form f;
     auto one = record();
     one->flags = {
-        flag("none", RecordFlag::Note),
-        flag("flow", RecordFlag::Failure, {{"vars", QVariantList{"flow", "rh"}}, {"elms", QVariantList{3, 4}}})};
+        testFlag("none", RecordFlag::Note),
+        testFlag("flow", RecordFlag::Failure, {{"vars", QVariantList{"flow", "rh"}}, {"elms", QVariantList{3, 4}}})};
     f.form.showRecord(one);
     f.form.show();
 
@@ -193,7 +185,7 @@ TEST(RecordForm, TabPassesThroughTheFlagsBothWays)
     for (const int flags : {0, 1, 3}) {
         auto shown = record();
         for (int i = 0; i < flags; ++i)
-            shown->flags.push_back(flag(QString::number(i), i));
+            shown->flags.push_back(testFlag(QString::number(i), i));
         f.form.showRecord(shown);
         for (const auto &way : ways) {
             QStringList chosen;
@@ -217,7 +209,7 @@ TEST(RecordForm, PlotsAFlagFromItsContextMenu)
     Form f;
     auto one = record();
     one->provisional = true; // a line that is no link
-    one->flags = {flag("first", RecordFlag::Note), flag("second", RecordFlag::Failure)};
+    one->flags = {testFlag("first", RecordFlag::Note), testFlag("second", RecordFlag::Failure)};
     one->flags[0]->text = "{message: first}";
     one->flags[1]->text = "{message: second, type: failure}";
     f.form.showRecord(one);
