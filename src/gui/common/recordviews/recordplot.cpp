@@ -1,0 +1,234 @@
+#include "gui/common/recordviews/recordplot.h"
+
+#include "gui/common/recordviews/panzoomhelper.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+
+#include <qwt_plot_canvas.h>
+#include <qwt_plot_grid.h>
+#include <qwt_plot_layout.h>
+#include <qwt_scale_widget.h>
+#include <qwt_text_label.h>
+
+namespace RecordViews {
+
+namespace {
+
+constexpr double keyZoom = 0.8;
+constexpr double keyPan = 0.1; ///< of an axis
+constexpr double gridStrength = 0.2;
+
+QwtText plainText(const QString &text)
+{
+    return QwtText(text, QwtText::PlainText);
+}
+
+QColor mixed(const QColor &a, const QColor &b, double partOfB)
+{
+    const auto mix = [partOfB](int x, int y) { return qRound(x + (y - x) * partOfB); };
+    return QColor(mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue()));
+}
+
+} // namespace
+
+RecordPlot::RecordPlot(QWidget *parent)
+    : QwtPlot(parent), m_grid(new QwtPlotGrid), m_readout(new PlotReadout(this, [this] { return readoutSeries(); }))
+{
+    setAutoReplot(false);
+    setFocusPolicy(Qt::StrongFocus);
+    auto *frame = static_cast<QwtPlotCanvas *>(canvas());
+    frame->setFrameStyle(QFrame::Box | QFrame::Plain);
+    frame->setLineWidth(1);
+    frame->setBorderRadius(0);
+    canvas()->setFocusPolicy(Qt::NoFocus); // keys are the plot's
+    canvas()->setCursor(Qt::ArrowCursor);
+    plotLayout()->setAlignCanvasToScales(true);
+    m_grid->attach(this);
+    for (int axis : {xBottom, yLeft})
+        setupAxis(axis);
+    takeFonts();
+    takeColors();
+}
+
+RecordPlot::~RecordPlot() = default;
+
+void RecordPlot::setupAxis(int axis)
+{
+    auto *const helper = new PanZoomHelper(this, axis);
+    helper->setAutoMode(true);
+    connect(helper, &PanZoomHelper::setAutoScaleEnabled, this,
+            axis == yLeft ? &RecordPlot::setVerticalAutoscale : &RecordPlot::setHorizontalAutoscale);
+    axisOf(axis).helper = helper;
+    axisWidget(axis)->setMargin(0);
+}
+
+void RecordPlot::setPlainTitle(const QString &title)
+{
+    setTitle(plainText(title));
+}
+
+void RecordPlot::setPlainAxisTitle(int axis, const QString &title)
+{
+    QwtText text = plainText(title);
+    text.setFont(font());
+    setAxisTitle(axis, text);
+}
+
+// ---- axes
+
+void RecordPlot::setVerticalAutoscale(bool on)
+{
+    setAutoscale(yLeft, on);
+}
+
+void RecordPlot::setHorizontalAutoscale(bool on)
+{
+    setAutoscale(xBottom, on);
+}
+
+void RecordPlot::setAutoscale(int axis, bool on)
+{
+    axisOf(axis).isAutomatic = on;
+    axisOf(axis).isFitted = false;
+    if (on)
+        replot();
+}
+
+void RecordPlot::setAxesLocked(bool on)
+{
+    if (m_areLocked == on)
+        return;
+    m_areLocked = on;
+    if (!on)
+        fitAxes();
+}
+
+void RecordPlot::fitAxes()
+{
+    for (Axis *axis : {&m_horizontal, &m_vertical})
+        *axis = {axis->helper};
+    replot();
+}
+
+void RecordPlot::replot()
+{
+    for (int axis : {xBottom, yLeft})
+        setAxisAutoScale(axis, axisOf(axis).isAutomatic && !(m_areLocked && axisOf(axis).isFitted));
+    QwtPlot::replot();
+    noteFitted();
+    m_readout->refresh();
+}
+
+void RecordPlot::noteFitted()
+{
+    for (const QwtPlotItem *item : itemList()) {
+        if (!item->isVisible() || !item->testItemAttribute(QwtPlotItem::AutoScale))
+            continue;
+        const QRectF extent = item->boundingRect();
+        m_horizontal.isFitted |= extent.width() >= 0;
+        m_vertical.isFitted |= extent.height() >= 0;
+    }
+}
+
+// ---- keys
+
+void RecordPlot::keyPressEvent(QKeyEvent *event)
+{
+    if (!pressPanZoomKey(*event) && !pressReadoutKey(*event))
+        QwtPlot::keyPressEvent(event);
+}
+
+bool RecordPlot::pressPanZoomKey(const QKeyEvent &event)
+{
+    const bool isShifted = event.modifiers() & Qt::ShiftModifier;
+    const auto zoom = [this](double factor) {
+        m_horizontal.helper->zoom(factor);
+        m_vertical.helper->zoom(factor);
+    };
+    switch (event.key()) {
+    case Qt::Key_Plus:
+        zoom(keyZoom);
+        return true;
+    case Qt::Key_Minus:
+        zoom(1 / keyZoom);
+        return true;
+    case Qt::Key_Home:
+        fitAxes();
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        if (isShifted)
+            m_horizontal.helper->pan(event.key() == Qt::Key_Right ? keyPan : -keyPan);
+        return isShifted;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        if (isShifted)
+            m_vertical.helper->pan(event.key() == Qt::Key_Up ? keyPan : -keyPan);
+        return isShifted;
+    default:
+        return false;
+    }
+}
+
+bool RecordPlot::pressReadoutKey(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_Comma:
+        m_readout->stepPoint(-1);
+        return true;
+    case Qt::Key_Period:
+        m_readout->stepPoint(1);
+        return true;
+    case Qt::Key_PageUp:
+        m_readout->stepSeries(-1);
+        return true;
+    case Qt::Key_PageDown:
+        m_readout->stepSeries(1);
+        return true;
+    case Qt::Key_Escape:
+        m_readout->hide();
+        return true;
+    default:
+        return false;
+    }
+}
+
+// ---- looks
+
+void RecordPlot::changeEvent(QEvent *event)
+{
+    QwtPlot::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        takeColors();
+    else if (event->type() == QEvent::FontChange)
+        takeFonts();
+}
+
+void RecordPlot::takeColors()
+{
+    const QColor paper = palette().color(QPalette::Base);
+    const QColor ink = palette().color(QPalette::Text);
+    QPalette colors = canvas()->palette();
+    colors.setColor(QPalette::Window, paper);
+    colors.setColor(QPalette::WindowText, mixed(paper, ink, 2 * gridStrength));
+    canvas()->setPalette(colors);
+    m_grid->setPen(mixed(paper, ink, gridStrength), 0, Qt::DotLine);
+    QwtPlot::replot();
+}
+
+void RecordPlot::takeFonts()
+{
+    QFont bold = font();
+    bold.setBold(true);
+    titleLabel()->setFont(bold);
+    for (int axis : {xBottom, yLeft}) {
+        setAxisFont(axis, font());
+        QwtText title = axisTitle(axis);
+        title.setFont(font());
+        setAxisTitle(axis, title);
+    }
+    updateLayout();
+}
+
+} // namespace RecordViews

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "gui/common/recordviews/plotreadout.h"
+
+#include <qwt_plot.h>
+
+class QwtPlotGrid;
+
+namespace RecordViews {
+
+class PanZoomHelper;
+
+/// The base of the plots of one record. Its colours are those of the palette, its titles plain text. The axes xBottom
+/// and yLeft fit the visible items that have the attribute AutoScale, unless the user has panned or zoomed them (see
+/// PanZoomHelper) or locked both. Keys do what the mouse does: + and - zoom, Shift with an arrow pans, Home fits, comma
+/// and full stop step the read-out through the points, Page Up and Page Down through the series, Esc hides it.
+class RecordPlot : public QwtPlot {
+    Q_OBJECT
+public:
+    explicit RecordPlot(QWidget *parent = nullptr);
+    ~RecordPlot() override;
+
+    void setPlainTitle(const QString &title);
+    void setPlainAxisTitle(int axis, const QString &title);
+
+    /// Locked axes stay as they are while contents change. The user still moves them, and has them fitted once more.
+    bool areAxesLocked() const { return m_areLocked; }
+    PlotReadout *readout() const { return m_readout; }
+
+    /// Once for all changes: nothing else draws the plot anew. Axes without any contents stay as they are.
+    void replot() override;
+
+public Q_SLOTS:
+    /// Unlocking fits both axes again.
+    void setAxesLocked(bool on);
+    void setVerticalAutoscale(bool on);
+    void setHorizontalAutoscale(bool on);
+    void fitAxes();
+
+protected:
+    /// What the read-out tells of. Asked when the pointer moves.
+    virtual QVector<PlotReadout::Series> readoutSeries() const { return {}; }
+
+    void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    struct Axis {
+        PanZoomHelper *helper = nullptr;
+        bool isAutomatic = true; ///< the user hasn't panned or zoomed it
+        bool isFitted = false;   ///< it has been, to some contents
+    };
+
+    Axis &axisOf(int axis) { return axis == yLeft ? m_vertical : m_horizontal; }
+    void setupAxis(int axis);
+    void setAutoscale(int axis, bool on);
+    void noteFitted();
+    void takeColors();
+    void takeFonts();
+    bool pressPanZoomKey(const QKeyEvent &event);
+    bool pressReadoutKey(const QKeyEvent &event);
+
+    QwtPlotGrid *m_grid;
+    PlotReadout *m_readout;
+    Axis m_horizontal;
+    Axis m_vertical;
+    bool m_areLocked = false;
+};
+
+} // namespace RecordViews
