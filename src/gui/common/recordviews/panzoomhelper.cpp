@@ -69,10 +69,10 @@ QwtScaleMap PanZoomHelper::presentMap() const
     return m_plot->axisScaleDraw(m_axis)->scaleMap();
 }
 
-QPointF PanZoomHelper::acrossAndAlong(const QPointF &position) const
+QPointF PanZoomHelper::acrossAndAlong(const QPointF &way) const
 {
     const bool isVertical = m_axis == QwtPlot::yLeft || m_axis == QwtPlot::yRight;
-    return isVertical ? position : QPointF(-position.y(), position.x());
+    return isVertical ? way : QPointF(-way.y(), way.x());
 }
 
 void PanZoomHelper::press(const QMouseEvent &event)
@@ -80,7 +80,8 @@ void PanZoomHelper::press(const QMouseEvent &event)
     if (event.button() != Qt::LeftButton)
         return;
     m_isDragging = true;
-    m_start = acrossAndAlong(event.localPos());
+    m_start = m_widget->mapTo(m_plot, QPoint()) + event.localPos();
+    m_center = acrossAndAlong(event.localPos()).y();
     m_startMap = presentMap();
     m_widget->setCursor(Qt::ClosedHandCursor);
 }
@@ -89,8 +90,9 @@ void PanZoomHelper::drag(const QMouseEvent &event)
 {
     if (!m_isDragging || !(event.buttons() & Qt::LeftButton))
         return;
-    const QPointF moved = acrossAndAlong(event.localPos()) - m_start;
-    show(m_startMap, m_start.y(), moved.y(), std::pow(dragZoom, moved.x()));
+    // In the plot: the widget itself moves when the texts at its ticks grow.
+    const QPointF moved = acrossAndAlong(m_widget->mapTo(m_plot, QPoint()) + event.localPos() - m_start);
+    show(m_startMap, m_center, moved.y(), std::pow(dragZoom, moved.x()));
 }
 
 void PanZoomHelper::release(const QMouseEvent &event)

@@ -52,7 +52,7 @@ private:
     void turnWheel(const QWheelEvent &event);
     void autoscale();
     void show(const QwtScaleMap &map, double center, double shift, double factor);
-    QPointF acrossAndAlong(const QPointF &position) const;
+    QPointF acrossAndAlong(const QPointF &way) const;
     QwtScaleMap presentMap() const;
 
     QwtPlot *m_plot;
@@ -60,7 +60,9 @@ private:
     QwtScaleWidget *m_widget; ///< shows the axis
     bool m_isAuto = false;
     bool m_isDragging = false;
-    QPointF m_start; ///< across and along the axis
+    // Where the drag started: in the plot, along the axis, and the scale of then.
+    QPointF m_start;
+    double m_center = 0;
     QwtScaleMap m_startMap;
 };
 

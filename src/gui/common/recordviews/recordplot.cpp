@@ -65,7 +65,9 @@ void RecordPlot::setupAxis(int axis)
 
 void RecordPlot::setPlainTitle(const QString &title)
 {
-    setTitle(plainText(title));
+    QwtText text = plainText(title);
+    text.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
+    setTitle(text);
 }
 
 void RecordPlot::setPlainAxisTitle(int axis, const QString &title)
