@@ -44,8 +44,7 @@ DockTitleBar::DockTitleBar(QDockWidget *dock) : QWidget(dock), m_news(new QLabel
     layout->addStretch();
     layout->addWidget(floats);
     layout->addWidget(closes);
-    // A narrow dock cuts the words, and isn't held open by them.
-    title->setMinimumWidth(1);
+    // A narrow dock cuts the news, and is not held open by them.
     m_news->setMinimumWidth(1);
     dock->setTitleBarWidget(this);
 }

@@ -14,6 +14,7 @@
 #include "gui/common/recordviews/recordview.h"
 #include "gui/common/recordviews/reportview.h"
 #include "gui/frame/abouttext.h"
+#include "gui/frame/docklayout.h"
 #include "gui/frame/windowgeometry.h"
 
 #include <QAction>
@@ -87,6 +88,13 @@ void MainWindowBase::showAboutBox()
     QMessageBox::about(this, tr("About %1").arg(m_appName), m_aboutText);
 }
 
+void MainWindowBase::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (!std::exchange(m_wasShown, true))
+        sizeDocks(*this); // not before: only now the window has its size
+}
+
 void MainWindowBase::closeEvent(QCloseEvent *event)
 {
     storeMainWindowState();
@@ -144,33 +152,29 @@ void MainWindowBase::setupContextActions()
 void MainWindowBase::setupDocks()
 {
     statusBar(); // made at its first use; without it no status tip is ever seen
+    addDock(m_logDock, QStringLiteral("log"));
     auto *selected = new QDockWidget(tr("Selected record"), this);
     selected->setObjectName(QStringLiteral("currentrecordform"));
     m_recordForm = new RecordForm(m_uiInfo, selected);
     selected->setWidget(m_recordForm);
+    addDock(selected, QStringLiteral("current-record"));
     m_reportView = new RecordViews::ReportView(m_uiInfo, this);
-    addRecordView(m_reportView, {}, Qt::BottomDockWidgetArea);
-    const DockPlace own[] = {
-        {m_logDock, QStringLiteral("log"), Qt::BottomDockWidgetArea},
-        {selected, QStringLiteral("current-record"), Qt::LeftDockWidgetArea},
-    };
-    m_docks.insert(m_docks.begin(), std::begin(own), std::end(own));
+    addRecordView(m_reportView, {});
     m_statusDock = new DiagnosticStatusDockWidget(m_uiInfo, this);
-    m_docks.push_back({m_statusDock, QStringLiteral("diagnostic-status"), Qt::RightDockWidgetArea});
-    for (const DockPlace &place : m_docks) {
-        place.dock->toggleViewAction()->setIcon(namedIcon(place.icon));
-        addDockWidget(place.area, place.dock);
-    }
-    tabifyDockWidget(m_logDock, m_reportView);
-    m_logDock->raise();
-    // The log is a strip to glance at, not half of the window.
-    resizeDocks({m_logDock}, {fontMetrics().lineSpacing() * 7}, Qt::Vertical);
+    addDock(m_statusDock, QStringLiteral("diagnostic-status"));
+    arrangeDocks(*this);
 }
 
-void MainWindowBase::addRecordView(RecordViews::RecordView *view, const QString &icon, Qt::DockWidgetArea area)
+void MainWindowBase::addDock(QDockWidget *dock, const QString &icon)
+{
+    dock->toggleViewAction()->setIcon(namedIcon(icon));
+    m_docks.append(dock);
+}
+
+void MainWindowBase::addRecordView(RecordViews::RecordView *view, const QString &icon)
 {
     m_recordViews.append(view);
-    m_docks.push_back({view, icon, area});
+    addDock(view, icon);
 }
 
 void MainWindowBase::setupToolbar()
@@ -196,8 +200,8 @@ void MainWindowBase::setupMenus()
     timeseriesMenu->addActions(m_browser->viewActions());
 
     m_viewMenu = menuBar()->addMenu(tr("&View"));
-    for (const DockPlace &place : m_docks)
-        m_viewMenu->addAction(place.dock->toggleViewAction());
+    for (const QDockWidget *dock : qAsConst(m_docks))
+        m_viewMenu->addAction(dock->toggleViewAction());
 
     menuBar()->addMenu(tr("&Help"))->addAction(m_actions.about);
 }

@@ -7,7 +7,6 @@
 #include <QMainWindow>
 
 #include <memory>
-#include <vector>
 
 class DiagnosticStatusDockWidget;
 class LogDock;
@@ -84,6 +83,7 @@ protected:
     virtual void setupDocks();
     virtual void setupToolbar();
     virtual void setupMenus();
+    void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
     /// Window geometry, which belongs to the user and not to the data.
@@ -95,8 +95,10 @@ protected:
     void setDatastore(std::shared_ptr<Datastore> store);
     void setAboutInfo(const QString &name, const QString &description);
     void setSettings(std::unique_ptr<QSettings> settings);
-    /// Enters a view that is told of each shown record. Called from setupDocks.
-    void addRecordView(RecordViews::RecordView *view, const QString &icon, Qt::DockWidgetArea area);
+    /// Enters a dock, which gets an entry in the menu "View". Called from setupDocks, which gives docks their places.
+    void addDock(QDockWidget *dock, const QString &icon);
+    /// The same for a view that is told of each shown record.
+    void addRecordView(RecordViews::RecordView *view, const QString &icon);
 
     const QString &appName() const { return m_appName; }
     QSettings *settings() const { return m_settings.get(); }
@@ -109,13 +111,6 @@ protected:
     QToolBar *toolBar() const { return m_toolBar; }
 
 private:
-    /// A dock, and where it goes by default.
-    struct DockPlace {
-        QDockWidget *dock;
-        QString icon;
-        Qt::DockWidgetArea area;
-    };
-
     void setupShortcuts();
     void setCorners();
     QAction *makeAction(const QString &text, const QString &icon = {}, const QString &shortText = {});
@@ -134,12 +129,13 @@ private:
     RecordForm *m_recordForm = nullptr;
     DiagnosticStatusDockWidget *m_statusDock = nullptr;
     RecordViews::ReportView *m_reportView = nullptr;
-    std::vector<DockPlace> m_docks;
+    QList<QDockWidget *> m_docks;
     QList<RecordViews::RecordView *> m_recordViews; ///< told of each shown record
     Actions m_actions;
     QMenu *m_fileMenu = nullptr;
     QMenu *m_viewMenu = nullptr;
     QToolBar *m_toolBar = nullptr;
     std::unique_ptr<QSettings> m_settings; ///< made by the derived class
+    bool m_wasShown = false;
     bool m_viewUpdateQueued = false;
 };

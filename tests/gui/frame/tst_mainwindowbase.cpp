@@ -39,7 +39,7 @@ struct Window : MainWindowBase {
         setAboutInfo("Morvantide", "About it");
         setupActions();
         setupContextActions();
-        addRecordView(view, "diagnostics", Qt::RightDockWidgetArea);
+        addRecordView(view, "diagnostics");
         setupDocks();
         setupToolbar();
         setupMenus();
@@ -337,7 +337,7 @@ TEST_F(MainWindowBaseTest, EveryDockHasItsName)
     for (const QDockWidget *dock : window.findChildren<QDockWidget *>())
         names.append(dock->objectName());
     names.sort();
-    EXPECT_EQ(names, (QStringList{"", "currentrecordform", "logDock", "reportView"}));
+    EXPECT_EQ(names, (QStringList{"", "currentrecordform", "diagnosticStatus", "logDock", "reportView"}));
     EXPECT_EQ(window.corner(Qt::BottomLeftCorner), Qt::LeftDockWidgetArea);
     EXPECT_EQ(window.corner(Qt::BottomRightCorner), Qt::RightDockWidgetArea);
 }

@@ -1,0 +1,81 @@
+#include "gui/frame/docklayout.h"
+
+#include <QDockWidget>
+#include <QMainWindow>
+
+namespace {
+
+enum Relation { Alone, Below, TabOf };
+
+/// Where a dock goes: into an area, alone in it or beside another dock that came before.
+struct Place {
+    const char *name;
+    Qt::DockWidgetArea area;
+    Relation relation;
+    const char *other;
+};
+
+const Place places[] = {
+    {"currentrecordform", Qt::LeftDockWidgetArea, Alone, nullptr},
+    {"spectraView", Qt::LeftDockWidgetArea, Below, "currentrecordform"},
+    {"electrometersPlotView", Qt::LeftDockWidgetArea, TabOf, "spectraView"},
+    {"electrometersView", Qt::RightDockWidgetArea, Alone, nullptr},
+    {"diagnosticsView", Qt::RightDockWidgetArea, TabOf, "electrometersView"},
+    {"varGridView", Qt::RightDockWidgetArea, TabOf, "electrometersView"},
+    {"diagnosticStatus", Qt::RightDockWidgetArea, Below, "electrometersView"},
+    {"commentList", Qt::RightDockWidgetArea, TabOf, "diagnosticStatus"},
+    {"logDock", Qt::BottomDockWidgetArea, Alone, nullptr},
+    {"reportView", Qt::BottomDockWidgetArea, TabOf, "logDock"},
+};
+
+constexpr int sideCharacters = 46; // the electrometer table fits
+constexpr int formLines = 16, logLines = 7;
+
+QDockWidget *dockOf(const QMainWindow &window, const char *name)
+{
+    return name ? window.findChild<QDockWidget *>(QString::fromLatin1(name), Qt::FindDirectChildrenOnly) : nullptr;
+}
+
+void place(QMainWindow &window, QDockWidget *dock, const Place &place)
+{
+    window.addDockWidget(place.area, dock);
+    QDockWidget *const other = dockOf(window, place.other);
+    if (other && place.relation == Below)
+        window.splitDockWidget(other, dock, Qt::Vertical);
+    else if (other && place.relation == TabOf)
+        window.tabifyDockWidget(other, dock);
+}
+
+} // namespace
+
+void arrangeDocks(QMainWindow &window)
+{
+    QList<QDockWidget *> unknown = window.findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const Place &each : places) {
+        if (QDockWidget *dock = dockOf(window, each.name)) {
+            place(window, dock, each);
+            unknown.removeOne(dock);
+        }
+    }
+    for (QDockWidget *dock : qAsConst(unknown))
+        window.addDockWidget(Qt::RightDockWidgetArea, dock);
+    for (const Place &each : places) { // of docks in tabs the first is seen
+        if (QDockWidget *dock = dockOf(window, each.name); dock && each.relation != TabOf)
+            dock->raise();
+    }
+}
+
+void sizeDocks(QMainWindow &window)
+{
+    const QFontMetrics metrics = window.fontMetrics();
+    const int byFont = metrics.averageCharWidth() * sideCharacters;
+    const int side = qMin(qMax(byFont, window.width() / 6), window.width() / 4);
+    const auto resize = [&window](const char *name, int size, Qt::Orientation orientation) {
+        if (QDockWidget *dock = dockOf(window, name))
+            window.resizeDocks({dock}, {size}, orientation);
+    };
+    resize("currentrecordform", side, Qt::Horizontal);
+    resize("electrometersView", side, Qt::Horizontal);
+    resize("logDock", metrics.lineSpacing() * logLines, Qt::Vertical);
+    resize("currentrecordform", metrics.lineSpacing() * formLines, Qt::Vertical);
+}

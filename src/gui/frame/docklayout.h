@@ -1,0 +1,12 @@
+#pragma once
+
+class QMainWindow;
+
+/// Places the docks of the window, which it knows by their object names, where they stand by default: the record and its
+/// plots on the left, its tables and the flags on the right, the log at the bottom. Docks that there aren't leave no gap;
+/// a dock whose name it doesn't know goes to the right.
+void arrangeDocks(QMainWindow &window);
+
+/// Gives the docks their first sizes, by font and window: half of the width or more is left to the centre, and the log
+/// is a strip to glance at. For a window that has its size.
+void sizeDocks(QMainWindow &window);
