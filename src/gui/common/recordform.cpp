@@ -1,12 +1,14 @@
 #include "gui/common/recordform.h"
 
+#include "gui/common/commentedit.h"
+#include "gui/common/commentmap.h"
 #include "gui/common/flagcommands.h"
 #include "gui/common/notesbrowser.h"
 #include "gui/common/recordtext.h"
 
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QTextDocument>
 #include <QUrl>
@@ -32,15 +34,14 @@ QLabel *makeLabel(const QString &name, const QString &widest, QWidget *parent)
 } // namespace
 
 RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
-    : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_commentEdit(new QLineEdit(this)), m_notes(new NotesBrowser(this))
+    : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_commentEdit(new CommentEdit(this)),
+      m_notSavedLabel(new QLabel(tr("not saved"), this)), m_notes(new NotesBrowser(this))
 {
     setObjectName(QStringLiteral("RecordForm"));
     m_dateLabel = makeLabel(QStringLiteral("dateLabel"), QStringLiteral("0000-00-00 (UTC+00:00)"), this);
     m_beginTimeLabel = makeLabel(QStringLiteral("beginTimeLabel"), QStringLiteral("00:00:00.000"), this);
     m_endTimeLabel = makeLabel(QStringLiteral("endTimeLabel"), QStringLiteral("00:00:00.000"), this);
     m_opmodeLabel = makeLabel(QStringLiteral("opmodeLabel"), QStringLiteral("particlesxx"), this);
-    m_commentEdit->setObjectName(QStringLiteral("commentEdit"));
-    m_commentEdit->setEnabled(false);
     m_notes->setObjectName(QStringLiteral("notesBrowser"));
     m_notes->setAccessibleName(tr("Notes and flags"));
     m_notes->document()->setDefaultStyleSheet(QString::fromLatin1(notesStyle));
@@ -51,14 +52,62 @@ RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
     layout->addRow(tr("Begin:"), m_beginTimeLabel);
     layout->addRow(tr("End:"), m_endTimeLabel);
     layout->addRow(tr("Mode:"), m_opmodeLabel);
-    layout->addRow(tr("Add comment"), m_commentEdit);
+    layout->addRow(tr("Add comment"), makeCommentRow());
     layout->addRow(m_notes);
 
     connect(m_notes, &QTextBrowser::anchorClicked, this, &RecordForm::flagClicked);
     connect(m_notes, &NotesBrowser::linkMenuRequested, this, &RecordForm::addFlagCommands);
     connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &RecordForm::updateSetup);
+    connect(m_commentEdit, &CommentEdit::editStarted, this, &RecordForm::editStarted);
+    connect(m_commentEdit, &CommentEdit::editEnded, this, &RecordForm::editEnded);
+    connect(m_commentEdit, &CommentEdit::left, this, &RecordForm::editLeft);
     clear();
 }
+
+QWidget *RecordForm::makeCommentRow()
+{
+    auto *const row = new QWidget(this);
+    auto *const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_commentEdit);
+    layout->addWidget(m_notSavedLabel);
+    row->setFocusProxy(m_commentEdit);
+    m_commentEdit->setObjectName(QStringLiteral("commentEdit"));
+    m_notSavedLabel->setObjectName(QStringLiteral("notSavedLabel"));
+    m_notSavedLabel->setToolTip(tr("The comment could not be written; the log tells why. It is tried again with the "
+                                   "next comment, and when the data or the program are closed."));
+    return row;
+}
+
+// ---- the comment
+
+void RecordForm::setCommentMap(CommentMap *commentMap)
+{
+    if (m_commentMap)
+        disconnect(m_commentMap, nullptr, this, nullptr);
+    m_commentEdit->setCommentMap(commentMap);
+    m_commentMap = commentMap;
+    if (m_commentMap)
+        connect(m_commentMap, &CommentMap::changed, this, &RecordForm::showWhetherSaved);
+    showWhetherSaved();
+}
+
+void RecordForm::showWhetherSaved()
+{
+    m_notSavedLabel->setVisible(m_commentMap && !m_commentMap->isSaved(m_record));
+}
+
+void RecordForm::commitComment()
+{
+    m_commentEdit->commit();
+}
+
+void RecordForm::clearEditFocus()
+{
+    m_commentEdit->clearFocus();
+}
+
+// ---- the record
 
 void RecordForm::showRecord(std::shared_ptr<Record> record)
 {
@@ -70,7 +119,8 @@ void RecordForm::showRecord(std::shared_ptr<Record> record)
     const RecordText::Times times = RecordText::times(*m_record);
     const auto metadata = m_uiInfo->metadata();
     setTexts(times.date, times.begin, times.end, metadata ? metadata->opmodeName(m_record->opmode) : QString());
-    m_commentEdit->setText(QStringLiteral("n/a"));
+    m_commentEdit->showRecord(m_record);
+    showWhetherSaved();
     setNotes(RecordText::notes(*m_record));
 }
 
@@ -79,7 +129,8 @@ void RecordForm::clear()
     m_record.reset();
     const QString none = QStringLiteral("-");
     setTexts(none, none, none, none);
-    m_commentEdit->clear();
+    m_commentEdit->showRecord(nullptr);
+    showWhetherSaved();
     setNotes({});
 }
 

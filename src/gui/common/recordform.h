@@ -3,33 +3,51 @@
 #include "gui/common/uiinfo.h"
 #include "records/record.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
 
+class CommentEdit;
+class CommentMap;
 class NotesBrowser;
 class QLabel;
-class QLineEdit;
 class QMenu;
 class QUrl;
 
-/// Tells of the shown record: its times and mode, notes about it, and its flags. A click on a flag
-/// highlights the variables and electrometers that it is about, its context menu asks for a plot of it.
+/// Tells of the shown record: its times and mode, notes about it, and its flags; takes the comment on it. A click on a
+/// flag highlights the variables and electrometers that it is about, its context menu asks for a plot of it.
 class RecordForm : public QWidget {
     Q_OBJECT
 public:
     explicit RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr);
 
+    /// Hands a comment that has been typed to the map, though its line goes on.
+    void commitComment();
+
 public Q_SLOTS:
-    /// Null shows that there is none.
+    /// Null shows that there is none. A comment that was typed for the record before goes to the map first.
     void showRecord(std::shared_ptr<Record> record);
     void clear();
+    /// Null: the data can't have comments. What was typed goes to the map before. The map may die before the form.
+    void setCommentMap(CommentMap *commentMap);
+    /// Ends editing: what was typed goes to the map.
+    void clearEditFocus();
     /// Shows the record with its present names anew.
     void updateSetup();
     /// The address is the flag's place in the record.
     void flagClicked(const QUrl &url);
 
+Q_SIGNALS:
+    /// The comment's line has the focus, or has lost it.
+    void editStarted();
+    void editEnded();
+    /// The user has finished with the comment by a key: the focus is to go elsewhere.
+    void editLeft();
+
 private:
+    QWidget *makeCommentRow();
+    void showWhetherSaved();
     /// The record's flag of that place, or null.
     std::shared_ptr<Spectrometer::RecordFlag> flagAt(const QString &address) const;
     void addFlagCommands(QMenu *menu, const QString &address);
@@ -42,7 +60,9 @@ private:
     QLabel *m_beginTimeLabel;
     QLabel *m_endTimeLabel;
     QLabel *m_opmodeLabel;
-    QLineEdit *m_commentEdit; ///< disabled: there is nothing yet that would keep a comment
+    CommentEdit *m_commentEdit;
+    QLabel *m_notSavedLabel;
+    QPointer<CommentMap> m_commentMap;
     NotesBrowser *m_notes;
     QString m_notesHtml; ///< as it stands in m_notes
 };

@@ -4,6 +4,7 @@
 #include "gui/browser/controls/plotmenu.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/commentview.h"
 #include "gui/common/diagnosticstatusdockwidget.h"
 #include "gui/common/focusreturn.h"
 #include "gui/common/iconhelp.h"
@@ -11,10 +12,13 @@
 #include "gui/common/logbox.h"
 #include "gui/common/logdock.h"
 #include "gui/common/recordform.h"
+#include "gui/common/recordviews/diagnosticview.h"
 #include "gui/common/recordviews/recordview.h"
 #include "gui/common/recordviews/reportview.h"
 #include "gui/frame/abouttext.h"
 #include "gui/frame/docklayout.h"
+#include "gui/frame/opencomments.h"
+#include "gui/frame/recordsteps.h"
 #include "gui/frame/windowgeometry.h"
 
 #include <QAction>
@@ -31,6 +35,7 @@
 namespace {
 
 constexpr int settleTime = 500;                          // ms
+constexpr int messageTime = 5000;                        // ms
 constexpr std::int64_t firstTicksPerPixel = 100'000'000; // 10 s
 constexpr int firstOriginPixel = 10;
 
@@ -97,6 +102,7 @@ void MainWindowBase::showEvent(QShowEvent *event)
 
 void MainWindowBase::closeEvent(QCloseEvent *event)
 {
+    saveComments();
     storeMainWindowState();
     QCoreApplication::processEvents(QEventLoop::AllEvents, settleTime); // queued work may settle
     event->accept();
@@ -128,6 +134,7 @@ void MainWindowBase::setupActions()
     m_actions.previousView->setShortcut(Qt::ALT + Qt::Key_Left);
     m_actions.previousView->setEnabled(false);
     m_actions.inversionStats = makeAction(tr("Show inversion statistics"));
+    m_steps = new RecordSteps(m_shown, this);
 
     connect(m_actions.quit, &QAction::triggered, this, &QWidget::close);
     connect(m_actions.about, &QAction::triggered, this, &MainWindowBase::showAboutBox);
@@ -140,6 +147,8 @@ void MainWindowBase::setupActions()
     const Tsb::TimeNavigator *navigator = m_browser->timeView()->navigator();
     connect(m_actions.previousView, &QAction::triggered, navigator, &Tsb::TimeNavigator::goToPreviousView);
     connect(navigator, &Tsb::TimeNavigator::hasPreviousViewChanged, this, &MainWindowBase::updatePreviousView);
+    connect(m_steps, &RecordSteps::nothingFound, statusBar(),
+            [this](const QString &text) { statusBar()->showMessage(text, messageTime); });
     connect(m_actions.inversionStats, &QAction::triggered, this, &MainWindowBase::showInversionStats);
 }
 
@@ -158,8 +167,15 @@ void MainWindowBase::setupDocks()
     m_recordForm = new RecordForm(m_uiInfo, selected);
     selected->setWidget(m_recordForm);
     addDock(selected, QStringLiteral("current-record"));
+    addRecordView(new RecordViews::DiagnosticView(m_uiInfo, this), QStringLiteral("diagnostics"));
     m_reportView = new RecordViews::ReportView(m_uiInfo, this);
     addRecordView(m_reportView, {});
+    auto *comments = new QDockWidget(tr("Comment list"), this);
+    comments->setObjectName(QStringLiteral("commentList"));
+    auto *commentList = new CommentView(comments);
+    connect(commentList, &CommentView::commentSelected, this, &MainWindowBase::commentSelected);
+    m_comments = new OpenComments(m_recordForm, commentList, m_browser, this);
+    addDock(comments, QStringLiteral("comment-list"));
     m_statusDock = new DiagnosticStatusDockWidget(m_uiInfo, this);
     addDock(m_statusDock, QStringLiteral("diagnostic-status"));
     arrangeDocks(*this);
@@ -194,6 +210,8 @@ void MainWindowBase::setupMenus()
     menuBar()->addMenu(timeseriesMenu);
     timeseriesMenu->addActions({m_actions.followLast, m_actions.followNow, m_actions.fitTimescale, m_actions.goToTime,
                                 m_actions.previousView});
+    timeseriesMenu->addSeparator();
+    timeseriesMenu->addActions(m_steps->actions());
     timeseriesMenu->addSeparator();
     timeseriesMenu->addActions(m_browser->addPlotActions());
     timeseriesMenu->addSeparator();
@@ -325,6 +343,32 @@ void MainWindowBase::updateRecordViewsNow()
     m_viewUpdateQueued = false;
 }
 
+// ---- comments
+
+void MainWindowBase::setCommentMap(std::shared_ptr<CommentMap> map)
+{
+    m_steps->setCommentMap(map);
+    m_comments->setMap(std::move(map));
+}
+
+void MainWindowBase::saveComments()
+{
+    if (m_comments)
+        m_comments->save();
+}
+
+void MainWindowBase::commentSelected(int index)
+{
+    const auto record = datastore() ? m_comments->recordOfRow(index, *datastore()) : nullptr;
+    if (record)
+        showRecord(record);
+}
+
+void MainWindowBase::removeOrphanedComments()
+{
+    m_comments->removeOrphans([this](int variant) { return currentDatastoreFor(variant); });
+}
+
 // ---- the data
 
 void MainWindowBase::clearRecordViews()
@@ -389,6 +433,7 @@ void MainWindowBase::setBrowsingEnabled(bool on)
 {
     m_actions.followLast->setEnabled(on);
     m_actions.goToTime->setEnabled(on);
+    m_steps->setEnabled(on);
     m_browser->setEnabled(on);
     updatePreviousView();
 }

@@ -8,11 +8,14 @@
 
 #include <memory>
 
+class CommentMap;
 class DiagnosticStatusDockWidget;
 class LogDock;
+class OpenComments;
 class QSettings;
 class QToolBar;
 class RecordForm;
+class RecordSteps;
 
 namespace RecordViews {
 class RecordView;
@@ -60,6 +63,10 @@ public Q_SLOTS:
     void updateRecordViewsNow();
     virtual void implicitDisableFollowLast();
     void jumpRecord(JumpCmd command);
+    /// Shows the record of a row of the comment list; nothing for a row that isn't there.
+    void commentSelected(int index);
+    /// Forgets the comments whose records aren't in the store of their variant.
+    void removeOrphanedComments();
     /// Logs how well the spectra explain the currents.
     void showInversionStats();
 
@@ -93,6 +100,10 @@ protected:
     /// Lets go of the old store, and of the shown record with it, and takes the new one; null for none. UiInfo must
     /// describe the new one by then.
     void setDatastore(std::shared_ptr<Datastore> store);
+    /// Null for data that can't have comments. Those of the old map are saved before it goes.
+    void setCommentMap(std::shared_ptr<CommentMap> map);
+    /// Saves what is typed, and tries again what could not be written.
+    void saveComments();
     void setAboutInfo(const QString &name, const QString &description);
     void setSettings(std::unique_ptr<QSettings> settings);
     /// Enters a dock, which gets an entry in the menu "View". Called from setupDocks, which gives docks their places.
@@ -127,6 +138,8 @@ private:
     ShownRecord *m_shown;
     Tsb::TimeSeriesBrowser *m_browser;
     RecordForm *m_recordForm = nullptr;
+    OpenComments *m_comments = nullptr;
+    RecordSteps *m_steps = nullptr;
     DiagnosticStatusDockWidget *m_statusDock = nullptr;
     RecordViews::ReportView *m_reportView = nullptr;
     QList<QDockWidget *> m_docks;

@@ -34,7 +34,10 @@ std::optional<DataRequest> FileChoices::askForFolder(const QVariantMap &firstCho
     const QString folder = choice.value(QStringLiteral("folderName")).toString();
     m_settings->setValue(choiceKey, choice);
     m_settings->setValue(foldersKey, recentFoldersWith(folders, folder));
-    return DataRequest{folder, findDataFiles(choice), choice.value(QStringLiteral("variant")).toString()};
+    // Old-style files have no variant, whatever the box says.
+    const bool isLegacy = choice.value(QStringLiteral("legacyFiles")).toBool();
+    const QString variant = choice.value(QStringLiteral("variant")).toString();
+    return DataRequest{folder, findDataFiles(choice), isLegacy ? QStringLiteral("legacy") : variant};
 }
 
 std::optional<DataRequest> FileChoices::askForFiles()

@@ -9,6 +9,7 @@
 #include "gui/common/iconhelp.h"
 #include "gui/common/menubutton.h"
 #include "gui/common/recordviews/reportview.h"
+#include "gui/frame/opencomments.h"
 #include "gui/morvantide/filechoices.h"
 #include "gui/morvantide/morvantideinfowindow.h"
 #include "gui/morvantide/settingsfile.h"
@@ -123,6 +124,7 @@ void MorvantideMainWindow::setTitle(bool incomplete)
 
 void MorvantideMainWindow::terminateSignal()
 {
+    saveComments();
     storeMainWindowState();
     m_saving.stop(); // it runs the event loop only now and then
     QCoreApplication::quit();
@@ -208,9 +210,11 @@ void MorvantideMainWindow::showData(FileReader &reader)
     reader.metadata()->dpVariants.insert(0, variant);
     uiInfo()->setData(reader.metadata(), reader.spectrumInfos().toList());
     uiInfo()->publish();
+    setCommentMap(OpenComments::read(m_request.folder, *reader.metadata(), *reader.datastore()));
     statusDock()->addRecords(*reader.datastore());
     setBrowsingEnabled(true);
     setDatastore(reader.datastore());
+    removeOrphanedComments();
     m_inverters.setDatastore(reader.datastore());
     updateKeepingActions();
     updateReinversionActions();
@@ -234,6 +238,7 @@ void MorvantideMainWindow::closeData()
     setTitle(false);
     clearWindowSetup();
     setDatastore(nullptr);
+    setCommentMap(nullptr); // what was typed for its last record is in it by now
     statusDock()->clear();
     uiInfo()->clear();
     uiInfo()->publish();

@@ -253,12 +253,12 @@ TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
     const QScreen *screen = QGuiApplication::primaryScreen();
     EXPECT_LT(window->height(), screen->availableSize().height()) << "no room for the title bar";
     window->show();
-    window->setGeometry(40, 50, 720, 480);
+    window->setGeometry(40, 50, 790, 480);
     QTest::qWait(20);
     window->close();
     EXPECT_EQ(settings().value("version").toInt(), 3);
     makeWindow();
-    EXPECT_EQ(window->size(), QSize(720, 480));
+    EXPECT_EQ(window->size(), QSize(790, 480));
     window.reset();
 
     QByteArray geometry = settings().value("MainWindow/geometry").toByteArray();
@@ -270,13 +270,13 @@ TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
         EXPECT_LE(other.width(), 4000) << i;
     }
     settings().setValue("MainWindow/geometry", "rubbish");
-    EXPECT_GT(MorvantideMainWindow(settingsFile()).width(), 720);
+    EXPECT_GT(MorvantideMainWindow(settingsFile()).width(), 790);
 
     settings().setValue("version", 2);
     settings().setValue("datachooserOldPaths", QStringList{"/a"});
     settings().setValue("MainWindow/geometry", geometry);
     makeWindow();
-    EXPECT_GT(window->width(), 720);
+    EXPECT_GT(window->width(), 790);
     EXPECT_EQ(settings().allKeys(), QStringList{"version"}) << settings().allKeys().join(' ').toStdString();
 }
 
@@ -294,7 +294,8 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
               (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
     EXPECT_EQ(commands["Spectra"],
               (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
-    EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Inversion report"}));
+    EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Record variable list", "Inversion report", "Comment list",
+                                              "Diagnostic status"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");

@@ -1,7 +1,11 @@
 #include "gui/browser/plots/opmodeplot.h"
 
+#include "gui/browser/plots/notemarks.h"
+
 #include <QFontMetrics>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 
 namespace Tsb {
 
@@ -126,6 +130,39 @@ void OpmodePlot::drawRange(QPainter &painter, int first, int last)
     source.styles = &m_styles;
     source.styleOf = m_recordStyles.values(*datastore());
     m_painter.draw(painter, contentsRect().height(), source, timeScale(), first, last);
+    if (m_notes && m_mode == Opmode)
+        NoteMarks::draw(painter, contentsRect().height(), *m_notes, timeScale(), first, last);
+}
+
+// ---- notes
+
+void OpmodePlot::setNotes(const RecordNotes *notes)
+{
+    if (m_notes)
+        disconnect(m_notes, nullptr, this, nullptr);
+    m_notes = notes;
+    if (m_notes)
+        connect(m_notes, &RecordNotes::changed, this, &OpmodePlot::notesChanged);
+    requestFullRedraw();
+}
+
+void OpmodePlot::notesChanged(RecordTime first, RecordTime last)
+{
+    if (m_mode == Opmode)
+        requestRedraw(
+            {NoteMarks::columnOf(first, timeScale()), NoteMarks::columnOf(last, timeScale()) + NoteMarks::markWidth});
+}
+
+bool OpmodePlot::event(QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip && m_notes && m_mode == Opmode) {
+        const auto *help = static_cast<QHelpEvent *>(event);
+        if (const auto note = NoteMarks::noteAt(*m_notes, timeScale(), help->x() - contentsRect().left())) {
+            QToolTip::showText(help->globalPos(), NoteMarks::toolTip(*note), this);
+            return true;
+        }
+    }
+    return Plot::event(event);
 }
 
 void OpmodePlot::drawOverlay(QPainter &painter)

@@ -3,12 +3,16 @@
 #include "columns/recordcolumn.h"
 #include "gui/browser/drawing/barstrip.h"
 #include "gui/browser/plots/plot.h"
+#include "gui/common/recordnotes.h"
 #include "gui/common/uiinfo.h"
 #include "records/recordflag.h"
 
+#include <QPointer>
+
 namespace Tsb {
 
-/// A strip of one line: in which operating mode the instrument was, or in which records one flag is raised.
+/// A strip of one line: in which operating mode the instrument was, with marks under the records that have a note; or
+/// in which records one flag is raised.
 class OpmodePlot : public Plot {
     Q_OBJECT
 public:
@@ -22,6 +26,8 @@ public:
     void showFlag(const Spectrometer::RecordFlag &flag);
 
     void setDatastore(Datastore *datastore) override;
+    /// They may die before the plot; null for none.
+    void setNotes(const RecordNotes *notes);
     void setUiInfo(std::shared_ptr<UiInfo> uiInfo);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -33,8 +39,10 @@ protected:
     void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags) override;
     void drawRange(QPainter &painter, int first, int last) override;
     void drawOverlay(QPainter &painter) override;
+    bool event(QEvent *event) override;
 
 private:
+    void notesChanged(RecordTime first, RecordTime last);
     std::uint8_t flagStyleOf(const Record &record) const;
     void rebuildStyles();
 
@@ -45,6 +53,7 @@ private:
     std::vector<BarStyle> m_styles;
     RecordColumn<std::uint8_t> m_recordStyles; ///< places in m_styles
     BarStripPainter m_painter;
+    QPointer<const RecordNotes> m_notes;
 };
 
 /// The pale tint of an operating mode's colour that fills its bars.

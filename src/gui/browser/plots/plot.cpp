@@ -64,6 +64,12 @@ void Plot::requestFullRedraw()
     update();
 }
 
+void Plot::requestRedraw(const PixelRange &columns)
+{
+    if (m_image.touch(columns))
+        update();
+}
+
 // ---- what changes the picture
 
 void Plot::setTimeScale(TimeScale timescale)
@@ -110,8 +116,7 @@ void Plot::updateRecord(int index, const std::shared_ptr<Record> &record, int fl
 
 void Plot::removeRecord(int index, std::shared_ptr<Record> record)
 {
-    if (m_image.touch(rangeOfRemovedRecord(index, record)))
-        update();
+    requestRedraw(rangeOfRemovedRecord(index, record));
 }
 
 void Plot::setTimeCursor(bool visible, int pixel)

@@ -76,6 +76,8 @@ protected:
     virtual void drawOverlay(QPainter &painter);
     virtual void drawUnderlay(QPainter &painter);
     virtual void checkImageSize();
+    /// These columns of the image are out of date.
+    void requestRedraw(const PixelRange &columns);
     /// Told of every change of the store that is heard of, to keep values beside it.
     virtual void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags);
     /// The columns that a change concerns; empty for a change that doesn't show.

@@ -45,6 +45,11 @@ void OpmodeView::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
     SinglePlotView<OpmodePlot>::setUiInfo(std::move(uiInfo));
 }
 
+void OpmodeView::setNotes(const RecordNotes *notes)
+{
+    plot()->setNotes(notes);
+}
+
 void OpmodeView::showOpmode()
 {
     m_label->hide();

@@ -14,6 +14,7 @@ public:
     explicit OpmodeView(QWidget *parent = nullptr);
 
     void setUiInfo(std::shared_ptr<UiInfo> uiInfo) override;
+    void setNotes(const RecordNotes *notes) override;
     /// "type" is "opmode" or "flag", with the definition's text under "flag".
     QVariant settings() const override;
     void setSettings(const QVariant &settings) override;

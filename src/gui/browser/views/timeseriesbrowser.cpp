@@ -103,6 +103,13 @@ void TimeSeriesBrowser::setDatastore(Datastore *datastore)
         view->setDatastore(datastore);
 }
 
+void TimeSeriesBrowser::setNotes(const RecordNotes *notes)
+{
+    m_notes = notes;
+    for (View *view : m_views)
+        view->setNotes(notes);
+}
+
 void TimeSeriesBrowser::setListening(bool on)
 {
     for (Plot *plot : findChildren<Plot *>())
@@ -127,6 +134,7 @@ void TimeSeriesBrowser::addView(View *view)
     view->setTimeScale(timeScale());
     view->setUiInfo(m_uiInfo);
     view->setDatastore(m_datastore);
+    view->setNotes(m_notes);
     view->setCurrentRecord(m_currentRecord);
 }
 

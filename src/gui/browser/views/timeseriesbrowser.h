@@ -3,6 +3,7 @@
 #include "axis/timescale.h"
 #include "gui/browser/views/plotadder.h"
 #include "gui/browser/views/viewkinds.h"
+#include "gui/common/recordnotes.h"
 #include "gui/common/uiinfo.h"
 #include "store/datastore.h"
 
@@ -37,6 +38,9 @@ public:
 
     /// Hands the store to every view; it may die before the browser. Null takes it away.
     void setDatastore(Datastore *datastore);
+    /// Hands the notes to every view, which mark the records that have one; they may die before the browser. Null for
+    /// none.
+    void setNotes(const RecordNotes *notes);
     /// Whether all plots hear of changes of the store, see Plot::setListening.
     void setListening(bool on);
     /// Draws all plots anew. Changes that came one after the other may have left traces between their columns.
@@ -117,6 +121,7 @@ private:
     PlotAdder *m_plotAdder;
     std::vector<View *> m_views; ///< in the order of creation; children of the holder
     QPointer<Datastore> m_datastore;
+    QPointer<const RecordNotes> m_notes;
     std::shared_ptr<Record> m_currentRecord;
     QTimer m_updateTimer;
     QList<QAction *> m_viewActions;

@@ -12,6 +12,7 @@
 
 class QTimer;
 class QVBoxLayout;
+class RecordNotes;
 
 namespace Tsb {
 
@@ -29,6 +30,8 @@ public:
 
     /// Null takes the store away.
     virtual void setDatastore(Datastore *datastore);
+    /// The notes that stand beside records; null for none. The base does nothing.
+    virtual void setNotes(const RecordNotes *) {}
     virtual void setUpdateTimer(QTimer *timer);
     /// The settings by which setSettings() makes such a view again; invalid if there is nothing to keep.
     virtual QVariant settings() const;

@@ -29,6 +29,7 @@ QWidget *ReportView::makeButtonPage()
     auto *page = new QWidget(m_pages);
     m_button = new QPushButton(tr("Click to analyze selected record"), page);
     m_button->setAutoDefault(true);
+    m_button->setMinimumWidth(1); // its words don't hold the window open
     m_hint = new QLabel(page);
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
@@ -74,8 +75,9 @@ void ReportView::setInverters(const SpectMath::InverterList &inverters)
 
 void ReportView::showCurrentReport()
 {
-    if (!m_reported)
+    if (!record())
         return;
+    m_reported = record();
     const QString report = recordReport(m_inverters, *m_reported, uiInfo()->metadata().get());
     if (report.isEmpty())
         return returnToButton();

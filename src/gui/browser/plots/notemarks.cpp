@@ -1,0 +1,84 @@
+#include "gui/browser/plots/notemarks.h"
+
+#include <QColor>
+#include <QPainter>
+
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+namespace Tsb::NoteMarks {
+
+namespace {
+
+const QColor markColor(46, 52, 54);
+constexpr int reach = 3;             ///< columns beside a mark that count as it
+constexpr int longestToolTip = 1000; // characters
+constexpr int mostToolTipLines = 20;
+
+/// Calls visit(column, note) for the first note of each column from first to last - 1 that has one.
+template<typename Visit>
+void visitColumns(const RecordNotes &notes, const TimeScale &scale, int first, int last, Visit visit)
+{
+    for (auto note = notes.firstFrom(scale.tickAt(first)); note;) {
+        const int column = columnOf(note->begin, scale);
+        if (column >= last)
+            return;
+        visit(column, *note);
+        const std::int64_t further = saturatedAdd(ticksOf(note->begin), 1);
+        note = notes.firstFrom(recordTimeFromTicks(std::max(further, ticksOf(scale.tickAt(column + 1)))));
+    }
+}
+
+} // namespace
+
+int columnOf(RecordTime begin, const TimeScale &scale)
+{
+    return saturatedPixel(std::floor(scale.positionOf(begin)));
+}
+
+void draw(QPainter &painter, int height, const RecordNotes &notes, const TimeScale &scale, int first, int last)
+{
+    std::vector<int> heights(std::size_t(std::max(last - first, 0))); // of the marks, which may overlap
+    visitColumns(notes, scale, first - markWidth + 1, last, [&](int column, const RecordNotes::Note &) {
+        for (int i = std::max(first - column, 0); i < std::min(markWidth, last - column); ++i) {
+            int &mark = heights[std::size_t(column + i - first)];
+            mark = std::max(mark, markWidth - i);
+        }
+    });
+    for (int column = first; column < last; ++column)
+        if (const int mark = heights[std::size_t(column - first)])
+            painter.fillRect(column, height - mark, 1, mark, markColor);
+}
+
+std::optional<RecordNotes::Note> noteAt(const RecordNotes &notes, const TimeScale &scale, int column)
+{
+    std::optional<RecordNotes::Note> nearest;
+    int least = markWidth / 2 + reach + 1;
+    visitColumns(notes, scale, column - markWidth - reach, column + reach + 1,
+                 [&](int first, const RecordNotes::Note &note) {
+                     const int distance = std::abs(first + markWidth / 2 - column);
+                     if (distance >= least)
+                         return;
+                     least = distance;
+                     nearest = note;
+                 });
+    return nearest;
+}
+
+QString toolTip(const RecordNotes::Note &note)
+{
+    QString shown = note.text.left(longestToolTip);
+    int end = -1;
+    for (int line = 0; line < mostToolTipLines && (line == 0 || end >= 0); ++line)
+        end = shown.indexOf(QLatin1Char('\n'), end + 1);
+    if (end >= 0)
+        shown.truncate(end);
+    if (shown.size() < note.text.size())
+        shown += QStringLiteral(" ...");
+    // As rich text, which wraps long lines.
+    return QLatin1String("<qt>") + shown.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) +
+           QLatin1String("</qt>");
+}
+
+} // namespace Tsb::NoteMarks
