@@ -3,7 +3,7 @@
 #include <QColor>
 #include <QPainter>
 
-#include <cmath>
+#include <algorithm>
 #include <cstdlib>
 #include <vector>
 
@@ -34,7 +34,10 @@ void visitColumns(const RecordNotes &notes, const TimeScale &scale, int first, i
 
 int columnOf(RecordTime begin, const TimeScale &scale)
 {
-    return saturatedPixel(std::floor(scale.positionOf(begin)));
+    // Rounded down on both sides of the origin, so that tickAt() of the next column is where this one ends.
+    const std::int64_t ticks = saturatedSubtract(ticksOf(begin), ticksOf(scale.originTick));
+    const std::int64_t columns = ticks / scale.ticksPerPixel - (ticks % scale.ticksPerPixel < 0);
+    return saturatedPixel(saturatedAdd(columns, scale.originPixel));
 }
 
 void draw(QPainter &painter, int height, const RecordNotes &notes, const TimeScale &scale, int first, int last)
