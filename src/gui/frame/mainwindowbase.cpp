@@ -13,6 +13,8 @@
 #include "gui/common/logdock.h"
 #include "gui/common/recordform.h"
 #include "gui/common/recordviews/diagnosticview.h"
+#include "gui/common/recordviews/electrometersplot.h"
+#include "gui/common/recordviews/electrometersview.h"
 #include "gui/common/recordviews/recordview.h"
 #include "gui/common/recordviews/reportview.h"
 #include "gui/frame/abouttext.h"
@@ -170,6 +172,8 @@ void MainWindowBase::setupDocks()
     addRecordView(new RecordViews::DiagnosticView(m_uiInfo, this), QStringLiteral("diagnostics"));
     m_reportView = new RecordViews::ReportView(m_uiInfo, this);
     addRecordView(m_reportView, {});
+    addRecordView(new RecordViews::ElectrometersView(m_uiInfo, this), QStringLiteral("electrometer-signals"));
+    addRecordView(new RecordViews::ElectrometersPlot(m_uiInfo, this), QStringLiteral("electrometer-signals-plot"));
     auto *comments = new QDockWidget(tr("Comment list"), this);
     comments->setObjectName(QStringLiteral("commentList"));
     auto *commentList = new CommentView(comments);

@@ -337,8 +337,8 @@ TEST_F(MainWindowBaseTest, EveryDockHasItsName)
     for (const QDockWidget *dock : window.findChildren<QDockWidget *>())
         names.append(dock->objectName());
     names.sort();
-    EXPECT_EQ(names, (QStringList{"", "commentList", "currentrecordform", "diagnosticStatus", "diagnosticsView", "logDock",
-                                  "reportView"}));
+    EXPECT_EQ(names, (QStringList{"", "commentList", "currentrecordform", "diagnosticStatus", "diagnosticsView",
+                                  "electrometersPlotView", "electrometersView", "logDock", "reportView"}));
     EXPECT_EQ(window.corner(Qt::BottomLeftCorner), Qt::LeftDockWidgetArea);
     EXPECT_EQ(window.corner(Qt::BottomRightCorner), Qt::RightDockWidgetArea);
 }

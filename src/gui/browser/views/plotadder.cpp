@@ -7,6 +7,7 @@
 #include "gui/browser/views/scatterplotview.h"
 #include "gui/common/iconhelp.h"
 #include "gui/common/menubutton.h"
+#include "log/logger.h"
 #include "records/recordmetadata.h"
 #include "util/textescape.h"
 
@@ -191,6 +192,14 @@ ScatterPlotView *PlotAdder::addScatterPlotView(bool withProperties)
 
 // ---- requests from elsewhere: the new view itself comes into sight
 
+bool PlotAdder::mayMeetRequest() const
+{
+    if (m_stack.hasRoom())
+        return true;
+    Log::Logger(QStringLiteral("gui")).log(Log::Warning, tr("There are too many plots to add another"));
+    return false;
+}
+
 void PlotAdder::addOpmodePlot()
 {
     auto *const view = new OpmodeView;
@@ -200,6 +209,8 @@ void PlotAdder::addOpmodePlot()
 
 void PlotAdder::addFlagPlot(const QString &flagData)
 {
+    if (!mayMeetRequest())
+        return;
     auto *const view = new OpmodeView;
     m_stack.addView(view);
     view->showFlag(flagData);
@@ -208,6 +219,8 @@ void PlotAdder::addFlagPlot(const QString &flagData)
 
 void PlotAdder::addElectrometerPlot(int channelNumber)
 {
+    if (!mayMeetRequest())
+        return;
     ScatterPlotView *const view = addScatterPlotView(false);
     view->setElectrometerSelection(channelNumber);
     view->showType(ScatterPlotSettings::Electrometer);
@@ -216,6 +229,8 @@ void PlotAdder::addElectrometerPlot(int channelNumber)
 
 void PlotAdder::addDiagnosticPlot(const QString &channelName)
 {
+    if (!mayMeetRequest())
+        return;
     ScatterPlotView *const view = addScatterPlotView(false);
     view->setDiagnosticSelection(channelName);
     view->showType(ScatterPlotSettings::Variable);

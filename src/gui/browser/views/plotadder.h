@@ -25,6 +25,8 @@ public:
     /// Brings all layouts up to date, so that the sizes of plots can be asked.
     virtual void activateLayouts() = 0;
     virtual void ensureViewVisible(QWidget *widget) = 0;
+    /// False when the stack has all the views that it should get from other views' requests.
+    virtual bool hasRoom() const = 0;
 
 protected:
     ~ViewStack() = default;
@@ -68,6 +70,7 @@ private:
     QAction *addAction(const QString &text, const QIcon &icon);
     View *addSpectrogramView(const QStringList &ids);
     ScatterPlotView *addScatterPlotView(bool withProperties);
+    bool mayMeetRequest() const;
 
     ViewStack &m_stack;
     const ViewKinds &m_kinds;

@@ -205,6 +205,11 @@ void TimeSeriesBrowser::scrollToView(QWidget *widget)
     m_scrollArea->ensureWidgetVisible(widget, scrollMargin, scrollMargin);
 }
 
+bool TimeSeriesBrowser::hasRoom() const
+{
+    return views().size() < greatestViewCount;
+}
+
 // ---- views go
 
 void TimeSeriesBrowser::closeView(View *view)

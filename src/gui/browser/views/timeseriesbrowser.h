@@ -30,7 +30,7 @@ class ViewHolder;
 class TimeSeriesBrowser : public QWidget, private ViewStack {
     Q_OBJECT
 public:
-    static constexpr int greatestViewCount = 200; ///< of a setup; further ones are left out
+    static constexpr int greatestViewCount = 200; ///< of a setup, and at the request of others; further ones are left out
 
     explicit TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr,
                                std::vector<ViewKind> kinds = standardViewKinds());
@@ -108,6 +108,7 @@ private:
     void makeViewActions();
     void connectView(View *view);
     void activateLayouts() override;
+    bool hasRoom() const override;
     void settleBeforePainting();
     void zoom(int step);
     void makeCurrent(const std::shared_ptr<Record> &record, Scroll bring);

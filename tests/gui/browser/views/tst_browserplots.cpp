@@ -119,6 +119,21 @@ TEST_F(BrowserPlotsTest, RequestsOpenTheRightPlot)
         EXPECT_FALSE(view<Tsb::ScatterPlotView>(i)->settings().toMap()[QStringLiteral("propertiesVisible")].toBool());
 }
 
+TEST_F(BrowserPlotsTest, RequestsNeverMakeMoreThanTwoHundredViews)
+{
+    for (int i = 0; i < 199; ++i)
+        browser.addView(new Tsb::OpmodeView);
+    Q_EMIT uiInfo->requestElectrometerScatterplot(0);
+    EXPECT_EQ(browser.views().size(), 200);
+    Q_EMIT uiInfo->requestElectrometerScatterplot(1);
+    Q_EMIT uiInfo->requestVariableScatterplot(QStringLiteral("temperature"));
+    Q_EMIT uiInfo->requestFlagPlot(QStringLiteral("Too humid"));
+    EXPECT_EQ(browser.views().size(), 200);
+    browser.closeView(browser.views().first());
+    Q_EMIT uiInfo->requestVariableScatterplot(QStringLiteral("temperature"));
+    EXPECT_EQ(browser.views().size(), 200);
+}
+
 TEST_F(BrowserPlotsTest, TheDefaultStackIsFittedAndGoesRound)
 {
     browser.addDefaultStack();
