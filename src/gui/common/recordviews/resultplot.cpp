@@ -1,0 +1,155 @@
+#include "gui/common/recordviews/resultplot.h"
+
+#include <qwt_plot_item.h>
+#include <qwt_scale_engine.h>
+#include <qwt_text.h>
+
+#include <cmath>
+
+namespace RecordViews {
+
+namespace {
+
+constexpr int longestName = 80;        ///< characters in a title
+const QColor heldColor(140, 140, 140); // seen on white and on black
+
+QString titleName(const QString &name)
+{
+    return name.size() > longestName ? name.left(longestName) + QChar(0x2026) : name;
+}
+
+} // namespace
+
+/// Draws nothing: gives the axes what they are fitted to.
+class ResultPlot::ExtentItem : public QwtPlotItem {
+public:
+    ExtentItem() { setItemAttribute(AutoScale); }
+
+    QRectF boundingRect() const override
+    {
+        QRectF rect(0, 0, -1, -1);
+        if (extents.horizontal.isKnown())
+            rect.setX(extents.horizontal.least), rect.setWidth(extents.horizontal.greatest - rect.x());
+        if (extents.vertical.isKnown())
+            rect.setY(extents.vertical.least), rect.setHeight(extents.vertical.greatest - rect.y());
+        return rect;
+    }
+    void draw(QPainter *, const QwtScaleMap &, const QwtScaleMap &, const QRectF &) const override {}
+
+    DistributionExtents extents;
+};
+
+ResultPlot::ResultPlot(std::shared_ptr<const PlotOptions> options, QWidget *parent)
+    : RecordPlot(parent), m_options(std::move(options)), m_extents(new ExtentItem)
+{
+    m_extents->attach(this);
+    auto *const sizes = new QwtLogScaleEngine;
+    sizes->setAttribute(QwtScaleEngine::Floating); // from the first point to the last, not by whole decades
+    setAxisScaleEngine(xBottom, sizes);
+    setAxisScale(xBottom, 1, 100);
+}
+
+ResultPlot::~ResultPlot() = default;
+
+void ResultPlot::showSpectra(const ShownSpectra &shown, const ShownSpectra &held)
+{
+    const ShownSpectra &leading = shown.isEmpty() ? held : shown;
+    const SpectMath::SpectrumInfo *const first = leading.isEmpty() ? nullptr : leading.first().spectrum->info.get();
+    const auto axis = first ? shownAxis(*first, *m_options) : SpectMath::DistributionScale::diameter;
+    showTraces(m_shown, shown, SpectrumItems::Look::shown, axis);
+    showTraces(m_held, held, SpectrumItems::Look::held, axis);
+    setScaleKind();
+    setExtents();
+    if (first)
+        setTitles(*first, axis);
+    setTitle(QwtText(coloredNames(), QwtText::RichText));
+    replot();
+}
+
+void ResultPlot::showTraces(Traces &traces, const ShownSpectra &spectra, SpectrumItems::Look look,
+                            SpectMath::DistributionScale axis)
+{
+    traces.spectra = spectra;
+    traces.drawn.clear();
+    for (const ShownSpectrum &one : spectra) {
+        const std::size_t place = traces.drawn.size();
+        if (place == traces.items.size())
+            traces.items.emplace_back(this, look);
+        traces.drawn.push_back(
+            drawnValues(distributionValues(*one.spectrum, *m_options, axis, m_smoothing), *m_options));
+        traces.items[place].show(traces.drawn.back(), m_options->distributionType,
+                                 look == SpectrumItems::Look::held ? heldColor : one.color);
+    }
+    for (std::size_t i = traces.drawn.size(); i < traces.items.size(); ++i)
+        traces.items[i].hide();
+}
+
+void ResultPlot::setScaleKind()
+{
+    if (m_isLog == m_options->verticalScaleLog)
+        return;
+    m_isLog = m_options->verticalScaleLog;
+    setAxisScaleEngine(yLeft,
+                       m_isLog ? static_cast<QwtScaleEngine *>(new QwtLogScaleEngine) : new QwtLinearScaleEngine);
+}
+
+void ResultPlot::setExtents()
+{
+    m_extents->extents = {};
+    for (const Traces *traces : {&m_shown, &m_held}) {
+        for (const DistributionValues &drawn : traces->drawn)
+            m_extents->extents.include(drawn, m_isLog);
+    }
+    if (m_isLog)
+        m_extents->extents.vertical = limitedToDecades(m_extents->extents.vertical);
+}
+
+// ---- texts
+
+void ResultPlot::setTitles(const SpectMath::SpectrumInfo &first, SpectMath::DistributionScale axis)
+{
+    setPlainAxisTitle(xBottom, horizontalTitle(first, axis));
+    setPlainAxisTitle(yLeft, verticalTitle(first, *m_options, axis));
+    const SpectMath::SpectrumInfo &info = first;
+    readout()->setUnits((axis == SpectMath::DistributionScale::mobility ? info.mobilityUnit : info.sizeUnit).toString(),
+                        info.concentrationUnitOf(m_options->verticalQuantity).toString());
+}
+
+QString ResultPlot::coloredNames() const
+{
+    QStringList names;
+    for (const ShownSpectrum &one : m_shown.spectra)
+        names << QStringLiteral("<span style=\"color:%1\">%2</span>")
+                     .arg(one.color.name(), titleName(one.name).toHtmlEscaped());
+    return names.join(QStringLiteral(", "));
+}
+
+QVector<PlotReadout::Series> ResultPlot::readoutSeries() const
+{
+    QVector<PlotReadout::Series> all;
+    for (const Traces *traces : {&m_shown, &m_held}) {
+        const bool isHeld = traces == &m_held;
+        for (int i = 0; i < traces->spectra.size(); ++i) {
+            const ShownSpectrum &one = traces->spectra[i];
+            all.append({isHeld ? tr("%1, held").arg(one.name) : one.name,
+                        isHeld ? heldColor : one.color,
+                        readoutPoints(traces->drawn[std::size_t(i)]),
+                        {}});
+        }
+    }
+    return all;
+}
+
+/// A bar is told of at its middle.
+QVector<QPointF> ResultPlot::readoutPoints(const DistributionValues &drawn) const
+{
+    const bool isFraction = m_options->distributionType == SpectMath::DistributionType::fraction;
+    QVector<QPointF> points;
+    for (std::size_t i = 0; i < drawn.size(); ++i) {
+        const double x = isFraction ? std::sqrt(drawn.grid[i] * drawn.grid[i + 1]) : drawn.grid[i];
+        points << QPointF(x, drawn.values[i]);
+    }
+    return points;
+}
+
+} // namespace RecordViews

@@ -1,0 +1,367 @@
+#include "gui/common/recordviews/spectraview.h"
+
+#include "gui/common/iconhelp.h"
+#include "gui/common/recordviews/distributionsummary.h"
+#include "gui/common/recordviews/plotpicture.h"
+#include "gui/common/recordviews/spectraviewdialog.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QScopedValueRollback>
+#include <QTextDocument>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace RecordViews {
+
+namespace {
+
+using SpectMath::ConcentrationType;
+using SpectMath::DistributionScale;
+using SpectMath::DistributionType;
+
+const QString singlePlotKey = QStringLiteral("single_plot");
+constexpr int mostSummaryLines = 4;
+
+/// The names that tell these descriptions apart: their labels, or where two of them are equal the views' own names.
+QStringList curveNames(const QList<UiInfo::InfoPointer> &infos, const UiInfo &uiInfo)
+{
+    QStringList labels;
+    for (const UiInfo::InfoPointer &info : infos)
+        labels << info->displayLabel();
+    QStringList names;
+    for (int i = 0; i < infos.size(); ++i) {
+        const QString own = labels.count(labels[i]) > 1 ? uiInfo.spectrumName(infos[i].get()) : QString();
+        names << (own.isEmpty() ? labels[i] : own);
+    }
+    return names;
+}
+
+/// A word of one line, whatever a file made of it.
+QString onOneLine(QString text)
+{
+    for (QChar &character : text) {
+        if (character.unicode() < 0x20 || character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
+            character = QLatin1Char(' ');
+    }
+    return text;
+}
+
+} // namespace
+
+SpectraView::SpectraView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, Qt::WindowFlags flags)
+    : RecordView(std::move(uiInfo), parent, flags), m_options(std::make_shared<PlotOptions>()),
+      m_plots(new ResultPlots(m_options, this)), m_summary(new QPlainTextEdit(this)),
+      m_picture(new PlotPicture(m_plots->canvas())), m_spectrumMenu(new QMenu(tr("Spectra"), this))
+{
+    setObjectName(QStringLiteral("spectraView"));
+    setWindowTitle(tr("Distribution plot"));
+    m_summary->setReadOnly(true);
+    m_summary->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_summary->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_summary->setTabChangesFocus(true);
+    m_summary->setFrameShape(QFrame::NoFrame);
+    m_summary->setAccessibleName(tr("Total concentrations and diameters"));
+    m_summary->hide();
+
+    setupActions();
+    auto *const contents = new QWidget(this);
+    auto *const bar = new QToolBar(contents);
+    auto *const layout = new QVBoxLayout(contents);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(bar);
+    layout->addWidget(m_plots, 1);
+    layout->addWidget(m_summary);
+    setWidget(contents);
+    setupToolbar(bar);
+    setupContextMenu();
+}
+
+SpectraView::~SpectraView() = default;
+
+QString SpectraView::viewName() const
+{
+    return QStringLiteral("spectraView");
+}
+
+void SpectraView::setupActions()
+{
+    const auto make = [this](const QString &text, const char *icon, const QString &shortText) {
+        auto *const action = new QAction(namedIcon(QLatin1String(icon)), text, this);
+        action->setIconText(shortText);
+        action->setToolTip(text);
+        return action;
+    };
+    m_copy = make(tr("Copy to clipboard"), "clipboard-copy", tr("Copy"));
+    m_settings = make(tr("Settings"), "settings", tr("Settings"));
+    m_lock = make(tr("Lock axes"), "lock-axes", tr("Lock axes"));
+    m_lock->setCheckable(true);
+    m_lock->setToolTip(tr("Lock axes: they stay as they are when another record is shown"));
+    m_hold = make(tr("Hold curves"), "hold-curves", tr("Hold"));
+    m_hold->setCheckable(true);
+    m_hold->setToolTip(tr("Hold curves: those of this record stay in grey when another one is shown"));
+    m_fit = new QAction(tr("Fit axes"), this);
+    m_spectrumMenu->setIcon(namedIcon(QStringLiteral("distribution-plot")));
+    m_spectrumMenu->menuAction()->setToolTip(tr("Choose which spectra are shown"));
+
+    connect(m_copy, &QAction::triggered, this, &SpectraView::copySpectraToClipboard);
+    connect(m_settings, &QAction::triggered, this, &SpectraView::showDialog);
+    connect(m_lock, &QAction::toggled, m_plots, &ResultPlots::setAxesLocked);
+    connect(m_hold, &QAction::toggled, m_plots, &ResultPlots::setHolding);
+    connect(m_fit, &QAction::triggered, m_plots, &ResultPlots::fitAxes);
+    connect(m_spectrumMenu, &QMenu::aboutToShow, this, &SpectraView::fillSpectrumMenu);
+}
+
+void SpectraView::setupToolbar(QToolBar *bar)
+{
+    bar->setIconSize(QSize(16, 16));
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->addActions({m_copy, m_settings, m_lock, m_hold, m_spectrumMenu->menuAction()});
+    for (QAction *action : bar->actions()) {
+        auto *const button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
+        button->setFocusPolicy(Qt::TabFocus);
+        button->setAccessibleName(action->text());
+        button->setPopupMode(QToolButton::InstantPopup);
+    }
+}
+
+void SpectraView::setupContextMenu()
+{
+    auto *const separator = new QAction(this);
+    separator->setSeparator(true);
+    widget()->setContextMenuPolicy(Qt::ActionsContextMenu);
+    widget()->addActions({m_spectrumMenu->menuAction(), m_hold, m_lock, m_fit, separator, m_copy,
+                          m_picture->copyAction(), m_picture->saveAction(), m_settings});
+}
+
+// ---- the record
+
+void SpectraView::refreshSetup()
+{
+    m_plots->forgetPlaces();
+}
+
+void SpectraView::refreshRecord()
+{
+    if (!record())
+        m_hold->setChecked(false); // what is held belongs to data that go away
+    const ShownSpectra shown = chosenSpectra(recordSpectra());
+    m_plots->showSpectra(shown);
+    showSummary(shown);
+}
+
+ShownSpectra SpectraView::recordSpectra() const
+{
+    std::vector<std::shared_ptr<const SpectMath::Spectrum>> spectra;
+    if (record()) {
+        std::copy_if(record()->spectra.begin(), record()->spectra.end(), std::back_inserter(spectra),
+                     [](const auto &spectrum) { return spectrum && spectrum->info; });
+    }
+    std::stable_sort(spectra.begin(), spectra.end(), [](const auto &a, const auto &b) { return *a->info < *b->info; });
+    QList<UiInfo::InfoPointer> infos;
+    for (const auto &spectrum : spectra)
+        infos << spectrum->info;
+    const QStringList names = curveNames(infos, *uiInfo());
+    ShownSpectra all;
+    for (int i = 0; i < infos.size(); ++i) {
+        const QColor color = uiInfo()->spectrumColor(infos[i].get());
+        all.append({spectra[std::size_t(i)], names[i], color.isValid() ? color : palette().color(QPalette::Text)});
+    }
+    return all;
+}
+
+ShownSpectra SpectraView::chosenSpectra(const ShownSpectra &all) const
+{
+    ShownSpectra chosen;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(chosen),
+                 [this](const ShownSpectrum &one) { return !m_hidden.contains(one.spectrum->info->hash); });
+    return chosen;
+}
+
+void SpectraView::showSummary(const ShownSpectra &shown)
+{
+    QStringList lines;
+    for (const ShownSpectrum &one : shown) {
+        const QString name = onOneLine(one.name);
+        lines << (one.spectrum->status == 0 ? summaryText(distributionSummary(*one.spectrum), *one.spectrum->info, name)
+                                            : tr("%1: inversion failed").arg(name));
+    }
+    const QString text = lines.join(QLatin1Char('\n'));
+    if (text == m_summary->toPlainText())
+        return;
+    m_summary->setPlainText(text);
+    const int height = std::min(lines.size(), mostSummaryLines) * m_summary->fontMetrics().lineSpacing();
+    m_summary->setFixedHeight(height + 2 * int(m_summary->document()->documentMargin()));
+    m_summary->setVisible(!lines.isEmpty());
+}
+
+// ---- the user's choices
+
+template<typename T>
+void SpectraView::choose(T &field, const T &value)
+{
+    if (field == value)
+        return;
+    field = value;
+    choicesChanged();
+}
+
+void SpectraView::choicesChanged()
+{
+    if (m_dialog)
+        m_dialog->setChoices(*m_options, isSinglePlot());
+    setRecordStale();
+    if (!m_isRestoring)
+        Q_EMIT setupChanged();
+}
+
+void SpectraView::setVerticalScaleLog(bool on)
+{
+    choose(m_options->verticalScaleLog, on);
+}
+
+void SpectraView::setHorizontalQuantity(bool autoscale, DistributionScale scale)
+{
+    PlotOptions &options = *m_options;
+    if (options.horizontalQuantityAuto == autoscale && (autoscale || options.horizontalQuantity == scale))
+        return;
+    options.horizontalQuantityAuto = autoscale;
+    if (!autoscale)
+        options.horizontalQuantity = scale;
+    choicesChanged();
+}
+
+void SpectraView::setVerticalQuantity(ConcentrationType type)
+{
+    if (type != ConcentrationType::radius)
+        choose(m_options->verticalQuantity, type);
+}
+
+void SpectraView::setDistributionType(DistributionType type)
+{
+    choose(m_options->distributionType, type);
+}
+
+void SpectraView::setSmoothingCoef(double width)
+{
+    choose(m_options->smoothingCoef, width);
+}
+
+void SpectraView::setSinglePlot(bool on)
+{
+    if (on == isSinglePlot())
+        return;
+    m_plots->setSinglePlot(on);
+    choicesChanged();
+}
+
+void SpectraView::showDialog()
+{
+    if (!m_dialog)
+        setupDialog();
+    m_dialog->show();
+    m_dialog->raise();
+    m_dialog->activateWindow();
+}
+
+void SpectraView::setupDialog()
+{
+    m_dialog = new SpectraViewDialog(this);
+    m_dialog->setChoices(*m_options, isSinglePlot());
+    connect(m_dialog, &SpectraViewDialog::verticalScaleLogChanged, this, &SpectraView::setVerticalScaleLog);
+    connect(m_dialog, &SpectraViewDialog::horizontalQuantityChanged, this, &SpectraView::setHorizontalQuantity);
+    connect(m_dialog, &SpectraViewDialog::verticalQuantityChanged, this, &SpectraView::setVerticalQuantity);
+    connect(m_dialog, &SpectraViewDialog::distributionTypeChanged, this, &SpectraView::setDistributionType);
+    connect(m_dialog, &SpectraViewDialog::smoothingCoefChanged, this, &SpectraView::setSmoothingCoef);
+    connect(m_dialog, &SpectraViewDialog::singlePlotChanged, this, &SpectraView::setSinglePlot);
+}
+
+QVariantMap SpectraView::setup() const
+{
+    QVariantMap setup = m_options->toMap();
+    setup.insert(singlePlotKey, isSinglePlot());
+    return setup;
+}
+
+void SpectraView::restoreSetup(const QVariantMap &setup)
+{
+    const QScopedValueRollback<bool> guard(m_isRestoring, true); // what was stored needs no storing again
+    m_options->takeFrom(setup);
+    bool isSingle = isSinglePlot();
+    takeBool(setup, singlePlotKey, isSingle);
+    m_plots->setSinglePlot(isSingle);
+    choicesChanged();
+}
+
+// ---- which spectra are shown
+
+void SpectraView::fillSpectrumMenu()
+{
+    m_spectrumMenu->clear();
+    QList<UiInfo::InfoPointer> infos = uiInfo()->spectrumInfos();
+    for (const ShownSpectrum &one : recordSpectra()) {
+        const auto isSame = [&](const UiInfo::InfoPointer &info) { return info->hash == one.spectrum->info->hash; };
+        if (std::none_of(infos.begin(), infos.end(), isSame))
+            infos << one.spectrum->info;
+    }
+    const QStringList names = curveNames(infos, *uiInfo());
+    for (int i = 0; i < infos.size(); ++i) {
+        const QString hash = infos[i]->hash;
+        QAction *const action = m_spectrumMenu->addAction(onOneLine(names[i]).replace('&', QLatin1String("&&")));
+        action->setCheckable(true);
+        action->setChecked(!m_hidden.contains(hash));
+        connect(action, &QAction::toggled, this, [this, hash](bool on) { setSpectrumShown(hash, on); });
+    }
+    m_spectrumMenu->addSeparator();
+    QAction *const all = m_spectrumMenu->addAction(tr("Show all"));
+    all->setEnabled(!m_hidden.isEmpty());
+    connect(all, &QAction::triggered, this, [this] {
+        m_hidden.clear();
+        m_plots->forgetPlaces();
+        setRecordStale();
+    });
+}
+
+void SpectraView::setSpectrumShown(const QString &hash, bool on)
+{
+    if (on)
+        m_hidden.remove(hash);
+    else
+        m_hidden.insert(hash);
+    m_plots->forgetPlaces();
+    setRecordStale();
+}
+
+// ---- the clipboard
+
+void SpectraView::copySpectraToClipboard()
+{
+    QApplication::clipboard()->setText(clipboardText());
+}
+
+QString SpectraView::clipboardText() const
+{
+    if (!record())
+        return QStringLiteral("No data");
+    const ShownSpectra all = recordSpectra();
+    const ShownSpectra chosen = chosenSpectra(all);
+    const QString time = recordTimeText(*record());
+    DisplaySmoothing smoothing;
+    QStringList lines;
+    for (const ShownSpectrum &one : all) {
+        // One plot has one axis, that of its first spectrum.
+        const ShownSpectrum &leading = !isSinglePlot() ? one : chosen.isEmpty() ? all.first() : chosen.first();
+        lines << QStringLiteral("### %1 at %2 ###").arg(onOneLine(one.name), time)
+              << spectrumText(*one.spectrum, *m_options, shownAxis(*leading.spectrum->info, *m_options), smoothing);
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace RecordViews
