@@ -7,7 +7,8 @@
 
 namespace Demo {
 
-/// The diagnostic variables of the instrument: a dozen quantities, each with the mean and the deviation of a record.
+/// The diagnostic variables of the instrument: a dozen quantities, each with the mean and the deviation of a record, and
+/// variables that stand beside them: targets, controls, raw values and the like.
 class DiagnosticSource {
 public:
     /// Places in quantities().
@@ -27,7 +28,7 @@ public:
         QuantityCount
     };
 
-    /// Appends the variables "<name>.mean" and "<name>.stddev" of each quantity.
+    /// Appends the variables "<name>.mean" and "<name>.stddev" of each quantity, and those beside them.
     static void describe(Spectrometer::RecordMetadata &metadata);
     static int meanSlot(Quantity quantity) { return 2 * quantity; }
     static int deviationSlot(Quantity quantity) { return 2 * quantity + 1; }

@@ -1,35 +1,33 @@
 #include "demo/eventflags.h"
 
-#include <QHash>
+#include "records/recordflagparser.h"
 
 namespace Demo {
 
-using Spectrometer::RecordFlag;
-
 namespace {
 
-EventFlags::Pointer makeFlag(RecordFlag::Type type, const char *message)
+/// `subject` are further entries of the definition: the variables and electrometers that the flag is about.
+EventFlags::Pointer makeFlag(const char *type, const char *message, const char *subject = "")
 {
-    static const char *const words[] = {"note", "warning", "failure"};
-    const QString word = QLatin1String(words[type]);
-    auto flag = std::make_shared<RecordFlag>();
-    flag->message = QLatin1String(message);
-    flag->text = QStringLiteral("{type: \"%1\", message: \"%2\"}").arg(word, flag->message);
-    flag->properties = {{QStringLiteral("type"), word}, {QStringLiteral("message"), flag->message}};
-    flag->hash = qHash(flag->text, 0);
-    flag->type = type;
-    return flag;
+    return Spectrometer::makeRecordFlag(QStringLiteral("{type: \"%1\", message: \"%2\"%3}")
+                                            .arg(QLatin1String(type), QLatin1String(message), QLatin1String(subject)));
 }
 
 } // namespace
 
 const EventFlags &EventFlags::instance()
 {
-    static const EventFlags flags{makeFlag(RecordFlag::Note, "Inlet was cleaned"),
-                                  makeFlag(RecordFlag::Note, "Electrometer zero drifts with temperature"),
-                                  makeFlag(RecordFlag::Warning, "Sample relative humidity is high"),
-                                  makeFlag(RecordFlag::Warning, "Charger current is below its target"),
-                                  makeFlag(RecordFlag::Failure, "Positive charger has failed")};
+    // The electrometers are those whose zero drifts the most, and those behind the positive charger.
+    static const EventFlags flags{
+        makeFlag("note", "Inlet was cleaned"),
+        makeFlag("note", "Electrometer zero drifts with temperature",
+                 ", vars: [electronics_temperature.mean], elms: [0, 13, 26, 39]"),
+        makeFlag("warning", "Sample relative humidity is high", ", vars: [relative_humidity.mean]"),
+        makeFlag("warning", "Charger current is below its target",
+                 ", vars: [charger_current_pos.mean], elms: [21, 22, 23, 24, 25, 26, 27]"),
+        makeFlag("failure", "Positive charger has failed",
+                 ", vars: [charger_current_pos.mean, filter_voltage.mean], elms: [21, 22, 23, 24, 25, 26, 27, 28, 29, "
+                 "30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41]")};
     return flags;
 }
 

@@ -118,8 +118,26 @@ TEST_P(CampaignTest, HoldsEverythingThatAReaderMustCopeWith)
     EXPECT_GT(failed, 10);
     EXPECT_LT(failed, 60);
     EXPECT_LT(records.size(), std::size_t(campaign->slotCount() - 8)); // the gap
-    EXPECT_EQ(campaign->metadata()->variables.size(), 24);
+    EXPECT_EQ(campaign->metadata()->variables.size(), 34);
     EXPECT_EQ(campaign->metadata()->totalElectrometers, 42);
+}
+
+TEST_P(CampaignTest, FlagsNameVariablesAndElectrometersThatThereAre)
+{
+    std::set<QString> flagsWithBoth;
+    for (const auto &record : records) {
+        for (const auto &flag : record->flags) {
+            const QStringList vars = flag->properties["vars"].toStringList();
+            const QVariantList elms = flag->properties["elms"].toList();
+            for (const QString &name : vars)
+                EXPECT_TRUE(campaign->metadata()->variable(name)) << qPrintable(name);
+            for (const QVariant &number : elms)
+                EXPECT_LT(number.toUInt(), 42u);
+            if (!vars.isEmpty() && !elms.isEmpty())
+                flagsWithBoth.insert(flag->message);
+        }
+    }
+    EXPECT_GE(flagsWithBoth.size(), 2u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, CampaignTest, ::testing::Values(1, 2, 12345));
