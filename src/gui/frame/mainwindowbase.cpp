@@ -17,6 +17,7 @@
 #include "gui/common/recordviews/electrometersview.h"
 #include "gui/common/recordviews/recordview.h"
 #include "gui/common/recordviews/reportview.h"
+#include "gui/common/recordviews/spectraview.h"
 #include "gui/frame/abouttext.h"
 #include "gui/frame/docklayout.h"
 #include "gui/frame/opencomments.h"
@@ -174,6 +175,7 @@ void MainWindowBase::setupDocks()
     addRecordView(m_reportView, {});
     addRecordView(new RecordViews::ElectrometersView(m_uiInfo, this), QStringLiteral("electrometer-signals"));
     addRecordView(new RecordViews::ElectrometersPlot(m_uiInfo, this), QStringLiteral("electrometer-signals-plot"));
+    addRecordView(new RecordViews::SpectraView(m_uiInfo, this), QStringLiteral("distribution-plot"));
     auto *comments = new QDockWidget(tr("Comment list"), this);
     comments->setObjectName(QStringLiteral("commentList"));
     auto *commentList = new CommentView(comments);

@@ -338,7 +338,7 @@ TEST_F(MainWindowBaseTest, EveryDockHasItsName)
         names.append(dock->objectName());
     names.sort();
     EXPECT_EQ(names, (QStringList{"", "commentList", "currentrecordform", "diagnosticStatus", "diagnosticsView",
-                                  "electrometersPlotView", "electrometersView", "logDock", "reportView"}));
+                                  "electrometersPlotView", "electrometersView", "logDock", "reportView", "spectraView"}));
     EXPECT_EQ(window.corner(Qt::BottomLeftCorner), Qt::LeftDockWidgetArea);
     EXPECT_EQ(window.corner(Qt::BottomRightCorner), Qt::RightDockWidgetArea);
 }
