@@ -1,4 +1,4 @@
-#include "gui/common/recordviews/distributionvalues.h"
+#include "gui/common/recordviews/distribution/distributionvalues.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "demo/atmosphere.h"
 #include "demo/instrument.h"
-#include "gui/common/recordviews/distributionsummary.h"
-#include "gui/common/recordviews/distributiontext.h"
+#include "gui/common/recordviews/distribution/distributionsummary.h"
+#include "gui/common/recordviews/distribution/distributiontext.h"
 #include "support/instrument.h"
 #include "support/realvector.h"
 

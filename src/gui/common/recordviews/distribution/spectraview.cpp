@@ -1,9 +1,9 @@
-#include "gui/common/recordviews/spectraview.h"
+#include "gui/common/recordviews/distribution/spectraview.h"
 
 #include "gui/common/iconhelp.h"
-#include "gui/common/recordviews/distributionsummary.h"
+#include "gui/common/recordviews/distribution/distributionsummary.h"
+#include "gui/common/recordviews/distribution/spectraviewdialog.h"
 #include "gui/common/recordviews/plotpicture.h"
-#include "gui/common/recordviews/spectraviewdialog.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "gui/common/recordviews/resultplots.h"
+#include "gui/common/recordviews/distribution/resultplots.h"
 
 #include <QVBoxLayout>
 

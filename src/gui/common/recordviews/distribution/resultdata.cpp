@@ -1,4 +1,4 @@
-#include "gui/common/recordviews/resultdata.h"
+#include "gui/common/recordviews/distribution/resultdata.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
-#include "gui/common/recordviews/discontinuousplotcurve.h"
+#include "gui/common/recordviews/distribution/discontinuousplotcurve.h"
 
-#include "gui/common/recordviews/resultdata.h"
+#include "gui/common/recordviews/distribution/resultdata.h"
 
 #include <QPainter>
 

@@ -1,4 +1,4 @@
-#include "gui/common/recordviews/plotoptions.h"
+#include "gui/common/recordviews/distribution/plotoptions.h"
 
 #include <cmath>
 

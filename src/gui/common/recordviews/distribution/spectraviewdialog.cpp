@@ -1,4 +1,4 @@
-#include "gui/common/recordviews/spectraviewdialog.h"
+#include "gui/common/recordviews/distribution/spectraviewdialog.h"
 
 #include <QButtonGroup>
 #include <QDialogButtonBox>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "gui/common/recordviews/plotoptions.h"
+#include "gui/common/recordviews/distribution/plotoptions.h"
+#include "gui/common/recordviews/distribution/resultplots.h"
 #include "gui/common/recordviews/recordview.h"
-#include "gui/common/recordviews/resultplots.h"
 
 #include <QSet>
 

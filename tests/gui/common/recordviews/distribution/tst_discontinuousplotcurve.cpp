@@ -1,5 +1,5 @@
-#include "gui/common/recordviews/discontinuousplotcurve.h"
-#include "gui/common/recordviews/resultdata.h"
+#include "gui/common/recordviews/distribution/discontinuousplotcurve.h"
+#include "gui/common/recordviews/distribution/resultdata.h"
 #include "support/realvector.h"
 #include "support/seeds.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/common/recordviews/distributionvalues.h"
+#include "gui/common/recordviews/distribution/distributionvalues.h"
 
 #include <QColor>
 

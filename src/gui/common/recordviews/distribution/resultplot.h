@@ -1,8 +1,8 @@
 #pragma once
 
-#include "gui/common/recordviews/distributiontext.h"
+#include "gui/common/recordviews/distribution/distributiontext.h"
+#include "gui/common/recordviews/distribution/spectrumitems.h"
 #include "gui/common/recordviews/recordplot.h"
-#include "gui/common/recordviews/spectrumitems.h"
 
 #include <QColor>
 

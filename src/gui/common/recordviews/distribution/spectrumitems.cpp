@@ -1,7 +1,7 @@
-#include "gui/common/recordviews/spectrumitems.h"
+#include "gui/common/recordviews/distribution/spectrumitems.h"
 
-#include "gui/common/recordviews/discontinuousplotcurve.h"
-#include "gui/common/recordviews/resultdata.h"
+#include "gui/common/recordviews/distribution/discontinuousplotcurve.h"
+#include "gui/common/recordviews/distribution/resultdata.h"
 
 #include <QPen>
 

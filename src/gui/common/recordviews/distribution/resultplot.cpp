@@ -1,4 +1,4 @@
-#include "gui/common/recordviews/resultplot.h"
+#include "gui/common/recordviews/distribution/resultplot.h"
 
 #include <qwt_plot_item.h>
 #include <qwt_scale_engine.h>

@@ -1,4 +1,4 @@
-#include "gui/common/recordviews/distributionsummary.h"
+#include "gui/common/recordviews/distribution/distributionsummary.h"
 
 #include <algorithm>
 #include <cmath>

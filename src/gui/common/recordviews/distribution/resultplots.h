@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/common/recordviews/resultplot.h"
+#include "gui/common/recordviews/distribution/resultplot.h"
 
 #include <QScrollArea>
 

@@ -1,4 +1,4 @@
-#include "gui/common/recordviews/distributiontext.h"
+#include "gui/common/recordviews/distribution/distributiontext.h"
 
 #include "util/timeformat.h"
 

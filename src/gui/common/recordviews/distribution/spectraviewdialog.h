@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/common/recordviews/plotoptions.h"
+#include "gui/common/recordviews/distribution/plotoptions.h"
 
 #include <QDialog>
 
