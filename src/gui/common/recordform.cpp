@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr int leastNoteLines = 2;
+
 const char notesStyle[] = "a { text-decoration: none; color: palette(window-text); } a.info { color: palette(dark); } "
                           "a.failure { font-weight: bold; } div.info { color: palette(dark); } "
                           "div { margin-bottom: 0.2em; }";
@@ -43,6 +45,7 @@ RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
     m_endTimeLabel = makeLabel(QStringLiteral("endTimeLabel"), QStringLiteral("00:00:00.000"), this);
     m_opmodeLabel = makeLabel(QStringLiteral("opmodeLabel"), QStringLiteral("particlesxx"), this);
     m_notes->setObjectName(QStringLiteral("notesBrowser"));
+    m_notes->setMinimumHeight(fontMetrics().lineSpacing() * leastNoteLines);
     m_notes->setAccessibleName(tr("Notes and flags"));
     m_notes->document()->setDefaultStyleSheet(QString::fromLatin1(notesStyle));
 

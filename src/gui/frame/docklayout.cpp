@@ -38,8 +38,8 @@ QDockWidget *dockOf(const QMainWindow &window, const char *name)
 
 void place(QMainWindow &window, QDockWidget *dock, const Place &place)
 {
-    window.addDockWidget(place.area, dock);
     QDockWidget *const other = dockOf(window, place.other);
+    window.addDockWidget(place.area, dock);
     if (other && place.relation == Below)
         window.splitDockWidget(other, dock, Qt::Vertical);
     else if (other && place.relation == TabOf)
@@ -51,8 +51,11 @@ void place(QMainWindow &window, QDockWidget *dock, const Place &place)
 void arrangeDocks(QMainWindow &window)
 {
     QList<QDockWidget *> unknown = window.findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly);
-    for (const Place &each : places) {
-        if (QDockWidget *dock = dockOf(window, each.name)) {
+    for (const bool inTabs : {false, true}) { // what is split from a dock in a tab would become another tab
+        for (const Place &each : places) {
+            QDockWidget *const dock = dockOf(window, each.name);
+            if (!dock || (each.relation == TabOf) != inTabs)
+                continue;
             place(window, dock, each);
             unknown.removeOne(dock);
         }

@@ -253,12 +253,12 @@ TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
     const QScreen *screen = QGuiApplication::primaryScreen();
     EXPECT_LT(window->height(), screen->availableSize().height()) << "no room for the title bar";
     window->show();
-    window->setGeometry(40, 50, 790, 480);
+    window->setGeometry(40, 50, 790, 600);
     QTest::qWait(20);
     window->close();
     EXPECT_EQ(settings().value("version").toInt(), 3);
     makeWindow();
-    EXPECT_EQ(window->size(), QSize(790, 480));
+    EXPECT_EQ(window->size(), QSize(790, 600));
     window.reset();
 
     QByteArray geometry = settings().value("MainWindow/geometry").toByteArray();

@@ -15,6 +15,8 @@ namespace RecordViews {
 
 namespace {
 
+constexpr int leastWidth = 16, leastHeight = 6; // characters, lines
+
 constexpr double keyZoom = 0.8;
 constexpr double keyPan = 0.1; ///< of an axis
 constexpr double gridStrength = 0.2;
@@ -111,6 +113,11 @@ void RecordPlot::fitAxes()
     for (Axis *axis : {&m_horizontal, &m_vertical})
         *axis = {axis->helper};
     replot();
+}
+
+QSize RecordPlot::minimumSizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * leastWidth, fontMetrics().lineSpacing() * leastHeight};
 }
 
 void RecordPlot::replot()

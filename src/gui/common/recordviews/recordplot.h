@@ -27,6 +27,9 @@ public:
     bool areAxesLocked() const { return m_areLocked; }
     PlotReadout *readout() const { return m_readout; }
 
+    /// Small: a plot doesn't hold the window open.
+    QSize minimumSizeHint() const override;
+
     /// Once for all changes: nothing else draws the plot anew. Axes without any contents stay as they are.
     void replot() override;
 
