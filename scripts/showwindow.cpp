@@ -11,7 +11,10 @@
 #include "util/programlocale.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QDialog>
+#include <QDir>
+#include <QDockWidget>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QSplitter>
@@ -20,13 +23,13 @@
 
 #include <cstdio>
 
-// showwindow PICTURE FOLDER [VARIANT]: drives the program's window as a user would, from the data dialog to a selected
-// record, saves a picture of it and prints the picture's path. The window is the program's; its settings are kept
-// apart.
+// showwindow [--size 1440x900] [--dark] [--docks] PICTURE FOLDER [VARIANT]: drives the program's window as a user
+// would, from the data dialog to a selected record, saves a picture of it and prints the picture's path. The window is
+// the program's; its settings are kept apart. With --docks a picture of each dock, too, named after it and put beside
+// the other.
 
 namespace {
 
-constexpr QSize pictureSize(1440, 900);
 constexpr int patience = 10 * 60 * 1000; // ms
 constexpr int settling = 1500;           // ms; views repaint at their own pace
 
@@ -85,6 +88,32 @@ bool selectRecord(const MorvantideMainWindow &window)
     return window.shownRecord() != nullptr;
 }
 
+QSize sizeOf(const QString &text)
+{
+    const QStringList numbers = text.split(QLatin1Char('x'));
+    return {numbers.value(0).toInt(), numbers.value(1).toInt()};
+}
+
+QPalette darkPalette()
+{
+    QPalette palette(QColor(53, 53, 53), QColor(35, 35, 35));
+    palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
+    palette.setColor(QPalette::Link, QColor(42, 130, 218));
+    return palette;
+}
+
+/// Each in its turn is raised from behind its tab.
+bool saveDocks(MorvantideMainWindow &window, const QFileInfo &picture)
+{
+    bool isSaved = true;
+    for (QDockWidget *dock : window.findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+        dock->raise();
+        QTest::qWait(settling / 5);
+        isSaved &= dock->grab().save(picture.dir().filePath(dock->objectName() + QStringLiteral(".png")));
+    }
+    return isSaved;
+}
+
 int fail(const char *words)
 {
     std::fprintf(stderr, "showwindow: %s\n", words);
@@ -100,14 +129,21 @@ int main(int argc, char **argv)
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     setProgramLocale();
     registerResources();
-    const QStringList arguments = QApplication::arguments();
-    if (arguments.size() < 3)
+    QCommandLineParser parser;
+    parser.addOptions({{QStringLiteral("size"), QString(), QStringLiteral("WxH"), QStringLiteral("1440x900")},
+                       {QStringLiteral("dark"), QString()},
+                       {QStringLiteral("docks"), QString()}});
+    parser.process(application);
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() < 2)
         return fail("PICTURE FOLDER [VARIANT]");
+    if (parser.isSet(QStringLiteral("dark")))
+        QApplication::setPalette(darkPalette());
 
     const QTemporaryDir settings;
     MorvantideMainWindow window(settings.filePath(QStringLiteral("morvantide.conf")));
-    window.resize(pictureSize);
-    window.setPositionalArguments(arguments.mid(2));
+    window.resize(sizeOf(parser.value(QStringLiteral("size"))));
+    window.setPositionalArguments(arguments.mid(1));
     acceptDialogWhenShown(window);
     window.show();
     if (!waitForData(window))
@@ -116,8 +152,10 @@ int main(int argc, char **argv)
     arrange(window);
     if (!selectRecord(window))
         return fail("no record could be selected");
-    if (!window.grab().save(arguments[1]))
+    if (!window.grab().save(arguments[0]))
         return fail("the picture can't be written");
-    std::printf("%s\n", qPrintable(QFileInfo(arguments[1]).absoluteFilePath()));
+    if (parser.isSet(QStringLiteral("docks")) && !saveDocks(window, QFileInfo(arguments[0])))
+        return fail("the pictures of the docks can't be written");
+    std::printf("%s\n", qPrintable(QFileInfo(arguments[0]).absoluteFilePath()));
     return 0;
 }
