@@ -70,7 +70,8 @@ public:
     /// Tries again what could not be written.
     void saveUnsaved();
 
-    /// Brings the model up to date: one row for each comment by time, and the columns "Time" and "Comment".
+    /// The model, brought up to date: one row for each comment by time, and the columns "Time" and "Comment". It may be
+    /// another one than before, which is gone then.
     QStandardItemModel *itemModel();
     /// The comment of a row of the model; nothing for a row out of range.
     std::optional<CommentKey> keyOfRow(int row);
@@ -84,8 +85,8 @@ private:
 
     Log::Logger m_logger;
     QMap<CommentKey, QString> m_comments;
-    QList<CommentKey> m_order; ///< by row of the model
-    QStandardItemModel *m_model;
+    QList<CommentKey> m_order;             ///< by row of the model
+    QStandardItemModel *m_model = nullptr; ///< a child; made when it is first asked for
     QString m_folder;
     QHash<int, QString> m_opmodeNames;
     QVector<DpVariant> m_variants;

@@ -49,9 +49,13 @@ void draw(QPainter &painter, int height, const RecordNotes &notes, const TimeSca
             mark = std::max(mark, markWidth - i);
         }
     });
-    for (int column = first; column < last; ++column)
-        if (const int mark = heights[std::size_t(column - first)])
-            painter.fillRect(column, height - mark, 1, mark, markColor);
+    for (auto run = heights.begin(); run != heights.end();) {
+        const int mark = *run;
+        const auto end = std::find_if(run, heights.end(), [mark](int other) { return other != mark; });
+        if (mark > 0)
+            painter.fillRect(first + int(run - heights.begin()), height - mark, int(end - run), mark, markColor);
+        run = end;
+    }
 }
 
 std::optional<RecordNotes::Note> noteAt(const RecordNotes &notes, const TimeScale &scale, int column)
