@@ -11,4 +11,8 @@ Spectrometer::PlainFileOutput::Settings outputSettings(const Campaign &campaign,
 /// Writes the records and spectra files of a campaign. Rows that could not be written are counted and logged.
 Spectrometer::PlainFileOutput::RowCounts writeCampaign(const Campaign &campaign, const QString &folder);
 
+/// Writes three comments on records of the campaign's first day, beside their day files. False if one could not be
+/// written, which is logged.
+bool writeComments(const Campaign &campaign, const QString &folder);
+
 } // namespace Demo

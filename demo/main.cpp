@@ -54,10 +54,11 @@ int main(int argc, char **argv)
     Log::RootLogger::instance().setFilter([](const Log::Entry &entry) { return entry.level <= Log::Warning; });
     const Demo::Campaign campaign(settings);
     const auto counts = Demo::writeCampaign(campaign, path);
+    const bool comments = Demo::writeComments(campaign, path);
     const bool inverters =
         Demo::writeInverterFiles(campaign.inverterFiles(), QDir(path).filePath(QStringLiteral("inverters")));
     std::cout << counts.written << " rows in \"" << folder << "\"\n";
     if (counts.lost > 0)
         std::cerr << counts.lost << " rows could not be written.\n";
-    return counts.lost > 0 || !inverters ? 1 : 0;
+    return counts.lost > 0 || !comments || !inverters ? 1 : 0;
 }

@@ -1,5 +1,6 @@
 #include "demo/demowriter.h"
 
+#include "datafiles/reading/commentfile.h"
 #include "datafiles/reading/filereader.h"
 #include "store/datastore.h"
 #include "support/files.h"
@@ -141,6 +142,24 @@ TEST_F(DemoFilesTest, WhatIsReadIsWhatWasWritten)
     EXPECT_EQ(index, reader->datastore()->size());
 }
 
+TEST_F(DemoFilesTest, ThreeRecordsHaveComments)
+{
+    const Campaign campaign(settingsOf(3));
+    Demo::writeCampaign(campaign, folder.path());
+    const auto reader = read(folder.path());
+    EXPECT_TRUE(Demo::writeComments(campaign, folder.path()));
+    const auto files = findCommentFiles(folder.path(), QStringLiteral("block"), earliestRecordTime, latestRecordTime);
+    ASSERT_EQ(files.size(), 1);
+    QString all;
+    readCommentFile(files.first(), [&](const CommentLine &line) {
+        EXPECT_GE(reader->datastore()->indexOf(line.begin, line.end), 0) << qPrintable(line.text);
+        all += line.text + '|';
+    });
+    EXPECT_EQ(all.count('|'), 3);
+    for (const char *odd : {"\\", "\n", "\t", "\xc3\xb6"})
+        EXPECT_TRUE(all.contains(QString::fromUtf8(odd))) << odd;
+}
+
 TEST_F(DemoFilesTest, Program)
 {
     QByteArray errors;
@@ -153,7 +172,7 @@ TEST_F(DemoFilesTest, Program)
     };
     const QString out = path("new/folder");
     EXPECT_EQ(run({out, "--days", "2", "--interval", "3600", "--seed", "9"}), 0);
-    EXPECT_EQ(filesIn(out).size(), 6);
+    EXPECT_EQ(filesIn(out).size(), 7);
     const QByteArray before = allBytes(out);
     EXPECT_EQ(run({out}), 2); // never adds to a folder that holds something
     EXPECT_EQ(allBytes(out), before);
