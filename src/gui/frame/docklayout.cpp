@@ -15,14 +15,16 @@ struct Place {
     const char *other;
 };
 
+// What stands below another dock goes before that one's tabs: a dock that is split off one in tabs would be one more
+// tab.
 const Place places[] = {
     {"currentrecordform", Qt::LeftDockWidgetArea, Alone, nullptr},
     {"spectraView", Qt::LeftDockWidgetArea, Below, "currentrecordform"},
     {"electrometersPlotView", Qt::LeftDockWidgetArea, TabOf, "spectraView"},
     {"electrometersView", Qt::RightDockWidgetArea, Alone, nullptr},
+    {"diagnosticStatus", Qt::RightDockWidgetArea, Below, "electrometersView"},
     {"diagnosticsView", Qt::RightDockWidgetArea, TabOf, "electrometersView"},
     {"varGridView", Qt::RightDockWidgetArea, TabOf, "electrometersView"},
-    {"diagnosticStatus", Qt::RightDockWidgetArea, Below, "electrometersView"},
     {"commentList", Qt::RightDockWidgetArea, TabOf, "diagnosticStatus"},
     {"logDock", Qt::BottomDockWidgetArea, Alone, nullptr},
     {"reportView", Qt::BottomDockWidgetArea, TabOf, "logDock"},

@@ -343,6 +343,13 @@ TEST_F(MainWindowBaseTest, EveryDockHasItsName)
     EXPECT_EQ(window.corner(Qt::BottomRightCorner), Qt::RightDockWidgetArea);
 }
 
+TEST_F(MainWindowBaseTest, WhatStandsBelowADockIsNoneOfItsTabs)
+{
+    const auto dock = [&](const char *name) { return window.findChild<QDockWidget *>(name); };
+    EXPECT_EQ(window.tabifiedDockWidgets(dock("electrometersView")), QList<QDockWidget *>{dock("diagnosticsView")});
+    EXPECT_EQ(window.tabifiedDockWidgets(dock("currentrecordform")), QList<QDockWidget *>());
+}
+
 TEST_F(MainWindowBaseTest, TheStatisticsGoToTheLogDock)
 {
     window.actions().inversionStats->trigger();

@@ -8,6 +8,7 @@
 #include <QPen>
 
 #include <qwt_interval_symbol.h>
+#include <qwt_legend.h>
 #include <qwt_plot_curve.h>
 #include <qwt_scale_engine.h>
 #include <qwt_symbol.h>
@@ -22,6 +23,7 @@ namespace {
 constexpr int currentSize = 8;
 constexpr int rawSize = 5;
 constexpr int barWidth = 6;
+constexpr int legendBarHeight = 12;
 constexpr double barReach = 2; ///< deviations to each side
 constexpr double halfChannel = 0.5;
 constexpr double greatestDrawn = 1e100; ///< beyond it the toolkit's arithmetic of axes overflows
@@ -62,6 +64,7 @@ QwtPlotCurve *makePoints(const QString &name, QwtPlot *plot)
     auto *const curve = new QwtPlotCurve(name);
     curve->setStyle(QwtPlotCurve::NoCurve);
     curve->setRenderHint(QwtPlotItem::RenderAntialiased);
+    curve->setLegendAttribute(QwtPlotCurve::LegendShowSymbol);
     curve->setVisible(false);
     curve->attach(plot);
     return curve;
@@ -88,10 +91,13 @@ ChannelPlot::ChannelPlot(QWidget *parent)
     : RecordPlot(parent), m_intervals(new NoiseBars), m_rawCurve(makePoints(tr("Raw current"), this)),
       m_currentsCurve(makePoints(tr("Current"), this))
 {
+    m_intervals->setLegendIconSize(QSize(barWidth, legendBarHeight));
     m_intervals->setVisible(false);
     m_intervals->attach(this);
+    m_intervals->setTitle(tr("Level of noise"));
     m_intervals->setZ(m_currentsCurve->z() - 1); // over the grid and below the points
     axisScaleEngine(xBottom)->setMargins(halfChannel, halfChannel);
+    insertLegend(new QwtLegend, TopLegend);
     setPlainAxisTitle(xBottom, tr("Channel number"));
     readout()->setUnits({}, QStringLiteral("fA"));
     takeItemColors();

@@ -18,6 +18,9 @@ namespace RecordViews {
 
 namespace {
 
+constexpr int nameRoom = 15, valueRoom = 10; // pixels beside the text
+constexpr int longestName = 12;
+
 const QLatin1String headerStateKey("headerstate");
 const QLatin1String selectedElectrometerKey("elmview_selected_parameter");
 
@@ -35,8 +38,9 @@ ElectrometersView::ElectrometersView(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
     connect(m_treeView, &QTreeView::doubleClicked, this, &ElectrometersView::activateChannel);
     connect(m_treeView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &ElectrometersView::selectParameter);
-    connect(m_treeView->header(), &QHeaderView::sectionResized, this, &RecordView::setupChanged);
-    connect(m_treeView->header(), &QHeaderView::sectionMoved, this, &RecordView::setupChanged);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &ElectrometersView::fitNames);
+    connect(m_treeView->header(), &QHeaderView::sectionResized, this, &ElectrometersView::takeWidths);
+    connect(m_treeView->header(), &QHeaderView::sectionMoved, this, &ElectrometersView::takeWidths);
     connect(this->uiInfo().get(), &UiInfo::highlightsChanged, this, &ElectrometersView::setRecordStale);
 }
 
@@ -54,16 +58,35 @@ void ElectrometersView::setupTree()
 
 void ElectrometersView::sizeColumns()
 {
-    struct Width {
-        const char *widestText;
-        int room;
-    };
-    constexpr Width name{"pos", 15}, voltage{"00.000", 10}, current{"0000.000", 10};
-    const Width widths[] = {name, voltage, current, current, current};
+    const char *const widestTexts[] = {"pos", "00.000", "0000.000", "0000.000", "0000.000"};
     for (int column = 0; column < ElectrometersModel::ColumnCount; ++column) {
-        const int text = fontMetrics().horizontalAdvance(QLatin1String(widths[column].widestText));
-        m_treeView->header()->resizeSection(column, text + widths[column].room);
+        const int text = fontMetrics().horizontalAdvance(QLatin1String(widestTexts[column]));
+        m_treeView->header()->resizeSection(column, text + (column == 0 ? nameRoom : valueRoom));
     }
+}
+
+/// Widens the first column to the names, as far as there is room beside the values.
+void ElectrometersView::fitNames()
+{
+    if (m_hasOwnWidths)
+        return;
+    QHeaderView *const header = m_treeView->header();
+    int width = header->sectionSize(ElectrometersModel::NameColumn);
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        const QString name = m_model->index(row, ElectrometersModel::NameColumn).data().toString().left(longestName);
+        width = std::max(width, fontMetrics().horizontalAdvance(name) + nameRoom);
+    }
+    m_isFitting = true;
+    header->resizeSection(ElectrometersModel::NameColumn, width);
+    m_isFitting = false;
+}
+
+void ElectrometersView::takeWidths()
+{
+    if (m_isFitting)
+        return;
+    m_hasOwnWidths = true;
+    Q_EMIT setupChanged();
 }
 
 QAction *ElectrometersView::addTreeAction(const QString &icon, const QString &text, void (ElectrometersView::*slot)())
@@ -96,7 +119,8 @@ QVariantMap ElectrometersView::setup() const
 
 void ElectrometersView::restoreSetup(const QVariantMap &setup)
 {
-    restoreHeaderState(*m_treeView->header(), setup.value(headerStateKey).toString());
+    if (restoreHeaderState(*m_treeView->header(), setup.value(headerStateKey).toString()))
+        m_hasOwnWidths = true;
 }
 
 void ElectrometersView::refreshSetup()

@@ -38,11 +38,15 @@ protected:
 private:
     void setupTree();
     void sizeColumns();
+    void fitNames();
+    void takeWidths();
     void makeActions();
     QAction *addTreeAction(const QString &icon, const QString &text, void (ElectrometersView::*slot)());
 
     ElectrometersModel *m_model;
     QTreeView *m_treeView;
+    bool m_hasOwnWidths = false; ///< the user's, which names don't change any more
+    bool m_isFitting = false;
 };
 
 } // namespace RecordViews

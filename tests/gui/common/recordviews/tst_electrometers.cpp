@@ -186,6 +186,13 @@ TEST(ElectrometersView, CopiesAndPlots)
     Shown other;
     other.view.restoreSetup(shown.view.setup());
     EXPECT_EQ(other.tree->header()->sectionSize(4), 77);
+    for (Shown *each : {&other, &shown}) {
+        each->ui->setData(testMetadata({}, {"a name of some length"}), {});
+        each->ui->publish();
+        EXPECT_EQ(each->tree->header()->sectionSize(0), Shown().tree->header()->sectionSize(0)) << "the user's widths";
+    }
+    const int width = other.tree->fontMetrics().horizontalAdvance("neg 1");
+    EXPECT_GT(Shown().tree->header()->sectionSize(0), width) << "names are readable";
     clipboard->clear();
     shown.view.showRecord(nullptr);
     shown.view.copyToClipboard();
