@@ -77,6 +77,8 @@ void DiagnosticView::makeActions()
     m_filterEdit->addAction(m_clearAction, QLineEdit::TrailingPosition);
     connect(m_clearAction, &QAction::triggered, this, &DiagnosticView::clearFilter);
     auto *const plot = new QAction(namedIcon(QStringLiteral("add-plot")), tr("Plot selected parameters"), this);
+    plot->setShortcuts({Qt::Key_Return, Qt::Key_Enter});
+    plot->setShortcutContext(Qt::WidgetShortcut);
     connect(plot, &QAction::triggered, this, &DiagnosticView::showSelectedPlots);
     auto *const copy =
         new QAction(namedIcon(QStringLiteral("clipboard-copy")), tr("Copy selected values to clipboard"), this);

@@ -100,7 +100,10 @@ QAction *ElectrometersView::addTreeAction(const QString &icon, const QString &te
 void ElectrometersView::makeActions()
 {
     const QString copyIcon = QStringLiteral("clipboard-copy");
-    addTreeAction(QStringLiteral("add-plot"), tr("Plot selected electrometers"), &ElectrometersView::showSelectedPlots);
+    QAction *const plot = addTreeAction(QStringLiteral("add-plot"), tr("Plot selected electrometers"),
+                                        &ElectrometersView::showSelectedPlots);
+    plot->setShortcuts({Qt::Key_Return, Qt::Key_Enter});
+    plot->setShortcutContext(Qt::WidgetShortcut);
     addTreeAction(copyIcon, tr("Copy all currents to clipboard"), &ElectrometersView::copyToClipboard);
     QAction *const copy = addTreeAction({}, tr("Copy selected rows"), &ElectrometersView::copySelectedRows);
     copy->setShortcut(QKeySequence::Copy);

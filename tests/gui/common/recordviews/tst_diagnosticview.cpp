@@ -167,7 +167,8 @@ TEST(DiagnosticView, CopiesAndPlotsWhatIsSelected)
     QTest::keyClick(shown.filter, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "The");
 
-    shown.view.showSelectedPlots();
+    shown.tree->setFocus();
+    QTest::keyClick(shown.tree, Qt::Key_Return);
     ASSERT_EQ(shown.plots.size(), 2);
     EXPECT_EQ(shown.plots[0][0], "c");
     const QPoint second = shown.tree->visualRect(shown.tree->model()->index(1, 0)).center();

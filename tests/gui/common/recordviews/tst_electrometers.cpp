@@ -171,7 +171,7 @@ TEST(ElectrometersView, CopiesAndPlots)
     shown.tree->selectAll();
     QTest::keyClick(shown.tree, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(clipboard->text(), "neg 1\t-0.000\t0.123\t\t2.000\n<b>\t12.500\t\t1234567.500\t\n");
-    shown.trigger("Plot selected electrometers");
+    QTest::keyClick(shown.tree, Qt::Key_Return);
     ASSERT_EQ(shown.plots.size(), 2);
     EXPECT_EQ(shown.plots[1][0], 1);
     EXPECT_FALSE(shown.tree->selectionModel()->hasSelection());
