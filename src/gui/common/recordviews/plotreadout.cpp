@@ -179,7 +179,10 @@ void PlotReadout::show(const QVector<Series> &all, const Hit &hit)
         hit.point < series.pointNames.size() ? series.pointNames[hit.point] : valueText(value.x(), m_xUnit);
     const QRect canvas = m_plot->canvas()->contentsRect().adjusted(gap, gap, -gap, -gap);
     const QString name = m_label->fontMetrics().elidedText(series.name, Qt::ElideMiddle, canvas.width() - 4 * gap);
-    m_label->setText(QStringLiteral("%1\n%2, %3").arg(name, x, valueText(value.y(), m_yUnit)));
+    const QString y = valueText(value.y(), m_yUnit);
+    m_label->setText(QStringLiteral("%1\n%2, %3").arg(name, x, y));
+    if (m_label->sizeHint().width() > canvas.width())
+        m_label->setText(QStringLiteral("%1\n%2,\n%3").arg(name, x, y));
     m_label->adjustSize();
     const bool isLeft = hit.pixel.x() < canvas.center().x();
     const bool isBelow = hit.pixel.y() > canvas.top() + m_label->height() + markSize;

@@ -11,6 +11,8 @@
 #include <qwt_scale_widget.h>
 #include <qwt_text_label.h>
 
+#include <cmath>
+
 namespace RecordViews {
 
 namespace {
@@ -19,6 +21,8 @@ constexpr int leastWidth = 16, leastHeight = 6; // characters, lines
 
 constexpr double keyZoom = 0.8;
 constexpr double keyPan = 0.1; ///< of an axis
+constexpr int margin = 4;      ///< pixels around the plot
+constexpr double leastContrast = 4;
 constexpr double gridStrength = 0.2;
 
 QwtText plainText(const QString &text)
@@ -32,6 +36,17 @@ QColor mixed(const QColor &a, const QColor &b, double partOfB)
     return QColor(mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue()));
 }
 
+double luminance(const QColor &color)
+{
+    const auto linear = [](double part) { return std::pow(part, 2.2); };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor &lighter, const QColor &darker)
+{
+    return (luminance(lighter) + 0.05) / (luminance(darker) + 0.05);
+}
+
 } // namespace
 
 RecordPlot::RecordPlot(QWidget *parent)
@@ -39,6 +54,7 @@ RecordPlot::RecordPlot(QWidget *parent)
 {
     setAutoReplot(false);
     setFocusPolicy(Qt::StrongFocus);
+    setContentsMargins(margin, margin, 2 * margin, margin);
     auto *frame = static_cast<QwtPlotCanvas *>(canvas());
     frame->setFrameStyle(QFrame::Box | QFrame::Plain);
     frame->setLineWidth(1);
@@ -76,6 +92,7 @@ void RecordPlot::setPlainAxisTitle(int axis, const QString &title)
 {
     QwtText text = plainText(title);
     text.setFont(font());
+    text.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap); // a low plot has a short axis
     setAxisTitle(axis, text);
 }
 
@@ -212,6 +229,18 @@ void RecordPlot::changeEvent(QEvent *event)
         takeColors();
     else if (event->type() == QEvent::FontChange)
         takeFonts();
+}
+
+QColor RecordPlot::legible(const QColor &color) const
+{
+    const QColor ground = palette().color(QPalette::Base);
+    const QColor ink = palette().color(QPalette::Text);
+    QColor seen = color;
+    if (ground.lightness() > ink.lightness())
+        return seen;
+    for (int step = 1; step <= 10 && contrast(seen, ground) < leastContrast; ++step)
+        seen = mixed(color, ink, step * 0.1);
+    return seen;
 }
 
 void RecordPlot::takeColors()

@@ -41,6 +41,8 @@ public Q_SLOTS:
     void fitAxes();
 
 protected:
+    /// A colour that was chosen for a light ground, as it can be seen here: lighter on a dark ground.
+    QColor legible(const QColor &color) const;
     /// What the read-out tells of. Asked when the pointer moves.
     virtual QVector<PlotReadout::Series> readoutSeries() const { return {}; }
 

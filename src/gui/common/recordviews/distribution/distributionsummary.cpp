@@ -54,6 +54,8 @@ DistributionSummary distributionSummary(const SpectMath::Spectrum &spectrum)
 
 QString summaryText(const DistributionSummary &summary, const SpectMath::SpectrumInfo &info, const QString &name)
 {
+    if (std::isnan(summary.total))
+        return QStringLiteral("%1: no values").arg(name);
     const QString size = info.sizeUnit.toString();
     return QStringLiteral("%1: total %2 %3, GMD %4 %5, GSD %6, mode %7 %8")
         .arg(name, numberText(summary.total, 4), info.concentrationUnit.toString(),

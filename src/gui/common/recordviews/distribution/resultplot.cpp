@@ -1,5 +1,7 @@
 #include "gui/common/recordviews/distribution/resultplot.h"
 
+#include <QEvent>
+
 #include <qwt_plot_item.h>
 #include <qwt_scale_engine.h>
 #include <qwt_text.h>
@@ -62,7 +64,9 @@ void ResultPlot::showSpectra(const ShownSpectra &shown, const ShownSpectra &held
     setExtents();
     if (first)
         setTitles(*first, axis);
-    setTitle(QwtText(coloredNames(), QwtText::RichText));
+    QwtText title(coloredNames(), QwtText::RichText);
+    title.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
+    setTitle(title);
     replot();
 }
 
@@ -78,7 +82,7 @@ void ResultPlot::showTraces(Traces &traces, const ShownSpectra &spectra, Spectru
         traces.drawn.push_back(
             drawnValues(distributionValues(*one.spectrum, *m_options, axis, m_smoothing), *m_options));
         traces.items[place].show(traces.drawn.back(), m_options->distributionType,
-                                 look == SpectrumItems::Look::held ? heldColor : one.color);
+                                 look == SpectrumItems::Look::held ? heldColor : legible(one.color));
     }
     for (std::size_t i = traces.drawn.size(); i < traces.items.size(); ++i)
         traces.items[i].hide();
@@ -104,6 +108,13 @@ void ResultPlot::setExtents()
         m_extents->extents.vertical = limitedToDecades(m_extents->extents.vertical);
 }
 
+void ResultPlot::changeEvent(QEvent *event)
+{
+    RecordPlot::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        showSpectra(ShownSpectra(m_shown.spectra), ShownSpectra(m_held.spectra));
+}
+
 // ---- texts
 
 void ResultPlot::setTitles(const SpectMath::SpectrumInfo &first, SpectMath::DistributionScale axis)
@@ -120,7 +131,7 @@ QString ResultPlot::coloredNames() const
     QStringList names;
     for (const ShownSpectrum &one : m_shown.spectra)
         names << QStringLiteral("<span style=\"color:%1\">%2</span>")
-                     .arg(one.color.name(), titleName(one.name).toHtmlEscaped());
+                     .arg(legible(one.color).name(), titleName(one.name).toHtmlEscaped());
     return names.join(QStringLiteral(", "));
 }
 
@@ -132,7 +143,7 @@ QVector<PlotReadout::Series> ResultPlot::readoutSeries() const
         for (int i = 0; i < traces->spectra.size(); ++i) {
             const ShownSpectrum &one = traces->spectra[i];
             all.append({isHeld ? tr("%1, held").arg(one.name) : one.name,
-                        isHeld ? heldColor : one.color,
+                        isHeld ? heldColor : legible(one.color),
                         readoutPoints(traces->drawn[std::size_t(i)]),
                         {}});
         }

@@ -30,6 +30,7 @@ public:
 
 protected:
     QVector<PlotReadout::Series> readoutSeries() const override;
+    void changeEvent(QEvent *event) override;
 
 private:
     class ExtentItem;

@@ -2,16 +2,16 @@
 
 #include "gui/common/iconhelp.h"
 #include "gui/common/recordviews/distribution/distributionsummary.h"
+#include "gui/common/recordviews/distribution/resultplots.h"
 #include "gui/common/recordviews/distribution/spectraviewdialog.h"
+#include "gui/common/recordviews/distribution/summarytext.h"
 #include "gui/common/recordviews/plotpicture.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QMenu>
-#include <QPlainTextEdit>
 #include <QScopedValueRollback>
-#include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -27,7 +27,6 @@ using SpectMath::DistributionScale;
 using SpectMath::DistributionType;
 
 const QString singlePlotKey = QStringLiteral("single_plot");
-constexpr int mostSummaryLines = 4;
 
 /// The names that tell these descriptions apart: their labels, or where two of them are equal the views' own names.
 QStringList curveNames(const QList<UiInfo::InfoPointer> &infos, const UiInfo &uiInfo)
@@ -57,18 +56,12 @@ QString onOneLine(QString text)
 
 SpectraView::SpectraView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, Qt::WindowFlags flags)
     : RecordView(std::move(uiInfo), parent, flags), m_options(std::make_shared<PlotOptions>()),
-      m_plots(new ResultPlots(m_options, this)), m_summary(new QPlainTextEdit(this)),
+      m_plots(new ResultPlots(m_options, this)), m_summary(new SummaryText(this)),
       m_picture(new PlotPicture(m_plots->canvas())), m_spectrumMenu(new QMenu(tr("Spectra"), this))
 {
     setObjectName(QStringLiteral("spectraView"));
     setWindowTitle(tr("Distribution plot"));
-    m_summary->setReadOnly(true);
-    m_summary->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    m_summary->setLineWrapMode(QPlainTextEdit::NoWrap);
-    m_summary->setTabChangesFocus(true);
-    m_summary->setFrameShape(QFrame::NoFrame);
     m_summary->setAccessibleName(tr("Total concentrations and diameters"));
-    m_summary->hide();
 
     setupActions();
     auto *const contents = new QWidget(this);
@@ -122,7 +115,8 @@ void SpectraView::setupActions()
 void SpectraView::setupToolbar(QToolBar *bar)
 {
     bar->setIconSize(QSize(16, 16));
-    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    bar->layout()->setSpacing(0);
     bar->addActions({m_copy, m_settings, m_lock, m_hold, m_spectrumMenu->menuAction()});
     for (QAction *action : bar->actions()) {
         auto *const button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
@@ -193,16 +187,15 @@ void SpectraView::showSummary(const ShownSpectra &shown)
         lines << (one.spectrum->status == 0 ? summaryText(distributionSummary(*one.spectrum), *one.spectrum->info, name)
                                             : tr("%1: inversion failed").arg(name));
     }
-    const QString text = lines.join(QLatin1Char('\n'));
-    if (text == m_summary->toPlainText())
-        return;
-    m_summary->setPlainText(text);
-    const int height = std::min(lines.size(), mostSummaryLines) * m_summary->fontMetrics().lineSpacing();
-    m_summary->setFixedHeight(height + 2 * int(m_summary->document()->documentMargin()));
-    m_summary->setVisible(!lines.isEmpty());
+    m_summary->setLines(lines);
 }
 
 // ---- the user's choices
+
+bool SpectraView::isSinglePlot() const
+{
+    return m_plots->isSinglePlot();
+}
 
 template<typename T>
 void SpectraView::choose(T &field, const T &value)

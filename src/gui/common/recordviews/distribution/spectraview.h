@@ -5,16 +5,19 @@
 #include "gui/common/recordviews/recordview.h"
 
 #include <QSet>
+#include <QVector>
 
 class QAction;
 class QMenu;
-class QPlainTextEdit;
 class QToolBar;
 
 namespace RecordViews {
 
 class PlotPicture;
+class ResultPlots;
 class SpectraViewDialog;
+class SummaryText;
+struct ShownSpectrum;
 
 /// Draws the spectra of the selected record, in one plot or one plot each, tells each in four numbers, and copies them
 /// as text.
@@ -30,7 +33,7 @@ public:
     void restoreSetup(const QVariantMap &setup) override;
 
     const PlotOptions &options() const { return *m_options; }
-    bool isSinglePlot() const { return m_plots->isSinglePlot(); }
+    bool isSinglePlot() const;
 
 public Q_SLOTS:
     void copySpectraToClipboard();
@@ -58,16 +61,16 @@ private:
     void choicesChanged();
     void fillSpectrumMenu();
     void setSpectrumShown(const QString &hash, bool on);
-    void showSummary(const ShownSpectra &shown);
+    void showSummary(const QVector<ShownSpectrum> &shown);
 
     /// The record's spectra by the order of their descriptions.
-    ShownSpectra recordSpectra() const;
-    ShownSpectra chosenSpectra(const ShownSpectra &all) const;
+    QVector<ShownSpectrum> recordSpectra() const;
+    QVector<ShownSpectrum> chosenSpectra(const QVector<ShownSpectrum> &all) const;
     QString clipboardText() const;
 
     std::shared_ptr<PlotOptions> m_options;
     ResultPlots *m_plots;
-    QPlainTextEdit *m_summary;
+    SummaryText *m_summary;
     PlotPicture *m_picture;
     SpectraViewDialog *m_dialog = nullptr;
     QMenu *m_spectrumMenu;

@@ -1,4 +1,5 @@
 #include "gui/common/recordviews/distribution/discontinuousplotcurve.h"
+#include "gui/common/recordviews/distribution/resultplots.h"
 #include "gui/common/recordviews/distribution/spectraview.h"
 #include "gui/common/recordviews/distribution/spectraviewdialog.h"
 #include "support/gestures.h"
@@ -156,6 +157,21 @@ TEST(SpectraView, DrawsCurvesAndTheirUncertaintiesInTheSpectrasColours)
     EXPECT_EQ(bars[0]->baseline(), 1e-100);
     EXPECT_EQ(bars[0]->style(), QwtPlotHistogram::Outline);
     EXPECT_EQ(w.items<QwtPlotHistogram>(plot, Qt::DotLine).size(), 2);
+}
+
+TEST(SpectraView, DarkColoursAreLighterOnADarkGround)
+{
+    Window w;
+    w.ui->setSpectrumColor(w.neg.get(), QColor(32, 74, 135));
+    w.show({spectrum(w.neg, realVector({1, 2, 3}))});
+    const auto *curve = w.items<RecordViews::DiscontinuousPlotCurve>(w.plots()[0])[0];
+    EXPECT_EQ(curve->pen().color(), QColor(32, 74, 135));
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Text, Qt::white);
+    w.view.setPalette(dark);
+    settle();
+    EXPECT_GT(curve->pen().color().lightness(), 120);
 }
 
 TEST(SpectraView, AMobilityAxisAscends)

@@ -1,0 +1,69 @@
+#include "gui/common/recordviews/distribution/summarytext.h"
+
+#include <QResizeEvent>
+#include <QTextBlock>
+
+#include <algorithm>
+#include <cmath>
+
+namespace RecordViews {
+
+namespace {
+
+constexpr int mostRows = 8;
+
+} // namespace
+
+SummaryText::SummaryText(QWidget *parent) : QPlainTextEdit(parent)
+{
+    setReadOnly(true);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    setTabChangesFocus(true);
+    setFrameShape(NoFrame);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setAutoFillBackground(false); // it stands in the dock as a label does
+    hide();
+}
+
+void SummaryText::setLines(const QStringList &lines)
+{
+    if (lines == m_lines)
+        return;
+    if (lines.size() != m_lines.size())
+        m_height = 0;
+    m_lines = lines;
+    setPlainText(lines.join(QLatin1Char('\n')));
+    setVisible(!lines.isEmpty());
+    fitHeight();
+}
+
+void SummaryText::fitHeight()
+{
+    double needed = 2 * document()->documentMargin();
+    for (QTextBlock block = document()->firstBlock(); block.isValid(); block = block.next())
+        needed += blockBoundingRect(block).height();
+    const int most = mostRows * fontMetrics().lineSpacing();
+    setVerticalScrollBarPolicy(needed > most ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    const int height = std::max(m_height, std::min(int(std::ceil(needed)), most));
+    if (height == m_height)
+        return;
+    m_height = height;
+    updateGeometry();
+}
+
+QSize SummaryText::sizeHint() const
+{
+    return {0, m_height};
+}
+
+void SummaryText::resizeEvent(QResizeEvent *event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    if (event->oldSize().width() != event->size().width())
+        m_height = 0;
+    fitHeight();
+}
+
+} // namespace RecordViews
