@@ -13,8 +13,8 @@ namespace RecordViews {
 namespace {
 
 constexpr double baseline = 1e-100; // bars stand on the lower edge of a logarithmic axis, too
-constexpr double penWidth = 1.5;
-constexpr double heldPenWidth = 1;
+constexpr double penWidth = 1;
+constexpr double heldPenWidth = 0; // one pixel of the screen, however fine that is
 constexpr double shownLevel = 20;
 constexpr double heldLevel = 15; // above the grid, which is at 10
 
