@@ -2,7 +2,7 @@
 // picture, beside plain widgets that draw as much. Each case counts medians of alternating runs by processor time, in
 // milliseconds, and of their ratios.
 
-#include "gui/common/recordviews/spectraview.h"
+#include "gui/common/recordviews/distribution/spectraview.h"
 #include "support/measuring.h"
 
 #include <QApplication>
