@@ -54,21 +54,11 @@ void CommentEdit::commit()
 
 bool CommentEdit::event(QEvent *event)
 {
-    // Keys by which the line is edited, and which the window has for commands.
-    if (event->type() == QEvent::ShortcutOverride)
-        switch (static_cast<QKeyEvent *>(event)->key()) {
-        case Qt::Key_Left:
-        case Qt::Key_Right:
-        case Qt::Key_Home:
-        case Qt::Key_End:
-        case Qt::Key_Escape:
-            if (static_cast<QKeyEvent *>(event)->modifiers().testFlag(Qt::AltModifier))
-                break;
-            event->accept();
-            return true;
-        default:
-            break;
-        }
+    // The keys that move the cursor are taken from the window's commands by the base.
+    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        return true;
+    }
     return QLineEdit::event(event);
 }
 

@@ -13,9 +13,11 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
-/// Passes the rows whose whole comment or time has the text in it.
+/// Passes the rows whose whole comment or time has the text in it. The tool tip is more of the comment.
 class CommentFilter : public QSortFilterProxyModel {
 public:
     using QSortFilterProxyModel::QSortFilterProxyModel;
@@ -24,6 +26,13 @@ public:
     {
         m_text = text;
         invalidateFilter();
+    }
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        if (role != Qt::ToolTipRole)
+            return QSortFilterProxyModel::data(index, role);
+        const QModelIndex comment = index.siblingAtColumn(CommentMap::CommentColumn);
+        return RecordNotes::toolTip(comment.data(CommentMap::wholeTextRole).toString());
     }
 
 protected:
@@ -73,9 +82,23 @@ void CommentView::setCommentMap(CommentMap *map)
         disconnect(m_map, nullptr, this, nullptr);
     m_map = map;
     if (m_map)
-        connect(m_map, &CommentMap::changed, m_contents, &SeenContents::setStale);
+        connect(m_map, &CommentMap::changed, this, &CommentView::setStale);
     m_filtered->setSourceModel(nullptr); // at once, seen or not: nothing of the old one is kept
-    m_contents->setStale();
+    setStale();
+}
+
+void CommentView::setStale()
+{
+    if (std::exchange(m_isStaleQueued, true))
+        return;
+    // A burst of changes, as the orphans that go behind a read, costs one refresh.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isStaleQueued = false;
+            m_contents->setStale();
+        },
+        Qt::QueuedConnection);
 }
 
 void CommentView::refresh()

@@ -12,7 +12,7 @@ class QTreeView;
 class SeenContents;
 
 /// The list of all comments, by time, with a box that filters them by their texts and times. It is kept up to date
-/// while it is seen only.
+/// while it is seen only, once in each pass of the event loop.
 class CommentView : public QWidget {
     Q_OBJECT
 public:
@@ -33,6 +33,7 @@ Q_SIGNALS:
     void commentSelected(int index);
 
 private:
+    void setStale();
     void refresh();
     void applyFilter(const QString &text);
     void noteChosen(const QModelIndex &index);
@@ -44,4 +45,5 @@ private:
     SeenContents *m_contents;
     QPersistentModelIndex m_chosen; ///< in the map's model; what the user chose last, though the filter may hide it
     bool m_isFiltering = false;
+    bool m_isStaleQueued = false;
 };

@@ -76,6 +76,7 @@ QWidget *RecordForm::makeCommentRow()
     layout->addWidget(m_notSavedLabel);
     row->setFocusProxy(m_commentEdit);
     m_commentEdit->setObjectName(QStringLiteral("commentEdit"));
+    m_commentEdit->setAccessibleName(tr("Comment"));
     m_notSavedLabel->setObjectName(QStringLiteral("notSavedLabel"));
     m_notSavedLabel->setToolTip(tr("The comment could not be written; the log tells why. It is tried again with the "
                                    "next comment, and when the data or the program are closed."));

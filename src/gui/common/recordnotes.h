@@ -19,6 +19,9 @@ public:
 
     using QObject::QObject;
 
+    /// A note for a tool tip, which shows it letter by letter, and of a long one the begin.
+    static QString toolTip(const QString &text);
+
     /// The first note on a record that doesn't begin before that moment.
     virtual std::optional<Note> firstFrom(RecordTime begin) const = 0;
 

@@ -25,6 +25,7 @@ struct CommentViewTest : testing::Test {
     }
     QStringList rows() const
     {
+        settle();
         QStringList rows;
         const auto *model = view->list()->model();
         for (int row = 0; row < model->rowCount(); ++row)
@@ -42,10 +43,8 @@ struct CommentViewTest : testing::Test {
 
 TEST_F(CommentViewTest, IsFilledWhenItIsSeenAndKeptUpToDateFromThenOn)
 {
-    settle();
     EXPECT_TRUE(rows().isEmpty());
     window.show();
-    settle();
     EXPECT_EQ(rows(), (QStringList{"comment 0", "comment 1", "comment 2"}));
     map->setComment(commentRecord(1), "");
     map->setComment(commentRecord(7), "late");
@@ -54,7 +53,6 @@ TEST_F(CommentViewTest, IsFilledWhenItIsSeenAndKeptUpToDateFromThenOn)
     map->setComment(commentRecord(7), "");
     EXPECT_EQ(rows().size(), 3) << "no work while nobody sees it";
     dock->show();
-    settle();
     EXPECT_EQ(rows().size(), 2);
     view->setCommentMap(nullptr);
     EXPECT_TRUE(rows().isEmpty());
@@ -90,4 +88,28 @@ TEST_F(CommentViewTest, TheFilterFindsTextsAndTimesAndKeepsTheSelection)
     EXPECT_EQ(selected[0][0].toInt(), 2) << "the row of the whole list";
     view->itemActivated({});
     EXPECT_EQ(selected.size(), 1);
+}
+
+TEST_F(CommentViewTest, ABurstOfChangesCostsOneRefresh)
+{
+    window.show();
+    ASSERT_EQ(rows().size(), 3);
+    int resets = 0;
+    QObject::connect(view->list()->model(), &QAbstractItemModel::modelReset, [&] { ++resets; });
+    view->setCommentMap(map.get()); // one reset, as the old rows go at once
+    map->loadComments(earliestRecordTime, latestRecordTime);
+    map->setComment(commentRecord(4), "new");
+    map->forget({CommentMap::keyOf(*commentRecord(4))});
+    EXPECT_TRUE(rows().isEmpty());
+    EXPECT_EQ(resets, 2);
+}
+
+TEST(RecordNotes, AToolTipIsPlainAndBounded)
+{
+    const auto tip = [](const QString &text) { return RecordNotes::toolTip(text); };
+    EXPECT_EQ(tip("<b>a</b>\nb"), "<qt>&lt;b&gt;a&lt;/b&gt;<br>b</qt>");
+    EXPECT_LT(tip(QString(100000, '<')).size(), 5000);
+    EXPECT_EQ(tip(QString("a\n").repeated(100)).count("<br>"), 19);
+    EXPECT_TRUE(tip(QString("a\n").repeated(100)).endsWith(" ...</qt>"));
+    EXPECT_EQ(tip(QString("a\n").repeated(19) + 'b').count("..."), 0);
 }

@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QProcess>
 #include <QThread>
 #include <QToolButton>
@@ -109,6 +110,27 @@ TEST_F(KeyFocus, KeysReachADialogAndTheWindowBehindADialog)
     });
     window->showDataDirChoice();
     waitForKeysIn(window.get(), "behind the data dialog");
+}
+
+TEST_F(KeyFocus, KeysGoToACommentUntilReturn)
+{
+    window->show();
+    openByKey();
+    waitForRead();
+    waitForKeysIn(window.get(), "behind the read");
+    window->showRecord(window->datastore()->at(5));
+    QTest::qWait(1);
+    auto *line = window->findChild<QLineEdit *>("commentEdit");
+    line->setFocus();
+    for (const char *key : {"a", "c", "Left", "b", "End", "d"})
+        type(key);
+    ASSERT_TRUE(waitUntil([line] { return line->text() == "abcd"; })) << line->text().toStdString();
+    EXPECT_EQ(window->shownRecord(), window->datastore()->at(5));
+    EXPECT_FALSE(window->isFollowingLast());
+    type("Return");
+    type("Right");
+    ASSERT_TRUE(waitUntil([this] { return window->shownRecord() == window->datastore()->at(6); }));
+    EXPECT_TRUE(::contentOf(data.folder.filePath("20190101-block.comments")).endsWith("\tabcd\n"));
 }
 
 TEST_F(KeyFocus, EscapeEndsARead)

@@ -12,9 +12,7 @@ namespace Tsb::NoteMarks {
 namespace {
 
 const QColor markColor(46, 52, 54);
-constexpr int reach = 3;             ///< columns beside a mark that count as it
-constexpr int longestToolTip = 1000; // characters
-constexpr int mostToolTipLines = 20;
+constexpr int reach = 3; ///< columns beside a mark that count as it
 
 /// Calls visit(column, note) for the first note of each column from first to last - 1 that has one.
 template<typename Visit>
@@ -71,21 +69,6 @@ std::optional<RecordNotes::Note> noteAt(const RecordNotes &notes, const TimeScal
                      nearest = note;
                  });
     return nearest;
-}
-
-QString toolTip(const RecordNotes::Note &note)
-{
-    QString shown = note.text.left(longestToolTip);
-    int end = -1;
-    for (int line = 0; line < mostToolTipLines && (line == 0 || end >= 0); ++line)
-        end = shown.indexOf(QLatin1Char('\n'), end + 1);
-    if (end >= 0)
-        shown.truncate(end);
-    if (shown.size() < note.text.size())
-        shown += QStringLiteral(" ...");
-    // As rich text, which wraps long lines.
-    return QLatin1String("<qt>") + shown.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")) +
-           QLatin1String("</qt>");
 }
 
 } // namespace Tsb::NoteMarks

@@ -17,8 +17,6 @@ constexpr int markWidth = 6; ///< columns
 void draw(QPainter &painter, int height, const RecordNotes &notes, const TimeScale &scale, int first, int last);
 /// The note of the mark nearest to the column; nothing if none is near it.
 std::optional<RecordNotes::Note> noteAt(const RecordNotes &notes, const TimeScale &scale, int column);
-/// The note for a tool tip, which shows it letter by letter, and of a long one the begin.
-QString toolTip(const RecordNotes::Note &note);
 
 /// The column in which the mark of a record with that begin begins.
 int columnOf(RecordTime begin, const TimeScale &scale);

@@ -158,7 +158,7 @@ bool OpmodePlot::event(QEvent *event)
     if (event->type() == QEvent::ToolTip && m_notes && m_mode == Opmode) {
         const auto *help = static_cast<QHelpEvent *>(event);
         if (const auto note = NoteMarks::noteAt(*m_notes, timeScale(), help->x() - contentsRect().left())) {
-            QToolTip::showText(help->globalPos(), NoteMarks::toolTip(*note), this);
+            QToolTip::showText(help->globalPos(), RecordNotes::toolTip(note->text), this);
             return true;
         }
     }

@@ -89,16 +89,6 @@ TEST(NoteMarks, TheWorkGoesWithTheColumnsAndNotWithTheNotes)
     EXPECT_LE(notes.asked, 201);
 }
 
-TEST(NoteMarks, AToolTipIsPlainAndBounded)
-{
-    const auto tip = [](const QString &text) { return NoteMarks::toolTip({{}, {}, text}); };
-    EXPECT_EQ(tip("<b>a</b>\nb"), "<qt>&lt;b&gt;a&lt;/b&gt;<br>b</qt>");
-    EXPECT_LT(tip(QString(100000, '<')).size(), 5000);
-    EXPECT_EQ(tip(QString("a\n").repeated(100)).count("<br>"), 19);
-    EXPECT_TRUE(tip(QString("a\n").repeated(100)).endsWith(" ...</qt>"));
-    EXPECT_EQ(tip(QString("a\n").repeated(19) + 'b').count("..."), 0);
-}
-
 TEST(NoteMarks, TheStripShowsMarksAndTheirTextsAndFollowsTheirChanges)
 {
     Datastore store;
