@@ -33,7 +33,8 @@ void CommentEdit::fill()
     const QString text = m_record && m_map ? m_map->comment(m_record) : QString();
     const bool isCut = text.size() > maxLength();
     setText(m_record && !m_map ? tr("n/a") : text);
-    setCursorPosition(isCut ? 0 : cursorPosition());
+    if (!hasFocus() || isCut)
+        setCursorPosition(0); // so that the begin is in sight
     setReadOnly(isCut);
     setToolTip(isCut ? tr("The comment is longer than %1 characters and can't be changed here").arg(maxLength())
                      : QString());

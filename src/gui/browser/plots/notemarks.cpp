@@ -12,7 +12,8 @@ namespace Tsb::NoteMarks {
 namespace {
 
 const QColor markColor(46, 52, 54);
-constexpr int reach = 3; ///< columns beside a mark that count as it
+const QColor edgeColor(255, 255, 255); ///< sets the mark off from bars that are dark themselves
+constexpr int reach = 3;               ///< columns beside a mark that count as it
 
 /// Calls visit(column, note) for the first note of each column from first to last - 1 that has one.
 template<typename Visit>
@@ -28,6 +29,18 @@ void visitColumns(const RecordNotes &notes, const TimeScale &scale, int first, i
     }
 }
 
+/// Fills the lowest rows of the columns from `first` on, of each as many as are told.
+void fillFeet(QPainter &painter, int height, int first, const std::vector<int> &feet, const QColor &color)
+{
+    for (auto run = feet.begin(); run != feet.end();) {
+        const int foot = *run;
+        const auto end = std::find_if(run, feet.end(), [foot](int other) { return other != foot; });
+        if (foot > 0)
+            painter.fillRect(first + int(run - feet.begin()), height - foot, int(end - run), foot, color);
+        run = end;
+    }
+}
+
 } // namespace
 
 int columnOf(RecordTime begin, const TimeScale &scale)
@@ -40,20 +53,19 @@ int columnOf(RecordTime begin, const TimeScale &scale)
 
 void draw(QPainter &painter, int height, const RecordNotes &notes, const TimeScale &scale, int first, int last)
 {
-    std::vector<int> heights(std::size_t(std::max(last - first, 0))); // of the marks, which may overlap
-    visitColumns(notes, scale, first - markWidth + 1, last, [&](int column, const RecordNotes::Note &) {
-        for (int i = std::max(first - column, 0); i < std::min(markWidth, last - column); ++i) {
-            int &mark = heights[std::size_t(column + i - first)];
-            mark = std::max(mark, markWidth - i);
+    // How far marks and their edges rise in each column. They may overlap.
+    std::vector<int> marks(std::size_t(std::max(last - first, 0))), edges(marks.size());
+    visitColumns(notes, scale, first - markWidth, last + 1, [&](int column, const RecordNotes::Note &) {
+        for (int x = std::max(column - 1, first); x < std::min(column + markWidth + 1, last); ++x) {
+            const int rise = markWidth - std::max(x - column, 0);
+            int &mark = marks[std::size_t(x - first)], &edge = edges[std::size_t(x - first)];
+            if (x >= column)
+                mark = std::max(mark, rise);
+            edge = std::max(edge, rise + 1);
         }
     });
-    for (auto run = heights.begin(); run != heights.end();) {
-        const int mark = *run;
-        const auto end = std::find_if(run, heights.end(), [mark](int other) { return other != mark; });
-        if (mark > 0)
-            painter.fillRect(first + int(run - heights.begin()), height - mark, int(end - run), mark, markColor);
-        run = end;
-    }
+    fillFeet(painter, height, first, edges, edgeColor);
+    fillFeet(painter, height, first, marks, markColor);
 }
 
 std::optional<RecordNotes::Note> noteAt(const RecordNotes &notes, const TimeScale &scale, int column)

@@ -11,7 +11,7 @@ class QPainter;
 /// does. The cost goes with the columns, not with the notes.
 namespace Tsb::NoteMarks {
 
-constexpr int markWidth = 6; ///< columns
+constexpr int markWidth = 7; ///< columns, with an edge of one more on both sides
 
 /// Draws into the columns first .. last - 1 of a picture of that height, and no other.
 void draw(QPainter &painter, int height, const RecordNotes &notes, const TimeScale &scale, int first, int last);
