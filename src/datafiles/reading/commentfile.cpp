@@ -51,7 +51,8 @@ bool readTime(const Field &field, RecordTime *time, std::int64_t *utcOffset)
 QChar unescaped(QChar letter)
 {
     static constexpr char letters[] = "abtvfnr", characters[] = "\a\b\t\v\f\n\r";
-    const char *const found = letter < 128 && letter != 0 ? std::strchr(letters, letter.toLatin1()) : nullptr;
+    const char *const found =
+        letter.unicode() < 128 && !letter.isNull() ? std::strchr(letters, letter.toLatin1()) : nullptr;
     return found ? QChar(QLatin1Char(characters[found - letters])) : letter;
 }
 
