@@ -13,7 +13,7 @@
 #include <QStandardItemModel>
 #include <QTemporaryDir>
 
-/// What comments cost beside how many others there are. The days have as many comments each, so that files are alike.
+/// Comments beside few others and beside many. Each day has as many of them, so that the files are alike.
 
 namespace {
 
@@ -35,7 +35,7 @@ QString textOf(int comment)
     return QStringLiteral("comment %1 on a cloud that passed").arg(comment);
 }
 
-/// A folder with so many comments in files, and their map.
+/// A folder with that number of comments in files, and their map.
 struct Comments {
     explicit Comments(int count)
     {

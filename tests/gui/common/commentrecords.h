@@ -4,7 +4,7 @@
 
 #include <QTemporaryDir>
 
-/// A record of ten minutes that begins so many of them after the noon of 2019-09-12 by local time.
+/// A record of ten minutes; number 0 begins at the noon of 2019-09-12 by local time, the others follow each other.
 inline std::shared_ptr<Record> commentRecord(int place, std::int64_t utcOffset = 7200)
 {
     auto record = std::make_shared<Record>();

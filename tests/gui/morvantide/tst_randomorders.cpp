@@ -1,11 +1,13 @@
+#include "datafiles/reading/commentfile.h"
 #include "datafiles/writing/recordwriting.h"
 #include "gui/morvantide/reinversion.h"
 #include "gui/morvantide/reviewwindow.h"
 
+#include <map>
 #include <random>
 
-// Reading, inverting, cancelling, saving and closing in random orders. Meant for the sanitizers: nothing is expected
-// but that whatever happens the window is in one of its states, with the commands of that state.
+// Reading, inverting, commenting, cancelling, saving and closing in random orders. Meant for the sanitizers: nothing is
+// expected but that whatever happens the window is in one of its states, with the commands of that state.
 
 namespace {
 
@@ -69,12 +71,29 @@ protected:
         window.reset();
         makeWindow();
     }
+    /// Types a comment on a record, and leaves it half typed.
+    void comment()
+    {
+        const auto store = window->datastore();
+        if (!store || window->folderPath().isNull()) // closed during the read that brought the store
+            return;
+        const auto record = store->at(below(store->size()));
+        window->showRecord(record);
+        QCoreApplication::processEvents(); // which may open other data
+        if (window->shownRecord() != record)
+            return;
+        auto *line = window->findChild<QLineEdit *>("commentEdit");
+        const QString text = QString("comment %1").arg(++m_typed);
+        line->selectAll();
+        QTest::keyClicks(line, text);
+        m_comments[{window->folderPath(), record->beginTime}] = text;
+    }
 
     /// One act after the other, with a pass of the event loop between them or not.
     void go()
     {
         for (int acts = 3 + below(4); acts > 0; --acts) {
-            switch (below(8)) {
+            switch (below(9)) {
             case 0:
                 read();
                 break;
@@ -99,6 +118,9 @@ protected:
                 if (below(2) == 0)
                     renew();
                 break;
+            case 8:
+                comment();
+                break;
             }
             pass();
             expectOneState();
@@ -111,15 +133,28 @@ protected:
         EXPECT_TRUE(window->datastore() ||
                     (window->uiInfo()->spectrumInfos().isEmpty() && window->inverters().empty()));
     }
+    void expectAllComments() const
+    {
+        std::map<std::pair<QString, RecordTime>, QString> found;
+        for (const QString folder : {"demo", "other"})
+            for (const QString &file : findCommentFiles(path(folder), "block", earliestRecordTime, latestRecordTime))
+                readCommentFile(file, [&](const CommentLine &line) { found[{path(folder), line.begin}] = line.text; });
+        for (const auto &comment : m_comments)
+            EXPECT_EQ(found[comment.first].toStdString(), comment.second.toStdString());
+        EXPECT_EQ(found.size(), m_comments.size());
+        EXPECT_GT(found.size(), 10u);
+    }
 
 private:
     std::mt19937 m_random{20190514};
+    std::map<std::pair<QString, RecordTime>, QString> m_comments; ///< that were typed last, by folder and record
+    int m_typed = 0;
     QStringList m_files;
 };
 
 } // namespace
 
-TEST_F(RandomOrders, LeaveTheWindowInOneOfItsStates)
+TEST_F(RandomOrders, LeaveTheWindowInOneOfItsStatesAndLoseNoComment)
 {
     constexpr int orders = 200;
     for (int order = 0; order < orders; ++order) {
@@ -128,4 +163,6 @@ TEST_F(RandomOrders, LeaveTheWindowInOneOfItsStates)
         if (HasFailure())
             break;
     }
+    window.reset();
+    expectAllComments();
 }

@@ -15,7 +15,7 @@ namespace {
 
 using namespace Tsb;
 
-/// Notes on records that begin at so many ticks.
+/// Notes by the ticks at which their records begin.
 struct Notes : RecordNotes {
     std::map<std::int64_t, QString> texts;
     mutable int asked = 0;
