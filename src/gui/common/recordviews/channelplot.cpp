@@ -94,6 +94,7 @@ ChannelPlot::ChannelPlot(QWidget *parent)
     m_intervals->setLegendIconSize(QSize(barWidth, legendBarHeight));
     m_intervals->setVisible(false);
     m_intervals->attach(this);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding); // may be lower than its hint
     m_intervals->setTitle(tr("Level of noise"));
     m_intervals->setZ(m_currentsCurve->z() - 1); // over the grid and below the points
     axisScaleEngine(xBottom)->setMargins(halfChannel, halfChannel);

@@ -5,6 +5,7 @@
 #include "support/realvector.h"
 
 #include <QAction>
+#include <QContextMenuEvent>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,6 +15,7 @@
 #include <gtest/gtest.h>
 #include <qwt_plot_curve.h>
 #include <qwt_plot_intervalcurve.h>
+#include <qwt_scale_widget.h>
 
 #include <limits>
 
@@ -169,6 +171,33 @@ TEST(ElectrometersPlot, ReadoutNamesTheElectrometer)
                     qRound(shown.plot->transform(QwtPlot::yLeft, 40)) + 2);
     sendMouse(shown.plot->canvas(), QEvent::MouseMove, at);
     EXPECT_EQ(shown.plot->readout()->text(), "Current\n4 (d), 40 fA");
+}
+
+TEST(ElectrometersPlot, OffersItsCommandsOverThePlotAndNotOverTheAxes)
+{
+    Shown shown;
+    const auto opensMenu = [](QWidget *widget) {
+        bool isOpen = false;
+        QTimer::singleShot(0, [&isOpen] {
+            if (QWidget *menu = QApplication::activePopupWidget()) {
+                isOpen = true;
+                menu->close();
+            }
+        });
+        QContextMenuEvent event(QContextMenuEvent::Mouse, widget->rect().center());
+        QApplication::sendEvent(widget, &event);
+        settle();
+        return isOpen;
+    };
+    EXPECT_TRUE(opensMenu(shown.plot->canvas()));
+    EXPECT_FALSE(opensMenu(shown.plot->axisWidget(QwtPlot::yLeft))) << "there the right button fits the axis";
+}
+
+TEST(ElectrometersPlot, DoesNotHoldTheWindowOpen)
+{
+    Shown shown;
+    shown.view.resize(150, 160);
+    EXPECT_EQ(shown.view.size(), QSize(150, 160));
 }
 
 TEST(ElectrometersPlot, CorrectsWithTheUsersCoefficients)
