@@ -41,6 +41,7 @@ void ElectrometersModel::setHighlights(const QList<int> &electrometers)
     if (electrometers == m_highlights)
         return;
     m_highlights = electrometers;
+    m_highlightedRows = QSet<int>(electrometers.begin(), electrometers.end());
     if (m_rowCount > 0)
         Q_EMIT dataChanged(index(0, 0), index(m_rowCount - 1, ColumnCount - 1), {Qt::ForegroundRole});
 }
@@ -89,7 +90,7 @@ QVariant ElectrometersModel::data(const QModelIndex &index, int role) const
     case Qt::TextAlignmentRole:
         return int((index.column() == NameColumn ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
     case Qt::ForegroundRole:
-        return m_highlights.contains(index.row()) ? QVariant(QBrush(Qt::red)) : QVariant();
+        return m_highlightedRows.contains(index.row()) ? QVariant(QBrush(Qt::red)) : QVariant();
     case Qt::UserRole:
         return index.row();
     default:

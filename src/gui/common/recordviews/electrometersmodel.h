@@ -4,6 +4,7 @@
 #include "records/recordmetadata.h"
 
 #include <QAbstractTableModel>
+#include <QSet>
 
 namespace RecordViews {
 
@@ -37,6 +38,7 @@ private:
     int m_rowCount = 0;
     std::shared_ptr<const Record> m_record;
     QList<int> m_highlights;
+    QSet<int> m_highlightedRows; ///< a file's flag may name any number of them
 };
 
 } // namespace RecordViews
