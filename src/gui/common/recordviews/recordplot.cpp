@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QKeyEvent>
+#include <QWheelEvent>
 
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_grid.h>
@@ -18,7 +19,6 @@ namespace RecordViews {
 namespace {
 
 constexpr int leastWidth = 16, leastHeight = 6; // characters, lines
-
 constexpr double keyZoom = 0.8;
 constexpr double keyPan = 0.1; ///< of an axis
 constexpr int margin = 4;      ///< pixels around the plot
@@ -157,6 +157,13 @@ void RecordPlot::noteFitted()
     }
 }
 
+void RecordPlot::wheelEvent(QWheelEvent *event)
+{
+    // Over an axis it zooms, and must not scroll what the plot stands in as well.
+    const QWidget *const under = childAt(event->position().toPoint());
+    event->setAccepted(under == axisWidget(xBottom) || under == axisWidget(yLeft));
+}
+
 // ---- keys
 
 void RecordPlot::keyPressEvent(QKeyEvent *event)
@@ -249,10 +256,33 @@ void RecordPlot::takeColors()
     const QColor ink = palette().color(QPalette::Text);
     QPalette colors = canvas()->palette();
     colors.setColor(QPalette::Window, paper);
-    colors.setColor(QPalette::WindowText, mixed(paper, ink, 2 * gridStrength));
     canvas()->setPalette(colors);
+    colorFrame();
     m_grid->setPen(mixed(paper, ink, gridStrength), 0, Qt::DotLine);
     QwtPlot::replot();
+}
+
+void RecordPlot::colorFrame()
+{
+    const QColor paper = palette().color(QPalette::Base);
+    const QColor ink = palette().color(QPalette::Text);
+    QPalette colors = canvas()->palette();
+    colors.setColor(QPalette::WindowText,
+                    hasFocus() ? palette().color(QPalette::Highlight) : mixed(paper, ink, 2 * gridStrength));
+    canvas()->setPalette(colors);
+    static_cast<QwtPlotCanvas *>(canvas())->replot();
+}
+
+void RecordPlot::focusInEvent(QFocusEvent *event)
+{
+    QwtPlot::focusInEvent(event);
+    colorFrame();
+}
+
+void RecordPlot::focusOutEvent(QFocusEvent *event)
+{
+    QwtPlot::focusOutEvent(event);
+    colorFrame();
 }
 
 void RecordPlot::takeFonts()

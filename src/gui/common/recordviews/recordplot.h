@@ -14,6 +14,7 @@ class PanZoomHelper;
 /// and yLeft fit the visible items that have the attribute AutoScale, unless the user has panned or zoomed them (see
 /// PanZoomHelper) or locked both. Keys do what the mouse does: + and - zoom, Shift with an arrow pans, Home fits, comma
 /// and full stop step the read-out through the points, Page Up and Page Down through the series, Esc hides it.
+/// The frame of the canvas is coloured while the plot has the focus.
 class RecordPlot : public QwtPlot {
     Q_OBJECT
 public:
@@ -47,6 +48,9 @@ protected:
     virtual QVector<PlotReadout::Series> readoutSeries() const { return {}; }
 
     void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
@@ -61,6 +65,7 @@ private:
     void setAutoscale(int axis, bool on);
     void noteFitted();
     void takeColors();
+    void colorFrame();
     void takeFonts();
     bool pressPanZoomKey(const QKeyEvent &event);
     bool pressReadoutKey(const QKeyEvent &event);

@@ -5,10 +5,14 @@
 #include "support/fulldisk.h"
 #include "support/gestures.h"
 
-#include <QPainter>
+#include <QAction>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QMessageBox>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 #include <qwt_plot_curve.h>
@@ -252,6 +256,42 @@ TEST(RecordPlot, TitlesAreNoMarkup)
     const double rich = QwtText(markup, QwtText::RichText).textSize(font).width();
     for (const QwtText &title : {plot.title(), plot.axisTitle(QwtPlot::xBottom)})
         EXPECT_GT(title.textSize(font).width(), 2 * rich);
+}
+
+TEST(RecordPlot, TheWheelOverAnAxisScrollsNothingElse)
+{
+    CurvePlot plot; // which gets what the axis lets pass
+    EXPECT_TRUE(turnWheel(&plot, plot.axisWidget(QwtPlot::xBottom)->geometry().center(), {0, 120}));
+    EXPECT_FALSE(turnWheel(&plot, plot.canvas()->geometry().center(), {0, 120}));
+}
+
+TEST(PlotPicture, AsksForAFileAndTellsOfFailures)
+{
+    const QTemporaryDir folder;
+    CurvePlot plot;
+    PlotPicture picture(&plot);
+    const auto saveAs = [&](const QString &path) { // answers the dialogs, and tells what the last one said
+        QString told;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            if (auto *files = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
+                files->selectFile(path);
+                static_cast<QDialog *>(files)->accept();
+            } else if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                told = box->text();
+                box->done(0);
+            }
+        });
+        timer.start(1);
+        picture.saveAction()->trigger();
+        return told;
+    };
+    EXPECT_EQ(saveAs(folder.filePath("a.svg")), "");
+    EXPECT_EQ(saveAs(folder.filePath("b")), "");
+    EXPECT_EQ(filesIn(folder.path()), (QStringList{"a.svg", "b.png"}));
+    EXPECT_TRUE(saveAs(folder.filePath("<b>.xyz")).contains("<b>.xyz"));
+    picture.copyAction()->trigger();
+    EXPECT_EQ(QApplication::clipboard()->image().size(), 2 * plot.size());
 }
 
 TEST(PlotPicture, DrawsThePlotsThatAreSeenAsEachKindOfFile)

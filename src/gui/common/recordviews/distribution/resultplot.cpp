@@ -12,6 +12,7 @@ namespace RecordViews {
 
 namespace {
 
+constexpr int mostNames = 20;          ///< in a title
 constexpr int longestName = 80;        ///< characters in a title
 const QColor heldColor(140, 140, 140); // seen on white and on black
 
@@ -67,6 +68,10 @@ void ResultPlot::showSpectra(const ShownSpectra &shown, const ShownSpectra &held
     QwtText title(coloredNames(), QwtText::RichText);
     title.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
     setTitle(title);
+    QStringList names;
+    for (const ShownSpectrum &one : shown)
+        names << one.name;
+    setAccessibleName(tr("Distribution plot: %1").arg(names.join(QStringLiteral(", "))));
     replot();
 }
 
@@ -129,9 +134,11 @@ void ResultPlot::setTitles(const SpectMath::SpectrumInfo &first, SpectMath::Dist
 QString ResultPlot::coloredNames() const
 {
     QStringList names;
-    for (const ShownSpectrum &one : m_shown.spectra)
+    for (const ShownSpectrum &one : m_shown.spectra.mid(0, mostNames))
         names << QStringLiteral("<span style=\"color:%1\">%2</span>")
                      .arg(legible(one.color).name(), titleName(one.name).toHtmlEscaped());
+    if (m_shown.spectra.size() > mostNames)
+        names << QString(QChar(0x2026));
     return names.join(QStringLiteral(", "));
 }
 

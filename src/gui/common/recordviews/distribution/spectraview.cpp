@@ -17,6 +17,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cmath>
 
 namespace RecordViews {
 
@@ -50,6 +51,13 @@ QString onOneLine(QString text)
             character = QLatin1Char(' ');
     }
     return text;
+}
+
+QString menuText(const QString &name)
+{
+    constexpr int longest = 80;
+    QString text = onOneLine(name.left(longest));
+    return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
 } // namespace
@@ -166,7 +174,8 @@ ShownSpectra SpectraView::recordSpectra() const
     ShownSpectra all;
     for (int i = 0; i < infos.size(); ++i) {
         const QColor color = uiInfo()->spectrumColor(infos[i].get());
-        all.append({spectra[std::size_t(i)], names[i], color.isValid() ? color : palette().color(QPalette::Text)});
+        all.append(
+            {spectra[std::size_t(i)], onOneLine(names[i]), color.isValid() ? color : palette().color(QPalette::Text)});
     }
     return all;
 }
@@ -183,9 +192,9 @@ void SpectraView::showSummary(const ShownSpectra &shown)
 {
     QStringList lines;
     for (const ShownSpectrum &one : shown) {
-        const QString name = onOneLine(one.name);
-        lines << (one.spectrum->status == 0 ? summaryText(distributionSummary(*one.spectrum), *one.spectrum->info, name)
-                                            : tr("%1: inversion failed").arg(name));
+        lines << (one.spectrum->status == 0
+                      ? summaryText(distributionSummary(*one.spectrum), *one.spectrum->info, one.name)
+                      : tr("%1: inversion failed").arg(one.name));
     }
     m_summary->setLines(lines);
 }
@@ -244,7 +253,8 @@ void SpectraView::setDistributionType(DistributionType type)
 
 void SpectraView::setSmoothingCoef(double width)
 {
-    choose(m_options->smoothingCoef, width);
+    if (std::isfinite(width) && width >= 0)
+        choose(m_options->smoothingCoef, width);
 }
 
 void SpectraView::setSinglePlot(bool on)
@@ -307,7 +317,7 @@ void SpectraView::fillSpectrumMenu()
     const QStringList names = curveNames(infos, *uiInfo());
     for (int i = 0; i < infos.size(); ++i) {
         const QString hash = infos[i]->hash;
-        QAction *const action = m_spectrumMenu->addAction(onOneLine(names[i]).replace('&', QLatin1String("&&")));
+        QAction *const action = m_spectrumMenu->addAction(menuText(names[i]));
         action->setCheckable(true);
         action->setChecked(!m_hidden.contains(hash));
         connect(action, &QAction::toggled, this, [this, hash](bool on) { setSpectrumShown(hash, on); });
@@ -351,7 +361,7 @@ QString SpectraView::clipboardText() const
     for (const ShownSpectrum &one : all) {
         // One plot has one axis, that of its first spectrum.
         const ShownSpectrum &leading = !isSinglePlot() ? one : chosen.isEmpty() ? all.first() : chosen.first();
-        lines << QStringLiteral("### %1 at %2 ###").arg(onOneLine(one.name), time)
+        lines << QStringLiteral("### %1 at %2 ###").arg(one.name, time)
               << spectrumText(*one.spectrum, *m_options, shownAxis(*leading.spectrum->info, *m_options), smoothing);
     }
     return lines.join(QLatin1Char('\n'));
