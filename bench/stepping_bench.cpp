@@ -99,11 +99,11 @@ public:
         if (m_hasDocks)
             MainWindowBase::setupDocks();
     }
-    QList<QDockWidget *> docks() const { return findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly); }
+    QList<QDockWidget *> allDocks() const { return findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly); }
     /// None in a tab: below one another on the left and on the right.
     void putSideBySide()
     {
-        const QList<QDockWidget *> all = docks();
+        const QList<QDockWidget *> all = allDocks();
         for (int i = 0; i < all.size(); ++i) {
             addDockWidget(i % 2 ? Qt::LeftDockWidgetArea : Qt::RightDockWidgetArea, all[i]);
             all[i]->show();
@@ -126,7 +126,7 @@ public:
     explicit PlainWidgets(const Window &window)
     {
         m_window.resize(windowSize);
-        for (const QDockWidget *dock : window.docks()) {
+        for (const QDockWidget *dock : window.allDocks()) {
             const QRect place(dock->mapTo(&window, QPoint()), dock->size());
             if (dock->objectName() == QLatin1String("spectraView"))
                 addPlot(place, 2 * 2, points);
@@ -200,7 +200,7 @@ void stepWithUnseenDocks(benchmark::State &state)
     const Data data;
     Window window(data, true), bare(data, false);
     QDockWidget *const log = window.findChild<QDockWidget *>(QStringLiteral("logDock"));
-    for (QDockWidget *dock : window.docks()) {
+    for (QDockWidget *dock : window.allDocks()) {
         if (state.range(0) == 0)
             dock->close();
         else if (dock != log)

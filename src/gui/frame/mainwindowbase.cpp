@@ -11,15 +11,9 @@
 #include "gui/common/inversionstatistics.h"
 #include "gui/common/logbox.h"
 #include "gui/common/logdock.h"
-#include "gui/common/recordform.h"
-#include "gui/common/recordviews/diagnosticview.h"
-#include "gui/common/recordviews/distribution/spectraview.h"
-#include "gui/common/recordviews/electrometersplot.h"
-#include "gui/common/recordviews/electrometersview.h"
-#include "gui/common/recordviews/recordview.h"
-#include "gui/common/recordviews/reportview.h"
 #include "gui/frame/abouttext.h"
 #include "gui/frame/docklayout.h"
+#include "gui/frame/framedocks.h"
 #include "gui/frame/opencomments.h"
 #include "gui/frame/recordsteps.h"
 #include "gui/frame/windowgeometry.h"
@@ -53,10 +47,10 @@ MainWindowBase::MainWindowBase(QWidget *parent) : QMainWindow(parent), m_logger(
     setCorners();
 
     // Before all else, so that everything that follows can log.
-    m_logDock = new LogDock(this);
+    m_uiInfo = std::make_shared<UiInfo>();
+    m_docks = new FrameDocks(m_uiInfo, this);
     connect(new LogBox(this), &LogBox::newEntry, this, &MainWindowBase::addLogEntry);
 
-    m_uiInfo = std::make_shared<UiInfo>();
     m_shown = new ShownRecord(m_uiInfo, this);
     connect(m_shown, &ShownRecord::changed, this, &MainWindowBase::shownRecordChanged);
     connect(m_shown, &ShownRecord::contentsChanged, this, &MainWindowBase::queueViewUpdate);
@@ -88,7 +82,7 @@ std::shared_ptr<Datastore> MainWindowBase::currentDatastoreFor(int)
 
 void MainWindowBase::addLogEntry(Log::Entry entry)
 {
-    m_logDock->addEntry(entry);
+    m_docks->log()->addEntry(entry);
 }
 
 void MainWindowBase::showAboutBox()
@@ -164,39 +158,9 @@ void MainWindowBase::setupContextActions()
 void MainWindowBase::setupDocks()
 {
     statusBar(); // made at its first use; without it no status tip is ever seen
-    addDock(m_logDock, QStringLiteral("log"));
-    auto *selected = new QDockWidget(tr("Selected record"), this);
-    selected->setObjectName(QStringLiteral("currentrecordform"));
-    m_recordForm = new RecordForm(m_uiInfo, selected);
-    selected->setWidget(m_recordForm);
-    addDock(selected, QStringLiteral("current-record"));
-    addRecordView(new RecordViews::DiagnosticView(m_uiInfo, this), QStringLiteral("diagnostics"));
-    m_reportView = new RecordViews::ReportView(m_uiInfo, this);
-    addRecordView(m_reportView, {});
-    addRecordView(new RecordViews::ElectrometersView(m_uiInfo, this), QStringLiteral("electrometer-signals"));
-    addRecordView(new RecordViews::ElectrometersPlot(m_uiInfo, this), QStringLiteral("electrometer-signals-plot"));
-    addRecordView(new RecordViews::SpectraView(m_uiInfo, this), QStringLiteral("distribution-plot"));
-    auto *comments = new QDockWidget(tr("Comment list"), this);
-    comments->setObjectName(QStringLiteral("commentList"));
-    auto *commentList = new CommentView(comments);
-    connect(commentList, &CommentView::commentSelected, this, &MainWindowBase::commentSelected);
-    m_comments = new OpenComments(m_recordForm, commentList, m_browser, this);
-    addDock(comments, QStringLiteral("comment-list"));
-    m_statusDock = new DiagnosticStatusDockWidget(m_uiInfo, this);
-    addDock(m_statusDock, QStringLiteral("diagnostic-status"));
-    arrangeDocks(*this);
-}
-
-void MainWindowBase::addDock(QDockWidget *dock, const QString &icon)
-{
-    dock->toggleViewAction()->setIcon(namedIcon(icon));
-    m_docks.append(dock);
-}
-
-void MainWindowBase::addRecordView(RecordViews::RecordView *view, const QString &icon)
-{
-    m_recordViews.append(view);
-    addDock(view, icon);
+    m_docks->makeAll();
+    m_comments = new OpenComments(m_docks->form(), m_docks->commentList(), m_browser, this);
+    connect(m_docks->commentList(), &CommentView::commentSelected, this, &MainWindowBase::commentSelected);
 }
 
 void MainWindowBase::setupToolbar()
@@ -224,8 +188,7 @@ void MainWindowBase::setupMenus()
     timeseriesMenu->addActions(m_browser->viewActions());
 
     m_viewMenu = menuBar()->addMenu(tr("&View"));
-    for (const QDockWidget *dock : qAsConst(m_docks))
-        m_viewMenu->addAction(dock->toggleViewAction());
+    m_viewMenu->addActions(m_docks->toggleActions());
 
     menuBar()->addMenu(tr("&Help"))->addAction(m_actions.about);
 }
@@ -272,6 +235,16 @@ const std::shared_ptr<Record> &MainWindowBase::shownRecord() const
     return m_shown->record();
 }
 
+DiagnosticStatusDockWidget *MainWindowBase::statusDock() const
+{
+    return m_docks->status();
+}
+
+RecordViews::ReportView *MainWindowBase::reportView() const
+{
+    return m_docks->report();
+}
+
 const std::shared_ptr<Datastore> &MainWindowBase::datastore() const
 {
     return m_shown->datastore();
@@ -314,8 +287,8 @@ void MainWindowBase::implicitDisableFollowLast()
 
 void MainWindowBase::recordUpdated(int, std::shared_ptr<Record> record, int flags)
 {
-    if (m_statusDock && (flags & RecordCameIn) != 0)
-        m_statusDock->addRecord(record);
+    if (statusDock() && (flags & RecordCameIn) != 0)
+        statusDock()->addRecord(record);
     m_shown->recordUpdated(record, flags);
 }
 
@@ -340,12 +313,7 @@ void MainWindowBase::queueViewUpdate()
 
 void MainWindowBase::updateRecordViewsNow()
 {
-    if (m_recordForm)
-        m_recordForm->showRecord(shownRecord());
-    // Without a record the views keep the last one.
-    if (shownRecord() && !shownRecord()->interim)
-        for (RecordViews::RecordView *view : qAsConst(m_recordViews))
-            view->showRecord(shownRecord());
+    m_docks->showRecord(shownRecord());
     m_viewUpdateQueued = false;
 }
 
@@ -377,14 +345,6 @@ void MainWindowBase::removeOrphanedComments()
 
 // ---- the data
 
-void MainWindowBase::clearRecordViews()
-{
-    if (m_recordForm)
-        m_recordForm->showRecord(nullptr);
-    for (RecordViews::RecordView *view : qAsConst(m_recordViews))
-        view->showRecord(nullptr);
-}
-
 void MainWindowBase::setDatastore(std::shared_ptr<Datastore> store)
 {
     const std::shared_ptr<Datastore> former = datastore(); // outlives its views
@@ -393,9 +353,7 @@ void MainWindowBase::setDatastore(std::shared_ptr<Datastore> store)
     if (former)
         disconnect(former.get(), nullptr, this, nullptr);
     m_shown->setDatastore(store);
-    clearRecordViews(); // at once: their slots have no meaning under the next description
-    for (RecordViews::RecordView *view : qAsConst(m_recordViews))
-        view->setDatastore(store.get());
+    m_docks->setDatastore(store.get()); // at once: their slots have no meaning under the next description
     m_browser->setDatastore(store.get());
     setFollowLast(isFollowingLast()); // only a move of the user ends that
     m_browser->timeView()->navigator()->forgetViews();

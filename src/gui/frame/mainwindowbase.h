@@ -10,15 +10,13 @@
 
 class CommentMap;
 class DiagnosticStatusDockWidget;
-class LogDock;
+class FrameDocks;
 class OpenComments;
 class QSettings;
 class QToolBar;
-class RecordForm;
 class RecordSteps;
 
 namespace RecordViews {
-class RecordView;
 class ReportView;
 } // namespace RecordViews
 namespace Tsb {
@@ -106,17 +104,13 @@ protected:
     void saveComments();
     void setAboutInfo(const QString &name, const QString &description);
     void setSettings(std::unique_ptr<QSettings> settings);
-    /// Enters a dock, which gets an entry in the menu "View". Called from setupDocks, which gives docks their places.
-    void addDock(QDockWidget *dock, const QString &icon);
-    /// The same for a view that is told of each shown record.
-    void addRecordView(RecordViews::RecordView *view, const QString &icon);
-
     const QString &appName() const { return m_appName; }
     QSettings *settings() const { return m_settings.get(); }
     const Log::Logger &logger() const { return m_logger; }
     const Actions &actions() const { return m_actions; }
-    DiagnosticStatusDockWidget *statusDock() const { return m_statusDock; }
-    RecordViews::ReportView *reportView() const { return m_reportView; }
+    FrameDocks *docks() const { return m_docks; }
+    DiagnosticStatusDockWidget *statusDock() const;
+    RecordViews::ReportView *reportView() const;
     QMenu *fileMenu() const { return m_fileMenu; }
     QMenu *viewMenu() const { return m_viewMenu; }
     QToolBar *toolBar() const { return m_toolBar; }
@@ -128,22 +122,16 @@ private:
     void updatePreviousView();
     void shownRecordChanged(const std::shared_ptr<Record> &record, ShownRecord::Mover mover);
     void queueViewUpdate();
-    void clearRecordViews();
 
     QString m_appName;
     QString m_aboutText;
     Log::Logger m_logger;
-    LogDock *m_logDock;
     std::shared_ptr<UiInfo> m_uiInfo;
+    FrameDocks *m_docks;
     ShownRecord *m_shown;
     Tsb::TimeSeriesBrowser *m_browser;
-    RecordForm *m_recordForm = nullptr;
     OpenComments *m_comments = nullptr;
     RecordSteps *m_steps = nullptr;
-    DiagnosticStatusDockWidget *m_statusDock = nullptr;
-    RecordViews::ReportView *m_reportView = nullptr;
-    QList<QDockWidget *> m_docks;
-    QList<RecordViews::RecordView *> m_recordViews; ///< told of each shown record
     Actions m_actions;
     QMenu *m_fileMenu = nullptr;
     QMenu *m_viewMenu = nullptr;

@@ -4,6 +4,7 @@
 #include "gui/common/recordform.h"
 #include "gui/common/recordviews/recordview.h"
 #include "gui/frame/abouttext.h"
+#include "gui/frame/framedocks.h"
 #include "gui/frame/mainwindowbase.h"
 #include "support/instrument.h"
 #include "util/buildinfo.h"
@@ -39,7 +40,7 @@ struct Window : MainWindowBase {
         setAboutInfo("Morvantide", "About it");
         setupActions();
         setupContextActions();
-        addRecordView(view, "diagnostics");
+        docks()->addRecordView(view, "diagnostics");
         setupDocks();
         setupToolbar();
         setupMenus();
