@@ -140,8 +140,10 @@ QVector<PlotReadout::Series> ChannelPlot::readoutSeries() const
 void ChannelPlot::changeEvent(QEvent *event)
 {
     RecordPlot::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
+    if (event->type() == QEvent::PaletteChange) {
         takeItemColors();
+        replot();
+    }
 }
 
 void ChannelPlot::takeItemColors()
@@ -159,7 +161,6 @@ void ChannelPlot::takeItemColors()
     bar->setPen(noise);
     bar->setWidth(barWidth);
     m_intervals->setSymbol(bar);
-    QwtPlot::replot();
 }
 
 } // namespace RecordViews

@@ -88,6 +88,13 @@ void DiagnosticView::makeActions()
     m_treeView->addActions({plot, copy});
 }
 
+DiagnosticView::~DiagnosticView()
+{
+    // The list goes later than this, and not without signals.
+    m_treeView->header()->disconnect(this);
+    m_treeView->selectionModel()->disconnect(this);
+}
+
 QString DiagnosticView::viewName() const
 {
     return QStringLiteral("diagnostics");

@@ -20,6 +20,7 @@ class DiagnosticView : public RecordView {
     Q_OBJECT
 public:
     explicit DiagnosticView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr, Qt::WindowFlags flags = {});
+    ~DiagnosticView() override;
 
     QString viewName() const override;
     QVariantMap setup() const override;

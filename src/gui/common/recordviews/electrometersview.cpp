@@ -110,6 +110,13 @@ void ElectrometersView::makeActions()
     copy->setShortcutContext(Qt::WidgetWithChildrenShortcut); // other docks copy by the same key
 }
 
+ElectrometersView::~ElectrometersView()
+{
+    // The list goes later than this, and not without signals.
+    m_treeView->header()->disconnect(this);
+    m_treeView->selectionModel()->disconnect(this);
+}
+
 QString ElectrometersView::viewName() const
 {
     return QStringLiteral("electrometers");

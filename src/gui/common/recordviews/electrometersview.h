@@ -16,6 +16,7 @@ class ElectrometersView : public RecordView {
     Q_OBJECT
 public:
     explicit ElectrometersView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr, Qt::WindowFlags flags = {});
+    ~ElectrometersView() override;
 
     QString viewName() const override;
     QVariantMap setup() const override;
