@@ -9,16 +9,19 @@
 #include <QApplication>
 #include <QButtonGroup>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 #include <qwt_plot_histogram.h>
 #include <qwt_scale_engine.h>
+#include <qwt_scale_widget.h>
 
 namespace {
 
@@ -340,6 +343,29 @@ TEST(SpectraView, LockedAxesStayInAllPlots)
     w.action("Lock axes")->setChecked(false);
     w.show({spectrum(w.neg, realVector({1, 2, 10}))});
     EXPECT_EQ(w.plots()[0]->axisScaleDiv(QwtPlot::yLeft).upperBound(), 10);
+}
+
+TEST(SpectraView, AMenuOpensOverAPlotAndAnAxisHasNone)
+{
+    Window w;
+    const auto menuOver = [&](QWidget *widget) {
+        QStringList texts;
+        QTimer::singleShot(0, [&] {
+            if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+                for (const QAction *action : menu->actions())
+                    texts << action->text();
+                menu->close();
+            }
+        });
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, widget->rect().center());
+        QApplication::sendEvent(widget, &event);
+        settle();
+        return texts;
+    };
+    EXPECT_EQ(menuOver(w.plots()[0]),
+              (QStringList{"Spectra", "Hold curves", "Lock axes", "Fit axes", "", "Copy to clipboard", "Copy picture",
+                           "Save picture...", "Settings"}));
+    EXPECT_EQ(menuOver(w.plots()[0]->axisWidget(QwtPlot::xBottom)), QStringList());
 }
 
 TEST(SpectraView, SettingsComeBackWithoutBeingStoredAgain)
