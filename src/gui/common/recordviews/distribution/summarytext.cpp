@@ -12,6 +12,16 @@ namespace {
 
 constexpr int mostRows = 8;
 
+/// Lines break behind commas and colons, so that a number keeps its name and its unit. Copied text has plain blanks.
+QString keptTogether(QString text)
+{
+    const QString blank(QChar::Nbsp);
+    text.replace(QLatin1Char(' '), blank);
+    for (const char *mark : {",", ":"})
+        text.replace(mark + blank, mark + QStringLiteral(" "));
+    return text;
+}
+
 } // namespace
 
 SummaryText::SummaryText(QWidget *parent) : QPlainTextEdit(parent)
@@ -34,7 +44,7 @@ void SummaryText::setLines(const QStringList &lines)
     if (lines.size() != m_lines.size())
         m_height = 0;
     m_lines = lines;
-    setPlainText(lines.join(QLatin1Char('\n')));
+    setPlainText(keptTogether(lines.join(QLatin1Char('\n'))));
     setVisible(!lines.isEmpty());
     fitHeight();
 }
