@@ -2,6 +2,7 @@
 
 #include <QDockWidget>
 #include <QMainWindow>
+#include <QStyle>
 
 namespace {
 
@@ -73,14 +74,17 @@ void arrangeDocks(QMainWindow &window)
 void sizeDocks(QMainWindow &window)
 {
     const QFontMetrics metrics = window.fontMetrics();
-    const int byFont = metrics.averageCharWidth() * sideCharacters;
-    const int side = qMin(qMax(byFont, window.width() / 6), window.width() / 4);
+    const int wanted = qMax(metrics.averageCharWidth() * sideCharacters, window.width() / 6);
+    // Both sides together leave half of the width to the centre.
+    const int free = window.width() / 2 - 2 * window.style()->pixelMetric(QStyle::PM_DockWidgetSeparatorExtent);
+    const QDockWidget *const form = dockOf(window, "currentrecordform");
+    const int left = qMax(qMin(wanted, free / 2), form ? form->minimumSizeHint().width() : 0);
     const auto resize = [&window](const char *name, int size, Qt::Orientation orientation) {
         if (QDockWidget *dock = dockOf(window, name))
             window.resizeDocks({dock}, {size}, orientation);
     };
-    resize("currentrecordform", side, Qt::Horizontal);
-    resize("electrometersView", side, Qt::Horizontal);
+    resize("currentrecordform", left, Qt::Horizontal);
+    resize("electrometersView", qMin(wanted, free - left), Qt::Horizontal);
     resize("logDock", metrics.lineSpacing() * logLines, Qt::Vertical);
     resize("currentrecordform", metrics.lineSpacing() * formLines, Qt::Vertical);
 }
