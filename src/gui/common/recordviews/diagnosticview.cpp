@@ -73,8 +73,8 @@ QWidget *DiagnosticView::makeContents()
 void DiagnosticView::makeActions()
 {
     m_clearAction = new QAction(namedIcon(QStringLiteral("clear-text")), tr("Clear filter"), this);
-    m_clearAction->setVisible(false);
     m_filterEdit->addAction(m_clearAction, QLineEdit::TrailingPosition);
+    m_clearAction->setVisible(false); // not before: a new button of a line is shown in any case
     connect(m_clearAction, &QAction::triggered, this, &DiagnosticView::clearFilter);
     auto *const plot = new QAction(namedIcon(QStringLiteral("add-plot")), tr("Plot selected parameters"), this);
     plot->setShortcuts({Qt::Key_Return, Qt::Key_Enter});
