@@ -32,7 +32,7 @@ QRectF finiteBoundingRect(const QwtSeriesData<QPointF> &data)
     return all;
 }
 
-ResultData::ResultData(RealVector grid, RealVector values) : m_grid(std::move(grid)), m_values(std::move(values)) {}
+ResultData::ResultData(const RealVector &grid, const RealVector &values) : m_grid(grid), m_values(values) {}
 
 size_t ResultData::size() const
 {
@@ -49,8 +49,8 @@ QRectF ResultData::boundingRect() const
     return finiteBoundingRect(*this);
 }
 
-IntervalResultData::IntervalResultData(RealVector grid, RealVector values)
-    : m_grid(std::move(grid)), m_values(std::move(values))
+IntervalResultData::IntervalResultData(const RealVector &grid, const RealVector &values)
+    : m_grid(grid), m_values(values)
 {
 }
 

@@ -12,7 +12,7 @@ QRectF finiteBoundingRect(const QwtSeriesData<QPointF> &data);
 /// The points of a curve: grid value i and data value i, as many as both vectors have.
 class ResultData : public QwtSeriesData<QPointF> {
 public:
-    ResultData(RealVector grid, RealVector values);
+    ResultData(const RealVector &grid, const RealVector &values);
 
     size_t size() const override;
     QPointF sample(size_t i) const override;
@@ -27,7 +27,7 @@ private:
 /// bar without a finite value or place has an invalid interval, which isn't drawn.
 class IntervalResultData : public QwtSeriesData<QwtIntervalSample> {
 public:
-    IntervalResultData(RealVector grid, RealVector values);
+    IntervalResultData(const RealVector &grid, const RealVector &values);
 
     size_t size() const override;
     QwtIntervalSample sample(size_t i) const override;
