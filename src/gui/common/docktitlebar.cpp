@@ -52,6 +52,7 @@ DockTitleBar::DockTitleBar(QDockWidget *dock) : QWidget(dock), m_news(new QLabel
 void DockTitleBar::setNews(const QString &html)
 {
     m_news->setText(html);
+    m_news->setToolTip(html); // whole, where the dock is narrow
     m_news->setVisible(!html.isEmpty());
 }
 
