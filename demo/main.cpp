@@ -1,4 +1,5 @@
 #include "demo/demowriter.h"
+#include "demo/gridlayout.h"
 
 #include "log/logger.h"
 #include "util/buildinfo.h"
@@ -55,10 +56,11 @@ int main(int argc, char **argv)
     const Demo::Campaign campaign(settings);
     const auto counts = Demo::writeCampaign(campaign, path);
     const bool comments = Demo::writeComments(campaign, path);
+    const bool layouts = Demo::writeGridLayouts(path);
     const bool inverters =
         Demo::writeInverterFiles(campaign.inverterFiles(), QDir(path).filePath(QStringLiteral("inverters")));
     std::cout << counts.written << " rows in \"" << folder << "\"\n";
     if (counts.lost > 0)
         std::cerr << counts.lost << " rows could not be written.\n";
-    return counts.lost > 0 || !comments || !inverters ? 1 : 0;
+    return counts.lost > 0 || !comments || !layouts || !inverters ? 1 : 0;
 }

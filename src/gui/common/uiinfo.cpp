@@ -46,6 +46,7 @@ void UiInfo::clear()
     m_spectrumInfos.clear();
     m_spectrumTags.clear();
     m_spectrumComments.clear();
+    m_gridLayouts.clear();
     m_values.clear();
     setHighlights({}, {});
 }

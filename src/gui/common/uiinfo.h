@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui/common/spectrumcolors.h"
+#include "gui/common/vargridlayout.h"
 #include "records/recordmetadata.h"
 #include "spectra/spectruminfo.h"
 
@@ -43,6 +44,9 @@ public:
     void setSpectrumColor(InfoKey info, const QColor &color);
     /// The user's own words on a spectrum of the list, in place of those that it came with; gone with the data.
     void setSpectrumComment(InfoKey info, const QString &comment);
+    /// The layouts of the variable grid for the present metadata.
+    void setGridLayouts(std::vector<VarGridLayout> layouts) { m_gridLayouts = std::move(layouts); }
+    const std::vector<VarGridLayout> &gridLayouts() const { return m_gridLayouts; }
     /// Recomputes names and colours and emits configUpdated.
     void publish();
 
@@ -90,6 +94,7 @@ private:
     QHash<QString, QString> m_spectrumComments; ///< by the user
     SpectrumColors::ByHash m_spectrumColors;
     std::vector<QColor> m_opmodeColors;
+    std::vector<VarGridLayout> m_gridLayouts;
     QStringList m_highlightedVariables;
     QList<int> m_highlightedElectrometers;
     QVariantMap m_values;

@@ -10,6 +10,7 @@
 #include "gui/common/recordviews/electrometersplot.h"
 #include "gui/common/recordviews/electrometersview.h"
 #include "gui/common/recordviews/reportview.h"
+#include "gui/common/recordviews/vargridview.h"
 #include "gui/frame/docklayout.h"
 
 #include <QAction>
@@ -28,6 +29,7 @@ void FrameDocks::makeAll()
     m_form = new RecordForm(m_uiInfo, selected);
     selected->setWidget(m_form);
     addRecordView(new RecordViews::DiagnosticView(m_uiInfo, m_window), QStringLiteral("diagnostics"));
+    addRecordView(new RecordViews::VarGridView(m_uiInfo, m_window), QStringLiteral("diagnostics"));
     m_report = new RecordViews::ReportView(m_uiInfo, m_window);
     addRecordView(m_report, {});
     addRecordView(new RecordViews::ElectrometersView(m_uiInfo, m_window), QStringLiteral("electrometer-signals"));

@@ -9,6 +9,7 @@
 #include "gui/common/iconhelp.h"
 #include "gui/common/menubutton.h"
 #include "gui/common/recordviews/reportview.h"
+#include "gui/common/vargridparser.h"
 #include "gui/frame/opencomments.h"
 #include "gui/morvantide/filechoices.h"
 #include "gui/morvantide/morvantideinfowindow.h"
@@ -209,6 +210,8 @@ void MorvantideMainWindow::showData(FileReader &reader)
     variant.name = variant.shortName = m_request.variant;
     reader.metadata()->dpVariants.insert(0, variant);
     uiInfo()->setData(reader.metadata(), reader.spectrumInfos().toList());
+    uiInfo()->setGridLayouts(
+        VarGridParser::load({m_request.folder, QCoreApplication::applicationDirPath()}, *reader.metadata()));
     uiInfo()->publish();
     setCommentMap(OpenComments::read(m_request.folder, *reader.metadata(), *reader.datastore()));
     statusDock()->addRecords(*reader.datastore());

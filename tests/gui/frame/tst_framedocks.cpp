@@ -109,7 +109,8 @@ TEST_F(FrameDocksTest, StandInTheirDefaultPlaces)
             EXPECT_TRUE(isSeen(name)) << name;
         for (const char *name : {"electrometersPlotView", "diagnosticsView", "commentList", "reportView"})
             EXPECT_FALSE(isSeen(name)) << name;
-        EXPECT_EQ(window.tabifiedDockWidgets(dock("electrometersView")), QList<QDockWidget *>{dock("diagnosticsView")});
+        EXPECT_EQ(window.tabifiedDockWidgets(dock("electrometersView")),
+                  (QList<QDockWidget *>{dock("diagnosticsView"), dock("varGridView")}));
         EXPECT_EQ(window.tabifiedDockWidgets(dock("spectraView")), QList<QDockWidget *>{dock("electrometersPlotView")});
         EXPECT_EQ(place("spectraView").left(), place("currentrecordform").left());
         EXPECT_GT(place("spectraView").top(), place("currentrecordform").bottom());

@@ -339,16 +339,10 @@ TEST_F(MainWindowBaseTest, EveryDockHasItsName)
         names.append(dock->objectName());
     names.sort();
     EXPECT_EQ(names, (QStringList{"", "commentList", "currentrecordform", "diagnosticStatus", "diagnosticsView",
-                                  "electrometersPlotView", "electrometersView", "logDock", "reportView", "spectraView"}));
+                                  "electrometersPlotView", "electrometersView", "logDock", "reportView", "spectraView",
+                                  "varGridView"}));
     EXPECT_EQ(window.corner(Qt::BottomLeftCorner), Qt::LeftDockWidgetArea);
     EXPECT_EQ(window.corner(Qt::BottomRightCorner), Qt::RightDockWidgetArea);
-}
-
-TEST_F(MainWindowBaseTest, WhatStandsBelowADockIsNoneOfItsTabs)
-{
-    const auto dock = [&](const char *name) { return window.findChild<QDockWidget *>(name); };
-    EXPECT_EQ(window.tabifiedDockWidgets(dock("electrometersView")), QList<QDockWidget *>{dock("diagnosticsView")});
-    EXPECT_EQ(window.tabifiedDockWidgets(dock("currentrecordform")), QList<QDockWidget *>());
 }
 
 TEST_F(MainWindowBaseTest, TheStatisticsGoToTheLogDock)

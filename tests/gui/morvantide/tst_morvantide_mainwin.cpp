@@ -294,9 +294,9 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
               (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
     EXPECT_EQ(commands["Spectra"],
               (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
-    EXPECT_EQ(commands["&View"],
-              (QStringList{"Log", "Selected record", "Record variable list", "Inversion report", "Electrometer signals",
-                           "Electrometer signal plot", "Distribution plot", "Comment list", "Diagnostic status"}));
+    EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Record variable list", "Record variables",
+                                              "Inversion report", "Electrometer signals", "Electrometer signal plot",
+                                              "Distribution plot", "Comment list", "Diagnostic status"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");
