@@ -317,12 +317,12 @@ TEST(DistributionText, IsThreeLinesOfASpreadsheet)
     EXPECT_EQ(textOf(failed, options), "# Inversion failed\n");
 
     Spectrometer::RecordHead head;
-    head.beginTime = recordTimeFromTicks(ticksPerDay + 3661 * ticksPerSecond);
+    head.beginTime = recordTimeFromTicks(91 * ticksPerDay + 3661 * ticksPerSecond);
     head.beginUtcOffset = 3600;
-    EXPECT_EQ(recordTimeText(head), "02. January 1970 02:01:01");
+    EXPECT_EQ(recordTimeText(head), "02. April 1970 02:01:01");
     head.endTime = head.beginTime + Ticks(60 * ticksPerSecond);
     head.endUtcOffset = 7200;
-    EXPECT_EQ(recordTimeText(head), "02. January 1970 02:01:01 - 03:02:01");
+    EXPECT_EQ(recordTimeText(head), "02. April 1970 02:01:01 - 03:02:01");
 }
 
 TEST(PlotOptions, TakeWhatMakesSenseAndLeaveTheRest)

@@ -49,7 +49,7 @@ std::shared_ptr<SpectMath::Spectrum> spectrum(const SpectMath::SpectrumInfoPoint
 std::shared_ptr<Record> recordOf(const SpectMath::SpectrumPointerList &spectra)
 {
     auto record = std::make_shared<Record>();
-    record->beginTime = recordTimeFromTicks(ticksPerDay);
+    record->beginTime = recordTimeFromTicks(91 * ticksPerDay); // April, by the same name in German
     record->spectra = spectra;
     return record;
 }
@@ -276,8 +276,8 @@ TEST(SpectraView, CopiesTheSpectraInOrderAsText)
     w.show({spectrum(w.pos, realVector({1, 2, 3})), testSpectrum(w.neg, 1, 2), nullptr,
             std::make_shared<SpectMath::Spectrum>()});
     const QString text = w.copied();
-    EXPECT_EQ(text, "### particles neg (a) at 02. January 1970 00:00:00 ###\n# Inversion failed\n\n"
-                    "### particles pos (b) at 02. January 1970 00:00:00 ###\n"
+    EXPECT_EQ(text, "### particles neg (a) at 02. April 1970 00:00:00 ###\n# Inversion failed\n\n"
+                    "### particles pos (b) at 02. April 1970 00:00:00 ###\n"
                     "diameter (nm)\t2\t20\t200\nnumber concentration density (1)\t1\t2\t3\nuncertainty (1)\t1\t1\t1");
     EXPECT_EQ(w.summary(), "") << "while hidden, nothing is written";
 }
