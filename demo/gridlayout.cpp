@@ -26,8 +26,8 @@ rows:
     pos: {text: "{:.1f} V", variables: [analyser_voltage_pos.mean], align: right}
   charger:
     what: {text: Charger, font_weight: bold}
-    neg: {text: "{:.2f} nA", variables: [charger_current_neg.mean], align: right, font_weight: bold}
-    pos: {text: "{:.2f} nA", variables: [charger_current_pos.mean], align: right, font_weight: bold}
+    neg: {text: "{:.3g} nA", variables: [charger_current_neg.mean], align: right, font_weight: bold}
+    pos: {text: "{:.3g} nA", variables: [charger_current_pos.mean], align: right, font_weight: bold}
   temperature:
     what: {text: Temperature}
     value: {text: "{:.2f} °C", variables: [temperature.mean], align: right}
