@@ -101,6 +101,11 @@ void RecordForm::showWhetherSaved()
     m_notSavedLabel->setVisible(m_commentMap && !m_commentMap->isSaved(m_record));
 }
 
+bool RecordForm::isTyping() const
+{
+    return m_commentEdit->hasFocus();
+}
+
 void RecordForm::commitComment()
 {
     m_commentEdit->commit();

@@ -22,6 +22,8 @@ class RecordForm : public QWidget {
 public:
     explicit RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr);
 
+    /// Whether keys go into the comment.
+    bool isTyping() const;
     /// Hands a comment that has been typed to the map, though its line goes on.
     void commitComment();
 

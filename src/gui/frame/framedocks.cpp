@@ -79,6 +79,12 @@ void FrameDocks::showRecord(const std::shared_ptr<Record> &record)
             view->showRecord(record);
 }
 
+void FrameDocks::directTypingTo(const std::shared_ptr<Record> &record)
+{
+    if (m_form && m_form->isTyping())
+        m_form->showRecord(record);
+}
+
 void FrameDocks::setDatastore(Datastore *datastore)
 {
     if (m_form)

@@ -39,6 +39,8 @@ public:
 
     /// Null, and a record that is still coming in, reaches the form alone: the views keep the last one.
     void showRecord(const std::shared_ptr<Record> &record);
+    /// Is told at once of the record that showRecord() will bring: letters for its comment may come before that.
+    void directTypingTo(const std::shared_ptr<Record> &record);
     /// No record is shown, and those to come are of that store; null for none.
     void setDatastore(Datastore *datastore);
 

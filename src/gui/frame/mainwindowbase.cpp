@@ -296,6 +296,7 @@ void MainWindowBase::shownRecordChanged(const std::shared_ptr<Record> &record, S
 {
     if (record)
         m_browser->timeView()->setTimeOffset(record->beginUtcOffset);
+    m_docks->directTypingTo(record);
     queueViewUpdate();
     if (mover == ShownRecord::Follower)
         m_browser->followRecord(record);

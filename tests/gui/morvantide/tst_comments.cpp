@@ -156,6 +156,20 @@ TEST_F(Comments, ReturnGivesTheKeysBackToThePlots)
     EXPECT_EQ(dayFile(), header);
 }
 
+TEST_F(Comments, LettersRightBehindAStepBelongToTheRecordThatItLeadsTo)
+{
+    data.write("20190101-block.comments", header + key(4) + "stands\n");
+    window->show();
+    QApplication::setActiveWindow(window.get());
+    open();
+    show(3);
+    line()->setFocus();
+    action("Next comment")->trigger(); // and no pass of the event loop
+    QTest::keyClicks(line(), "x");
+    QTest::keyClick(line(), Qt::Key_Return);
+    EXPECT_EQ(dayFile(), header + key(4) + "standsx\n");
+}
+
 TEST_F(Comments, DataWithoutAVariantHaveNone)
 {
     withDialog<QFileDialog>([this](QFileDialog &dialog) {
