@@ -335,8 +335,10 @@ void MainWindowBase::saveComments()
 void MainWindowBase::commentSelected(int index)
 {
     const auto record = datastore() ? m_comments->recordOfRow(index, *datastore()) : nullptr;
-    if (record)
-        showRecord(record);
+    if (!record)
+        return;
+    showRecord(record);
+    m_browser->timeView()->scrollIntoView(record->beginTime, effectiveEnd(*record)); // though it was shown before
 }
 
 void MainWindowBase::removeOrphanedComments()

@@ -1,3 +1,4 @@
+#include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/opmodeplot.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/commentview.h"
@@ -89,6 +90,10 @@ TEST_F(Comments, AreReadWithTheDataAndThoseWithoutARecordAreLeftOut)
     EXPECT_FALSE(window->isFollowingLast());
     QTest::qWait(1);
     EXPECT_EQ(line()->text(), "sound");
+    auto *axis = window->browser()->timeView();
+    axis->setTimeScale(TimeScale(window->datastore()->at(200)->beginTime, 60 * ticksPerSecond, 0));
+    window->commentSelected(1);
+    EXPECT_GE(axis->timeScale().positionOf(window->shownRecord()->beginTime), 0) << "scrolled to, though shown before";
     action("Previous comment")->trigger();
     EXPECT_EQ(window->shownRecord(), window->datastore()->at(0));
 }
