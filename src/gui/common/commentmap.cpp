@@ -60,7 +60,8 @@ void CommentMap::loadComments(RecordTime limitBegin, RecordTime limitEnd)
             continue;
         for (const QString &path : findCommentFiles(m_folder, m_variants[variant].name, limitBegin, limitEnd)) {
             readCommentFile(path, [&](const CommentLine &line) {
-                if (Spectrometer::effectiveEnd(line.begin, line.end) >= limitBegin && line.begin <= limitEnd)
+                // An end may be missing, or be wrong and lie before the begin.
+                if (std::max(line.begin, line.end) >= limitBegin && line.begin <= limitEnd)
                     take({line.begin, line.end, line.beginUtcOffset, variant}, line.text);
             });
         }

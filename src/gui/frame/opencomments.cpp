@@ -28,7 +28,7 @@ OpenComments::MapPointer OpenComments::read(const QString &folder, const Spectro
     map->setFolder(folder);
     map->setVariants(metadata.dpVariants);
     map->setOpmodeNames(opmodeNames);
-    map->loadComments(store.at(0)->beginTime, effectiveEnd(*store.records().back()));
+    map->loadComments(store.at(0)->beginTime, store.records().back()->beginTime);
     return map;
 }
 

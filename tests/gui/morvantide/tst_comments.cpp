@@ -161,6 +161,21 @@ TEST_F(Comments, ReturnGivesTheKeysBackToThePlots)
     EXPECT_EQ(dayFile(), header);
 }
 
+TEST_F(Comments, ARecordThatEndsBeforeItsBeginHidesNone)
+{
+    const QByteArray wrong = "2001-01-01 00:00:00.000000+02:00\t";
+    QByteArray flags = ::contentOf(data.folder.filePath("20190102-block.flags"));
+    flags.replace(flags.lastIndexOf("2019"), wrong.size(), wrong);
+    data.write("20190102-block.flags", flags);
+    data.write("20190102-block.comments",
+               header + key(5, 2) + "sound\n" + key(143, 2).left(wrong.size()) + wrong + "particles\twrong\n");
+    open();
+    show(149);
+    EXPECT_EQ(line()->text(), "sound");
+    show(287);
+    EXPECT_EQ(line()->text(), "wrong");
+}
+
 TEST_F(Comments, LettersRightBehindAStepBelongToTheRecordThatItLeadsTo)
 {
     data.write("20190101-block.comments", header + key(4) + "stands\n");
