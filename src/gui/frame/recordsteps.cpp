@@ -52,7 +52,8 @@ void RecordSteps::goToComment(int step)
         from = CommentMap::keyOf(*m_shown->record());
     for (auto key = m_comments->neighbour(from, step); key; key = m_comments->neighbour(*key, step)) {
         const int index = store->indexOf(key->begin, key->end);
-        if (index >= 0)
+        // The shown record's times may have a comment under another offset too.
+        if (index >= 0 && store->at(index) != m_shown->record())
             return m_shown->show(store->at(index));
     }
     Q_EMIT nothingFound(step > 0 ? tr("There is no later comment") : tr("There is no earlier comment"));

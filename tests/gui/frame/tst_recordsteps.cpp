@@ -28,6 +28,11 @@ struct RecordStepsTest : testing::Test {
         const auto orphan = std::make_shared<Record>(*store->at(5));
         orphan->endTime += Ticks(1);
         map->setComment(orphan, "on no record of the store");
+        for (const int offset : {-3600, 3600}) {
+            const auto elsewhere = std::make_shared<Record>(*store->at(6));
+            elsewhere->beginUtcOffset = offset;
+            map->setComment(elsewhere, "on the record's times under another offset");
+        }
         shown.setDatastore(store);
         steps.setCommentMap(map);
         steps.setEnabled(true);
@@ -60,6 +65,8 @@ TEST_F(RecordStepsTest, LeadToTheNearestRecordThatHasOne)
         {"Next comment", -1, 0},
         {"Next comment", 0, 2},
         {"Next comment", 5, 6},
+        {"Next comment", 6, 8},
+        {"Previous comment", 6, 4},
         {"Previous comment", -1, 8},
         {"Previous comment", 8, 6},
         {"Previous comment", 7, 6},
