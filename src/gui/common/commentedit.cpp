@@ -21,7 +21,7 @@ void CommentEdit::setCommentMap(CommentMap *map)
 
 void CommentEdit::showRecord(const std::shared_ptr<Record> &record)
 {
-    if (record && record == m_record && (hasFocus() || isModified()))
+    if (record && record == m_record && (m_isEditing || isModified()))
         return;
     commit();
     m_record = record;

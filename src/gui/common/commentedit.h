@@ -41,5 +41,5 @@ private:
 
     QPointer<CommentMap> m_map;
     std::shared_ptr<Record> m_record; ///< whose comment the line holds
-    bool m_isEditing = false;
+    bool m_isEditing = false;         ///< goes on while another window is active
 };

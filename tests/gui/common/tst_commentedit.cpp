@@ -106,6 +106,17 @@ TEST_F(CommentEditTest, TheRecordThatIsEditedNeitherCommitsNorRefills)
     EXPECT_EQ(line->text(), "");
 }
 
+TEST_F(CommentEditTest, TheLineGoesOnWhereItWasWhenTheWindowIsActiveAgain)
+{
+    type(" and ");
+    QApplication::setActiveWindow(nullptr);
+    EXPECT_EQ(comment(first), "stands and");
+    form.showRecord(first); // as a reinversion does with each result
+    QApplication::setActiveWindow(&window);
+    QTest::keyClicks(line, "more");
+    EXPECT_EQ(line->text(), "stands and more");
+}
+
 TEST_F(CommentEditTest, ReturnLeavesTheLineAndEscapeBringsBackWhatStands)
 {
     elsewhere.setFocus();
