@@ -9,10 +9,12 @@ OpenComments::OpenComments(RecordForm *form, CommentView *list, Tsb::TimeSeriesB
     : QObject(parent), m_form(form), m_list(list), m_browser(browser)
 {
     connect(form, &RecordForm::editLeft, browser, [browser, form] {
-        if (auto *const plot = browser->findChild<Tsb::Plot *>())
+        if (auto *const plot = browser->findChild<Tsb::Plot *>()) {
             plot->setFocus();
-        else
+            plot->activateWindow(); // the form may float
+        } else {
             form->clearEditFocus();
+        }
     });
 }
 

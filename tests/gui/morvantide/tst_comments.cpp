@@ -161,6 +161,20 @@ TEST_F(Comments, ReturnGivesTheKeysBackToThePlots)
     EXPECT_EQ(dayFile(), header);
 }
 
+TEST_F(Comments, ReturnLeavesAFormThatFloats)
+{
+    window->show();
+    open();
+    show(4);
+    auto *dock = window->findChild<QDockWidget *>("currentrecordform");
+    dock->setFloating(true);
+    QApplication::setActiveWindow(dock);
+    type("typed");
+    ASSERT_EQ(QApplication::focusWidget(), line());
+    QTest::keyClick(line(), Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([] { return qobject_cast<Tsb::Plot *>(QApplication::focusWidget()); }));
+}
+
 TEST_F(Comments, ARecordThatEndsBeforeItsBeginHidesNone)
 {
     const QByteArray wrong = "2001-01-01 00:00:00.000000+02:00\t";
