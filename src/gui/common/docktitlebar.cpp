@@ -1,12 +1,16 @@
 #include "gui/common/docktitlebar.h"
 
 #include <QDockWidget>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QStyle>
 #include <QToolButton>
 
+#include <utility>
+
 namespace {
+
+enum Column { TitleColumn, NewsColumn, StretchColumn, FloatColumn, CloseColumn };
 
 QToolButton *makeButton(QStyle::StandardPixmap icon, const QString &name, QWidget *parent)
 {
@@ -35,18 +39,42 @@ DockTitleBar::DockTitleBar(QDockWidget *dock) : QWidget(dock), m_news(new QLabel
     connect(floats, &QToolButton::clicked, dock, [dock] { dock->setFloating(!dock->isFloating()); });
     connect(closes, &QToolButton::clicked, dock, &QWidget::close);
 
-    auto *layout = new QHBoxLayout(this);
+    m_layout = new QGridLayout(this);
     const int margin = style()->pixelMetric(QStyle::PM_DockWidgetTitleMargin);
-    layout->setContentsMargins(margin + 2, margin, margin, margin);
-    layout->setSpacing(fontMetrics().averageCharWidth());
-    layout->addWidget(title);
-    layout->addWidget(m_news);
-    layout->addStretch();
-    layout->addWidget(floats);
-    layout->addWidget(closes);
-    // A narrow dock cuts the news, and is not held open by them.
+    m_layout->setContentsMargins(margin + 2, margin, margin, margin);
+    m_layout->setHorizontalSpacing(fontMetrics().averageCharWidth());
+    m_layout->setVerticalSpacing(margin);
+    m_layout->addWidget(title, 0, TitleColumn);
+    m_layout->setColumnStretch(StretchColumn, 1);
+    m_layout->addWidget(floats, 0, FloatColumn);
+    m_layout->addWidget(closes, 0, CloseColumn);
+    m_besideNews = {title, floats, closes};
+    // A dock that is narrower still cuts the news, and is not held open by them.
     m_news->setMinimumWidth(1);
+    placeNews();
     dock->setTitleBarWidget(this);
+}
+
+void DockTitleBar::placeNews()
+{
+    const QMargins margins = m_layout->contentsMargins();
+    int needed = margins.left() + margins.right() + m_news->sizeHint().width();
+    for (const QWidget *other : qAsConst(m_besideNews))
+        needed += other->sizeHint().width() + m_layout->horizontalSpacing();
+    const int row = needed <= width() ? 0 : 1;
+    if (std::exchange(m_newsRow, row) == row)
+        return;
+    m_layout->removeWidget(m_news);
+    if (row == 0)
+        m_layout->addWidget(m_news, row, NewsColumn);
+    else
+        m_layout->addWidget(m_news, row, TitleColumn, 1, CloseColumn + 1, Qt::AlignLeft);
+}
+
+void DockTitleBar::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    placeNews();
 }
 
 void DockTitleBar::setNews(const QString &html)
@@ -54,6 +82,7 @@ void DockTitleBar::setNews(const QString &html)
     m_news->setText(html);
     m_news->setToolTip(html); // whole, where the dock is narrow
     m_news->setVisible(!html.isEmpty());
+    placeNews();
 }
 
 QString DockTitleBar::news() const

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QList>
 #include <QWidget>
 
 class QDockWidget;
+class QGridLayout;
 class QLabel;
 
-/// A title bar for a dock: its title, a line of news behind it, and the buttons that float and close it.
+/// A title bar for a dock: its title, a line of news behind it or, where that is too narrow, below it, and the buttons
+/// that float and close it.
 class DockTitleBar : public QWidget {
     Q_OBJECT
 public:
@@ -16,6 +19,14 @@ public:
     void setNews(const QString &html);
     QString news() const;
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
+    void placeNews();
+
     QLabel *m_news;
+    QGridLayout *m_layout = nullptr;
+    QList<QWidget *> m_besideNews; ///< in the title's line
+    int m_newsRow = -1;
 };

@@ -6,6 +6,7 @@
 #include "support/gestures.h"
 #include "support/instrument.h"
 
+#include <QLabel>
 #include <QMainWindow>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -140,6 +141,22 @@ TEST(DiagnosticStatus, ARowHighlightsWhatItsFlagIsAbout)
     EXPECT_EQ(d.text(), "");
     EXPECT_EQ(d.summary(), "ok");
     d.dock->flagBrowserClicked(QUrl(key + "/flag")); // a flag that is gone
+}
+
+TEST(DiagnosticStatus, TheSummaryIsWholeInANarrowDock)
+{
+    Dock d;
+    d.dock->addRecord(recordWith({three[0], three[1], three[2], testFlag("d", RecordFlag::Note)}));
+    const auto labels = d.dock->findChild<DockTitleBar *>()->findChildren<QLabel *>();
+    const auto *title = labels[0], *news = labels[1];
+    if (title->text() != "Diagnostic status")
+        std::swap(title, news);
+    for (const auto &[width, isBeside] : {std::pair(800, true), {300, false}, {800, true}}) {
+        d.window.resize(width, 300);
+        settle();
+        EXPECT_GE(news->width(), news->sizeHint().width()) << width;
+        EXPECT_EQ(news->x() > title->x(), isBeside) << width;
+    }
 }
 
 TEST(DiagnosticStatus, ManyRecordsAreDrawnOnceAndManyFlagsCut)
