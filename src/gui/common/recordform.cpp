@@ -4,6 +4,7 @@
 #include "gui/common/commentmap.h"
 #include "gui/common/flagcommands.h"
 #include "gui/common/notesbrowser.h"
+#include "gui/common/recordnotes.h"
 #include "gui/common/recordtext.h"
 
 #include <QFormLayout>
@@ -175,7 +176,7 @@ void RecordForm::setTexts(const QString &date, const QString &begin, const QStri
     m_beginTimeLabel->setText(begin);
     m_endTimeLabel->setText(end);
     m_opmodeLabel->setText(mode);
-    m_opmodeLabel->setToolTip(mode.toHtmlEscaped());
+    m_opmodeLabel->setToolTip(mode.isEmpty() ? QString() : RecordNotes::toolTip(mode));
 }
 
 void RecordForm::setNotes(const QString &html)

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextBrowser>
+#include <QTextDocument>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -126,6 +127,14 @@ TEST(RecordForm, ShowsARecordAndNone)
     EXPECT_TRUE(f.text("opmodeLabel").startsWith("<b>particles"));
     EXPECT_EQ(f.form.findChild<QLabel *>("opmodeLabel")->textFormat(), Qt::PlainText);
     EXPECT_LT(f.form.minimumSizeHint().width(), 500) << "a name out of a file doesn't push the dock open";
+
+    for (const char *name : {"ions & particles", "a<b>"}) {
+        f.setModes({name});
+        const QString tip = f.form.findChild<QLabel *>("opmodeLabel")->toolTip();
+        QTextDocument shown;
+        Qt::mightBeRichText(tip) ? shown.setHtml(tip) : shown.setPlainText(tip);
+        EXPECT_EQ(shown.toPlainText(), name);
+    }
 
     one->opmode = 7;
     f.form.showRecord(one);
