@@ -2,6 +2,7 @@
 //
 //   datafiles_bench                 fields alone: ours and double-conversion
 //   datafiles_bench --read [alone]  a file of 100 MB and more into a store, beside pandas.read_csv (bench/read_csv.py)
+//   datafiles_bench --read-old      the same of an old-style, comma-separated file of 200 numbers a row
 //   datafiles_bench --memory [N]    resident size with N (500 000) records read from files
 
 #include "datafiles/parsing/fieldcursor.h"
@@ -79,6 +80,18 @@ QByteArray spectraHeader(int points)
     return text + "# \nbegin_time\tend_time\topmode\tx\n";
 }
 
+QByteArray oldHeader()
+{
+    QByteArray points;
+    for (int i = 0; i < 21; ++i)
+        points += (i ? "," : "") + QByteArray::number(3.2 * std::pow(0.82, i));
+    return "#All measured results\n#Operating modes: ions, particles\n#Electrometer currents: 42 (pos 0 41)\n#Raw "
+           "electrometer "
+           "currents: 42 (pos 0 41)\n#Diagnostics: " +
+           list("p", 32) + "\n#Result spectrum: \"ions pos\" density num (1/cm^3), mob (cm^2/s/V) " + points +
+           "\nbegintime,endtime,opmode,values\n";
+}
+
 QByteArray rowHead(int second)
 {
     const RecordTime begin = recordTimeFromTicks((1568246400 + qint64(second)) * ticksPerSecond);
@@ -138,11 +151,26 @@ double readSeconds(const QString &path, int *rows)
     return seconds;
 }
 
-int runRead(bool withPeer)
+/// The same file with commas between its fields.
+void writeOldFile(const QString &path)
+{
+    writeFile(path, {}, 0, 75000, 200, false);
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite))
+        qFatal("can't open %s", qPrintable(path));
+    const QByteArray rows = file.readAll().replace('\t', ',');
+    file.seek(0);
+    file.write(oldHeader() + rows);
+}
+
+int runRead(bool withPeer, bool isOld)
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath("20190912-block.records");
-    writeFile(path, recordsHeader(42, 32), 0, 75000, 200, true);
+    const QString path = folder.filePath(isOld ? "2019-09-12.log" : "20190912-block.records");
+    if (isOld)
+        writeOldFile(path);
+    else
+        writeFile(path, recordsHeader(42, 32), 0, 75000, 200, true);
     const double megabytes = double(QFile(path).size()) * 1e-6;
     std::printf("%.0f MB, 75000 rows of 3 texts and 200 numbers\n", megabytes);
     int rows = 0;
@@ -151,7 +179,7 @@ int runRead(bool withPeer)
     for (int round = 0; round < 5; ++round) {
         QProcess peer;
         if (withPeer)
-            peer.start("/usr/bin/python3", {QStringLiteral(READ_CSV_SCRIPT), path, "2"});
+            peer.start("/usr/bin/python3", {QStringLiteral(READ_CSV_SCRIPT), path, "2", isOld ? "," : "\t"});
         const bool ended = withPeer && peer.waitForFinished(-1) && peer.exitCode() == 0;
         const QList<QByteArray> lines = peer.readAllStandardOutput().trimmed().split('\n');
         ours.push_back(readSeconds(path, &rows));
@@ -258,7 +286,9 @@ BENCHMARK(splitting);
 int main(int argc, char **argv)
 {
     if (argc > 1 && std::strcmp(argv[1], "--read") == 0)
-        return runRead(argc < 3 || std::strcmp(argv[2], "alone") != 0);
+        return runRead(argc < 3 || std::strcmp(argv[2], "alone") != 0, false);
+    if (argc > 1 && std::strcmp(argv[1], "--read-old") == 0)
+        return runRead(argc < 3 || std::strcmp(argv[2], "alone") != 0, true);
     if (argc > 1 && std::strcmp(argv[1], "--memory") == 0)
         return runMemory(argc > 2 ? QByteArray(argv[2]).toInt() : 500000);
     benchmark::Initialize(&argc, argv);

@@ -16,10 +16,11 @@ def header_rows(path):
 
 def main():
     path, rounds = sys.argv[1], int(sys.argv[2]) if len(sys.argv) > 2 else 5
+    separator = sys.argv[3] if len(sys.argv) > 3 else "\t"
     skipped = header_rows(path)
     for _ in range(rounds):
         begin = time.perf_counter()
-        table = pandas.read_csv(path, sep="\t", skiprows=skipped, engine="c")
+        table = pandas.read_csv(path, sep=separator, skiprows=skipped, engine="c")
         seconds = time.perf_counter() - begin
         print(f"{seconds:.4f} {len(table)}", flush=True)
         del table

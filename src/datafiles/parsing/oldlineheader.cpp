@@ -166,8 +166,9 @@ OldLineHeader::ValueReaderPointer OldLineHeader::makeDiagnostics(const QString &
 
 OldLineHeader::ValueReaderPointer OldLineHeader::makeElectrometers(const QString &text, bool raw)
 {
-    QRegExp withGroups(QStringLiteral("\\s*(\\d+)\\s*\\((.*)\\)"));
-    QRegExp countAlone(QStringLiteral("\\s*(\\d+)\\s*"));
+    static const QRegExp groupsPattern(QStringLiteral("\\s*(\\d+)\\s*\\((.*)\\)"));
+    static const QRegExp countPattern(QStringLiteral("\\s*(\\d+)\\s*"));
+    QRegExp withGroups = groupsPattern, countAlone = countPattern; // copies share the machine, and hold the captures
     const bool hasGroups = withGroups.exactMatch(text);
     if (!hasGroups && !countAlone.exactMatch(text))
         throw ValueParsingError(QStringLiteral("Electrometer currents header line"));
@@ -232,9 +233,10 @@ bool OldLineHeader::readGroups(const QString &text, int count)
 OldLineHeader::ValueReaderPointer OldLineHeader::makeSpectrum(const QString &text)
 {
     // name, quantity, kind, concentration unit, scale, axis unit, points
-    QRegExp line(
+    static const QRegExp pattern(
         QStringLiteral("\"(.*)\"\\s*(\\S*)\\s*(\\S*)\\s*\\(([^\\(\\)]*)\\)\\s*,\\s*(\\S*)\\s*\\(([^\\(\\)]*)\\)"
                        "\\s*(.*)"));
+    QRegExp line = pattern;
     if (!line.exactMatch(text))
         throw ValueParsingError(QStringLiteral("Spectrum header line"));
     const QStringList parts = line.capturedTexts();

@@ -15,13 +15,12 @@ bool OldLineReader::complain(const QString &text)
 
 bool OldLineReader::readRow(QByteArray line)
 {
-    const int found = line.count(',') + 1;
-    if (found != m_header.fieldCount())
+    m_fields.split(viewOf(line), ',', std::size_t(m_header.fieldCount()));
+    if (m_fields.size() != std::size_t(m_header.fieldCount()))
         return complain(QStringLiteral("%1 fields found, %2 expected")
-                            .arg(QString::number(found), QString::number(m_header.fieldCount())));
-    const QList<QByteArray> fields = line.split(',');
+                            .arg(QString::number(m_fields.size()), QString::number(m_header.fieldCount())));
     RowTimes times;
-    if (!readRowTimes(viewOf(fields[0]), viewOf(fields[1]), &times))
+    if (!readRowTimes(m_fields[0], m_fields[1], &times))
         return complain(QStringLiteral("Failed to read end time"));
     if (m_state->isOutside(times))
         return false;
@@ -29,11 +28,11 @@ bool OldLineReader::readRow(QByteArray line)
     if (placeRow(times, *m_state, &record) == RowPlace::refused)
         return complain(refusedRowText());
     if (m_header.hasOpmode() && record->opmode == -1) // a mode that no header told stays unknown
-        record->opmode = m_state->knownOpmode(QString::fromUtf8(fields[2].trimmed()));
+        record->opmode = m_state->knownOpmode(stringOf(trimmed(m_fields[2])));
     bool complained = false;
     for (const auto &reader : m_header.valueReaders()) {
         try {
-            reader->read(fields.mid(reader->firstColumn, reader->fieldCount), record, record);
+            reader->read(m_fields, record);
         } catch (const ValueParsingError &error) {
             complained = complain(error.message());
         }

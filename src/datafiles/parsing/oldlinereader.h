@@ -18,4 +18,5 @@ private:
 
     FileReaderState *m_state;
     OldLineHeader m_header;
+    FieldSplitter m_fields; ///< of the row at hand
 };

@@ -1,41 +1,49 @@
 #include "datafiles/parsing/valuereader.h"
 
+#include "datafiles/parsing/numberparser.h"
 #include "datafiles/parsing/rowhead.h"
+
+#include <cmath>
 
 namespace {
 
-double numberOrNaN(const QByteArray &field)
+double numberOrNaN(TextView field)
 {
-    bool ok = false;
-    const double value = QString::fromUtf8(field.trimmed()).toDouble(&ok);
-    return ok ? value : noValue;
+    double value = noValue;
+    return readOldNumber(field, &value) ? value : noValue;
 }
 
-double numberOf(const QByteArray &field)
+double numberOf(TextView field)
 {
-    const QString text = QString::fromUtf8(field);
-    bool ok = false;
-    const double value = text.toDouble(&ok);
-    if (!ok)
-        throw ValueParsingError(QStringLiteral("'%1' is not a floating point number").arg(text));
+    double value = noValue;
+    if (!readOldNumber(field, &value))
+        throw ValueParsingError(QStringLiteral("'%1' is not a floating point number").arg(stringOf(field)));
     return value;
 }
 
 } // namespace
+
+bool readOldNumber(TextView text, double *value)
+{
+    // The common numbers are the same for both parsers. They differ on what is infinite, too small or no number.
+    *value = parseField(text);
+    if (std::isfinite(*value) && *value != 0)
+        return true;
+    bool isNumber = false;
+    *value = stringOf(text).toDouble(&isNumber);
+    return isNumber;
+}
 
 DiagnosticsReader::DiagnosticsReader(const QVector<int> &variableSlots)
     : ValueReader(variableSlots.size()), m_slots(variableSlots)
 {
 }
 
-void DiagnosticsReader::read(QList<QByteArray> fields, Spectrometer::FullRecordPointer, std::shared_ptr<Record> record)
+void DiagnosticsReader::read(const FieldSplitter &row, const std::shared_ptr<Record> &record)
 {
     for (int i = 0; i < m_slots.size(); ++i) {
-        if (m_slots[i] < 0)
-            continue;
-        bool ok = false;
-        const double value = fields[i].trimmed().toDouble(&ok);
-        record->variables[std::size_t(m_slots[i])] = ok ? value : noValue;
+        if (m_slots[i] >= 0)
+            record->variables[std::size_t(m_slots[i])] = numberOrNaN(field(row, i));
     }
 }
 
@@ -44,19 +52,18 @@ ElectrometersReader::ElectrometersReader(int channels, bool raw)
 {
 }
 
-void ElectrometersReader::read(QList<QByteArray> fields, Spectrometer::FullRecordPointer,
-                               std::shared_ptr<Record> record)
+void ElectrometersReader::read(const FieldSplitter &row, const std::shared_ptr<Record> &record)
 {
     if (m_raw) {
         for (int i = 0; i < m_channels; ++i)
-            record->rawCurrents[std::size_t(i)] = numberOrNaN(fields[i]);
+            record->rawCurrents[std::size_t(i)] = numberOrNaN(field(row, i));
         return;
     }
     RealVector currents{std::size_t(m_channels)};
     RealVector variances{std::size_t(m_channels)};
     for (int i = 0; i < m_channels; ++i) {
-        const double deviation = numberOrNaN(fields[m_channels + i]);
-        currents[std::size_t(i)] = numberOrNaN(fields[i]);
+        const double deviation = numberOrNaN(field(row, m_channels + i));
+        currents[std::size_t(i)] = numberOrNaN(field(row, i));
         variances[std::size_t(i)] = deviation * deviation;
     }
     record->currents.swap(currents);
@@ -68,14 +75,14 @@ SpectrumReader::SpectrumReader(const SpectMath::SpectrumInfoPointer &info, FileR
 {
 }
 
-void SpectrumReader::read(QList<QByteArray> fields, Spectrometer::FullRecordPointer, std::shared_ptr<Record> record)
+void SpectrumReader::read(const FieldSplitter &row, const std::shared_ptr<Record> &record)
 {
     const int points = fieldCount / 2;
     auto spectrum = m_state->makeSpectrum(m_info);
     for (int i = 0; i < points; ++i) {
-        const QByteArray concentration = fields[i].trimmed();
-        const QByteArray deviation = fields[points + i].trimmed();
-        if (concentration.isEmpty() || deviation.isEmpty())
+        const TextView concentration = field(row, i);
+        const TextView deviation = field(row, points + i);
+        if (concentration.empty() || deviation.empty())
             return;
         const auto slot = std::size_t(i);
         spectrum->concentrations[slot] = numberOf(concentration);

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "datafiles/parsing/fieldsplitter.h"
 #include "datafiles/parsing/filereaderstate.h"
 
-#include <QByteArray>
-#include <QList>
+#include <QString>
+#include <QVector>
 
 #include <memory>
 
@@ -23,27 +24,30 @@ public:
     explicit ValueReader(int columns) : fieldCount(columns) {}
     virtual ~ValueReader() = default;
 
-    /// The fields of this stretch, untrimmed. `head` and `record` are the same record, wide enough for all that is
-    /// known. Throws ValueParsingError.
-    virtual void read(QList<QByteArray> fields, Spectrometer::FullRecordPointer head,
-                      std::shared_ptr<Record> record) = 0;
+    /// Takes its columns of the row into the record, which is wide enough for all that is known. Throws
+    /// ValueParsingError.
+    virtual void read(const FieldSplitter &row, const std::shared_ptr<Record> &record) = 0;
 
     const int fieldCount; ///< columns taken
     int firstColumn = 0;  ///< of the row
+
+protected:
+    /// A field of this stretch, trimmed.
+    TextView field(const FieldSplitter &row, int index) const { return trimmed(row[std::size_t(firstColumn + index)]); }
 };
 
 /// Holds the place of columns that are ignored.
 class DummyReader : public ValueReader {
 public:
     using ValueReader::ValueReader;
-    void read(QList<QByteArray>, Spectrometer::FullRecordPointer, std::shared_ptr<Record>) override {}
+    void read(const FieldSplitter &, const std::shared_ptr<Record> &) override {}
 };
 
 /// Each field into the record's variables at the slot for its column; a slot below 0 is passed over.
 class DiagnosticsReader : public ValueReader {
 public:
     explicit DiagnosticsReader(const QVector<int> &variableSlots);
-    void read(QList<QByteArray> fields, Spectrometer::FullRecordPointer head, std::shared_ptr<Record> record) override;
+    void read(const FieldSplitter &row, const std::shared_ptr<Record> &record) override;
 
 private:
     QVector<int> m_slots;
@@ -53,7 +57,7 @@ private:
 class ElectrometersReader : public ValueReader {
 public:
     ElectrometersReader(int channels, bool raw);
-    void read(QList<QByteArray> fields, Spectrometer::FullRecordPointer head, std::shared_ptr<Record> record) override;
+    void read(const FieldSplitter &row, const std::shared_ptr<Record> &record) override;
 
 private:
     int m_channels;
@@ -65,9 +69,12 @@ private:
 class SpectrumReader : public ValueReader {
 public:
     SpectrumReader(const SpectMath::SpectrumInfoPointer &info, FileReaderState *state);
-    void read(QList<QByteArray> fields, Spectrometer::FullRecordPointer head, std::shared_ptr<Record> record) override;
+    void read(const FieldSplitter &row, const std::shared_ptr<Record> &record) override;
 
 private:
     SpectMath::SpectrumInfoPointer m_info;
     FileReaderState *m_state;
 };
+
+/// The number that QString::toDouble() sees in the text, and whether it sees one.
+bool readOldNumber(TextView text, double *value);
