@@ -133,7 +133,8 @@ void CommentView::applyFilter(const QString &text)
 
 void CommentView::itemActivated(const QModelIndex &index)
 {
-    const QModelIndex row = m_filtered->mapToSource(index);
+    const QPersistentModelIndex row = m_filtered->mapToSource(index);
+    refresh(); // a row that is still to come would shift it
     if (row.isValid())
         Q_EMIT commentSelected(row.row());
 }

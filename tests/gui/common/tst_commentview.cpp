@@ -86,6 +86,9 @@ TEST_F(CommentViewTest, TheFilterFindsTextsAndTimesAndKeepsTheSelection)
     QTest::keyClick(view->list(), Qt::Key_Return);
     ASSERT_EQ(selected.size(), 1);
     EXPECT_EQ(selected[0][0].toInt(), 2) << "the row of the whole list";
+    map->setComment(commentRecord(-1), "not in the list yet");
+    view->itemActivated(view->list()->currentIndex());
+    EXPECT_EQ(map->keyOfRow(selected.takeLast()[0].toInt())->begin, commentRecord(2)->beginTime);
     view->itemActivated({});
     EXPECT_EQ(selected.size(), 1);
 }
