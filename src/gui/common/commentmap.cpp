@@ -25,6 +25,11 @@ CommentKey firstKeyFrom(RecordTime begin)
     return {begin, earliestRecordTime, std::numeric_limits<std::int64_t>::min(), std::numeric_limits<int>::min()};
 }
 
+QString timeText(const CommentKey &key)
+{
+    return timeToString(localTime(key.begin, key.beginUtcOffset), QStringLiteral("%Y-%m-%d %H:%M:%S"));
+}
+
 QString firstLine(const QString &text)
 {
     const auto isLineEnd = [](QChar c) {
@@ -43,6 +48,16 @@ bool operator<(const CommentKey &a, const CommentKey &b)
 }
 
 CommentMap::CommentMap(QObject *parent) : RecordNotes(parent), m_logger(QStringLiteral("comments")) {}
+
+CommentMap::~CommentMap()
+{
+    for (auto one = m_unsaved.keyBegin(); one != m_unsaved.keyEnd(); ++one) {
+        const QString text = m_comments.value(*one);
+        if (!text.isEmpty())
+            m_logger.log(Log::Error,
+                         QStringLiteral("The comment on the record of %1 is not saved: %2").arg(timeText(*one), text));
+    }
+}
 
 CommentKey CommentMap::keyOf(const Spectrometer::RecordHead &head)
 {
@@ -182,8 +197,7 @@ std::optional<CommentKey> CommentMap::keyOfRow(int row)
 
 QList<QStandardItem *> CommentMap::makeRow(const CommentKey &key, const QString &text) const
 {
-    const RecordTime local = localTime(key.begin, key.beginUtcOffset);
-    auto *const time = new QStandardItem(timeToString(local, QStringLiteral("%Y-%m-%d %H:%M:%S")));
+    auto *const time = new QStandardItem(timeText(key));
     auto *const comment = new QStandardItem(firstLine(text));
     if (m_unsaved.contains(key))
         comment->setText(tr("(not saved) %1").arg(comment->text()));

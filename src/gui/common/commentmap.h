@@ -41,6 +41,8 @@ public:
     static constexpr int wholeTextRole = Qt::UserRole;
 
     explicit CommentMap(QObject *parent = nullptr);
+    /// What could not be written goes into the log.
+    ~CommentMap() override;
 
     /// Null: nothing is read or written.
     void setFolder(const QString &folder) { m_folder = folder; }

@@ -106,6 +106,15 @@ TEST_F(CommentMapTest, WhatCanNotBeWrittenIsToldAndTriedAgain)
     EXPECT_TRUE(map->isSaved(commentRecord(0)));
     EXPECT_EQ(rowsOf(*map), rowsOf(*reloaded()));
     EXPECT_EQ(rowsOf(*map).size(), 3);
+
+    ASSERT_TRUE(QDir().mkdir(path("20190914-block.comments")));
+    map->setComment(commentRecord(250), "told at least");
+    map->setComment(commentRecord(251), "and %1\nthis");
+    const int before = log.upTo(Log::Error).size();
+    map.reset();
+    EXPECT_EQ(log.upTo(Log::Error).mid(before),
+              (QStringList{"The comment on the record of 2019-09-14 05:40:00 is not saved: told at least",
+                           "The comment on the record of 2019-09-14 05:50:00 is not saved: and %1\nthis"}));
 }
 
 TEST_F(CommentMapTest, ARowHasTheFirstLineAndABoundedPartOfIt)
