@@ -128,8 +128,23 @@ void RecordPlot::setAxesLocked(bool on)
 void RecordPlot::fitAxes()
 {
     for (Axis *axis : {&m_horizontal, &m_vertical})
-        *axis = {axis->helper};
+        *axis = {axis->helper, axis->subject};
     replot();
+}
+
+void RecordPlot::setAxisSubject(int axis, const QString &subject)
+{
+    Axis &own = axisOf(axis);
+    if (subject == own.subject)
+        return;
+    if (own.isFitted || !own.isAutomatic)
+        own.otherRanges.insert(own.subject, {own.isAutomatic, axisInterval(axis)});
+    own.subject = subject;
+    const auto known = own.otherRanges.constFind(subject);
+    own.isFitted = known != own.otherRanges.constEnd();
+    own.isAutomatic = !own.isFitted || known->isAutomatic;
+    if (own.isFitted)
+        setAxisScale(axis, known->ends.minValue(), known->ends.maxValue());
 }
 
 QSize RecordPlot::minimumSizeHint() const

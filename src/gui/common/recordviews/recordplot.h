@@ -2,6 +2,9 @@
 
 #include "gui/common/recordviews/plotreadout.h"
 
+#include <QHash>
+
+#include <qwt_interval.h>
 #include <qwt_plot.h>
 
 class QwtPlotGrid;
@@ -26,6 +29,9 @@ public:
 
     /// Locked axes stay as they are while contents change. The user still moves them, and has them fitted once more.
     bool areAxesLocked() const { return m_areLocked; }
+    /// Tells the quantity and the kind of scale that an axis shows. Each subject has its own range: where the user has
+    /// moved or locked the axis, it comes back with its subject, and a new subject is fitted by the next replot().
+    void setAxisSubject(int axis, const QString &subject);
     PlotReadout *readout() const { return m_readout; }
 
     /// Small: a plot doesn't hold the window open.
@@ -54,10 +60,16 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    struct Range {
+        bool isAutomatic;
+        QwtInterval ends;
+    };
     struct Axis {
         PanZoomHelper *helper = nullptr;
-        bool isAutomatic = true; ///< the user hasn't panned or zoomed it
-        bool isFitted = false;   ///< it has been, to some contents
+        QString subject;
+        bool isAutomatic = true;           ///< the user hasn't panned or zoomed it
+        bool isFitted = false;             ///< it has been, to some contents
+        QHash<QString, Range> otherRanges; ///< of the subjects before
     };
 
     Axis &axisOf(int axis) { return axis == yLeft ? m_vertical : m_horizontal; }

@@ -65,6 +65,8 @@ void ResultPlot::showSpectra(const ShownSpectra &shown, const ShownSpectra &held
     setExtents();
     if (first)
         setTitles(*first, axis);
+    setAxisSubject(xBottom, axisTitle(xBottom).text());
+    setAxisSubject(yLeft, axisTitle(yLeft).text() + (m_isLog ? QStringLiteral(", logarithmic") : QString()));
     QwtText title(coloredNames(), QwtText::RichText);
     title.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
     setTitle(title);
@@ -98,8 +100,12 @@ void ResultPlot::setScaleKind()
     if (m_isLog == m_options->verticalScaleLog)
         return;
     m_isLog = m_options->verticalScaleLog;
-    setAxisScaleEngine(yLeft,
-                       m_isLog ? static_cast<QwtScaleEngine *>(new QwtLogScaleEngine) : new QwtLinearScaleEngine);
+    if (m_isLog) {
+        setAxisScaleEngine(yLeft, new QwtLogScaleEngine);
+        setAxisScale(yLeft, 1, 1000); // until there are contents: a linear range may hold 0
+    } else {
+        setAxisScaleEngine(yLeft, new QwtLinearScaleEngine);
+    }
 }
 
 void ResultPlot::setExtents()

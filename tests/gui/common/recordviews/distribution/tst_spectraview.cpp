@@ -345,6 +345,42 @@ TEST(SpectraView, LockedAxesStayInAllPlots)
     EXPECT_EQ(w.plots()[0]->axisScaleDiv(QwtPlot::yLeft).upperBound(), 10);
 }
 
+TEST(SpectraView, AMovedOrLockedAxisIsThatOfItsQuantityAlone)
+{
+    Window w;
+    const auto span = [&](int axis) {
+        const QwtScaleDiv &scale = w.plots()[0]->axisScaleDiv(axis);
+        return QPointF(scale.lowerBound(), scale.upperBound());
+    };
+    w.show({spectrum(w.neg, realVector({10, 200, 3000}))});
+    for (bool isLocked : {false, true}) {
+        w.view.setVerticalScaleLog(false);
+        w.action("Lock axes")->setChecked(isLocked);
+        if (!isLocked) {
+            w.plots()[0]->setFocus();
+            QTest::keyClick(w.plots()[0], Qt::Key_Minus);
+        }
+        const QPointF sizes = span(QwtPlot::xBottom), linear = span(QwtPlot::yLeft);
+        w.view.setVerticalScaleLog(true);
+        EXPECT_EQ(span(QwtPlot::yLeft), QPointF(1, 10000)) << isLocked;
+        w.view.setVerticalQuantity(ConcentrationType::volume);
+        EXPECT_GT(span(QwtPlot::yLeft).y(), 1e7) << isLocked;
+        w.show({spectrum(w.ions, realVector({1, 2, 3}))});
+        EXPECT_EQ(span(QwtPlot::xBottom), QPointF(0.5, 2)) << isLocked;
+        w.view.setVerticalQuantity(ConcentrationType::number);
+        w.show({spectrum(w.neg, realVector({1, 2, 3}))});
+        w.view.setVerticalScaleLog(false);
+        EXPECT_EQ(span(QwtPlot::xBottom), sizes) << isLocked;
+        EXPECT_EQ(span(QwtPlot::yLeft), linear) << isLocked;
+        w.action("Fit axes")->trigger();
+        EXPECT_EQ(span(QwtPlot::yLeft), QPointF(1, 3)) << isLocked;
+        w.show({spectrum(w.neg, realVector({10, 200, 3000}))});
+    }
+    w.view.showRecord(nullptr);
+    w.view.setVerticalScaleLog(true);
+    EXPECT_EQ(span(QwtPlot::yLeft), QPointF(1, 1000)) << "an empty plot has a range that it can show";
+}
+
 TEST(SpectraView, AMenuOpensOverAPlotAndAnAxisHasNone)
 {
     Window w;
@@ -463,7 +499,7 @@ TEST(SpectraView, DamagedSpectraAreDrawnAsFarAsTheyGo)
         w.view.setVerticalScaleLog(options & 1);
         w.view.setDistributionType(DistributionType((options & 2) / 2));
         w.view.setSinglePlot(options & 4);
-        w.view.setSmoothingCoef(options & 8 ? 1e9 : 0);
+        w.view.setSmoothingCoef(options & 8 ? 1e4 : 0);
         for (const auto &one : spectra) {
             w.show({one, one, spectrum(w.pos, realVector({1, 2, 3}))});
             w.view.grab();
