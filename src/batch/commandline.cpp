@@ -55,13 +55,15 @@ struct Words {
     std::vector<std::string> inverters;
     bool noRecords = false;
     bool records = false;
+    bool legacy = false;
 };
 
 void addFolderOptions(CLI::App *command, Words &words)
 {
     command->add_option("FOLDER", words.folder, "The data folder")->required();
-    command->add_option("--variant", words.variant,
-                        "Averaging variant, such as block; without it, files that name no variant");
+    CLI::Option *const variant = command->add_option(
+        "--variant", words.variant, "Averaging variant, such as block; without it, files that name no variant");
+    command->add_flag("--legacy", words.legacy, "Read old-style .sig, .log and .nds files instead")->excludes(variant);
 }
 
 void addReadOptions(CLI::App *command, Words &words)
@@ -130,7 +132,7 @@ void addRenderOptions(CLI::App *command, Words &words)
 
 ReadOptions folderOptions(const Words &words)
 {
-    return {textOf(words.folder), textOf(words.variant), QDate(), QDate()};
+    return {textOf(words.folder), textOf(words.variant), QDate(), QDate(), words.legacy};
 }
 
 void completeRender(const Words &words, RenderOptions &options)
@@ -148,7 +150,7 @@ void completeRender(const Words &words, RenderOptions &options)
 
 ReadOptions readOptions(const Words &words)
 {
-    return {textOf(words.folder), textOf(words.variant), dateOf(words.from), dateOf(words.to)};
+    return {textOf(words.folder), textOf(words.variant), dateOf(words.from), dateOf(words.to), words.legacy};
 }
 
 void completeOutput(const Words &words, const QString &variant, SaveOptions &options)

@@ -39,6 +39,7 @@ QStringList matchingFiles(const ReadOptions &options)
 {
     return findDataFiles({{QStringLiteral("folderName"), options.folder},
                           {QStringLiteral("variant"), options.variant},
+                          {QStringLiteral("legacyFiles"), options.legacy},
                           {QStringLiteral("limitBegin"), options.from.isValid()},
                           {QStringLiteral("limitEnd"), options.to.isValid()},
                           {QStringLiteral("beginTime"), options.from.startOfDay()},

@@ -14,6 +14,7 @@ struct ReadOptions {
     QString variant; ///< empty: files without a variant in their names
     QDate from;      ///< invalid: no limit
     QDate to;
+    bool legacy = false; ///< old-style files, which name no variant
 };
 
 struct SummaryOptions {

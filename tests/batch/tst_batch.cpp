@@ -59,6 +59,23 @@ TEST_F(DayFolder, SummaryTellsAsJsonWhatTheFilesHold)
     EXPECT_EQ(summary["modes"].begin().key(), "ions");
 }
 
+TEST_F(DayFolder, OldStyleFilesBecomeDayFiles)
+{
+    write("in/2019-09-12.sig", ::contentOf(FUZZ_CORPUS "/dayfile/old-plain.sig"));
+    write("in/20190912-block.records", recordsHeader()); // another kind beside them
+    Json old = Json::parse(run({"summary", "{}/in", "--legacy", "--json"}).output.toStdString());
+    EXPECT_EQ(old["files"], 1);
+    EXPECT_GT(old["records"].get<int>(), 0);
+    EXPECT_EQ(run({"summary", "{}/in", "--legacy", "--variant", "block"}).code, 2);
+    EXPECT_EQ(run({"save", "{}/in", "--legacy", "--output", "{}/out"}).code, 2) << "what shall they be called?";
+    const Ended saved = run({"save", "{}/in", "--legacy", "--output", "{}/out", "--output-variant", "old"});
+    EXPECT_NE(saved.code, 2) << saved.errors.constData();
+    EXPECT_TRUE(names("out").contains("20190912-old.records")) << names("out").join(' ').toStdString();
+    const Json fresh = Json::parse(run({"summary", "{}/out", "--variant", "old", "--json"}).output.toStdString());
+    for (const char *key : {"records", "begin", "end", "electrometers", "variables"})
+        EXPECT_EQ(fresh[key], old[key]) << key;
+}
+
 TEST_F(DayFolder, SummaryNamesComplaintsAndIgnoredRows)
 {
     write("in/20190912.records", "a line of no block\n" + recordsHeader() + "2019-09-12 12:00:00\tshort\n");
