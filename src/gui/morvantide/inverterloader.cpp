@@ -81,7 +81,7 @@ public:
         if (m_loader->m_box->isCancelled)
             return;
         m_label->setText(m_label->fontMetrics().elidedText(path, Qt::ElideMiddle, m_label->width()));
-        m_label->setToolTip(path.toHtmlEscaped());
+        m_label->setToolTip(QStringLiteral("<qt>%1</qt>").arg(path.toHtmlEscaped()));
     }
     void showStopping()
     {

@@ -42,7 +42,7 @@ void ReadProgressDialog::setProgress(const ReadProgress &progress)
         return;
     const QString text = progressText(progress);
     m_label->setText(m_label->fontMetrics().elidedText(text, Qt::ElideMiddle, m_label->width()));
-    m_label->setToolTip(text.toHtmlEscaped());
+    m_label->setToolTip(QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()));
 }
 
 void ReadProgressDialog::showStopping()
