@@ -1,6 +1,6 @@
 #include "gui/common/uiinfo.h"
 
-#include "gui/common/spectrumnaming.h"
+#include "spectra/spectrumnaming.h"
 
 #include <algorithm>
 

@@ -1,4 +1,3 @@
-#include "gui/common/spectrumnaming.h"
 #include "gui/common/uiinfo.h"
 #include "support/instrument.h"
 
@@ -24,26 +23,6 @@ constexpr QRgb orangeDark = qRgb(206, 92, 0), orangeMiddle = qRgb(245, 121, 0), 
 constexpr QRgb plumDark = qRgb(92, 53, 102), chocolateDark = qRgb(143, 89, 2);
 
 } // namespace
-
-TEST(SpectrumNaming, TellsNamesakesApart)
-{
-    const struct {
-        QList<SpectMath::SpectrumInfoPointer> infos;
-        QStringList names;
-    } table[] = {
-        {{}, {}},
-        {{namedSpectrum("particles", "aaaaa", "inv")}, {"particles"}},
-        {{namedSpectrum("p", "aaaaa", "a"), namedSpectrum("q", "bbbbb"), namedSpectrum("p", "ccccc", "b")},
-         {"p (a)", "q", "p (b)"}},
-        {{namedSpectrum("p", "aaaaa", "a", "x"), namedSpectrum("p", "bbbbb", "", "x")}, {"p (a)", "p (x)"}},
-        {{namedSpectrum("p", "aaaaa", "a"), namedSpectrum("p", "bbbbb", "a"), namedSpectrum("p", "ccccc", "a")},
-         {"p (a)", "p (a bbbb)", "p (a cccc)"}},
-        {{namedSpectrum("p", "aaaaa"), namedSpectrum("p", "bbbbb")}, {"p (aaaa)", "p (bbbb)"}},
-        {{namedSpectrum("%2", "aaaaa", "%1"), namedSpectrum("%2", "bbbbb", "b")}, {"%2 (%1)", "%2 (b)"}},
-    };
-    for (const auto &row : table)
-        EXPECT_EQ(SpectrumNaming::displayNames(row.infos), row.names) << row.names.join(", ").toStdString();
-}
 
 TEST(SpectrumColors, OpmodesTakeTheirOwnOrTheNextColour)
 {

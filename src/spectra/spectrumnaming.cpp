@@ -1,4 +1,4 @@
-#include "gui/common/spectrumnaming.h"
+#include "spectra/spectrumnaming.h"
 
 #include <QHash>
 #include <QSet>

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-/// The names under which the views show spectra.
+/// The names under which people see spectra, in windows and in tables.
 namespace SpectrumNaming {
 
 /// One display name for each description, in the list's order. A name that stands once is shown bare; namesakes are
