@@ -1,0 +1,40 @@
+#pragma once
+
+#include "dataexport/exportfiles.h"
+#include "dataexport/exportnaming.h"
+#include "dataexport/exporttable.h"
+
+namespace DataExport {
+
+/// Writes the records that it is given into the files of a table. Until finish() none of the files stands in its place;
+/// without finish() nothing is left.
+class DataExporter {
+public:
+    /// What an export has come to.
+    struct Result {
+        bool isComplete = false; ///< all files that could be opened stand in their places
+        qint64 rows = 0;         ///< in these
+        qint64 lost = 0;         ///< rows of records that were given and stand nowhere
+        int files = 0;
+    };
+
+    /// The table must outlive the exporter. What is wrong with setup and table is left to the caller to tell.
+    DataExporter(const ExportSetup &setup, ExportTable &table,
+                 std::shared_ptr<const Spectrometer::RecordMetadata> metadata, ExistingFile existing);
+
+    /// In ascending order of time. A record whose mode isn't to be exported is passed over.
+    void addRecord(const Record &record);
+    Result finish();
+
+private:
+    ExportTable &m_table;
+    ExportNaming m_naming;
+    ExportFiles m_files;
+    qint64 m_rows = 0;
+    qint64 m_lost = 0;
+};
+
+/// The error lines in the log, the first hundred of them each.
+void logErrors(const QStringList &errors);
+
+} // namespace DataExport

@@ -1,0 +1,85 @@
+#include "dataexport/exporttargets.h"
+
+#include "dataexport/exportnaming.h"
+#include "store/datastore.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
+
+#include <sys/stat.h>
+
+namespace DataExport {
+
+namespace {
+
+/// A file whatever it is called: by device and node.
+using FileId = std::pair<quint64, quint64>;
+
+/// {0, 0} for a file that doesn't exist.
+FileId fileId(const QString &path)
+{
+    struct stat status {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return {0, 0};
+    return {quint64(status.st_dev), quint64(status.st_ino)};
+}
+
+bool isNamedAsData(const QString &path)
+{
+    static const QSet<QString> suffixes{"records",  "diagnostics", "currents", "spectra", "flags",  "rawdata",
+                                        "comments", "windowsetup", "inverter", "sinv",    "invmap", "sinp",
+                                        "zip",      "exportsetup", "sig",      "log",     "nds",    "conf"};
+    return suffixes.contains(QFileInfo(path).suffix().toLower());
+}
+
+} // namespace
+
+QStringList exportTargets(const GeneralSettings &general, const ExportTable &table,
+                          const std::shared_ptr<const Spectrometer::RecordMetadata> &metadata, const Datastore &store)
+{
+    ExportNaming naming(general, metadata);
+    QSet<QString> paths;
+    QString last;
+    for (const auto &record : store.records()) {
+        if (!table.takes(*record))
+            continue;
+        const QString &path = naming.pathOf(*record);
+        if (path != last)
+            paths.insert(path);
+        last = path;
+    }
+    QStringList sorted = paths.values();
+    sorted.sort();
+    return sorted;
+}
+
+QString refusalOf(const QStringList &targets, const QStringList &files)
+{
+    QSet<FileId> ids;
+    for (const QString &file : files)
+        ids.insert(fileId(file));
+    ids.remove({0, 0});
+    for (const QString &target : targets) {
+        if (ids.contains(fileId(target)))
+            return QStringLiteral("\"%1\" is one of the files to read.").arg(target);
+        if (QFileInfo::exists(target) && isNamedAsData(target))
+            return QStringLiteral("\"%1\" is named as a file of data or settings.").arg(target);
+    }
+    return QString();
+}
+
+QStringList existingOf(const QStringList &targets)
+{
+    QStringList existing;
+    for (const QString &target : targets) {
+        const QFileInfo file(target);
+        if (file.exists() || file.isSymLink())
+            existing << target;
+    }
+    return existing;
+}
+
+} // namespace DataExport
