@@ -1,5 +1,6 @@
 #include "demo/demowriter.h"
 #include "demo/gridlayout.h"
+#include "demo/legacyfiles.h"
 
 #include "log/logger.h"
 #include "util/buildinfo.h"
@@ -31,6 +32,9 @@ int main(int argc, char **argv)
         ->capture_default_str()
         ->check(CLI::Range(1, 3600));
     app.add_option("--seed", settings.seed, "Another seed, another campaign")->capture_default_str();
+    bool isLegacy = false;
+    app.add_flag("--legacy", isLegacy,
+                 "Write the files of old instruments, .sig, .log and .nds, in place of the others");
     app.set_version_flag("--version", BuildInfo::version().toStdString());
     try {
         app.parse(argc, argv);
@@ -54,6 +58,8 @@ int main(int argc, char **argv)
     }
     Log::RootLogger::instance().setFilter([](const Log::Entry &entry) { return entry.level <= Log::Warning; });
     const Demo::Campaign campaign(settings);
+    if (isLegacy)
+        return Demo::writeLegacyFiles(campaign, path) ? 0 : 1;
     const auto counts = Demo::writeCampaign(campaign, path);
     const bool comments = Demo::writeComments(campaign, path);
     const bool layouts = Demo::writeGridLayouts(path);

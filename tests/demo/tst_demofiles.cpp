@@ -1,4 +1,5 @@
 #include "demo/demowriter.h"
+#include "demo/legacyfiles.h"
 
 #include "datafiles/reading/commentfile.h"
 #include "datafiles/reading/filereader.h"
@@ -158,6 +159,42 @@ TEST_F(DemoFilesTest, ThreeRecordsHaveComments)
     EXPECT_EQ(all.count('|'), 3);
     for (const char *odd : {"\\", "\n", "\t", "\xc3\xb6"})
         EXPECT_TRUE(all.contains(QString::fromUtf8(odd))) << odd;
+}
+
+TEST_F(DemoFilesTest, OldStyleFilesHoldWhatTheOthersHold)
+{
+    const Campaign campaign(settingsOf(5, 2, 1800));
+    ASSERT_TRUE(QDir().mkpath(path("new")) && QDir().mkpath(path("old")));
+    Demo::writeCampaign(campaign, path("new"));
+    ASSERT_TRUE(Demo::writeLegacyFiles(campaign, path("old")));
+    EXPECT_EQ(filesIn(path("old")).size(), 6);
+    const auto fresh = read(path("new")), old = read(path("old"));
+    for (const Log::Entry &entry : log.entries())
+        EXPECT_GT(entry.level, Log::Warning) << qPrintable(entry.message);
+    ASSERT_EQ(old->datastore()->size(), fresh->datastore()->size());
+    int spectra = 0;
+    for (int i = 0; i < old->datastore()->size(); ++i) {
+        const Record &a = *fresh->datastore()->at(i), &b = *old->datastore()->at(i);
+        ASSERT_EQ(a.beginTime, b.beginTime);
+        ASSERT_EQ(a.endUtcOffset, b.endUtcOffset);
+        ASSERT_EQ(fresh->metadata()->opmodeName(a.opmode), old->metadata()->opmodeName(b.opmode));
+        ASSERT_EQ(printed(a.currents), printed(b.currents));
+        ASSERT_EQ(printed(a.rawCurrents), printed(b.rawCurrents));
+        for (const auto &variable : fresh->metadata()->variables) {
+            const auto other = old->metadata()->variable(variable->name);
+            ASSERT_TRUE(other) << qPrintable(variable->name);
+            ASSERT_EQ(printed(realVector({a.variables[std::size_t(variable->valueIndex)]})),
+                      printed(realVector({b.variables[std::size_t(other->valueIndex)]})));
+        }
+        for (const auto &spectrum : b.spectra) {
+            const auto same = std::find_if(a.spectra.begin(), a.spectra.end(),
+                                           [&](const auto &each) { return each->info->name == spectrum->info->name; });
+            ASSERT_NE(same, a.spectra.end());
+            ASSERT_EQ(printed((*same)->concentrations), printed(spectrum->concentrations));
+            ++spectra;
+        }
+    }
+    EXPECT_GT(spectra, old->datastore()->size() / 2);
 }
 
 TEST_F(DemoFilesTest, Program)
