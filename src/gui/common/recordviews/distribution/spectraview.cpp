@@ -157,6 +157,8 @@ void SpectraView::refreshRecord()
     const ShownSpectra shown = chosenSpectra(recordSpectra());
     m_plots->showSpectra(shown);
     showSummary(shown);
+    if (!record())
+        m_summary->hide();
 }
 
 ShownSpectra SpectraView::recordSpectra() const

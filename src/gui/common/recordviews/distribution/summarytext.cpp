@@ -41,11 +41,14 @@ void SummaryText::setLines(const QStringList &lines)
 {
     if (lines == m_lines)
         return;
-    if (lines.size() != m_lines.size())
-        m_height = 0;
     m_lines = lines;
+    if (!lines.isEmpty() && lines.size() != m_lineCount) {
+        m_lineCount = lines.size();
+        m_height = 0;
+    }
     setPlainText(keptTogether(lines.join(QLatin1Char('\n'))));
-    setVisible(!lines.isEmpty());
+    if (!lines.isEmpty())
+        show();
     fitHeight();
 }
 

@@ -5,14 +5,13 @@
 namespace RecordViews {
 
 /// Some lines of text to read and to copy, wrapped at the width and no higher than they need, up to eight rows. The
-/// height doesn't shrink while the number of lines stays, so that what stands above it doesn't jump when numbers
-/// change.
+/// height doesn't shrink while the number of lines stays or there are none for a while, so that what stands above it
+/// doesn't jump from record to record. Hidden until there are lines.
 class SummaryText : public QPlainTextEdit {
     Q_OBJECT
 public:
     explicit SummaryText(QWidget *parent = nullptr);
 
-    /// Hides itself where there are none.
     void setLines(const QStringList &lines);
 
     QSize sizeHint() const override;
@@ -25,6 +24,7 @@ private:
     void fitHeight();
 
     QStringList m_lines;
+    int m_lineCount = 0; ///< of the last ones that weren't none
     int m_height = 0;
 };
 

@@ -288,8 +288,16 @@ TEST(SpectraView, TellsEachCurveInALine)
     w.show({spectrum(w.neg, realVector({0, 100, 0})), testSpectrum(w.pos, 1, 2)});
     EXPECT_EQ(w.summary(), "particles neg (a): total 100 1, GMD 20 nm, GSD 1, mode 20 nm\n"
                            "particles pos (b): inversion failed");
-    w.view.showRecord(nullptr);
+    auto *const text = w.view.findChild<QPlainTextEdit *>();
+    settle();
+    const QRect place = text->geometry();
+    w.show({});
+    settle();
     EXPECT_EQ(w.summary(), "");
+    EXPECT_EQ(text->geometry(), place) << "a record without spectra moved the plot";
+    EXPECT_TRUE(text->isVisible()) << "and took the keyboard focus away";
+    w.view.showRecord(nullptr);
+    EXPECT_FALSE(text->isVisible());
 }
 
 TEST(SpectraView, ChosenSpectraAreShown)
