@@ -104,6 +104,14 @@ void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &option
         ->check(CLI::Range(1, 1024));
 }
 
+void addExportOptions(CLI::App *command, Words &words, ExportOptions &options)
+{
+    addReadOptions(command, words);
+    command->add_option("--setup", words.setupFile, "Export setup file, which tells the columns")->required();
+    command->add_option("--output", words.outputFile, "The file to write; else the one that the setup names");
+    command->add_flag("--overwrite", options.overwrite, "Replace files that exist");
+}
+
 void addRenderOptions(CLI::App *command, Words &words)
 {
     const CLI::Validator moment(
@@ -190,6 +198,9 @@ CommandLine parseCommandLine(int argc, const char *const *argv, Pictures picture
     CLI::App *reinvert = app.add_subcommand("reinvert", "Inverts the records anew and writes their spectra");
     addReinvertOptions(reinvert, words, result.reinvert);
 
+    CLI::App *exporting = app.add_subcommand("export", "Writes a table of chosen values, a line for each record");
+    addExportOptions(exporting, words, result.exported);
+
     CLI::App *render = nullptr;
     if (pictures == Pictures::Present) {
         render = app.add_subcommand("render", "Draws the plots of the window as a picture; needs no display");
@@ -217,10 +228,15 @@ CommandLine parseCommandLine(int argc, const char *const *argv, Pictures picture
                 result.reinvert.inverters << textOf(path);
             completeOutput(words, read.variant.isEmpty() ? QString() : read.variant + QStringLiteral("-reinv"),
                            result.reinvert.save);
+        } else if (exporting->parsed()) {
+            result.exported.read = read;
+            result.exported.setupFile = textOf(words.setupFile);
+            result.exported.outputFile = textOf(words.outputFile);
         }
-        result.command = save->parsed()       ? CommandLine::Save
-                         : reinvert->parsed() ? CommandLine::Reinvert
-                                              : CommandLine::Summary;
+        result.command = save->parsed()        ? CommandLine::Save
+                         : reinvert->parsed()  ? CommandLine::Reinvert
+                         : exporting->parsed() ? CommandLine::Export
+                                               : CommandLine::Summary;
     } catch (const CLI::ParseError &error) {
         result.exitStatus = app.exit(error) == 0 ? ExitStatus::Done : ExitStatus::WrongUsage;
     }

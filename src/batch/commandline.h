@@ -6,12 +6,13 @@
 namespace Batch {
 
 struct CommandLine {
-    enum Command { None, Summary, Save, Reinvert, Render };
+    enum Command { None, Summary, Save, Reinvert, Export, Render };
     Command command = None; ///< None: nothing is left to do but to end with `exitStatus`
     int exitStatus = 0;
     SummaryOptions summary;
     SaveOptions save;
     ReinvertOptions reinvert;
+    ExportOptions exported;
     RenderOptions render;
 };
 

@@ -1,4 +1,5 @@
 #include "batch/commandline.h"
+#include "batch/exportcommand.h"
 #include "batch/interrupt.h"
 #include "batch/reinvertcommand.h"
 #ifdef MORVANTIDE_BATCH_RENDER
@@ -34,6 +35,8 @@ int run(const Batch::CommandLine &line, int argc, char **argv)
         return Batch::runSave(line.save);
     case Batch::CommandLine::Reinvert:
         return Batch::runReinvert(line.reinvert);
+    case Batch::CommandLine::Export:
+        return Batch::runExport(line.exported);
     default:
         return line.exitStatus;
     }

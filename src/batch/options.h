@@ -38,6 +38,13 @@ struct ReinvertOptions {
     int jobs = 1;          ///< threads that invert
 };
 
+struct ExportOptions {
+    ReadOptions read;
+    QString setupFile;
+    QString outputFile;     ///< empty: the one that the setup names
+    bool overwrite = false; ///< replaces files that exist
+};
+
 struct RenderOptions {
     ReadOptions read; ///< without dates: days outside the span are read too, as the window does
     QString outputFile;

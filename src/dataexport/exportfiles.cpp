@@ -65,7 +65,7 @@ ExportFiles::~ExportFiles()
 void ExportFiles::tellUnopened(const QString &path, const QString &reason)
 {
     m_logger.log(Log::Error, QStringLiteral("Unable to open file '%1'").arg(path));
-    m_logger.log(Log::Info, reason);
+    m_logger.log(Log::Warning, QStringLiteral("%1: %2").arg(path, reason));
 }
 
 bool ExportFiles::makeFolder(const QString &folder)

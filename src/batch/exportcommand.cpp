@@ -1,0 +1,164 @@
+#include "batch/exportcommand.h"
+
+#include "batch/folderread.h"
+#include "batch/interrupt.h"
+#include "batch/messagecollector.h"
+#include "batch/outcome.h"
+#include "batch/outputfolder.h"
+#include "batch/progressline.h"
+#include "dataexport/dataexporter.h"
+#include "dataexport/exporttargets.h"
+#include "datafiles/reading/datafinder.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace Batch {
+
+namespace {
+
+using DataExport::DataExporter;
+using DataExport::ExportSetup;
+using DataExport::ExportTable;
+
+constexpr int progressEvery = 1000; // records
+
+/// The setup, with an absolute output file. Throws DataExport::SetupError.
+ExportSetup setupOf(const ExportOptions &options)
+{
+    ExportSetup setup = DataExport::loadExportSetup(options.setupFile);
+    QString &file = setup.general.outputFile;
+    if (!options.outputFile.isEmpty())
+        file = QDir().absoluteFilePath(options.outputFile);
+    else if (!file.isEmpty())
+        file = QFileInfo(options.setupFile).absoluteDir().absoluteFilePath(file);
+    return setup;
+}
+
+/// Why these files may not be written, in words; null if they may.
+QString refusal(const ExportOptions &options, const QStringList &inputs, const QStringList &targets)
+{
+    QStringList files{options.setupFile};
+    for (const QString &input : inputs)
+        files << QDir(options.read.folder).filePath(input);
+    const QString reason = DataExport::refusalOf(targets, files);
+    const QStringList existing = DataExport::existingOf(targets);
+    if (!reason.isNull() || options.overwrite || existing.isEmpty())
+        return reason;
+    return QStringLiteral("\"%1\" exists. Use --overwrite to replace files.").arg(existing.first());
+}
+
+/// What of it can be told before anything is read.
+QString earlyRefusal(const ExportOptions &options, const DataExport::GeneralSettings &general,
+                     const QStringList &inputs)
+{
+    const QString fault = DataExport::ExportNaming(general, nullptr).fault();
+    if (!fault.isNull())
+        return fault;
+    const QString folder = unusableFolder(QFileInfo(general.outputFile).path());
+    if (!folder.isEmpty() || general.addDate || general.addOpmode)
+        return folder;
+    return refusal(options, inputs, {general.outputFile});
+}
+
+DataExport::ExportData dataOf(const ExportOptions &options, const QStringList &inputs, const FolderRead &read)
+{
+    DataExport::ExportData data;
+    data.metadata = read.reader->metadata();
+    data.infos = read.reader->spectrumInfos();
+    data.folder = QDir(options.read.folder).absolutePath();
+    data.files = inputs;
+    data.first = *read.reader->datastore()->records().front();
+    data.last = *read.reader->datastore()->records().back();
+    return data;
+}
+
+/// False if it was interrupted.
+bool addRecords(DataExporter &exporter, const Datastore &store)
+{
+    for (int i = 0; i < store.size(); ++i) {
+        if (i % progressEvery == 0) {
+            ProgressLine::show(QStringLiteral("Exporting %1 %").arg(i * 100LL / store.size()));
+            if (Interrupt::requested())
+                return false;
+        }
+        exporter.addRecord(*store.at(i));
+    }
+    ProgressLine::clear();
+    return !Interrupt::requested();
+}
+
+void tellEnd(Outcome &outcome, const DataExporter::Result &result, const QStringList &targets)
+{
+    tell(
+        targets.size() == 1
+            ? QStringLiteral("%1 rows written to \"%2\"").arg(QString::number(result.rows), targets.first())
+            : QStringLiteral("%1 rows written to %2 files in \"%3\"")
+                  .arg(QString::number(result.rows), QString::number(result.files), QFileInfo(targets.first()).path()));
+    if (result.lost > 0)
+        tell(QStringLiteral("%1 rows could not be written.").arg(result.lost));
+    outcome.outputLost = !result.isComplete || result.lost > 0;
+}
+
+Outcome write(const ExportOptions &options, const ExportSetup &setup, const QStringList &inputs, const FolderRead &read,
+              const MessageCollector &messages)
+{
+    const Datastore &store = *read.reader->datastore();
+    ExportTable table(setup, dataOf(options, inputs, read));
+    DataExport::logErrors(table.errors());
+    if (table.lacksSpectra())
+        return nothing(QStringLiteral("Nothing to export: none of the setup's spectra was read."));
+    const QStringList targets = DataExport::exportTargets(setup.general, table, read.reader->metadata(), store);
+    if (targets.isEmpty())
+        return nothing(QStringLiteral("Nothing to export: no record is of the setup's modes."));
+    const QString reason = refusal(options, inputs, targets);
+    if (!reason.isNull())
+        return refused(reason);
+
+    const auto existing = options.overwrite ? ExistingFile::Replaced : ExistingFile::Kept;
+    DataExporter exporter(setup, table, read.reader->metadata(), existing);
+    if (!addRecords(exporter, store))
+        return stopped();
+    Outcome outcome;
+    tellEnd(outcome, exporter.finish(), targets);
+    outcome.tellReading(read, messages);
+    return outcome;
+}
+
+Outcome exportFolder(const ExportOptions &options, const MessageCollector &messages)
+{
+    const QStringList inputs = matchingFiles(options.read);
+    if (inputs.isEmpty())
+        return nothing(nothingMatchedText(options.read.folder));
+    ExportSetup setup;
+    try {
+        setup = setupOf(options);
+    } catch (const DataExport::SetupError &error) {
+        return refused(
+            QStringLiteral("The export setup file \"%1\" can't be used: %2").arg(options.setupFile, error.message()));
+    }
+    QString reason = earlyRefusal(options, setup.general, inputs);
+    if (!reason.isEmpty())
+        return refused(reason);
+    reason = unwritableFolder(QFileInfo(setup.general.outputFile).path());
+    if (!reason.isEmpty())
+        return outputLost(reason);
+    DataExport::logErrors(setup.errors);
+
+    const FolderRead read = readFolder(options.read, inputs, options.read.variant);
+    if (read.interrupted)
+        return stopped();
+    if (!read.hasRecords())
+        return nothing(QStringLiteral("Nothing found"));
+    return write(options, setup, inputs, read, messages);
+}
+
+} // namespace
+
+int runExport(const ExportOptions &options)
+{
+    const MessageCollector messages(true);
+    return exportFolder(options, messages).exitStatus();
+}
+
+} // namespace Batch
