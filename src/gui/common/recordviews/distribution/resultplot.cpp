@@ -3,9 +3,11 @@
 #include <QEvent>
 
 #include <qwt_plot_item.h>
+#include <qwt_scale_div.h>
 #include <qwt_scale_engine.h>
 #include <qwt_text.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace RecordViews {
@@ -20,6 +22,26 @@ QString titleName(const QString &name)
 {
     return name.size() > longestName ? name.left(longestName) + QChar(0x2026) : name;
 }
+
+/// Where a range holds one power of ten, 2 and 5 are labelled as well: one label tells no scale.
+class SizeScaleEngine : public QwtLogScaleEngine {
+public:
+    QwtScaleDiv divideScale(double x1, double x2, int mostMajor, int mostMinor, double step) const override
+    {
+        QwtScaleDiv scale = QwtLogScaleEngine::divideScale(x1, x2, mostMajor, mostMinor, step);
+        QList<double> labelled = scale.ticks(QwtScaleDiv::MajorTick);
+        if (labelled.size() != 1)
+            return scale;
+        const double power = labelled[0];
+        for (const double tick : {power / 5, power / 2, power * 2, power * 5}) {
+            if (scale.contains(tick))
+                labelled << tick;
+        }
+        std::sort(labelled.begin(), labelled.end());
+        scale.setTicks(QwtScaleDiv::MajorTick, labelled);
+        return scale;
+    }
+};
 
 } // namespace
 
@@ -46,7 +68,7 @@ ResultPlot::ResultPlot(std::shared_ptr<const PlotOptions> options, QWidget *pare
     : RecordPlot(parent), m_options(std::move(options)), m_extents(new ExtentItem)
 {
     m_extents->attach(this);
-    auto *const sizes = new QwtLogScaleEngine;
+    auto *const sizes = new SizeScaleEngine;
     sizes->setAttribute(QwtScaleEngine::Floating); // from the first point to the last, not by whole decades
     setAxisScaleEngine(xBottom, sizes);
     setAxisScale(xBottom, 1, 100);

@@ -177,6 +177,20 @@ TEST(SpectraView, DarkColoursAreLighterOnADarkGround)
     EXPECT_GT(curve->pen().color().lightness(), 120);
 }
 
+TEST(SpectraView, AnAxisOfOnePowerOfTenHasMoreThanOneLabel)
+{
+    Window w;
+    const auto labels = [&](const std::vector<double> &radii) {
+        w.show({spectrum(testInfo("x", radii, DistributionScale::radius), realVector({1, 2, 3})), nullptr});
+        QStringList texts;
+        for (const double tick : w.plots()[0]->axisScaleDiv(QwtPlot::xBottom).ticks(QwtScaleDiv::MajorTick))
+            texts << QString::number(tick);
+        return texts.join(' ');
+    };
+    EXPECT_EQ(labels({0.8, 3, 21}), "2 5 10 20");
+    EXPECT_EQ(labels({0.8, 3, 60}), "10 100");
+}
+
 TEST(SpectraView, AMobilityAxisAscends)
 {
     Window w;
