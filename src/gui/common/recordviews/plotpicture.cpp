@@ -1,5 +1,6 @@
 #include "gui/common/recordviews/plotpicture.h"
 
+#include "gui/common/recordviews/recordplot.h"
 #include "util/filereplacement.h"
 
 #include <QAction>
@@ -34,7 +35,12 @@ void draw(QWidget *widget, QPainter &painter)
     painter.fillRect(widget->rect(), widget->palette().window());
     QwtPlotRenderer renderer;
     const auto drawPlot = [&](QwtPlot *plot) {
+        auto *const own = qobject_cast<RecordPlot *>(plot);
+        if (own)
+            own->setFocusFrameShown(false);
         renderer.render(plot, &painter, QRectF(QPointF(plot->mapTo(widget, QPoint())), QSizeF(plot->size())));
+        if (own)
+            own->setFocusFrameShown(true);
     };
     if (auto *const plot = qobject_cast<QwtPlot *>(widget))
         drawPlot(plot);

@@ -272,18 +272,23 @@ void RecordPlot::takeColors()
     QPalette colors = canvas()->palette();
     colors.setColor(QPalette::Window, paper);
     canvas()->setPalette(colors);
-    colorFrame();
+    colorFrame(hasFocus());
     m_grid->setPen(mixed(paper, ink, gridStrength), 0, Qt::DotLine);
     QwtPlot::replot();
 }
 
-void RecordPlot::colorFrame()
+void RecordPlot::setFocusFrameShown(bool on)
+{
+    colorFrame(on && hasFocus());
+}
+
+void RecordPlot::colorFrame(bool isFocused)
 {
     const QColor paper = palette().color(QPalette::Base);
     const QColor ink = palette().color(QPalette::Text);
     QPalette colors = canvas()->palette();
     colors.setColor(QPalette::WindowText,
-                    hasFocus() ? palette().color(QPalette::Highlight) : mixed(paper, ink, 2 * gridStrength));
+                    isFocused ? palette().color(QPalette::Highlight) : mixed(paper, ink, 2 * gridStrength));
     canvas()->setPalette(colors);
     static_cast<QwtPlotCanvas *>(canvas())->replot();
 }
@@ -291,13 +296,13 @@ void RecordPlot::colorFrame()
 void RecordPlot::focusInEvent(QFocusEvent *event)
 {
     QwtPlot::focusInEvent(event);
-    colorFrame();
+    colorFrame(true);
 }
 
 void RecordPlot::focusOutEvent(QFocusEvent *event)
 {
     QwtPlot::focusOutEvent(event);
-    colorFrame();
+    colorFrame(false);
 }
 
 void RecordPlot::takeFonts()

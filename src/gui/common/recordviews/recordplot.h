@@ -34,6 +34,9 @@ public:
     void setAxisSubject(int axis, const QString &subject);
     PlotReadout *readout() const { return m_readout; }
 
+    /// For a picture that others see.
+    void setFocusFrameShown(bool on);
+
     /// Small: a plot doesn't hold the window open.
     QSize minimumSizeHint() const override;
 
@@ -77,7 +80,7 @@ private:
     void setAutoscale(int axis, bool on);
     void noteFitted();
     void takeColors();
-    void colorFrame();
+    void colorFrame(bool isFocused);
     void takeFonts();
     bool pressPanZoomKey(const QKeyEvent &event);
     bool pressReadoutKey(const QKeyEvent &event);

@@ -308,6 +308,9 @@ TEST(PlotPicture, DrawsThePlotsThatAreSeenAsEachKindOfFile)
     seen->show();
     hidden->hide();
     widget.show();
+    QApplication::setActiveWindow(&widget);
+    seen->setFocus();
+    ASSERT_TRUE(seen->hasFocus());
     const QImage image = PlotPicture::imageOf(&widget);
     EXPECT_EQ(image.size(), QSize(600, 400));
     QSet<QRgb> colors;
@@ -316,6 +319,9 @@ TEST(PlotPicture, DrawsThePlotsThatAreSeenAsEachKindOfFile)
             colors << image.pixel(x, y);
     EXPECT_TRUE(colors.contains(QColor(Qt::red).rgb()));
     EXPECT_FALSE(colors.contains(QColor(Qt::green).rgb()));
+    const QColor focus = seen->palette().color(QPalette::Highlight);
+    EXPECT_FALSE(colors.contains(focus.rgb())) << "the keyboard focus is nothing for a picture";
+    EXPECT_EQ(seen->canvas()->palette().color(QPalette::WindowText), focus) << "and is seen again behind it";
 
     for (const char *name : {"a.png", "a.SVG", "a.pdf"})
         EXPECT_EQ(PlotPicture::write(&widget, folder.filePath(name)), QString()) << name;
