@@ -44,12 +44,18 @@ void SpectrumFieldSource::addTitles(const QString &label, const SpectMath::Spect
     }
 }
 
+/// For fractions those of the sum of both neighbours, with the moment at the geometric mean of their radii.
 std::vector<double> SpectrumFieldSource::factors(const SpectMath::SpectrumInfo &info, std::size_t count) const
 {
-    std::vector<double> factors(count, m_field.quantity.factor(info));
-    if (m_field.distribution == DistributionType::density) {
-        for (std::size_t i = 0; i < count; ++i)
-            factors[i] *= densityFactor(info, info.radii[i], m_field.scale);
+    const double unitFactor = m_field.quantity.factor(info);
+    const RealVector &points = info.nativePoints();
+    std::vector<double> factors(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const bool isDensity = m_field.distribution == DistributionType::density;
+        const double radius = isDensity ? info.radii[i] : std::sqrt(info.radii[i] * info.radii[i + 1]);
+        const double width = isDensity ? densityFactor(info, radius, m_field.scale)
+                                       : std::fabs(std::log10(points[i + 1]) - std::log10(points[i])) / 2;
+        factors[i] = SpectMath::timesMoment(width, radius, m_field.quantity.type) * unitFactor;
     }
     return factors;
 }
@@ -73,20 +79,23 @@ bool SpectrumFieldSource::addSpectrum(const SpectMath::SpectrumInfoPointer &info
 
 void SpectrumFieldSource::values(const Record &record, DelimitedLine &line) const
 {
+    const bool isDensity = m_field.distribution == DistributionType::density;
     for (const Columns &columns : m_columns) {
         const std::size_t count = columns.factors.size();
-        RealVector values;
-        RealVector deviations;
-        if (const SpectMath::Spectrum *const spectrum = usableSpectrum(record, columns.info))
-            spectrum->getDistribution(m_field.distribution, m_field.quantity.type, values, deviations);
-        if (values.size() != count || deviations.size() != count) {
+        const SpectMath::Spectrum *const spectrum = usableSpectrum(record, columns.info);
+        if (!spectrum) {
             line.addEmptyFields((m_field.uncertainties ? 2 : 1) * count);
             continue;
         }
+        if (m_field.uncertainties)
+            standardDeviations(*spectrum, &m_deviations);
+        const auto valueOf = [&](const auto &points, std::size_t i) {
+            return columns.factors[i] * (isDensity ? points[i] : points[i] + points[i + 1]);
+        };
         for (std::size_t i = 0; i < count; ++i) {
-            line.addNumber(values[i] * columns.factors[i]);
+            line.addNumber(valueOf(spectrum->concentrations, i));
             if (m_field.uncertainties)
-                line.addNumber(deviations[i] * columns.factors[i]);
+                line.addNumber(valueOf(m_deviations, i));
         }
     }
 }

@@ -24,7 +24,7 @@ public:
 private:
     struct Columns {
         SpectMath::SpectrumInfoPointer info;
-        std::vector<double> factors; ///< of each value
+        std::vector<double> factors; ///< of each value, or of each sum of neighbours
     };
 
     void addTitles(const QString &label, const SpectMath::SpectrumInfo &info, const std::vector<double> &grid);
@@ -33,6 +33,7 @@ private:
     SpectrumField m_field;
     QStringList m_titles;
     std::vector<Columns> m_columns; ///< of one description each
+    mutable std::vector<double> m_deviations;
 };
 
 /// By how much a density per decade of the native axis is to be multiplied for one per decade of another: d log x /

@@ -157,6 +157,15 @@ TEST(ExportTable, SpectraThatFailedLackOrMissPointsLeaveEmptyFields)
     EXPECT_EQ(fields(spectrum), "   ");
     EXPECT_EQ(fields(testSpectrum(infoPerCm3("ions", {1, 10}, DistributionScale::radius), 1)), "   ");
     EXPECT_EQ(fields(nullptr), "   ");
+
+    auto whole =
+        tableOf({QVariantMap{{"type", "spectrum"}, {"spectra", QVariantList{"id-ions"}}, {"uncertainties", true}}},
+                exportData({ions}));
+    Record record;
+    EXPECT_EQ(fieldsOf(whole, record).join(' '), "     ");
+    record.spectra = {spectrumOf(ions, {2, noValue, 6}, 1)};
+    record.spectra[0]->covariances = BandMatrix(1, 1, 0, 0);
+    EXPECT_EQ(fieldsOf(whole, record).join(' '), "2    6 ") << "values don't need covariances";
     const auto equal = std::make_shared<SpectMath::SpectrumInfo>(*ions);
     EXPECT_EQ(fields(spectrumOf(equal, {2, 4, 6}, 1)), "3 1 5 1") << "an equal description is the same";
 }
