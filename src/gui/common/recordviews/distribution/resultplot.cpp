@@ -110,6 +110,8 @@ void ResultPlot::showTraces(Traces &traces, const ShownSpectra &spectra, Spectru
             traces.items.emplace_back(this, look);
         traces.drawn.push_back(
             drawnValues(distributionValues(*one.spectrum, *m_options, axis, m_smoothing), *m_options));
+        if (look == SpectrumItems::Look::held) // without uncertainties, which the axes needn't fit then
+            std::fill(traces.drawn.back().uncertainties.begin(), traces.drawn.back().uncertainties.end(), noValue);
         traces.items[place].show(traces.drawn.back(), m_options->distributionType,
                                  look == SpectrumItems::Look::held ? heldColor : legible(one.color));
     }

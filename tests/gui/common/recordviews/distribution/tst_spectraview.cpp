@@ -345,6 +345,12 @@ TEST(SpectraView, HeldCurvesStayUntilTheyAreReleased)
         w.view.setVerticalQuantity(ConcentrationType::diameter);
         EXPECT_EQ(curves[0]->sample(0).y(), 2) << "they follow the options";
         w.action("Hold curves")->setChecked(false);
+        w.show({spectrum(w.neg, realVector({4, 5, 6}), 1e-6)});
+        w.action("Hold curves")->setChecked(true);
+        w.show({spectrum(w.neg, realVector({4, 5, 6}))});
+        w.view.setVerticalScaleLog(true);
+        EXPECT_EQ(w.plots()[0]->axisScaleDiv(QwtPlot::yLeft).lowerBound(), 1) << "their uncertainties aren't drawn";
+        w.action("Hold curves")->setChecked(false);
         EXPECT_EQ(w.items<RecordViews::DiscontinuousPlotCurve>(w.plots()[0]).size(), 1);
         w.action("Hold curves")->setChecked(true);
         w.view.showRecord(nullptr);
