@@ -31,7 +31,7 @@ const Place places[] = {
     {"reportView", Qt::BottomDockWidgetArea, TabOf, "logDock"},
 };
 
-constexpr int sideCharacters = 46; // the electrometer table fits
+constexpr int formCharacters = 40, tableCharacters = 50;
 constexpr int formLines = 16, logLines = 7;
 
 QDockWidget *dockOf(const QMainWindow &window, const char *name)
@@ -74,17 +74,19 @@ void arrangeDocks(QMainWindow &window)
 void sizeDocks(QMainWindow &window)
 {
     const QFontMetrics metrics = window.fontMetrics();
-    const int wanted = qMax(metrics.averageCharWidth() * sideCharacters, window.width() / 6);
+    const auto wanted = [&window, &metrics](int characters) {
+        return qMax(metrics.averageCharWidth() * characters, window.width() / 6);
+    };
     // Both sides together leave half of the width to the centre.
     const int free = window.width() / 2 - 2 * window.style()->pixelMetric(QStyle::PM_DockWidgetSeparatorExtent);
     const QDockWidget *const form = dockOf(window, "currentrecordform");
-    const int left = qMax(qMin(wanted, free / 2), form ? form->minimumSizeHint().width() : 0);
+    const int left = qMax(qMin(wanted(formCharacters), free / 2), form ? form->minimumSizeHint().width() : 0);
     const auto resize = [&window](const char *name, int size, Qt::Orientation orientation) {
         if (QDockWidget *dock = dockOf(window, name))
             window.resizeDocks({dock}, {size}, orientation);
     };
     resize("currentrecordform", left, Qt::Horizontal);
-    resize("electrometersView", qMin(wanted, free - left), Qt::Horizontal);
+    resize("electrometersView", qMin(wanted(tableCharacters), free - left), Qt::Horizontal);
     resize("logDock", metrics.lineSpacing() * logLines, Qt::Vertical);
     resize("currentrecordform", metrics.lineSpacing() * formLines, Qt::Vertical);
 }

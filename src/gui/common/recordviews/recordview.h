@@ -23,9 +23,9 @@ public:
     explicit RecordView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr, Qt::WindowFlags flags = {});
     ~RecordView() override;
 
-    /// The view's name in a stored window setup.
+    /// A short name that doesn't change with the language.
     virtual QString viewName() const = 0;
-    /// The user's choices in this view, as they are stored under its name; restoreSetup() takes any map, and leaves
+    /// The user's choices in this view, as a window setup stores them; restoreSetup() takes any map, and leaves
     /// as they are the choices that are missing in it or make no sense.
     virtual QVariantMap setup() const { return {}; }
     virtual void restoreSetup(const QVariantMap &) {}
