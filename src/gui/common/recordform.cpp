@@ -68,6 +68,11 @@ RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
     clear();
 }
 
+RecordForm::~RecordForm()
+{
+    m_commentEdit->disconnect(this); // it loses the focus when it goes, which is later than this
+}
+
 QWidget *RecordForm::makeCommentRow()
 {
     auto *const row = new QWidget(this);

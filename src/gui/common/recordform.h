@@ -21,6 +21,7 @@ class RecordForm : public QWidget {
     Q_OBJECT
 public:
     explicit RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr);
+    ~RecordForm() override;
 
     /// Whether keys go into the comment.
     bool isTyping() const;
