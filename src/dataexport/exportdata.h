@@ -18,7 +18,7 @@ struct ExportData {
     // Told in comment lines.
     QString folder;
     QStringList files;
-    Spectrometer::RecordHead first; ///< of the records that are exported
+    Spectrometer::RecordHead first; ///< of the span that is exported
     Spectrometer::RecordHead last;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace DataExport {
 
@@ -106,9 +107,12 @@ RealVector weightsBetween(const SpectMath::SpectrumInfo &info, const Limits &lim
                           SpectMath::ConcentrationType type)
 {
     const auto limit = [&](double value) {
-        return scale == DistributionScale::mobility
-                   ? SpectMath::MobilitySize::fromMobility(info.model, value, limitUnit(scale))
-                   : SpectMath::MobilitySize::fromDiameter(info.model, value, limitUnit(scale));
+        if (scale != DistributionScale::mobility)
+            return SpectMath::MobilitySize::fromDiameter(info.model, value, limitUnit(scale));
+        auto size = SpectMath::MobilitySize::fromMobility(info.model, value, limitUnit(scale));
+        if (std::isnan(size.diameter)) // NaN would stand for an end of the grid
+            size.diameter = std::numeric_limits<double>::infinity();
+        return size;
     };
     return info.fractionWeights(limit(limits.first), limit(limits.second), type);
 }

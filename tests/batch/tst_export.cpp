@@ -3,6 +3,11 @@
 
 #include "batch/exportcommand.h"
 
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <csignal>
+
 class ExportFolder : public DayFolder {
 protected:
     void SetUp() override { writeDay("in"); }
@@ -71,4 +76,27 @@ TEST_F(ExportFolder, AFileCallThatFailsIsToldAndLeavesTheOldTable)
     EXPECT_EQ(endsOfFailingRuns(run, check),
               (QStringList{"close 0", "close 1", "close 3", "fchmod 1", "fsync 1", "fsync 3", "open 1", "open 3",
                            "rename 1", "unlink 0", "write 1"}));
+}
+
+TEST_F(ExportFolder, CtrlCWhileItWritesLeavesNothing)
+{
+    QByteArray rows = recordsHeader();
+    for (int i = 0; i < 50'000; ++i)
+        rows += "2019-09-12 12:00:00." + QByteArray::number(i).rightJustified(6, '0') +
+                "\t2019-09-12 12:01:00\tions\t1\t2\t1\t1\t1\t1\t1\t1\t1\t\n";
+    write("in/20190912-block.records", rows);
+    writeSetup("s.exportsetup", "output_file: out/x.txt, time_format: '" + QByteArray("%d%H").repeated(200) + "'");
+    QProcess process;
+    process.start(QStringLiteral(BATCH_PROGRAM),
+                  {"export", path("in"), "--variant", "block", "--setup", path("s.exportsetup")});
+    ASSERT_TRUE(process.waitForStarted());
+    QElapsedTimer clock;
+    clock.start();
+    while (!QFile::exists(path("out/x.txt.unfinished")) && clock.elapsed() < 60000)
+        QThread::msleep(1);
+    ASSERT_EQ(kill(pid_t(process.processId()), SIGINT), 0);
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitCode(), 130);
+    EXPECT_TRUE(process.readAllStandardError().contains("nothing was written"));
+    EXPECT_FALSE(QFile::exists(path("out")));
 }

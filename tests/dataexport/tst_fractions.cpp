@@ -151,6 +151,20 @@ INSTANTIATE_TEST_SUITE_P(
         Integrated{DistributionScale::mobility, "diameter"}, Integrated{DistributionScale::mobility, "surface"},
         Integrated{DistributionScale::mobility, "volume"}, Integrated{DistributionScale::mobility, "mass"}));
 
+/// The least mobilities are 0 in the model's unit: their fraction was the whole grid.
+TEST(FractionWeights, BeyondTheGridAreZero)
+{
+    for (const auto native : {DistributionScale::mobility, DistributionScale::radius}) {
+        const auto info = infoPerCm3("ions", {1, 10}, native);
+        for (const auto scale : {DistributionScale::mobility, DistributionScale::diameter}) {
+            for (const Limits &limits : {Limits(1e-320, 1e-300), Limits(1e300, 1e308)}) {
+                const RealVector weights = weightsBetween(*info, limits, scale, SpectMath::ConcentrationType::number);
+                EXPECT_THAT(weights, ElementsAre(0, 0)) << limits.first << int(scale) << int(native);
+            }
+        }
+    }
+}
+
 TEST(SpectrumDensity, OfTheOtherAxisIsThatOfItsDecades)
 {
     // A mobility's radius is known to a thousandth, the slope changes by a hundredth between the points.
