@@ -1,6 +1,7 @@
 #include "dataexport/exportfixture.h"
 #include "dataexport/fractions.h"
 #include "dataexport/spectrumfieldsource.h"
+#include "demo/campaign.h"
 
 #include <gmock/gmock.h>
 
@@ -150,6 +151,59 @@ INSTANTIATE_TEST_SUITE_P(
         Integrated{DistributionScale::mobility, "number"}, Integrated{DistributionScale::mobility, "radius"},
         Integrated{DistributionScale::mobility, "diameter"}, Integrated{DistributionScale::mobility, "surface"},
         Integrated{DistributionScale::mobility, "volume"}, Integrated{DistributionScale::mobility, "mass"}));
+
+/// The made-up atmosphere's own distributions, during its event, on a grid that is finer than an instrument's.
+TEST(DemoTruth, FractionsAreItsIntegrals)
+{
+    const Demo::Campaign campaign{Demo::Campaign::Settings()};
+    const struct {
+        Demo::Mode mode;
+        const char *type;
+        std::vector<double> limits; // on the native axis: mobility, or radius
+    } table[] = {{Demo::Mode::Ions, "number", {0.1, 0.5, 1, 2}},
+                 {Demo::Mode::Ions, "diameter", {0.1, 0.5, 1, 2}},
+                 {Demo::Mode::Particles, "number", {2, 4, 8, 15}},
+                 {Demo::Mode::Particles, "mass", {2, 4, 8, 15}}};
+    const double afternoon = 13.5 / 24;
+    for (const auto &row : table) {
+        const bool isMobility = row.mode == Demo::Mode::Ions;
+        const RealVector grid = isMobility ? Demo::logarithmicGrid(0.01, 4, 400) : Demo::logarithmicGrid(1, 25, 400);
+        const auto info = infoPerCm3("demo", std::vector<double>(grid.begin(), grid.end()),
+                                     isMobility ? DistributionScale::mobility : DistributionScale::radius);
+        const auto truth = [&](const RealVector &points) {
+            return campaign.truth(row.mode, Demo::Polarity::Negative, points, afternoon);
+        };
+        QStringList words;
+        for (const double limit : row.limits)
+            words << QString::number(isMobility ? limit : 2 * limit);
+        auto exported = tableOf({QVariantMap{{"type", "concentration"},
+                                             {"spectra", QVariantList{info->hash}},
+                                             {"concentration_type", row.type},
+                                             {"material_density", 2.0},
+                                             {"total_concentration_enabled", false},
+                                             {"custom_fractions_enabled", true},
+                                             {"custom_fractions_data", words.join(' ')},
+                                             {"custom_fractions_scale", isMobility ? "mobility" : "diameter"}}},
+                                exportData({info}));
+        const RealVector onGrid = truth(info->nativePoints());
+        Record record;
+        record.spectra = {spectrumOf(info, std::vector<double>(onGrid.begin(), onGrid.end()))};
+        const QStringList fields = fieldsOf(exported, record);
+        ASSERT_EQ(fields.size(), 6);
+        for (std::size_t i = 0; i + 1 < row.limits.size(); ++i) {
+            const RealVector fine = Demo::logarithmicGrid(row.limits[i], row.limits[i + 1], 400);
+            const RealVector densities = truth(fine);
+            std::vector<std::pair<double, double>> points;
+            for (std::size_t k = 0; k < fine.size(); ++k) {
+                const double radius =
+                    isMobility ? 1e9 * SpectMath::mobilityToRadius(info->model, fine[k] * 1e-4) : fine[k];
+                points.emplace_back(fine[k], densities[k] * ofParticle(row.type, radius));
+            }
+            const double plain = plainIntegral(points, row.limits[i], row.limits[i + 1]);
+            EXPECT_NEAR(fields[2 * int(i)].toDouble() / plain, 1, 0.003) << row.type << words[int(i)].toStdString();
+        }
+    }
+}
 
 /// The least mobilities are 0 in the model's unit: their fraction was the whole grid.
 TEST(FractionWeights, BeyondTheGridAreZero)
