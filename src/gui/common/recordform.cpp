@@ -70,7 +70,11 @@ RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
 
 RecordForm::~RecordForm()
 {
-    m_commentEdit->disconnect(this); // it loses the focus when it goes, which is later than this
+    // Now, and not when the line goes and loses the focus: that is later than this.
+    commitComment();
+    m_commentEdit->disconnect(this);
+    if (m_commentMap)
+        m_commentMap->disconnect(this);
 }
 
 QWidget *RecordForm::makeCommentRow()
