@@ -123,7 +123,7 @@ void addRenderOptions(CLI::App *command, Words &words)
     const CLI::Validator size(
         [](const std::string &text) { return sizeOf(text).isEmpty() ? "not a size: " + text : std::string(); }, "WxH");
     addFolderOptions(command, words);
-    command->add_option("--output", words.outputFile, "The PNG file to write")->required();
+    command->add_option("--output", words.outputFile, "The file to write, by its end as PNG, SVG or PDF")->required();
     command
         ->add_option("--size", words.size,
                      "Width and height of the picture, 100 to 16000 each; else as the plots "
@@ -152,8 +152,13 @@ void completeRender(const Words &words, RenderOptions &options)
     options.to = QString::fromStdString(words.to);
     options.setupFile = textOf(words.setupFile);
     options.scale = words.scale == "2" ? 2 : 1;
-    if (!options.outputFile.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
-        throw CLI::ValidationError("--output", "isn't the name of a PNG file");
+    const auto endsIn = [&](const char *suffix) {
+        return options.outputFile.endsWith(QLatin1String(suffix), Qt::CaseInsensitive);
+    };
+    if (!endsIn(".png") && !endsIn(".svg") && !endsIn(".pdf"))
+        throw CLI::ValidationError("--output", "isn't the name of a PNG, SVG or PDF file");
+    if (options.scale != 1 && !endsIn(".png"))
+        throw CLI::ValidationError("--scale", "is for PNG files; others can be drawn at any size");
 }
 
 ReadOptions readOptions(const Words &words)

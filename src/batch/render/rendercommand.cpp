@@ -13,18 +13,13 @@
 #include "util/regularfile.h"
 
 #include <QApplication>
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageWriter>
 
 namespace Batch {
 
 namespace {
-
-constexpr double dotsPerMeter = 96 / 0.0254; // of logical pixels
-constexpr qint64 mostPixels = 1 << 27;       // one and a half GB while it is drawn
 
 /// The list of views of a setup file; empty without a file. False: `fault` says what is wrong with it.
 bool readSetup(const QString &path, QVariant *views, QString *fault)
@@ -55,20 +50,11 @@ bool readSetup(const QString &path, QVariant *views, QString *fault)
 }
 
 /// False with words: no file, or a whole one, stands there then.
-bool write(QImage picture, const QString &path)
+bool write(const QByteArray &content, const QString &path)
 {
-    const double ratio = picture.devicePixelRatioF();
-    picture.setDotsPerMeterX(qRound(dotsPerMeter * ratio));
-    picture.setDotsPerMeterY(qRound(dotsPerMeter * ratio));
-    QBuffer bytes;
-    QImageWriter writer(&bytes, "png");
-    QString reason;
-    if (!writer.write(picture))
-        reason = writer.errorString();
+    QString reason = makeFolder(QFileInfo(path).absolutePath());
     if (reason.isEmpty())
-        reason = makeFolder(QFileInfo(path).absolutePath());
-    if (reason.isEmpty())
-        reason = replaceFile(path, bytes.data(), ExistingFile::Kept);
+        reason = replaceFile(path, content, ExistingFile::Kept);
     if (!reason.isEmpty())
         tell(QStringLiteral("\"%1\" could not be written: %2").arg(path, reason));
     return reason.isEmpty();
@@ -84,18 +70,22 @@ Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRe
     const StackPicture picture(*read.reader, setup, span, options.size);
     if (!picture.fault().isEmpty())
         return refused(picture.fault());
-    const QSize pixels = picture.size() * options.scale;
-    if (qint64(pixels.width()) * pixels.height() > mostPixels)
-        return refused(QStringLiteral("The picture would be too large: %1 x %2 pixels")
-                           .arg(QString::number(pixels.width()), QString::number(pixels.height())));
-    const QImage image = picture.draw();
+    const bool isPixels = PictureFile::isPixelFile(options.outputFile);
+    const QSize size = isPixels ? picture.size() * options.scale : picture.size();
+    const QString tooLarge = isPixels ? PictureFile::sizeFault(size) : QString();
+    if (!tooLarge.isEmpty())
+        return refused(tooLarge);
+    QByteArray content;
+    const QString fault = PictureFile::encode(picture.drawing(), options.outputFile, options.scale, &content);
     if (Interrupt::requested())
         return stopped();
+    if (!fault.isNull())
+        return outputLost(fault);
     Outcome outcome;
-    outcome.outputLost = !write(image, options.outputFile);
+    outcome.outputLost = !write(content, options.outputFile);
     if (!outcome.outputLost)
         tell(QStringLiteral("%1 x %2 pixels written to \"%3\"")
-                 .arg(QString::number(image.width()), QString::number(image.height()), options.outputFile));
+                 .arg(QString::number(size.width()), QString::number(size.height()), options.outputFile));
     outcome.tellReading(read, messages);
     return outcome;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "batch/render/timespan.h"
+#include "gui/common/picturefile.h"
 
 #include <QImage>
 #include <QVariant>
@@ -32,6 +33,8 @@ public:
     /// Why it can't be drawn, or an empty text.
     const QString &fault() const { return m_fault; }
     QSize size() const { return m_frame.size(); }
+    /// For a file of any kind.
+    PictureFile::Drawing drawing() const;
     /// With the device pixel ratio that the application was made for.
     QImage draw() const;
 
@@ -41,9 +44,7 @@ public:
 
 private:
     void settle();
-    QRect contentsFrame() const;
     void shareHeight(int height);
-    void hideControls() const;
 
     std::shared_ptr<UiInfo> m_uiInfo;
     std::unique_ptr<Tsb::TimeSeriesBrowser> m_browser;

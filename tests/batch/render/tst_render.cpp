@@ -19,7 +19,10 @@
 #include <QApplication>
 #include <QFont>
 #include <QImage>
+#include <QPainter>
 #include <QSplitter>
+#include <QSvgRenderer>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 
@@ -66,7 +69,10 @@ protected:
     const FileReader &reader() const { return *m_read.reader; }
 
     /// Nothing that a run made to work in is left.
-    bool isTidy() const { return QDir(path()).entryList({"*.png?*"}, QDir::AllEntries | QDir::Hidden).isEmpty(); }
+    bool isTidy() const
+    {
+        return QDir(path()).entryList({"*.png?*", "*.svg?*", "*.pdf?*"}, QDir::AllEntries | QDir::Hidden).isEmpty();
+    }
 
     /// Two strips, currents with their properties, and one spectrogram, each of another height.
     QVariantMap variedSetup()
@@ -160,6 +166,19 @@ int greatestDifference(const QImage &one, const QImage &other)
         }
     }
     return greatest;
+}
+
+/// The text elements of an SVG file.
+QStringList textsOf(const QByteArray &svg)
+{
+    QStringList texts;
+    QXmlStreamReader reader(svg);
+    while (!reader.atEnd()) {
+        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == QLatin1String("text"))
+            texts << reader.readElementText().trimmed();
+    }
+    EXPECT_FALSE(reader.hasError());
+    return texts;
 }
 
 /// Whether every pixel of `fine` within that part of it is the one of `coarse`, twice as large.
@@ -275,6 +294,7 @@ TEST_F(Render, ShowsTheSpanThatIsAskedFor)
 TEST_F(Render, RefusesWithWords)
 {
     write("here.png", "a picture of somebody's");
+    ASSERT_TRUE(QDir(path()).mkdir("folder.svg"));
     write("list.windowsetup", "- 1\n");
     write("other.windowsetup", "version: 2\n");
     write("wrong.windowsetup", "timeseries: {type: opmode}\n");
@@ -287,17 +307,54 @@ TEST_F(Render, RefusesWithWords)
     EXPECT_TRUE(isTidy());
 }
 
+TEST_F(Render, ADocumentHasThePlaceOfEverythingAndTextsAsTexts)
+{
+    for (const char *name : {"a.png", "a.SVG", "a.pdf"})
+        ASSERT_EQ(render(name).code, 0) << name;
+    const QImage pixels = picture("a.png");
+
+    QSvgRenderer svg(path("a.SVG"));
+    ASSERT_TRUE(svg.isValid());
+    ASSERT_EQ(svg.viewBox(), pixels.rect());
+    QImage drawn(pixels.size(), QImage::Format_RGB32);
+    QPainter painter(&drawn);
+    svg.render(&painter);
+    painter.end();
+    const auto same = samePicture({});
+    int plots = 0;
+    for (const auto *plot : same->browser().findChildren<Tsb::Plot *>()) {
+        const QPoint corner = plot->mapTo(&same->browser(), plot->contentsRect().topLeft()) - same->frame().topLeft();
+        const QRect place(corner, plot->contentsRect().size());
+        EXPECT_EQ(greatestDifference(drawn.copy(place), pixels.copy(place)), 0) << plots;
+        ++plots;
+    }
+    EXPECT_GT(plots, 0);
+    const QStringList texts = textsOf(contentOf("a.SVG"));
+    // Of the time axis, a title, the numbers of a scale and of a colour bar.
+    for (const char *text : {"2019-05-14", "Total concentration", "1400", "10000"})
+        EXPECT_TRUE(texts.contains(text)) << text;
+
+    const QByteArray pdf = contentOf("a.pdf");
+    EXPECT_TRUE(pdf.startsWith("%PDF") && pdf.endsWith("%%EOF\n"));
+    EXPECT_TRUE(pdf.contains("/Font"));
+    EXPECT_TRUE(pdf.contains("MediaBox [0 0 " + QByteArray::number(pixels.width() * 0.75, 'f', 6) + ' ' +
+                             QByteArray::number(pixels.height() * 0.75, 'f', 6)));
+}
+
 TEST_F(Render, APictureThatADiskCutsOffIsNoneWhetherItIsFullAtTheBeginOrAtTheEnd)
 {
-    ASSERT_EQ(render("whole.png").code, 0);
-    ASSERT_TRUE(QFile::rename(path("whole.png"), path("whole"))); // nothing else has such a name
-    for (qint64 blocks : {qint64(8), (QFileInfo(path("whole")).size() - 1) / 512}) {
-        const Ended full = runInShell(QString("ulimit -f %1; exec \"$@\"").arg(blocks),
-                                      {"render", path("demo"), "--variant", "block", "--output", path("full.png")});
-        EXPECT_EQ(full.code, 1) << blocks;
-        EXPECT_TRUE(full.errors.contains("could not be written")) << full.errors.constData();
-        EXPECT_FALSE(QFile::exists(path("full.png"))) << blocks;
-        EXPECT_TRUE(isTidy());
+    for (const QString suffix : {"png", "svg", "pdf"}) {
+        ASSERT_EQ(render("whole." + suffix).code, 0);
+        ASSERT_TRUE(QFile::rename(path("whole." + suffix), path("whole" + suffix))); // nothing else has such a name
+        for (qint64 blocks : {qint64(8), (QFileInfo(path("whole" + suffix)).size() - 1) / 512}) {
+            const QString name = path("full." + suffix);
+            const Ended full = runInShell(QString("ulimit -f %1; exec \"$@\"").arg(blocks),
+                                          {"render", path("demo"), "--variant", "block", "--output", name});
+            EXPECT_EQ(full.code, 1) << blocks;
+            EXPECT_TRUE(full.errors.contains("could not be written")) << full.errors.constData();
+            EXPECT_FALSE(QFile::exists(name)) << blocks;
+            EXPECT_TRUE(isTidy());
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -104,7 +105,7 @@ void Colorbar::paintEvent(QPaintEvent *)
 
 void Colorbar::drawColors(QPainter &painter, const QRect &area) const
 {
-    const qreal ratio = devicePixelRatioF();
+    const qreal ratio = painter.paintEngine()->paintDevice()->devicePixelRatioF();
     QImage image(qRound(area.width() * ratio), qRound(area.height() * ratio), QImage::Format_RGB32);
     for (int y = 0; y < image.height(); ++y) {
         auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
@@ -138,37 +139,43 @@ void Colorbar::drawHorizontalTicks(QPainter &painter, const QRect &area) const
         for (int m = 2; m <= 9; ++m)
             addTick(decade + std::log10(m), 1.5);
     });
-    QPainterPath labels;
-    if (std::isnan(m_markedValue))
-        addDecadeLabels(labels, area.size());
-    else
-        addMarkLabel(labels, area.size());
+    const std::vector<Label> labels = std::isnan(m_markedValue) ? decadeLabels(area.size()) : markLabel(area.size());
+    QPainterPath outlines;
+    for (const Label &label : labels)
+        outlines.addText(label.start, m_labelFont, label.text);
 
     painter.setRenderHint(QPainter::Antialiasing);
     painter.strokePath(ticks, haloPen());
-    painter.strokePath(labels, haloPen());
+    painter.strokePath(outlines, haloPen());
     painter.strokePath(ticks, QPen(Qt::black));
-    painter.fillPath(labels, Qt::black);
+    if (painter.paintEngine()->type() == QPaintEngine::Raster)
+        return painter.fillPath(outlines, Qt::black);
+    painter.setFont(m_labelFont); // in a document texts are texts
+    painter.setPen(Qt::black);
+    for (const Label &label : labels)
+        painter.drawText(label.start, label.text);
 }
 
-void Colorbar::addDecadeLabels(QPainterPath &path, const QSize &size) const
+std::vector<Colorbar::Label> Colorbar::decadeLabels(const QSize &size) const
 {
     const QFontMetrics metrics(m_labelFont, this);
     const int baseline = (metrics.height() - 3 + size.height()) / 2 - metrics.descent();
     const int gap = metrics.horizontalAdvance(QLatin1Char(' '));
     const auto widthOf = [&metrics](const QString &text) { return metrics.horizontalAdvance(text); };
+    std::vector<Label> labels;
     for (const Tsb::DecadeLabel &label : Tsb::decadeLabels(lower(), upper(), size.width(), gap, widthOf))
-        path.addText(label.left, baseline, m_labelFont, label.text);
+        labels.push_back({QPointF(label.left, baseline), label.text});
+    return labels;
 }
 
-void Colorbar::addMarkLabel(QPainterPath &path, const QSize &size) const
+std::vector<Colorbar::Label> Colorbar::markLabel(const QSize &size) const
 {
     const QFontMetrics metrics(m_labelFont, this);
     const QString text = QString::number(std::pow(10.0, m_markedValue), 'g', 6);
     const double furthest = size.width() - metrics.horizontalAdvance(text) - 3;
     const double x = std::max(3.0, std::min(tickPosition(m_markedValue, size.width()) + 3, furthest));
     const int baseline = (metrics.height() - 3 + size.height()) / 2 - metrics.descent();
-    path.addText(x, baseline, m_labelFont, text);
+    return {{QPointF(x, baseline), text}};
 }
 
 void Colorbar::drawVerticalTicks(QPainter &painter, const QRect &area) const

@@ -7,8 +7,7 @@
 #include <QFrame>
 
 #include <limits>
-
-class QPainterPath;
+#include <vector>
 
 /// Shows a colour map with its limits in decades, and lets the user change the limits: dragging either half moves that
 /// half's end so that the grabbed value follows the mouse, the wheel moves the end on whose side it turns, and the
@@ -53,6 +52,10 @@ protected:
 
 private:
     enum DragMode { DragUpper = 0, DragLower = 1, DragBoth = 2 };
+    struct Label {
+        QPointF start; ///< of its base line
+        QString text;
+    };
 
     void updateLabelFont();
     int length() const;                 ///< of the bar, in pixels
@@ -63,8 +66,8 @@ private:
     void drawColors(QPainter &painter, const QRect &area) const;
     void drawHorizontalTicks(QPainter &painter, const QRect &area) const;
     void drawVerticalTicks(QPainter &painter, const QRect &area) const;
-    void addDecadeLabels(QPainterPath &path, const QSize &size) const;
-    void addMarkLabel(QPainterPath &path, const QSize &size) const;
+    std::vector<Label> decadeLabels(const QSize &size) const;
+    std::vector<Label> markLabel(const QSize &size) const;
     double tickPosition(double decade, int size) const;
 
     Tsb::ColorLimits *m_limits;

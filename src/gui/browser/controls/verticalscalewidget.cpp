@@ -6,6 +6,7 @@
 #include "gui/browser/controls/plaintooltip.h"
 
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <algorithm>
@@ -156,11 +157,20 @@ void VerticalScaleWidget::paintEvent(QPaintEvent *)
     const QRect area = contentsRect();
     if (area.isEmpty())
         return;
-    const qreal ratio = devicePixelRatioF();
-    const QSize pixmapSize(qRound(area.width() * ratio), qRound(area.height() * ratio));
-    if (m_cacheDirty || m_cachedPixmap.size() != pixmapSize)
-        renderCache(pixmapSize, ratio);
-    painter.drawPixmap(area.topLeft(), m_cachedPixmap);
+    const QPaintEngine &engine = *painter.paintEngine();
+    if (engine.type() == QPaintEngine::Raster) {
+        const qreal ratio = engine.paintDevice()->devicePixelRatioF();
+        const QSize pixmapSize(qRound(area.width() * ratio), qRound(area.height() * ratio));
+        if (m_cacheDirty || m_cachedPixmap.size() != pixmapSize)
+            renderCache(pixmapSize, ratio);
+        painter.drawPixmap(area.topLeft(), m_cachedPixmap);
+    } else { // a document, whose texts are texts
+        painter.save();
+        painter.translate(area.topLeft());
+        painter.setClipRect(QRect(QPoint(), area.size()));
+        drawScale(painter);
+        painter.restore();
+    }
     if (m_cursorVisible && !m_label.isEmpty() && m_rangeValid && m_scale.valid)
         drawCursor(painter);
 }
@@ -172,6 +182,11 @@ void VerticalScaleWidget::renderCache(const QSize &pixmapSize, qreal ratio)
     m_cachedPixmap.setDevicePixelRatio(ratio);
     m_cachedPixmap.fill(Qt::transparent);
     QPainter painter(&m_cachedPixmap);
+    drawScale(painter);
+}
+
+void VerticalScaleWidget::drawScale(QPainter &painter)
+{
     painter.setFont(font());
     painter.setPen(palette().color(QPalette::WindowText));
     m_numbersWidth = m_rangeValid && m_scale.valid ? drawTicks(painter) : 0;
@@ -192,7 +207,8 @@ int VerticalScaleWidget::drawTicks(QPainter &painter) const
         if (!(std::abs(fromBottom) < 1e6))
             continue;
         const int y = int(std::floor(height - fromBottom));
-        painter.drawLine(width - (tick.major ? tickLength : minorTickLength), y, width, y);
+        if (y >= 0 && y < height) // not every document cuts off what lies beyond
+            painter.drawLine(width - (tick.major ? tickLength : minorTickLength), y, width, y);
         if (tick.label.isEmpty() || y < 0 || y > height)
             continue;
         // A text at an edge is moved inward as far as its digits would be cut.

@@ -59,6 +59,8 @@ private:
     void applyPalette();
     void invalidateCache();
     void renderCache(const QSize &pixmapSize, qreal ratio);
+    /// Ticks and title, for a painter whose origin is the contents'.
+    void drawScale(QPainter &painter);
     /// Draws the ticks and returns the width of the widest label.
     int drawTicks(QPainter &painter) const;
     void drawTitle(QPainter &painter, int freeWidth) const;

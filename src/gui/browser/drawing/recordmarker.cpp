@@ -9,8 +9,9 @@ void drawRecordMarker(QPainter &painter, const QRect &strip, double begin, doubl
     const double x0 = strip.left() + begin, x1 = strip.left() + end;
     if (x1 + 2 < strip.left() || x0 - 2 > strip.right() + 1)
         return;
-    // Held near the strip: coordinates of a far zoom are beyond what the rasterizer can take.
-    const double left = std::max(x0 - 1, strip.left() - 8.0), right = std::min(x1 + 1, strip.right() + 8.0);
+    // Held near the strip: coordinates of a far zoom are beyond what the rasterizer can take, and not every document
+    // cuts off what lies beyond.
+    const double left = std::max(x0 - 1, strip.left() - 1.0), right = std::min(x1 + 1, strip.right() + 2.0);
     QColor translucent = color;
     translucent.setAlpha(100);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QColor>
+#include <QImage>
+#include <QRect>
+#include <QString>
+
+#include <functional>
+
+class QPainter;
+
+/// Pictures of what the window shows, in files.
+namespace PictureFile {
+
+/// What is drawn, in logical pixels.
+struct Drawing {
+    QRect frame; ///< the part that is seen; its top left corner becomes that of the picture
+    QColor background;
+    QString title; ///< of a drawing that can be scaled
+    /// May draw beyond the frame, whose origin stays the painter's. The painter may be that of a document, of which
+    /// texts are to be texts.
+    std::function<void(QPainter &painter)> draw;
+};
+
+/// Whether that file is made of pixels.
+bool isPixelFile(const QString &path);
+
+/// Why so many pixels can't be drawn, or a null text.
+QString sizeFault(const QSize &pixels);
+/// With that many pixels for each logical one along each edge; null where memory doesn't suffice.
+QImage imageOf(const Drawing &drawing, double ratio);
+/// The content of a file of that name: PNG, SVG or PDF by the end of it; `ratio` is that of a PNG. The result is null,
+/// or the reason of the failure.
+QString encode(const Drawing &drawing, const QString &name, double ratio, QByteArray *content);
+/// Writes a file that is whole or absent; an old one is replaced. Otherwise as above.
+QString write(const Drawing &drawing, const QString &path, double ratio);
+
+} // namespace PictureFile
