@@ -28,7 +28,7 @@ struct Data {
     Data()
     {
         record->opmode = 0;
-        record->beginTime = recordTimeFromTicks(1557784800 * ticksPerSecond + 1'234'000);
+        record->beginTime = recordTimeFromTicks(1568412000 * ticksPerSecond + 1'234'000);
         record->endTime = record->beginTime + Ticks(60 * ticksPerSecond);
         record->beginUtcOffset = record->endUtcOffset = 7200;
         record->currents = realVector({noValue, 1234567.5});
@@ -78,11 +78,11 @@ struct Shown : Data {
 TEST(ElectrometersText, HasAColumnForEachElectrometer)
 {
     Data data;
-    const QString begin = "opmode,ions\nbegin_time,2019-05-14 00:00:00.123400+02:00,14. May 2019 00:00:00\n";
+    const QString begin = "opmode,ions\nbegin_time,2019-09-14 00:00:00.123400+02:00,14. September 2019 00:00:00\n";
     const QString values = "electrometer,neg 1,<b>\ncurrent,,1.23457e+06\nerror,2,\nvoltage,-0.0004,12.5\n"
                            "raw_current,0.123457,\n";
     EXPECT_EQ(electrometersText(*data.record, *data.metadata),
-              begin + "end_time,2019-05-14 00:01:00.123400+02:00,14. May 2019 00:01:00\n" + values);
+              begin + "end_time,2019-09-14 00:01:00.123400+02:00,14. September 2019 00:01:00\n" + values);
     data.record->endTime = {};
     data.record->currents = realVector({noValue, 1234567.5, 3}); // more than the metadata say
     EXPECT_EQ(electrometersText(*data.record, *data.metadata), begin + values);
