@@ -4,7 +4,6 @@
 #include "gui/browser/controls/header.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/opmodeview.h"
-#include "gui/browser/views/stackdrawing.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/browser/views/view.h"
 #include "gui/common/uiinfo.h"
@@ -58,13 +57,13 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
     m_browser->resize(std::max(width, defaultWidth), spareHeight);
     m_browser->findChild<Tsb::Header *>()->splitter()->setSizes({leftColumn, m_browser->width()});
     settle();
-    const int besideAxis = Tsb::stackFrame(*m_browser).width() - m_browser->timeView()->width();
-    m_browser->resize(m_browser->width() + width - Tsb::stackFrame(*m_browser).width(), m_browser->height());
+    const int besideAxis = m_browser->drawing().frame.width() - m_browser->timeView()->width();
+    m_browser->resize(m_browser->width() + width - m_browser->drawing().frame.width(), m_browser->height());
     settle();
     if (!size.isEmpty())
         shareHeight(size.height());
     else if (byDefault)
-        shareHeight(std::max(defaultHeight, Tsb::stackFrame(*m_browser).height()));
+        shareHeight(std::max(defaultHeight, m_browser->drawing().frame.height()));
     // Last, since scales are fitted to what is in sight.
     m_browser->fitTimescale(span.begin, span.end);
     for (View *view : m_browser->views()) {
@@ -72,7 +71,7 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
             view->fitScale();
     }
     settle();
-    m_frame = Tsb::stackFrame(*m_browser);
+    m_frame = m_browser->drawing().frame;
     if (width < besideAxis + leastAxisWidth)
         m_fault = QStringLiteral("The plots need at least %1 pixels of width.").arg(besideAxis + leastAxisWidth);
     if (m_frame.height() > greatestHeight)
@@ -108,12 +107,12 @@ void StackPicture::shareHeight(int height)
         plots.push_back(view);
         had += view->height();
     }
-    const int needed = Tsb::stackFrame(*m_browser).height() - had + int(plots.size()) * leastPlotHeight;
+    const int needed = m_browser->drawing().frame.height() - had + int(plots.size()) * leastPlotHeight;
     if (height < needed) {
         m_fault = QStringLiteral("The plots need at least %1 pixels of height.").arg(needed);
         return;
     }
-    int left = height - Tsb::stackFrame(*m_browser).height() + had;
+    int left = height - m_browser->drawing().frame.height() + had;
     for (View *view : plots) {
         const int before = view->height();
         const int share = int(std::lround(double(left) * before / had));
@@ -127,7 +126,7 @@ void StackPicture::shareHeight(int height)
 PictureFile::Drawing StackPicture::drawing() const
 {
     m_browser->setUpdatesEnabled(true);
-    PictureFile::Drawing drawing = Tsb::stackDrawing(*m_browser);
+    PictureFile::Drawing drawing = m_browser->drawing();
     drawing.frame = m_frame;
     return drawing;
 }

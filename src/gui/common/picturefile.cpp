@@ -17,10 +17,9 @@ namespace PictureFile {
 
 namespace {
 
-constexpr int dotsPerInch = 96; // of logical pixels
 constexpr double pointsPerInch = 72;
-constexpr double dotsPerMeter = dotsPerInch / 0.0254;
-constexpr qint64 mostPixels = 1 << 27; // one and a half GB while it is drawn
+constexpr double dotsPerMeter = 96 / 0.0254; // of logical pixels in a file of pixels, on every screen
+constexpr qint64 mostPixels = 1 << 27;       // one and a half GB while it is drawn
 
 QString words(const char *text)
 {
@@ -59,7 +58,7 @@ QString writeSvg(const Drawing &drawing, double, QIODevice &out)
 {
     QSvgGenerator generator;
     generator.setOutputDevice(&out);
-    generator.setResolution(dotsPerInch);
+    generator.setResolution(drawing.dotsPerInch);
     generator.setSize(drawing.frame.size());
     generator.setViewBox(QRect(QPoint(), drawing.frame.size()));
     generator.setTitle(drawing.title);
@@ -69,8 +68,8 @@ QString writeSvg(const Drawing &drawing, double, QIODevice &out)
 QString writePdf(const Drawing &drawing, double, QIODevice &out)
 {
     QPdfWriter writer(&out);
-    const QSizeF points = QSizeF(drawing.frame.size()) * pointsPerInch / dotsPerInch;
-    writer.setResolution(dotsPerInch);
+    const QSizeF points = QSizeF(drawing.frame.size()) * pointsPerInch / drawing.dotsPerInch;
+    writer.setResolution(drawing.dotsPerInch);
     writer.setPageSize(QPageSize(points, QPageSize::Point, {}, QPageSize::ExactMatch));
     writer.setPageMargins(QMarginsF());
     writer.setTitle(drawing.title);

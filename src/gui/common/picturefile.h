@@ -15,7 +15,8 @@ namespace PictureFile {
 
 /// What is drawn, in logical pixels.
 struct Drawing {
-    QRect frame; ///< the part that is seen; its top left corner becomes that of the picture
+    QRect frame;     ///< the part that is seen; its top left corner becomes that of the picture
+    int dotsPerInch; ///< of logical pixels: the size of a font in points depends on it
     QColor background;
     QString title; ///< of a drawing that can be scaled
     /// May draw beyond the frame, whose origin stays the painter's. The painter may be that of a document, of which

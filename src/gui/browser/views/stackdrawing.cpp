@@ -3,7 +3,7 @@
 #include "gui/browser/controls/resizer.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/controls/viewlayout.h"
-#include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/browser/plots/plot.h"
 #include "gui/browser/views/view.h"
 
 #include <QLayout>
@@ -24,7 +24,7 @@ QRect placeIn(const QWidget &parent, const QWidget &widget)
 }
 
 /// Where a view stands as long as nothing is scrolled.
-QRect placeOf(const TimeSeriesBrowser &browser, const View &view)
+QRect placeOf(const QWidget &browser, const View &view)
 {
     const QWidget &holder = *view.parentWidget();
     const QPoint top = holder.parentWidget()->mapTo(&browser, QPoint());
@@ -52,13 +52,11 @@ void draw(QPainter &painter, QWidget &widget, const QRect &place, const QRect &f
         widget.render(&painter, place.topLeft() + region.boundingRect().topLeft(), region);
 }
 
-} // namespace
-
-QRect stackFrame(const TimeSeriesBrowser &browser)
+QRect frameOf(const QWidget &browser, const TimeView &axis, const QVector<View *> &views)
 {
-    const QRect axis = placeIn(browser, *browser.timeView());
-    QRect frame(QPoint(ViewLayout::titleWidth, axis.top()), axis.bottomRight());
-    for (const View *view : browser.views()) {
+    const QRect axisPlace = placeIn(browser, axis);
+    QRect frame(QPoint(ViewLayout::titleWidth, axisPlace.top()), axisPlace.bottomRight());
+    for (const View *view : views) {
         const QRect place = placeOf(browser, *view);
         frame.setLeft(place.left() + ViewLayout::titleWidth + view->layout()->spacing());
         frame.setBottom(std::max(frame.bottom(), place.bottom()));
@@ -66,17 +64,19 @@ QRect stackFrame(const TimeSeriesBrowser &browser)
     return frame.adjusted(-margin, -margin, margin, margin);
 }
 
-PictureFile::Drawing stackDrawing(TimeSeriesBrowser &browser)
+} // namespace
+
+PictureFile::Drawing stackDrawing(QWidget &browser, TimeView &axis, const QVector<View *> &views)
 {
-    PictureFile::Drawing drawing;
-    drawing.frame = stackFrame(browser);
-    drawing.background = browser.palette().color(QPalette::Window);
-    drawing.draw = [&browser, frame = drawing.frame](QPainter &painter) {
-        draw(painter, *browser.timeView(), placeIn(browser, *browser.timeView()), frame);
-        for (View *view : browser.views())
+    const QRect frame = frameOf(browser, axis, views);
+    const auto drawStack = [&browser, &axis, views, frame](QPainter &painter) {
+        draw(painter, axis, placeIn(browser, axis), frame);
+        for (View *view : views)
             draw(painter, *view, placeOf(browser, *view), frame);
+        for (Plot *plot : browser.findChildren<Plot *>())
+            plot->update(); // having painted, it takes what it had deferred as done
     };
-    return drawing;
+    return {frame, browser.logicalDpiX(), browser.palette().color(QPalette::Window), QString(), drawStack};
 }
 
 } // namespace Tsb

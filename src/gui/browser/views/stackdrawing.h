@@ -2,15 +2,20 @@
 
 #include "gui/common/picturefile.h"
 
+#include <QVector>
+
+class QWidget;
+
 namespace Tsb {
 
-class TimeSeriesBrowser;
+class TimeView;
+class View;
 
-/// The time axis and all views of a browser, those that are scrolled out of sight included, without the controls that
-/// only the mouse can use, as they are laid out at present. They are drawn only as the browser lives.
-PictureFile::Drawing stackDrawing(TimeSeriesBrowser &browser);
-/// Its frame: from the left end of the views' contents, where their close buttons end, to the end of the axis, and down
-/// to the last view. In the coordinates of a browser that isn't scrolled; its margin may reach beyond.
-QRect stackFrame(const TimeSeriesBrowser &browser);
+/// The time axis and these views of a browser as they are laid out at present, those that are scrolled out of sight
+/// included, without the controls that only the mouse can use. To be drawn before the event loop goes on.
+///
+/// The frame reaches from the left end of the views' contents, where their close buttons end, to the end of the axis,
+/// and down to the last view. It is in the coordinates of a browser that isn't scrolled; its margin may reach beyond.
+PictureFile::Drawing stackDrawing(QWidget &browser, TimeView &axis, const QVector<View *> &views);
 
 } // namespace Tsb

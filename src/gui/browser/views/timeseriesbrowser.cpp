@@ -5,9 +5,11 @@
 #include "gui/browser/controls/header.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
+#include "gui/browser/views/stackdrawing.h"
 #include "gui/browser/views/view.h"
 #include "gui/browser/views/viewholder.h"
 #include "gui/common/iconhelp.h"
+#include "gui/common/picturecommands.h"
 #include "log/logger.h"
 
 #include <QAction>
@@ -64,7 +66,16 @@ void TimeSeriesBrowser::makeViewActions()
     auto *const closeAll = new QAction(namedIcon(QStringLiteral("remove")), tr("Close all plots"), this);
     connect(autoscale, &QAction::triggered, this, &TimeSeriesBrowser::allFitScale);
     connect(closeAll, &QAction::triggered, this, &TimeSeriesBrowser::closeAllViews);
-    m_viewActions << autoscale << closeAll;
+    m_pictures = new PictureCommands(this, [this] { return drawing(); }, {1, 2, 4});
+    m_viewActions << autoscale << closeAll << m_pictures->saveAction() << m_pictures->copyAction();
+    updateViewActions();
+}
+
+void TimeSeriesBrowser::updateViewActions()
+{
+    for (QAction *action : addPlotActions() + m_viewActions)
+        action->setEnabled(isEnabled());
+    m_pictures->setEnabled(isEnabled() && hasViews());
 }
 
 TimeSeriesBrowser::~TimeSeriesBrowser()
@@ -94,6 +105,11 @@ QVector<View *> TimeSeriesBrowser::views() const
             open.append(view);
     }
     return open;
+}
+
+PictureFile::Drawing TimeSeriesBrowser::drawing()
+{
+    return stackDrawing(*this, *timeView(), views());
 }
 
 void TimeSeriesBrowser::setDatastore(Datastore *datastore)
@@ -136,6 +152,7 @@ void TimeSeriesBrowser::addView(View *view)
     view->setDatastore(m_datastore);
     view->setNotes(m_notes);
     view->setCurrentRecord(m_currentRecord);
+    updateViewActions();
 }
 
 void TimeSeriesBrowser::connectView(View *view)
@@ -244,6 +261,7 @@ void TimeSeriesBrowser::viewDestroyed(QObject *object)
 {
     const auto gone = [object](View *view) { return static_cast<QObject *>(view) == object; };
     m_views.erase(std::remove_if(m_views.begin(), m_views.end(), gone), m_views.end());
+    updateViewActions();
 }
 
 // ---- settings
@@ -397,10 +415,8 @@ void TimeSeriesBrowser::keyPressEvent(QKeyEvent *event)
 
 void TimeSeriesBrowser::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::EnabledChange) {
-        for (QAction *action : addPlotActions() + m_viewActions)
-            action->setEnabled(isEnabled());
-    }
+    if (event->type() == QEvent::EnabledChange)
+        updateViewActions();
     QWidget::changeEvent(event);
 }
 

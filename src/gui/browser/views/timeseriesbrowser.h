@@ -3,6 +3,7 @@
 #include "axis/timescale.h"
 #include "gui/browser/views/plotadder.h"
 #include "gui/browser/views/viewkinds.h"
+#include "gui/common/picturefile.h"
 #include "gui/common/recordnotes.h"
 #include "gui/common/uiinfo.h"
 #include "store/datastore.h"
@@ -14,6 +15,7 @@
 
 #include <memory>
 
+class PictureCommands;
 class QAction;
 class QScrollArea;
 
@@ -30,7 +32,8 @@ class ViewHolder;
 class TimeSeriesBrowser : public QWidget, private ViewStack {
     Q_OBJECT
 public:
-    static constexpr int greatestViewCount = 200; ///< of a setup, and at the request of others; further ones are left out
+    static constexpr int greatestViewCount =
+        200; ///< of a setup, and at the request of others; further ones are left out
 
     explicit TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr,
                                std::vector<ViewKind> kinds = standardViewKinds());
@@ -52,11 +55,14 @@ public:
 
     /// The actions that add plots, for menus of the main window. Their menu is to be a PlotMenu.
     const QList<QAction *> &addPlotActions() const;
+    /// The actions that concern all views.
     const QList<QAction *> &viewActions() const { return m_viewActions; }
     TimeScale timeScale() const;
     TimeView *timeView() const;
     /// In the order of creation, those that are closing left out.
     QVector<View *> views() const;
+    /// What a picture of the stack holds, see stackDrawing().
+    PictureFile::Drawing drawing();
     bool hasViews() const { return !views().isEmpty(); }
     const std::shared_ptr<Record> &currentRecord() const { return m_currentRecord; }
 
@@ -106,6 +112,7 @@ private:
     using Scroll = void (TimeNavigator::*)(RecordTime begin, RecordTime end);
 
     void makeViewActions();
+    void updateViewActions();
     void connectView(View *view);
     void activateLayouts() override;
     bool hasRoom() const override;
@@ -126,6 +133,7 @@ private:
     std::shared_ptr<Record> m_currentRecord;
     QTimer m_updateTimer;
     QList<QAction *> m_viewActions;
+    PictureCommands *m_pictures;
     bool m_timeCursorVisible = false;
     int m_timeCursorPixel = 0;
     bool m_disableAutoscroll = false;

@@ -2,15 +2,22 @@
 #include "gui/browser/controls/plotmenu.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "support/files.h"
+#include "support/fulldisk.h"
 #include "support/gestures.h"
 #include "support/logcatcher.h"
 #include "support/plotstore.h"
+#include "support/savedialog.h"
 #include "support/stripview.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
 
@@ -280,6 +287,70 @@ TEST_F(BrowserTest, ClosingViews)
     browser->viewActions()[1]->trigger();
     settle();
     EXPECT_FALSE(browser->hasViews());
+}
+
+TEST_F(BrowserTest, PicturesHoldAllViewsHoweverFarTheyAreScrolled)
+{
+    const QAction *const save = browser->viewActions()[2], *const copy = browser->viewActions()[3];
+    EXPECT_FALSE(save->isEnabled() || copy->isEnabled()) << "without views";
+    for (int i = 0; i < 12; ++i)
+        addStrip();
+    EXPECT_TRUE(save->isEnabled() && copy->isEnabled());
+    const auto image = [this](double ratio) { return PictureFile::imageOf(browser->drawing(), ratio); };
+    const QImage whole = image(1);
+    EXPECT_GT(whole.height(), browser->height());
+    QScrollBar *const bar = browser->findChild<QScrollArea *>()->verticalScrollBar();
+    ASSERT_GT(bar->maximum(), 0);
+    bar->setValue(bar->maximum());
+    settle();
+    EXPECT_EQ(image(1), whole);
+    EXPECT_EQ(image(4).size(), 4 * whole.size());
+    const Tsb::Plot *const last = browser->views().last()->findChild<Tsb::Plot *>();
+    // The last plot stands at the lower end, above the margin and its view's own.
+    const QImage plot = last->image().convertToFormat(QImage::Format_RGB32);
+    const QPoint corner = last->mapTo(browser->views().last(), last->contentsRect().topLeft());
+    const QRect frame = browser->drawing().frame;
+    const int top = whole.height() - 4 - browser->views().last()->height() + corner.y();
+    const int left = last->mapTo(browser.get(), last->contentsRect().topLeft()).x() - frame.left();
+    EXPECT_EQ(whole.copy(QRect(QPoint(left, top), plot.size())).convertToFormat(QImage::Format_RGB32), plot);
+
+    browser->viewActions()[3]->trigger();
+    EXPECT_EQ(QApplication::clipboard()->image().size(), 2 * whole.size());
+    browser->setEnabled(false);
+    EXPECT_FALSE(save->isEnabled() || copy->isEnabled());
+    browser->setEnabled(true);
+    browser->closeAllViews();
+    settle();
+    EXPECT_FALSE(save->isEnabled() || copy->isEnabled());
+}
+
+TEST_F(BrowserTest, PicturesAreSavedAsTheChosenKindAndFailuresAreTold)
+{
+    addStrip();
+    const QTemporaryDir folder;
+    const auto saveAs = [&](const QString &name, const QString &filter) {
+        return saveByDialog(browser->viewActions()[2], folder.filePath(name), filter);
+    };
+    const QSize size = browser->drawing().frame.size();
+    EXPECT_EQ(saveAs("1.png", "pixels (*.png)") + saveAs("2.png", "2 times") + saveAs("4.png", "4 times"), "");
+    for (const int ratio : {1, 2, 4})
+        EXPECT_EQ(QImage(folder.filePath(QString("%1.png").arg(ratio))).size(), ratio * size) << ratio;
+    EXPECT_EQ(saveAs("a.svg", ".svg") + saveAs("a.pdf", ".pdf"), "");
+    EXPECT_TRUE(contentOf(folder.filePath("a.svg")).contains("<text"));
+    EXPECT_TRUE(contentOf(folder.filePath("a.pdf")).endsWith("%%EOF\n"));
+
+    const QByteArray before = contentOf(folder.filePath("a.pdf"));
+    const QStringList names = filesIn(folder.path());
+    {
+        const FullDisk disk(100);
+        EXPECT_TRUE(saveAs("a.pdf", ".pdf").contains("a.pdf"));
+        EXPECT_TRUE(saveAs("new.svg", ".svg").contains("new.svg"));
+    }
+    EXPECT_EQ(contentOf(folder.filePath("a.pdf")), before);
+    EXPECT_EQ(filesIn(folder.path()), names);
+    ASSERT_TRUE(QDir(folder.path()).mkdir("b.png"));
+    EXPECT_FALSE(PictureFile::write(browser->drawing(), folder.filePath("b.png"), 1).isEmpty());
+    EXPECT_TRUE(QDir(folder.filePath("b.png")).isEmpty());
 }
 
 TEST_F(BrowserTest, DraggingAViewReordersTheStack)

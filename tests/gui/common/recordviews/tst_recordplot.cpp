@@ -4,15 +4,13 @@
 #include "support/files.h"
 #include "support/fulldisk.h"
 #include "support/gestures.h"
+#include "support/savedialog.h"
 
 #include <QAction>
 #include <QClipboard>
-#include <QFileDialog>
-#include <QMessageBox>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 #include <qwt_plot_curve.h>
@@ -270,22 +268,7 @@ TEST(PlotPicture, AsksForAFileAndTellsOfFailures)
     const QTemporaryDir folder;
     CurvePlot plot;
     PlotPicture picture(&plot);
-    const auto saveAs = [&](const QString &path) { // answers the dialogs, and tells what the last one said
-        QString told;
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, [&] {
-            if (auto *files = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
-                files->selectFile(path);
-                static_cast<QDialog *>(files)->accept();
-            } else if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-                told = box->text();
-                box->done(0);
-            }
-        });
-        timer.start(1);
-        picture.saveAction()->trigger();
-        return told;
-    };
+    const auto saveAs = [&](const QString &path) { return saveByDialog(picture.saveAction(), path); };
     EXPECT_EQ(saveAs(folder.filePath("a.svg")), "");
     EXPECT_EQ(saveAs(folder.filePath("b")), "");
     EXPECT_EQ(filesIn(folder.path()), (QStringList{"a.svg", "b.png"}));
@@ -311,7 +294,8 @@ TEST(PlotPicture, DrawsThePlotsThatAreSeenAsEachKindOfFile)
     QApplication::setActiveWindow(&widget);
     seen->setFocus();
     ASSERT_TRUE(seen->hasFocus());
-    const QImage image = PlotPicture::imageOf(&widget);
+    const auto drawing = PlotPicture::drawingOf(&widget);
+    const QImage image = PictureFile::imageOf(drawing, 2);
     EXPECT_EQ(image.size(), QSize(600, 400));
     QSet<QRgb> colors;
     for (int y = 0; y < image.height(); ++y)
@@ -324,17 +308,17 @@ TEST(PlotPicture, DrawsThePlotsThatAreSeenAsEachKindOfFile)
     EXPECT_EQ(seen->canvas()->palette().color(QPalette::WindowText), focus) << "and is seen again behind it";
 
     for (const char *name : {"a.png", "a.SVG", "a.pdf"})
-        EXPECT_EQ(PlotPicture::write(&widget, folder.filePath(name)), QString()) << name;
-    EXPECT_EQ(QImage(folder.filePath("a.png")), image);
+        EXPECT_EQ(PictureFile::write(drawing, folder.filePath(name), 2), QString()) << name;
+    EXPECT_EQ(QImage(folder.filePath("a.png")), image.convertToFormat(QImage::Format_ARGB32));
     EXPECT_TRUE(contentOf(folder.filePath("a.SVG")).contains("<svg"));
     EXPECT_TRUE(contentOf(folder.filePath("a.SVG")).contains("#ff0000"));
     EXPECT_TRUE(contentOf(folder.filePath("a.pdf")).startsWith("%PDF"));
-    EXPECT_FALSE(PlotPicture::write(&widget, folder.filePath("a.xyz")).isEmpty());
+    EXPECT_FALSE(PictureFile::write(drawing, folder.filePath("a.xyz"), 2).isEmpty());
 
     const QByteArray before = contentOf(folder.filePath("a.png"));
     {
         const FullDisk disk(100);
-        EXPECT_FALSE(PlotPicture::write(&widget, folder.filePath("a.png")).isEmpty());
+        EXPECT_FALSE(PictureFile::write(drawing, folder.filePath("a.png"), 2).isEmpty());
     }
     EXPECT_EQ(contentOf(folder.filePath("a.png")), before) << "the old file stands";
     EXPECT_EQ(filesIn(folder.path()).size(), 3);

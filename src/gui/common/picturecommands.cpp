@@ -1,0 +1,93 @@
+#include "gui/common/picturecommands.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPointer>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace {
+
+constexpr double leastPixelRatio = 2;
+
+} // namespace
+
+PictureCommands::PictureCommands(QWidget *widget, std::function<PictureFile::Drawing()> drawing,
+                                 const QVector<int> &ratios)
+    : QObject(widget), m_widget(widget), m_drawing(std::move(drawing)), m_ratios(ratios),
+      m_copy(new QAction(tr("Copy picture"), this)), m_save(new QAction(tr("Save picture..."), this)),
+      m_folder(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
+{
+    connect(m_copy, &QAction::triggered, this, &PictureCommands::copy);
+    connect(m_save, &QAction::triggered, this, &PictureCommands::save);
+}
+
+void PictureCommands::setEnabled(bool on)
+{
+    m_copy->setEnabled(on);
+    m_save->setEnabled(on);
+}
+
+QVector<PictureCommands::Choice> PictureCommands::choices() const
+{
+    QVector<Choice> all;
+    for (const int ratio : m_ratios) {
+        const QString filter = m_ratios.size() == 1 || ratio == 1
+                                   ? tr("Picture in pixels (*.png)")
+                                   : tr("Picture in pixels, %1 times as fine (*.png)").arg(ratio);
+        all.append({filter, QStringLiteral("png"), ratio});
+    }
+    all.append({tr("Drawing that can be scaled (*.svg)"), QStringLiteral("svg"), 1});
+    all.append({tr("PDF document (*.pdf)"), QStringLiteral("pdf"), 1});
+    return all;
+}
+
+void PictureCommands::copy()
+{
+    const PictureFile::Drawing drawing = m_drawing();
+    const double ratio = std::max(leastPixelRatio, m_widget->devicePixelRatioF());
+    QString fault = PictureFile::sizeFault((QSizeF(drawing.frame.size()) * ratio).toSize());
+    if (fault.isNull()) {
+        const QImage image = PictureFile::imageOf(drawing, ratio);
+        if (!image.isNull())
+            return QApplication::clipboard()->setImage(image);
+        fault = tr("The picture can't be drawn.");
+    }
+    tell(tr("Copy picture"), fault);
+}
+
+void PictureCommands::save()
+{
+    const QPointer<PictureCommands> guard(this); // the window may close behind the dialog
+    QFileDialog dialog(m_widget->window(), tr("Save picture"), m_folder);
+    const QVector<Choice> all = choices();
+    QStringList filters;
+    for (const Choice &choice : all)
+        filters << choice.filter;
+    const auto chosen = [&](const QString &filter) { return all[std::max(0, filters.indexOf(filter))]; };
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters(filters);
+    dialog.setDefaultSuffix(all[0].suffix);
+    connect(&dialog, &QFileDialog::filterSelected, &dialog,
+            [&](const QString &filter) { dialog.setDefaultSuffix(chosen(filter).suffix); });
+    const bool isAccepted = dialog.exec() == QDialog::Accepted;
+    if (!isAccepted || !guard)
+        return;
+    const QString path = dialog.selectedFiles().value(0);
+    m_folder = QFileInfo(path).path();
+    const QString reason = PictureFile::write(m_drawing(), path, chosen(dialog.selectedNameFilter()).ratio);
+    if (!reason.isNull())
+        tell(tr("Save picture"), tr("Failed to write \"%1\": %2").arg(path, reason));
+}
+
+void PictureCommands::tell(const QString &title, const QString &text)
+{
+    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Ok, m_widget->window());
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
