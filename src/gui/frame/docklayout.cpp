@@ -31,7 +31,7 @@ const Place places[] = {
     {"reportView", Qt::BottomDockWidgetArea, TabOf, "logDock"},
 };
 
-constexpr int formCharacters = 41, tableCharacters = 50;
+constexpr int formCharacters = 40, tableCharacters = 50;
 constexpr int formLines = 16, logLines = 7;
 
 QDockWidget *dockOf(const QMainWindow &window, const char *name)
