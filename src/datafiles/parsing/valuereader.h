@@ -33,7 +33,10 @@ public:
 
 protected:
     /// A field of this stretch, trimmed.
-    TextView field(const FieldSplitter &row, int index) const { return trimmed(row[std::size_t(firstColumn + index)]); }
+    TextView field(const FieldSplitter &row, int index) const
+    {
+        return trimmed(row[std::size_t(firstColumn) + std::size_t(index)]);
+    }
 };
 
 /// Holds the place of columns that are ignored.

@@ -58,6 +58,7 @@ public:
         const ListNode list = file.get(QStringLiteral("layouts")).toList();
         refuseMoreThan(mostLayouts, list);
         std::vector<VarGridLayout> layouts;
+        layouts.reserve(std::size_t(list.size()));
         for (int i = 0; i < list.size(); ++i)
             layouts.push_back(layout(list.at(i).toMap()));
         return layouts;
