@@ -1,16 +1,12 @@
 #include "batch/savetargets.h"
 
+#include "util/fileid.h"
 #include "util/filenamepart.h"
 #include "util/timeformat.h"
 
 #include <QDir>
-#include <QFile>
 #include <QRegExp>
 #include <QSet>
-
-#include <utility>
-
-#include <sys/stat.h>
 
 namespace Batch {
 
@@ -33,17 +29,6 @@ QStringList sorted(const QSet<QString> &names)
     QStringList list = names.values();
     list.sort();
     return list;
-}
-
-/// A file whatever it is called: by device and node. A file that doesn't exist has none.
-using FileId = std::pair<dev_t, ino_t>;
-bool fileId(const QString &path, FileId *id)
-{
-    struct stat status {};
-    if (stat(QFile::encodeName(path).constData(), &status) != 0)
-        return false;
-    *id = {status.st_dev, status.st_ino};
-    return true;
 }
 
 } // namespace
@@ -109,17 +94,16 @@ QString refusal(const SaveOptions &options, const QStringList &inputs, const QSt
 {
     const QDir inputFolder(options.read.folder);
     const QDir outputFolder(options.outputFolder);
-    QSet<std::pair<quint64, quint64>> inputIds;
-    FileId id;
-    for (const QString &input : inputs) {
-        if (fileId(inputFolder.filePath(input), &id))
-            inputIds.insert({quint64(id.first), quint64(id.second)});
-    }
+    QSet<FileId> inputIds;
+    for (const QString &input : inputs)
+        if (const auto id = fileIdOf(inputFolder.filePath(input)))
+            inputIds.insert(*id);
     for (const QString &target : targets) {
         const QString path = outputFolder.filePath(target);
-        if (!fileId(path, &id))
+        const auto id = fileIdOf(path);
+        if (!id)
             continue;
-        if (inputIds.contains({quint64(id.first), quint64(id.second)}))
+        if (inputIds.contains(*id))
             return QStringLiteral("\"%1\" is one of the files to read.").arg(path);
         if (!options.append)
             return QStringLiteral("\"%1\" exists. Use --append to continue files.").arg(path);

@@ -2,11 +2,11 @@
 
 #include "util/filecalls.h"
 #include "util/regularfile.h"
+#include "util/temporaryfile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cerrno>
@@ -21,24 +21,7 @@ namespace {
 
 constexpr std::size_t mostOpen = 64;
 constexpr int flushedSize = 1 << 16; // bytes that gather before they are written
-constexpr int mostNames = 100;       // that are tried for the unfinished file
-constexpr int longestName = 255;     // of a file, in bytes
 constexpr mode_t newFile = 0666;     // less what the user's mask takes
-
-/// A name beside the target: the plain one first, then others at random.
-QByteArray unfinishedName(const QString &path, int attempt)
-{
-    QByteArray ending = ".unfinished";
-    if (attempt > 0) {
-        QByteArray letters(6, 'a');
-        for (char &letter : letters)
-            letter = char('a' + QRandomGenerator::global()->bounded(26));
-        ending.prepend('.' + letters);
-    }
-    const QByteArray target = QFile::encodeName(path);
-    const int name = target.lastIndexOf('/') + 1;
-    return target.left(name) + target.mid(name).left(longestName - ending.size()) + ending;
-}
 
 } // namespace
 
@@ -108,14 +91,7 @@ bool ExportFiles::create(File &file)
             return false;
         }
     }
-    for (int attempt = 0; file.descriptor < 0 && attempt < mostNames; ++attempt) {
-        const QByteArray name = unfinishedName(file.path, attempt);
-        file.descriptor = m_calls.open(name.constData(), O_WRONLY | O_CREAT | O_EXCL, newFile);
-        if (file.descriptor >= 0)
-            file.unfinished = name;
-        else if (errno != EEXIST)
-            break;
-    }
+    file.descriptor = createBeside(m_calls, target, "unfinished", newFile, &file.unfinished);
     if (file.descriptor < 0) {
         tellUnopened(file.path, qt_error_string(errno));
         return false;

@@ -2,30 +2,14 @@
 
 #include "dataexport/exportnaming.h"
 #include "store/datastore.h"
+#include "util/fileid.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QSet>
-
-#include <algorithm>
-
-#include <sys/stat.h>
 
 namespace DataExport {
 
 namespace {
-
-/// A file whatever it is called: by device and node.
-using FileId = std::pair<quint64, quint64>;
-
-/// {0, 0} for a file that doesn't exist.
-FileId fileId(const QString &path)
-{
-    struct stat status {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return {0, 0};
-    return {quint64(status.st_dev), quint64(status.st_ino)};
-}
 
 bool isNamedAsData(const QString &path)
 {
@@ -60,10 +44,11 @@ QString refusalOf(const QStringList &targets, const QStringList &files)
 {
     QSet<FileId> ids;
     for (const QString &file : files)
-        ids.insert(fileId(file));
-    ids.remove({0, 0});
+        if (const auto id = fileIdOf(file))
+            ids.insert(*id);
     for (const QString &target : targets) {
-        if (ids.contains(fileId(target)))
+        const auto id = fileIdOf(target);
+        if (id && ids.contains(*id))
             return QStringLiteral("\"%1\" is one of the files to read.").arg(target);
         if (QFileInfo::exists(target) && isNamedAsData(target))
             return QStringLiteral("\"%1\" is named as a file of data or settings.").arg(target);

@@ -1,9 +1,9 @@
 #include "util/filereplacement.h"
 
 #include "util/filecalls.h"
+#include "util/temporaryfile.h"
 
 #include <QFile>
-#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cerrno>
@@ -15,9 +15,7 @@
 
 namespace {
 
-constexpr int mostLinks = 40;    // as many as the system follows
-constexpr int mostNames = 100;   // that are tried for the temporary file
-constexpr int longestName = 255; // of a file, in bytes
+constexpr int mostLinks = 40; // as many as the system follows
 constexpr std::size_t copyPiece = 1 << 16;
 constexpr mode_t permissionBits = 0777;
 constexpr mode_t newFile = 0666; // less what the user's mask takes
@@ -41,20 +39,6 @@ bool followLinks(QByteArray *path)
     }
     errno = ELOOP;
     return false;
-}
-
-/// A name beside the target: the plain one first, then others at random.
-QByteArray temporaryName(const QByteArray &target, int attempt)
-{
-    QByteArray ending = ".tmp";
-    if (attempt > 0) {
-        QByteArray letters(6, 'a');
-        for (char &letter : letters)
-            letter = char('a' + QRandomGenerator::global()->bounded(26));
-        ending.prepend('.' + letters);
-    }
-    const QByteArray folder = folderOf(target);
-    return folder + target.mid(folder.size()).left(longestName - ending.size()) + ending;
 }
 
 QString textOf(int systemError)
@@ -136,14 +120,7 @@ bool FileReplacement::begin()
 
 bool FileReplacement::openTemporary(mode_t mode)
 {
-    for (int attempt = 0; m_descriptor < 0 && attempt < mostNames; ++attempt) {
-        const QByteArray name = temporaryName(m_target, attempt);
-        m_descriptor = m_calls.open(name.constData(), O_WRONLY | O_CREAT | O_EXCL, mode);
-        if (m_descriptor >= 0)
-            m_temporary = name;
-        else if (errno != EEXIST)
-            break;
-    }
+    m_descriptor = createBeside(m_calls, m_target, "tmp", mode, &m_temporary);
     return m_descriptor >= 0 || fail(errno);
 }
 

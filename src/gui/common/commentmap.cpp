@@ -95,9 +95,11 @@ void CommentMap::take(const CommentKey &key, const QString &text)
 
 void CommentMap::forget(const QList<CommentKey> &keys)
 {
+    if (keys.isEmpty())
+        return;
     for (const CommentKey &key : keys)
         m_comments.remove(key);
-    m_isModelStale = m_isModelStale || !keys.isEmpty();
+    m_isModelStale = true;
     Q_EMIT changed(earliestRecordTime, latestRecordTime);
 }
 

@@ -1,5 +1,7 @@
 #include "gui/morvantide/inverterloader.h"
 
+#include "gui/common/recordnotes.h"
+
 #include "spectra/inverterfiles.h"
 #include "util/mailbox.h"
 #include "util/workerthread.h"
@@ -81,7 +83,7 @@ public:
         if (m_loader->m_box->isCancelled)
             return;
         m_label->setText(m_label->fontMetrics().elidedText(path, Qt::ElideMiddle, m_label->width()));
-        m_label->setToolTip(QStringLiteral("<qt>%1</qt>").arg(path.toHtmlEscaped()));
+        m_label->setToolTip(RecordNotes::toolTip(path));
     }
     void showStopping()
     {

@@ -1,5 +1,7 @@
 #include "gui/morvantide/readprogressdialog.h"
 
+#include "gui/common/recordnotes.h"
+
 #include <QCloseEvent>
 #include <QLabel>
 #include <QProgressBar>
@@ -42,7 +44,7 @@ void ReadProgressDialog::setProgress(const ReadProgress &progress)
         return;
     const QString text = progressText(progress);
     m_label->setText(m_label->fontMetrics().elidedText(text, Qt::ElideMiddle, m_label->width()));
-    m_label->setToolTip(QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()));
+    m_label->setToolTip(RecordNotes::toolTip(text));
 }
 
 void ReadProgressDialog::showStopping()

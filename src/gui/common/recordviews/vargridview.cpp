@@ -1,5 +1,6 @@
 #include "gui/common/recordviews/vargridview.h"
 
+#include "gui/common/recordviews/plotquestion.h"
 #include "gui/common/recordviews/vargridviewmodel.h"
 #include "log/logger.h"
 
@@ -109,6 +110,8 @@ void VarGridView::activateParameter(QModelIndex index)
     if (!cell)
         return;
     const QStringList names = cell->variables; // the plots may change the layouts
+    if (!confirmPlots(this, names.size()))
+        return;
     for (const QString &name : names)
         Q_EMIT uiInfo()->requestVariableScatterplot(name);
 }
@@ -156,7 +159,7 @@ void VarGridView::showLayout()
     m_layoutButton->setVisible(layouts.size() > 1);
     m_model->setFont(font());
     m_model->setRecord(record());
-    m_model->setLayout(*shown, uiInfo()->metadata());
+    m_model->setLayout(*shown, uiInfo()->metadata().get());
     m_tableView->verticalHeader()->setVisible(shown->firstColumnIsHeader);
     sizeColumns();
 }

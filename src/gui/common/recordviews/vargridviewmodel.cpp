@@ -8,15 +8,13 @@ namespace RecordViews {
 
 VarGridViewModel::VarGridViewModel(QObject *parent) : QAbstractTableModel(parent) {}
 
-void VarGridViewModel::setLayout(const VarGridLayout &layout,
-                                 std::shared_ptr<const Spectrometer::RecordMetadata> metadata)
+void VarGridViewModel::setLayout(const VarGridLayout &layout, const Spectrometer::RecordMetadata *metadata)
 {
     beginResetModel();
     m_layout = layout;
-    m_metadata = std::move(metadata);
     m_slots.clear();
-    if (m_metadata)
-        for (const auto &variable : m_metadata->variables)
+    if (metadata)
+        for (const auto &variable : metadata->variables)
             m_slots.insert(variable->name, variable->valueIndex);
     m_hasWarned = false;
     endResetModel();

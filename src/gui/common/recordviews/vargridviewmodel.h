@@ -15,8 +15,8 @@ class VarGridViewModel : public QAbstractTableModel {
 public:
     explicit VarGridViewModel(QObject *parent = nullptr);
 
-    /// The metadata are those that the layout was read with; null for neither.
-    void setLayout(const VarGridLayout &layout, std::shared_ptr<const Spectrometer::RecordMetadata> metadata);
+    /// The metadata are those that the layout was read with; null for neither. They aren't kept.
+    void setLayout(const VarGridLayout &layout, const Spectrometer::RecordMetadata *metadata);
     /// May be null: cells with variables are empty then. The cells stay.
     void setRecord(std::shared_ptr<const Record> record);
     /// Cells that show one of these variables are red.
@@ -48,7 +48,6 @@ private:
     void valuesChanged();
 
     VarGridLayout m_layout;
-    std::shared_ptr<const Spectrometer::RecordMetadata> m_metadata;
     QHash<QString, int> m_slots; ///< of the values, by variable
     std::shared_ptr<const Record> m_record;
     QStringList m_highlights;

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+#include <utility>
+
+/// A file whatever it is called and through whatever links: its device and node.
+using FileId = std::pair<quint64, quint64>;
+
+/// Nothing for a file that doesn't exist or can't be looked at.
+std::optional<FileId> fileIdOf(const QString &path);
