@@ -8,13 +8,12 @@
 #include "batch/render/offscreen.h"
 #include "batch/render/stackpicture.h"
 #include "datafiles/reading/datafinder.h"
-#include "llama/qyaml.h"
 #include "util/filereplacement.h"
-#include "util/regularfile.h"
+#include "windowsetup/setupfile.h"
+#include "windowsetup/setupkeys.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 namespace Batch {
@@ -26,27 +25,18 @@ bool readSetup(const QString &path, QVariant *views, QString *fault)
 {
     if (path.isEmpty())
         return true;
-    QFile file(path);
-    if (!openRegularFile(file)) {
-        *fault = QStringLiteral("Failed to open interface setup file '%1'").arg(path);
+    const WindowSetup::SetupFile file = WindowSetup::readSetupFile(path);
+    if (file.condition != WindowSetup::SetupFile::Sound) {
+        *fault = file.complaint;
         return false;
     }
-    const auto misunderstood = [&](const QString &reason) {
-        *fault = QStringLiteral("Failed to understand interface setup file '%1': %2").arg(path, reason);
-        return false;
-    };
-    QVariantList documents;
-    try {
-        documents = Llama::yamlLoad(&file, QFileInfo(path).fileName());
-    } catch (const Llama::Exception &error) {
-        return misunderstood(error.message());
-    }
-    if (documents.isEmpty() || documents.first().type() != QVariant::Map)
-        return misunderstood(QStringLiteral("it isn't a map"));
-    *views = documents.first().toMap().value(QStringLiteral("timeseries"));
-    if (views->type() != QVariant::List)
-        return misunderstood(QStringLiteral("it has no list of plots under \"timeseries\""));
-    return true;
+    *views = file.setup.value(QLatin1String(WindowSetup::Keys::timeseries));
+    if (views->type() == QVariant::List)
+        return true;
+    *fault = QStringLiteral("Failed to understand interface setup file '%1': it has no list of plots under "
+                            "\"timeseries\"")
+                 .arg(path);
+    return false;
 }
 
 /// False with words: no file, or a whole one, stands there then.

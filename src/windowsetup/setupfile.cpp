@@ -1,0 +1,66 @@
+#include "windowsetup/setupfile.h"
+
+#include "llama/qyaml.h"
+#include "util/filereplacement.h"
+#include "util/regularfile.h"
+#include "windowsetup/setupkeys.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace WindowSetup {
+
+namespace {
+
+constexpr int mostBytes = 16'000'000;
+constexpr qint64 mostValues = 1'000'000;
+
+SetupFile notUnderstood(const QString &path, const QString &reason)
+{
+    return {SetupFile::NotUnderstood,
+            {},
+            QStringLiteral("Failed to understand interface setup file '%1': %2").arg(path, reason)};
+}
+
+} // namespace
+
+SetupFile readSetupFile(const QString &path)
+{
+    QFile file(path);
+    if (!openRegularFile(file))
+        return {SetupFile::NotOpened, {}, QStringLiteral("Failed to open interface setup file '%1'").arg(path)};
+    const QByteArray text = file.read(mostBytes + 1);
+    if (file.error() != QFileDevice::NoError)
+        return notUnderstood(path, file.errorString());
+    if (text.size() > mostBytes)
+        return notUnderstood(path, QStringLiteral("it is longer than any layout"));
+    try {
+        const QVariantList documents = Llama::yamlLoad(text, QFileInfo(path).fileName(), mostValues);
+        if (documents.isEmpty() || documents.first().type() != QVariant::Map)
+            return notUnderstood(path, QStringLiteral("it isn't a map"));
+        return {SetupFile::Sound, documents.first().toMap(), {}};
+    } catch (const Llama::Exception &error) {
+        return notUnderstood(path, error.message());
+    }
+}
+
+bool isTooOld(const QVariantMap &setup)
+{
+    return setup.value(Keys::version).toInt() <= 1;
+}
+
+QString writeSetupFile(const QString &path, const QVariantMap &setup)
+{
+    try {
+        return replaceFile(path, Llama::yamlDump(setup));
+    } catch (const Llama::Exception &error) {
+        return error.message();
+    }
+}
+
+QString moveToBackup(const QString &path)
+{
+    return moveFile(path, path + QLatin1String(".bak"));
+}
+
+} // namespace WindowSetup
