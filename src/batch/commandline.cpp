@@ -194,6 +194,7 @@ CommandLine parseCommandLine(int argc, const char *const *argv, Pictures picture
     CLI::App *summary = app.add_subcommand("summary", "Tells what a data folder holds");
     addReadOptions(summary, words);
     summary->add_flag("--json", result.summary.json, "As a JSON object");
+    summary->add_flag("--quick", result.summary.quick, "Of the files' names and headers alone");
 
     CLI::App *save = app.add_subcommand("save", "Reads day files and writes them anew");
     addReadOptions(save, words);

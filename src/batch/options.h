@@ -20,6 +20,7 @@ struct ReadOptions {
 struct SummaryOptions {
     ReadOptions read;
     bool json = false;
+    bool quick = false; ///< of names and headers alone
 };
 
 struct SaveOptions {

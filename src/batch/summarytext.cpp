@@ -45,6 +45,19 @@ Json messagesJson(const QList<Log::Entry> &entries)
     return list;
 }
 
+Json textsJson(const QStringList &texts)
+{
+    Json list = Json::array();
+    for (const QString &each : texts)
+        list.push_back(text(each));
+    return list;
+}
+
+QByteArray bytesOf(const Json &object)
+{
+    return QByteArray::fromStdString(object.dump(2, ' ', false, Json::error_handler_t::replace)) + '\n';
+}
+
 void appendLine(QString &out, const QString &label, const QString &value)
 {
     out += label.leftJustified(16) + value + QLatin1Char('\n');
@@ -60,6 +73,21 @@ void appendList(QString &out, const QString &heading, const QStringList &lines)
         out += QStringLiteral("  ") + line + QLatin1Char('\n');
 }
 
+void appendMessages(QString &out, const MessageCollector &messages)
+{
+    QStringList lines;
+    for (const auto &entry : messages.entries())
+        lines << QStringLiteral("%1: %2").arg(Log::levelName(entry.level), entry.message);
+    appendList(out, QStringLiteral("Messages"), lines);
+    if (messages.omitted() > 0)
+        out += QStringLiteral("  and %1 more\n").arg(messages.omitted());
+}
+
+QString dayText(QDate day)
+{
+    return day.toString(Qt::ISODate);
+}
+
 } // namespace
 
 QByteArray summaryJson(const Summary &summary, const MessageCollector &messages)
@@ -68,9 +96,6 @@ QByteArray summaryJson(const Summary &summary, const MessageCollector &messages)
     // Put behind the others without a look for the name, which is no other's: the library searches all of them.
     for (const auto &mode : summary.modes)
         modes.get_ref<Json::object_t &>().emplace_back(text(mode.first), mode.second);
-    Json variables = Json::array();
-    for (const QString &variable : summary.variables)
-        variables.push_back(text(variable));
     const Json object{{"files", summary.files},
                       {"rows", summary.rows},
                       {"ignored_rows", summary.ignoredRows},
@@ -81,12 +106,12 @@ QByteArray summaryJson(const Summary &summary, const MessageCollector &messages)
                       {"end", text(summary.end)},
                       {"modes", modes},
                       {"electrometers", summary.electrometers},
-                      {"variables", variables},
+                      {"variables", textsJson(summary.variables)},
                       {"spectra", spectraJson(summary.spectra)},
                       {"flags", flagsJson(summary.flags)},
                       {"messages", messagesJson(messages.entries())},
                       {"messages_omitted", messages.omitted()}};
-    return QByteArray::fromStdString(object.dump(2, ' ', false, Json::error_handler_t::replace)) + '\n';
+    return bytesOf(object);
 }
 
 QByteArray summaryForPeople(const Summary &summary, const MessageCollector &messages)
@@ -123,12 +148,40 @@ QByteArray summaryForPeople(const Summary &summary, const MessageCollector &mess
     for (const auto &flag : summary.flags)
         lines << QStringLiteral("%1 %2: %3").arg(flag.type, QString::number(flag.records), flag.message);
     appendList(out, QStringLiteral("Flags"), lines);
-    lines.clear();
-    for (const auto &entry : messages.entries())
-        lines << QStringLiteral("%1: %2").arg(Log::levelName(entry.level), entry.message);
-    appendList(out, QStringLiteral("Messages"), lines);
-    if (messages.omitted() > 0)
-        out += QStringLiteral("  and %1 more\n").arg(messages.omitted());
+    appendMessages(out, messages);
+    return out.toLocal8Bit();
+}
+
+QByteArray overviewJson(const FolderOverview &overview, const MessageCollector &messages)
+{
+    return bytesOf({{"files", overview.files},
+                    {"files_without_header", overview.withoutHeader},
+                    {"bytes", overview.bytes},
+                    {"days", overview.days},
+                    {"first_day", text(dayText(overview.firstDay))},
+                    {"last_day", text(dayText(overview.lastDay))},
+                    {"modes", textsJson(overview.modes)},
+                    {"electrometers", overview.electrometers},
+                    {"variables", textsJson(overview.variables)},
+                    {"messages", messagesJson(messages.entries())},
+                    {"messages_omitted", messages.omitted()}});
+}
+
+QByteArray overviewForPeople(const FolderOverview &overview, const MessageCollector &messages)
+{
+    QString out;
+    appendLine(out, QStringLiteral("Files"),
+               QStringLiteral("%1, %2 bytes").arg(QString::number(overview.files), QString::number(overview.bytes)));
+    if (overview.days > 0)
+        appendLine(out, QStringLiteral("Days"),
+                   QStringLiteral("%1, from %2 to %3")
+                       .arg(QString::number(overview.days), dayText(overview.firstDay), dayText(overview.lastDay)));
+    if (overview.withoutHeader > 0)
+        appendLine(out, QStringLiteral("Without header"), QString::number(overview.withoutHeader));
+    appendLine(out, QStringLiteral("Electrometers"), QString::number(overview.electrometers));
+    appendList(out, QStringLiteral("Modes"), overview.modes);
+    appendList(out, QStringLiteral("Variables"), overview.variables);
+    appendMessages(out, messages);
     return out.toLocal8Bit();
 }
 

@@ -2,6 +2,7 @@
 
 #include "batch/messagecollector.h"
 #include "batch/summary.h"
+#include "datafiles/reading/folderoverview.h"
 
 namespace Batch {
 
@@ -9,5 +10,9 @@ namespace Batch {
 QByteArray summaryJson(const Summary &summary, const MessageCollector &messages);
 /// The same for people.
 QByteArray summaryForPeople(const Summary &summary, const MessageCollector &messages);
+
+// What names and headers tell.
+QByteArray overviewJson(const FolderOverview &overview, const MessageCollector &messages);
+QByteArray overviewForPeople(const FolderOverview &overview, const MessageCollector &messages);
 
 } // namespace Batch

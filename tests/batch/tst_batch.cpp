@@ -92,6 +92,24 @@ TEST_F(DayFolder, SummaryNamesComplaintsAndIgnoredRows)
         << summary["messages"][0]["text"];
 }
 
+TEST_F(DayFolder, AQuickSummaryNeedsNoRows)
+{
+    writeDay("in");
+    const Json whole = Json::parse(run({"summary", "{}/in", "--variant", "block", "--json"}).output.toStdString());
+    write("in/20190912-block.records", contentOf("in/20190912-block.records") + "a row that is none\n");
+    const Ended ended = run({"summary", "{}/in", "--variant", "block", "--quick", "--json"});
+    EXPECT_EQ(ended.code, 0) << ended.errors.constData();
+    const Json quick = Json::parse(ended.output.toStdString());
+    for (const char *key : {"files", "electrometers", "variables", "messages"})
+        EXPECT_EQ(quick[key], whole[key]) << key;
+    EXPECT_EQ(quick["days"], 1);
+    EXPECT_EQ(quick["first_day"], "2019-09-12");
+    EXPECT_EQ(quick["modes"], Json({"ions", "offset"}));
+    EXPECT_EQ(run({"summary", "{}/in", "--quick", "--variant", "none"}).code, 1);
+    write("in/20190913-block.records", "no header");
+    EXPECT_EQ(run({"summary", "{}/in", "--quick", "--variant", "block"}).code, 3);
+}
+
 TEST(SummaryJson, ManyNamesCostNoMoreEachThanFew)
 {
     Batch::Summary summary;

@@ -81,9 +81,16 @@ QStringList findDataFiles(const QVariantMap &choice)
     QStringList files;
     const QDir folder(choice.value(QStringLiteral("folderName")).toString());
     for (const QString &entry : folder.entryList(QDir::Files))
-        if (name.exactMatch(entry) && span.holds(QDate(name.cap(1).toInt(), name.cap(2).toInt(), name.cap(3).toInt())))
+        if (name.exactMatch(entry) && span.holds(dayOfDataFile(entry)))
             files.append(entry);
     return files;
+}
+
+QDate dayOfDataFile(const QString &name)
+{
+    const int dash = name.midRef(4, 1) == QLatin1String("-") ? 1 : 0;
+    const int secondDash = name.midRef(6 + dash, 1) == QLatin1String("-") ? 1 : 0;
+    return {name.leftRef(4).toInt(), name.midRef(4 + dash, 2).toInt(), name.midRef(6 + dash + secondDash, 2).toInt()};
 }
 
 QString findWindowSetup(QDir folder)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDate>
 #include <QDir>
 #include <QStringList>
 #include <QVariantMap>
@@ -12,6 +13,9 @@ QStringList findDataFiles(const QVariantMap &choice);
 /// The window setup file for a data folder: the only one there or in its parent, else "default.windowsetup". The answer
 /// may not exist.
 QString findWindowSetup(QDir folder);
+
+/// The date in the name of a day file of any kind; invalid where its digits make none.
+QDate dayOfDataFile(const QString &name);
 
 /// Which day files a folder holds.
 struct FolderContents {
