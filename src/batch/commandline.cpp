@@ -56,6 +56,7 @@ struct Words {
     bool noRecords = false;
     bool records = false;
     bool legacy = false;
+    int jobs = std::max(QThread::idealThreadCount(), 1);
 };
 
 void addFolderOptions(CLI::App *command, Words &words)
@@ -64,6 +65,9 @@ void addFolderOptions(CLI::App *command, Words &words)
     CLI::Option *const variant = command->add_option(
         "--variant", words.variant, "Averaging variant, such as block; without it, files that name no variant");
     command->add_flag("--legacy", words.legacy, "Read old-style .sig, .log and .nds files instead")->excludes(variant);
+    command->add_option("--jobs", words.jobs, "Threads to work with")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 1024));
 }
 
 void addReadOptions(CLI::App *command, Words &words)
@@ -98,10 +102,6 @@ void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &option
                      "Variant in the written files' names; else the one read with \"-reinv\" behind it");
     command->add_flag("--records", words.records, "Write full records beside spectra");
     command->add_flag("--only-new", options.onlyNew, "Leave out spectra that were read");
-    options.jobs = std::max(QThread::idealThreadCount(), 1);
-    command->add_option("--jobs", options.jobs, "Threads that invert")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 1024));
 }
 
 void addExportOptions(CLI::App *command, Words &words, ExportOptions &options)
@@ -140,7 +140,7 @@ void addRenderOptions(CLI::App *command, Words &words)
 
 ReadOptions folderOptions(const Words &words)
 {
-    return {textOf(words.folder), textOf(words.variant), QDate(), QDate(), words.legacy};
+    return {textOf(words.folder), textOf(words.variant), QDate(), QDate(), words.legacy, words.jobs};
 }
 
 void completeRender(const Words &words, RenderOptions &options)
@@ -163,7 +163,8 @@ void completeRender(const Words &words, RenderOptions &options)
 
 ReadOptions readOptions(const Words &words)
 {
-    return {textOf(words.folder), textOf(words.variant), dateOf(words.from), dateOf(words.to), words.legacy};
+    return {textOf(words.folder), textOf(words.variant), dateOf(words.from),
+            dateOf(words.to),     words.legacy,          words.jobs};
 }
 
 void completeOutput(const Words &words, const QString &variant, SaveOptions &options)

@@ -21,8 +21,6 @@ using DataExport::DataExporter;
 using DataExport::ExportSetup;
 using DataExport::ExportTable;
 
-constexpr int progressEvery = 1000; // records
-
 /// The setup, with an absolute output file. Throws DataExport::SetupError.
 ExportSetup setupOf(const ExportOptions &options)
 {
@@ -74,18 +72,14 @@ DataExport::ExportData dataOf(const ExportOptions &options, const QStringList &i
 }
 
 /// False if it was interrupted.
-bool addRecords(DataExporter &exporter, const Datastore &store)
+bool addRecords(DataExporter &exporter, const Datastore &store, int jobs)
 {
-    for (int i = 0; i < store.size(); ++i) {
-        if (i % progressEvery == 0) {
-            ProgressLine::show(QStringLiteral("Exporting %1 %").arg(i * 100LL / store.size()));
-            if (Interrupt::requested())
-                return false;
-        }
-        exporter.addRecord(*store.at(i));
-    }
+    const bool isComplete = exporter.addRecords(store, jobs, [&store](int done) {
+        ProgressLine::show(QStringLiteral("Exporting %1 %").arg(done * 100LL / store.size()));
+        return !Interrupt::requested();
+    });
     ProgressLine::clear();
-    return !Interrupt::requested();
+    return isComplete;
 }
 
 void tellEnd(Outcome &outcome, const DataExporter::Result &result, const QStringList &targets)
@@ -117,7 +111,7 @@ Outcome write(const ExportOptions &options, const ExportSetup &setup, const QStr
 
     const auto existing = options.overwrite ? ExistingFile::Replaced : ExistingFile::Kept;
     DataExporter exporter(setup, table, read.reader->metadata(), existing);
-    if (!addRecords(exporter, store))
+    if (!addRecords(exporter, store, options.read.jobs))
         return stopped();
     Outcome outcome;
     tellEnd(outcome, exporter.finish(), targets);

@@ -15,6 +15,7 @@ struct ReadOptions {
     QDate from;      ///< invalid: no limit
     QDate to;
     bool legacy = false; ///< old-style files, which name no variant
+    int jobs = 1;        ///< threads; what comes out is the same for any number
 };
 
 struct SummaryOptions {
@@ -36,7 +37,6 @@ struct ReinvertOptions {
     SaveOptions save;      ///< without records, unless they are asked for
     QStringList inverters; ///< paths as the window's file dialog takes them
     bool onlyNew = false;  ///< leaves out the spectra that were read
-    int jobs = 1;          ///< threads that invert
 };
 
 struct ExportOptions {

@@ -20,11 +20,11 @@ QString bar(int done, int all)
 
 } // namespace
 
-bool writeInOrder(Spectrometer::PlainFileOutput &output, const Datastore &store, const QString &verb,
+bool writeInOrder(Spectrometer::PlainFileOutput &output, const Datastore &store, int jobs, const QString &verb,
                   const Spectrometer::SpectraSource &spectraOf)
 {
     QString day;
-    return Spectrometer::writeRecords(output, store, spectraOf, [&](int done) {
+    return Spectrometer::writeRecords(output, store, jobs, spectraOf, [&](int done) {
         if (done == store.size())
             return true;
         const QString thisDay = dayText(*store.at(done));

@@ -116,9 +116,9 @@ Written invertAndWrite(const ReinvertOptions &options, const FileReader &reader,
     PlainFileOutput::Settings settings = outputSettings(options.save, reader, selection.byMode);
     settings.folder = folder;
     PlainFileOutput output(settings);
-    MergedSpectra spectra(reader, inverters, selection, options.jobs);
+    MergedSpectra spectra(reader, inverters, selection, options.save.read.jobs);
     const bool complete = writeInOrder(
-        output, *reader.datastore(), QStringLiteral("Inverting"),
+        output, *reader.datastore(), options.save.read.jobs, QStringLiteral("Inverting"),
         [&spectra](const Record &record) -> const SpectMath::SpectrumPointerList & { return spectra.next(record); });
     output.closeFiles();
     ProgressLine::clear();

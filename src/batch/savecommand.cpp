@@ -43,7 +43,7 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
     PlainFileOutput output(outputSettings(options, *read.reader, spectra));
     Outcome outcome;
     outcome.interrupted =
-        !writeInOrder(output, *read.reader->datastore(), QStringLiteral("Writing"),
+        !writeInOrder(output, *read.reader->datastore(), options.read.jobs, QStringLiteral("Writing"),
                       [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
     output.closeFiles();
     ProgressLine::clear();

@@ -101,6 +101,7 @@ bool ConcentrationFieldSource::addSpectrum(const SpectMath::SpectrumInfoPointer 
 
 void ConcentrationFieldSource::values(const Record &record, DelimitedLine &line) const
 {
+    std::vector<double> deviations;
     for (const Columns &columns : m_columns) {
         const SpectMath::Spectrum *const spectrum = usableSpectrum(record, columns.info);
         if (!spectrum) {
@@ -109,12 +110,12 @@ void ConcentrationFieldSource::values(const Record &record, DelimitedLine &line)
         }
         const std::size_t points = spectrum->concentrations.size();
         const double *const concentrations = spectrum->concentrations.data().begin();
-        standardDeviations(*spectrum, &m_deviations);
+        standardDeviations(*spectrum, &deviations);
         const Gaps gaps(concentrations, points);
-        const Gaps deviationGaps(m_deviations.data(), points);
+        const Gaps deviationGaps(deviations.data(), points);
         for (const Weights &weights : columns.weights) {
             line.addNumber(dotProduct(weights, concentrations, gaps) * columns.factor);
-            line.addNumber(dotProduct(weights, m_deviations.data(), deviationGaps) * columns.factor);
+            line.addNumber(dotProduct(weights, deviations.data(), deviationGaps) * columns.factor);
         }
     }
 }

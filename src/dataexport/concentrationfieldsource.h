@@ -42,7 +42,6 @@ private:
     ConcentrationField m_field;
     QStringList m_titles;
     std::vector<Columns> m_columns; ///< of one description each
-    mutable std::vector<double> m_deviations;
 };
 
 } // namespace DataExport

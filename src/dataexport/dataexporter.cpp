@@ -1,10 +1,19 @@
 #include "dataexport/dataexporter.h"
 
+#include "util/workteam.h"
+
+#include <algorithm>
+
 namespace DataExport {
 
 namespace {
 
 constexpr int mostToldErrors = 100;
+
+// Lines are made in pieces of about that many fields: some milliseconds of work, and a few hundred kilobytes.
+constexpr std::size_t fieldsOfPiece = 16'384;
+constexpr std::size_t mostRecordsOfPiece = 64;
+constexpr std::size_t piecesOfWorker = 4;
 
 } // namespace
 
@@ -17,21 +26,65 @@ void logErrors(const QStringList &errors)
         logger.log(Log::Error, QStringLiteral("%1 more errors.").arg(errors.size() - mostToldErrors));
 }
 
-DataExporter::DataExporter(const ExportSetup &setup, ExportTable &table,
+/// The lines of some neighbouring records.
+struct DataExporter::Piece {
+    DelimitedLine lines;
+    std::vector<std::size_t> ends; ///< of each record's line
+};
+
+DataExporter::DataExporter(const ExportSetup &setup, const ExportTable &table,
                            std::shared_ptr<const Spectrometer::RecordMetadata> metadata, ExistingFile existing)
-    : m_table(table), m_naming(setup.general, std::move(metadata)), m_files(table.head(), existing)
+    : m_table(table), m_naming(setup.general, std::move(metadata)), m_files(table.head(), existing),
+      m_line(table.emptyLine())
 {
+}
+
+void DataExporter::append(const Record &record, const char *line, std::size_t size)
+{
+    if (m_files.append(m_naming.pathOf(record), line, size))
+        ++m_rows;
+    else
+        ++m_lost;
 }
 
 void DataExporter::addRecord(const Record &record)
 {
     if (!m_table.takes(record))
         return;
-    const DelimitedLine &line = m_table.lineOf(record);
-    if (m_files.append(m_naming.pathOf(record), line.data(), line.size()))
-        ++m_rows;
-    else
-        ++m_lost;
+    m_line.clear();
+    m_table.addLine(record, m_line);
+    append(record, m_line.data(), m_line.size());
+}
+
+bool DataExporter::addRecords(const Datastore &store, int jobs, const Progress &progress)
+{
+    WorkTeam team(jobs);
+    const std::size_t ofPiece = std::clamp<std::size_t>(fieldsOfPiece / m_table.columns(), 1, mostRecordsOfPiece);
+    std::vector<Piece> pieces(piecesOfWorker * std::size_t(team.size()), Piece{m_table.emptyLine(), {}});
+    for (std::size_t begin = 0; begin < std::size_t(store.size()); begin += ofPiece * pieces.size()) {
+        if (!progress(int(begin)))
+            return false;
+        const std::size_t end = std::min(begin + ofPiece * pieces.size(), std::size_t(store.size()));
+        team.run((end - begin + ofPiece - 1) / ofPiece, [&](std::size_t number) {
+            Piece &piece = pieces[number];
+            piece.lines.clear();
+            piece.ends.clear();
+            const std::size_t first = begin + number * ofPiece;
+            for (std::size_t i = first; i < std::min(first + ofPiece, end); ++i) {
+                if (m_table.takes(*store.at(int(i))))
+                    m_table.addLine(*store.at(int(i)), piece.lines);
+                piece.ends.push_back(piece.lines.size());
+            }
+        });
+        for (std::size_t i = begin; i < end; ++i) {
+            const Piece &piece = pieces[(i - begin) / ofPiece];
+            const std::size_t place = (i - begin) % ofPiece;
+            const std::size_t from = place == 0 ? 0 : piece.ends[place - 1];
+            if (piece.ends[place] > from)
+                append(*store.at(int(i)), piece.lines.data() + from, piece.ends[place] - from);
+        }
+    }
+    return progress(store.size());
 }
 
 DataExporter::Result DataExporter::finish()

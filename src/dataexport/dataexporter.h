@@ -3,6 +3,9 @@
 #include "dataexport/exportfiles.h"
 #include "dataexport/exportnaming.h"
 #include "dataexport/exporttable.h"
+#include "store/datastore.h"
+
+#include <functional>
 
 namespace DataExport {
 
@@ -19,17 +22,27 @@ public:
     };
 
     /// The table must outlive the exporter. What is wrong with setup and table is left to the caller to tell.
-    DataExporter(const ExportSetup &setup, ExportTable &table,
+    DataExporter(const ExportSetup &setup, const ExportTable &table,
                  std::shared_ptr<const Spectrometer::RecordMetadata> metadata, ExistingFile existing);
 
     /// In ascending order of time. A record whose mode isn't to be exported is passed over.
     void addRecord(const Record &record);
+    /// Asked now and then, and at the end, with the number of records done; false ends the export there.
+    using Progress = std::function<bool(int done)>;
+    /// Adds all records of the store. `jobs` threads, the calling one among them, make the lines; none of them works
+    /// while the progress is asked for, so that the store may change then. False if the export was ended.
+    bool addRecords(const Datastore &store, int jobs, const Progress &progress);
     Result finish();
 
 private:
-    ExportTable &m_table;
+    struct Piece;
+
+    void append(const Record &record, const char *line, std::size_t size);
+
+    const ExportTable &m_table;
     ExportNaming m_naming;
     ExportFiles m_files;
+    DelimitedLine m_line;
     qint64 m_rows = 0;
     qint64 m_lost = 0;
 };

@@ -13,8 +13,7 @@
 
 namespace DataExport {
 
-ExportTable::ExportTable(const ExportSetup &setup, const ExportData &data)
-    : m_setup(setup), m_data(data), m_line(setup.general.separator)
+ExportTable::ExportTable(const ExportSetup &setup, const ExportData &data) : m_setup(setup), m_data(data)
 {
     const QStringList labels = SpectrumNaming::displayNames(data.infos.toList());
     for (int i = 0; i < labels.size(); ++i)
@@ -149,16 +148,20 @@ QString ExportTable::timeText(RecordTime time, std::int64_t utcOffset) const
     return timeToString(localTime(time, offset), offset, m_setup.general.timeFormat);
 }
 
-const DelimitedLine &ExportTable::lineOf(const Record &record)
+std::size_t ExportTable::columns() const
 {
-    m_line.clear();
-    m_line.addText(timeText(record.beginTime, record.beginUtcOffset));
-    m_line.addText(timeText(record.endTime, record.endUtcOffset));
-    m_line.addText(m_data.metadata->opmodeName(record.opmode));
+    constexpr std::size_t timesAndMode = 3;
+    return timesAndMode + m_columns;
+}
+
+void ExportTable::addLine(const Record &record, DelimitedLine &line) const
+{
+    line.addText(timeText(record.beginTime, record.beginUtcOffset));
+    line.addText(timeText(record.endTime, record.endUtcOffset));
+    line.addText(m_data.metadata->opmodeName(record.opmode));
     for (const auto &source : m_sources)
-        source->values(record, m_line);
-    m_line.endLine();
-    return m_line;
+        source->values(record, line);
+    line.endLine();
 }
 
 } // namespace DataExport

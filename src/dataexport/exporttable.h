@@ -28,8 +28,12 @@ public:
     QByteArray head() const;
     /// Whether the record's mode is one of those to export.
     bool takes(const Record &record) const;
-    /// The record's line, with its line feed. Valid until the next call.
-    const DelimitedLine &lineOf(const Record &record);
+    /// Of times, mode and fields.
+    std::size_t columns() const;
+    /// An empty line with the table's separator.
+    DelimitedLine emptyLine() const { return DelimitedLine(m_setup.general.separator); }
+    /// Appends the record's line, with its line feed. Any number of threads may do this at a time.
+    void addLine(const Record &record, DelimitedLine &line) const;
 
 private:
     struct NamedSpectrum {
@@ -58,7 +62,6 @@ private:
     std::vector<bool> m_takenModes; ///< by the mode's index, that of unknown modes behind them
     std::size_t m_columns = 0;
     QStringList m_errors;
-    DelimitedLine m_line;
 };
 
 } // namespace DataExport

@@ -79,6 +79,7 @@ bool SpectrumFieldSource::addSpectrum(const SpectMath::SpectrumInfoPointer &info
 
 void SpectrumFieldSource::values(const Record &record, DelimitedLine &line) const
 {
+    std::vector<double> deviations;
     const bool isDensity = m_field.distribution == DistributionType::density;
     for (const Columns &columns : m_columns) {
         const std::size_t count = columns.factors.size();
@@ -88,14 +89,14 @@ void SpectrumFieldSource::values(const Record &record, DelimitedLine &line) cons
             continue;
         }
         if (m_field.uncertainties)
-            standardDeviations(*spectrum, &m_deviations);
+            standardDeviations(*spectrum, &deviations);
         const auto valueOf = [&](const auto &points, std::size_t i) {
             return columns.factors[i] * (isDensity ? points[i] : points[i] + points[i + 1]);
         };
         for (std::size_t i = 0; i < count; ++i) {
             line.addNumber(valueOf(spectrum->concentrations, i));
             if (m_field.uncertainties)
-                line.addNumber(valueOf(m_deviations, i));
+                line.addNumber(valueOf(deviations, i));
         }
     }
 }

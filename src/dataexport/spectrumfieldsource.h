@@ -33,7 +33,6 @@ private:
     SpectrumField m_field;
     QStringList m_titles;
     std::vector<Columns> m_columns; ///< of one description each
-    mutable std::vector<double> m_deviations;
 };
 
 /// By how much a density per decade of the native axis is to be multiplied for one per decade of another: d log x /

@@ -36,9 +36,10 @@ inline QStringList titlesOf(const DataExport::ExportTable &table)
 }
 
 /// The record's fields, those of times and mode left out.
-inline QStringList fieldsOf(DataExport::ExportTable &table, const Record &record)
+inline QStringList fieldsOf(const DataExport::ExportTable &table, const Record &record)
 {
-    const auto &line = table.lineOf(record);
+    auto line = table.emptyLine();
+    table.addLine(record, line);
     return QString::fromUtf8(line.data(), int(line.size())).chopped(1).split('\t').mid(3);
 }
 

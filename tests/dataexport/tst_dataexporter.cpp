@@ -234,6 +234,52 @@ TEST_F(Exporter, AFolderThatVanishesEndsInWords)
     EXPECT_EQ(log.complaints().size(), 1);
 }
 
+TEST_F(Exporter, FilesAreTheSameForAnyNumberOfThreads)
+{
+    general.addDate = true;
+    ExportSetup setup;
+    setup.general = general;
+    const ExportTable table(setup, exportData({}, metadata));
+    Datastore store;
+    store.setLimitRecords(false);
+    for (int i = 0; i < 5000; ++i) {
+        const auto made = std::make_shared<Record>(record(0, i % 4 - 1));
+        made->beginTime += Ticks(i * 60 * ticksPerSecond);
+        store.insertRecord(store.lowerBound(made->beginTime), made);
+    }
+    const auto filesOf = [&](const QString &name, auto addAll) {
+        setup.general.outputFile = path(name + "/out.txt");
+        DataExporter exporter(setup, table, metadata, existing);
+        addAll(exporter);
+        EXPECT_EQ(exporter.finish().rows, 5000);
+        QMap<QString, QByteArray> files;
+        for (const QString &file : filesIn(path(name)))
+            files[file] = contentOf(path(name + '/' + file));
+        return files;
+    };
+    const auto expected = filesOf("plain", [&](DataExporter &exporter) {
+        for (const auto &each : store.records())
+            exporter.addRecord(*each);
+    });
+    EXPECT_EQ(expected.size(), 5); // days of their zone
+    for (const int jobs : {1, 2, 8}) {
+        int asked = -1;
+        EXPECT_EQ(filesOf(QString::number(jobs),
+                          [&](DataExporter &exporter) {
+                              EXPECT_TRUE(exporter.addRecords(store, jobs, [&](int done) {
+                                  EXPECT_GT(done, asked);
+                                  asked = done;
+                                  return true;
+                              }));
+                          }),
+                  expected)
+            << jobs;
+        EXPECT_EQ(asked, 5000) << "once more behind the last";
+    }
+    DataExporter exporter(setup, table, metadata, existing);
+    EXPECT_FALSE(exporter.addRecords(store, 2, [](int done) { return done == 0; }));
+}
+
 TEST_F(Exporter, TargetsAreKnownBeforehandAndDataFilesRefused)
 {
     Datastore store;

@@ -15,9 +15,10 @@ QVariantMap concentration(const QVariantMap &keys)
     return field;
 }
 
-QByteArray lineOf(ExportTable &table, const Record &record)
+QByteArray lineOf(const ExportTable &table, const Record &record)
 {
-    const DelimitedLine &line = table.lineOf(record);
+    DelimitedLine line = table.emptyLine();
+    table.addLine(record, line);
     return QByteArray(line.data(), int(line.size()));
 }
 

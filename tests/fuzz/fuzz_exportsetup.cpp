@@ -73,11 +73,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     // A separator and times that can't be mistaken for each other.
     setup.general.separator = QChar(0x1f);
     setup.general.timeFormat = GeneralSettings().timeFormat;
-    ExportTable table(setup, exported);
+    const ExportTable table(setup, exported);
     const QByteArray head = table.head();
     const auto columns = separatorsIn(head.constData(), std::size_t(head.size()));
     require(columns <= std::ptrdiff_t(2 + mostColumns), "a table isn't wider than it may be");
-    const DelimitedLine &line = table.lineOf(record);
+    DelimitedLine line = table.emptyLine();
+    table.addLine(record, line);
     require(separatorsIn(line.data(), line.size()) == columns, "a line has a field for each title");
     for (const QString &error : setup.errors + table.errors())
         require(!error.isEmpty(), "an error line has words");

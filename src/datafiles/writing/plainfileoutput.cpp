@@ -1,5 +1,6 @@
 #include "datafiles/writing/plainfileoutput.h"
 
+#include "datafiles/writing/plainfileoutput_fields.h"
 #include "datafiles/writing/plainfileoutput_file.h"
 #include "datafiles/writing/plainfileoutput_header.h"
 #include "datafiles/writing/plainfileoutput_row.h"
@@ -12,8 +13,6 @@
 namespace Spectrometer {
 
 namespace {
-
-const QLatin1String defaultTimeFormat("%Y-%m-%d %H:%M:%s");
 
 /// A part of a path with time codes that holds none itself.
 QString withoutCodes(QString part)
@@ -187,6 +186,11 @@ PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime loca
     return written ? RowResult::Written : RowResult::Lost;
 }
 
+RowFields PlainFileOutput::fields() const
+{
+    return {*m_applied.metadata, m_applied.timeFormat};
+}
+
 void PlainFileOutput::logLoss(const QString &fileName, const QString &message)
 {
     if (m_lossMessages == LossMessages::FirstOfFile && m_toldFiles.contains(fileName))
@@ -206,27 +210,67 @@ void PlainFileOutput::countClosed(const QString &fileName, qint64 rows, const QS
     }
 }
 
-void PlainFileOutput::putHead(RowText &row, const RecordHead &head) const
+// ---- rows made ahead
+
+PlainFileOutput::MadeRows::MadeRows()
+    : spectra(std::make_unique<RowText>()), record(std::make_unique<RowText>()), currents(std::make_unique<RowText>()),
+      diagnostics(std::make_unique<RowText>())
 {
-    const auto putTime = [&](RecordTime time, std::int64_t offset) {
-        const RecordTime local = localTime(time, offset);
-        QByteArray text;
-        if (m_applied.timeFormat == defaultTimeFormat)
-            appendTimeText(text, local);
-        else
-            text = timeToString(local, m_applied.timeFormat).toUtf8();
-        row.addField(text);
-        if (offset != 0)
-            row.putBytes(utcOffsetToString(offset).toLatin1());
-    };
-    putTime(head.beginTime, head.beginUtcOffset);
-    putTime(head.endTime, head.endUtcOffset);
-    row.addField(m_applied.metadata->opmodeName(head.opmode).toUtf8());
 }
 
-PlainFileOutput::RowResult PlainFileOutput::writeRecordRow(const FullRecord &record)
+PlainFileOutput::MadeRows::~MadeRows() = default;
+PlainFileOutput::MadeRows::MadeRows(MadeRows &&) noexcept = default;
+PlainFileOutput::MadeRows &PlainFileOutput::MadeRows::operator=(MadeRows &&) noexcept = default;
+
+void PlainFileOutput::makeRows(const Record &record, const SpectMath::SpectrumPointerList &spectra,
+                               MadeRows *rows) const
 {
-    StdFiles *files = filesOf(record.dpVariantId);
+    for (RowText *row : {rows->spectra.get(), rows->record.get(), rows->currents.get(), rows->diagnostics.get()})
+        row->clear();
+    const StdFiles *const files = filesOf(record.dpVariantId);
+    if (!files)
+        return;
+    const RowFields fields = this->fields();
+    if (const auto file = files->spectra.value(record.opmode))
+        fields.putSpectra(*rows->spectra, record, spectra, file->spectra, m_applied.inversionVars);
+    if (files->records)
+        fields.putRecord(*rows->record, record);
+    if (files->currents)
+        fields.putCurrents(*rows->currents, record);
+    if (files->diagnostics)
+        fields.putDiagnostics(*rows->diagnostics, record);
+}
+
+void PlainFileOutput::writeRows(const Record &record, const MadeRows &rows)
+{
+    const auto putFields = [](const std::unique_ptr<RowText> &fields) {
+        return [&fields](RowText &row) { row.putFields(*fields); };
+    };
+    writeSpectraRow(record, record.spectraProvisional,
+                    [&rows](RowText &row, const auto &) { row.putFields(*rows.spectra); });
+    writeRecordRow(record, putFields(rows.record));
+    writeCurrentsRow(record, putFields(rows.currents));
+    writeDiagnosticsRow(record, putFields(rows.diagnostics));
+}
+
+// ---- each kind of row
+
+template<typename PutFields>
+PlainFileOutput::RowResult PlainFileOutput::writeSpectraRow(const RecordHead &head, bool provisional,
+                                                            PutFields putFields)
+{
+    const StdFiles *const files = filesOf(head.dpVariantId);
+    const auto spectraFile = files ? files->spectra.value(head.opmode) : nullptr;
+    if (!spectraFile || provisional)
+        return RowResult::Skipped;
+    return writeRow(*spectraFile->file, localTime(head.beginTime, head.beginUtcOffset),
+                    [&](RowText &row) { putFields(row, spectraFile->spectra); });
+}
+
+template<typename PutFields>
+PlainFileOutput::RowResult PlainFileOutput::writeRecordRow(const FullRecord &record, PutFields putFields)
+{
+    const StdFiles *const files = filesOf(record.dpVariantId);
     if (!files || !files->records || record.provisional)
         return RowResult::Skipped;
     File &file = *files->records;
@@ -237,48 +281,51 @@ PlainFileOutput::RowResult PlainFileOutput::writeRecordRow(const FullRecord &rec
             if (flag)
                 flags += '!' + file.flagIds.idOf(flag, &definitions);
         row.putBytes(definitions);
-        putHead(row, record);
-        addCurrents(row, *m_applied.metadata, record);
-        addDiagnostics(row, *m_applied.metadata, record);
-        row.addField(flags);
+        putFields(row);
+        row.addField(flags); // whose ids depend on the rows before
     });
+}
+
+template<typename PutFields>
+PlainFileOutput::RowResult PlainFileOutput::writeCurrentsRow(const FullRecord &record, PutFields putFields)
+{
+    const StdFiles *const files = filesOf(record.dpVariantId);
+    if (!files || !files->currents || record.provisional)
+        return RowResult::Skipped;
+    return writeRow(*files->currents, localTime(record.beginTime, record.beginUtcOffset), putFields);
+}
+
+template<typename PutFields>
+PlainFileOutput::RowResult PlainFileOutput::writeDiagnosticsRow(const FullRecord &record, PutFields putFields)
+{
+    // Provisional records are written here, unlike everywhere else.
+    const StdFiles *const files = filesOf(record.dpVariantId);
+    if (!files || !files->diagnostics)
+        return RowResult::Skipped;
+    return writeRow(*files->diagnostics, localTime(record.beginTime, record.beginUtcOffset), putFields);
+}
+
+PlainFileOutput::RowResult PlainFileOutput::writeRecordRow(const FullRecord &record)
+{
+    return writeRecordRow(record, [&](RowText &row) { fields().putRecord(row, record); });
 }
 
 PlainFileOutput::RowResult PlainFileOutput::writeDiagnosticsRow(const FullRecord &record)
 {
-    // Provisional records are written here, unlike everywhere else.
-    StdFiles *files = filesOf(record.dpVariantId);
-    if (!files || !files->diagnostics)
-        return RowResult::Skipped;
-    return writeRow(*files->diagnostics, localTime(record.beginTime, record.beginUtcOffset), [&](RowText &row) {
-        putHead(row, record);
-        addDiagnostics(row, *m_applied.metadata, record);
-    });
+    return writeDiagnosticsRow(record, [&](RowText &row) { fields().putDiagnostics(row, record); });
 }
 
 PlainFileOutput::RowResult PlainFileOutput::writeCurrentsRow(const FullRecord &record)
 {
-    StdFiles *files = filesOf(record.dpVariantId);
-    if (!files || !files->currents || record.provisional)
-        return RowResult::Skipped;
-    return writeRow(*files->currents, localTime(record.beginTime, record.beginUtcOffset), [&](RowText &row) {
-        putHead(row, record);
-        addCurrents(row, *m_applied.metadata, record);
-    });
+    return writeCurrentsRow(record, [&](RowText &row) { fields().putCurrents(row, record); });
 }
 
 PlainFileOutput::RowResult PlainFileOutput::writeSpectraRow(const RecordHead &head,
                                                             const SpectMath::SpectrumPointerList &spectra,
                                                             bool provisional)
 {
-    StdFiles *files = filesOf(head.dpVariantId);
-    const auto spectraFile = files ? files->spectra.value(head.opmode) : nullptr;
-    if (!spectraFile || provisional)
-        return RowResult::Skipped;
-    return writeRow(*spectraFile->file, localTime(head.beginTime, head.beginUtcOffset), [&](RowText &row) {
-        putHead(row, head);
-        for (const auto &info : qAsConst(spectraFile->spectra))
-            addSpectrum(row, *info, spectrumOf(spectra, info), m_applied.inversionVars);
+    return writeSpectraRow(head, provisional, [&](RowText &row, const auto &infos) {
+        fields().putSpectra(row, head, spectra, infos, m_applied.inversionVars);
     });
 }
 

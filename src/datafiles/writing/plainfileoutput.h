@@ -19,6 +19,7 @@
 namespace Spectrometer {
 
 class OutputFile;
+class RowFields;
 class RowText;
 
 /// Writes records to day files of tab-separated text, each opened with a header that describes it. A file that already
@@ -68,6 +69,21 @@ public:
     /// Takes effect with the next applySettings().
     void setSettings(const Settings &settings);
 
+    /// The fields of one record's rows, made ahead on any thread.
+    struct MadeRows {
+        MadeRows();
+        ~MadeRows();
+        MadeRows(MadeRows &&) noexcept;
+        MadeRows &operator=(MadeRows &&) noexcept;
+
+        std::unique_ptr<RowText> spectra, record, currents, diagnostics;
+    };
+    /// Makes the rows for which there are files, in the memory of earlier ones. Any number of threads may do this at a
+    /// time, while no other function of this object is at work.
+    void makeRows(const Record &record, const SpectMath::SpectrumPointerList &spectra, MadeRows *rows) const;
+    /// Writes the record's rows of all kinds.
+    void writeRows(const Record &record, const MadeRows &rows);
+
     // ---- single rows, for direct callers. Provisional records are skipped, except for diagnostics.
     RowResult writeRecordRow(const FullRecord &record);
     RowResult writeDiagnosticsRow(const FullRecord &record);
@@ -107,7 +123,15 @@ private:
     /// Opens the file for that local time and appends the row that `makeRow(row)` fills.
     template<typename MakeRow>
     RowResult writeRow(File &file, RecordTime localTime, MakeRow makeRow);
-    void putHead(RowText &row, const RecordHead &head) const;
+    template<typename PutFields>
+    RowResult writeSpectraRow(const RecordHead &head, bool provisional, PutFields putFields);
+    template<typename PutFields>
+    RowResult writeRecordRow(const FullRecord &record, PutFields putFields);
+    template<typename PutFields>
+    RowResult writeCurrentsRow(const FullRecord &record, PutFields putFields);
+    template<typename PutFields>
+    RowResult writeDiagnosticsRow(const FullRecord &record, PutFields putFields);
+    RowFields fields() const;
     void logLoss(const QString &fileName, const QString &message);
     void countClosed(const QString &fileName, qint64 rows, const QString &failure);
     std::unique_ptr<File> makeFile(const QString &pattern, const QList<QByteArray> &header);

@@ -52,6 +52,12 @@ void RowText::putBytes(const QByteArray &bytes)
     putBytes(bytes.constData(), std::size_t(bytes.size()));
 }
 
+void RowText::putFields(const RowText &fields)
+{
+    putBytes(fields.data(), fields.size());
+    m_lineStarted = m_lineStarted || fields.m_lineStarted;
+}
+
 void RowText::addField(const QByteArray &text)
 {
     addEmptyField();

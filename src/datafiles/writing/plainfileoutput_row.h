@@ -28,6 +28,8 @@ public:
     void putBytes(const QByteArray &bytes);
     void putBytes(const char *bytes, std::size_t size);
 
+    /// Puts in fields that were made elsewhere; others may follow them on the line.
+    void putFields(const RowText &fields);
     void addField(const QByteArray &text);
     void addEmptyField() { separate(room(1)); }
     /// As QString::number(value, 'g', 6) prints it.

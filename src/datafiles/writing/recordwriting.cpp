@@ -1,6 +1,10 @@
 #include "datafiles/writing/recordwriting.h"
 
+#include "util/workteam.h"
+
 #include <QSet>
+
+#include <algorithm>
 
 namespace Spectrometer {
 
@@ -39,28 +43,65 @@ PlainFileOutput::Settings dayFileSettings(const QString &folder, const QString &
     return settings;
 }
 
-bool writeRecords(PlainFileOutput &output, const Datastore &store, const SpectraSource &spectraOf,
+namespace {
+
+// Rows are made in pieces of about that many numbers: some milliseconds of work, and a few hundred kilobytes.
+constexpr std::size_t numbersOfPiece = 16'384;
+constexpr std::size_t mostRecordsOfPiece = 16;
+constexpr std::size_t piecesOfWorker = 4;
+
+/// A record whose rows are made ahead.
+struct Ahead {
+    std::shared_ptr<Record> record;
+    SpectMath::SpectrumPointerList spectra;
+    PlainFileOutput::MadeRows rows;
+};
+
+std::size_t recordsOfPiece(const PlainFileOutput::Settings &settings)
+{
+    std::size_t numbers = 1;
+    if (settings.metadata)
+        numbers += std::size_t(4 * settings.metadata->totalElectrometers + settings.metadata->variables.size());
+    for (const auto &ofMode : settings.spectra)
+        for (const auto &info : ofMode)
+            numbers += 2 * info->nativePoints().size();
+    return std::clamp<std::size_t>(numbersOfPiece / numbers, 1, mostRecordsOfPiece);
+}
+
+} // namespace
+
+bool writeRecords(PlainFileOutput &output, const Datastore &store, int jobs, const SpectraSource &spectraOf,
                   const WriteProgress &progress)
 {
     output.setLossMessages(PlainFileOutput::LossMessages::FirstOfFile);
-    for (int i = 0; i < store.size(); ++i) {
-        if (!progress(i))
-            return false;
-        const std::shared_ptr<Record> record = store.at(i);
-        output.writeSpectraRow(*record, spectraOf(*record), record->spectraProvisional);
-        output.writeRecordRow(*record);
-        output.writeCurrentsRow(*record);
-        output.writeDiagnosticsRow(*record);
+    WorkTeam team(jobs);
+    const std::size_t ofPiece = recordsOfPiece(output.settings());
+    std::vector<Ahead> ahead(ofPiece * piecesOfWorker * std::size_t(team.size()));
+    for (int begin = 0; begin < store.size(); begin += int(ahead.size())) {
+        const std::size_t count = std::min(ahead.size(), std::size_t(store.size() - begin));
+        for (std::size_t i = 0; i < count; ++i) {
+            ahead[i].record = store.at(begin + int(i));
+            ahead[i].spectra = spectraOf(*ahead[i].record);
+        }
+        team.run((count + ofPiece - 1) / ofPiece, [&](std::size_t piece) {
+            for (std::size_t i = piece * ofPiece; i < std::min((piece + 1) * ofPiece, count); ++i)
+                output.makeRows(*ahead[i].record, ahead[i].spectra, &ahead[i].rows);
+        });
+        for (std::size_t i = 0; i < count; ++i) {
+            if (!progress(begin + int(i)))
+                return false;
+            output.writeRows(*ahead[i].record, ahead[i].rows);
+        }
     }
     progress(store.size());
     return true;
 }
 
-bool writeRecords(PlainFileOutput &output, const Datastore &store, const WriteProgress &progress)
+bool writeRecords(PlainFileOutput &output, const Datastore &store, int jobs, const WriteProgress &progress)
 {
     return writeRecords(
-        output, store, [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; },
-        progress);
+        output, store, jobs,
+        [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; }, progress);
 }
 
 } // namespace Spectrometer

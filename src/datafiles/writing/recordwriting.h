@@ -26,11 +26,12 @@ using SpectraSource = std::function<const SpectMath::SpectrumPointerList &(const
 using WriteProgress = std::function<bool(int done)>;
 
 /// Writes the rows of all records in order, of each its spectra, record, currents and diagnostics, as far as the output
-/// has files for them. Of each file the first row that is lost is logged, all are in the output's counts(). False if
-/// it was ended before the last record.
-bool writeRecords(PlainFileOutput &output, const Datastore &store, const SpectraSource &spectraOf,
+/// has files for them. `jobs` threads, the calling one among them, make the rows some records ahead; none of them works
+/// while the progress is asked for. The files are the same for any number of them. Of each file the first row that is
+/// lost is logged, all are in the output's counts(). False if it was ended before the last record.
+bool writeRecords(PlainFileOutput &output, const Datastore &store, int jobs, const SpectraSource &spectraOf,
                   const WriteProgress &progress);
 /// The same with each record's own spectra.
-bool writeRecords(PlainFileOutput &output, const Datastore &store, const WriteProgress &progress);
+bool writeRecords(PlainFileOutput &output, const Datastore &store, int jobs, const WriteProgress &progress);
 
 } // namespace Spectrometer

@@ -12,6 +12,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStandardItemModel>
+#include <QThread>
 #include <QTreeView>
 
 namespace {
@@ -224,7 +225,7 @@ bool DataSaverDialog::writeAll(Spectrometer::PlainFileOutput &output, int *done)
 {
     m_progressBar->setRange(0, m_content.store->size());
     m_progressBar->setValue(0);
-    return Spectrometer::writeRecords(output, *m_content.store, [this, done](int count) {
+    return Spectrometer::writeRecords(output, *m_content.store, QThread::idealThreadCount(), [this, done](int count) {
         *done = count;
         if (count > 0 && count % progressEvery == 0) {
             m_progressBar->setValue(count);

@@ -28,7 +28,7 @@ protected:
     }
     bool writeAll(PlainFileOutput &output)
     {
-        return writeRecords(output, store, [](int) { return true; });
+        return writeRecords(output, store, 2, [](int) { return true; });
     }
 
     Datastore store;
@@ -57,7 +57,7 @@ TEST_F(RecordWriting, AsksBeforeEachRecordAndBehindTheLast)
     for (int stopAt : {0, 2, 3}) {
         QList<int> asked;
         PlainFileOutput output(settings);
-        const bool complete = writeRecords(output, store, [&](int done) {
+        const bool complete = writeRecords(output, store, 1, [&](int done) {
             asked << done;
             return done < stopAt;
         });
@@ -86,4 +86,40 @@ TEST_F(RecordWriting, OfEachFileTheFirstLossIsToldAndAllAreCounted)
     EXPECT_EQ(output.counts().lost, 10);
     ASSERT_EQ(errors.size(), 2) << errors.join('\n').toStdString();
     EXPECT_TRUE(errors[0].contains("20190912") && errors[1].contains("20190914"));
+}
+
+TEST_F(RecordWriting, FilesAreTheSameForAnyNumberOfThreads)
+{
+    std::vector<std::shared_ptr<RecordFlag>> flags;
+    for (int i = 0; i < 7; ++i)
+        flags.push_back(flagOf(QString("{type: note, message: %1}").arg(i)));
+    for (int i = 0; i < 1000; ++i) {
+        const auto made = add(3 * i, i % 3 - 1, spectrumInfo); // two days; each third of an unknown mode
+        made->currents = realVector({1.0 / (i + 1), -double(i)});
+        made->flags = {flags[std::size_t(i * i % 7)], flags[std::size_t(i % 5)]};
+    }
+    settings.variants[0].currents = settings.variants[0].diagnostics = true;
+    const QString folderOf = settings.folder;
+    QMap<QString, QByteArray> expected;
+    for (const int jobs : {1, 2, 8}) {
+        settings.folder = folderOf + QString::number(jobs);
+        PlainFileOutput output(settings);
+        QList<int> asked;
+        ASSERT_TRUE(writeRecords(output, store, jobs, [&](int done) {
+            asked << done;
+            return true;
+        }));
+        EXPECT_EQ(asked.size(), 1001);
+        EXPECT_TRUE(std::is_sorted(asked.begin(), asked.end()));
+        QMap<QString, QByteArray> files;
+        for (const QString &name : filesIn(settings.folder))
+            files[name] = contentOf(path(name));
+        EXPECT_GE(files.size(), 8);
+        if (jobs == 1)
+            expected = files;
+        EXPECT_EQ(files, expected) << jobs;
+    }
+    EXPECT_EQ(rows(path("20190912-block.records")).size() + rows(path("20190913-block.records")).size() +
+                  rows(path("20190914-block.records")).size(),
+              1000);
 }

@@ -59,7 +59,7 @@ protected:
         auto settings = Spectrometer::dayFileSettings(path("saved"), "saved", metadata);
         settings.spectra = Spectrometer::spectraByMode(*store, *metadata, window->uiInfo()->spectrumInfos().toVector());
         Spectrometer::PlainFileOutput output(settings);
-        Spectrometer::writeRecords(output, *store, [](int done) {
+        Spectrometer::writeRecords(output, *store, 2, [](int done) {
             if (done % 20 == 0)
                 QCoreApplication::processEvents();
             return true;
