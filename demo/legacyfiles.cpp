@@ -7,6 +7,7 @@
 #include <QDir>
 
 #include <cmath>
+#include <map>
 
 namespace Demo {
 
@@ -88,14 +89,6 @@ QString variablesOf(const Spectrometer::RecordMetadata &metadata)
     return names.join(QLatin1Char(','));
 }
 
-QVector<SpectMath::SpectrumInfoPointer> spectraOf(const Campaign &campaign)
-{
-    QVector<SpectMath::SpectrumInfoPointer> all;
-    for (const auto &infos : campaign.spectra())
-        all += infos;
-    return all;
-}
-
 QString spectrumLine(const SpectMath::SpectrumInfo &info)
 {
     const bool isMobility = info.scale == SpectMath::DistributionScale::mobility;
@@ -118,49 +111,76 @@ QString spectrumFields(const Record &record, const SpectMath::SpectrumInfoPointe
     return QString(2 * int(info->nativePoints().size()) - 1, QLatin1Char(','));
 }
 
+/// The files of all kinds.
+class LegacyFiles {
+public:
+    explicit LegacyFiles(const Campaign &campaign)
+        : m_campaign(campaign),
+          m_electrometers(campaign,
+                          {QStringLiteral("#Electrometer currents: ") + electrometersOf(*campaign.metadata()),
+                           QStringLiteral("#Raw electrometer currents: ") + electrometersOf(*campaign.metadata())}),
+          m_variables(campaign, {QStringLiteral("#Diagnostics: ") + variablesOf(*campaign.metadata())})
+    {
+        const auto &spectra = campaign.spectra();
+        for (auto ofMode = spectra.begin(); ofMode != spectra.end(); ++ofMode) {
+            QStringList lines;
+            for (const auto &info : *ofMode)
+                lines << spectrumLine(*info);
+            m_distributions.emplace(ofMode.key(), LegacyFile(campaign, lines));
+        }
+    }
+
+    void addRecord(const Record &record)
+    {
+        const QStringList currents{listOf(record.currents), listOf(rootsOf(record.currentVariances)),
+                                   listOf(record.rawCurrents)};
+        m_electrometers.addRow(record, currents.join(QLatin1Char(',')));
+        m_variables.addRow(record, listOf(record.variables));
+        const QString mode = m_campaign.metadata()->opmodeName(record.opmode);
+        const auto file = m_distributions.find(mode);
+        if (file == m_distributions.end())
+            return;
+        QStringList fields;
+        for (const auto &info : m_campaign.spectra().value(mode))
+            fields << spectrumFields(record, info);
+        file->second.addRow(record, fields.join(QLatin1Char(',')));
+    }
+    /// The rows so far become files whose names begin so.
+    bool write(const QString &day)
+    {
+        bool areWritten = m_electrometers.write(day + QStringLiteral(".sig"));
+        areWritten &= m_variables.write(day + QStringLiteral(".log"));
+        for (auto &[mode, file] : m_distributions)
+            areWritten &= file.write(QStringLiteral("%1.%2.nds").arg(day, mode));
+        return areWritten;
+    }
+
+private:
+    const Campaign &m_campaign;
+    LegacyFile m_electrometers;
+    LegacyFile m_variables;
+    std::map<QString, LegacyFile> m_distributions; ///< by the name of the mode
+};
+
 } // namespace
 
 bool writeLegacyFiles(const Campaign &campaign, const QString &folder)
 {
-    const Spectrometer::RecordMetadata &metadata = *campaign.metadata();
-    const QVector<SpectMath::SpectrumInfoPointer> spectra = spectraOf(campaign);
-    QStringList spectrumLines;
-    for (const auto &info : spectra)
-        spectrumLines << spectrumLine(*info);
-    LegacyFile electrometers(campaign, {QStringLiteral("#Electrometer currents: ") + electrometersOf(metadata),
-                                        QStringLiteral("#Raw electrometer currents: ") + electrometersOf(metadata)});
-    LegacyFile variables(campaign, {QStringLiteral("#Diagnostics: ") + variablesOf(metadata)});
-    LegacyFile distributions(campaign, spectrumLines);
-
+    LegacyFiles files(campaign);
     bool areWritten = true;
     QString day;
-    const auto writeDay = [&] {
-        const QDir place(folder);
-        areWritten &= day.isEmpty() || (electrometers.write(place.filePath(day + QStringLiteral(".sig"))) &
-                                        variables.write(place.filePath(day + QStringLiteral(".log"))) &
-                                        distributions.write(place.filePath(day + QStringLiteral(".nds"))));
-    };
     for (int slot = 0; slot < campaign.slotCount(); ++slot) {
         const auto record = campaign.record(slot);
         if (!record)
             continue;
         const QString date =
             timeToString(localTime(record->beginTime, record->beginUtcOffset), QStringLiteral("%Y-%m-%d"));
-        if (date != day) {
-            writeDay();
-            day = date;
-        }
-        const QStringList currents{listOf(record->currents), listOf(rootsOf(record->currentVariances)),
-                                   listOf(record->rawCurrents)};
-        electrometers.addRow(*record, currents.join(QLatin1Char(',')));
-        variables.addRow(*record, listOf(record->variables));
-        QStringList fields;
-        for (const auto &info : spectra)
-            fields << spectrumFields(*record, info);
-        distributions.addRow(*record, fields.join(QLatin1Char(',')));
+        if (!day.isEmpty() && date != day)
+            areWritten &= files.write(QDir(folder).filePath(day));
+        day = date;
+        files.addRecord(*record);
     }
-    writeDay();
-    return areWritten;
+    return (day.isEmpty() || files.write(QDir(folder).filePath(day))) && areWritten;
 }
 
 } // namespace Demo

@@ -4,8 +4,8 @@
 
 namespace Demo {
 
-/// Writes the campaign as the comma-separated files of old instruments, three for each day: electrometer signals
-/// (`.sig`), variables (`.log`) and spectra (`.nds`). False if one could not be written; the log tells.
+/// Writes the campaign as the comma-separated files of old instruments: for each day electrometer signals (`.sig`),
+/// variables (`.log`) and the spectra of each mode (`.ions.nds`). False if one could not be written; the log tells.
 bool writeLegacyFiles(const Campaign &campaign, const QString &folder);
 
 } // namespace Demo

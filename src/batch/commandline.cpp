@@ -27,6 +27,12 @@ QDate dateOf(const std::string &text)
     return date.size() == 10 ? QDate::fromString(date, QStringLiteral("yyyy-MM-dd")) : QDate();
 }
 
+/// The name of an operating mode: one line without blanks at its ends.
+QString modeOf(const std::string &text)
+{
+    return textOf(text).simplified();
+}
+
 constexpr int leastPictureSide = 100;
 constexpr int greatestPictureSide = 16000; ///< twice that is still within the reach of the rasterizer
 
@@ -57,6 +63,7 @@ struct Words {
     bool records = false;
     bool legacy = false;
     int jobs = std::max(QThread::idealThreadCount(), 1);
+    std::string assumedOpmode;
 };
 
 void addFolderOptions(CLI::App *command, Words &words)
@@ -64,7 +71,14 @@ void addFolderOptions(CLI::App *command, Words &words)
     command->add_option("FOLDER", words.folder, "The data folder")->required();
     CLI::Option *const variant = command->add_option(
         "--variant", words.variant, "Averaging variant, such as block; without it, files that name no variant");
-    command->add_flag("--legacy", words.legacy, "Read old-style .sig, .log and .nds files instead")->excludes(variant);
+    CLI::Option *const legacy =
+        command->add_flag("--legacy", words.legacy, "Read old-style .sig, .log and .nds files instead");
+    legacy->excludes(variant);
+    const CLI::Validator name(
+        [](const std::string &text) { return modeOf(text).isEmpty() ? "not a name: " + text : std::string(); }, "NAME");
+    command->add_option("--assume-opmode", words.assumedOpmode, "Operating mode of old-style records without one")
+        ->check(name)
+        ->needs(legacy);
     command->add_option("--jobs", words.jobs, "Threads to work with")
         ->capture_default_str()
         ->check(CLI::Range(1, 1024));
@@ -140,7 +154,8 @@ void addRenderOptions(CLI::App *command, Words &words)
 
 ReadOptions folderOptions(const Words &words)
 {
-    return {textOf(words.folder), textOf(words.variant), QDate(), QDate(), words.legacy, words.jobs};
+    return {textOf(words.folder), textOf(words.variant),       QDate(),   QDate(),
+            words.legacy,         modeOf(words.assumedOpmode), words.jobs};
 }
 
 void completeRender(const Words &words, RenderOptions &options)
@@ -163,8 +178,10 @@ void completeRender(const Words &words, RenderOptions &options)
 
 ReadOptions readOptions(const Words &words)
 {
-    return {textOf(words.folder), textOf(words.variant), dateOf(words.from),
-            dateOf(words.to),     words.legacy,          words.jobs};
+    ReadOptions options = folderOptions(words);
+    options.from = dateOf(words.from);
+    options.to = dateOf(words.to);
+    return options;
 }
 
 void completeOutput(const Words &words, const QString &variant, SaveOptions &options)

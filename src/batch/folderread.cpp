@@ -53,6 +53,7 @@ FolderRead readFolder(const ReadOptions &options, const QStringList &files, cons
     FileReaderSettings settings;
     settings.files = files;
     settings.folder = options.folder;
+    settings.assumedOpmode = options.assumedOpmode;
     FileReaderTask task(result.reader, settings);
     {
         const Interrupt::ForwardTo forward(task);

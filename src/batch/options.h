@@ -14,8 +14,9 @@ struct ReadOptions {
     QString variant; ///< empty: files without a variant in their names
     QDate from;      ///< invalid: no limit
     QDate to;
-    bool legacy = false; ///< old-style files, which name no variant
-    int jobs = 1;        ///< threads; what comes out is the same for any number
+    bool legacy = false;   ///< old-style files, which name no variant
+    QString assumedOpmode; ///< of old-style records whose files tell none; empty: unknown
+    int jobs = 1;          ///< threads; what comes out is the same for any number
 };
 
 struct SummaryOptions {

@@ -182,6 +182,8 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
     Written written = invertAndWrite(options, *read.reader, inverters, selection, staged.path());
     outcome.interrupted = !written.complete;
     moveOut(staged, save.outputFolder, written, outcome);
+    if (!options.onlyNew)
+        Spectrometer::warnOfSpectraWithoutMode(*read.reader->datastore());
     outcome.tellWriting(written.counts, save.outputFolder, read, messages);
     return outcome;
 }

@@ -47,6 +47,7 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
                       [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
     output.closeFiles();
     ProgressLine::clear();
+    Spectrometer::warnOfSpectraWithoutMode(*read.reader->datastore());
     outcome.tellWriting(output.counts(), options.outputFolder, read, messages);
     return outcome;
 }

@@ -68,9 +68,15 @@ TEST_F(DayFolder, OldStyleFilesBecomeDayFiles)
     EXPECT_GT(old["records"].get<int>(), 0);
     EXPECT_EQ(run({"summary", "{}/in", "--legacy", "--variant", "block"}).code, 2);
     EXPECT_EQ(run({"save", "{}/in", "--legacy", "--output", "{}/out"}).code, 2) << "what shall they be called?";
-    const Ended saved = run({"save", "{}/in", "--legacy", "--output", "{}/out", "--output-variant", "old"});
-    EXPECT_NE(saved.code, 2) << saved.errors.constData();
-    EXPECT_TRUE(names("out").contains("20190912-old.records")) << names("out").join(' ').toStdString();
+    const QStringList save{"save", "{}/in", "--legacy", "--output-variant", "old", "--output"};
+    Ended saved = run(save + QStringList{"{}/out"});
+    EXPECT_EQ(saved.code, 3);
+    EXPECT_TRUE(saved.errors.contains("warning: 1 spectra were written to no file")) << saved.errors.constData();
+    EXPECT_EQ(names("out"), (QStringList{"20190912-old-ions.spectra", "20190912-old.records"}));
+    saved = run(save + QStringList{"{}/assumed", "--assume-opmode", " fog\t"});
+    EXPECT_EQ(saved.code, 0) << saved.errors.constData();
+    EXPECT_EQ(names("assumed"),
+              (QStringList{"20190912-old-fog.spectra", "20190912-old-ions.spectra", "20190912-old.records"}));
     const Json fresh = Json::parse(run({"summary", "{}/out", "--variant", "old", "--json"}).output.toStdString());
     for (const char *key : {"records", "begin", "end", "electrometers", "variables"})
         EXPECT_EQ(fresh[key], old[key]) << key;

@@ -2,6 +2,7 @@
 #include "batch/failingruns.h"
 #include "batch/reinvertcommand.h"
 
+#include "demo/legacyfiles.h"
 #include "support/demodata.h"
 
 #include <QElapsedTimer>
@@ -95,6 +96,29 @@ TEST_F(Reinvert, NewSpectraJoinThoseThatWereReadUnlessAloneAreWanted)
         }
     }
     EXPECT_EQ(rows("all/20190514-block-reinv.records"), rows("demo/20190514-block.records"));
+}
+
+TEST_F(Reinvert, SpectraOfAnUnknownModeAreMissedUnlessItIsAssumed)
+{
+    Demo::Campaign::Settings settings;
+    settings.interval = 3600;
+    QDir().mkpath(path("old"));
+    ASSERT_TRUE(Demo::writeLegacyFiles(Demo::Campaign(settings), path("old")));
+    for (const QString &name : names("old"))
+        write("old/" + name, contentOf("old/" + name).replace("modes: ions, ", "modes: "));
+    const QStringList common{
+        "reinvert",         "{}/old", "--legacy", "--inverters", "{}/inverters/particles-neg.inverter",
+        "--output-variant", "x",      "--output"};
+    const Ended missed = run(common + QStringList{"{}/missed"}),
+                fresh = run(common + QStringList{"{}/new", "--only-new"}),
+                assumed = run(common + QStringList{"{}/assumed", "--assume-opmode", "ions"});
+    EXPECT_EQ(missed.code, 3);
+    EXPECT_TRUE(missed.errors.contains("spectra were written to no file")) << missed.errors.constData();
+    EXPECT_EQ(fresh.code, 0) << fresh.errors.constData();
+    EXPECT_EQ(assumed.code, 0) << assumed.errors.constData();
+    EXPECT_EQ(names("missed"), QStringList{particles.arg("x")});
+    EXPECT_EQ(names("assumed"), (QStringList{ions.arg("x"), particles.arg("x")}));
+    EXPECT_EQ(rows("assumed/" + ions.arg("x")), rows("assumed/" + particles.arg("x")));
 }
 
 TEST_F(Reinvert, EveryWayOfEndingHasItsStatus)

@@ -2,6 +2,7 @@
 #include "demo/legacyfiles.h"
 
 #include "datafiles/reading/commentfile.h"
+#include "datafiles/reading/datafinder.h"
 #include "datafiles/reading/filereader.h"
 #include "store/datastore.h"
 #include "support/files.h"
@@ -167,7 +168,8 @@ TEST_F(DemoFilesTest, OldStyleFilesHoldWhatTheOthersHold)
     ASSERT_TRUE(QDir().mkpath(path("new")) && QDir().mkpath(path("old")));
     Demo::writeCampaign(campaign, path("new"));
     ASSERT_TRUE(Demo::writeLegacyFiles(campaign, path("old")));
-    EXPECT_EQ(filesIn(path("old")).size(), 6);
+    EXPECT_EQ(findDataFiles({{"folderName", path("old")}, {"legacyFiles", true}}), filesIn(path("old")));
+    EXPECT_EQ(filesIn(path("old")).size(), 8);
     const auto fresh = read(path("new")), old = read(path("old"));
     for (const Log::Entry &entry : log.entries())
         EXPECT_GT(entry.level, Log::Warning) << qPrintable(entry.message);

@@ -206,9 +206,9 @@ bool OldLineHeader::readGroups(const QString &text, int count)
             understood = false;
             continue;
         }
-        const int last = tokens[2].toInt();
-        const Spectrometer::ChannelRange range{tokens[1].toInt(),
-                                               last < std::numeric_limits<int>::max() ? last + 1 : last};
+        bool hasFirst = false, hasLast = false;
+        const int first = tokens[1].toInt(&hasFirst), last = tokens[2].toInt(&hasLast);
+        const Spectrometer::ChannelRange range{first, last < std::numeric_limits<int>::max() ? last + 1 : last};
         const auto known = groups.constFind(tokens[0]);
         if (known != groups.constEnd()) {
             if (*known == range)
@@ -218,7 +218,7 @@ bool OldLineHeader::readGroups(const QString &text, int count)
                      .arg(tokens[0]));
             return false;
         }
-        if (range.first >= 0 && range.first <= range.end && range.end <= count) {
+        if (hasFirst && hasLast && range.first >= 0 && range.first <= range.end && range.end <= count) {
             checkHeaderCount(groups.size() + 1);
             groups.insert(tokens[0], range);
         } else {

@@ -65,8 +65,12 @@ void FileReader::readLines(LineScanner &lines, BlockReader &blocks)
 
 void FileReader::finishRecords()
 {
-    for (const auto &record : m_state.datastore->records())
+    for (const auto &record : m_state.datastore->records()) {
         m_state.widen(*record);
+        // Not while files are read: a later one may tell the mode. Rows of the current format always have told it.
+        if (record->opmode < 0 && !m_assumedOpmode.isEmpty())
+            record->opmode = m_state.addOpmode(m_assumedOpmode);
+    }
 }
 
 void FileReader::dropRecords()

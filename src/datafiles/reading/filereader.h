@@ -23,12 +23,15 @@ public:
     FileReader(const SpectrumMap &previous, RecordTime begin, RecordTime end);
     ~FileReader();
 
+    /// The operating mode of old-style records whose files tell none; empty leaves it unknown.
+    void setAssumedOpmode(const QString &name) { m_assumedOpmode = name; }
+
     /// Reads a file; the result is its number of lines. Throws FileReaderError when the file as a whole fails; records
     /// read until then stay. Throws std::bad_alloc; the store is sound then, but may lack records of the file.
     int readFile(const QString &path);
 
-    /// Grows the vectors of all records to the final sizes, with NaN in new slots. Called once the read is over. Throws
-    /// std::bad_alloc, and then no record may be looked at.
+    /// Grows the vectors of all records to the final sizes, with NaN in new slots, and gives records without a mode the
+    /// assumed one. Called once the read is over. Throws std::bad_alloc, and then no record may be looked at.
     void finishRecords();
     /// Empties the store. Needs no memory.
     void dropRecords();
@@ -50,5 +53,6 @@ private:
     Log::Logger m_logger;
     FileReaderState m_state;
     ReadStatistics m_statistics;
+    QString m_assumedOpmode;
     std::function<void(std::int64_t)> m_byteCounter;
 };

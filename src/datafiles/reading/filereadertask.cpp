@@ -21,6 +21,7 @@ FileReaderTask::FileReaderTask(std::shared_ptr<FileReader> reader, const FileRea
     : QObject(parent), m_logger(QStringLiteral("filereader")), m_reader(std::move(reader)), m_settings(settings)
 {
     m_settings.files.sort(Qt::CaseSensitive);
+    m_reader->setAssumedOpmode(settings.assumedOpmode);
 }
 
 FileReaderTask::~FileReaderTask()

@@ -13,7 +13,8 @@ struct FileReaderSettings {
     QString folder;
     RecordTime beginLimit = earliestRecordTime;
     RecordTime endLimit = latestRecordTime;
-    QString windowSetup; ///< passed on, not used by the read
+    QString windowSetup;   ///< passed on, not used by the read
+    QString assumedOpmode; ///< of old-style records whose files tell none; empty: unknown
 };
 
 /// Reads a list of files into the store of a FileReader. Its owner moves it to a reading thread and calls run() through

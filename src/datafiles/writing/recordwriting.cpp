@@ -1,5 +1,6 @@
 #include "datafiles/writing/recordwriting.h"
 
+#include "log/logger.h"
 #include "util/workteam.h"
 
 #include <QSet>
@@ -29,6 +30,19 @@ SpectraByMode spectraByMode(const Datastore &store, const RecordMetadata &metada
                 modes[name].append(info);
     }
     return modes;
+}
+
+void warnOfSpectraWithoutMode(const Datastore &store)
+{
+    std::size_t spectra = 0;
+    for (const auto &record : store.records())
+        if (record->opmode < 0)
+            spectra += record->spectra.size();
+    if (spectra > 0)
+        Log::Logger(QStringLiteral("filewriter"))
+            .log(Log::Warning,
+                 QStringLiteral("%1 spectra were written to no file: the operating mode of their records is unknown")
+                     .arg(spectra));
 }
 
 PlainFileOutput::Settings dayFileSettings(const QString &folder, const QString &variant,

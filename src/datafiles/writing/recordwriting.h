@@ -16,6 +16,9 @@ using SpectraByMode = QMap<QString, QVector<SpectMath::SpectrumInfoPointer>>;
 SpectraByMode spectraByMode(const Datastore &store, const RecordMetadata &metadata,
                             const QVector<SpectMath::SpectrumInfoPointer> &infos);
 
+/// Tells the log how many spectra no file takes because the mode of their records isn't known.
+void warnOfSpectraWithoutMode(const Datastore &store);
+
 /// One file a day, one variant of that name, for all records that were read.
 PlainFileOutput::Settings dayFileSettings(const QString &folder, const QString &variant,
                                           std::shared_ptr<const RecordMetadata> metadata);

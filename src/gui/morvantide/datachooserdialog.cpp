@@ -12,15 +12,18 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QToolButton>
 
 namespace {
 
 constexpr int listDelay = 300; // ms
 const QStringList commonVariants{QStringLiteral("block"), QStringLiteral("10s"), QStringLiteral("1s")};
+const QStringList commonModes{QStringLiteral("ions"), QStringLiteral("particles")};
 
 QComboBox *makeEditableBox(const QString &name, int characters, QWidget *parent)
 {
@@ -149,8 +152,30 @@ QGroupBox *DataChooserDialog::makeKindBox()
     grid->addWidget(m_averagingVariant, 0, 0);
     grid->addWidget(m_variant, 0, 1, Qt::AlignLeft);
     grid->addWidget(m_legacyFiles, 1, 0, 1, 2);
+    grid->addLayout(makeModeRow(box), 2, 0, 1, 2);
     grid->setColumnStretch(1, 1);
     return box;
+}
+
+QLayout *DataChooserDialog::makeModeRow(QWidget *box)
+{
+    m_assumedOpmode = makeEditableBox(QStringLiteral("assumedOpmodeComboBox"), 12, box);
+    m_assumedOpmode->addItems(commonModes);
+    m_assumedOpmode->clearEditText();
+    m_assumedOpmode->lineEdit()->setPlaceholderText(tr("unknown"));
+    m_assumedOpmode->setToolTip(tr("Spectra of records of an unknown mode can't be saved"));
+    auto *label = new QLabel(tr("Operating mode where files tell none:"), box);
+    label->setBuddy(m_assumedOpmode);
+    auto *row = new QHBoxLayout;
+    row->addSpacing(style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
+                    style()->pixelMetric(QStyle::PM_RadioButtonLabelSpacing));
+    for (QWidget *widget : std::initializer_list<QWidget *>{label, m_assumedOpmode}) {
+        row->addWidget(widget);
+        widget->setEnabled(false);
+        connect(m_legacyFiles, &QRadioButton::toggled, widget, &QWidget::setEnabled);
+    }
+    row->addStretch();
+    return row;
 }
 
 void DataChooserDialog::updateAcceptable()
@@ -179,6 +204,7 @@ void DataChooserDialog::setChoice(const QVariantMap &choice)
     ifGiven("variant", [this](const QVariant &v) { m_variant->setEditText(v.toString()); });
     ifGiven("legacyFiles",
             [this](const QVariant &v) { (v.toBool() ? m_legacyFiles : m_averagingVariant)->setChecked(true); });
+    ifGiven("assumedOpmode", [this](const QVariant &v) { m_assumedOpmode->setEditText(v.toString()); });
 }
 
 QVariantMap DataChooserDialog::choice() const
@@ -189,7 +215,8 @@ QVariantMap DataChooserDialog::choice() const
             {QStringLiteral("limitBegin"), m_limitBegin->isChecked()},
             {QStringLiteral("limitEnd"), m_limitEnd->isChecked()},
             {QStringLiteral("variant"), m_variant->currentText()},
-            {QStringLiteral("legacyFiles"), m_legacyFiles->isChecked()}};
+            {QStringLiteral("legacyFiles"), m_legacyFiles->isChecked()},
+            {QStringLiteral("assumedOpmode"), m_assumedOpmode->currentText().simplified()}};
 }
 
 void DataChooserDialog::chooseFolder()

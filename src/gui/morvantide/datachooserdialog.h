@@ -12,7 +12,8 @@ class QGroupBox;
 class QRadioButton;
 
 /// Asks for the data to read: a folder, its time span, and the averaging variant or the old-style files. A choice is a
-/// map with "folderName", "beginTime" and "endTime" (QDateTime), "limitBegin", "limitEnd", "variant" and "legacyFiles".
+/// map with "folderName", "beginTime" and "endTime" (QDateTime), "limitBegin", "limitEnd", "variant", "legacyFiles" and
+/// "assumedOpmode", the mode of old-style records whose files tell none.
 class DataChooserDialog : public QDialog {
     Q_OBJECT
 public:
@@ -37,6 +38,8 @@ private:
     QWidget *makeFolderRow();
     QGroupBox *makeTimespanBox();
     QGroupBox *makeKindBox();
+    /// The mode of records whose files tell none, as a row of that box.
+    QLayout *makeModeRow(QWidget *box);
     QDateTimeEdit *makeDateEdit(const QString &name);
     void setSpanOfDays(int days);
     void updateAcceptable();
@@ -49,6 +52,7 @@ private:
     QRadioButton *m_averagingVariant = nullptr;
     QComboBox *m_variant = nullptr;
     QRadioButton *m_legacyFiles = nullptr;
+    QComboBox *m_assumedOpmode = nullptr;
     QDialogButtonBox *m_buttons = nullptr;
     QTimer m_listTimer; ///< lets a name be typed before the folder is looked into
 };

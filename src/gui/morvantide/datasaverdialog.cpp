@@ -261,6 +261,7 @@ void DataSaverDialog::saveData()
     if (counts.lost > 0)
         logger().log(Log::Error, QStringLiteral("%1 of %2 rows could not be written")
                                      .arg(QString::number(counts.lost), QString::number(counts.written + counts.lost)));
+    Spectrometer::warnOfSpectraWithoutMode(*m_content.store);
     checkFolder(folder());
     setSaving(false);
     if (focused)

@@ -37,7 +37,8 @@ std::optional<DataRequest> FileChoices::askForFolder(const QVariantMap &firstCho
     // Old-style files have no variant, whatever the box says.
     const bool isLegacy = choice.value(QStringLiteral("legacyFiles")).toBool();
     const QString variant = choice.value(QStringLiteral("variant")).toString();
-    return DataRequest{folder, findDataFiles(choice), isLegacy ? QStringLiteral("legacy") : variant};
+    const QString assumedOpmode = isLegacy ? choice.value(QStringLiteral("assumedOpmode")).toString() : QString();
+    return DataRequest{folder, findDataFiles(choice), isLegacy ? QStringLiteral("legacy") : variant, assumedOpmode};
 }
 
 std::optional<DataRequest> FileChoices::askForFiles()
@@ -48,7 +49,7 @@ std::optional<DataRequest> FileChoices::askForFiles()
         return {};
     const QString folder = dialog.directory().absolutePath();
     m_settings->setValue(pickedPathKey, folder);
-    return DataRequest{folder, dialog.selectedFiles(), {}};
+    return DataRequest{folder, dialog.selectedFiles(), {}, {}};
 }
 
 QStringList FileChoices::askForInverters()

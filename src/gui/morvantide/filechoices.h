@@ -11,8 +11,9 @@ class QWidget;
 /// Data to open.
 struct DataRequest {
     QString folder;
-    QStringList files; ///< names in the folder, or whole paths
-    QString variant;   ///< averaging variant; empty for files picked by hand
+    QStringList files;     ///< names in the folder, or whole paths
+    QString variant;       ///< averaging variant; empty for files picked by hand
+    QString assumedOpmode; ///< of old-style records whose files tell none; empty: unknown
 };
 
 /// Asks the user for files and folders, and keeps the last choice in the settings. Both outlive it.

@@ -182,6 +182,7 @@ void MorvantideMainWindow::openFiles(const DataRequest &request)
     FileReaderSettings settings;
     settings.files = request.files;
     settings.folder = request.folder;
+    settings.assumedOpmode = request.assumedOpmode;
     m_loader.start(settings);
 }
 

@@ -25,7 +25,7 @@ protected:
     {
         log = std::make_unique<LogCatcher>();
         reader = std::make_shared<FileReader>(FileReader::SpectrumMap(), beginLimit, endLimit);
-        FileReaderTask task(reader, {files, from, beginLimit, endLimit, QString()});
+        FileReaderTask task(reader, {files, from, beginLimit, endLimit, QString(), assumedOpmode});
         task.run();
         reader->finishRecords();
     }
@@ -45,6 +45,7 @@ protected:
     QTemporaryDir folder;
     RecordTime beginLimit = earliestRecordTime;
     RecordTime endLimit = latestRecordTime;
+    QString assumedOpmode;
     std::shared_ptr<FileReader> reader;
     std::unique_ptr<LogCatcher> log;
 };

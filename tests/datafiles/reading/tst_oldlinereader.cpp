@@ -48,6 +48,35 @@ TEST_F(OldFiles, AHeaderOfManyCommentsIsReadWithin16MB)
     EXPECT_TRUE(complaints()[0].contains("Header too long"));
 }
 
+TEST_F(OldFiles, AHundredThousandOfAnythingCostTheirBlockOrRowAlone)
+{
+    const auto many = [](const char *text) { return QByteArray(text).repeated(100000); };
+    const struct {
+        QByteArray header, fields;
+        const char *complaint;
+    } table[] = {{"#Diagnostics: d" + many(",\"d\""), "1", "too many values"},
+                 {"#Diagnostic values and voltages: d" + many(", d"), "1", "too many values"},
+                 {"#Operating modes: ions" + many(", m"), "1", "too many values"},
+                 {"#Electrometer currents: 100000", "1", "too many values"},
+                 {"#Raw electrometer currents: 2 (a 0 0" + many(",a 0 0") + ")", "1,2", "too many values"},
+                 {"#Result spectrum: \"s\" dif num (1/cm^3), rad (nm) 1" + many(",1"), "1", "too many values"},
+                 {"#Diagnostics: d" + many("\n#Diagnostics: d"), "1", "too many values"},
+                 {"#Diagnostics: d", "1" + many(",1"), "100004 fields found, 4 expected"},
+                 {"#Diagnostics: \"d" + many("x"), "1" + many("1"), nullptr}};
+    for (const auto &each : table) {
+        const QByteArray sound = QByteArray("#Only records\n#Diagnostics: flow\n") + columnRow + row(1, "ions,5");
+        QElapsedTimer clock;
+        clock.start();
+        readFile(each.header + '\n', row(0, "ions," + each.fields) + sound);
+        EXPECT_LT(clock.elapsed(), 2000) << each.header.left(20).constData();
+        ASSERT_EQ(complaints().size(), each.complaint ? 1 : 0) << each.header.left(20).constData();
+        EXPECT_TRUE(!each.complaint || complaints()[0].contains(each.complaint)) << complaints()[0].toStdString();
+        const auto flow = reader->metadata()->variable("flow");
+        ASSERT_TRUE(flow && recordCount() > 0) << each.header.left(20).constData();
+        EXPECT_EQ(record(recordCount() - 1).variables[std::size_t(flow->valueIndex)], 5);
+    }
+}
+
 TEST_F(OldFiles, BlanksBetweenGroupsCostNoTime)
 {
     const QByteArray blanks = QByteArray(" ").repeated(32000);
@@ -71,6 +100,37 @@ TEST_F(OldFiles, SpectraAreSharedOverFilesByTheirHash)
     ASSERT_EQ(recordCount(), 1);
     EXPECT_EQ(record(0).spectra.size(), 2u);
     EXPECT_EQ(record(0).spectra[0]->info, record(0).spectra[1]->info);
+}
+
+TEST_F(OldFiles, ReadTogetherWithOthersGiveOneStore)
+{
+    const QByteArray old = "#Only records\n#Operating modes: ions\n";
+    write("2009-05-01.log",
+          old + "#Diagnostics: flow\nbegintime,endtime,flow\n2009-05-01 10:00:00,2009-05-01 10:00:30,5\n"
+                "2009-05-01 10:01:00,2009-05-01 10:01:30,6\n2009-05-01 10:02:00,2009-05-01 10:02:30,7\n");
+    write("2009-05-01.nds",
+          old + "#Result spectrum: \"s\" dif num (1/cm^3), rad (nm) 1,2\n" + columnRow + row(1, "ions,1,2,3,4"));
+    write("20090501-block.records", {"# Quilvane records", "# opmodes: [particles]", "# parameters:", "# - temp",
+                                     "# - flow", "# ", "begin_time\tend_time\topmode\ttemp\tflow\tflags",
+                                     "2009-05-01 10:02:00\t2009-05-01 10:02:30\tparticles\t20\t8\t",
+                                     "2009-05-01 10:03:00\t2009-05-01 10:03:30\tparticles\t21\t9\t"});
+    QStringList paths;
+    for (const QString &name : filesIn(folder.path()))
+        paths << folder.filePath(name);
+    for (const char *assumed : {"", "fog"}) {
+        assumedOpmode = assumed;
+        read(paths, folder.path());
+        EXPECT_EQ(complaints(), QStringList());
+        ASSERT_EQ(recordCount(), 4);
+        QStringList modes;
+        for (int i = 0; i < recordCount(); ++i)
+            modes << modeOf(i);
+        EXPECT_EQ(modes, (QStringList{assumed, "ions", assumed, "particles"})) << "a later file may tell the mode";
+        EXPECT_EQ(record(1).spectra.size(), 1u);
+        EXPECT_EQ(record(1).variables[0], 6);
+        EXPECT_EQ(record(2).variables[0], 8);
+        EXPECT_EQ(record(2).variables[1], 20);
+    }
 }
 
 } // namespace

@@ -40,31 +40,34 @@ TEST(DataChooserDialog, GivesBackWhatItWasGiven)
     EXPECT_FALSE(d.isOkEnabled()) << "no folder";
     const QVariantMap first{{"folderName", "/a b/ä"}, {"beginTime", day(9, 12)}, {"endTime", day(9, 13)},
                             {"limitBegin", true},     {"limitEnd", true},        {"variant", "7s"},
-                            {"legacyFiles", true}};
+                            {"legacyFiles", true},    {"assumedOpmode", "fog"}};
     d.dialog.setOldPaths({"/x", "/y"});
     d.dialog.setChoice(first);
     EXPECT_EQ(d.dialog.choice(), first);
     EXPECT_TRUE(d.isOkEnabled());
     EXPECT_TRUE(d.find<QDateTimeEdit>("beginTimeEdit")->isEnabled());
     EXPECT_FALSE(d.find<QComboBox>("variantComboBox")->isEnabled());
+    EXPECT_TRUE(d.find<QComboBox>("assumedOpmodeComboBox")->isEnabled());
 
     d.dialog.setChoice({{"limitEnd", false}, {"legacyFiles", false}});
     QVariantMap second = first;
     second["limitEnd"] = second["legacyFiles"] = false;
     EXPECT_EQ(d.dialog.choice(), second) << "keys that are missing change nothing";
     EXPECT_FALSE(d.find<QDateTimeEdit>("endTimeEdit")->isEnabled());
+    EXPECT_FALSE(d.find<QComboBox>("assumedOpmodeComboBox")->isEnabled());
 }
 
 TEST(DataChooserDialog, StartsTodayWithTheBlockVariant)
 {
     Dialog d;
     const QVariantMap choice = d.dialog.choice();
-    EXPECT_EQ(choice.size(), 7);
+    EXPECT_EQ(choice.size(), 8);
     EXPECT_EQ(choice["beginTime"].toDate(), QDate::currentDate());
     EXPECT_EQ(choice["endTime"].toDate(), QDate::currentDate());
     EXPECT_FALSE(choice["limitBegin"].toBool());
     EXPECT_FALSE(choice["legacyFiles"].toBool());
     EXPECT_EQ(choice["variant"].toString(), "block");
+    EXPECT_EQ(choice["assumedOpmode"].toString(), "") << "only the user can know";
     EXPECT_EQ(d.find<QDateTimeEdit>("beginTimeEdit")->displayFormat(), "yyyy-MM-dd");
 }
 

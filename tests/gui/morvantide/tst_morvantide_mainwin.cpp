@@ -209,6 +209,26 @@ TEST_F(MorvantideMainWindowTest, SavesTheOpenDataAndRemembersWhere)
     EXPECT_FALSE(action("Spectra info")->isEnabled());
 }
 
+TEST_F(MorvantideMainWindowTest, OldStyleDataAreSavedUnderTheirOwnVariantAndAssumedMode)
+{
+    data.write("2010-05-14.sig", ::contentOf(FUZZ_CORPUS "/dayfile/old-plain.sig"));
+    for (const char *assumed : {"", "fog"}) {
+        open({{"legacyFiles", true}, {"variant", "10s"}, {"assumedOpmode", assumed}});
+        const QString output = path(QString("out") + assumed);
+        withDialog<DataSaverDialog>([&](DataSaverDialog &dialog) {
+            dialog.findChild<QLineEdit *>("folderEdit")->setText(output);
+            dialog.saveData();
+            dialog.close();
+        });
+        action("Save data...")->trigger();
+        QStringList files{"20190912-legacy-reinv-ions.spectra"};
+        if (*assumed)
+            files.prepend("20190912-legacy-reinv-fog.spectra");
+        EXPECT_EQ(filesIn(output), files);
+        EXPECT_EQ(log().count("1 spectra were written to no file"), 1) << "of the first time";
+    }
+}
+
 TEST_F(MorvantideMainWindowTest, AWishToQuitEndsASaveUnderWay)
 {
     for (int day = 1; day <= 20; ++day)

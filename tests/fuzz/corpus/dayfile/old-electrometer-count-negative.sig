@@ -1,0 +1,5 @@
+#Only records
+#Operating modes: ions, particles
+#Electrometer currents: -2 (pos 0 0)
+begintime,endtime,opmode,x
+2019-09-12 12:00:00,2019-09-12 12:01:00,ions,1,2

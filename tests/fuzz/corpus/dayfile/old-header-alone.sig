@@ -1,0 +1,3 @@
+#Only records
+#Operating modes: ions, particles
+#Diagnostics: "flow", temp

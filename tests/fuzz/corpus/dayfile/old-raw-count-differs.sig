@@ -1,0 +1,7 @@
+#Only records
+#Operating modes: ions, particles
+#Electrometer currents: 2 (pos 0 0, neg 1 1)
+#Raw electrometer currents: 3 (pos 0 0, neg 1 1)
+#Diagnostics: "flow", temp
+begintime,endtime,opmode,x
+2019-09-12 12:00:00,2019-09-12 12:01:00,ions,1,2,0.5,3,100,200,300,7,8
