@@ -22,9 +22,11 @@ std::optional<double> finiteNumber(const QVariant &value)
     case QMetaType::ULongLong:
     case QMetaType::Double:
     case QMetaType::Float:
-        if (std::isfinite(value.toDouble()))
-            return value.toDouble();
-        return std::nullopt;
+    case QMetaType::QString: {
+        bool isNumber = false;
+        const double number = value.toDouble(&isNumber);
+        return isNumber && std::isfinite(number) ? std::optional(number) : std::nullopt;
+    }
     default:
         return std::nullopt;
     }

@@ -10,7 +10,8 @@ namespace Tsb {
 // Reading of a view's stored setup. The setup may come from anywhere: a value of another type than expected counts as
 // absent.
 
-/// The value if it is a finite number; none for texts, truth values, lists, NaN and infinities.
+/// The value if it is a finite number, or the text of one, as "1e5" is in setups; none for truth values, lists, NaN and
+/// infinities.
 std::optional<double> finiteNumber(const QVariant &value);
 /// A whole number of 32 bits.
 std::optional<int> wholeNumber(const QVariant &value);

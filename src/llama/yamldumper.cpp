@@ -66,6 +66,17 @@ private:
         return isList(value) || value.userType() == QMetaType::QVariantMap;
     }
 
+    static QByteArray plainText(const QVariant &value)
+    {
+        const QByteArray text = value.toString().toUtf8();
+        const bool isNumber = value.userType() == QMetaType::Double || value.userType() == QMetaType::LongLong ||
+                              value.userType() == QMetaType::ULongLong || value.userType() == QMetaType::UInt;
+        bool fits = false;
+        text.toInt(&fits);
+        // An integer beyond 32 bits would be read as 0.
+        return isNumber && !fits && classifyScalar(text.constData()) == ScalarClass::Decimal ? text + ".0" : text;
+    }
+
     bool dumpValue(const QVariant &value)
     {
         if (value.userType() == QMetaType::QVariantMap)
@@ -75,7 +86,7 @@ private:
         if (value.userType() == QMetaType::QString)
             return dumpString(value.toString());
         if (value.canConvert(QMetaType::QString)) // "true" and "false" too
-            return dumpScalar(value.toString().toUtf8(), YAML_PLAIN_SCALAR_STYLE);
+            return dumpScalar(plainText(value), YAML_PLAIN_SCALAR_STYLE);
         return false;
     }
 

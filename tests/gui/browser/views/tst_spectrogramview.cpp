@@ -321,6 +321,10 @@ TEST_F(SpectrogramViewTest, OddSettingsAreKeptOrRefused)
     EXPECT_EQ(view.colorLower(), 0.5);
     EXPECT_EQ(view.colorUpper(), 3.5);
     EXPECT_FALSE(view.isScaleGiven());
+    for (const char *upper : {"1e1", "nan", "", "high", "1e999"})
+        view.setSettings(QVariantMap{{"colorLower", "-.5"}, {"colorUpper", upper}});
+    EXPECT_EQ(view.colorLower(), -0.5) << "a number that was stored as text";
+    EXPECT_EQ(view.colorUpper(), 10);
 }
 
 TEST_F(SpectrogramViewTest, TheListChoosesSpectra)
