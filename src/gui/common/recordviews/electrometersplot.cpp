@@ -80,11 +80,9 @@ QVariantMap ElectrometersPlot::setup() const
 
 void ElectrometersPlot::restoreSetup(const QVariantMap &setup)
 {
-    const QVariant coefficients = setup.value(coefficientsKey), use = setup.value(useCoefficientsKey);
-    if (coefficients.canConvert<QVariantList>())
-        setCoefficients(coefficientsOf(coefficients.toList()));
-    if (use.type() == QVariant::Bool)
-        setUseCorrection(use.toBool());
+    const QVariant use = setup.value(useCoefficientsKey);
+    setCoefficients(coefficientsOf(setup.value(coefficientsKey).toList()));
+    setUseCorrection(use.type() == QVariant::Bool && use.toBool());
 }
 
 void ElectrometersPlot::refreshSetup()

@@ -25,8 +25,9 @@ public:
 
     /// A short name that doesn't change with the language.
     virtual QString viewName() const = 0;
-    /// The user's choices in this view, as a window setup stores them; restoreSetup() takes any map, and leaves
-    /// as they are the choices that are missing in it or make no sense.
+    /// The user's choices in this view, as a window setup stores them. restoreSetup() takes any map: a choice that is
+    /// missing in it or makes no sense becomes that of a new view, so that a layout looks the same whatever was there
+    /// before. Only the columns of a table stay as they are.
     virtual QVariantMap setup() const { return {}; }
     virtual void restoreSetup(const QVariantMap &) {}
 

@@ -96,9 +96,7 @@ QVariantMap VarGridView::setup() const
 void VarGridView::restoreSetup(const QVariantMap &setup)
 {
     const QVariant name = setup.value(selectedLayoutKey);
-    if (name.type() != QVariant::String)
-        return;
-    m_selectedLayout = name.toString();
+    m_selectedLayout = name.type() == QVariant::String ? name.toString() : QString();
     updateSetup();
 }
 

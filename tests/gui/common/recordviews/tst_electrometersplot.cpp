@@ -229,10 +229,11 @@ TEST(ElectrometersPlot, CorrectsWithTheUsersCoefficients)
     EXPECT_EQ(other.points("Current"), "1:10 2:-40 4:160");
     EXPECT_TRUE(other.action("Use correction")->isChecked());
     for (const QVariantMap &map : {QVariantMap(), QVariantMap{{"coefficients", 3}, {"useCoefficients", "no"}}}) {
+        other.view.restoreSetup(shown.view.setup());
         other.view.restoreSetup(map);
-        EXPECT_EQ(other.view.setup(), shown.view.setup());
+        EXPECT_EQ(other.view.setup(), Shown().view.setup()) << "as in a new view";
     }
-    other.view.restoreSetup({{"coefficients", QStringList({"1", "zwei"})}});
+    other.view.restoreSetup({{"coefficients", QStringList({"1", "zwei"})}, {"useCoefficients", true}});
     EXPECT_EQ(other.plot->title().text(), misfit);
 
     shown.enter({" "});

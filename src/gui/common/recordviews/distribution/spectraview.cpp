@@ -298,8 +298,9 @@ QVariantMap SpectraView::setup() const
 void SpectraView::restoreSetup(const QVariantMap &setup)
 {
     const QScopedValueRollback<bool> guard(m_isRestoring, true); // what was stored needs no storing again
+    *m_options = PlotOptions();
     m_options->takeFrom(setup);
-    bool isSingle = isSinglePlot();
+    bool isSingle = true;
     takeBool(setup, singlePlotKey, isSingle);
     m_plots->setSinglePlot(isSingle);
     choicesChanged();
