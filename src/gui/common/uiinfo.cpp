@@ -37,6 +37,7 @@ void UiInfo::removeSpectrum(InfoKey info)
         return;
     m_spectrumTags.remove((*found)->hash);
     m_spectrumComments.remove((*found)->hash);
+    m_userColors.remove((*found)->hash);
     m_spectrumInfos.erase(found);
 }
 
@@ -53,8 +54,17 @@ void UiInfo::clear()
 
 void UiInfo::setSpectrumColor(InfoKey info, const QColor &color)
 {
-    if (info && color.isValid())
-        m_spectrumColors.insert(info->hash, color);
+    if (!info || !color.isValid())
+        return;
+    m_spectrumColors.insert(info->hash, color);
+    m_userColors.insert(info->hash, color);
+}
+
+void UiInfo::setUserColors(const SpectrumColors::ByHash &colors)
+{
+    for (auto it = m_userColors.constBegin(); it != m_userColors.constEnd(); ++it)
+        m_spectrumColors.remove(it.key());
+    m_userColors = colors;
 }
 
 void UiInfo::setSpectrumComment(InfoKey info, const QString &comment)
@@ -72,6 +82,8 @@ void UiInfo::publish()
     const QStringList names = SpectrumNaming::displayNames(infos);
     for (int i = 0; i < names.size(); ++i)
         m_spectrumNames.insert(m_spectrumInfos[i]->hash, names[i]);
+    for (auto it = m_userColors.constBegin(); it != m_userColors.constEnd(); ++it)
+        m_spectrumColors.insert(it.key(), *it);
     if (m_metadata) // without data the colours wait for the next
         m_spectrumColors = SpectrumColors::updated(m_spectrumColors, m_spectrumInfos);
     m_opmodeColors = m_metadata ? SpectrumColors::opmodeColors(m_metadata->opmodes) : std::vector<QColor>();

@@ -42,6 +42,10 @@ public:
     void clear();
     /// The user's own colour for a spectrum, which stays with its hash. An invalid one changes nothing.
     void setSpectrumColor(InfoKey info, const QColor &color);
+    /// The colours that the user gave, by hash.
+    const SpectrumColors::ByHash &userColors() const { return m_userColors; }
+    /// Others in the place of all of these; spectra without one get an automatic colour.
+    void setUserColors(const SpectrumColors::ByHash &colors);
     /// The user's own words on a spectrum of the list, in place of those that it came with; gone with the data.
     void setSpectrumComment(InfoKey info, const QString &comment);
     /// The layouts of the variable grid for the present metadata.
@@ -93,6 +97,7 @@ private:
     QHash<QString, QString> m_spectrumTags;
     QHash<QString, QString> m_spectrumComments; ///< by the user
     SpectrumColors::ByHash m_spectrumColors;
+    SpectrumColors::ByHash m_userColors;
     std::vector<QColor> m_opmodeColors;
     std::vector<VarGridLayout> m_gridLayouts;
     QStringList m_highlightedVariables;

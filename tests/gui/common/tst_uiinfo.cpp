@@ -133,6 +133,15 @@ TEST(UiInfo, TheUsersColoursAndCommentsStandBeforeTheOwn)
     EXPECT_EQ(ui.spectrumName(b.get()), "p (second)");
     EXPECT_EQ(ui.spectrumColor(a.get()), QColor(Qt::green));
     EXPECT_EQ(ui.spectrumColor(b.get()), colorOfB);
+    EXPECT_EQ(ui.userColors(), (SpectrumColors::ByHash{{"aaaa", Qt::green}})) << "automatic ones aren't the user's";
+    ui.setUserColors({{"bbbb", Qt::red}, {"eeee", Qt::blue}});
+    ui.publish();
+    EXPECT_NE(ui.spectrumColor(a.get()), QColor(Qt::green));
+    EXPECT_EQ(ui.spectrumColor(b.get()), QColor(Qt::red));
+    const auto later = namedSpectrum("later", "eeee");
+    ui.addSpectrum(later, "");
+    ui.publish();
+    EXPECT_EQ(ui.spectrumColor(later.get()), QColor(Qt::blue)) << "the colour waited for its spectrum";
     EXPECT_EQ(ui.spectrumComment(nullptr), "");
     const auto copy = ui.commented(a);
     EXPECT_EQ(copy->comment, "own");
