@@ -1,7 +1,6 @@
 #include "batch/render/stackpicture.h"
 
 #include "datafiles/reading/filereader.h"
-#include "gui/browser/controls/header.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/opmodeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
@@ -9,7 +8,6 @@
 #include "gui/common/uiinfo.h"
 
 #include <QCoreApplication>
-#include <QSplitter>
 
 #include <algorithm>
 #include <cmath>
@@ -55,7 +53,7 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
 
     const int width = size.isEmpty() ? defaultWidth : size.width();
     m_browser->resize(std::max(width, defaultWidth), spareHeight);
-    m_browser->findChild<Tsb::Header *>()->splitter()->setSizes({leftColumn, m_browser->width()});
+    m_browser->setLeftColumnWidth(leftColumn);
     settle();
     const int besideAxis = m_browser->drawing().frame.width() - m_browser->timeView()->width();
     m_browser->resize(m_browser->width() + width - m_browser->drawing().frame.width(), m_browser->height());
@@ -66,10 +64,7 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
         shareHeight(std::max(defaultHeight, m_browser->drawing().frame.height()));
     // Last, since scales are fitted to what is in sight.
     m_browser->fitTimescale(span.begin, span.end);
-    for (View *view : m_browser->views()) {
-        if (!view->isScaleGiven()) // a setup that is written by hand needn't know the values
-            view->fitScale();
-    }
+    m_browser->fitUntoldScales();
     settle();
     m_frame = m_browser->drawing().frame;
     if (width < besideAxis + leastAxisWidth)

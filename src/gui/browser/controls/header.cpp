@@ -13,7 +13,6 @@ namespace Tsb {
 namespace {
 
 constexpr int leastLeftColumn = 40;
-constexpr int defaultLeftColumn = 110;
 
 } // namespace
 
@@ -26,7 +25,7 @@ Header::Header(QWidget *parent)
     m_splitter->setStretchFactor(0, 0);
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setChildrenCollapsible(false);
-    setDefaultSizes();
+    setLeftColumn(defaultLeftColumn);
 
     QFrame frame;
     frame.setFrameStyle(m_timeView->frameStyle());
@@ -41,9 +40,18 @@ Header::Header(QWidget *parent)
     connect(m_splitter, &QSplitter::splitterMoved, this, &Header::updateLeftMargin);
 }
 
-void Header::setDefaultSizes()
+int Header::leftColumn() const
 {
-    m_splitter->setSizes({defaultLeftColumn, std::max(defaultLeftColumn, m_splitter->width() - defaultLeftColumn)});
+    return m_shown ? m_splitter->sizes().value(0) : m_wantedLeftColumn;
+}
+
+void Header::setLeftColumn(int width)
+{
+    m_wantedLeftColumn = width;
+    const int left = qBound(0, width, std::max(defaultLeftColumn, m_splitter->width() * 3 / 4));
+    m_splitter->setSizes({left, std::max(defaultLeftColumn, m_splitter->width() - left)});
+    if (m_shown)
+        updateLeftMargin();
 }
 
 void Header::setViewLeft(int x)
@@ -73,7 +81,7 @@ bool Header::event(QEvent *event)
     switch (event->type()) {
     case QEvent::Show:
         if (!m_shown)
-            setDefaultSizes();
+            setLeftColumn(m_wantedLeftColumn);
         m_shown = true;
         updateLeftMargin();
         break;

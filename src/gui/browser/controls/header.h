@@ -13,10 +13,15 @@ class TimeView;
 class Header : public QWidget {
     Q_OBJECT
 public:
+    static constexpr int defaultLeftColumn = 110;
+
     explicit Header(QWidget *parent = nullptr);
 
     TimeView *timeView() const { return m_timeView; }
     QSplitter *splitter() const { return m_splitter; }
+    int leftColumn() const;
+    /// Gives the empty column that width, but leaves a quarter to the axis; a hidden header gets it when it is shown.
+    void setLeftColumn(int width);
     /// Where views begin, in the header's coordinates; the left margin is counted from there.
     void setViewLeft(int x);
     /// Where the time axis begins, in a view's coordinates.
@@ -29,7 +34,6 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    void setDefaultSizes();
     void updateLeftMargin();
 
     QVBoxLayout *m_layout;
@@ -37,6 +41,7 @@ private:
     QWidget *m_leftSpacer;
     TimeView *m_timeView;
     int m_viewLeft = 0;
+    int m_wantedLeftColumn = defaultLeftColumn; ///< until it is shown
     bool m_shown = false;
 };
 

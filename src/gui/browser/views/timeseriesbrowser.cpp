@@ -304,6 +304,16 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
     setUpdatesEnabled(true);
 }
 
+int TimeSeriesBrowser::leftColumnWidth() const
+{
+    return m_header->leftColumn();
+}
+
+void TimeSeriesBrowser::setLeftColumnWidth(int width)
+{
+    m_header->setLeftColumn(width);
+}
+
 // ---- for all views
 
 void TimeSeriesBrowser::activateLayouts()
@@ -331,6 +341,15 @@ void TimeSeriesBrowser::allFitScale()
     activateLayouts();
     for (View *view : views())
         view->fitScale();
+}
+
+void TimeSeriesBrowser::fitUntoldScales()
+{
+    activateLayouts();
+    for (View *view : views()) {
+        if (!view->isScaleGiven())
+            view->fitScale();
+    }
 }
 
 void TimeSeriesBrowser::fitTimescale(RecordTime begin, RecordTime end)

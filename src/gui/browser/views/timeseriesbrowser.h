@@ -53,6 +53,10 @@ public:
     /// Puts other views in the place of all. Unsound parts of the value count as absent.
     void setSetup(const QVariant &setup);
 
+    /// The width of the column before the plots, where scales and titles stand.
+    int leftColumnWidth() const;
+    void setLeftColumnWidth(int width);
+
     /// The actions that add plots, for menus of the main window. Their menu is to be a PlotMenu.
     const QList<QAction *> &addPlotActions() const;
     /// The actions that concern all views.
@@ -73,6 +77,9 @@ public:
     void addDefaultStack();
     /// Shows that span of time, at the width that the axis has once all layouts are settled.
     void fitTimescale(RecordTime begin, RecordTime end);
+    /// Fits the scales of those views that a setup told no limits to the values in sight: a setup that is written by
+    /// hand needn't know them.
+    void fitUntoldScales();
 
 public Q_SLOTS:
     /// Nothing for a view that isn't of this browser.
