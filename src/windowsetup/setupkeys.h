@@ -20,6 +20,9 @@ inline constexpr char geometry[] = "geometry";
 inline constexpr char state[] = "state";
 inline constexpr char maximized[] = "maximized";
 
+// ... of the views that have a table.
+inline constexpr char headerState[] = "headerstate";
+
 } // namespace Keys
 
 /// Of the setups that are written. Those of version 1 and below are no longer understood.

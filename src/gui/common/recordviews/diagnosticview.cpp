@@ -21,7 +21,6 @@ constexpr int nameWidth = 200;
 constexpr int valueWidth = 30; // the last column takes the rest
 constexpr int leastWidth = 10;
 
-const QLatin1String headerStateKey("headerstate");
 const QLatin1String selectedParameterKey("diagview_selected_parameter");
 
 } // namespace
@@ -102,12 +101,14 @@ QString DiagnosticView::viewName() const
 
 QVariantMap DiagnosticView::setup() const
 {
-    return {{headerStateKey, headerStateText(*m_treeView->header())}};
+    QVariantMap setup;
+    storeHeaderState(setup, *m_treeView->header());
+    return setup;
 }
 
 void DiagnosticView::restoreSetup(const QVariantMap &setup)
 {
-    restoreHeaderState(*m_treeView->header(), setup.value(headerStateKey).toString());
+    restoreHeaderState(*m_treeView->header(), setup);
 }
 
 void DiagnosticView::refreshSetup()

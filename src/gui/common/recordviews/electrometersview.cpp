@@ -21,7 +21,6 @@ namespace {
 constexpr int nameRoom = 15, valueRoom = 10; // pixels beside the text
 constexpr int longestName = 12;
 
-const QLatin1String headerStateKey("headerstate");
 const QLatin1String selectedElectrometerKey("elmview_selected_parameter");
 
 } // namespace
@@ -124,12 +123,14 @@ QString ElectrometersView::viewName() const
 
 QVariantMap ElectrometersView::setup() const
 {
-    return {{headerStateKey, headerStateText(*m_treeView->header())}};
+    QVariantMap setup;
+    storeHeaderState(setup, *m_treeView->header());
+    return setup;
 }
 
 void ElectrometersView::restoreSetup(const QVariantMap &setup)
 {
-    if (restoreHeaderState(*m_treeView->header(), setup.value(headerStateKey).toString()))
+    if (restoreHeaderState(*m_treeView->header(), setup))
         m_hasOwnWidths = true;
 }
 

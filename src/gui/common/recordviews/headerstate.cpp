@@ -1,5 +1,8 @@
 #include "gui/common/recordviews/headerstate.h"
 
+#include "windowsetup/sealedstate.h"
+#include "windowsetup/setupkeys.h"
+
 #include <QDataStream>
 #include <QHeaderView>
 
@@ -11,7 +14,6 @@ namespace RecordViews {
 
 namespace {
 
-constexpr int longestText = 100'000;
 constexpr int greatestWidth = 10'000;
 constexpr int stateMarker = 0xff;
 
@@ -110,16 +112,15 @@ private:
 
 } // namespace
 
-QString headerStateText(const QHeaderView &header)
+void storeHeaderState(QVariantMap &setup, const QHeaderView &header)
 {
-    return QString::fromLatin1(header.saveState().toHex());
+    WindowSetup::seal(setup, WindowSetup::Keys::headerState, header.saveState());
 }
 
-bool restoreHeaderState(QHeaderView &header, const QString &text)
+bool restoreHeaderState(QHeaderView &header, const QVariantMap &setup)
 {
-    if (text.isEmpty() || text.size() > longestText)
-        return false;
-    const std::optional<Columns> columns = StateReader(QByteArray::fromHex(text.toLatin1()), header.count()).read();
+    const QByteArray state = WindowSetup::unseal(setup, WindowSetup::Keys::headerState).bytes;
+    const std::optional<Columns> columns = StateReader(state, header.count()).read();
     if (!columns)
         return false;
     for (int i = 0; i < header.count(); ++i) {

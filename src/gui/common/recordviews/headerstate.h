@@ -1,15 +1,15 @@
 #pragma once
 
-#include <QString>
+#include <QVariantMap>
 
 class QHeaderView;
 
 namespace RecordViews {
 
-/// The widths and the order of a header's columns as hexadecimal text, the toolkit's own form.
-QString headerStateText(const QHeaderView &header);
-/// Brings back widths and order. A text that isn't sound, or is of another number of columns, changes nothing: the
-/// toolkit itself would run out of its arrays on such a one.
-bool restoreHeaderState(QHeaderView &header, const QString &text);
+/// Puts the widths and the order of a header's columns into a view's setup, in the toolkit's own form and sealed.
+void storeHeaderState(QVariantMap &setup, const QHeaderView &header);
+/// Brings back widths and order. Without a state, or with one that isn't sound or is of another number of columns,
+/// nothing changes: the toolkit itself would run out of its arrays on such a one.
+bool restoreHeaderState(QHeaderView &header, const QVariantMap &setup);
 
 } // namespace RecordViews

@@ -257,15 +257,23 @@ TEST(HeaderState, DamagedOnesAreRefusedOrHarmless)
     QHeaderView header(Qt::Horizontal);
     DiagnosticModel model;
     header.setModel(&model);
-    const QByteArray sound = QByteArray::fromHex(RecordViews::headerStateText(header).toLatin1());
-    ASSERT_TRUE(RecordViews::restoreHeaderState(header, sound.toHex()));
-    EXPECT_FALSE(RecordViews::restoreHeaderState(header, sound.left(sound.size() / 2).toHex()));
+    const QByteArray sound = header.saveState();
+    const auto restore = [&header](const QByteArray &state) {
+        return RecordViews::restoreHeaderState(header, {{"headerstate", QString(state.toHex())}});
+    };
+    ASSERT_TRUE(restore(sound)) << "of a program that knew no checksums";
+    EXPECT_FALSE(restore(sound.left(sound.size() / 2)));
+    QVariantMap sealed;
+    RecordViews::storeHeaderState(sealed, header);
+    ASSERT_TRUE(RecordViews::restoreHeaderState(header, sealed));
+    sealed["headerstatechecksum"] = "00";
+    EXPECT_FALSE(RecordViews::restoreHeaderState(header, sealed));
     std::mt19937 random(17);
     for (int round = 0; round < 20000; ++round) {
         QByteArray damaged = sound;
         for (int i = 0; i <= round % 4; ++i)
             damaged[int(random() % unsigned(damaged.size()))] = char(random());
-        RecordViews::restoreHeaderState(header, damaged.toHex());
+        restore(damaged);
         ASSERT_EQ(header.count(), 2);
         for (int column = 0; column < 2; ++column)
             ASSERT_LE(header.sectionSize(column), 10'000);
