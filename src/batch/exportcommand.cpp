@@ -74,7 +74,7 @@ DataExport::ExportData dataOf(const ExportOptions &options, const QStringList &i
 /// False if it was interrupted.
 bool addRecords(DataExporter &exporter, const Datastore &store, int jobs)
 {
-    const bool isComplete = exporter.addRecords(store, jobs, [&store](int done) {
+    const bool isComplete = exporter.addRecords(store.records(), jobs, [&store](int done) {
         ProgressLine::show(QStringLiteral("Exporting %1 %").arg(done * 100LL / store.size()));
         return !Interrupt::requested();
     });
@@ -84,13 +84,9 @@ bool addRecords(DataExporter &exporter, const Datastore &store, int jobs)
 
 void tellEnd(Outcome &outcome, const DataExporter::Result &result, const QStringList &targets)
 {
-    tell(
-        targets.size() == 1
-            ? QStringLiteral("%1 rows written to \"%2\"").arg(QString::number(result.rows), targets.first())
-            : QStringLiteral("%1 rows written to %2 files in \"%3\"")
-                  .arg(QString::number(result.rows), QString::number(result.files), QFileInfo(targets.first()).path()));
+    tell(DataExport::resultText(result, targets));
     if (result.lost > 0)
-        tell(QStringLiteral("%1 rows could not be written.").arg(result.lost));
+        tell(DataExport::lossText(result));
     outcome.outputLost = !result.isComplete || result.lost > 0;
 }
 
@@ -102,7 +98,8 @@ Outcome write(const ExportOptions &options, const ExportSetup &setup, const QStr
     DataExport::logErrors(table.errors());
     if (table.lacksSpectra())
         return nothing(QStringLiteral("Nothing to export: none of the setup's spectra was read."));
-    const QStringList targets = DataExport::exportTargets(setup.general, table, read.reader->metadata(), store);
+    const QStringList targets =
+        DataExport::exportTargets(setup.general, table, read.reader->metadata(), store.records());
     if (targets.isEmpty())
         return nothing(QStringLiteral("Nothing to export: no record is of the setup's modes."));
     const QString reason = refusal(options, inputs, targets);

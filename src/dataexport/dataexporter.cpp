@@ -2,6 +2,8 @@
 
 #include "util/workteam.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace DataExport {
@@ -56,23 +58,23 @@ void DataExporter::addRecord(const Record &record)
     append(record, m_line.data(), m_line.size());
 }
 
-bool DataExporter::addRecords(const Datastore &store, int jobs, const Progress &progress)
+bool DataExporter::addRecords(const Datastore::Records &records, int jobs, const Progress &progress)
 {
     WorkTeam team(jobs);
     const std::size_t ofPiece = std::clamp<std::size_t>(fieldsOfPiece / m_table.columns(), 1, mostRecordsOfPiece);
     std::vector<Piece> pieces(piecesOfWorker * std::size_t(team.size()), Piece{m_table.emptyLine(), {}});
-    for (std::size_t begin = 0; begin < std::size_t(store.size()); begin += ofPiece * pieces.size()) {
+    for (std::size_t begin = 0; begin < records.size(); begin += ofPiece * pieces.size()) {
         if (!progress(int(begin)))
             return false;
-        const std::size_t end = std::min(begin + ofPiece * pieces.size(), std::size_t(store.size()));
+        const std::size_t end = std::min(begin + ofPiece * pieces.size(), records.size());
         team.run((end - begin + ofPiece - 1) / ofPiece, [&](std::size_t number) {
             Piece &piece = pieces[number];
             piece.lines.clear();
             piece.ends.clear();
             const std::size_t first = begin + number * ofPiece;
             for (std::size_t i = first; i < std::min(first + ofPiece, end); ++i) {
-                if (m_table.takes(*store.at(int(i))))
-                    m_table.addLine(*store.at(int(i)), piece.lines);
+                if (m_table.takes(*records[i]))
+                    m_table.addLine(*records[i], piece.lines);
                 piece.ends.push_back(piece.lines.size());
             }
         });
@@ -81,10 +83,10 @@ bool DataExporter::addRecords(const Datastore &store, int jobs, const Progress &
             const std::size_t place = (i - begin) % ofPiece;
             const std::size_t from = place == 0 ? 0 : piece.ends[place - 1];
             if (piece.ends[place] > from)
-                append(*store.at(int(i)), piece.lines.data() + from, piece.ends[place] - from);
+                append(*records[i], piece.lines.data() + from, piece.ends[place] - from);
         }
     }
-    return progress(store.size());
+    return progress(int(records.size()));
 }
 
 DataExporter::Result DataExporter::finish()
@@ -96,6 +98,20 @@ DataExporter::Result DataExporter::finish()
     result.lost = result.isComplete ? m_lost : m_lost + m_rows;
     result.files = result.isComplete ? result.files : 0;
     return result;
+}
+
+QString resultText(const DataExporter::Result &result, const QStringList &targets)
+{
+    const QString rows = QString::number(result.rows);
+    if (targets.size() == 1)
+        return QStringLiteral("%1 rows written to \"%2\"").arg(rows, targets.first());
+    return QStringLiteral("%1 rows written to %2 files in \"%3\"")
+        .arg(rows, QString::number(result.files), QFileInfo(targets.first()).path());
+}
+
+QString lossText(const DataExporter::Result &result)
+{
+    return result.lost > 0 ? QStringLiteral("%1 rows could not be written.").arg(result.lost) : QString();
 }
 
 } // namespace DataExport

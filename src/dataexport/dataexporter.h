@@ -29,9 +29,9 @@ public:
     void addRecord(const Record &record);
     /// Asked now and then, and at the end, with the number of records done; false ends the export there.
     using Progress = std::function<bool(int done)>;
-    /// Adds all records of the store. `jobs` threads, the calling one among them, make the lines; none of them works
-    /// while the progress is asked for, so that the store may change then. False if the export was ended.
-    bool addRecords(const Datastore &store, int jobs, const Progress &progress);
+    /// Adds all of these records. `jobs` threads, the calling one among them, make the lines; none of them works
+    /// while the progress is asked for, so that the records may change then. False if the export was ended.
+    bool addRecords(const Datastore::Records &records, int jobs, const Progress &progress);
     Result finish();
 
 private:
@@ -46,6 +46,11 @@ private:
     qint64 m_rows = 0;
     qint64 m_lost = 0;
 };
+
+/// What became of it, in words; the paths are those of its files.
+QString resultText(const DataExporter::Result &result, const QStringList &targets);
+/// The rows that stand nowhere, in words; null if there are none.
+QString lossText(const DataExporter::Result &result);
 
 /// The error lines in the log, the first hundred of them each.
 void logErrors(const QStringList &errors);

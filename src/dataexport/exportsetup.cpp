@@ -207,7 +207,7 @@ ExportSetup exportSetupFrom(const QVariant &tree)
     return setup;
 }
 
-ExportSetup loadExportSetup(const QString &path)
+QVariant loadSetupTree(const QString &path)
 {
     QFile file(path);
     QString reason;
@@ -215,10 +215,15 @@ ExportSetup loadExportSetup(const QString &path)
         throw SetupError(reason);
     try {
         const QVariantList documents = Llama::yamlLoad(&file, QFileInfo(path).fileName());
-        return exportSetupFrom(documents.size() == 1 ? documents.first() : QVariant());
+        return documents.size() == 1 ? documents.first() : QVariant();
     } catch (const Llama::Exception &error) {
         throw SetupError(error.message());
     }
+}
+
+ExportSetup loadExportSetup(const QString &path)
+{
+    return exportSetupFrom(loadSetupTree(path));
 }
 
 } // namespace DataExport

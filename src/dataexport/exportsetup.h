@@ -78,7 +78,9 @@ private:
 /// Understands the tree of a setup. Keys that are absent have their defaults. Throws SetupError if it is no map, has no
 /// map "general" or no list "fields", or is of a later version.
 ExportSetup exportSetupFrom(const QVariant &tree);
-/// The same of a setup file. Throws SetupError if it can't be read, too.
+/// The tree of a setup file. Throws SetupError if the file can't be read, or isn't one document of YAML.
+QVariant loadSetupTree(const QString &path);
+/// Both in one.
 ExportSetup loadExportSetup(const QString &path);
 
 } // namespace DataExport

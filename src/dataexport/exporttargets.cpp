@@ -1,7 +1,6 @@
 #include "dataexport/exporttargets.h"
 
 #include "dataexport/exportnaming.h"
-#include "store/datastore.h"
 #include "util/fileid.h"
 
 #include <QFileInfo>
@@ -22,12 +21,13 @@ bool isNamedAsData(const QString &path)
 } // namespace
 
 QStringList exportTargets(const GeneralSettings &general, const ExportTable &table,
-                          const std::shared_ptr<const Spectrometer::RecordMetadata> &metadata, const Datastore &store)
+                          const std::shared_ptr<const Spectrometer::RecordMetadata> &metadata,
+                          const Datastore::Records &records)
 {
     ExportNaming naming(general, metadata);
     QSet<QString> paths;
     QString last;
-    for (const auto &record : store.records()) {
+    for (const auto &record : records) {
         if (!table.takes(*record))
             continue;
         const QString &path = naming.pathOf(*record);

@@ -266,7 +266,7 @@ TEST_F(Exporter, FilesAreTheSameForAnyNumberOfThreads)
         int asked = -1;
         EXPECT_EQ(filesOf(QString::number(jobs),
                           [&](DataExporter &exporter) {
-                              EXPECT_TRUE(exporter.addRecords(store, jobs, [&](int done) {
+                              EXPECT_TRUE(exporter.addRecords(store.records(), jobs, [&](int done) {
                                   EXPECT_GT(done, asked);
                                   asked = done;
                                   return true;
@@ -277,7 +277,7 @@ TEST_F(Exporter, FilesAreTheSameForAnyNumberOfThreads)
         EXPECT_EQ(asked, 5000) << "once more behind the last";
     }
     DataExporter exporter(setup, table, metadata, existing);
-    EXPECT_FALSE(exporter.addRecords(store, 2, [](int done) { return done == 0; }));
+    EXPECT_FALSE(exporter.addRecords(store.records(), 2, [](int done) { return done == 0; }));
 }
 
 TEST_F(Exporter, TargetsAreKnownBeforehandAndDataFilesRefused)
@@ -291,7 +291,8 @@ TEST_F(Exporter, TargetsAreKnownBeforehandAndDataFilesRefused)
     general.opmodes = QStringList{"ions"};
     ExportSetup setup;
     setup.general = general;
-    const QStringList targets = exportTargets(general, ExportTable(setup, exportData({}, metadata)), metadata, store);
+    const QStringList targets =
+        exportTargets(general, ExportTable(setup, exportData({}, metadata)), metadata, store.records());
     EXPECT_EQ(targets, (QStringList{path("out-20190912.txt"), path("out-20190913.txt")}));
 
     EXPECT_TRUE(refusalOf(targets, {path("absent")}).isNull());
