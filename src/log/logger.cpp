@@ -12,6 +12,8 @@ namespace Log {
 
 namespace {
 
+alignas(void *) thread_local int mutes = 0; // aligned for the sake of RootLogger::post()'s
+
 int levelOf(QtMsgType type)
 {
     switch (type) {
@@ -73,6 +75,8 @@ RootLogger::~RootLogger() = default;
 
 void RootLogger::post(const Entry &entry)
 {
+    if (mutes > 0)
+        return;
     if (m_filter && !m_filter(entry))
         return;
     if (m_console->put(entry))
@@ -131,6 +135,16 @@ void Logger::post(Entry entry) const
     else if (!m_area.isEmpty())
         entry.source = m_area;
     RootLogger::instance().post(entry);
+}
+
+Muted::Muted()
+{
+    ++mutes;
+}
+
+Muted::~Muted()
+{
+    --mutes;
 }
 
 void installQtMessageHandler()

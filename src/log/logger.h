@@ -65,6 +65,15 @@ private:
     QString m_area;
 };
 
+/// While it lives, entries that its thread posts are dropped: of work that looks ahead at what will be told later.
+class Muted {
+public:
+    Muted();
+    ~Muted();
+    Muted(const Muted &) = delete;
+    Muted &operator=(const Muted &) = delete;
+};
+
 /// Sends Qt's own messages to the root logger.
 void installQtMessageHandler();
 

@@ -1,6 +1,7 @@
 #include "gui/morvantide/datachooserdialog.h"
 
 #include "datafiles/reading/datafinder.h"
+#include "gui/morvantide/overviewlabel.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -69,6 +70,12 @@ DataChooserDialog::DataChooserDialog(QWidget *parent) : QDialog(parent)
         m_listTimer.start();
         updateAcceptable();
     });
+    connect(m_folder, &QComboBox::currentTextChanged, this, &DataChooserDialog::updateOverview);
+    connect(m_variant, &QComboBox::currentTextChanged, this, &DataChooserDialog::updateOverview);
+    for (QAbstractButton *button : std::initializer_list<QAbstractButton *>{m_limitBegin, m_limitEnd, m_legacyFiles})
+        connect(button, &QAbstractButton::toggled, this, &DataChooserDialog::updateOverview);
+    for (QDateTimeEdit *edit : {m_beginTime, m_endTime})
+        connect(edit, &QDateTimeEdit::dateTimeChanged, this, &DataChooserDialog::updateOverview);
     updateAcceptable();
 }
 
@@ -151,8 +158,10 @@ QGroupBox *DataChooserDialog::makeKindBox()
     auto *grid = new QGridLayout(box);
     grid->addWidget(m_averagingVariant, 0, 0);
     grid->addWidget(m_variant, 0, 1, Qt::AlignLeft);
-    grid->addWidget(m_legacyFiles, 1, 0, 1, 2);
-    grid->addLayout(makeModeRow(box), 2, 0, 1, 2);
+    m_overview = new OverviewLabel(box);
+    grid->addWidget(m_overview, 1, 0, 1, 2);
+    grid->addWidget(m_legacyFiles, 2, 0, 1, 2);
+    grid->addLayout(makeModeRow(box), 3, 0, 1, 2);
     grid->setColumnStretch(1, 1);
     return box;
 }
@@ -181,6 +190,11 @@ QLayout *DataChooserDialog::makeModeRow(QWidget *box)
 void DataChooserDialog::updateAcceptable()
 {
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(!m_folder->currentText().isEmpty());
+}
+
+void DataChooserDialog::updateOverview()
+{
+    m_overview->setChoice(choice());
 }
 
 void DataChooserDialog::setOldPaths(const QStringList &paths)

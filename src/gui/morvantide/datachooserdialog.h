@@ -10,6 +10,7 @@ class QDateTimeEdit;
 class QDialogButtonBox;
 class QGroupBox;
 class QRadioButton;
+class OverviewLabel;
 
 /// Asks for the data to read: a folder, its time span, and the averaging variant or the old-style files. A choice is a
 /// map with "folderName", "beginTime" and "endTime" (QDateTime), "limitBegin", "limitEnd", "variant", "legacyFiles" and
@@ -43,6 +44,7 @@ private:
     QDateTimeEdit *makeDateEdit(const QString &name);
     void setSpanOfDays(int days);
     void updateAcceptable();
+    void updateOverview();
 
     QComboBox *m_folder = nullptr;
     QCheckBox *m_limitBegin = nullptr;
@@ -53,6 +55,7 @@ private:
     QComboBox *m_variant = nullptr;
     QRadioButton *m_legacyFiles = nullptr;
     QComboBox *m_assumedOpmode = nullptr;
+    OverviewLabel *m_overview = nullptr;
     QDialogButtonBox *m_buttons = nullptr;
     QTimer m_listTimer; ///< lets a name be typed before the folder is looked into
 };

@@ -3,10 +3,12 @@
 #include "gui/morvantide/recentfolders.h"
 #include "gui/morvantide/settingsfile.h"
 #include "support/files.h"
+#include "support/logcatcher.h"
 
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -55,6 +57,32 @@ TEST(DataChooserDialog, GivesBackWhatItWasGiven)
     EXPECT_EQ(d.dialog.choice(), second) << "keys that are missing change nothing";
     EXPECT_FALSE(d.find<QDateTimeEdit>("endTimeEdit")->isEnabled());
     EXPECT_FALSE(d.find<QComboBox>("assumedOpmodeComboBox")->isEnabled());
+}
+
+TEST(DataChooserDialog, TellsWhatTheChosenFilesHoldBeforeTheyAreRead)
+{
+    const QTemporaryDir folder;
+    const QByteArray header =
+        "# Quilvane records\n# opmodes: [ions, offset]\n# parameters:\n# - {name: temp, humanname: T, unit: K}\n"
+        "begintime\tendtime\topmode\ttemp\tflags\n";
+    for (const char *name : {"20190912-block.records", "20190913-block.records"})
+        writeFile(folder.filePath(name), header);
+    writeFile(folder.filePath("20190912-1s.records"), "# Quilvane records\n# [\nbegintime\n");
+    Dialog d;
+    const auto *label = d.find<QLabel>("overviewLabel");
+    LogCatcher log;
+    const auto tells = [&](const char *text) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return label->text().contains(text); })) << qPrintable(label->text());
+    };
+    d.dialog.setChoice({{"folderName", folder.path()}, {"variant", "block"}});
+    tells("2 days; 2 files; 270 bytes; modes: ions, offset; 1 variable");
+    d.dialog.setChoice({{"limitEnd", true}, {"endTime", day(9, 12)}});
+    tells("1 day; 1 file;");
+    d.dialog.setChoice({{"variant", "1s"}});
+    tells("1 without a header");
+    d.dialog.setChoice({{"variant", "none"}});
+    tells("No file matches.");
+    EXPECT_EQ(log.complaints(), QStringList()) << "they are told when the files are read";
 }
 
 TEST(DataChooserDialog, StartsTodayWithTheBlockVariant)

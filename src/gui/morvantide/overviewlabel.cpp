@@ -1,0 +1,96 @@
+#include "gui/morvantide/overviewlabel.h"
+
+#include "datafiles/reading/datafinder.h"
+#include "log/logger.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+
+namespace {
+
+constexpr int delay = 300;      // ms
+constexpr int longestSlice = 8; // ms
+constexpr int lineCount = 2;
+
+QString counted(int count, const QString &one, const QString &many)
+{
+    return count == 1 ? one : many.arg(count);
+}
+
+QString textOf(const FolderOverview &overview)
+{
+    using Label = OverviewLabel;
+    QStringList parts;
+    parts << counted(overview.days, Label::tr("1 day"), Label::tr("%1 days"))
+          << counted(overview.files, Label::tr("1 file"), Label::tr("%1 files"))
+          << QLocale::c().formattedDataSize(overview.bytes, 1, QLocale::DataSizeSIFormat);
+    if (!overview.modes.isEmpty())
+        parts << Label::tr("modes: %1").arg(overview.modes.join(QStringLiteral(", ")));
+    if (!overview.variables.isEmpty())
+        parts << counted(overview.variables.size(), Label::tr("1 variable"), Label::tr("%1 variables"));
+    if (overview.withoutHeader > 0)
+        parts << Label::tr("%1 without a header").arg(overview.withoutHeader);
+    return parts.join(QStringLiteral("; "));
+}
+
+} // namespace
+
+OverviewLabel::OverviewLabel(QWidget *parent)
+    : QLabel(parent), m_work(
+                          longestSlice, [this] { return lookAtNext(); }, [this] { tell(); })
+{
+    setObjectName(QStringLiteral("overviewLabel"));
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    setMinimumHeight(lineCount * fontMetrics().lineSpacing());
+    m_delay.setSingleShot(true);
+    m_delay.setInterval(delay);
+    connect(&m_delay, &QTimer::timeout, this, &OverviewLabel::begin);
+}
+
+OverviewLabel::~OverviewLabel() = default;
+
+void OverviewLabel::setChoice(const QVariantMap &choice)
+{
+    if (choice == m_choice)
+        return;
+    m_choice = choice;
+    m_work.stop();
+    m_delay.start();
+}
+
+void OverviewLabel::begin()
+{
+    clear();
+    const QString folder = m_choice.value(QStringLiteral("folderName")).toString();
+    if (folder.isEmpty() || !QFileInfo(folder).isDir())
+        return;
+    const Log::Muted muted; // whoever reads the files will hear of it
+    m_files = findDataFiles(m_choice);
+    m_files.sort(Qt::CaseSensitive);
+    m_next = 0;
+    m_survey.emplace();
+    if (m_files.isEmpty())
+        return setText(tr("No file matches."));
+    setText(tr("Looking at %1 files...").arg(m_files.size()));
+    m_work.start();
+}
+
+bool OverviewLabel::lookAtNext()
+{
+    const Log::Muted muted;
+    m_survey->add(QDir(m_choice.value(QStringLiteral("folderName")).toString()).filePath(m_files[m_next]));
+    return ++m_next < m_files.size();
+}
+
+void OverviewLabel::tell()
+{
+    const FolderOverview overview = m_survey->overview();
+    setText(textOf(overview));
+    setToolTip(overview.variables.isEmpty() ? QString()
+                                            : tr("Variables: %1").arg(overview.variables.join(QStringLiteral(", "))));
+    m_survey.reset();
+}

@@ -1,0 +1,64 @@
+#include "batch/dayfolder.h"
+
+#include "support/demodata.h"
+
+#include <QDate>
+
+namespace {
+
+/// Ten days of a demonstration, worked on as a whole and in ten pieces, as several machines would.
+class Pieces : public DayFolder {
+protected:
+    static constexpr int days = 10;
+
+    Pieces()
+    {
+        writeDemoData(path("demo"), 3600, days);
+        write("s.exportsetup", "quilvane_data_export_version: 1\n"
+                               "general: {file_name_add_date: true, time_zone: local}\n"
+                               "fields:\n- {type: variable, variables: [temperature.mean]}\n");
+    }
+
+    /// Runs the command with another output for the whole and for the pieces.
+    void work(const QString &command, const QStringList &arguments, const QString &output)
+    {
+        const QStringList common = QStringList{command, "{}/demo", "--variant", "block"} + arguments;
+        EXPECT_EQ(run(common + QStringList{"--output", "{}/whole" + output}).code, 0);
+        QDate day(2019, 5, 14);
+        for (int i = 0; i < days; ++i, day = day.addDays(1)) {
+            const QString text = day.toString(Qt::ISODate);
+            const Ended ended =
+                run(common + QStringList{"--output", "{}/pieces" + output, "--from", text, "--to", text});
+            EXPECT_EQ(ended.code, 0) << ended.errors.constData();
+        }
+    }
+
+    void expectEqual() const
+    {
+        EXPECT_GE(names("whole").size(), days);
+        EXPECT_EQ(names("pieces"), names("whole"));
+        for (const QString &name : names("whole"))
+            EXPECT_TRUE(contentOf("pieces/" + name) == contentOf("whole/" + name)) << qPrintable(name);
+    }
+};
+
+} // namespace
+
+TEST_F(Pieces, OfWholeDaysEqualOneRun)
+{
+    work("save", {}, "");
+    work("reinvert", {"--inverters", "{}/inverters/demo.invmap", "--only-new"}, "");
+    work("export", {"--setup", "{}/s.exportsetup"}, "/table.txt");
+    expectEqual();
+}
+
+TEST_F(Pieces, CanNotShareOneTable)
+{
+    write("s.exportsetup", contentOf("s.exportsetup").replace("file_name_add_date: true, ", ""));
+    const QStringList piece{"export",       "{}/demo", "--variant",        "block", "--output",
+                            "{}/table.txt", "--setup", "{}/s.exportsetup", "--from"};
+    EXPECT_EQ(run(piece + QStringList{"2019-05-14", "--to", "2019-05-14"}).code, 0);
+    const QByteArray first = contentOf("table.txt");
+    EXPECT_EQ(run(piece + QStringList{"2019-05-15", "--to", "2019-05-15"}).code, 2);
+    EXPECT_EQ(contentOf("table.txt"), first);
+}
