@@ -22,13 +22,14 @@ SetupFile notUnderstood(const QString &path, const QString &reason)
             QStringLiteral("Failed to understand interface setup file '%1': %2").arg(path, reason)};
 }
 
-} // namespace
-
-SetupFile readSetupFile(const QString &path)
+SetupFile notOpened(const QString &path)
 {
-    QFile file(path);
-    if (!openRegularFile(file))
-        return {SetupFile::NotOpened, {}, QStringLiteral("Failed to open interface setup file '%1'").arg(path)};
+    return {SetupFile::NotOpened, {}, QStringLiteral("Failed to open interface setup file '%1'").arg(path)};
+}
+
+SetupFile readFrom(QFile &file)
+{
+    const QString path = file.fileName();
     const QByteArray text = file.read(mostBytes + 1);
     if (file.error() != QFileDevice::NoError)
         return notUnderstood(path, file.errorString());
@@ -42,6 +43,20 @@ SetupFile readSetupFile(const QString &path)
     } catch (const Llama::Exception &error) {
         return notUnderstood(path, error.message());
     }
+}
+
+} // namespace
+
+SetupFile readSetupFile(const QString &path)
+{
+    QFile file(path);
+    return openRegularFile(file) ? readFrom(file) : notOpened(path);
+}
+
+SetupFile readDefaultSetup()
+{
+    QFile file(QStringLiteral(":default-window-setup"));
+    return file.open(QIODevice::ReadOnly) ? readFrom(file) : notOpened(file.fileName());
 }
 
 bool isTooOld(const QVariantMap &setup)

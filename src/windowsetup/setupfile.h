@@ -16,6 +16,10 @@ struct SetupFile {
 /// Reads a file, which may hold anything. Files of more than 16 MB, or of a million values, are no setups.
 SetupFile readSetupFile(const QString &path);
 
+/// The default layout, which is compiled in. It has no arrangement of docks: that is the window's own, which fits every
+/// screen.
+SetupFile readDefaultSetup();
+
 /// Whether the setup is of a version that is no longer understood; one without a version is.
 bool isTooOld(const QVariantMap &setup);
 

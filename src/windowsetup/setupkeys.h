@@ -14,6 +14,11 @@ inline constexpr char spectraView[] = "spectraView";
 inline constexpr char varGridView[] = "vargridview";
 inline constexpr char mainWindow[] = "mainwindow";
 inline constexpr char autosaveSettings[] = "autosavesettings";
+// Readers of the format's first writers ignore these:
+inline constexpr char leftColumn[] = "leftcolumn";         ///< width in pixels
+inline constexpr char scrolled[] = "scrolled";             ///< height of the stack above what is seen, in pixels
+inline constexpr char spectrumColors[] = "spectrumcolors"; ///< "#rrggbb" by hash
+inline constexpr char keptPlace[] = "keptplace";
 
 // ... of the map "mainwindow".
 inline constexpr char geometry[] = "geometry";

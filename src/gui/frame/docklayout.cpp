@@ -3,6 +3,7 @@
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QStyle>
+#include <QToolBar>
 
 namespace {
 
@@ -69,6 +70,27 @@ void arrangeDocks(QMainWindow &window)
         if (QDockWidget *dock = dockOf(window, each.name); dock && each.relation != TabOf)
             dock->raise();
     }
+}
+
+void setDockCorners(QMainWindow &window)
+{
+    window.setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    window.setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+}
+
+void resetDocks(QMainWindow &window)
+{
+    setDockCorners(window);
+    for (QToolBar *bar : window.findChildren<QToolBar *>(QString(), Qt::FindDirectChildrenOnly)) {
+        window.addToolBar(Qt::TopToolBarArea, bar);
+        bar->show();
+    }
+    for (QDockWidget *dock : window.findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+        dock->setFloating(false);
+        dock->show();
+    }
+    arrangeDocks(window);
+    sizeDocks(window);
 }
 
 void sizeDocks(QMainWindow &window)

@@ -44,7 +44,7 @@ MainWindowBase::MainWindowBase(QWidget *parent) : QMainWindow(parent), m_logger(
                                {QStringLiteral("Consolas"), QStringLiteral("Lucida Console")});
     setObjectName(QStringLiteral("MainWindow"));
     setDockNestingEnabled(true);
-    setCorners();
+    setDockCorners(*this);
 
     // Before all else, so that everything that follows can log.
     m_uiInfo = std::make_shared<UiInfo>();
@@ -208,12 +208,6 @@ void MainWindowBase::setupShortcuts()
     }
 }
 
-void MainWindowBase::setCorners()
-{
-    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
-}
-
 void MainWindowBase::storeMainWindowState()
 {
     if (m_settings)
@@ -225,7 +219,7 @@ void MainWindowBase::restoreMainWindowState(bool restoreGeometry)
     forgetOlderSettings(*m_settings);
     if (restoreGeometry)
         restoreWindowGeometry(*m_settings, *this);
-    setCorners(); // restoring may have changed them
+    setDockCorners(*this); // restoring may have changed them
 }
 
 // ---- the shown record

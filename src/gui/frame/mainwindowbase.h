@@ -94,6 +94,8 @@ protected:
     /// Window geometry, which belongs to the user and not to the data.
     virtual void storeMainWindowState();
     virtual void restoreMainWindowState(bool restoreGeometry);
+    /// The docks got their sizes: else they get their first ones when the window is shown.
+    void keepDockSizes() { m_wasShown = true; }
 
     /// Lets go of the old store, and of the shown record with it, and takes the new one; null for none. UiInfo must
     /// describe the new one by then.
@@ -117,7 +119,6 @@ protected:
 
 private:
     void setupShortcuts();
-    void setCorners();
     QAction *makeAction(const QString &text, const QString &icon = {}, const QString &shortText = {});
     void updatePreviousView();
     void shownRecordChanged(const std::shared_ptr<Record> &record, ShownRecord::Mover mover);

@@ -25,11 +25,12 @@ bool isInSight(const QRect &frame)
     });
 }
 
-/// The bytes may be damaged, or of a time with other screens.
-void restoreReachableGeometry(QWidget &window, const QByteArray &geometry)
+} // namespace
+
+bool restoreReachableGeometry(QWidget &window, const QByteArray &geometry)
 {
     if (geometry.size() > longestGeometry || !window.restoreGeometry(geometry))
-        return;
+        return false;
     QRect desktop;
     for (const QScreen *screen : QGuiApplication::screens())
         desktop |= screen->availableGeometry();
@@ -38,9 +39,8 @@ void restoreReachableGeometry(QWidget &window, const QByteArray &geometry)
         window.resize(bounded);
     if (!isInSight(window.frameGeometry()))
         window.move(QGuiApplication::primaryScreen()->availableGeometry().topLeft());
+    return true;
 }
-
-} // namespace
 
 void storeWindowGeometry(QSettings &settings, const QWidget &window)
 {

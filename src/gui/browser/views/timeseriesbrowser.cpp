@@ -16,6 +16,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -312,6 +313,17 @@ int TimeSeriesBrowser::leftColumnWidth() const
 void TimeSeriesBrowser::setLeftColumnWidth(int width)
 {
     m_header->setLeftColumn(width);
+}
+
+int TimeSeriesBrowser::scrolledHeight() const
+{
+    return m_scrollArea->verticalScrollBar()->value();
+}
+
+void TimeSeriesBrowser::scrollTo(int height)
+{
+    QMetaObject::invokeMethod(
+        this, [this, height] { m_scrollArea->verticalScrollBar()->setValue(height); }, Qt::QueuedConnection);
 }
 
 // ---- for all views

@@ -56,6 +56,10 @@ public:
     /// The width of the column before the plots, where scales and titles stand.
     int leftColumnWidth() const;
     void setLeftColumnWidth(int width);
+    /// How many pixels of the stack are scrolled out of sight at the top.
+    int scrolledHeight() const;
+    /// Scrolls that far, or to the end, once the layouts are settled.
+    void scrollTo(int height);
 
     /// The actions that add plots, for menus of the main window. Their menu is to be a PlotMenu.
     const QList<QAction *> &addPlotActions() const;

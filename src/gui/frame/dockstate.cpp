@@ -1,0 +1,53 @@
+#include "gui/frame/dockstate.h"
+
+#include "gui/frame/docklayout.h"
+#include "log/logger.h"
+#include "windowsetup/sealedstate.h"
+#include "windowsetup/setupkeys.h"
+#include "windowsetup/windowstate.h"
+
+#include <QDockWidget>
+#include <QMainWindow>
+#include <QToolBar>
+
+namespace {
+
+constexpr int stateVersion = 2;
+
+template<class Widget>
+void appendNames(QStringList &names, const QMainWindow &window)
+{
+    for (const auto *child : window.findChildren<Widget *>(QString(), Qt::FindDirectChildrenOnly))
+        names.append(child->objectName());
+}
+
+QStringList namesOfParts(const QMainWindow &window)
+{
+    QStringList names;
+    appendNames<QDockWidget>(names, window);
+    appendNames<QToolBar>(names, window);
+    return names;
+}
+
+} // namespace
+
+void storeDockState(QVariantMap &map, const QMainWindow &window)
+{
+    WindowSetup::seal(map, WindowSetup::Keys::state, window.saveState(stateVersion));
+}
+
+QString restoreDockState(QMainWindow &window, const QVariantMap &map)
+{
+    const WindowSetup::State state = WindowSetup::unseal(map, WindowSetup::Keys::state);
+    if (!state.complaint.isNull())
+        return state.complaint;
+    const bool isSound = state.isSealed
+                             ? WindowSetup::isSoundWindowState(state.bytes, stateVersion)
+                             : WindowSetup::isSoundWindowState(state.bytes, stateVersion, namesOfParts(window));
+    if (!state.bytes.isEmpty() && !isSound)
+        return QStringLiteral("\"%1\" is no arrangement of this window's docks").arg(WindowSetup::Keys::state);
+    if (state.bytes.isEmpty() || !window.restoreState(state.bytes, stateVersion))
+        Log::Logger(QStringLiteral("gui")).log(Log::Debug, QStringLiteral("Failed to restore window state. "));
+    setDockCorners(window); // the toolkit stores them too
+    return {};
+}
