@@ -45,11 +45,16 @@ struct DateSpan {
     bool holds(QDate date) const { return !(hasBegin && date < begin) && !(hasEnd && date > end); }
 };
 
+QStringList setupNamesIn(const QDir &folder)
+{
+    return folder.entryList({QStringLiteral("*.windowsetup")}, QDir::Files | QDir::CaseSensitive);
+}
+
 /// The setup among the folder's files, with a debug line that tells why; null if there is no clear one.
 QString setupIn(const QDir &folder)
 {
     const QString standard = QStringLiteral("default.windowsetup");
-    QStringList names = folder.entryList({QStringLiteral("*.windowsetup")}, QDir::Files | QDir::CaseSensitive);
+    QStringList names = setupNamesIn(folder);
     const bool hasStandard = names.contains(standard);
     QString text = QStringLiteral("Found too many window setup files in '%1'");
     QString chosen;
@@ -104,6 +109,18 @@ QString findWindowSetup(QDir folder)
             break;
     }
     return fallback;
+}
+
+QStringList windowSetupsFor(QDir folder)
+{
+    QStringList paths;
+    for (int round = 0; round < 2; ++round) {
+        for (const QString &name : setupNamesIn(folder))
+            paths.append(folder.absoluteFilePath(name));
+        if (!folder.cdUp())
+            break;
+    }
+    return paths;
 }
 
 FolderContents folderContents(const QString &folder)

@@ -13,6 +13,8 @@ QStringList findDataFiles(const QVariantMap &choice);
 /// The window setup file for a data folder: the only one there or in its parent, else "default.windowsetup". The answer
 /// may not exist.
 QString findWindowSetup(QDir folder);
+/// All of the window setup files in the folder and its parent, in this order; absolute paths.
+QStringList windowSetupsFor(QDir folder);
 
 /// The date in the name of a day file of any kind; invalid where its digits make none.
 QDate dayOfDataFile(const QString &name);

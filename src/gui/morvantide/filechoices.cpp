@@ -13,6 +13,7 @@ namespace {
 const QString choiceKey = QStringLiteral("datachooser");
 const QString foldersKey = QStringLiteral("datachooserOldPaths");
 const QString pickedPathKey = QStringLiteral("lastpathpickfiles");
+const QString layoutPathKey = QStringLiteral("windowsetuppath");
 const QString inverterPathKey = QStringLiteral("lastreinvpath");
 
 QString tr(const char *text)
@@ -62,4 +63,28 @@ QStringList FileChoices::askForInverters()
     const QStringList files = dialog.selectedFiles();
     m_settings->setValue(inverterPathKey, QFileInfo(files.first()).absolutePath());
     return files;
+}
+
+QString FileChoices::askForLayoutCopy()
+{
+    return askForLayout(tr("Backup window setup"), true);
+}
+
+QString FileChoices::askForLayout()
+{
+    return askForLayout(tr("Restore window setup"), false);
+}
+
+QString FileChoices::askForLayout(const QString &title, bool toSave)
+{
+    QFileDialog dialog(m_window, title, m_settings->value(layoutPathKey).toString(),
+                       tr("Window setup file (*.windowsetup)\nAll files (*)"));
+    dialog.setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setDefaultSuffix(QStringLiteral("windowsetup"));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    const QString path = dialog.selectedFiles().first();
+    m_settings->setValue(layoutPathKey, QFileInfo(path).absolutePath());
+    return path;
 }

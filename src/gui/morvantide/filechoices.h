@@ -26,8 +26,13 @@ public:
     std::optional<DataRequest> askForFiles();
     /// Empty if none was chosen.
     QStringList askForInverters();
+    /// Where to save a layout, and which one to restore; empty if none was chosen.
+    QString askForLayoutCopy();
+    QString askForLayout();
 
 private:
+    QString askForLayout(const QString &title, bool toSave);
+
     QSettings *m_settings;
     QWidget *m_window;
 };

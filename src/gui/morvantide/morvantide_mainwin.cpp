@@ -2,7 +2,6 @@
 
 #include "datafiles/reading/datafinder.h"
 #include "gui/browser/controls/plotmenu.h"
-#include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/diagnosticstatusdockwidget.h"
@@ -10,6 +9,7 @@
 #include "gui/common/menubutton.h"
 #include "gui/common/recordviews/reportview.h"
 #include "gui/common/vargridparser.h"
+#include "gui/frame/framedocks.h"
 #include "gui/frame/opencomments.h"
 #include "gui/morvantide/filechoices.h"
 #include "gui/morvantide/morvantideinfowindow.h"
@@ -46,6 +46,7 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     setupActions();
     setupContextActions();
     setupDocks();
+    m_layouts = std::make_unique<LayoutKeeper>(*this, *docks()->log());
     setupToolbar();
     setupMenus();
     setBrowsingEnabled(false);
@@ -60,11 +61,12 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     const QSize titleBar(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     resize(firstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize() - titleBar));
     restoreMainWindowState(true);
+    if (m_layouts->start(*this->settings()))
+        keepDockSizes();
 }
 
 MorvantideMainWindow::~MorvantideMainWindow()
 {
-    setDatastore(nullptr);
     closeData();
 }
 
@@ -111,6 +113,13 @@ void MorvantideMainWindow::setupMenus()
     fileMenu()->insertAction(actions().quit, m_saveAction);
     fileMenu()->insertSeparator(actions().quit);
     setupSpectraMenu();
+    menuBar()->insertMenu(menuBar()->actions().last(), m_layouts->menu());
+}
+
+void MorvantideMainWindow::storeMainWindowState()
+{
+    MainWindowBase::storeMainWindowState();
+    m_layouts->storeDocks();
 }
 
 void MorvantideMainWindow::setTitle(bool incomplete)
@@ -183,6 +192,7 @@ void MorvantideMainWindow::openFiles(const DataRequest &request)
     settings.files = request.files;
     settings.folder = request.folder;
     settings.assumedOpmode = request.assumedOpmode;
+    settings.windowSetup = m_layouts->chooseFor(request.folder);
     m_loader.start(settings);
 }
 
@@ -222,10 +232,8 @@ void MorvantideMainWindow::showData(FileReader &reader)
     m_inverters.setDatastore(reader.datastore());
     updateKeepingActions();
     updateReinversionActions();
-    fitTimescale();
-    if (!browser()->hasViews())
-        browser()->addDefaultStack();
-    browser()->timeView()->navigator()->forgetViews(); // the way back begins at the whole of the data
+    m_layouts->showData();
+    m_layouts->updateActions();
     // Keys go to the data now, not to whatever had the focus before there were any.
     if (auto *plot = browser()->findChild<Tsb::Plot *>())
         plot->setFocus();
@@ -240,8 +248,10 @@ void MorvantideMainWindow::closeData()
         cancelReinvert();
     m_folderPath = QString();
     setTitle(false);
+    m_layouts->closeData();
     clearWindowSetup();
     setDatastore(nullptr);
+    m_layouts->updateActions();
     setCommentMap(nullptr); // what was typed for its last record is in it by now
     statusDock()->clear();
     uiInfo()->clear();

@@ -6,6 +6,7 @@
 #include "gui/morvantide/filechoices.h"
 #include "gui/morvantide/inverterloader.h"
 #include "gui/morvantide/invertersinuse.h"
+#include "gui/morvantide/layoutkeeper.h"
 #include "gui/morvantide/reinversion.h"
 
 #include <QPointer>
@@ -68,6 +69,7 @@ protected:
     void setupActions() override;
     void setupToolbar() override;
     void setupMenus() override;
+    void storeMainWindowState() override;
 
 private:
     void openFiles(const DataRequest &request);
@@ -84,6 +86,7 @@ private:
     void startReinversion(const SpectMath::InverterList &inverters);
     void updateReinversionActions();
 
+    std::unique_ptr<LayoutKeeper> m_layouts;
     DataLoader m_loader;
     DataRequest m_request; ///< of the open data or the read under way
     QString m_folderPath;

@@ -77,6 +77,10 @@ TEST_F(Folder, WindowSetup)
     }
     ASSERT_TRUE(QFile::remove(data.filePath("c.windowsetup")));
     EXPECT_EQ(findWindowSetup(data), data.filePath("b.windowsetup"));
+    QStringList all;
+    for (const char *name : {"data/b", "data/default", "other", "parent"})
+        all << folder.filePath(name + QString(".windowsetup"));
+    EXPECT_EQ(windowSetupsFor(data), all);
 }
 
 TEST_F(Folder, WhatItHoldsWhenNothingMatched)

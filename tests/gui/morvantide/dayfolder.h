@@ -12,9 +12,12 @@ struct DayFolder {
     static constexpr int recordsOfDay = 144;
     static constexpr int secondsOfDay = 86400;
 
-    QTemporaryDir folder;
+    QTemporaryDir folder; ///< the data stand in a folder of it, for layouts are looked for beside that, too
 
-    QString path() const { return folder.path(); }
+    DayFolder() { QDir(folder.path()).mkdir("data"); }
+
+    QString path() const { return filePath({}); }
+    QString filePath(const QString &name) const { return QDir::cleanPath(folder.filePath("data/" + name)); }
     /// As many records of one second each: it takes a while to read them.
     void writeLong(int seconds)
     {
@@ -33,11 +36,11 @@ struct DayFolder {
     void writeLongDays(int days)
     {
         writeLong(secondsOfDay);
-        const QString name = folder.filePath("%1-block.flags");
+        const QString name = filePath("%1-block.flags");
         for (int day = 1; day < days; ++day)
             ASSERT_TRUE(QFile::link(name.arg(20190101), name.arg(QDate(2019, 1, 1).addDays(day).toString("yyyyMMdd"))));
     }
-    void write(const QString &name, const QByteArray &text) { writeFile(folder.filePath(name), text); }
+    void write(const QString &name, const QByteArray &text) { writeFile(filePath(name), text); }
     /// A record each ten minutes of one day of 2019 (from 1), "ions" and "particles" in turn, two hours east of
     /// Greenwich.
     void writeDay(int dayOfYear, const QString &variant = QStringLiteral("block"))

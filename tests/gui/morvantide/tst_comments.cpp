@@ -52,7 +52,7 @@ protected:
     }
     QByteArray dayFile(const QString &day = "20190101") const
     {
-        return ::contentOf(data.folder.filePath(day + "-block.comments"));
+        return ::contentOf(data.filePath(day + "-block.comments"));
     }
 
     DayFolder data;
@@ -125,7 +125,7 @@ TEST_F(Comments, WhatIsHalfTypedIsKeptWhereverTheDataGo)
         type(c.name);
         c.happens();
         EXPECT_EQ(dayFile(), header + key(4) + c.name + '\n') << c.name;
-        QFile::remove(data.folder.filePath("20190101-block.comments"));
+        QFile::remove(data.filePath("20190101-block.comments"));
     }
 }
 
@@ -178,7 +178,7 @@ TEST_F(Comments, ReturnLeavesAFormThatFloats)
 TEST_F(Comments, ARecordThatEndsBeforeItsBeginHidesNone)
 {
     const QByteArray wrong = "2001-01-01 00:00:00.000000+02:00\t";
-    QByteArray flags = ::contentOf(data.folder.filePath("20190102-block.flags"));
+    QByteArray flags = ::contentOf(data.filePath("20190102-block.flags"));
     flags.replace(flags.lastIndexOf("2019"), wrong.size(), wrong);
     data.write("20190102-block.flags", flags);
     data.write("20190102-block.comments",

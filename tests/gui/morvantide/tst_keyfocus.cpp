@@ -130,7 +130,7 @@ TEST_F(KeyFocus, KeysGoToACommentUntilReturn)
     type("Return");
     type("Right");
     ASSERT_TRUE(waitUntil([this] { return window->shownRecord() == window->datastore()->at(6); }));
-    EXPECT_TRUE(::contentOf(data.folder.filePath("20190101-block.comments")).endsWith("\tabcd\n"));
+    EXPECT_TRUE(::contentOf(data.filePath("20190101-block.comments")).endsWith("\tabcd\n"));
 }
 
 TEST_F(KeyFocus, EscapeEndsARead)

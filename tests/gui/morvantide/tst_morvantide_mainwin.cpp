@@ -309,9 +309,13 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
         for (const QAction *command : menu->menu()->actions())
             commands[menu->text()].append(command->text());
     }
-    EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "Spectra", "&View", "&Help"}));
+    EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "Spectra", "&View", "&Window", "&Help"}));
     EXPECT_EQ(commands["&File"],
               (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
+    EXPECT_EQ(commands["&Window"],
+              (QStringList{"Save layout", "Save layout copy...", "Restore layout...", "Layouts of the data",
+                           "Restore default layout", "Undo restore", "", "Autosave layout",
+                           "Keep time span and record"}));
     EXPECT_EQ(commands["Spectra"],
               (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
     EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Record variable list", "Record variables",

@@ -1,0 +1,413 @@
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/browser/views/view.h"
+#include "gui/common/recordviews/recordview.h"
+#include "gui/morvantide/restoremarks.h"
+#include "gui/morvantide/reviewwindow.h"
+#include "support/failingcalls.h"
+#include "support/gestures.h"
+#include "support/logcatcher.h"
+#include "windowsetup/setupfile.h"
+
+#include <QAbstractButton>
+#include <QMenu>
+#include <QMessageBox>
+#include <QSettings>
+#include <QStatusBar>
+
+namespace {
+
+constexpr int twoHours = 7200;
+
+/// A demonstration with few records, a window of one size upon it, and the layouts beside the data.
+class Layouts : public ReviewWindow {
+protected:
+    Layouts() : ReviewWindow(twoHours) { show(); }
+    ~Layouts() override { window.reset(); } // while there is a folder to save in
+
+    void show()
+    {
+        window->resize(1300, 900);
+        window->show();
+        settle();
+    }
+    /// Ends the program and starts it again.
+    void restart()
+    {
+        window->close();
+        window.reset();
+        makeWindow();
+        show();
+    }
+    void open(const QString &name = "demo")
+    {
+        ReviewWindow::open(name);
+        settleDrawing();
+    }
+    /// Until plots that repaint at their own pace have done so.
+    static void settleDrawing()
+    {
+        QTest::qWait(30);
+        settle();
+    }
+    Tsb::TimeSeriesBrowser &browser() const { return *window->browser(); }
+    QImage picture() const { return browser().grab().toImage(); }
+    QDockWidget *dock(const QString &name) const { return window->findChild<QDockWidget *>(name); }
+    /// Of the docks, in the window or outside; empty for hidden ones.
+    QMap<QString, QRect> places() const
+    {
+        QMap<QString, QRect> all;
+        for (const QDockWidget *one : window->findChildren<QDockWidget *>())
+            all[one->objectName()] = one->isHidden() ? QRect() : QRect(one->mapTo(one->window(), {}), one->size());
+        return all;
+    }
+    /// The area of each dock, and how many others share its tabs; 0 for one outside, or hidden.
+    QMap<QString, QPair<int, int>> neighbours() const
+    {
+        QMap<QString, QPair<int, int>> all;
+        for (QDockWidget *one : window->findChildren<QDockWidget *>())
+            all[one->objectName()] = {one->isHidden() || one->isFloating() ? 0 : window->dockWidgetArea(one),
+                                      window->tabifiedDockWidgets(one).size()};
+        return all;
+    }
+    void setAutosave(bool on) const { action("Autosave layout")->setChecked(on); }
+    bool isAutosaving() const { return action("Autosave layout")->isChecked(); }
+    QString message() const { return window->statusBar()->currentMessage(); }
+    /// Answers the file dialog of a command.
+    void choose(const QString &command, const QString &file)
+    {
+        withDialog<QFileDialog>([this, file](QFileDialog &dialog) {
+            dialog.setDirectory(path(""));
+            dialog.findChild<QLineEdit *>("fileNameEdit")->setText(file);
+            QTest::keyClick(&dialog, Qt::Key_Return);
+        });
+        action(command)->trigger();
+    }
+    QAction *found(const QString &name) const
+    {
+        auto *const menu = action("Layouts of the data")->menu();
+        Q_EMIT menu->aboutToShow();
+        for (QAction *one : menu->actions())
+            if (one->text() == name)
+                return one;
+        return nullptr;
+    }
+    static QVariantMap setupIn(const QString &file) { return WindowSetup::readSetupFile(file).setup; }
+    QString standard() const { return path("demo/default.windowsetup"); }
+    QSettings settings() const { return QSettings(settingsFile(), QSettings::IniFormat); }
+};
+
+} // namespace
+
+TEST_F(Layouts, TheNextRunShowsTheSamePictureAndDocks)
+{
+    open();
+    const int before = browser().views().size();
+    ASSERT_GT(before, 3);
+    browser().closeView(browser().views()[1]);
+    browser().addElectrometerPlot(2);
+    browser().addFlagPlot("none");
+    browser().setLeftColumnWidth(150);
+    browser().views()[2]->setFixedHeight(123);
+    dock("commentList")->hide();
+    dock("diagnosticStatus")->setFloating(true);
+    window->addDockWidget(Qt::BottomDockWidgetArea, dock("spectraView"));
+    window->resizeDocks({dock("currentrecordform")}, {260}, Qt::Horizontal);
+    settle();
+    window->fitTimescale();
+    browser().allFitScale();
+    settleDrawing();
+    const QImage image = picture();
+    const auto docks = places();
+    setAutosave(true);
+    restart();
+    EXPECT_EQ(places(), docks) << "before there are data";
+    EXPECT_FALSE(action("Autosave layout")->isChecked());
+    open();
+    EXPECT_EQ(places(), docks);
+    EXPECT_EQ(browser().views().size(), before + 1);
+    EXPECT_TRUE(action("Autosave layout")->isChecked());
+    const QImage again = picture();
+    EXPECT_EQ(again.size(), image.size());
+    EXPECT_TRUE(again == image);
+}
+
+TEST_F(Layouts, ALayoutThatCannotBeRestoredAsAWholeIsKept)
+{
+    open();
+    browser().closeAllViews();
+    browser().addOpmodePlot();
+    setAutosave(true);
+    action("Save layout")->trigger();
+    const QByteArray sound = contentOf("demo/default.windowsetup");
+    using Change = std::function<void(QVariantMap &)>;
+    const auto changed = [&](const Change &change) {
+        write("demo/default.windowsetup", sound);
+        QVariantMap setup = setupIn(standard());
+        change(setup);
+        EXPECT_EQ(WindowSetup::writeSetupFile(standard(), setup), QString());
+        return contentOf("demo/default.windowsetup");
+    };
+    const auto with = [](const char *part, const char *key, const QVariant &value) -> Change {
+        return [=](QVariantMap &setup) {
+            QVariantMap map = setup[part].toMap();
+            map[key] = value;
+            setup[part] = map;
+        };
+    };
+    const auto ofAnotherProgram = [](QVariantMap &setup) {
+        for (const char *key : {"leftcolumn", "scrolled", "spectrumcolors"})
+            setup.remove(key);
+        QVariantMap main = setup["mainwindow"].toMap();
+        main.remove("statechecksum");
+        main.remove("geometrychecksum");
+        setup["mainwindow"] = main;
+    };
+    const QVariantMap unsealed{{"state", "000000ff0000000200"}};
+    const char *const tooOld = "User-interface configuration file is too old.";
+    const char *const notUnderstood = "Failed to understand interface setup file '";
+    const struct {
+        const char *name;
+        QByteArray content;
+        const char *warning; ///< null: it is taken
+        bool isRestored;     ///< the browser's part
+        bool isMarked = false;
+    } cases[] = {
+        {"sound", sound, nullptr, true},
+        {"without docks", changed([](QVariantMap &setup) { setup.remove("mainwindow"); }), nullptr, true},
+        {"without checksums and extra keys", changed(ofAnotherProgram), nullptr, true},
+        {"brought the program down", sound, "the program ended when it restored it", false, true},
+        {"not YAML", "a: [", notUnderstood, false},
+        {"no map", "- 1\n", notUnderstood, false},
+        {"version 1", changed([](QVariantMap &setup) { setup["version"] = 1; }), tooOld, false},
+        {"without version", changed([](QVariantMap &setup) { setup.remove("version"); }), tooOld, false},
+        {"damaged state", changed(with("mainwindow", "state", "00ff")), "its checksum doesn't match", true},
+        {"damaged state without checksum", changed([&](QVariantMap &setup) { setup["mainwindow"] = unsealed; }),
+         "no arrangement of this window's docks", true},
+        {"damaged columns", changed(with("diagnosticview", "headerstate", "00")), "its checksum doesn't match", true},
+    };
+    for (const auto &one : cases) {
+        SCOPED_TRACE(one.name);
+        write("demo/default.windowsetup.bak", QByteArray());
+        restart();
+        EXPECT_FALSE(settings().value("restoring").toStringList().contains(standard()));
+        write("demo/default.windowsetup", one.content);
+        if (one.isMarked) {
+            window.reset();
+            QSettings(settingsFile(), QSettings::IniFormat).setValue("restoring", QStringList{standard()});
+            makeWindow();
+        }
+        for (const bool byHand : {false, true}) {
+            const LogCatcher log;
+            open();
+            EXPECT_EQ(log.complaints().size(), one.warning ? 1 : 0) << qPrintable(log.complaints().join('\n'));
+            EXPECT_TRUE(!one.warning || log.complaints().value(0).contains(one.warning));
+            EXPECT_EQ(browser().views().size() == 1, one.isRestored);
+            setAutosave(true);
+            if (byHand)
+                action("Save layout")->trigger();
+            window->closeData();
+            EXPECT_EQ(log.complaints().filter("The layout isn't saved").size(), one.warning && !byHand ? 1 : 0);
+            EXPECT_TRUE(byHand || !one.warning || contentOf("demo/default.windowsetup") == one.content);
+        }
+        EXPECT_EQ(contentOf("demo/default.windowsetup.bak"), one.warning ? one.content : QByteArray());
+        EXPECT_EQ(setupIn(standard())["version"], 2);
+        EXPECT_EQ(message(), QString("The layout was saved to '%1'").arg(standard()));
+    }
+}
+
+TEST_F(Layouts, AFailedSaveLeavesTheOldFile)
+{
+    EXPECT_FALSE(action("Save layout")->isEnabled());
+    open();
+    action("Save layout")->trigger();
+    const QByteArray before = contentOf("demo/default.windowsetup");
+    const LogCatcher log;
+    {
+        const FailingCalls full(2, ENOSPC);
+        browser().closeAllViews();
+        action("Save layout")->trigger();
+    }
+    ASSERT_EQ(log.complaints().size(), 1);
+    EXPECT_TRUE(log.complaints()[0].startsWith("The layout could not be saved to '" + standard()));
+    EXPECT_EQ(contentOf("demo/default.windowsetup"), before);
+    window->closeData();
+    EXPECT_FALSE(action("Save layout")->isEnabled());
+    EXPECT_EQ(contentOf("demo/default.windowsetup"), before) << "nothing saves by itself at first";
+}
+
+TEST_F(Layouts, CopiesComeBackByDialogAndByTheListAndAreUndone)
+{
+    open();
+    const QRect place(5, 30, 790, 600);
+    window->setGeometry(place);
+    const int all = browser().views().size();
+    choose("Save layout copy...", "mine");
+    EXPECT_EQ(settings().value("windowsetuppath").toString(), QFileInfo(path("mine")).path());
+    EXPECT_EQ(setupIn(path("mine.windowsetup"))["timeseries"].toList().size(), all);
+    write("precious.txt", "data");
+    const auto yes = [](QMessageBox &box) { box.button(QMessageBox::Yes)->click(); };
+    {
+        const LogCatcher log;
+        QTimer::singleShot(100, [&] { withDialog<QMessageBox>(yes); });
+        choose("Save layout copy...", "precious.txt");
+        EXPECT_EQ(log.complaints().size(), 1);
+        EXPECT_EQ(contentOf("precious.txt"), "data");
+    }
+    const auto spoil = [&] {
+        browser().closeAllViews();
+        dock("logDock")->hide();
+        window->setGeometry(15, 50, 770, 650);
+        setAutosave(true);
+        settle();
+    };
+    const auto restored = [&] {
+        settle();
+        return browser().views().size() == all && !dock("logDock")->isHidden() && window->geometry() == place &&
+               !isAutosaving();
+    };
+    EXPECT_FALSE(action("Undo restore")->isEnabled());
+    spoil();
+    choose("Restore layout...", "mine.windowsetup");
+    EXPECT_TRUE(restored());
+    action("Undo restore")->trigger();
+    settle();
+    EXPECT_FALSE(browser().hasViews());
+    EXPECT_TRUE(dock("logDock")->isHidden() && isAutosaving());
+    EXPECT_EQ(window->geometry().topLeft(), QPoint(15, 50));
+    EXPECT_FALSE(action("Undo restore")->isEnabled());
+    action("Save layout")->trigger();
+    EXPECT_TRUE(QFile::exists(standard())) << "a copy isn't the file in use";
+    ASSERT_TRUE(found("default.windowsetup") && found("../mine.windowsetup"));
+    EXPECT_TRUE(found("default.windowsetup")->isChecked());
+    found("../mine.windowsetup")->trigger();
+    EXPECT_TRUE(restored());
+    spoil();
+    choose("Restore layout...", "precious.txt");
+    EXPECT_FALSE(restored());
+}
+
+TEST_F(Layouts, TheDefaultLayoutConcernsDocksAndRecordsAlone)
+{
+    open();
+    const auto docks = neighbours();
+    const auto *const plots = window->findChild<RecordViews::RecordView *>("spectraView");
+    const QVariantMap standardChoices = plots->setup();
+    dock("logDock")->hide();
+    dock("commentList")->setFloating(true);
+    window->addDockWidget(Qt::LeftDockWidgetArea, dock("electrometersView"));
+    window->findChild<RecordViews::RecordView *>("spectraView")->restoreSetup({{"single_plot", false}});
+    setAutosave(true);
+    browser().closeAllViews();
+    settle();
+    action("Restore default layout")->trigger();
+    settle();
+    EXPECT_EQ(neighbours(), docks);
+    EXPECT_EQ(plots->setup(), standardChoices);
+    EXPECT_TRUE(isAutosaving());
+    EXPECT_FALSE(browser().hasViews());
+    action("Undo restore")->trigger();
+    settle();
+    EXPECT_TRUE(dock("logDock")->isHidden() && dock("commentList")->isFloating());
+    EXPECT_EQ(plots->setup()["single_plot"], false);
+}
+
+TEST_F(Layouts, OpeningDataNeverMovesTheWindowAndKeepsTheChosenColours)
+{
+    open();
+    const auto spectrum = window->uiInfo()->spectrumInfos().first();
+    window->uiInfo()->setSpectrumColor(spectrum.get(), Qt::magenta);
+    window->uiInfo()->publish();
+    action("Save layout")->trigger();
+    window->close();
+    window.reset();
+    QFile::remove(settingsFile());
+    makeWindow();
+    window->setGeometry(10, 20, 1000, 700);
+    window->show();
+    open();
+    EXPECT_EQ(window->geometry(), QRect(10, 20, 1000, 700));
+    EXPECT_EQ(window->uiInfo()->spectrumColor(spectrum.get()), QColor(Qt::magenta));
+    setAutosave(true);
+    window->closeData();
+    EXPECT_TRUE(isAutosaving());
+    QFile::remove(standard());
+    open();
+    EXPECT_TRUE(isAutosaving()) << "without a file the choice stays";
+}
+
+TEST_F(Layouts, TimeSpanAndRecordAreKeptIfTheUserWants)
+{
+    open();
+    for (const bool isKept : {false, true}) {
+        window->fitTimescale();
+        const TimeScale whole = browser().timeScale();
+        window->showRecord(window->datastore()->at(3));
+        browser().timeView()->changeZoom(0.37, 200);
+        const TimeScale shown = browser().timeScale();
+        action("Keep time span and record")->setChecked(isKept);
+        setAutosave(true);
+        restart();
+        EXPECT_FALSE(action("Keep time span and record")->isChecked());
+        open();
+        EXPECT_EQ(action("Keep time span and record")->isChecked(), isKept);
+        EXPECT_EQ(browser().timeScale().rebased(0), (isKept ? shown : whole).rebased(0));
+        EXPECT_EQ(window->shownRecord(), isKept ? window->datastore()->at(3) : nullptr);
+        EXPECT_FALSE(action("Previous view")->isEnabled());
+    }
+}
+
+TEST_F(Layouts, DocksComeBackWithoutData)
+{
+    dock("varGridView")->hide();
+    window->addDockWidget(Qt::LeftDockWidgetArea, dock("logDock"));
+    settle();
+    const auto docks = places();
+    restart();
+    EXPECT_EQ(places(), docks);
+    window->close();
+    window.reset();
+    const struct {
+        const char *name, *key;
+        QVariant value;
+        const char *warning;
+    } cases[] = {{"damaged", "MainWindow/state", "00ff", "checksum doesn't match"},
+                 {"no text", "MainWindow/state", QVariantList{1, 2}, "The docks stand"},
+                 {"brought the program down", "restoring", settingsFile(), "the program ended"}};
+    for (const auto &one : cases) {
+        SCOPED_TRACE(one.name);
+        const QByteArray sound = ::contentOf(settingsFile());
+        QSettings(settingsFile(), QSettings::IniFormat).setValue(one.key, one.value);
+        const LogCatcher log;
+        makeWindow();
+        show();
+        ASSERT_EQ(log.complaints().size(), 1);
+        EXPECT_TRUE(log.complaints()[0].contains(one.warning));
+        EXPECT_FALSE(dock("varGridView")->isHidden());
+        window->close(); // keeps docks that are sound
+        window.reset();
+        EXPECT_FALSE(settings().contains("restoring"));
+        writeFile(settingsFile(), sound);
+    }
+}
+
+TEST(RestoreMarks, ARestoreIsNotedOnTheDiskBeforeItBegins)
+{
+    QTemporaryDir folder;
+    QSettings settings(folder.filePath("a.conf"), QSettings::IniFormat);
+    RestoreMarks first(settings);
+    first.begin("/a, b");
+    first.finish();
+    first.begin("/c");
+    ASSERT_TRUE(QFile::copy(settings.fileName(), folder.filePath("b.conf"))); // the program ends here
+    QSettings copy(folder.filePath("b.conf"), QSettings::IniFormat);
+    RestoreMarks second(copy);
+    EXPECT_FALSE(second.hasCrashed("/a, b"));
+    EXPECT_TRUE(second.hasCrashed("/c"));
+    second.begin("/d");
+    second.finish();
+    EXPECT_TRUE(RestoreMarks(copy).hasCrashed("/c")) << "until it is restored or saved";
+    second.begin("/c");
+    second.finish();
+    EXPECT_FALSE(copy.contains("restoring"));
+}
