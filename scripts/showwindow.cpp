@@ -4,12 +4,14 @@
 #include "gui/browser/plots/spectrogramplot.h"
 #include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/dataexport/dataexportdialog.h"
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "log/logger.h"
 #include "resources/resources.h"
 #include "support/gestures.h"
 #include "util/programlocale.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDialog>
@@ -17,16 +19,17 @@
 #include <QDockWidget>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QGroupBox>
 #include <QSplitter>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdio>
 
-// showwindow [--size 1440x900] [--dark] [--docks] PICTURE FOLDER [VARIANT]: drives the program's window as a user
-// would, from the data dialog to a selected record, saves a picture of it and prints the picture's path. The window is
+// showwindow [--size 1440x900] [--dark] [--docks] [--export] PICTURE FOLDER [VARIANT]: drives the program's window as a
+// user would, from the data dialog to a selected record, saves a picture of it and prints the picture's path. The window is
 // the program's; its settings are kept apart. With --docks a picture of each dock, too, named after it and put beside
-// the other.
+// the other. With --export one of the export dialog, too: export-dialog.png.
 
 namespace {
 
@@ -114,6 +117,34 @@ bool saveDocks(MorvantideMainWindow &window, const QFileInfo &picture)
     return isSaved;
 }
 
+QAction *actionOf(const QObject &owner, const QString &text)
+{
+    for (QAction *action : owner.findChildren<QAction *>())
+        if (action->text() == text)
+            return action;
+    return nullptr;
+}
+
+/// With the plots' concentrations as fields, the first of which has fractions too.
+bool saveExportDialog(MorvantideMainWindow &window, const QFileInfo &picture)
+{
+    window.showExportData();
+    auto *const dialog = window.findChild<DataExportDialog *>();
+    if (!dialog)
+        return false;
+    QVariantMap setup = dialog->setup();
+    setup[QStringLiteral("general")] = QVariantMap{{QStringLiteral("output_file"), QStringLiteral("totals.txt")},
+                                                   {QStringLiteral("file_name_add_opmode"), true}};
+    dialog->setSetup(setup);
+    actionOf(*dialog, QStringLiteral("Add variables"))->trigger();
+    actionOf(*dialog, QStringLiteral("Add electrometers"))->trigger();
+    actionOf(*dialog, QStringLiteral("Add fields from timeseries plots"))->trigger();
+    for (QGroupBox *box : dialog->findChildren<QGroupBox *>(QStringLiteral("decadeFractions")))
+        box->setChecked(true);
+    QTest::qWait(settling);
+    return dialog->grab().save(picture.dir().filePath(QStringLiteral("export-dialog.png")));
+}
+
 int fail(const char *words)
 {
     std::fprintf(stderr, "showwindow: %s\n", words);
@@ -132,7 +163,8 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.addOptions({{QStringLiteral("size"), QString(), QStringLiteral("WxH"), QStringLiteral("1440x900")},
                        {QStringLiteral("dark"), QString()},
-                       {QStringLiteral("docks"), QString()}});
+                       {QStringLiteral("docks"), QString()},
+                       {QStringLiteral("export"), QString()}});
     parser.process(application);
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() < 2)
@@ -156,6 +188,8 @@ int main(int argc, char **argv)
         return fail("the picture can't be written");
     if (parser.isSet(QStringLiteral("docks")) && !saveDocks(window, QFileInfo(arguments[0])))
         return fail("the pictures of the docks can't be written");
+    if (parser.isSet(QStringLiteral("export")) && !saveExportDialog(window, QFileInfo(arguments[0])))
+        return fail("the picture of the export dialog can't be written");
     std::printf("%s\n", qPrintable(QFileInfo(arguments[0]).absoluteFilePath()));
     return 0;
 }

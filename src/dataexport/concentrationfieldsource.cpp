@@ -4,8 +4,6 @@
 #include "dataexport/recordspectrum.h"
 #include "util/textescape.h"
 
-#include <QDebug>
-
 #include <algorithm>
 #include <cmath>
 
@@ -79,7 +77,6 @@ bool ConcentrationFieldSource::addSpectrum(const SpectMath::SpectrumInfoPointer 
     if (m_field.decades.isEnabled) {
         const std::vector<double> grid = gridIn(*info, m_field.decades.scale);
         const Limits range = m_field.decades.range(grid);
-        qDebug() << info->name << "start:" << range.first << "end:" << range.second;
         if (std::isnan(range.first))
             errors->append(QStringLiteral("The grid of \"%1\" has no decades.").arg(label));
         pieces = m_field.decades.pieces(grid);

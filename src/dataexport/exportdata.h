@@ -15,6 +15,7 @@ namespace DataExport {
 struct ExportData {
     std::shared_ptr<const Spectrometer::RecordMetadata> metadata; ///< never null
     QVector<SpectMath::SpectrumInfoPointer> infos;                ///< all that there are; labels depend on them
+    bool isPreview = false; ///< the debug channel hears nothing of it
     // Told in comment lines.
     QString folder;
     QStringList files;

@@ -9,6 +9,8 @@
 #include "util/textescape.h"
 #include "util/timeformat.h"
 
+#include <QDebug>
+
 #include <algorithm>
 
 namespace DataExport {
@@ -69,7 +71,20 @@ void ExportTable::addSpectra(const SpectraField &field)
 
 void ExportTable::add(const ConcentrationField &field)
 {
+    if (field.decades.isEnabled && !m_data.isPreview)
+        noteDecades(field);
     addSpectra<ConcentrationFieldSource>(field);
+}
+
+void ExportTable::noteDecades(const ConcentrationField &field) const
+{
+    for (const QString &hash : field.spectra) {
+        const auto spectrum = m_spectra.constFind(hash);
+        if (spectrum == m_spectra.constEnd())
+            continue;
+        const Limits range = field.decades.range(gridIn(*spectrum->info, field.decades.scale));
+        qDebug() << spectrum->info->name << "start:" << range.first << "end:" << range.second;
+    }
 }
 
 void ExportTable::add(const SpectrumField &field)

@@ -42,6 +42,7 @@ private:
     };
 
     void add(const ConcentrationField &field);
+    void noteDecades(const ConcentrationField &field) const;
     void add(const SpectrumField &field);
     void add(const VariableField &field);
     void add(const ElectrometerField &field);

@@ -39,7 +39,8 @@ MorvantideMainWindow::MorvantideMainWindow(QWidget *parent) : MorvantideMainWind
 
 MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget *parent)
     : MainWindowBase(parent), m_loader(this), m_inverterLoader(this), m_reinversion(this),
-      m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, this)
+      m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, this),
+      m_exporting(uiInfo(), browser(), this)
 {
     setAboutInfo(QStringLiteral("Morvantide"),
                  tr("Viewing and analysis of data measured with aerosol and ion mobility spectrometers."));
@@ -110,7 +111,7 @@ void MorvantideMainWindow::setupMenus()
     MainWindowBase::setupMenus();
     fileMenu()->insertActions(actions().quit, {m_openFolderAction, m_openFilesAction});
     fileMenu()->insertSeparator(actions().quit);
-    fileMenu()->insertAction(actions().quit, m_saveAction);
+    fileMenu()->insertActions(actions().quit, {m_exportAction, m_saveAction});
     fileMenu()->insertSeparator(actions().quit);
     setupSpectraMenu();
     menuBar()->insertMenu(menuBar()->actions().last(), m_layouts->menu());
@@ -136,7 +137,8 @@ void MorvantideMainWindow::terminateSignal()
 {
     saveComments();
     storeMainWindowState();
-    m_saving.stop(); // it runs the event loop only now and then
+    m_saving.stop(); // these run the event loop only now and then
+    m_exporting.stop();
     QCoreApplication::quit();
 }
 
@@ -250,6 +252,7 @@ void MorvantideMainWindow::closeData()
     setTitle(false);
     m_layouts->closeData();
     clearWindowSetup();
+    m_exporting.closeData(*settings());
     setDatastore(nullptr);
     m_layouts->updateActions();
     setCommentMap(nullptr); // what was typed for its last record is in it by now
@@ -266,9 +269,11 @@ void MorvantideMainWindow::closeData()
 
 void MorvantideMainWindow::setupKeepingActions()
 {
+    m_exportAction = new QAction(namedIcon(QStringLiteral("export-data")), tr("Export data..."), this);
     m_saveAction = new QAction(namedIcon(QStringLiteral("save-data")), tr("Save data..."), this);
     m_infoAction = new QAction(namedIcon(QStringLiteral("measurement-info")), tr("Spectra info"), this);
     m_infoAction->setIconText(tr("Spectra"));
+    connect(m_exportAction, &QAction::triggered, this, &MorvantideMainWindow::showExportData);
     connect(m_saveAction, &QAction::triggered, this, &MorvantideMainWindow::saveData);
     connect(m_infoAction, &QAction::triggered, this, &MorvantideMainWindow::showInfoWindow);
     updateKeepingActions();
@@ -277,14 +282,21 @@ void MorvantideMainWindow::setupKeepingActions()
 
 void MorvantideMainWindow::updateKeepingActions()
 {
+    m_exportAction->setEnabled(datastore() != nullptr);
     m_saveAction->setEnabled(datastore() != nullptr);
     m_infoAction->setEnabled(datastore() != nullptr);
     m_saving.setReadVariant(m_request.variant);
+    m_exporting.setData(datastore(), m_request.folder, m_request.files);
 }
 
 void MorvantideMainWindow::saveData()
 {
     m_saving.run(datastore(), *settings());
+}
+
+void MorvantideMainWindow::showExportData()
+{
+    m_exporting.showDialog(*settings());
 }
 
 void MorvantideMainWindow::showInfoWindow()

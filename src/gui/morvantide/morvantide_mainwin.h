@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui/frame/mainwindowbase.h"
+#include "gui/morvantide/dataexporting.h"
 #include "gui/morvantide/dataloader.h"
 #include "gui/morvantide/datasaving.h"
 #include "gui/morvantide/filechoices.h"
@@ -48,6 +49,8 @@ public Q_SLOTS:
     void fileReaderFinished(const DataLoader::Result &result);
     /// Asks for a folder and the choice of files, and writes day files.
     void saveData();
+    /// Shows the dialog that puts tables together.
+    void showExportData();
     /// Lists the spectra in memory in a window of its own; an earlier one goes.
     void showInfoWindow();
     /// Quits, on a wish from outside of the event loop.
@@ -93,6 +96,7 @@ private:
     QAction *m_openFolderAction = nullptr;
     QAction *m_openFilesAction = nullptr;
 
+    QAction *m_exportAction = nullptr;
     QAction *m_saveAction = nullptr;
     QAction *m_infoAction = nullptr;
     QPointer<MorvantideInfoWindow> m_infoWindow;
@@ -101,6 +105,7 @@ private:
     Reinversion m_reinversion;
     InvertersInUse m_inverters;
     DataSaving m_saving;
+    DataExporting m_exporting;
     QAction *m_reinvertAction = nullptr;
     QAction *m_cancelReinvertAction = nullptr;
     QLabel *m_queueStatusLabel = nullptr;

@@ -311,7 +311,8 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
     }
     EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "Spectra", "&View", "&Window", "&Help"}));
     EXPECT_EQ(commands["&File"],
-              (QStringList{"Open data folder...", "Manually select data files...", "", "Save data...", "", "&Quit"}));
+              (QStringList{"Open data folder...", "Manually select data files...", "", "Export data...", "Save data...", "",
+                           "&Quit"}));
     EXPECT_EQ(commands["&Window"],
               (QStringList{"Save layout", "Save layout copy...", "Restore layout...", "Layouts of the data",
                            "Restore default layout", "Undo restore", "", "Autosave layout",

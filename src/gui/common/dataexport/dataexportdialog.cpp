@@ -1,0 +1,216 @@
+#include "gui/common/dataexport/dataexportdialog.h"
+
+#include "dataexport/dataexporter.h"
+#include "gui/common/dataexport/exportpreview.h"
+#include "gui/common/dataexport/exportsample.h"
+#include "gui/common/dataexport/exportsetuptree.h"
+#include "gui/common/dataexport/generalexportsettingsform.h"
+#include "llama/qyaml.h"
+#include "util/filereplacement.h"
+
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr QSize firstSize(980, 690);
+constexpr int previewDelay = 300; // ms
+constexpr int version = 1;
+
+} // namespace
+
+DataExportDialog::DataExportDialog(ExportSource source, QWidget *parent)
+    : QDialog(parent), m_source(std::move(source)), m_tree(new ExportSetupTree(m_source.uiInfo, this)),
+      m_preview(new ExportPreview(this)), m_result(new QLabel(this))
+{
+    setObjectName(QStringLiteral("DataExportDialog"));
+    setWindowTitle(tr("Export settings"));
+    setAccessibleName(tr("Export data"));
+    m_result->setObjectName(QStringLiteral("resultLabel"));
+    m_result->setTextFormat(Qt::PlainText);
+    m_result->setWordWrap(true);
+    m_result->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto *const preview = new QGroupBox(tr("First rows"), this);
+    (new QVBoxLayout(preview))->addWidget(m_preview);
+    auto *const layout = new QVBoxLayout(this);
+    layout->addWidget(m_tree, 1);
+    layout->addWidget(preview);
+    layout->addLayout(makeButtons());
+    layout->addWidget(m_result);
+    m_result->hide();
+    resize(firstSize);
+
+    m_previewTimer.setSingleShot(true);
+    m_previewTimer.setInterval(previewDelay);
+    connect(&m_previewTimer, &QTimer::timeout, this, &DataExportDialog::showPreview);
+    connect(m_tree, &ExportSetupTree::changed, this, &DataExportDialog::setupChanged);
+    connect(m_tree, &ExportSetupTree::requestPlotFields, this, &DataExportDialog::requestPlotFields);
+}
+
+DataExportDialog::~DataExportDialog() = default;
+
+QLayout *DataExportDialog::makeButtons()
+{
+    auto *const load = new QPushButton(tr("Load setup..."), this);
+    auto *const save = new QPushButton(tr("Save setup..."), this);
+    auto *const run = new QPushButton(tr("Export"), this);
+    auto *const close = new QPushButton(tr("Close"), this);
+    for (QPushButton *button : {load, save, close})
+        button->setAutoDefault(false); // Return exports
+    run->setDefault(true);
+    connect(load, &QPushButton::clicked, this, &DataExportDialog::loadSetup);
+    connect(save, &QPushButton::clicked, this, &DataExportDialog::saveSetup);
+    connect(run, &QPushButton::clicked, this, [this] { Q_EMIT requestExport(setup()); });
+    connect(close, &QPushButton::clicked, this, &QDialog::close);
+    auto *const row = new QHBoxLayout;
+    row->addWidget(load);
+    row->addWidget(save);
+    row->addStretch();
+    row->addWidget(run);
+    row->addWidget(close);
+    return row;
+}
+
+// ---- the setup
+
+QVariantMap DataExportDialog::setup() const
+{
+    return {{QStringLiteral("general"), m_tree->general()->settings()},
+            {QStringLiteral("fields"), m_tree->fields()},
+            {QStringLiteral("quilvane_data_export_version"), version}};
+}
+
+void DataExportDialog::setSetup(const QVariantMap &setup)
+{
+    m_tree->general()->setSettings(setup.value(QStringLiteral("general")).toMap());
+    m_tree->setFields(setup.value(QStringLiteral("fields")).toList());
+}
+
+DataExportDialog::State DataExportDialog::state() const
+{
+    return {setup(), m_tree->general()->takesVisibleSpan(), m_setupPath, saveGeometry()};
+}
+
+void DataExportDialog::setState(const State &state)
+{
+    m_setupPath = state.setupPath;
+    m_tree->general()->setTakesVisibleSpan(state.inSight);
+    setSetup(state.setup);
+    if (!state.geometry.isEmpty())
+        restoreGeometry(state.geometry);
+}
+
+void DataExportDialog::addFields(const QVariantList &fields)
+{
+    m_tree->addFields(fields);
+}
+
+// ---- files
+
+QString DataExportDialog::load(const QString &path)
+{
+    try {
+        const QVariant tree = DataExport::loadSetupTree(path);
+        const DataExport::ExportSetup understood = DataExport::exportSetupFrom(tree);
+        DataExport::logErrors(understood.errors);
+        m_setupPath = path;
+        setSetup(tree.toMap());
+        return QString();
+    } catch (const DataExport::SetupError &error) {
+        return error.message();
+    }
+}
+
+QString DataExportDialog::save(const QString &path)
+{
+    QByteArray bytes;
+    try {
+        bytes = Llama::yamlDump(setup());
+    } catch (const Llama::Exception &error) {
+        return error.message();
+    }
+    const QString reason = replaceFile(path, bytes);
+    if (reason.isNull()) {
+        m_setupPath = path;
+        setupChanged(); // a relative output file is another one now
+    }
+    return reason;
+}
+
+QString DataExportDialog::askForSetupFile(bool toSave)
+{
+    const QPointer<QFileDialog> dialog(
+        new QFileDialog(this, toSave ? tr("Save data export settings") : tr("Load data export settings"), m_setupPath,
+                        tr("Data export settings (*.exportsetup);;All files (*)")));
+    dialog->setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog->setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog->setDefaultSuffix(QStringLiteral("exportsetup"));
+    if (!m_setupPath.isEmpty())
+        dialog->selectFile(m_setupPath);
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    const QString path = isAccepted && dialog ? dialog->selectedFiles().value(0) : QString();
+    delete dialog;
+    return path; // empty also where all of this is gone
+}
+
+void DataExportDialog::saveSetup()
+{
+    const QString path = askForSetupFile(true);
+    const QString reason = path.isEmpty() ? QString() : save(path);
+    if (!reason.isNull())
+        tell(tr("Failed to open file %1 for writing.").arg(path), reason);
+}
+
+void DataExportDialog::loadSetup()
+{
+    const QString path = askForSetupFile(false);
+    const QString reason = path.isEmpty() ? QString() : load(path);
+    if (!reason.isNull())
+        tell(tr("Failed to open file %1.").arg(path), reason);
+}
+
+void DataExportDialog::tell(const QString &text, const QString &reason)
+{
+    QMessageBox box(QMessageBox::Warning, tr("Data export"), text, QMessageBox::Ok, this);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(reason.toHtmlEscaped());
+    box.exec();
+}
+
+// ---- preview
+
+void DataExportDialog::setupChanged()
+{
+    m_previewTimer.start();
+    m_result->hide();
+}
+
+void DataExportDialog::spanChanged()
+{
+    if (m_tree->general()->takesVisibleSpan())
+        m_previewTimer.start();
+}
+
+void DataExportDialog::showResult(const QString &text)
+{
+    m_result->setText(text);
+    m_result->show();
+}
+
+void DataExportDialog::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    showPreview();
+}
+
+void DataExportDialog::showPreview()
+{
+    m_previewTimer.stop();
+    if (isVisible() && m_source.uiInfo->metadata())
+        m_preview->showSample(ExportSample::of(m_source, setup(), m_setupPath, m_tree->general()->takesVisibleSpan()));
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "gui/common/dataexport/exportsource.h"
+
+#include <QDialog>
+#include <QTimer>
+#include <QVariantMap>
+
+class ExportPreview;
+class ExportSetupTree;
+class QLabel;
+
+/// Puts a setup for exports together, keeps it in files, and asks for the export; what comes of it is shown below the
+/// buttons. It stays open meanwhile, and after.
+class DataExportDialog : public QDialog {
+    Q_OBJECT
+public:
+    /// All that the user has chosen.
+    struct State {
+        QVariantMap setup;
+        bool inSight = false; ///< the records in sight alone
+        QString setupPath;    ///< of the setup file that was loaded or saved last
+        QByteArray geometry;
+    };
+
+    explicit DataExportDialog(ExportSource source, QWidget *parent = nullptr);
+    ~DataExportDialog() override;
+
+    /// The tree of the setup, as a file holds it.
+    QVariantMap setup() const;
+    void setSetup(const QVariantMap &setup);
+    State state() const;
+    void setState(const State &state);
+    const QString &setupPath() const { return m_setupPath; }
+    void setSetupPath(const QString &path) { m_setupPath = path; }
+    /// Takes the setup of a file. The result is null, or the reason why nothing has changed.
+    QString load(const QString &path);
+    /// The result is null, or the reason why the file is as it was.
+    QString save(const QString &path);
+
+public Q_SLOTS:
+    void addFields(const QVariantList &fields);
+    /// The time axis shows another span.
+    void spanChanged();
+    /// What became of an export.
+    void showResult(const QString &text);
+    /// Asks for a file.
+    void saveSetup();
+    void loadSetup();
+
+Q_SIGNALS:
+    void requestExport(const QVariantMap &setup);
+    /// For fields like the plots of the browser; addFields() takes them.
+    void requestPlotFields();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QLayout *makeButtons();
+    QString askForSetupFile(bool toSave);
+    void setupChanged();
+    void showPreview();
+    void tell(const QString &text, const QString &reason);
+
+    const ExportSource m_source;
+    QString m_setupPath;
+    ExportSetupTree *m_tree;
+    ExportPreview *m_preview;
+    QLabel *m_result;
+    QTimer m_previewTimer; ///< runs out behind the last of some changes
+};

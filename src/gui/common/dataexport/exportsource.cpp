@@ -1,0 +1,38 @@
+#include "gui/common/dataexport/exportsource.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+std::pair<int, int> ExportSource::places(bool inSight) const
+{
+    if (!inSight)
+        return {0, store->size()};
+    const Span span = visibleSpan();
+    const SpanIndex &spans = store->recordSpans();
+    const auto behind = std::int64_t(spans.lowerBound(ticksOf(span.second)));
+    const auto first = std::int64_t(spans.firstEndingFrom(0, ticksOf(span.first) + 1));
+    return {int(std::min(first, behind)), int(behind)};
+}
+
+DataExport::ExportData ExportSource::dataOf(const std::pair<int, int> &places) const
+{
+    DataExport::ExportData data;
+    data.metadata = uiInfo->metadata();
+    for (const auto &info : uiInfo->spectrumInfos())
+        data.infos.append(uiInfo->commented(info)); // namesakes are told apart by comments
+    data.folder = QDir(folder).absolutePath();
+    data.files = files;
+    data.first = *store->at(places.first);
+    data.last = *store->at(places.second - 1);
+    return data;
+}
+
+DataExport::ExportSetup ExportSource::setupOf(const QVariant &tree, const QString &setupPath) const
+{
+    DataExport::ExportSetup setup = DataExport::exportSetupFrom(tree);
+    const QDir base = setupPath.isEmpty() ? QDir(folder) : QFileInfo(setupPath).absoluteDir();
+    QString &file = setup.general.outputFile;
+    if (!file.isEmpty())
+        file = QDir(base.absolutePath()).absoluteFilePath(file);
+    return setup;
+}

@@ -1,0 +1,225 @@
+#include "gui/morvantide/dataexporting.h"
+
+#include "axis/timenavigator.h"
+#include "dataexport/dataexporter.h"
+#include "dataexport/exportnaming.h"
+#include "dataexport/exporttable.h"
+#include "dataexport/exporttargets.h"
+#include "gui/browser/controls/timeview.h"
+#include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/dataexport/plotfields.h"
+#include "log/logger.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProgressDialog>
+#include <QScopedValueRollback>
+#include <QSettings>
+#include <QThread>
+
+namespace {
+
+const QString setupPathKey = QStringLiteral("export_setup_path");
+constexpr int shownFiles = 5;
+
+const Log::Logger &logger()
+{
+    static const Log::Logger instance(QStringLiteral("dataexport"));
+    return instance;
+}
+
+} // namespace
+
+DataExporting::DataExporting(const std::shared_ptr<UiInfo> &uiInfo, Tsb::TimeSeriesBrowser *browser, QWidget *window)
+    : m_window(window), m_browser(browser)
+{
+    m_source.uiInfo = uiInfo;
+    m_source.visibleSpan = [browser] {
+        const TimeScale scale = browser->timeScale();
+        return std::make_pair(scale.tickAt(0), scale.tickAt(browser->timeView()->contentsRect().width()));
+    };
+}
+
+DataExporting::~DataExporting() = default;
+
+void DataExporting::setData(std::shared_ptr<Datastore> store, const QString &folder, const QStringList &files)
+{
+    m_source.store = std::move(store);
+    m_source.folder = folder;
+    m_source.files = files;
+}
+
+void DataExporting::closeData(QSettings &settings)
+{
+    stop();
+    m_source.store.reset();
+    m_state.reset();
+    if (!m_dialog)
+        return;
+    settings.setValue(setupPathKey, m_dialog->setupPath());
+    for (QDialog *question : m_dialog->findChildren<QDialog *>())
+        question->reject();
+    m_dialog->hide();
+    m_dialog->deleteLater(); // a question before it may be open
+    m_dialog.clear();
+}
+
+void DataExporting::stop()
+{
+    m_isStopped = true;
+    if (m_box)
+        m_box->reject();
+}
+
+// ---- the dialog
+
+void DataExporting::showDialog(const QSettings &settings)
+{
+    if (!m_source.store || m_isRunning)
+        return;
+    if (m_dialog)
+        m_state = m_dialog->state();
+    delete m_dialog;
+    m_dialog = new DataExportDialog(m_source, m_window);
+    if (m_state) {
+        m_dialog->setState(*m_state);
+    } else {
+        const QString path = settings.value(setupPathKey).toString();
+        m_dialog->setSetupPath(path);
+        const QString reason = QFileInfo::exists(path) ? m_dialog->load(path) : QString();
+        if (!reason.isNull())
+            logger().log(Log::Warning, QStringLiteral("Failed to open file %1. %2").arg(path, reason));
+    }
+    // Queued: the dialog may go while the export runs.
+    connect(m_dialog, &DataExportDialog::requestExport, this, &DataExporting::requestExport, Qt::QueuedConnection);
+    connect(m_dialog, &DataExportDialog::requestPlotFields, this, &DataExporting::giveExportTsbSetup);
+    connect(m_browser->timeView()->navigator(), &Tsb::TimeNavigator::timeScaleChanged, m_dialog,
+            &DataExportDialog::spanChanged);
+    m_dialog->show();
+}
+
+void DataExporting::giveExportTsbSetup()
+{
+    QStringList errors;
+    const QVariantList fields = plotFields(m_browser->setup(), &errors);
+    DataExport::logErrors(errors);
+    if (!m_dialog)
+        return;
+    m_dialog->addFields(fields);
+    if (fields.isEmpty())
+        tell(tr("No plot shows a concentration that can be exported."));
+}
+
+QMessageBox::StandardButton DataExporting::ask(QMessageBox &box)
+{
+    box.setTextFormat(Qt::PlainText); // it repeats names of files
+    m_box = &box;
+    return QMessageBox::StandardButton(box.exec());
+}
+
+void DataExporting::tell(const QString &text)
+{
+    QWidget *const before = m_dialog ? m_dialog.data() : m_window;
+    QMessageBox box(QMessageBox::Warning, tr("Data export"), text, QMessageBox::Ok, before);
+    ask(box);
+}
+
+// ---- the export
+
+void DataExporting::requestExport(const QVariantMap &setup)
+{
+    if (!m_source.store) {
+        logger().log(Log::Warning, QStringLiteral("Export: no data available!"));
+        return;
+    }
+    if (m_isRunning)
+        return;
+    const QScopedValueRollback<bool> running(m_isRunning, true);
+    m_isStopped = false;
+    try {
+        exportAs(m_source.setupOf(setup, setupPath()));
+    } catch (const DataExport::SetupError &error) {
+        tell(error.message());
+    }
+}
+
+void DataExporting::exportAs(const DataExport::ExportSetup &setup)
+{
+    const QString fault = DataExport::ExportNaming(setup.general, nullptr).fault();
+    if (!fault.isNull())
+        return tell(fault);
+    const auto places = m_source.places(m_dialog && m_dialog->state().inSight);
+    if (places.first == places.second)
+        return tell(tr("Nothing to export: no record is in sight."));
+    const DataExport::ExportData data = m_source.dataOf(places);
+    const DataExport::ExportTable table(setup, data);
+    DataExport::logErrors(setup.errors + table.errors());
+    if (table.lacksSpectra())
+        return tell(tr("Nothing to export: none of the setup's spectra is in memory."));
+    // A list of its own: spectra come into the store meanwhile, and it may be closed.
+    Datastore::Records records;
+    for (int place = places.first; place < places.second; ++place)
+        if (table.takes(*m_source.store->at(place)))
+            records.push_back(m_source.store->at(place));
+    if (records.empty())
+        return tell(tr("Nothing to export: no record is of the setup's modes."));
+    const QStringList targets = DataExport::exportTargets(setup.general, table, data.metadata, records);
+    const QString reason = refusal(targets);
+    if (!reason.isNull())
+        return tell(reason);
+    const QStringList existing = DataExport::existingOf(targets);
+    if (!existing.isEmpty() && !mayReplace(existing))
+        return;
+
+    DataExport::DataExporter exporter(setup, table, data.metadata,
+                                      existing.isEmpty() ? ExistingFile::Kept : ExistingFile::Replaced);
+    if (!addRecords(exporter, records)) {
+        logger().log(Log::Info, QStringLiteral("Export was cancelled by user."));
+        return;
+    }
+    const DataExport::DataExporter::Result result = exporter.finish();
+    const QString text = DataExport::resultText(result, targets);
+    logger().log(Log::Info, text);
+    if (m_dialog)
+        m_dialog->showResult(text);
+    if (result.lost > 0 || !result.isComplete)
+        tell(tr("%1\nThe log tells why.").arg(DataExport::lossText(result)));
+}
+
+QString DataExporting::refusal(const QStringList &targets) const
+{
+    QStringList files{setupPath()};
+    for (const QString &file : m_source.files)
+        files << QDir(m_source.folder).filePath(file);
+    return DataExport::refusalOf(targets, files);
+}
+
+bool DataExporting::mayReplace(const QStringList &existing)
+{
+    QStringList names = existing.mid(0, shownFiles);
+    for (QString &name : names)
+        name = QDir::toNativeSeparators(name);
+    if (existing.size() > shownFiles)
+        names << tr("and %1 more").arg(existing.size() - shownFiles);
+    QMessageBox box(QMessageBox::Question, tr("Data export"),
+                    existing.size() == 1 ? tr("A file exists. Replace it?") : tr("Files exist. Replace them?"),
+                    QMessageBox::Yes | QMessageBox::Cancel, m_dialog ? m_dialog.data() : m_window);
+    box.setInformativeText(names.join(QLatin1Char('\n')));
+    box.setDefaultButton(QMessageBox::Cancel);
+    return ask(box) == QMessageBox::Yes && !m_isStopped;
+}
+
+/// False if it was cancelled.
+bool DataExporting::addRecords(DataExport::DataExporter &exporter, const Datastore::Records &records)
+{
+    QProgressDialog progress(tr("Exporting records"), tr("Cancel"), 0, int(records.size()), m_window);
+    progress.setWindowTitle(tr("Exporting records"));
+    progress.setWindowModality(Qt::WindowModal); // only so it runs the event loop
+    progress.setMinimumDuration(0);
+    connect(&progress, &QDialog::rejected, &progress, &QProgressDialog::cancel); // hiding is no end
+    // Spectra may come in while the event loop runs: no other thread reads the records then.
+    return exporter.addRecords(records, QThread::idealThreadCount(), [this, &progress](int done) {
+        progress.setValue(done);
+        return !progress.wasCanceled() && !m_isStopped;
+    });
+}

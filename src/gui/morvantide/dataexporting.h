@@ -1,0 +1,64 @@
+#pragma once
+
+#include "gui/common/dataexport/dataexportdialog.h"
+#include "gui/common/dataexport/exportsource.h"
+
+#include <QMessageBox>
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+#include <optional>
+
+class QSettings;
+
+namespace DataExport {
+class DataExporter;
+}
+namespace Tsb {
+class TimeSeriesBrowser;
+}
+
+/// Owns the export dialog and the export that it asks for. As long as the data are open the dialog comes back as it was
+/// left. The window is kept waiting by an export, with a modal dialog that shows its progress; the event loop runs
+/// meanwhile, so that spectra may come in, and data may be closed. Main thread only.
+class DataExporting : public QObject {
+    Q_OBJECT
+public:
+    /// All outlive it. Dialogs stand before the window.
+    DataExporting(const std::shared_ptr<UiInfo> &uiInfo, Tsb::TimeSeriesBrowser *browser, QWidget *window);
+    ~DataExporting() override;
+
+    /// Other data, in that folder; the files are names in it, or whole paths.
+    void setData(std::shared_ptr<Datastore> store, const QString &folder, const QStringList &files);
+    /// Ends an export, closes the dialog and keeps the path of its setup.
+    void closeData(QSettings &settings);
+    /// Makes the dialog anew and shows it.
+    void showDialog(const QSettings &settings);
+    /// Ends the export that is under way.
+    void stop();
+
+public Q_SLOTS:
+    /// Comes back when the export is done, or was given up.
+    void requestExport(const QVariantMap &setup);
+    /// Gives the dialog fields like the concentrations that the browser plots.
+    void giveExportTsbSetup();
+
+private:
+    QString setupPath() const { return m_dialog ? m_dialog->setupPath() : QString(); }
+    void exportAs(const DataExport::ExportSetup &setup);
+    QString refusal(const QStringList &targets) const;
+    bool mayReplace(const QStringList &existing);
+    bool addRecords(DataExport::DataExporter &exporter, const Datastore::Records &records);
+    void tell(const QString &text);
+    QMessageBox::StandardButton ask(QMessageBox &box);
+
+    QWidget *const m_window;
+    Tsb::TimeSeriesBrowser *const m_browser;
+    ExportSource m_source;
+    QPointer<DataExportDialog> m_dialog;
+    std::optional<DataExportDialog::State> m_state; ///< of the dialog before
+    QPointer<QMessageBox> m_box;                    ///< that is open
+    bool m_isRunning = false;
+    bool m_isStopped = false;
+};
