@@ -12,7 +12,9 @@ namespace Log {
 
 namespace {
 
-alignas(void *) thread_local int mutes = 0; // aligned for the sake of RootLogger::post()'s
+// The alignment is for mold 1.10: it begins the pages that are made read-only at thread-local memory, of which a single
+// byte may lie on the page before, and nothing starts.
+alignas(void *) thread_local int silences = 0;
 
 int levelOf(QtMsgType type)
 {
@@ -75,16 +77,12 @@ RootLogger::~RootLogger() = default;
 
 void RootLogger::post(const Entry &entry)
 {
-    if (mutes > 0)
-        return;
-    if (m_filter && !m_filter(entry))
+    if (silences > 0 || (m_filter && !m_filter(entry)))
         return;
     if (m_console->put(entry))
         QMetaObject::invokeMethod(this, "flushConsoleSoon", Qt::QueuedConnection);
     Q_EMIT newEntry(entry);
-    // Then Qt complains of the writer itself, which holds the lock. The alignment is for mold 1.10: it begins the pages
-    // that are made read-only at thread-local memory, of which a single byte may lie on the page before, and nothing
-    // starts.
+    // Then Qt complains of the writer itself, which holds the lock.
     alignas(void *) static thread_local bool isWriting = false;
     if (m_fileOutput && !isWriting) {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -137,14 +135,14 @@ void Logger::post(Entry entry) const
     RootLogger::instance().post(entry);
 }
 
-Muted::Muted()
+Silence::Silence()
 {
-    ++mutes;
+    ++silences;
 }
 
-Muted::~Muted()
+Silence::~Silence()
 {
-    --mutes;
+    --silences;
 }
 
 void installQtMessageHandler()

@@ -65,13 +65,14 @@ private:
     QString m_area;
 };
 
-/// While it lives, entries that its thread posts are dropped: of work that looks ahead at what will be told later.
-class Muted {
+/// While it lives, what its thread logs is dropped, Qt's messages included: of work that looks ahead at what will be
+/// told later.
+class Silence {
 public:
-    Muted();
-    ~Muted();
-    Muted(const Muted &) = delete;
-    Muted &operator=(const Muted &) = delete;
+    Silence();
+    ~Silence();
+    Silence(const Silence &) = delete;
+    Silence &operator=(const Silence &) = delete;
 };
 
 /// Sends Qt's own messages to the root logger.

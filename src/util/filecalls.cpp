@@ -33,6 +33,11 @@ ssize_t FileCalls::read(int descriptor, char *bytes, std::size_t size)
     return uninterrupted([=] { return ::read(descriptor, bytes, size); });
 }
 
+ssize_t FileCalls::pread(int descriptor, char *bytes, std::size_t size, off_t offset)
+{
+    return uninterrupted([=] { return ::pread(descriptor, bytes, size, offset); });
+}
+
 ssize_t FileCalls::write(int descriptor, const char *bytes, std::size_t size)
 {
     return uninterrupted([=] { return ::write(descriptor, bytes, size); });

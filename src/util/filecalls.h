@@ -13,6 +13,7 @@ public:
 
     virtual int open(const char *path, int flags, mode_t mode = 0);
     virtual ssize_t read(int descriptor, char *bytes, std::size_t size);
+    virtual ssize_t pread(int descriptor, char *bytes, std::size_t size, off_t offset);
     virtual ssize_t write(int descriptor, const char *bytes, std::size_t size);
     virtual int fchmod(int descriptor, mode_t mode);
     virtual int ftruncate(int descriptor, off_t size);

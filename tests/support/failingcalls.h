@@ -22,6 +22,10 @@ public:
     {
         return fails("read") ? -1 : FileCalls::read(descriptor, bytes, size);
     }
+    ssize_t pread(int descriptor, char *bytes, std::size_t size, off_t offset) override
+    {
+        return fails("pread") ? -1 : FileCalls::pread(descriptor, bytes, size, offset);
+    }
     ssize_t write(int descriptor, const char *bytes, std::size_t size) override
     {
         return fails("write") ? -1 : FileCalls::write(descriptor, bytes, size < 65536 ? size : 65536);

@@ -7,18 +7,26 @@ namespace {
 
 constexpr int mostFlags = 100000;
 
-void growWithNaN(RealVector &vector, int size)
-{
-    if (vector.size() < std::size_t(size))
-        vector.data().resize(std::size_t(size), noValue);
-}
-
 } // namespace
 
 FileReaderState::FileReaderState(std::shared_ptr<Datastore> store, RecordTime begin, RecordTime end)
     : metadata(std::make_shared<Spectrometer::RecordMetadata>()), datastore(std::move(store)), beginLimit(begin),
       endLimit(end), records(datastore.get())
 {
+}
+
+std::unique_ptr<FileReaderState> FileReaderState::makeForecast() const
+{
+    auto forecast = std::make_unique<FileReaderState>(nullptr, beginLimit, endLimit);
+    forecast->metadata->electrometerGroups = metadata->electrometerGroups;
+    forecast->metadata->variables = metadata->variables; // which don't change
+    forecast->variableNames = variableNames;
+    forecast->m_variableIndex = m_variableIndex;
+    forecast->electrometerCount = electrometerCount;
+    forecast->electrometerCountKnown = electrometerCountKnown;
+    forecast->instrumentSettingsTaken = true; // they tell nothing of rows
+    forecast->budget = budget;
+    return forecast;
 }
 
 int FileReaderState::addOpmode(const QString &name)
@@ -98,27 +106,12 @@ SpectMath::SpectrumInfoPointer FileReaderState::shareSpectrum(const std::shared_
     return info;
 }
 
-std::shared_ptr<Record> FileReaderState::makeRecord(const RowTimes &times) const
+void FileReaderState::addSpectrum(const std::shared_ptr<Record> &record, const SpectMath::SpectrumInfoPointer &info,
+                                  std::shared_ptr<SpectMath::Spectrum> spectrum)
 {
-    auto record = ::makeRecord();
-    record->dpVariantId = 0;
-    record->beginTime = times.begin;
-    record->endTime = times.end;
-    record->beginUtcOffset = times.beginUtcOffset;
-    record->endUtcOffset = times.endUtcOffset;
-    record->midTime = Spectrometer::middleOf(times.begin, times.end);
-    return record;
-}
-
-std::shared_ptr<SpectMath::Spectrum> FileReaderState::makeSpectrum(const SpectMath::SpectrumInfoPointer &info) const
-{
-    const std::size_t points = info->nativePoints().size();
-    auto spectrum = SpectMath::makeSpectrum();
-    spectrum->status = 0;
     spectrum->info = info;
-    spectrum->concentrations.resize(points, false);
-    spectrum->covariances.resize(points, points, 0, 0, false);
-    return spectrum;
+    record->spectra.push_back(std::move(spectrum));
+    records.addSpectrum(record, record->spectra.back());
 }
 
 bool FileReaderState::takeSpectra(std::size_t bytes)
@@ -146,11 +139,7 @@ bool FileReaderState::takeSeries(const QVector<SpectMath::SpectrumInfoPointer> &
 
 void FileReaderState::widen(Record &record) const
 {
-    growWithNaN(record.voltages, electrometerCount);
-    growWithNaN(record.variables, variableNames.size());
-    growWithNaN(record.currents, electrometerCount);
-    growWithNaN(record.currentVariances, electrometerCount);
-    growWithNaN(record.rawCurrents, electrometerCount);
+    widenRecord(record, std::size_t(electrometerCount), std::size_t(variableNames.size()));
 }
 
 std::size_t FileReaderState::bytesPerRecord(int electrometers, int variables)

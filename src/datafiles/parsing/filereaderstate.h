@@ -1,7 +1,9 @@
 #pragma once
 
 #include "datafiles/parsing/memorybudget.h"
+#include "datafiles/parsing/newrecord.h"
 #include "datafiles/parsing/recordcollector.h"
+#include "datafiles/parsing/rowlayout.h"
 #include "log/logger.h"
 #include "records/recordmetadata.h"
 #include "store/datastore.h"
@@ -11,20 +13,15 @@
 #include <QSet>
 #include <QStringList>
 
-/// The times of one row.
-struct RowTimes {
-    RecordTime begin{};
-    RecordTime end{};
-    std::int64_t beginUtcOffset = 0;
-    std::int64_t endUtcOffset = 0;
-};
-
 /// The state that all line readers of one read share, since a record is put together from several files. It grows with
 /// every header. Used on the reading thread only.
 struct FileReaderState {
     using SpectrumMap = QMap<QString, SpectMath::SpectrumInfoPointer>;
 
     FileReaderState(std::shared_ptr<Datastore> store, RecordTime begin, RecordTime end);
+    /// A state of its own, without a record, for guesses at the headers that come next: it knows the same variables and
+    /// electrometers, and has the same budget. It shares nothing that changes, so that it may go to another thread.
+    std::unique_ptr<FileReaderState> makeForecast() const;
 
     Spectrometer::RecordMetadataPointer metadata;
     SpectrumMap spectrumInfos; ///< by hash, over all files of the read
@@ -58,10 +55,14 @@ struct FileReaderState {
                                                  const Log::Logger &logger);
 
     bool isOutside(const RowTimes &times) const { return times.end < beginLimit || endLimit < times.begin; }
-    /// A new record of those times, with no mode, not yet among the records.
-    std::shared_ptr<Record> makeRecord(const RowTimes &times) const;
     /// Grows the record's vectors to the present metadata, with NaN in new slots. Never shrinks them.
     void widen(Record &record) const;
+    /// Whether records that were made for rows of that layout aren't wider than what is known.
+    bool canTake(const RowLayout &layout) const
+    {
+        return layout.electrometers <= std::size_t(electrometerCount) &&
+               layout.variables <= std::size_t(variableNames.size());
+    }
     /// Whether the budget allows for that many more records of that width, and that many bytes beside them.
     bool isAffordable(std::size_t newRecords, int electrometers, int variables, std::size_t bytes = 0) const;
     bool isAffordable(std::size_t bytes) const
@@ -71,8 +72,9 @@ struct FileReaderState {
     /// The most nodes that the tree of a header of that size may have.
     qint64 mostNodes(int textSize) const;
 
-    /// A spectrum that was read well, with room for its values, whose covariances are a diagonal.
-    std::shared_ptr<SpectMath::Spectrum> makeSpectrum(const SpectMath::SpectrumInfoPointer &info) const;
+    /// Gives the record a spectrum of that description.
+    void addSpectrum(const std::shared_ptr<Record> &record, const SpectMath::SpectrumInfoPointer &info,
+                     std::shared_ptr<SpectMath::Spectrum> spectrum);
     /// Counts the memory of spectra, and that of series for descriptions that had no spectrum yet. False, and nothing
     /// is counted, if that is more than the read may hold.
     bool takeSpectra(std::size_t bytes);

@@ -101,3 +101,39 @@ std::size_t NewLineHeader::spectrumFieldCount() const
         count += 2 * info->nativePoints().size() + std::size_t(spectra->inversionVariables.size());
     return count;
 }
+
+bool NewLineHeader::hasFlagsField() const
+{
+    switch (fileKind) {
+    case FileKind::diagnostics:
+        return flagLevels.has_value();
+    case FileKind::flags:
+        return true;
+    case FileKind::records:
+        return !noFlagsColumn;
+    case FileKind::currents:
+    case FileKind::spectra:
+        break;
+    }
+    return false;
+}
+
+RowLayout NewLineHeader::layout(const FileReaderState &state) const
+{
+    RowLayout layout;
+    layout.kind = int(fileKind);
+    layout.electrometers = electrometers;
+    layout.variables = std::size_t(state.variableNames.size());
+    layout.columns = {int(fileKind), int(fieldCount), hasFlagsField()};
+    if (fileKind == FileKind::spectra) {
+        for (const auto &info : qAsConst(spectra->infos))
+            layout.columns.push_back(int(info->nativePoints().size()));
+        for (const auto variable : qAsConst(spectra->inversionVariables))
+            layout.columns.push_back(int(variable));
+    } else if (fileKind != FileKind::flags) {
+        layout.columns.push_back(int(electrometers));
+        if (fileKind != FileKind::currents && variableSlots)
+            layout.columns.insert(layout.columns.end(), variableSlots->begin(), variableSlots->end());
+    }
+    return layout;
+}

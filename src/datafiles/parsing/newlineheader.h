@@ -1,6 +1,7 @@
 #pragma once
 
 #include "datafiles/parsing/flagsection.h"
+#include "datafiles/parsing/rowlayout.h"
 #include "datafiles/parsing/spectrasection.h"
 
 /// The header of a current-format block: the kind of its rows, and their columns.
@@ -12,6 +13,11 @@ public:
     /// state of the read. Throws FileReaderError; additions before a fault stay.
     NewLineHeader(const QByteArray &firstLine, const QByteArray &columnRow, const QByteArray &yamlText,
                   FileReaderState &state);
+
+    /// The layout of its rows.
+    RowLayout layout(const FileReaderState &state) const;
+    /// Whether a row ends in flags, as levels or as ids.
+    bool hasFlagsField() const;
 
     FileKind fileKind;
     std::size_t fieldCount = 0;    ///< of a row

@@ -1,10 +1,13 @@
 #include "datafiles/parsing/newlinereader.h"
 
+#include "datafiles/parsing/parsedrows.h"
 #include "datafiles/parsing/rowhead.h"
 
 #include <cstring>
 
 namespace {
+
+using FileKind = NewLineHeader::FileKind;
 
 constexpr int mostFlagIds = 100000; // of one block
 
@@ -44,6 +47,7 @@ NewLineReader::NewLineReader(const QByteArray &firstLine, const QByteArray &colu
                              FileReaderState *state)
     : m_state(state), m_header(firstLine, columnRow, yamlText, *state)
 {
+    setLayout(m_header.layout(*state));
 }
 
 bool NewLineReader::complain(const QString &text)
@@ -57,18 +61,20 @@ bool NewLineReader::readRow(QByteArray bytes)
     const TextView line = viewOf(bytes);
     if (!line.empty() && line.front() == '#')
         return startsWith(line, "# flag ") && readFlagDefinition(line.substr(7));
-
-    m_fields.split(withoutLineEnd(line), '\t', m_header.fieldCount + 1);
-    if (m_fields.size() != m_header.fieldCount && m_fields.size() != m_header.fieldCount + 1)
+    RowTimes times;
+    switch (readHead(line, m_fields, &times)) {
+    case RowHead::wrongFieldCount:
         return complain(QStringLiteral("%1 fields found, %2 expected")
                             .arg(QString::number(m_fields.size()), QString::number(m_header.fieldCount)));
-    RowTimes times;
-    if (!readRowTimes(m_fields[0], m_fields[1], &times))
+    case RowHead::noEndTime:
         return complain(QStringLiteral("Failed to read end time"));
-    if (m_state->isOutside(times))
+    case RowHead::outside:
         return false;
+    case RowHead::sound:
+        break;
+    }
     std::shared_ptr<Record> record;
-    switch (placeRow(times, *m_state, &record)) {
+    switch (placeRecord(times, *m_state, &record)) {
     case RowPlace::refused:
         return complain(refusedRowText());
     case RowPlace::made:
@@ -77,7 +83,61 @@ bool NewLineReader::readRow(QByteArray bytes)
     case RowPlace::found:
         break;
     }
-    return readValues(record);
+    FieldCursor fields(m_fields, 3);
+    if (m_header.fileKind == FileKind::spectra)
+        return readSpectra(fields, record);
+    return readFlags(readValues(fields, RowNumbers::of(*record)), *record);
+}
+
+NewLineReader::RowHead NewLineReader::readHead(TextView line, FieldSplitter &fields, RowTimes *times) const
+{
+    fields.split(withoutLineEnd(line), '\t', m_header.fieldCount + 1);
+    if (fields.size() != m_header.fieldCount && fields.size() != m_header.fieldCount + 1)
+        return RowHead::wrongFieldCount;
+    if (!readRowTimes(fields[0], fields[1], times))
+        return RowHead::noEndTime;
+    return m_state->isOutside(*times) ? RowHead::outside : RowHead::sound;
+}
+
+bool NewLineReader::parseRow(ParsedRow &row, bool inRecord, FieldSplitter &splitter, ParsedRows &rows) const
+{
+    if (!row.line.empty() && row.line.front() == '#')
+        return false;
+    const RowHead head = readHead(row.line, splitter, &row.times);
+    row.isOutside = head == RowHead::outside;
+    if (head != RowHead::sound)
+        return row.isOutside;
+    row.mode = trimmed(splitter[2]);
+    FieldCursor fields(splitter, 3);
+    if (m_header.fileKind == FileKind::spectra) {
+        for (int i = 0; i < m_header.spectra->infos.size(); ++i)
+            rows.addSpectrum(row, i, readSpectrum(fields, m_header.spectra->infos[i]->nativePoints().size()));
+    } else if (m_header.fileKind == FileKind::flags) {
+        row.flags = fields.next();
+    } else {
+        const RowLayout &width = layout();
+        row.flags = readValues(fields, rows.addNumbers(row, inRecord, width.electrometers, width.variables));
+    }
+    return true;
+}
+
+bool NewLineReader::placeRow(ParsedRow &row, ParsedRows &rows)
+{
+    std::shared_ptr<Record> record = row.record;
+    switch (placeRecord(row.times, *m_state, &record)) {
+    case RowPlace::refused:
+        return complain(refusedRowText());
+    case RowPlace::made:
+        record->opmode = addOpmode(row.mode);
+        break;
+    case RowPlace::found:
+        break;
+    }
+    if (m_header.fileKind == FileKind::spectra)
+        return placeSpectra(row, rows, record);
+    if (m_header.fileKind != FileKind::flags && record != row.record)
+        copyValues(rows.numbersOf(row), RowNumbers::of(*record));
+    return readFlags(row.flags, *record);
 }
 
 bool NewLineReader::readFlagDefinition(TextView text)
@@ -103,49 +163,47 @@ int NewLineReader::addOpmode(TextView name)
     return m_lastModeIndex;
 }
 
-bool NewLineReader::readValues(const std::shared_ptr<Record> &record)
+/// Reads the numbers; the result is the field of flags, if the row has one.
+TextView NewLineReader::readValues(FieldCursor &fields, const RowNumbers &numbers) const
 {
-    FieldCursor fields(m_fields, 3);
-    switch (m_header.fileKind) {
-    case NewLineHeader::FileKind::currents:
-        readElectrometers(fields, *record);
+    const bool isRecords = m_header.fileKind == FileKind::records;
+    if (m_header.fileKind == FileKind::currents || isRecords) {
+        fields.numbers(numbers.currents, m_header.electrometers);
+        fields.numbers(numbers.currentVariances, m_header.electrometers);
+        fields.numbers(numbers.rawCurrents, m_header.electrometers);
+    }
+    if (m_header.fileKind == FileKind::diagnostics || isRecords) {
+        fields.numbers(numbers.voltages, m_header.electrometers);
+        if (m_header.variableSlots)
+            for (const int slot : qAsConst(*m_header.variableSlots))
+                numbers.variables[slot] = fields.nextNumber();
+    }
+    return m_header.hasFlagsField() ? fields.next() : TextView();
+}
+
+/// Copies what readValues() reads.
+void NewLineReader::copyValues(const RowNumbers &from, const RowNumbers &to) const
+{
+    const std::size_t count = m_header.electrometers;
+    const bool isRecords = m_header.fileKind == FileKind::records;
+    if (m_header.fileKind == FileKind::currents || isRecords) {
+        std::copy_n(from.currents, count, to.currents);
+        std::copy_n(from.currentVariances, count, to.currentVariances);
+        std::copy_n(from.rawCurrents, count, to.rawCurrents);
+    }
+    if (m_header.fileKind == FileKind::diagnostics || isRecords) {
+        std::copy_n(from.voltages, count, to.voltages);
+        if (m_header.variableSlots)
+            for (const int slot : qAsConst(*m_header.variableSlots))
+                to.variables[slot] = from.variables[slot];
+    }
+}
+
+bool NewLineReader::readFlags(TextView field, Record &record)
+{
+    if (!m_header.hasFlagsField())
         return false;
-    case NewLineHeader::FileKind::diagnostics:
-        readVoltages(fields, *record);
-        return readVariables(fields, *record);
-    case NewLineHeader::FileKind::spectra:
-        return readSpectra(fields, record);
-    case NewLineHeader::FileKind::flags:
-        return readFlagIds(fields.next(), *record);
-    case NewLineHeader::FileKind::records:
-        readElectrometers(fields, *record);
-        readVoltages(fields, *record);
-        readVariables(fields, *record);
-        return !m_header.noFlagsColumn && readFlagIds(fields.next(), *record);
-    }
-    return false;
-}
-
-void NewLineReader::readElectrometers(FieldCursor &fields, Record &record) const
-{
-    fields.numbers(record.currents.data().begin(), m_header.electrometers);
-    fields.numbers(record.currentVariances.data().begin(), m_header.electrometers);
-    fields.numbers(record.rawCurrents.data().begin(), m_header.electrometers);
-}
-
-void NewLineReader::readVoltages(FieldCursor &fields, Record &record) const
-{
-    fields.numbers(record.voltages.data().begin(), m_header.electrometers);
-}
-
-bool NewLineReader::readVariables(FieldCursor &fields, Record &record)
-{
-    if (m_header.variableSlots) {
-        double *variables = record.variables.data().begin();
-        for (const int slot : qAsConst(*m_header.variableSlots))
-            variables[slot] = fields.nextNumber();
-    }
-    return m_header.flagLevels && readFlagLevels(fields.next(), record);
+    return m_header.fileKind == FileKind::diagnostics ? readFlagLevels(field, record) : readFlagIds(field, record);
 }
 
 bool NewLineReader::readFlagLevels(TextView levels, Record &record)
@@ -181,28 +239,42 @@ bool NewLineReader::readFlagIds(TextView ids, Record &record)
     return unknown && complain(QStringLiteral("Encounterend undefined flag ids"));
 }
 
+/// Counts the memory of a row's spectra. False if they are more than the read may hold.
+bool NewLineReader::takeSpectra()
+{
+    const auto &infos = m_header.spectra->infos;
+    if (m_spectrumBytes == 0 && m_state->takeSeries(infos))
+        for (const auto &info : infos)
+            m_spectrumBytes += MemoryBudget::ofSpectrum(info->nativePoints().size());
+    return (m_spectrumBytes > 0 || infos.isEmpty()) && m_state->takeSpectra(m_spectrumBytes);
+}
+
 bool NewLineReader::readSpectra(FieldCursor &fields, const std::shared_ptr<Record> &record)
 {
-    if (m_spectrumBytes == 0 && m_state->takeSeries(m_header.spectra->infos))
-        for (const auto &info : qAsConst(m_header.spectra->infos))
-            m_spectrumBytes += MemoryBudget::ofSpectrum(info->nativePoints().size());
-    if ((m_spectrumBytes == 0 && !m_header.spectra->infos.isEmpty()) || !m_state->takeSpectra(m_spectrumBytes))
+    if (!takeSpectra())
         return complain(refusedRowText());
     if (record->spectra.empty())
         record->spectra.reserve(std::size_t(m_header.spectra->infos.size()));
-    for (const auto &info : qAsConst(m_header.spectra->infos)) {
-        const auto spectrum = readSpectrum(fields, info);
-        record->spectra.push_back(spectrum);
-        m_state->records.addSpectrum(record, spectrum);
-    }
+    for (const auto &info : qAsConst(m_header.spectra->infos))
+        m_state->addSpectrum(record, info, readSpectrum(fields, info->nativePoints().size()));
     return false;
 }
 
-std::shared_ptr<SpectMath::Spectrum> NewLineReader::readSpectrum(FieldCursor &fields,
-                                                                 const SpectMath::SpectrumInfoPointer &info) const
+bool NewLineReader::placeSpectra(const ParsedRow &row, ParsedRows &rows, const std::shared_ptr<Record> &record)
 {
-    auto spectrum = m_state->makeSpectrum(info);
-    const std::size_t points = spectrum->concentrations.size();
+    if (!takeSpectra())
+        return complain(refusedRowText());
+    if (record->spectra.empty())
+        record->spectra.reserve(row.spectrumCount);
+    for (std::size_t i = row.firstSpectrum; i < row.firstSpectrum + row.spectrumCount; ++i)
+        m_state->addSpectrum(record, m_header.spectra->infos[rows.spectra[i].column],
+                             std::move(rows.spectra[i].spectrum));
+    return false;
+}
+
+std::shared_ptr<SpectMath::Spectrum> NewLineReader::readSpectrum(FieldCursor &fields, std::size_t points) const
+{
+    auto spectrum = makeDiagonalSpectrum(points);
     fields.numbers(spectrum->concentrations.data().begin(), points);
     double *variances = spectrum->covariances.data().begin(); // a band of the diagonal alone
     fields.numbers(variances, points);

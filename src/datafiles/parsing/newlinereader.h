@@ -3,6 +3,7 @@
 #include "datafiles/parsing/fieldcursor.h"
 #include "datafiles/parsing/linereader.h"
 #include "datafiles/parsing/newlineheader.h"
+#include "datafiles/parsing/parsedrows.h"
 
 /// Understands one block of a current-format day file: its header first, then its rows, by position.
 class NewLineReader : public LineReader {
@@ -13,20 +14,25 @@ public:
                   FileReaderState *state);
 
     bool readRow(QByteArray line) override;
+    bool parseRow(ParsedRow &row, bool inRecord, FieldSplitter &splitter, ParsedRows &rows) const override;
+    bool placeRow(ParsedRow &row, ParsedRows &rows) override;
 
 private:
+    enum class RowHead { sound, outside, wrongFieldCount, noEndTime };
+
     bool complain(const QString &text);
     bool readFlagDefinition(TextView text);
+    RowHead readHead(TextView line, FieldSplitter &fields, RowTimes *times) const;
     int addOpmode(TextView name);
-    bool readValues(const std::shared_ptr<Record> &record);
-    void readElectrometers(FieldCursor &fields, Record &record) const;
-    void readVoltages(FieldCursor &fields, Record &record) const;
-    bool readVariables(FieldCursor &fields, Record &record);
+    TextView readValues(FieldCursor &fields, const RowNumbers &numbers) const;
+    void copyValues(const RowNumbers &from, const RowNumbers &to) const;
+    bool readFlags(TextView field, Record &record);
     bool readFlagLevels(TextView levels, Record &record);
     bool readFlagIds(TextView ids, Record &record);
+    bool takeSpectra();
     bool readSpectra(FieldCursor &fields, const std::shared_ptr<Record> &record);
-    std::shared_ptr<SpectMath::Spectrum> readSpectrum(FieldCursor &fields,
-                                                      const SpectMath::SpectrumInfoPointer &info) const;
+    bool placeSpectra(const ParsedRow &row, ParsedRows &rows, const std::shared_ptr<Record> &record);
+    std::shared_ptr<SpectMath::Spectrum> readSpectrum(FieldCursor &fields, std::size_t points) const;
 
     FileReaderState *m_state;
     NewLineHeader m_header;

@@ -259,7 +259,7 @@ OldLineHeader::ValueReaderPointer OldLineHeader::makeSpectrum(const QString &tex
     try {
         const auto info = m_state->shareSpectrum(makeSpectrumInfo(parts, points), false, m_logger);
         if (info)
-            return std::make_shared<SpectrumReader>(info, m_state);
+            return std::make_shared<SpectrumReader>(info);
         warn(QStringLiteral("Found a different spectrum with a known hash. Spectrum will be ignored in this file."));
     } catch (const SpectMath::UnitParsingError &error) {
         warn(QStringLiteral("Unit parsing error: %1").arg(error.message()));
@@ -282,4 +282,16 @@ void OldLineHeader::readColumnRow(const QByteArray &line)
         reader->firstColumn = m_fieldCount;
         m_fieldCount += reader->fieldCount;
     }
+}
+
+RowLayout OldLineHeader::layout() const
+{
+    RowLayout layout;
+    layout.kind = RowLayout::oldKind;
+    layout.electrometers = std::size_t(m_state->electrometerCount);
+    layout.variables = std::size_t(m_state->variableNames.size());
+    layout.columns = {layout.kind, m_fieldCount, m_hasOpmode};
+    for (const auto &reader : m_valueReaders)
+        reader->describe(layout.columns);
+    return layout;
 }

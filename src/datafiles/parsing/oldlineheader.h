@@ -1,6 +1,7 @@
 #pragma once
 
 #include "datafiles/parsing/filereaderstate.h"
+#include "datafiles/parsing/rowlayout.h"
 #include "datafiles/parsing/valuereader.h"
 
 /// The header of an old-style block: lines of free text, of which some describe columns. Adds its news to the state of
@@ -17,6 +18,8 @@ public:
     /// Whether a line is of a known kind; all others are comments.
     static bool isKnown(const QByteArray &line);
 
+    /// The layout of the block's rows.
+    RowLayout layout() const;
     const QList<ValueReaderPointer> &valueReaders() const { return m_valueReaders; } ///< in the order of the header
     int fieldCount() const { return m_fieldCount; }                                  ///< of a row
     bool hasOpmode() const { return m_hasOpmode; }                                   ///< as the third field

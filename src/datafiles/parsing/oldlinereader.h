@@ -12,9 +12,15 @@ public:
     OldLineReader(const QList<QByteArray> &lines, FileReaderState *state);
 
     bool readRow(QByteArray line) override;
+    bool parseRow(ParsedRow &row, bool inRecord, FieldSplitter &splitter, ParsedRows &rows) const override;
+    bool placeRow(ParsedRow &row, ParsedRows &rows) override;
 
 private:
     bool complain(const QString &text);
+    bool splitRow(TextView line, FieldSplitter &fields) const;
+    void takeMode(Record &record, TextView name) const;
+    bool placeSpectrum(const std::shared_ptr<Record> &record, int column,
+                       std::shared_ptr<SpectMath::Spectrum> spectrum);
 
     FileReaderState *m_state;
     OldLineHeader m_header;

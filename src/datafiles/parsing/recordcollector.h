@@ -14,6 +14,7 @@
 /// cost a row.
 class RecordCollector {
 public:
+    /// Without a store there never are records.
     explicit RecordCollector(Datastore *store) : m_store(store) {}
 
     /// The first record with exactly that begin, or null.
@@ -30,7 +31,10 @@ public:
     void clear();
 
     /// Records in the store and beside it.
-    std::size_t recordCount() const { return std::size_t(m_store->size()) + m_ascending.size() + m_strays.size(); }
+    std::size_t recordCount() const
+    {
+        return (m_store ? std::size_t(m_store->size()) : 0) + m_ascending.size() + m_strays.size();
+    }
 
 private:
     Datastore *m_store;

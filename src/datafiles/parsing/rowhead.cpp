@@ -18,18 +18,22 @@ bool readRowTimes(TextView begin, TextView end, RowTimes *times)
     return true;
 }
 
-RowPlace placeRow(const RowTimes &times, FileReaderState &state, std::shared_ptr<Record> *record)
+RowPlace placeRecord(const RowTimes &times, FileReaderState &state, std::shared_ptr<Record> *record)
 {
-    *record = state.records.find(times.begin);
-    const bool known = *record != nullptr;
-    if (!known) {
-        if (!state.isAffordable(1, state.electrometerCount, state.variableNames.size()))
-            return RowPlace::refused;
-        *record = state.makeRecord(times);
+    std::shared_ptr<Record> known = state.records.find(times.begin);
+    const RowPlace place = known ? RowPlace::found : RowPlace::made;
+    if (known) {
+        *record = std::move(known);
+    } else if (!state.isAffordable(1, state.electrometerCount, state.variableNames.size())) {
+        record->reset();
+        return RowPlace::refused;
+    } else {
+        if (!*record)
+            *record = makeRecord(times);
         state.records.add(*record);
     }
     state.widen(**record);
-    return known ? RowPlace::found : RowPlace::made;
+    return place;
 }
 
 QString refusedRowText()

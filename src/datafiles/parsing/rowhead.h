@@ -10,9 +10,10 @@ bool readRowTimes(TextView begin, TextView end, RowTimes *times);
 /// The result of the search for a row's record.
 enum class RowPlace { found, made, refused };
 
-/// The record of a row: the one that begins at the same time, with any end, or a new one, which has no mode yet. It
-/// is as wide as the present metadata. Refused, with a null record, when a new record isn't affordable.
-RowPlace placeRow(const RowTimes &times, FileReaderState &state, std::shared_ptr<Record> *record);
+/// The record of a row: the one that begins at the same time, with any end, or a new one, which has no mode yet: the
+/// one given, if it isn't null. It is as wide as the present metadata. Refused, with a null record, when a new record
+/// isn't affordable.
+RowPlace placeRecord(const RowTimes &times, FileReaderState &state, std::shared_ptr<Record> *record);
 
 /// The complaint about a row that was refused.
 QString refusedRowText();

@@ -1,8 +1,8 @@
 #include "datafiles/parsing/valuereader.h"
 
 #include "datafiles/parsing/numberparser.h"
-#include "datafiles/parsing/rowhead.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -34,17 +34,34 @@ bool readOldNumber(TextView text, double *value)
     return isNumber;
 }
 
+void DummyReader::describe(std::vector<int> &columns) const
+{
+    columns.insert(columns.end(), {0, fieldCount});
+}
+
 DiagnosticsReader::DiagnosticsReader(const QVector<int> &variableSlots)
     : ValueReader(variableSlots.size()), m_slots(variableSlots)
 {
 }
 
-void DiagnosticsReader::read(const FieldSplitter &row, const std::shared_ptr<Record> &record)
+void DiagnosticsReader::read(const FieldSplitter &row, const RowNumbers &numbers) const
 {
-    for (int i = 0; i < m_slots.size(); ++i) {
+    for (int i = 0; i < m_slots.size(); ++i)
         if (m_slots[i] >= 0)
-            record->variables[std::size_t(m_slots[i])] = numberOrNaN(field(row, i));
-    }
+            numbers.variables[m_slots[i]] = numberOrNaN(field(row, i));
+}
+
+void DiagnosticsReader::copy(const RowNumbers &from, const RowNumbers &to) const
+{
+    for (const int slot : m_slots)
+        if (slot >= 0)
+            to.variables[slot] = from.variables[slot];
+}
+
+void DiagnosticsReader::describe(std::vector<int> &columns) const
+{
+    columns.insert(columns.end(), {1, fieldCount});
+    columns.insert(columns.end(), m_slots.begin(), m_slots.end());
 }
 
 ElectrometersReader::ElectrometersReader(int channels, bool raw)
@@ -52,45 +69,54 @@ ElectrometersReader::ElectrometersReader(int channels, bool raw)
 {
 }
 
-void ElectrometersReader::read(const FieldSplitter &row, const std::shared_ptr<Record> &record)
+void ElectrometersReader::read(const FieldSplitter &row, const RowNumbers &numbers) const
+{
+    for (int i = 0; i < m_channels; ++i)
+        (m_raw ? numbers.rawCurrents : numbers.currents)[i] = numberOrNaN(field(row, i));
+    for (int i = 0; i < m_channels && !m_raw; ++i) {
+        const double deviation = numberOrNaN(field(row, m_channels + i));
+        numbers.currentVariances[i] = deviation * deviation;
+    }
+}
+
+void ElectrometersReader::copy(const RowNumbers &from, const RowNumbers &to) const
 {
     if (m_raw) {
-        for (int i = 0; i < m_channels; ++i)
-            record->rawCurrents[std::size_t(i)] = numberOrNaN(field(row, i));
+        std::copy_n(from.rawCurrents, m_channels, to.rawCurrents);
         return;
     }
-    RealVector currents{std::size_t(m_channels)};
-    RealVector variances{std::size_t(m_channels)};
-    for (int i = 0; i < m_channels; ++i) {
-        const double deviation = numberOrNaN(field(row, m_channels + i));
-        currents[std::size_t(i)] = numberOrNaN(field(row, i));
-        variances[std::size_t(i)] = deviation * deviation;
-    }
-    record->currents.swap(currents);
-    record->currentVariances.swap(variances);
+    std::copy_n(from.currents, m_channels, to.currents);
+    std::copy_n(from.currentVariances, m_channels, to.currentVariances);
 }
 
-SpectrumReader::SpectrumReader(const SpectMath::SpectrumInfoPointer &info, FileReaderState *state)
-    : ValueReader(2 * int(info->nativePoints().size())), m_info(info), m_state(state)
+void ElectrometersReader::describe(std::vector<int> &columns) const
+{
+    columns.insert(columns.end(), {2, m_channels, m_raw});
+}
+
+SpectrumReader::SpectrumReader(const SpectMath::SpectrumInfoPointer &info)
+    : ValueReader(2 * int(info->nativePoints().size())), m_info(info)
 {
 }
 
-void SpectrumReader::read(const FieldSplitter &row, const std::shared_ptr<Record> &record)
+std::shared_ptr<SpectMath::Spectrum> SpectrumReader::readSpectrum(const FieldSplitter &row) const
 {
     const int points = fieldCount / 2;
-    auto spectrum = m_state->makeSpectrum(m_info);
+    auto spectrum = makeDiagonalSpectrum(std::size_t(points));
     for (int i = 0; i < points; ++i) {
         const TextView concentration = field(row, i);
         const TextView deviation = field(row, points + i);
         if (concentration.empty() || deviation.empty())
-            return;
+            return nullptr;
         const auto slot = std::size_t(i);
         spectrum->concentrations[slot] = numberOf(concentration);
         const double sigma = numberOf(deviation);
         spectrum->covariances(slot, slot) = sigma * sigma;
     }
-    if (!m_state->takeSeries({m_info}) || !m_state->takeSpectra(MemoryBudget::ofSpectrum(std::size_t(points))))
-        throw ValueParsingError(refusedRowText());
-    record->spectra.push_back(spectrum);
-    m_state->records.addSpectrum(record, spectrum);
+    return spectrum;
+}
+
+void SpectrumReader::describe(std::vector<int> &columns) const
+{
+    columns.insert(columns.end(), {3, fieldCount});
 }

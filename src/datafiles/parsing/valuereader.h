@@ -1,7 +1,7 @@
 #pragma once
 
 #include "datafiles/parsing/fieldsplitter.h"
-#include "datafiles/parsing/filereaderstate.h"
+#include "datafiles/parsing/parsedrows.h"
 
 #include <QString>
 #include <QVector>
@@ -18,15 +18,23 @@ private:
     QString m_message;
 };
 
-/// Reads a stretch of the columns of an old-style row.
+/// Reads a stretch of the columns of an old-style row. Changes no more once its first column is known, so that several
+/// threads may read with it.
 class ValueReader {
 public:
     explicit ValueReader(int columns) : fieldCount(columns) {}
     virtual ~ValueReader() = default;
 
-    /// Takes its columns of the row into the record, which is wide enough for all that is known. Throws
-    /// ValueParsingError.
-    virtual void read(const FieldSplitter &row, const std::shared_ptr<Record> &record) = 0;
+    /// Takes its columns of the row into the numbers of a record that is wide enough for all that is known.
+    virtual void read(const FieldSplitter &, const RowNumbers &) const {}
+    /// Copies what read() takes.
+    virtual void copy(const RowNumbers &, const RowNumbers &) const {}
+    /// The spectrum in its columns, without a description; null if there is none. Throws ValueParsingError.
+    virtual std::shared_ptr<SpectMath::Spectrum> readSpectrum(const FieldSplitter &) const { return nullptr; }
+    /// The description of that spectrum, null for columns without one.
+    virtual SpectMath::SpectrumInfoPointer spectrumInfo() const { return nullptr; }
+    /// Adds the numbers that tell the meaning of its columns, as RowLayout::columns.
+    virtual void describe(std::vector<int> &columns) const = 0;
 
     const int fieldCount; ///< columns taken
     int firstColumn = 0;  ///< of the row
@@ -43,24 +51,29 @@ protected:
 class DummyReader : public ValueReader {
 public:
     using ValueReader::ValueReader;
-    void read(const FieldSplitter &, const std::shared_ptr<Record> &) override {}
+    void describe(std::vector<int> &columns) const override;
 };
 
 /// Each field into the record's variables at the slot for its column; a slot below 0 is passed over.
 class DiagnosticsReader : public ValueReader {
 public:
     explicit DiagnosticsReader(const QVector<int> &variableSlots);
-    void read(const FieldSplitter &row, const std::shared_ptr<Record> &record) override;
+    void read(const FieldSplitter &row, const RowNumbers &numbers) const override;
+    void copy(const RowNumbers &from, const RowNumbers &to) const override;
+    void describe(std::vector<int> &columns) const override;
 
 private:
     QVector<int> m_slots;
 };
 
-/// Currents and then their standard deviations, or raw currents alone. An empty field or one that is no number is NaN.
+/// Currents and then their standard deviations, or raw currents alone, of all electrometers. An empty field or one that
+/// is no number is NaN.
 class ElectrometersReader : public ValueReader {
 public:
     ElectrometersReader(int channels, bool raw);
-    void read(const FieldSplitter &row, const std::shared_ptr<Record> &record) override;
+    void read(const FieldSplitter &row, const RowNumbers &numbers) const override;
+    void copy(const RowNumbers &from, const RowNumbers &to) const override;
+    void describe(std::vector<int> &columns) const override;
 
 private:
     int m_channels;
@@ -71,12 +84,13 @@ private:
 /// is no number throws.
 class SpectrumReader : public ValueReader {
 public:
-    SpectrumReader(const SpectMath::SpectrumInfoPointer &info, FileReaderState *state);
-    void read(const FieldSplitter &row, const std::shared_ptr<Record> &record) override;
+    explicit SpectrumReader(const SpectMath::SpectrumInfoPointer &info);
+    std::shared_ptr<SpectMath::Spectrum> readSpectrum(const FieldSplitter &row) const override;
+    SpectMath::SpectrumInfoPointer spectrumInfo() const override { return m_info; }
+    void describe(std::vector<int> &columns) const override;
 
 private:
     SpectMath::SpectrumInfoPointer m_info;
-    FileReaderState *m_state;
 };
 
 /// The number that QString::toDouble() sees in the text, and whether it sees one.

@@ -2,15 +2,9 @@
 
 #include "datafiles/parsing/filereadererror.h"
 
-#include <QFile>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -25,26 +19,16 @@ char *removeCarriageReturns(char *begin, char *end)
 
 } // namespace
 
-LineScanner::~LineScanner()
-{
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
-}
-
 bool LineScanner::open(const QString &path)
 {
-    // Without blocking: opening a pipe that nobody writes to would wait for ever.
-    m_descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (m_descriptor < 0)
-        return false;
-    struct stat status;
-    if (::fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(m_descriptor);
-        m_descriptor = -1;
-        return false;
-    }
-    ::posix_fadvise(m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
-    return true;
+    m_file = DataFile::open(path);
+    return m_file != nullptr;
+}
+
+void LineScanner::open(std::shared_ptr<const DataFile> file, std::int64_t offset)
+{
+    m_file = std::move(file);
+    m_offset = offset;
 }
 
 LineScanner::Found LineScanner::next(QByteArray *line)
@@ -78,13 +62,11 @@ bool LineScanner::fill()
     if (m_atEnd)
         return false;
     makeRoom();
-    ssize_t got;
-    do
-        got = ::read(m_descriptor, m_buffer.get() + m_end, blockSize);
-    while (got < 0 && errno == EINTR);
+    const std::int64_t got = m_file->read(m_offset, m_buffer.get() + m_end, blockSize);
     if (got < 0)
         throw FileReaderError(QString::fromLocal8Bit(std::strerror(errno)));
     m_atEnd = got == 0;
+    m_offset += got;
     if (m_counter && got > 0)
         m_counter(got);
     char *added = m_buffer.get() + m_end;

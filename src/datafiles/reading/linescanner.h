@@ -1,25 +1,22 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include "datafiles/reading/datafile.h"
 
-#include <cstdint>
+#include <QByteArray>
+
 #include <functional>
-#include <memory>
 
 /// Finds the lines of one file in blocks of 1 MiB, all in one buffer that grows with the longest line. Carriage returns
-/// are left out wherever they stand, as a text device would. Only regular files are opened: a folder, a pipe or a
-/// device would not end. The file may grow or shrink while it is read.
+/// are left out wherever they stand, as a text device would. The file may grow or shrink while it is read.
 class LineScanner {
 public:
     static constexpr std::size_t longestLine = std::size_t(256) << 20;
 
     explicit LineScanner(std::size_t lineLimit = longestLine) : m_lineLimit(lineLimit) {}
-    ~LineScanner();
-    LineScanner(const LineScanner &) = delete;
-    LineScanner &operator=(const LineScanner &) = delete;
 
     bool open(const QString &path);
+    /// Goes on with an open file from an offset on, at which a line begins.
+    void open(std::shared_ptr<const DataFile> file, std::int64_t offset);
 
     enum class Found { line, tooLong, end };
     /// The next line, without its line feed, as a view that lasts until the next call. A line longer than the limit is
@@ -35,7 +32,8 @@ private:
     void makeRoom();
     Found skipLine();
 
-    int m_descriptor = -1;
+    std::shared_ptr<const DataFile> m_file;
+    std::int64_t m_offset = 0; ///< up to which the file was read
     std::size_t m_lineLimit;
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_capacity = 0;

@@ -68,7 +68,7 @@ void OverviewLabel::begin()
     const QString folder = m_choice.value(QStringLiteral("folderName")).toString();
     if (folder.isEmpty() || !QFileInfo(folder).isDir())
         return;
-    const Log::Muted muted; // whoever reads the files will hear of it
+    const Log::Silence silence; // whoever reads the files will hear of it
     m_files = findDataFiles(m_choice);
     m_files.sort(Qt::CaseSensitive);
     m_next = 0;
@@ -81,7 +81,7 @@ void OverviewLabel::begin()
 
 bool OverviewLabel::lookAtNext()
 {
-    const Log::Muted muted;
+    const Log::Silence silence;
     m_survey->add(QDir(m_choice.value(QStringLiteral("folderName")).toString()).filePath(m_files[m_next]));
     return ++m_next < m_files.size();
 }
