@@ -1,6 +1,7 @@
 #include "datafiles/reading/blockreader.h"
 
 #include "datafiles/parsing/filereadererror.h"
+#include "datafiles/parsing/parsedrows.h"
 #include "datafiles/reading/readstatistics.h"
 
 BlockReader::BlockReader(const QString &fileName, FileReaderState *state, const Log::Logger &logger,
@@ -11,10 +12,16 @@ BlockReader::BlockReader(const QString &fileName, FileReaderState *state, const 
 
 BlockReader::~BlockReader() = default;
 
-void BlockReader::readLine(const QByteArray &line)
+void BlockReader::countLine(std::size_t size)
 {
     ++m_row;
     ++m_statistics->rows;
+    m_state->budget.addBytesRead(std::int64_t(size) + 1);
+}
+
+void BlockReader::readLine(const QByteArray &line)
+{
+    countLine(std::size_t(line.size()));
     if (line.startsWith('#')) {
         logRun();
         if (HeaderLines::opens(line)) {
@@ -48,7 +55,7 @@ void BlockReader::endHeader(const QByteArray &line)
     m_reader.reset();
     m_inHeader = false;
     QByteArray columnRow;
-    if (line.startsWith("begintime") || line.startsWith("begin_time")) {
+    if (HeaderLines::isColumnRow(line)) {
         columnRow = line;
     } else {
         m_logger.log(Log::Warning,
@@ -73,10 +80,34 @@ void BlockReader::readDataLine(const QByteArray &line)
         ignoreLine();
         return;
     }
-    if (m_reader->readRow(line)) {
-        complain(m_reader->errors.join(QStringLiteral("; ")));
-        m_reader->errors.clear();
+    if (m_reader->readRow(line))
+        complainOfRow();
+}
+
+void BlockReader::placeRows(ParsedRows &rows)
+{
+    const LineReader *parser = nullptr, *reader = nullptr; // the last ones that were compared
+    bool fit = false;
+    for (ParsedRow &row : rows.rows) {
+        if (row.parser && m_reader && (row.parser != parser || m_reader.get() != reader)) {
+            parser = row.parser;
+            reader = m_reader.get();
+            fit = m_state->canTake(parser->layout()) && parser->layout().columns == reader->layout().columns;
+        }
+        if (!row.parser || !m_reader || !fit || m_inHeader) {
+            readLine(bytesOf(row.line));
+            continue;
+        }
+        countLine(row.line.size());
+        if (!row.isOutside && m_reader->placeRow(row, rows))
+            complainOfRow();
     }
+}
+
+void BlockReader::complainOfRow()
+{
+    complain(m_reader->errors.join(QStringLiteral("; ")));
+    m_reader->errors.clear();
 }
 
 void BlockReader::complain(const QString &message)
@@ -94,8 +125,7 @@ void BlockReader::ignoreLine()
 
 void BlockReader::skipLine()
 {
-    ++m_row;
-    ++m_statistics->rows;
+    countLine(0);
     ignoreLine();
     complain(QStringLiteral("Line too long"));
 }

@@ -13,6 +13,8 @@ public:
     ~BlockReader();
 
     void readLine(const QByteArray &line);
+    /// Takes the next lines of the file, of which some were parsed. The rows are used up.
+    void placeRows(ParsedRows &rows);
     /// Counts and complains about a line that was too long to be read.
     void skipLine();
     /// The file's end.
@@ -20,10 +22,12 @@ public:
     int rowCount() const { return m_row; }
 
 private:
+    void countLine(std::size_t size);
     void logRun();
     void dropOpenHeader();
     void endHeader(const QByteArray &line);
     void readDataLine(const QByteArray &line);
+    void complainOfRow();
     void complain(const QString &message);
     void ignoreLine();
 

@@ -2,6 +2,7 @@
 
 #include "datafiles/reading/blockreader.h"
 #include "datafiles/reading/linescanner.h"
+#include "datafiles/reading/readahead.h"
 #include "log/logger.h"
 
 #include <QFileInfo>
@@ -31,12 +32,6 @@ int FileReader::readFile(const QString &path)
         m_logger.log(Log::Warning, QStringLiteral("Failed to open '%1'").arg(path));
         return 0;
     }
-    lines.setByteCounter([this](std::int64_t bytes) {
-        m_statistics.bytes += bytes;
-        m_state.budget.addBytesRead(bytes);
-        if (m_byteCounter)
-            m_byteCounter(bytes);
-    });
     BlockReader blocks(QFileInfo(path).fileName(), &m_state, m_logger, &m_statistics);
     try {
         readLines(lines, blocks);
@@ -48,8 +43,60 @@ int FileReader::readFile(const QString &path)
     return blocks.rowCount();
 }
 
+int FileReader::readFile(const QString &path, ReadAhead &ahead, int index)
+{
+    if (!ahead.next(index))
+        return readFile(path);
+    const int width = knownWidth();
+    BlockReader blocks(QFileInfo(path).fileName(), &m_state, m_logger, &m_statistics);
+    try {
+        placeChunks(ahead, index, blocks);
+    } catch (...) {
+        m_state.records.merge(); // what was read until then stays
+        throw;
+    }
+    m_state.records.merge();
+    if (knownWidth() > width)
+        ahead.setKnown(m_state.makeForecast());
+    return blocks.rowCount();
+}
+
+/// From the one that comes next to the last one of the file.
+void FileReader::placeChunks(ReadAhead &ahead, int index, BlockReader &blocks)
+{
+    std::int64_t placed = 0; // bytes
+    for (;;) {
+        ParsedChunk &chunk = ahead.present();
+        if (!chunk.isWhole) {
+            LineScanner lines;
+            lines.open(ahead.dataFile(), placed);
+            ahead.skipTo(index + 1);
+            readLines(lines, blocks);
+            return;
+        }
+        const std::size_t records = m_state.records.recordCount();
+        blocks.placeRows(chunk.rows);
+        ahead.learn(m_state.records.recordCount() - records);
+        if (chunk.linesEnd() > placed)
+            countBytes(chunk.linesEnd() - placed);
+        placed = std::max(placed, chunk.linesEnd());
+        if (chunk.isLast())
+            break;
+        ahead.next(index);
+    }
+    blocks.finish();
+}
+
+void FileReader::countBytes(std::int64_t bytes)
+{
+    m_statistics.bytes += bytes;
+    if (m_byteCounter)
+        m_byteCounter(bytes);
+}
+
 void FileReader::readLines(LineScanner &lines, BlockReader &blocks)
 {
+    lines.setByteCounter([this](std::int64_t bytes) { countBytes(bytes); });
     QByteArray line;
     for (;;) {
         const LineScanner::Found found = lines.next(&line);

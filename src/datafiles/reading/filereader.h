@@ -11,6 +11,7 @@
 
 class BlockReader;
 class LineScanner;
+class ReadAhead;
 
 /// Reads one file after another into a store of its own. Made on any thread, used by one at a time; needs no window and
 /// no event loop. Faults of the files go to the log and never stop a read.
@@ -29,6 +30,10 @@ public:
     /// Reads a file; the result is its number of lines. Throws FileReaderError when the file as a whole fails; records
     /// read until then stay. Throws std::bad_alloc; the store is sound then, but may lack records of the file.
     int readFile(const QString &path);
+    /// The same for the file of that index among those that are read ahead.
+    int readFile(const QString &path, ReadAhead &ahead, int index);
+    /// What is known now, for a ReadAhead.
+    std::unique_ptr<const FileReaderState> makeForecast() const { return m_state.makeForecast(); }
 
     /// Grows the vectors of all records to the final sizes, with NaN in new slots, and gives records without a mode the
     /// assumed one. Called once the read is over. Throws std::bad_alloc, and then no record may be looked at.
@@ -48,7 +53,10 @@ public:
     const ReadStatistics &statistics() const { return m_statistics; }
 
 private:
-    static void readLines(LineScanner &lines, BlockReader &blocks);
+    void readLines(LineScanner &lines, BlockReader &blocks);
+    void placeChunks(ReadAhead &ahead, int index, BlockReader &blocks);
+    void countBytes(std::int64_t bytes);
+    int knownWidth() const { return m_state.variableNames.size() + m_state.electrometerCount; }
 
     Log::Logger m_logger;
     FileReaderState m_state;

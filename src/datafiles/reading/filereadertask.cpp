@@ -2,10 +2,12 @@
 
 #include "datafiles/parsing/filereadererror.h"
 #include "datafiles/reading/memoryestimate.h"
+#include "datafiles/reading/readahead.h"
 #include "log/logger.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
 #include <cstdio>
 #include <new>
@@ -48,17 +50,21 @@ void FileReaderTask::readFiles()
     m_clock.start();
     m_sinceEmitted.start();
     const QDir folder(m_settings.folder);
-    for (const QString &file : qAsConst(m_settings.files))
-        m_bytesTotal += QFileInfo(folder.filePath(file)).size();
+    QStringList paths;
+    for (const QString &file : qAsConst(m_settings.files)) {
+        paths.append(folder.filePath(file));
+        m_bytesTotal += QFileInfo(paths.last()).size();
+    }
     const QString warning = memoryWarning(m_bytesTotal, availableMemory());
     if (!warning.isEmpty())
         m_logger.log(Log::Warning, warning);
     m_reader->setByteCounter([this](std::int64_t bytes) { countBytes(bytes); });
 
-    for (const QString &file : qAsConst(m_settings.files)) {
-        const QString path = folder.filePath(file);
+    const std::unique_ptr<ReadAhead> ahead = startReadAhead(paths);
+    for (int i = 0; i < paths.size(); ++i) {
+        const QString &path = paths[i];
         try {
-            readFile(path);
+            readFile(path, ahead.get(), i);
         } catch (const FileReaderError &error) {
             m_logger.log(Log::Error, QStringLiteral("Skipping %1: %2").arg(path, error.message()));
             ++m_filesDone;
@@ -74,6 +80,16 @@ void FileReaderTask::readFiles()
             break;
     }
     m_reader->setByteCounter(nullptr);
+}
+
+/// Null if one thread is to do it all.
+std::unique_ptr<ReadAhead> FileReaderTask::startReadAhead(const QStringList &paths) const
+{
+    const int threads = m_settings.threads > 0 ? m_settings.threads : std::max(QThread::idealThreadCount(), 1);
+    if (threads == 1)
+        return nullptr;
+    const ReadAhead::Settings settings{threads, m_settings.chunkBytes, m_settings.parsed};
+    return std::make_unique<ReadAhead>(paths, settings, m_reader->makeForecast());
 }
 
 /// Here rather than on the thread that is to draw them.
@@ -115,7 +131,7 @@ void FileReaderTask::tellEnd()
         m_logger.log(Log::Info, QStringLiteral("Finished reading data."));
 }
 
-void FileReaderTask::readFile(const QString &path)
+void FileReaderTask::readFile(const QString &path, ReadAhead *ahead, int index)
 {
     const QString name = QFileInfo(path).fileName();
     const qint64 elapsed = m_clock.elapsed();
@@ -126,7 +142,7 @@ void FileReaderTask::readFile(const QString &path)
     else
         m_logger.log(Log::Info, QStringLiteral("Reading %1").arg(name));
     Q_EMIT progress(m_filesDone, QStringLiteral("Reading %1").arg(name));
-    m_rows += m_reader->readFile(path);
+    m_rows += ahead ? m_reader->readFile(path, *ahead, index) : m_reader->readFile(path);
     ++m_filesDone;
 }
 

@@ -6,6 +6,9 @@
 #include <QObject>
 
 #include <atomic>
+#include <functional>
+
+class ReadAhead;
 
 /// The task of a read.
 struct FileReaderSettings {
@@ -13,8 +16,11 @@ struct FileReaderSettings {
     QString folder;
     RecordTime beginLimit = earliestRecordTime;
     RecordTime endLimit = latestRecordTime;
-    QString windowSetup;   ///< passed on, not used by the read
-    QString assumedOpmode; ///< of old-style records whose files tell none; empty: unknown
+    QString windowSetup;          ///< passed on, not used by the read
+    QString assumedOpmode;        ///< of old-style records whose files tell none; empty: unknown
+    int threads = 0;              ///< that parse rows, the reading one included; 0: one for each processor
+    std::size_t chunkBytes = 0;   ///< of a file, that a thread parses at a time; 0: as suits the threads
+    std::function<void()> parsed; ///< is called on a parsing thread whenever it has parsed a chunk; may be empty
 };
 
 /// Reads a list of files into the store of a FileReader. Its owner moves it to a reading thread and calls run() through
@@ -50,7 +56,8 @@ Q_SIGNALS:
 
 private:
     void readFiles();
-    void readFile(const QString &path);
+    void readFile(const QString &path, ReadAhead *ahead, int index);
+    std::unique_ptr<ReadAhead> startReadAhead(const QStringList &paths) const;
     void finishRecords();
     void tellEnd();
     void complainOfMemory(const QString &text) const;

@@ -39,6 +39,11 @@ bool HeaderLines::opens(const QByteArray &line)
     return isNewFormat(line) || isOldFormat(line);
 }
 
+bool HeaderLines::isColumnRow(const QByteArray &line)
+{
+    return line.startsWith("begintime") || line.startsWith("begin_time");
+}
+
 void HeaderLines::start(const QByteArray &line, int row)
 {
     m_firstRow = row;

@@ -12,6 +12,8 @@ class HeaderLines {
 public:
     /// Whether the line opens a header.
     static bool opens(const QByteArray &line);
+    /// Whether the line tells columns, as the last one of a header should.
+    static bool isColumnRow(const QByteArray &line);
 
     /// Starts anew with the opening line. Copies it, as all lines.
     void start(const QByteArray &line, int row);

@@ -25,8 +25,15 @@ protected:
     {
         log = std::make_unique<LogCatcher>();
         reader = std::make_shared<FileReader>(FileReader::SpectrumMap(), beginLimit, endLimit);
-        FileReaderTask task(reader, {files, from, beginLimit, endLimit, QString(), assumedOpmode});
+        FileReaderSettings settings{files, from, beginLimit, endLimit, QString(), assumedOpmode};
+        settings.threads = threads;
+        settings.chunkBytes = chunkBytes;
+        settings.parsed = parsed;
+        FileReaderTask task(reader, settings);
+        if (started)
+            started(task);
         task.run();
+        filesRead = task.filesRead();
         reader->finishRecords();
     }
     int recordCount() const { return reader->datastore()->size(); }
@@ -46,6 +53,11 @@ protected:
     RecordTime beginLimit = earliestRecordTime;
     RecordTime endLimit = latestRecordTime;
     QString assumedOpmode;
+    int threads = 0;
+    std::size_t chunkBytes = 0;
+    std::function<void()> parsed;
+    std::function<void(FileReaderTask &)> started; ///< is called with the task before it runs
+    int filesRead = 0;
     std::shared_ptr<FileReader> reader;
     std::unique_ptr<LogCatcher> log;
 };
