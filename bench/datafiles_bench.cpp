@@ -3,11 +3,13 @@
 //   datafiles_bench                 fields alone: ours and double-conversion
 //   datafiles_bench --read [alone]  a file of 100 MB and more into a store, beside pandas.read_csv (bench/read_csv.py)
 //   datafiles_bench --read-old      the same of an old-style, comma-separated file of 200 numbers a row
-//   datafiles_bench --memory [N]    resident size with N (500 000) records read from files
+//   datafiles_bench --threads [N]   a folder of days, by FileReader file by file and by the task with 1 to N threads
+//   datafiles_bench --memory [N [T]]    resident size with N (500 000) records read from files by T threads
 
 #include "datafiles/parsing/fieldcursor.h"
 #include "datafiles/parsing/numberparser.h"
 #include "datafiles/reading/filereadertask.h"
+#include "log/logger.h"
 #include "support/measuring.h"
 #include "util/timeformat.h"
 
@@ -22,6 +24,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <numeric>
 #include <random>
 
 namespace {
@@ -199,10 +202,9 @@ int runRead(bool withPeer, bool isOld)
     return 0;
 }
 
-int runMemory(int records)
+/// Days of records and of their spectra; the names of the files.
+QStringList writeFolder(const QTemporaryDir &folder, int records, int perFile)
 {
-    const QTemporaryDir folder;
-    const int perFile = 86400;
     QStringList files;
     for (int first = 0; first < records; first += perFile) {
         const QString stem = QString::number(20190912 + files.size());
@@ -211,9 +213,77 @@ int runMemory(int records)
         writeFile(folder.filePath(stem + "-block-ions.spectra"), spectraHeader(40), first, rows, 160, false);
         files << stem + "-block.records" << stem + "-block-ions.spectra";
     }
+    return files;
+}
+
+/// Seconds by the clock, and of processors.
+struct Cost {
+    double wall;
+    double processors;
+};
+
+/// `threads` 0: no task, but a FileReader file by file.
+Cost readFolder(const QTemporaryDir &folder, const QStringList &files, int threads)
+{
+    const double wall = microseconds(CLOCK_MONOTONIC), processors = microseconds(CLOCK_PROCESS_CPUTIME_ID);
+    const auto reader = makeReader();
+    if (threads == 0) {
+        for (const QString &file : files)
+            reader->readFile(folder.filePath(file));
+        reader->finishRecords();
+        reader->datastore()->updateIndexes();
+    } else {
+        FileReaderSettings settings{files, folder.path()};
+        settings.threads = threads;
+        FileReaderTask(reader, settings).run();
+    }
+    benchmark::DoNotOptimize(reader->datastore()->size());
+    return {(microseconds(CLOCK_MONOTONIC) - wall) * 1e-6,
+            (microseconds(CLOCK_PROCESS_CPUTIME_ID) - processors) * 1e-6};
+}
+
+int runThreads(int most)
+{
+    const QTemporaryDir folder;
+    const QStringList files = writeFolder(folder, 100000, 8640);
+    Log::RootLogger::instance().setFilter([](const Log::Entry &) { return false; });
+    readFolder(folder, files, most);
+    std::vector<std::vector<Cost>> costs(std::size_t(most) + 1);
+    // In another order each time: a read finds the memory as the one before has left it.
+    std::vector<int> order(costs.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::mt19937 random(1);
+    for (int round = 0; round < 9; ++round) {
+        std::shuffle(order.begin(), order.end(), random);
+        for (const int threads : order)
+            costs[std::size_t(threads)].push_back(readFolder(folder, files, threads));
+    }
+    const auto medianOf = [&](std::size_t threads, const std::function<double(const Cost &, std::size_t)> &value) {
+        std::vector<double> values;
+        for (std::size_t round = 0; round < costs[threads].size(); ++round)
+            values.push_back(value(costs[threads][round], round));
+        return median(values);
+    };
+    std::printf("threads  by the clock  of processors  times as fast as 1  processor time to FileReader's\n");
+    for (std::size_t threads = 0; threads < costs.size(); ++threads)
+        std::printf(
+            "%7zu  %9.0f ms  %10.0f ms  %18.2f  %28.3f\n", threads,
+            medianOf(threads, [](const Cost &c, std::size_t) { return c.wall * 1e3; }),
+            medianOf(threads, [](const Cost &c, std::size_t) { return c.processors * 1e3; }),
+            medianOf(threads, [&](const Cost &c, std::size_t i) { return costs[1][i].wall / c.wall; }),
+            medianOf(threads, [&](const Cost &c, std::size_t i) { return c.processors / costs[0][i].processors; }));
+    return 0;
+}
+
+int runMemory(int records, int threads)
+{
+    const QTemporaryDir folder;
+    const QStringList files = writeFolder(folder, records, 86400);
     const qint64 before = statusBytes("VmRSS:");
     const auto reader = makeReader();
-    FileReaderTask task(reader, {files, folder.path()});
+    FileReaderSettings settings{files, folder.path()};
+    settings.threads = threads;
+    FileReaderTask task(reader, settings);
     task.run();
     reader->finishRecords();
     const qint64 after = statusBytes("VmRSS:");
@@ -290,7 +360,9 @@ int main(int argc, char **argv)
     if (argc > 1 && std::strcmp(argv[1], "--read-old") == 0)
         return runRead(argc < 3 || std::strcmp(argv[2], "alone") != 0, true);
     if (argc > 1 && std::strcmp(argv[1], "--memory") == 0)
-        return runMemory(argc > 2 ? QByteArray(argv[2]).toInt() : 500000);
+        return runMemory(argc > 2 ? QByteArray(argv[2]).toInt() : 500000, argc > 3 ? QByteArray(argv[3]).toInt() : 0);
+    if (argc > 1 && std::strcmp(argv[1], "--threads") == 0)
+        return runThreads(argc > 2 ? QByteArray(argv[2]).toInt() : 2);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
