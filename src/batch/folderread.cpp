@@ -54,6 +54,7 @@ FolderRead readFolder(const ReadOptions &options, const QStringList &files, cons
     settings.files = files;
     settings.folder = options.folder;
     settings.assumedOpmode = options.assumedOpmode;
+    settings.threads = options.jobs;
     FileReaderTask task(result.reader, settings);
     {
         const Interrupt::ForwardTo forward(task);
