@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t readAhead = 64 << 10;    // bytes looked at behind a chunk at once, for the end of its last line
+constexpr std::size_t readAhead = 16 << 10;    // bytes looked at behind a chunk at once, for the end of its last line
 constexpr std::size_t longestBehind = 2 << 20; // bytes of a last line behind its chunk, or of a file that grows
 
 } // namespace
