@@ -137,9 +137,9 @@ bool FileReaderState::takeSeries(const QVector<SpectMath::SpectrumInfoPointer> &
     return true;
 }
 
-void FileReaderState::widen(Record &record) const
+void FileReaderState::widen(Record &record, NumberGroups groups) const
 {
-    widenRecord(record, std::size_t(electrometerCount), std::size_t(variableNames.size()));
+    widenRecord(record, groups, std::size_t(electrometerCount), std::size_t(variableNames.size()));
 }
 
 std::size_t FileReaderState::bytesPerRecord(int electrometers, int variables)

@@ -55,8 +55,8 @@ struct FileReaderState {
                                                  const Log::Logger &logger);
 
     bool isOutside(const RowTimes &times) const { return times.end < beginLimit || endLimit < times.begin; }
-    /// Grows the record's vectors to the present metadata, with NaN in new slots. Never shrinks them.
-    void widen(Record &record) const;
+    /// Grows the record's vectors of those groups to the present metadata, with NaN in new slots. Never shrinks them.
+    void widen(Record &record, NumberGroups groups) const;
     /// Whether records that were made for rows of that layout aren't wider than what is known.
     bool canTake(const RowLayout &layout) const
     {

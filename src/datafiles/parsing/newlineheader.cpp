@@ -122,6 +122,9 @@ RowLayout NewLineHeader::layout(const FileReaderState &state) const
 {
     RowLayout layout;
     layout.kind = int(fileKind);
+    const bool isRecords = fileKind == FileKind::records;
+    layout.groups.currents = isRecords || fileKind == FileKind::currents;
+    layout.groups.voltages = layout.groups.variables = isRecords || fileKind == FileKind::diagnostics;
     layout.electrometers = electrometers;
     layout.variables = std::size_t(state.variableNames.size());
     layout.columns = {int(fileKind), int(fieldCount), hasFlagsField()};

@@ -74,7 +74,7 @@ bool NewLineReader::readRow(QByteArray bytes)
         break;
     }
     std::shared_ptr<Record> record;
-    switch (placeRecord(times, *m_state, &record)) {
+    switch (placeRecord(times, layout().groups, *m_state, &record)) {
     case RowPlace::refused:
         return complain(refusedRowText());
     case RowPlace::made:
@@ -109,35 +109,33 @@ bool NewLineReader::parseRow(ParsedRow &row, bool inRecord, FieldSplitter &split
         return row.isOutside;
     row.mode = trimmed(splitter[2]);
     FieldCursor fields(splitter, 3);
+    const RowNumbers numbers = rows.addNumbers(row, inRecord, layout());
     if (m_header.fileKind == FileKind::spectra) {
         for (int i = 0; i < m_header.spectra->infos.size(); ++i)
             rows.addSpectrum(row, i, readSpectrum(fields, m_header.spectra->infos[i]->nativePoints().size()));
-    } else if (m_header.fileKind == FileKind::flags) {
-        row.flags = fields.next();
     } else {
-        const RowLayout &width = layout();
-        row.flags = readValues(fields, rows.addNumbers(row, inRecord, width.electrometers, width.variables));
+        row.flags = readValues(fields, numbers);
     }
     return true;
 }
 
 bool NewLineReader::placeRow(ParsedRow &row, ParsedRows &rows)
 {
-    std::shared_ptr<Record> record = row.record;
-    switch (placeRecord(row.times, *m_state, &record)) {
+    const PlacedRow placed = placeParsedRow(row, rows, layout().groups, *m_state);
+    switch (placed.place) {
     case RowPlace::refused:
         return complain(refusedRowText());
     case RowPlace::made:
-        record->opmode = addOpmode(row.mode);
+        placed.record->opmode = addOpmode(row.mode);
         break;
     case RowPlace::found:
         break;
     }
     if (m_header.fileKind == FileKind::spectra)
-        return placeSpectra(row, rows, record);
-    if (m_header.fileKind != FileKind::flags && record != row.record)
-        copyValues(rows.numbersOf(row), RowNumbers::of(*record));
-    return readFlags(row.flags, *record);
+        return placeSpectra(row, rows, placed.record);
+    if (layout().groups.any() && !placed.hasNumbers)
+        copyValues(rows.numbersOf(row), RowNumbers::of(*placed.record));
+    return readFlags(row.flags, *placed.record);
 }
 
 bool NewLineReader::readFlagDefinition(TextView text)

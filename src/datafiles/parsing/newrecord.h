@@ -11,10 +11,24 @@ struct RowTimes {
     std::int64_t endUtcOffset = 0;
 };
 
+/// The vectors of a record that come together in files.
+struct NumberGroups {
+    bool currents = false; ///< with their variances, and raw
+    bool voltages = false;
+    bool variables = false;
+
+    static constexpr NumberGroups all() { return {true, true, true}; }
+    bool any() const { return currents || voltages || variables; }
+};
+
 /// A new record of those times, with no mode and no values.
 std::shared_ptr<Record> makeRecord(const RowTimes &times);
-/// Grows the record's vectors, with NaN in new slots. Never shrinks them.
-void widenRecord(Record &record, std::size_t electrometers, std::size_t variables);
+/// Grows the record's vectors of those groups, with NaN in new slots. Never shrinks them.
+void widenRecord(Record &record, NumberGroups groups, std::size_t electrometers, std::size_t variables);
+/// Whether the record has numbers of any of the groups, be they NaN.
+bool hasNumbers(const Record &record, NumberGroups groups);
+/// Hands the vectors of those groups to a record that has none of them.
+void moveNumbers(Record &from, Record &to, NumberGroups groups);
 
 /// A spectrum that was read well, with room for the values of that many points, whose covariances are a diagonal, and
 /// without a description.

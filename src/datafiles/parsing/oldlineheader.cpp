@@ -292,6 +292,6 @@ RowLayout OldLineHeader::layout() const
     layout.variables = std::size_t(m_state->variableNames.size());
     layout.columns = {layout.kind, m_fieldCount, m_hasOpmode};
     for (const auto &reader : m_valueReaders)
-        reader->describe(layout.columns);
+        reader->describe(layout);
     return layout;
 }

@@ -31,7 +31,7 @@ bool OldLineReader::readRow(QByteArray line)
     if (m_state->isOutside(times))
         return false;
     std::shared_ptr<Record> record;
-    if (placeRecord(times, *m_state, &record) == RowPlace::refused)
+    if (placeRecord(times, layout().groups, *m_state, &record) == RowPlace::refused)
         return complain(refusedRowText());
     if (m_header.hasOpmode())
         takeMode(*record, trimmed(m_fields[2]));
@@ -78,7 +78,7 @@ bool OldLineReader::parseRow(ParsedRow &row, bool inRecord, FieldSplitter &field
     if (m_header.hasOpmode())
         row.mode = trimmed(fields[2]);
     const auto &readers = m_header.valueReaders();
-    const RowNumbers numbers = rows.addNumbers(row, inRecord, layout().electrometers, layout().variables);
+    const RowNumbers numbers = rows.addNumbers(row, inRecord, layout());
     try {
         for (int i = 0; i < readers.size(); ++i) {
             readers[i]->read(fields, numbers);
@@ -93,16 +93,17 @@ bool OldLineReader::parseRow(ParsedRow &row, bool inRecord, FieldSplitter &field
 
 bool OldLineReader::placeRow(ParsedRow &row, ParsedRows &rows)
 {
-    std::shared_ptr<Record> record = row.record;
-    if (placeRecord(row.times, *m_state, &record) == RowPlace::refused)
+    const PlacedRow placed = placeParsedRow(row, rows, layout().groups, *m_state);
+    if (placed.place == RowPlace::refused)
         return complain(refusedRowText());
     if (m_header.hasOpmode())
-        takeMode(*record, row.mode);
-    if (record != row.record)
+        takeMode(*placed.record, row.mode);
+    if (layout().groups.any() && !placed.hasNumbers)
         for (const auto &reader : m_header.valueReaders())
-            reader->copy(rows.numbersOf(row), RowNumbers::of(*record));
+            reader->copy(rows.numbersOf(row), RowNumbers::of(*placed.record));
     bool complained = false;
     for (std::size_t i = row.firstSpectrum; i < row.firstSpectrum + row.spectrumCount; ++i)
-        complained = placeSpectrum(record, rows.spectra[i].column, std::move(rows.spectra[i].spectrum)) || complained;
+        complained =
+            placeSpectrum(placed.record, rows.spectra[i].column, std::move(rows.spectra[i].spectrum)) || complained;
     return complained;
 }

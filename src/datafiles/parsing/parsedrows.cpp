@@ -14,18 +14,18 @@ RowNumbers RowNumbers::in(double *numbers, std::size_t electrometers)
             numbers + 4 * electrometers};
 }
 
-RowNumbers ParsedRows::addNumbers(ParsedRow &row, bool inRecord, std::size_t electrometers, std::size_t variables)
+RowNumbers ParsedRows::addNumbers(ParsedRow &row, bool inRecord, const RowLayout &layout)
 {
-    const std::size_t count = 4 * electrometers + variables;
+    const std::size_t count = layout.groups.any() ? 4 * layout.electrometers + layout.variables : 0;
     if (inRecord) {
         row.record = makeRecord(row.times);
-        widenRecord(*row.record, electrometers, variables);
+        widenRecord(*row.record, layout.groups, layout.electrometers, layout.variables);
         bytes += sizeof(Record) + sizeof(double) * count;
         return RowNumbers::of(*row.record);
     }
     row.firstNumber = numbers.size();
     numbers.resize(numbers.size() + count, noValue);
-    return RowNumbers::in(numbers.data() + row.firstNumber, electrometers);
+    return RowNumbers::in(numbers.data() + row.firstNumber, layout.electrometers);
 }
 
 RowNumbers ParsedRows::numbersOf(const ParsedRow &row)
@@ -48,6 +48,7 @@ void ParsedRows::clear()
     numbers.clear();
     spectra.clear();
     bytes = 0;
+    inRecords = 0;
 }
 
 std::size_t ParsedRows::memory() const

@@ -7,6 +7,7 @@
 #include <vector>
 
 class LineReader;
+struct RowLayout;
 
 /// Where the numbers of a row stand: one for each electrometer, or each slot of a variable. Owned elsewhere.
 struct RowNumbers {
@@ -46,10 +47,11 @@ struct ParsedRows {
     std::vector<ParsedRow> rows;
     std::vector<double> numbers;
     std::vector<ParsedSpectrum> spectra;
-    std::size_t bytes = 0; ///< of the records and spectra
+    std::size_t bytes = 0;     ///< of the records and spectra
+    std::size_t inRecords = 0; ///< rows that were placed, and for which a record of their own was of use, or would be
 
     /// Makes room for the numbers of a row, NaN at first: in a record of its own, or in `numbers`.
-    RowNumbers addNumbers(ParsedRow &row, bool inRecord, std::size_t electrometers, std::size_t variables);
+    RowNumbers addNumbers(ParsedRow &row, bool inRecord, const RowLayout &layout);
     /// Those numbers again.
     RowNumbers numbersOf(const ParsedRow &row);
     void addSpectrum(ParsedRow &row, int column, std::shared_ptr<SpectMath::Spectrum> spectrum);

@@ -18,22 +18,40 @@ bool readRowTimes(TextView begin, TextView end, RowTimes *times)
     return true;
 }
 
-RowPlace placeRecord(const RowTimes &times, FileReaderState &state, std::shared_ptr<Record> *record)
+RowPlace placeRecord(const RowTimes &times, NumberGroups groups, FileReaderState &state,
+                     std::shared_ptr<Record> *record)
 {
-    std::shared_ptr<Record> known = state.records.find(times.begin);
-    const RowPlace place = known ? RowPlace::found : RowPlace::made;
-    if (known) {
-        *record = std::move(known);
-    } else if (!state.isAffordable(1, state.electrometerCount, state.variableNames.size())) {
-        record->reset();
-        return RowPlace::refused;
-    } else {
-        if (!*record)
-            *record = makeRecord(times);
+    *record = state.records.find(times.begin);
+    const bool known = *record != nullptr;
+    if (!known) {
+        if (!state.isAffordable(1, state.electrometerCount, state.variableNames.size()))
+            return RowPlace::refused;
+        *record = makeRecord(times);
         state.records.add(*record);
     }
-    state.widen(**record);
-    return place;
+    state.widen(**record, groups);
+    return known ? RowPlace::found : RowPlace::made;
+}
+
+PlacedRow placeParsedRow(ParsedRow &row, ParsedRows &rows, NumberGroups groups, FileReaderState &state)
+{
+    PlacedRow placed{RowPlace::found, state.records.find(row.times.begin), false};
+    if (!placed.record) {
+        if (!state.isAffordable(1, state.electrometerCount, state.variableNames.size()))
+            return {RowPlace::refused, nullptr, false};
+        placed.place = RowPlace::made;
+        placed.hasNumbers = row.record != nullptr;
+        placed.record = row.record ? std::move(row.record) : makeRecord(row.times);
+        state.records.add(placed.record);
+        ++rows.inRecords;
+    } else if (groups.any() && !hasNumbers(*placed.record, groups)) {
+        placed.hasNumbers = row.record != nullptr;
+        if (row.record)
+            moveNumbers(*row.record, *placed.record, groups);
+        ++rows.inRecords;
+    }
+    state.widen(*placed.record, groups);
+    return placed;
 }
 
 QString refusedRowText()

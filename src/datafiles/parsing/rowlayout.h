@@ -1,5 +1,7 @@
 #pragma once
 
+#include "datafiles/parsing/newrecord.h"
+
 #include <cstddef>
 #include <vector>
 
@@ -10,6 +12,7 @@ struct RowLayout {
 
     int kind = 0;
     std::vector<int> columns;      ///< numbers that are equal if and only if the columns have the same meaning
+    NumberGroups groups;           ///< that its rows hold
     std::size_t electrometers = 0; ///< the width of a record at the time of the header
     std::size_t variables = 0;
 };

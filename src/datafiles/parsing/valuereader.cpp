@@ -34,9 +34,9 @@ bool readOldNumber(TextView text, double *value)
     return isNumber;
 }
 
-void DummyReader::describe(std::vector<int> &columns) const
+void DummyReader::describe(RowLayout &layout) const
 {
-    columns.insert(columns.end(), {0, fieldCount});
+    layout.columns.insert(layout.columns.end(), {0, fieldCount});
 }
 
 DiagnosticsReader::DiagnosticsReader(const QVector<int> &variableSlots)
@@ -58,10 +58,11 @@ void DiagnosticsReader::copy(const RowNumbers &from, const RowNumbers &to) const
             to.variables[slot] = from.variables[slot];
 }
 
-void DiagnosticsReader::describe(std::vector<int> &columns) const
+void DiagnosticsReader::describe(RowLayout &layout) const
 {
-    columns.insert(columns.end(), {1, fieldCount});
-    columns.insert(columns.end(), m_slots.begin(), m_slots.end());
+    layout.columns.insert(layout.columns.end(), {1, fieldCount});
+    layout.groups.variables = true;
+    layout.columns.insert(layout.columns.end(), m_slots.begin(), m_slots.end());
 }
 
 ElectrometersReader::ElectrometersReader(int channels, bool raw)
@@ -89,9 +90,10 @@ void ElectrometersReader::copy(const RowNumbers &from, const RowNumbers &to) con
     std::copy_n(from.currentVariances, m_channels, to.currentVariances);
 }
 
-void ElectrometersReader::describe(std::vector<int> &columns) const
+void ElectrometersReader::describe(RowLayout &layout) const
 {
-    columns.insert(columns.end(), {2, m_channels, m_raw});
+    layout.columns.insert(layout.columns.end(), {2, m_channels, m_raw});
+    layout.groups.currents = true;
 }
 
 SpectrumReader::SpectrumReader(const SpectMath::SpectrumInfoPointer &info)
@@ -116,7 +118,7 @@ std::shared_ptr<SpectMath::Spectrum> SpectrumReader::readSpectrum(const FieldSpl
     return spectrum;
 }
 
-void SpectrumReader::describe(std::vector<int> &columns) const
+void SpectrumReader::describe(RowLayout &layout) const
 {
-    columns.insert(columns.end(), {3, fieldCount});
+    layout.columns.insert(layout.columns.end(), {3, fieldCount});
 }

@@ -2,6 +2,7 @@
 
 #include "datafiles/parsing/fieldsplitter.h"
 #include "datafiles/parsing/parsedrows.h"
+#include "datafiles/parsing/rowlayout.h"
 
 #include <QString>
 #include <QVector>
@@ -33,8 +34,8 @@ public:
     virtual std::shared_ptr<SpectMath::Spectrum> readSpectrum(const FieldSplitter &) const { return nullptr; }
     /// The description of that spectrum, null for columns without one.
     virtual SpectMath::SpectrumInfoPointer spectrumInfo() const { return nullptr; }
-    /// Adds the numbers that tell the meaning of its columns, as RowLayout::columns.
-    virtual void describe(std::vector<int> &columns) const = 0;
+    /// Adds its columns and groups of numbers to a layout.
+    virtual void describe(RowLayout &layout) const = 0;
 
     const int fieldCount; ///< columns taken
     int firstColumn = 0;  ///< of the row
@@ -51,7 +52,7 @@ protected:
 class DummyReader : public ValueReader {
 public:
     using ValueReader::ValueReader;
-    void describe(std::vector<int> &columns) const override;
+    void describe(RowLayout &layout) const override;
 };
 
 /// Each field into the record's variables at the slot for its column; a slot below 0 is passed over.
@@ -60,7 +61,7 @@ public:
     explicit DiagnosticsReader(const QVector<int> &variableSlots);
     void read(const FieldSplitter &row, const RowNumbers &numbers) const override;
     void copy(const RowNumbers &from, const RowNumbers &to) const override;
-    void describe(std::vector<int> &columns) const override;
+    void describe(RowLayout &layout) const override;
 
 private:
     QVector<int> m_slots;
@@ -73,7 +74,7 @@ public:
     ElectrometersReader(int channels, bool raw);
     void read(const FieldSplitter &row, const RowNumbers &numbers) const override;
     void copy(const RowNumbers &from, const RowNumbers &to) const override;
-    void describe(std::vector<int> &columns) const override;
+    void describe(RowLayout &layout) const override;
 
 private:
     int m_channels;
@@ -87,7 +88,7 @@ public:
     explicit SpectrumReader(const SpectMath::SpectrumInfoPointer &info);
     std::shared_ptr<SpectMath::Spectrum> readSpectrum(const FieldSplitter &row) const override;
     SpectMath::SpectrumInfoPointer spectrumInfo() const override { return m_info; }
-    void describe(std::vector<int> &columns) const override;
+    void describe(RowLayout &layout) const override;
 
 private:
     SpectMath::SpectrumInfoPointer m_info;

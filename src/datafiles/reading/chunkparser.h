@@ -26,7 +26,8 @@ private:
     std::shared_ptr<const BlockForecast> m_block;
 };
 
-/// For each kind of rows, whether they are expected to be the first of their moments. Any thread.
+/// For each kind of rows, whether they are expected to be the first ones of their moments, or the first ones with such
+/// numbers, so that numbers may as well be parsed into a record. Any thread.
 using RecordForecast = std::array<std::atomic<bool>, RowLayout::kinds>;
 
 /// Parses the lines of chunks of files, each by itself. One for each thread.

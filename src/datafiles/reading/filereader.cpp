@@ -74,9 +74,8 @@ void FileReader::placeChunks(ReadAhead &ahead, int index, BlockReader &blocks)
             readLines(lines, blocks);
             return;
         }
-        const std::size_t records = m_state.records.recordCount();
         blocks.placeRows(chunk.rows);
-        ahead.learn(m_state.records.recordCount() - records);
+        ahead.learn();
         if (chunk.linesEnd() > placed)
             countBytes(chunk.linesEnd() - placed);
         placed = std::max(placed, chunk.linesEnd());
@@ -113,7 +112,7 @@ void FileReader::readLines(LineScanner &lines, BlockReader &blocks)
 void FileReader::finishRecords()
 {
     for (const auto &record : m_state.datastore->records()) {
-        m_state.widen(*record);
+        m_state.widen(*record, NumberGroups::all());
         // Not while files are read: a later one may tell the mode. Rows of the current format always have told it.
         if (record->opmode < 0 && !m_assumedOpmode.isEmpty())
             record->opmode = m_state.addOpmode(m_assumedOpmode);

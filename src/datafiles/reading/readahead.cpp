@@ -181,9 +181,10 @@ void ReadAhead::setKnown(std::unique_ptr<const FileReaderState> known)
     m_known = std::move(shared);
 }
 
-void ReadAhead::learn(std::size_t newRecords)
+void ReadAhead::learn()
 {
     const ParsedChunk &chunk = *m_present->chunk;
     if (!chunk.blocks.empty() && chunk.blocks.back()->parser())
-        m_records[std::size_t(chunk.blocks.back()->parser()->layout().kind)] = 2 * newRecords >= chunk.rows.rows.size();
+        m_records[std::size_t(chunk.blocks.back()->parser()->layout().kind)] =
+            2 * chunk.rows.inRecords >= chunk.rows.rows.size();
 }

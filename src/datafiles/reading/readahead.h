@@ -38,8 +38,8 @@ public:
     void skipTo(int file);
     /// Tells what the headers have told so far, for guesses at those that come.
     void setKnown(std::unique_ptr<const FileReaderState> known);
-    /// Tells how many new records came of the present chunk, for guesses at the rows that come.
-    void learn(std::size_t newRecords);
+    /// Looks at the present chunk, whose rows are in their places, for guesses at the rows that come.
+    void learn();
 
 private:
     struct File {
