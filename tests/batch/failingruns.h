@@ -9,9 +9,20 @@
 
 #include <functional>
 
-/// Runs a command again and again, with another of its file calls failing each time, and at last with none. `check`
-/// sees each exit status and what was told. The result names each call that failed with the statuses it led to, in
-/// order of the alphabet.
+/// Reading is sound: a file that can't be read costs its rows, and the run goes on.
+class FailingWriteCalls : public FailingCalls {
+public:
+    using FailingCalls::FailingCalls;
+
+    ssize_t pread(int descriptor, char *bytes, std::size_t size, off_t from) override
+    {
+        return FileCalls::pread(descriptor, bytes, size, from);
+    }
+};
+
+/// Runs a command again and again, with another of the calls by which it writes failing each time, and at last with
+/// none. `check` sees each exit status and what was told. The result names each call that failed with the statuses it
+/// led to, in order of the alphabet.
 inline QStringList endsOfFailingRuns(const std::function<int()> &run,
                                      const std::function<void(int status, const QByteArray &words)> &check)
 {
@@ -21,7 +32,7 @@ inline QStringList endsOfFailingRuns(const std::function<int()> &run,
         int status = -1;
         const char *failed = nullptr;
         {
-            const FailingCalls calls(nth);
+            const FailingWriteCalls calls(nth);
             status = run();
             failed = calls.failed();
         }
