@@ -50,7 +50,8 @@ public:
         if (!m_stale && m_values.size() == size)
             return;
         T *const values = m_values.unset(size);
-        runOnTwoThreads(size, [&fill, values](std::size_t begin, std::size_t end) { fill(begin, end, values + begin); });
+        runOnTwoThreads(size,
+                        [&fill, values](std::size_t begin, std::size_t end) { fill(begin, end, values + begin); });
         m_stale = false;
         ++m_revision;
     }
@@ -89,6 +90,7 @@ public:
         invalidate();
     }
     void invalidate() { m_column.invalidate(); }
+    const RecordSlot &reads() const { return m_reads; }
     T valueOf(const Record &record) const { return m_valueOf(record); }
 
     /// For Datastore::updated.

@@ -11,6 +11,10 @@ struct RecordSlot {
     RealVector Record::*vector = nullptr; ///< null: none of them
     int slot = 0;
 };
+inline bool operator==(const RecordSlot &a, const RecordSlot &b)
+{
+    return a.vector == b.vector && a.slot == b.slot;
+}
 
 /// Calls visit(record) for the records begin .. end - 1, in order. They lie all over memory, so the walk prefetches
 /// some records ahead: the number in the slot that is going to be read, or the head of the record without a slot.

@@ -40,6 +40,17 @@ std::size_t firstPlace(std::size_t from, std::size_t to, std::size_t guess, Hold
     return from;
 }
 
+template<typename Line, typename IsWanted>
+std::optional<Line> release(std::vector<Line> &lines, IsWanted isWanted)
+{
+    const auto found = std::find_if(lines.begin(), lines.end(), isWanted);
+    if (found == lines.end())
+        return {};
+    std::optional<Line> line(std::move(*found));
+    lines.erase(found);
+    return line;
+}
+
 } // namespace
 
 ScatterLines::ScatterLines()
@@ -64,6 +75,16 @@ void ScatterLines::add(RecordLine line)
 void ScatterLines::add(SpectrumLine line)
 {
     m_spectrumLines.push_back(std::move(line));
+}
+
+std::optional<ScatterLines::RecordLine> ScatterLines::releaseRecordLine(const RecordSlot &slot)
+{
+    return release(m_recordLines, [&slot](const RecordLine &line) { return line.values.reads() == slot; });
+}
+
+std::optional<ScatterLines::SpectrumLine> ScatterLines::releaseSpectrumLine(const SpectMath::SpectrumInfo *info)
+{
+    return release(m_spectrumLines, [info](const SpectrumLine &line) { return line.info.get() == info; });
 }
 
 void ScatterLines::noteRecord(const Datastore &store, int index, const Record &record)

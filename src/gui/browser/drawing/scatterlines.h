@@ -12,6 +12,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace Tsb {
@@ -49,6 +51,11 @@ public:
     void clear();
     void add(RecordLine line);
     void add(SpectrumLine line);
+    /// The line that reads that slot, or that of a description, with the values that it keeps: it leaves these lines,
+    /// for others of the same store. None if there is no such line.
+    std::optional<RecordLine> releaseRecordLine(const RecordSlot &slot);
+    std::optional<SpectrumLine> releaseSpectrumLine(const SpectMath::SpectrumInfo *info);
+    void swapPens(ScatterLines &other) { std::swap(m_pens, other.m_pens); }
     const std::vector<RecordLine> &recordLines() const { return m_recordLines; }
     const std::vector<SpectrumLine> &spectrumLines() const { return m_spectrumLines; }
     /// The pen of a record: 2 m for regular records of mode m, 2 m + 1 for others; 255 without a mode.

@@ -96,7 +96,11 @@ void ScatterPlot::rebuildLines()
 void ScatterPlot::addRecordLine(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular)
 {
     ScatterLines::RecordLine line;
-    line.values.setValueOf([=](const Record &record) { return valueOf(record.*slot.vector, slot.slot); }, slot);
+    if (auto former = takeOver(slot))
+        line = std::move(*former);
+    else
+        line.values.setValueOf([=](const Record &record) { return valueOf(record.*slot.vector, slot.slot); }, slot);
+    line.colors.clear();
     for (const QColor &color : m_uiInfo->opmodeColors())
         for (const bool pale : {paleRegular, paleIrregular})
             line.colors.push_back(opaque(pale ? paleTint(color) : color));
@@ -109,6 +113,11 @@ void ScatterPlot::rebuildSpectrumLines()
         if (!m_settings.visibleSpectra.contains(info->hash))
             continue;
         const QRgb color = opaque(m_uiInfo->spectrumColor(info.get()));
+        if (auto former = takeOver(info.get())) {
+            former->color = color;
+            m_lines.add(std::move(*former));
+            continue;
+        }
         const auto add = [&](SeriesColumn column, auto valueOf) {
             m_lines.add(ScatterLines::SpectrumLine{info, std::move(column), color, valueOf});
         };
@@ -130,6 +139,42 @@ void ScatterPlot::rebuildSpectrumLines()
 }
 
 // ---- the values, kept beside the store
+
+void ScatterPlot::setPredecessors(const QVector<ScatterPlot *> &plots)
+{
+    m_predecessors.clear();
+    for (ScatterPlot *plot : plots)
+        m_predecessors.append(plot);
+}
+
+std::optional<ScatterLines::RecordLine> ScatterPlot::takeOver(const RecordSlot &slot)
+{
+    for (const auto &plot : qAsConst(m_predecessors)) {
+        if (!plot || plot->datastore() != datastore())
+            continue;
+        if (auto line = plot->m_lines.releaseRecordLine(slot)) {
+            m_lines.swapPens(plot->m_lines);
+            return line;
+        }
+    }
+    return {};
+}
+
+std::optional<ScatterLines::SpectrumLine> ScatterPlot::takeOver(const SpectMath::SpectrumInfo *info)
+{
+    for (const auto &plot : qAsConst(m_predecessors)) {
+        if (!plot || plot->datastore() != datastore())
+            continue;
+        ScatterPlotSettings settings = plot->m_settings;
+        settings.visibleSpectra = m_settings.visibleSpectra; // which don't concern a line's values, nor does a label
+        settings.datalabels = m_settings.datalabels;
+        if (settings != m_settings)
+            continue;
+        if (auto line = plot->m_lines.releaseSpectrumLine(info))
+            return line;
+    }
+    return {};
+}
 
 void ScatterPlot::setDatastore(Datastore *store)
 {

@@ -8,7 +8,9 @@
 #include "gui/common/uiinfo.h"
 
 #include <QPen>
+#include <QPointer>
 
+#include <optional>
 #include <utility>
 
 namespace Tsb {
@@ -26,6 +28,9 @@ public:
 
     void setDatastore(Datastore *datastore) override;
     void setUiInfo(std::shared_ptr<UiInfo> uiInfo);
+
+    /// Plots that are about to go: what they keep of the store's values is taken over instead of being worked out anew.
+    void setPredecessors(const QVector<ScatterPlot *> &plots);
 
     /// The least and the greatest value in sight, in decades for concentrations; two NaN if there are none.
     std::pair<double, double> minMax();
@@ -58,6 +63,8 @@ private:
     using ValueOfSlot = double (*)(const RealVector &values, int slot);
     void addRecordLine(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular);
     void rebuildSpectrumLines();
+    std::optional<ScatterLines::RecordLine> takeOver(const RecordSlot &slot);
+    std::optional<ScatterLines::SpectrumLine> takeOver(const SpectMath::SpectrumInfo *info);
 
     double rowOf(double scaleValue) const;
     std::vector<Point> pointsOf(const Record &record) const;
@@ -68,6 +75,7 @@ private:
     ValueScale m_scale;
     ScatterPlotSettings m_settings;
     ScatterLines m_lines;
+    QVector<QPointer<ScatterPlot>> m_predecessors;
 };
 
 } // namespace Tsb

@@ -345,6 +345,16 @@ QVariant ScatterPlotView::settings() const
     return map;
 }
 
+void ScatterPlotView::setPredecessors(const QVector<View *> &views)
+{
+    QVector<ScatterPlot *> plots;
+    for (View *view : views) {
+        if (auto *const former = qobject_cast<ScatterPlotView *>(view))
+            plots.append(former->plot());
+    }
+    plot()->setPredecessors(plots);
+}
+
 void ScatterPlotView::setSettings(const QVariant &settings)
 {
     if (!settings.isValid())
@@ -354,12 +364,12 @@ void ScatterPlotView::setSettings(const QVariant &settings)
     setPropertiesVisible(boolOr(map, SetupKeys::propertiesVisible, true));
     const int type = scatterTypeFromSetup(map, m_settings.type);
     change([&map](ScatterPlotSettings &s) { readScatterSetup(map, s); });
-    showType(type);
-    // Last, since showing a kind fits the scale.
     const auto range = finiteRange(map, SetupKeys::scaleMin, SetupKeys::scaleMax);
     setScaleGiven(range && range->first < range->second && std::isfinite(range->second - range->first));
-    if (isScaleGiven())
-        m_scale->setMinMax(range->first, range->second, true);
+    if (!isScaleGiven())
+        return showType(type);
+    prepareType(type, m_settings.visibleSpectra);
+    m_scale->setMinMax(range->first, range->second, true);
 }
 
 } // namespace Tsb

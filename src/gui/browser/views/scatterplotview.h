@@ -28,6 +28,7 @@ public:
     void setUiInfo(std::shared_ptr<UiInfo> uiInfo) override;
     QVariant settings() const override;
     void setSettings(const QVariant &settings) override;
+    void setPredecessors(const QVector<View *> &views) override;
 
     /// As showType() for these spectra, but for the fit, which is left to the caller: it reads all the data in sight.
     void prepareType(int type, const QSet<QString> &spectra);

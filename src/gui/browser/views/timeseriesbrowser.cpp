@@ -286,6 +286,7 @@ QVariant TimeSeriesBrowser::setup() const
 void TimeSeriesBrowser::setSetup(const QVariant &setup)
 {
     setUpdatesEnabled(false);
+    const QVector<View *> former = views();
     closeAllViews();
     const QVariantList list = setup.toList();
     int count = 0;
@@ -296,12 +297,15 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
             continue;
         View *const view = m_kinds.make(type);
         addView(view);
+        view->setPredecessors(former);
         view->setSettings(map.value(SetupKeys::settings));
     }
     if (count > greatestViewCount)
         Log::Logger(QStringLiteral("gui"))
             .log(Log::Warning, tr("The layout has %1 plots; the first %2 are shown")
                                    .arg(QString::number(count), QString::number(greatestViewCount)));
+    for (View *view : former) // later it would have all of the others painted once more
+        QCoreApplication::sendPostedEvents(view, QEvent::DeferredDelete);
     setUpdatesEnabled(true);
 }
 
@@ -362,6 +366,7 @@ void TimeSeriesBrowser::fitUntoldScales()
         if (!view->isScaleGiven())
             view->fitScale();
     }
+    settleBeforePainting();
 }
 
 void TimeSeriesBrowser::fitTimescale(RecordTime begin, RecordTime end)

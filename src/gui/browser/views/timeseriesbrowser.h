@@ -50,7 +50,8 @@ public:
     void redrawPlots();
     /// The lasting views in the order of display: a list of maps with "type" and, for a view that has any, "settings".
     QVariant setup() const;
-    /// Puts other views in the place of all. Unsound parts of the value count as absent.
+    /// Puts other views in the place of all, which go at once: not for signals of a view. Unsound parts of the value
+    /// count as absent.
     void setSetup(const QVariant &setup);
 
     /// The width of the column before the plots, where scales and titles stand.

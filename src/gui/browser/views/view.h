@@ -38,6 +38,9 @@ public:
     /// Unsound parts of the settings count as absent; an invalid value changes nothing.
     virtual void setSettings(const QVariant &settings);
 
+    /// Views that are about to go: what they keep of the store's values may be taken over. The base does nothing.
+    virtual void setPredecessors(const QVector<View *> &) {}
+
     /// Shows the spectra of these ids, in a view that shows spectra; the base does nothing.
     virtual void setVisibleSpectra(QSet<QString> ids);
 

@@ -157,6 +157,8 @@ TEST_P(LiveDataTest, ThousandsOfRecordsInBurstsEqualAFullRedraw)
             {testStart + Ticks(std::int64_t(next) * ticksPerSecond), secondsPerPixel * ticksPerSecond, 700});
         for (int round = 0; round < 25; ++round) {
             burst(100);
+            if (round % 8 == 5)
+                browser.setSetup(browser.setup()); // new views take over what the former kept
             // Along with the data, by whole columns.
             TimeScale scale = browser.timeScale();
             const RecordTime end = testStart + Ticks(std::int64_t(next) * ticksPerSecond);
