@@ -1,5 +1,6 @@
 #include "gui/frame/windowlayout.h"
 
+#include "columns/setupvalues.h"
 #include "gui/browser/controls/header.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/logdock.h"
@@ -91,11 +92,10 @@ bool WindowLayout::restore(const QVariantMap &setup, unsigned parts)
 
 void WindowLayout::restoreBrowser(const QVariantMap &setup)
 {
-    const QVariant width = setup.value(Keys::leftColumn);
-    m_browser.setLeftColumnWidth(width.type() == QVariant::Int ? width.toInt() : Tsb::Header::defaultLeftColumn);
+    m_browser.setLeftColumnWidth(
+        Tsb::wholeNumber(setup.value(Keys::leftColumn)).value_or(Tsb::Header::defaultLeftColumn));
     m_browser.setSetup(setup.value(Keys::timeseries));
-    const QVariant scrolled = setup.value(Keys::scrolled);
-    m_browser.scrollTo(scrolled.type() == QVariant::Int ? scrolled.toInt() : 0);
+    m_browser.scrollTo(Tsb::wholeNumber(setup.value(Keys::scrolled)).value_or(0));
 }
 
 bool WindowLayout::restoreRecordViews(const QVariantMap &setup)
