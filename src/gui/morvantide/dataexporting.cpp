@@ -60,7 +60,10 @@ void DataExporting::closeData(QSettings &settings)
     for (QDialog *question : m_dialog->findChildren<QDialog *>())
         question->reject();
     m_dialog->hide();
-    m_dialog->deleteLater(); // a question before it may be open
+    if (m_isRunning)
+        m_retiredDialog = m_dialog;
+    else
+        m_dialog->deleteLater(); // its file dialog may be about to end
     m_dialog.clear();
 }
 
@@ -107,7 +110,12 @@ void DataExporting::giveExportTsbSetup()
         return;
     m_dialog->addFields(fields);
     if (fields.isEmpty())
-        tell(tr("No plot shows a concentration that can be exported."));
+        m_dialog->showResult(tr("No plot shows a concentration that can be exported."));
+}
+
+QWidget *DataExporting::window() const
+{
+    return m_dialog ? m_dialog.data() : m_window;
 }
 
 QMessageBox::StandardButton DataExporting::ask(QMessageBox &box)
@@ -119,8 +127,7 @@ QMessageBox::StandardButton DataExporting::ask(QMessageBox &box)
 
 void DataExporting::tell(const QString &text)
 {
-    QWidget *const before = m_dialog ? m_dialog.data() : m_window;
-    QMessageBox box(QMessageBox::Warning, tr("Data export"), text, QMessageBox::Ok, before);
+    QMessageBox box(QMessageBox::Warning, tr("Data export"), text, QMessageBox::Ok, window());
     ask(box);
 }
 
@@ -141,6 +148,8 @@ void DataExporting::requestExport(const QVariantMap &setup)
     } catch (const DataExport::SetupError &error) {
         tell(error.message());
     }
+    if (m_retiredDialog)
+        m_retiredDialog->deleteLater();
 }
 
 void DataExporting::exportAs(const DataExport::ExportSetup &setup)
@@ -203,7 +212,7 @@ bool DataExporting::mayReplace(const QStringList &existing)
         names << tr("and %1 more").arg(existing.size() - shownFiles);
     QMessageBox box(QMessageBox::Question, tr("Data export"),
                     existing.size() == 1 ? tr("A file exists. Replace it?") : tr("Files exist. Replace them?"),
-                    QMessageBox::Yes | QMessageBox::Cancel, m_dialog ? m_dialog.data() : m_window);
+                    QMessageBox::Yes | QMessageBox::Cancel, window());
     box.setInformativeText(names.join(QLatin1Char('\n')));
     box.setDefaultButton(QMessageBox::Cancel);
     return ask(box) == QMessageBox::Yes && !m_isStopped;
@@ -212,7 +221,7 @@ bool DataExporting::mayReplace(const QStringList &existing)
 /// False if it was cancelled.
 bool DataExporting::addRecords(DataExport::DataExporter &exporter, const Datastore::Records &records)
 {
-    QProgressDialog progress(tr("Exporting records"), tr("Cancel"), 0, int(records.size()), m_window);
+    QProgressDialog progress(tr("Exporting records"), tr("Cancel"), 0, int(records.size()), window());
     progress.setWindowTitle(tr("Exporting records"));
     progress.setWindowModality(Qt::WindowModal); // only so it runs the event loop
     progress.setMinimumDuration(0);

@@ -45,6 +45,8 @@ public Q_SLOTS:
     void giveExportTsbSetup();
 
 private:
+    /// The one that questions stand before.
+    QWidget *window() const;
     QString setupPath() const { return m_dialog ? m_dialog->setupPath() : QString(); }
     void exportAs(const DataExport::ExportSetup &setup);
     QString refusal(const QStringList &targets) const;
@@ -57,6 +59,7 @@ private:
     Tsb::TimeSeriesBrowser *const m_browser;
     ExportSource m_source;
     QPointer<DataExportDialog> m_dialog;
+    QPointer<DataExportDialog> m_retiredDialog;     ///< closed with its data while the export has a dialog before it
     std::optional<DataExportDialog::State> m_state; ///< of the dialog before
     QPointer<QMessageBox> m_box;                    ///< that is open
     bool m_isRunning = false;

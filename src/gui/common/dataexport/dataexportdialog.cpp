@@ -14,6 +14,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QVBoxLayout>
 
 namespace {
@@ -42,6 +43,9 @@ DataExportDialog::DataExportDialog(ExportSource source, QWidget *parent)
     layout->addWidget(preview);
     layout->addLayout(makeButtons());
     layout->addWidget(m_result);
+    QSizePolicy keepsPlace = m_result->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true);
+    m_result->setSizePolicy(keepsPlace);
     m_result->hide();
     resize(firstSize);
 
@@ -49,6 +53,8 @@ DataExportDialog::DataExportDialog(ExportSource source, QWidget *parent)
     m_previewTimer.setInterval(previewDelay);
     connect(&m_previewTimer, &QTimer::timeout, this, &DataExportDialog::showPreview);
     connect(m_tree, &ExportSetupTree::changed, this, &DataExportDialog::setupChanged);
+    connect(m_tree, &ExportSetupTree::pageAdded, this, &DataExportDialog::putLastInTabOrder);
+    putLastInTabOrder();
     connect(m_tree, &ExportSetupTree::requestPlotFields, this, &DataExportDialog::requestPlotFields);
 }
 
@@ -67,6 +73,7 @@ QLayout *DataExportDialog::makeButtons()
     connect(save, &QPushButton::clicked, this, &DataExportDialog::saveSetup);
     connect(run, &QPushButton::clicked, this, [this] { Q_EMIT requestExport(setup()); });
     connect(close, &QPushButton::clicked, this, &QDialog::close);
+    m_lastWidgets = {m_preview->findChild<QTableWidget *>(), load, save, run, close};
     auto *const row = new QHBoxLayout;
     row->addWidget(load);
     row->addWidget(save);
@@ -74,6 +81,17 @@ QLayout *DataExportDialog::makeButtons()
     row->addWidget(run);
     row->addWidget(close);
     return row;
+}
+
+void DataExportDialog::putLastInTabOrder()
+{
+    QWidget *last = previousInFocusChain();
+    while (last != this && last->focusPolicy() == Qt::NoFocus) // setTabOrder() takes no such
+        last = last->previousInFocusChain();
+    for (QWidget *widget : m_lastWidgets) {
+        setTabOrder(last, widget);
+        last = widget;
+    }
 }
 
 // ---- the setup

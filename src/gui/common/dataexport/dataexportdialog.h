@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QVariantMap>
 
+#include <vector>
+
 class ExportPreview;
 class ExportSetupTree;
 class QLabel;
@@ -58,6 +60,7 @@ protected:
 
 private:
     QLayout *makeButtons();
+    void putLastInTabOrder();
     QString askForSetupFile(bool toSave);
     void setupChanged();
     void showPreview();
@@ -68,5 +71,6 @@ private:
     ExportSetupTree *m_tree;
     ExportPreview *m_preview;
     QLabel *m_result;
-    QTimer m_previewTimer; ///< runs out behind the last of some changes
+    std::vector<QWidget *> m_lastWidgets; ///< below the pages
+    QTimer m_previewTimer;                ///< runs out behind the last of some changes
 };

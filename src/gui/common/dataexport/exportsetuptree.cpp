@@ -41,11 +41,9 @@ ExportSetupTree::ExportSetupTree(const std::shared_ptr<const UiInfo> &uiInfo, QW
     m_tree->setAccessibleName(tr("Pages of the export settings"));
     m_tree->setHeaderHidden(true);
     m_tree->setTabKeyNavigation(false);
-    m_generalPage = addPage(m_general);
     auto *const hint = new QLabel(tr("Each field adds columns to the table, in the order of this list."));
     hint->setWordWrap(true);
     hint->setAlignment(Qt::AlignTop);
-    m_fieldsPage = addPage(hint);
     m_generalItem = new QTreeWidgetItem(m_tree, {tr("General export settings")});
     m_fieldsItem = new QTreeWidgetItem(m_tree, {tr("Fields")});
     m_fieldsItem->setExpanded(true);
@@ -54,6 +52,8 @@ ExportSetupTree::ExportSetupTree(const std::shared_ptr<const UiInfo> &uiInfo, QW
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(makeTreeSide());
     layout->addWidget(m_stack, 1);
+    m_generalPage = addPage(m_general);
+    m_fieldsPage = addPage(hint);
 
     connect(m_general, &GeneralExportSettingsForm::changed, this, &ExportSetupTree::changed);
     connect(m_tree, &QTreeWidget::currentItemChanged, this, &ExportSetupTree::showCurrent);
@@ -116,6 +116,7 @@ QWidget *ExportSetupTree::addPage(QWidget *form)
     page->setWidgetResizable(true);
     page->setWidget(form);
     m_stack->addWidget(page);
+    Q_EMIT pageAdded();
     return page;
 }
 

@@ -37,6 +37,8 @@ public:
 Q_SIGNALS:
     void changed();
     void requestPlotFields();
+    /// Its widgets are the last in the order of Tab.
+    void pageAdded();
 
 private:
     struct Field {

@@ -32,7 +32,9 @@ DataExport::ExportSetup ExportSource::setupOf(const QVariant &tree, const QStrin
     DataExport::ExportSetup setup = DataExport::exportSetupFrom(tree);
     const QDir base = setupPath.isEmpty() ? QDir(folder) : QFileInfo(setupPath).absoluteDir();
     QString &file = setup.general.outputFile;
-    if (!file.isEmpty())
+    if (file.trimmed().isEmpty())
+        file.clear(); // blanks that are easily typed and never seen
+    else
         file = QDir(base.absolutePath()).absoluteFilePath(file);
     return setup;
 }

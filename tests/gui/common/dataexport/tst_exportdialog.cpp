@@ -6,6 +6,8 @@
 #include "support/gestures.h"
 #include "support/logcatcher.h"
 
+#include <QAccessible>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -253,6 +255,39 @@ TEST_F(Dialog, FieldsMoveAndGoByKeys)
     QTest::keyClick(tree, Qt::Key_Up);
     QTest::keyClick(tree, Qt::Key_Delete); // "Fields" itself stays
     EXPECT_EQ(types(), (QStringList{"electrometer", "variable"}));
+}
+
+TEST_F(Dialog, TabReachesAllOfEveryPageAndAllHasAName)
+{
+    for (const char *command : {"Add concentrations", "Add whole spectra", "Add variables", "Add electrometers"})
+        add(command);
+    for (auto *box : dialog.findChildren<QGroupBox *>())
+        box->setChecked(true);
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto *const tree = find<QTreeWidget>("setupTree");
+    for (auto *item = tree->topLevelItem(0); item; item = tree->itemBelow(item)) {
+        SCOPED_TRACE(item->text(0).toStdString());
+        tree->setCurrentItem(item);
+        tree->setFocus();
+        QList<QWidget *> reached;
+        for (int i = 0; i < 60 && !reached.contains(QApplication::focusWidget()); ++i) {
+            reached << QApplication::focusWidget();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        EXPECT_EQ(reached.indexOf(find<QTableWidget>("previewTable")), reached.size() - 5)
+            << "buttons alone are behind it";
+        for (QWidget *widget : dialog.findChildren<QWidget *>()) {
+            if (!(widget->focusPolicy() & Qt::TabFocus) || !widget->isVisible() || !widget->isEnabled() ||
+                widget->focusProxy() || widget->parentWidget()->inherits("QAbstractSpinBox"))
+                continue;
+            const QString who = QString("%1 %2").arg(widget->metaObject()->className(), widget->objectName());
+            EXPECT_TRUE(reached.contains(widget)) << who.toStdString();
+            const QString name = QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+            EXPECT_FALSE(name.isEmpty()) << who.toStdString();
+        }
+        EXPECT_GT(reached.size(), 6);
+    }
 }
 
 TEST_F(Dialog, VariablesAreCheckedInAFilteredList)
