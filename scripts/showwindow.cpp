@@ -11,7 +11,6 @@
 #include "support/gestures.h"
 #include "util/programlocale.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDialog>
@@ -23,13 +22,14 @@
 #include <QSplitter>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTreeWidget>
 
 #include <cstdio>
 
 // showwindow [--size 1440x900] [--dark] [--docks] [--export] PICTURE FOLDER [VARIANT]: drives the program's window as a
-// user would, from the data dialog to a selected record, saves a picture of it and prints the picture's path. The window is
-// the program's; its settings are kept apart. With --docks a picture of each dock, too, named after it and put beside
-// the other. With --export one of the export dialog, too: export-dialog.png.
+// user would, from the data dialog to a selected record, saves a picture of it and prints the picture's path. The
+// window is the program's; its settings are kept apart. With --docks a picture of each dock, too, named after it and
+// put beside the other. With --export one of the export dialog, too: export-dialog.png.
 
 namespace {
 
@@ -117,28 +117,22 @@ bool saveDocks(MorvantideMainWindow &window, const QFileInfo &picture)
     return isSaved;
 }
 
-QAction *actionOf(const QObject &owner, const QString &text)
-{
-    for (QAction *action : owner.findChildren<QAction *>())
-        if (action->text() == text)
-            return action;
-    return nullptr;
-}
-
-/// With the plots' concentrations as fields, the first of which has fractions too.
+/// The concentrations that the plots show, with fractions, and all currents.
 bool saveExportDialog(MorvantideMainWindow &window, const QFileInfo &picture)
 {
     window.showExportData();
     auto *const dialog = window.findChild<DataExportDialog *>();
-    if (!dialog)
+    auto *const tree = dialog ? dialog->findChild<QTreeWidget *>(QStringLiteral("setupTree")) : nullptr;
+    if (!tree)
         return false;
+    Q_EMIT dialog->requestPlotFields();
     QVariantMap setup = dialog->setup();
     setup[QStringLiteral("general")] = QVariantMap{{QStringLiteral("output_file"), QStringLiteral("totals.txt")},
                                                    {QStringLiteral("file_name_add_opmode"), true}};
+    QVariantList fields = setup[QStringLiteral("fields")].toList();
+    setup[QStringLiteral("fields")] = fields << QVariantMap{{QStringLiteral("type"), QStringLiteral("electrometer")}};
     dialog->setSetup(setup);
-    actionOf(*dialog, QStringLiteral("Add variables"))->trigger();
-    actionOf(*dialog, QStringLiteral("Add electrometers"))->trigger();
-    actionOf(*dialog, QStringLiteral("Add fields from timeseries plots"))->trigger();
+    tree->setCurrentItem(tree->topLevelItem(1)->child(0));
     for (QGroupBox *box : dialog->findChildren<QGroupBox *>(QStringLiteral("decadeFractions")))
         box->setChecked(true);
     QTest::qWait(settling);
