@@ -98,7 +98,10 @@ void DataExporting::showDialog(const QSettings &settings)
     connect(m_dialog, &DataExportDialog::requestPlotFields, this, &DataExporting::giveExportTsbSetup);
     connect(m_browser->timeView()->navigator(), &Tsb::TimeNavigator::timeScaleChanged, m_dialog,
             &DataExportDialog::spanChanged);
+    // Keys go to it, and behind it to the window, also where no window manager sees to that.
+    connect(m_dialog, &QDialog::finished, m_window, &QWidget::activateWindow);
     m_dialog->show();
+    m_dialog->activateWindow();
 }
 
 void DataExporting::giveExportTsbSetup()
@@ -157,7 +160,7 @@ void DataExporting::exportAs(const DataExport::ExportSetup &setup)
     const QString fault = DataExport::ExportNaming(setup.general, nullptr).fault();
     if (!fault.isNull())
         return tell(fault);
-    const auto places = m_source.places(m_dialog && m_dialog->state().inSight);
+    const auto places = m_source.places(m_dialog && m_dialog->isInSight());
     if (places.first == places.second)
         return tell(tr("Nothing to export: no record is in sight."));
     const DataExport::ExportData data = m_source.dataOf(places);

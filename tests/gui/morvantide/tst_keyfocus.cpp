@@ -1,4 +1,5 @@
 #include "gui/browser/controls/gototimedialog.h"
+#include "gui/common/dataexport/dataexportdialog.h"
 #include "gui/morvantide/dayfolder.h"
 #include "gui/morvantide/readprogressdialog.h"
 #include "gui/morvantide/windowtest.h"
@@ -131,6 +132,23 @@ TEST_F(KeyFocus, KeysGoToACommentUntilReturn)
     type("Right");
     ASSERT_TRUE(waitUntil([this] { return window->shownRecord() == window->datastore()->at(6); }));
     EXPECT_TRUE(::contentOf(data.filePath("20190101-block.comments")).endsWith("\tabcd\n"));
+}
+
+TEST_F(KeyFocus, KeysGoToTheExportDialogBehindItsProgress)
+{
+    window->show();
+    openByKey();
+    waitForRead();
+    window->showExportData();
+    auto *const dialog = window->findChild<DataExportDialog *>();
+    dialog->setSetup({{"general", QVariantMap{{"output_file", path("table.txt")}}}});
+    waitForKeysIn(dialog, "in the export dialog");
+    type("Return");
+    ASSERT_TRUE(waitUntil([this] { return QFile::exists(path("table.txt")); }));
+    waitForKeysIn(dialog, "behind the progress of an export");
+    type("Escape");
+    ASSERT_TRUE(waitUntil([dialog] { return !dialog->isVisible(); }));
+    expectKeysWork("behind the export dialog");
 }
 
 TEST_F(KeyFocus, EscapeEndsARead)

@@ -1,13 +1,14 @@
 #include "datafiles/reading/commentfile.h"
 #include "datafiles/writing/recordwriting.h"
+#include "gui/common/dataexport/dataexportdialog.h"
 #include "gui/morvantide/reinversion.h"
 #include "gui/morvantide/reviewwindow.h"
 
 #include <map>
 #include <random>
 
-// Reading, inverting, commenting, cancelling, saving and closing in random orders. Meant for the sanitizers: nothing is
-// expected but that whatever happens the window is in one of its states, with the commands of that state.
+// Reading, inverting, commenting, cancelling, saving, exporting and closing in random orders. Meant for the sanitizers:
+// nothing is expected but that whatever happens the window is in one of its states, with the commands of that state.
 
 namespace {
 
@@ -66,6 +67,21 @@ protected:
         });
         EXPECT_EQ(output.counts().lost, 0);
     }
+    /// Asks for a table of all spectra. It is written in a later turn of the event loop, which runs on meanwhile.
+    void exportTable()
+    {
+        window->showExportData();
+        const auto dialogs = window->findChildren<DataExportDialog *>();
+        if (dialogs.isEmpty())
+            return;
+        QVariantList spectra;
+        for (const auto &info : window->uiInfo()->spectrumInfos())
+            spectra << info->hash;
+        dialogs.last()->setSetup({{"general", QVariantMap{{"output_file", path("table%1.txt").arg(++m_tables)}}},
+                                  {"fields", QVariantList{QVariantMap{{"type", "spectrum"}, {"spectra", spectra}},
+                                                          QVariantMap{{"type", "electrometer"}}}}});
+        Q_EMIT dialogs.last()->requestExport(dialogs.last()->setup());
+    }
     void renew()
     {
         window.reset();
@@ -93,7 +109,7 @@ protected:
     void go()
     {
         for (int acts = 3 + below(4); acts > 0; --acts) {
-            switch (below(9)) {
+            switch (below(10)) {
             case 0:
                 read();
                 break;
@@ -120,6 +136,9 @@ protected:
                 break;
             case 8:
                 comment();
+                break;
+            case 9:
+                exportTable();
                 break;
             }
             pass();
@@ -149,6 +168,7 @@ private:
     std::mt19937 m_random{20190514};
     std::map<std::pair<QString, RecordTime>, QString> m_comments; ///< that were typed last, by folder and record
     int m_typed = 0;
+    int m_tables = 0;
     QStringList m_files;
 };
 
@@ -164,5 +184,7 @@ TEST_F(RandomOrders, LeaveTheWindowInOneOfItsStatesAndLoseNoComment)
             break;
     }
     window.reset();
+    EXPECT_GT(QDir(path({})).entryList({"table*.txt"}).size(), 10);
+    EXPECT_EQ(QDir(path({})).entryList({"*.unfinished"}), QStringList());
     expectAllComments();
 }

@@ -111,7 +111,7 @@ void DataExportDialog::setSetup(const QVariantMap &setup)
 
 DataExportDialog::State DataExportDialog::state() const
 {
-    return {setup(), m_tree->general()->takesVisibleSpan(), m_setupPath, saveGeometry()};
+    return {setup(), isInSight(), m_setupPath, saveGeometry()};
 }
 
 void DataExportDialog::setState(const State &state)
@@ -121,6 +121,11 @@ void DataExportDialog::setState(const State &state)
     setSetup(state.setup);
     if (!state.geometry.isEmpty())
         restoreGeometry(state.geometry);
+}
+
+bool DataExportDialog::isInSight() const
+{
+    return m_tree->general()->takesVisibleSpan();
 }
 
 void DataExportDialog::addFields(const QVariantList &fields)
@@ -210,7 +215,7 @@ void DataExportDialog::setupChanged()
 
 void DataExportDialog::spanChanged()
 {
-    if (m_tree->general()->takesVisibleSpan())
+    if (isInSight())
         m_previewTimer.start();
 }
 
@@ -230,5 +235,5 @@ void DataExportDialog::showPreview()
 {
     m_previewTimer.stop();
     if (isVisible() && m_source.uiInfo->metadata())
-        m_preview->showSample(ExportSample::of(m_source, setup(), m_setupPath, m_tree->general()->takesVisibleSpan()));
+        m_preview->showSample(ExportSample::of(m_source, setup(), m_setupPath, isInSight()));
 }

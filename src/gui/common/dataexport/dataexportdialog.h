@@ -33,6 +33,8 @@ public:
     void setSetup(const QVariantMap &setup);
     State state() const;
     void setState(const State &state);
+    /// Whether the records in sight alone are meant.
+    bool isInSight() const;
     const QString &setupPath() const { return m_setupPath; }
     void setSetupPath(const QString &path) { m_setupPath = path; }
     /// Takes the setup of a file. The result is null, or the reason why nothing has changed.
