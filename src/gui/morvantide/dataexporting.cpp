@@ -1,7 +1,6 @@
 #include "gui/morvantide/dataexporting.h"
 
 #include "axis/timenavigator.h"
-#include "dataexport/dataexporter.h"
 #include "dataexport/exportnaming.h"
 #include "dataexport/exporttable.h"
 #include "dataexport/exporttargets.h"
@@ -183,19 +182,12 @@ void DataExporting::exportAs(const DataExport::ExportSetup &setup)
     if (!existing.isEmpty() && !mayReplace(existing))
         return;
 
-    DataExport::DataExporter exporter(setup, table, data.metadata,
-                                      existing.isEmpty() ? ExistingFile::Kept : ExistingFile::Replaced);
-    if (!addRecords(exporter, records)) {
+    const auto fate = existing.isEmpty() ? ExistingFile::Kept : ExistingFile::Replaced;
+    DataExport::DataExporter exporter(setup, table, data.metadata, fate);
+    if (addRecords(exporter, records))
+        tellEnd(exporter.finish(), targets);
+    else
         logger().log(Log::Info, QStringLiteral("Export was cancelled by user."));
-        return;
-    }
-    const DataExport::DataExporter::Result result = exporter.finish();
-    const QString text = DataExport::resultText(result, targets);
-    logger().log(Log::Info, text);
-    if (m_dialog)
-        m_dialog->showResult(text);
-    if (result.lost > 0 || !result.isComplete)
-        tell(tr("%1\nThe log tells why.").arg(DataExport::lossText(result)));
 }
 
 QString DataExporting::refusal(const QStringList &targets) const
@@ -234,4 +226,14 @@ bool DataExporting::addRecords(DataExport::DataExporter &exporter, const Datasto
         progress.setValue(done);
         return !progress.wasCanceled() && !m_isStopped;
     });
+}
+
+void DataExporting::tellEnd(const DataExport::DataExporter::Result &result, const QStringList &targets)
+{
+    const QString text = DataExport::resultText(result, targets);
+    logger().log(Log::Info, text);
+    if (m_dialog)
+        m_dialog->showResult(text);
+    if (result.lost > 0)
+        tell(tr("%1\nThe log tells why.").arg(DataExport::lossText(result)));
 }

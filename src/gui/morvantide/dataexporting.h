@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dataexport/dataexporter.h"
 #include "gui/common/dataexport/dataexportdialog.h"
 #include "gui/common/dataexport/exportsource.h"
 
@@ -12,9 +13,6 @@
 
 class QSettings;
 
-namespace DataExport {
-class DataExporter;
-}
 namespace Tsb {
 class TimeSeriesBrowser;
 }
@@ -52,6 +50,7 @@ private:
     QString refusal(const QStringList &targets) const;
     bool mayReplace(const QStringList &existing);
     bool addRecords(DataExport::DataExporter &exporter, const Datastore::Records &records);
+    void tellEnd(const DataExport::DataExporter::Result &result, const QStringList &targets);
     void tell(const QString &text);
     QMessageBox::StandardButton ask(QMessageBox &box);
 

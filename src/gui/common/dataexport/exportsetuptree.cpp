@@ -21,6 +21,7 @@
 namespace {
 
 constexpr int treeCharacters = 30;
+constexpr int mostCharacters = 500; // of a text in it, which may hold very many names
 
 QToolButton *makeButton(QAction *action, QWidget *parent)
 {
@@ -183,8 +184,9 @@ void ExportSetupTree::updateFieldItemText(const ExportFieldPage *form)
     for (const Field &field : m_fields) {
         if (field.form != form)
             continue;
-        field.item->setText(0, form->treeItemText());
-        field.item->setToolTip(0, form->treeItemText().toHtmlEscaped());
+        const QString text = form->treeItemText().left(mostCharacters);
+        field.item->setText(0, text);
+        field.item->setToolTip(0, text.toHtmlEscaped());
     }
 }
 

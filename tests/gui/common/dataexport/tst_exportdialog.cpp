@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/gestures.h"
 #include "support/logcatcher.h"
+#include "support/savedialog.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -165,6 +166,23 @@ TEST_F(Dialog, DamagedFilesChangeNothingAndUnknownFieldsAreSkipped)
     EXPECT_FALSE(dialog.load(path("absent")).isNull());
     EXPECT_FALSE(dialog.save(path("absent/s")).isNull());
     EXPECT_EQ(dialog.setupPath(), FUZZ_CORPUS "/exportsetup/zero_per_decade");
+}
+
+TEST_F(Dialog, SetupFilesAreAskedForAndFailuresTold)
+{
+    QAction save, load;
+    QObject::connect(&save, &QAction::triggered, &dialog, &DataExportDialog::saveSetup);
+    QObject::connect(&load, &QAction::triggered, &dialog, &DataExportDialog::loadSetup);
+    find<QLineEdit>("outputFile")->setText("x");
+    EXPECT_EQ(saveByDialog(&save, path("s")), QString());
+    EXPECT_EQ(dialog.setupPath(), path("s.exportsetup"));
+    EXPECT_EQ(saveByDialog(&save, "/proc/s.exportsetup"), "Failed to open file /proc/s.exportsetup for writing.");
+    writeFile(path("torn.exportsetup"), "{");
+    EXPECT_EQ(saveByDialog(&load, path("torn.exportsetup")), "Failed to open file " + path("torn.exportsetup") + '.');
+    EXPECT_EQ(dialog.setupPath(), path("s.exportsetup"));
+    find<QLineEdit>("outputFile")->clear();
+    EXPECT_EQ(saveByDialog(&load, path("s.exportsetup")), QString());
+    EXPECT_EQ(find<QLineEdit>("outputFile")->text(), "x");
 }
 
 TEST_F(Dialog, SpectraAreCheckedInAMenuThatStaysOpen)
