@@ -139,7 +139,7 @@ bool FileReaderState::takeSeries(const QVector<SpectMath::SpectrumInfoPointer> &
 
 void FileReaderState::widen(Record &record, NumberGroups groups) const
 {
-    widenRecord(record, groups, std::size_t(electrometerCount), std::size_t(variableNames.size()));
+    widenVectors(record, groups, std::size_t(electrometerCount), std::size_t(variableNames.size()));
 }
 
 std::size_t FileReaderState::bytesPerRecord(int electrometers, int variables)

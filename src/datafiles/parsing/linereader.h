@@ -8,6 +8,7 @@
 class FieldSplitter;
 struct ParsedRow;
 struct ParsedRows;
+struct RowExpectation;
 
 /// Understands the data rows of one block of a file. A row is read at once, or parsed by one reader, perhaps on another
 /// thread, and placed by a second one of a block of the same layout, with the same result.
@@ -19,10 +20,9 @@ public:
     /// added to `errors`.
     virtual bool readRow(QByteArray line) = 0;
 
-    /// Parses the row's line, with what it makes of it in `rows`; with `inRecord`, numbers go into a record of the
-    /// row's own. False if the line must be read by readRow(): all but sound data rows. Several threads may parse at
-    /// once, with a splitter each.
-    virtual bool parseRow(ParsedRow &row, bool inRecord, FieldSplitter &splitter, ParsedRows &rows) const = 0;
+    /// Parses the row's line, with what it makes of it in `rows`. False if the line must be read by readRow(): all but
+    /// sound data rows. Several threads may parse at once, with a splitter each.
+    virtual bool parseRow(ParsedRow &row, RowExpectation expected, FieldSplitter &splitter, ParsedRows &rows) const = 0;
     /// Does the rest of what readRow() does, for a row within the limits that was parsed by a reader whose rows are
     /// placeable. The row is used up.
     virtual bool placeRow(ParsedRow &row, ParsedRows &rows) = 0;

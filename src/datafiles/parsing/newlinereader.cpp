@@ -99,7 +99,7 @@ NewLineReader::RowHead NewLineReader::readHead(TextView line, FieldSplitter &fie
     return m_state->isOutside(*times) ? RowHead::outside : RowHead::sound;
 }
 
-bool NewLineReader::parseRow(ParsedRow &row, bool inRecord, FieldSplitter &splitter, ParsedRows &rows) const
+bool NewLineReader::parseRow(ParsedRow &row, RowExpectation expected, FieldSplitter &splitter, ParsedRows &rows) const
 {
     if (!row.line.empty() && row.line.front() == '#')
         return false;
@@ -109,7 +109,7 @@ bool NewLineReader::parseRow(ParsedRow &row, bool inRecord, FieldSplitter &split
         return row.isOutside;
     row.mode = trimmed(splitter[2]);
     FieldCursor fields(splitter, 3);
-    const RowNumbers numbers = rows.addNumbers(row, inRecord, layout());
+    const RowNumbers numbers = rows.addNumbers(row, expected, layout());
     if (m_header.fileKind == FileKind::spectra) {
         for (int i = 0; i < m_header.spectra->infos.size(); ++i)
             rows.addSpectrum(row, i, readSpectrum(fields, m_header.spectra->infos[i]->nativePoints().size()));

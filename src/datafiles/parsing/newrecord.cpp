@@ -8,6 +8,20 @@ void growWithNaN(RealVector &vector, std::size_t size)
         vector.data().resize(size, noValue);
 }
 
+template<class Vectors>
+void widen(Vectors &vectors, NumberGroups groups, std::size_t electrometers, std::size_t variables)
+{
+    if (groups.voltages)
+        growWithNaN(vectors.voltages, electrometers);
+    if (groups.variables)
+        growWithNaN(vectors.variables, variables);
+    if (groups.currents) {
+        growWithNaN(vectors.currents, electrometers);
+        growWithNaN(vectors.currentVariances, electrometers);
+        growWithNaN(vectors.rawCurrents, electrometers);
+    }
+}
+
 } // namespace
 
 std::shared_ptr<Record> makeRecord(const RowTimes &times)
@@ -22,17 +36,14 @@ std::shared_ptr<Record> makeRecord(const RowTimes &times)
     return record;
 }
 
-void widenRecord(Record &record, NumberGroups groups, std::size_t electrometers, std::size_t variables)
+void widenVectors(Record &record, NumberGroups groups, std::size_t electrometers, std::size_t variables)
 {
-    if (groups.voltages)
-        growWithNaN(record.voltages, electrometers);
-    if (groups.variables)
-        growWithNaN(record.variables, variables);
-    if (groups.currents) {
-        growWithNaN(record.currents, electrometers);
-        growWithNaN(record.currentVariances, electrometers);
-        growWithNaN(record.rawCurrents, electrometers);
-    }
+    widen(record, groups, electrometers, variables);
+}
+
+void widenVectors(RecordVectors &vectors, NumberGroups groups, std::size_t electrometers, std::size_t variables)
+{
+    widen(vectors, groups, electrometers, variables);
 }
 
 bool hasNumbers(const Record &record, NumberGroups groups)
@@ -41,7 +52,7 @@ bool hasNumbers(const Record &record, NumberGroups groups)
            (groups.currents && record.currents.size() > 0);
 }
 
-void moveNumbers(Record &from, Record &to, NumberGroups groups)
+void moveNumbers(RecordVectors &from, Record &to, NumberGroups groups)
 {
     if (groups.voltages)
         to.voltages.swap(from.voltages);

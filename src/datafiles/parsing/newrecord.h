@@ -21,14 +21,24 @@ struct NumberGroups {
     bool any() const { return currents || voltages || variables; }
 };
 
+/// The vectors by themselves, named as a record's.
+struct RecordVectors {
+    RealVector voltages;
+    RealVector variables;
+    RealVector currents;
+    RealVector currentVariances;
+    RealVector rawCurrents;
+};
+
 /// A new record of those times, with no mode and no values.
 std::shared_ptr<Record> makeRecord(const RowTimes &times);
-/// Grows the record's vectors of those groups, with NaN in new slots. Never shrinks them.
-void widenRecord(Record &record, NumberGroups groups, std::size_t electrometers, std::size_t variables);
+/// Grows the vectors of those groups, with NaN in new slots. Never shrinks them.
+void widenVectors(Record &record, NumberGroups groups, std::size_t electrometers, std::size_t variables);
+void widenVectors(RecordVectors &vectors, NumberGroups groups, std::size_t electrometers, std::size_t variables);
 /// Whether the record has numbers of any of the groups, be they NaN.
 bool hasNumbers(const Record &record, NumberGroups groups);
 /// Hands the vectors of those groups to a record that has none of them.
-void moveNumbers(Record &from, Record &to, NumberGroups groups);
+void moveNumbers(RecordVectors &from, Record &to, NumberGroups groups);
 
 /// A spectrum that was read well, with room for the values of that many points, whose covariances are a diagonal, and
 /// without a description.

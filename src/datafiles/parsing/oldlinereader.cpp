@@ -68,7 +68,7 @@ bool OldLineReader::placeSpectrum(const std::shared_ptr<Record> &record, int col
     return false;
 }
 
-bool OldLineReader::parseRow(ParsedRow &row, bool inRecord, FieldSplitter &fields, ParsedRows &rows) const
+bool OldLineReader::parseRow(ParsedRow &row, RowExpectation expected, FieldSplitter &fields, ParsedRows &rows) const
 {
     if (!splitRow(row.line, fields) || !readRowTimes(fields[0], fields[1], &row.times))
         return false;
@@ -78,7 +78,7 @@ bool OldLineReader::parseRow(ParsedRow &row, bool inRecord, FieldSplitter &field
     if (m_header.hasOpmode())
         row.mode = trimmed(fields[2]);
     const auto &readers = m_header.valueReaders();
-    const RowNumbers numbers = rows.addNumbers(row, inRecord, layout());
+    const RowNumbers numbers = rows.addNumbers(row, expected, layout());
     try {
         for (int i = 0; i < readers.size(); ++i) {
             readers[i]->read(fields, numbers);

@@ -12,7 +12,7 @@ public:
     OldLineReader(const QList<QByteArray> &lines, FileReaderState *state);
 
     bool readRow(QByteArray line) override;
-    bool parseRow(ParsedRow &row, bool inRecord, FieldSplitter &splitter, ParsedRows &rows) const override;
+    bool parseRow(ParsedRow &row, RowExpectation expected, FieldSplitter &splitter, ParsedRows &rows) const override;
     bool placeRow(ParsedRow &row, ParsedRows &rows) override;
 
 private:

@@ -2,10 +2,25 @@
 
 #include "datafiles/parsing/linereader.h"
 
+namespace {
+
+template<class Vectors>
+RowNumbers numbersIn(Vectors &vectors)
+{
+    return {vectors.currents.data().begin(), vectors.currentVariances.data().begin(),
+            vectors.rawCurrents.data().begin(), vectors.voltages.data().begin(), vectors.variables.data().begin()};
+}
+
+} // namespace
+
 RowNumbers RowNumbers::of(Record &record)
 {
-    return {record.currents.data().begin(), record.currentVariances.data().begin(), record.rawCurrents.data().begin(),
-            record.voltages.data().begin(), record.variables.data().begin()};
+    return numbersIn(record);
+}
+
+RowNumbers RowNumbers::of(RecordVectors &vectors)
+{
+    return numbersIn(vectors);
 }
 
 RowNumbers RowNumbers::in(double *numbers, std::size_t electrometers)
@@ -14,24 +29,28 @@ RowNumbers RowNumbers::in(double *numbers, std::size_t electrometers)
             numbers + 4 * electrometers};
 }
 
-RowNumbers ParsedRows::addNumbers(ParsedRow &row, bool inRecord, const RowLayout &layout)
+RowNumbers ParsedRows::addNumbers(ParsedRow &row, RowExpectation expected, const RowLayout &layout)
 {
-    const std::size_t count = layout.groups.any() ? 4 * layout.electrometers + layout.variables : 0;
-    if (inRecord) {
+    if (expected.newRecord) {
         row.record = makeRecord(row.times);
-        widenRecord(*row.record, layout.groups, layout.electrometers, layout.variables);
-        bytes += sizeof(Record) + sizeof(double) * count;
-        return RowNumbers::of(*row.record);
+        bytes += sizeof(Record);
+    }
+    const std::size_t count = layout.groups.any() ? 4 * layout.electrometers + layout.variables : 0;
+    if (expected.newNumbers) {
+        row.hasVectors = true;
+        widenVectors(row.vectors, layout.groups, layout.electrometers, layout.variables);
+        bytes += sizeof(double) * count;
+        return RowNumbers::of(row.vectors);
     }
     row.firstNumber = numbers.size();
     numbers.resize(numbers.size() + count, noValue);
     return RowNumbers::in(numbers.data() + row.firstNumber, layout.electrometers);
 }
 
-RowNumbers ParsedRows::numbersOf(const ParsedRow &row)
+RowNumbers ParsedRows::numbersOf(ParsedRow &row)
 {
-    return row.record ? RowNumbers::of(*row.record)
-                      : RowNumbers::in(numbers.data() + row.firstNumber, row.parser->layout().electrometers);
+    return row.hasVectors ? RowNumbers::of(row.vectors)
+                          : RowNumbers::in(numbers.data() + row.firstNumber, row.parser->layout().electrometers);
 }
 
 void ParsedRows::addSpectrum(ParsedRow &row, int column, std::shared_ptr<SpectMath::Spectrum> spectrum)
@@ -48,7 +67,7 @@ void ParsedRows::clear()
     numbers.clear();
     spectra.clear();
     bytes = 0;
-    inRecords = 0;
+    newRecords = newNumbers = 0;
 }
 
 std::size_t ParsedRows::memory() const

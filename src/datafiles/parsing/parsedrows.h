@@ -18,6 +18,7 @@ struct RowNumbers {
     double *variables;
 
     static RowNumbers of(Record &record);
+    static RowNumbers of(RecordVectors &vectors);
     /// In one stretch: four times as many as there are electrometers, and then the variables.
     static RowNumbers in(double *numbers, std::size_t electrometers);
 };
@@ -30,9 +31,11 @@ struct ParsedRow {
     RowTimes times;
     TextView mode;
     TextView flags;                 ///< the field of flags, if the row has one
-    std::shared_ptr<Record> record; ///< with the row's numbers, if the row was expected to be the first of its moment
-    std::size_t firstNumber = 0;    ///< of ParsedRows::numbers, where there is no such record
-    std::size_t firstSpectrum = 0;  ///< of ParsedRows::spectra
+    std::shared_ptr<Record> record; ///< without numbers, if the row was expected to be the first of its moment
+    bool hasVectors = false;        ///< numbers stand in `vectors`, else in ParsedRows::numbers
+    RecordVectors vectors;
+    std::size_t firstNumber = 0;
+    std::size_t firstSpectrum = 0; ///< of ParsedRows::spectra
     std::size_t spectrumCount = 0;
 };
 
@@ -42,18 +45,27 @@ struct ParsedSpectrum {
     std::shared_ptr<SpectMath::Spectrum> spectrum;
 };
 
+/// What is expected of rows, for the memory in which they are made.
+struct RowExpectation {
+    bool newRecord = true;  ///< the row is the first one of its moment
+    bool newNumbers = true; ///< or at least the first one with numbers of its groups
+};
+
 /// Many lines with all that was parsed of them.
 struct ParsedRows {
     std::vector<ParsedRow> rows;
     std::vector<double> numbers;
     std::vector<ParsedSpectrum> spectra;
-    std::size_t bytes = 0;     ///< of the records and spectra
-    std::size_t inRecords = 0; ///< rows that were placed, and for which a record of their own was of use, or would be
+    std::size_t bytes = 0; ///< of records, their vectors and spectra
+    // Of the rows that were placed:
+    std::size_t newRecords = 0; ///< that were the first ones of their moments
+    std::size_t newNumbers = 0; ///< or at least the first ones with numbers of their groups
 
-    /// Makes room for the numbers of a row, NaN at first: in a record of its own, or in `numbers`.
-    RowNumbers addNumbers(ParsedRow &row, bool inRecord, const RowLayout &layout);
+    /// Makes a row's record, if one is expected to be wanted, and room for its numbers, NaN at first: in vectors for a
+    /// record, or in `numbers`.
+    RowNumbers addNumbers(ParsedRow &row, RowExpectation expected, const RowLayout &layout);
     /// Those numbers again.
-    RowNumbers numbersOf(const ParsedRow &row);
+    RowNumbers numbersOf(ParsedRow &row);
     void addSpectrum(ParsedRow &row, int column, std::shared_ptr<SpectMath::Spectrum> spectrum);
     /// Forgets all, but keeps the memory of the lists.
     void clear();

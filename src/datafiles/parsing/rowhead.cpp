@@ -40,15 +40,15 @@ PlacedRow placeParsedRow(ParsedRow &row, ParsedRows &rows, NumberGroups groups, 
         if (!state.isAffordable(1, state.electrometerCount, state.variableNames.size()))
             return {RowPlace::refused, nullptr, false};
         placed.place = RowPlace::made;
-        placed.hasNumbers = row.record != nullptr;
         placed.record = row.record ? std::move(row.record) : makeRecord(row.times);
         state.records.add(placed.record);
-        ++rows.inRecords;
-    } else if (groups.any() && !hasNumbers(*placed.record, groups)) {
-        placed.hasNumbers = row.record != nullptr;
-        if (row.record)
-            moveNumbers(*row.record, *placed.record, groups);
-        ++rows.inRecords;
+        ++rows.newRecords;
+    }
+    if (!hasNumbers(*placed.record, groups)) {
+        placed.hasNumbers = row.hasVectors;
+        if (row.hasVectors)
+            moveNumbers(row.vectors, *placed.record, groups);
+        ++rows.newNumbers;
     }
     state.widen(*placed.record, groups);
     return placed;

@@ -85,11 +85,12 @@ bool ChunkParser::isOfHeader(TextView text, ParsedChunk &chunk, FileForecast &fo
 void ChunkParser::parseRow(ParsedRow &row, ParsedRows &rows)
 {
     const LineReader &parser = *m_block->parser();
-    const bool inRecord = m_records[std::size_t(parser.layout().kind)];
-    if (parser.parseRow(row, inRecord, m_splitter, rows)) {
+    const RowForecast &forecast = m_rows[std::size_t(parser.layout().kind)];
+    if (parser.parseRow(row, {forecast.newRecord, forecast.newNumbers}, m_splitter, rows)) {
         row.parser = &parser;
     } else {
-        row.record.reset();
-        row.spectrumCount = 0;
+        const TextView line = row.line;
+        row = ParsedRow();
+        row.line = line;
     }
 }

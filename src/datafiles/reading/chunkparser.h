@@ -26,14 +26,17 @@ private:
     std::shared_ptr<const BlockForecast> m_block;
 };
 
-/// For each kind of rows, whether they are expected to be the first ones of their moments, or the first ones with such
-/// numbers, so that numbers may as well be parsed into a record. Any thread.
-using RecordForecast = std::array<std::atomic<bool>, RowLayout::kinds>;
+/// What is expected of the rows of a kind. Any thread.
+struct RowForecast {
+    std::atomic<bool> newRecord{true};
+    std::atomic<bool> newNumbers{true};
+};
+using RowForecasts = std::array<RowForecast, RowLayout::kinds>;
 
 /// Parses the lines of chunks of files, each by itself. One for each thread.
 class ChunkParser {
 public:
-    explicit ChunkParser(const RecordForecast &records) : m_records(records) {}
+    explicit ChunkParser(const RowForecasts &rows) : m_rows(rows) {}
 
     /// Reads and parses a chunk, which is whole afterwards, or not if there isn't the memory for it, or if its file has
     /// to be read as one. `known` is what some headers before have told. Throws nothing.
@@ -45,7 +48,7 @@ private:
     bool isOfHeader(TextView text, ParsedChunk &chunk, FileForecast &forecast, const FileReaderState &known);
     void parseRow(ParsedRow &row, ParsedRows &rows);
 
-    const RecordForecast &m_records;
+    const RowForecasts &m_rows;
     FieldSplitter m_splitter;
     HeaderLines m_header;
     bool m_inHeader = false;

@@ -76,7 +76,7 @@ bool ParsedChunk::fill(const DataFile &file, std::size_t size)
 bool ParsedChunk::readLastLine(const DataFile &file)
 {
     const std::size_t limit = m_size + longestBehind;
-    const auto isEnded = [this] { return !m_isLast && m_bytes[m_size - 1] == '\n'; };
+    const auto isEnded = [this] { return !m_isLast && m_bytes.get()[m_size - 1] == '\n'; };
     while (!m_atFileEnd && !isEnded()) {
         const std::size_t before = m_size;
         if (before >= limit || !fill(file, before + readAhead))
@@ -93,7 +93,8 @@ void ParsedChunk::makeRoom(std::size_t size)
     if (size <= m_capacity)
         return;
     const std::size_t capacity = size + readAhead;
-    std::unique_ptr<char[]> larger(new char[capacity]);
+    std::unique_ptr<char, SlabBytesRelease> larger(static_cast<char *>(Slab::allocate(capacity)),
+                                                   SlabBytesRelease{capacity});
     if (m_size > 0)
         std::memcpy(larger.get(), m_bytes.get(), m_size);
     m_bytes = std::move(larger);

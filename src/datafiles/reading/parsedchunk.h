@@ -3,9 +3,16 @@
 #include "datafiles/parsing/parsedrows.h"
 #include "datafiles/reading/blockforecast.h"
 #include "datafiles/reading/datafile.h"
+#include "util/slabarray.h"
 
 #include <memory>
 #include <vector>
+
+/// Gives bytes back that are slab memory: many as they are, the system has them again at once.
+struct SlabBytesRelease {
+    void operator()(char *bytes) const noexcept { Slab::release(bytes, size); }
+    std::size_t size = 0;
+};
 
 /// A stretch of a file: the lines that begin in it, and what was parsed of them. The last one of a file goes as far as
 /// the file does.
@@ -44,7 +51,7 @@ private:
     std::int64_t m_end = 0;
     bool m_isLast = false;
     std::int64_t m_linesEnd = -1;
-    std::unique_ptr<char[]> m_bytes;
+    std::unique_ptr<char, SlabBytesRelease> m_bytes;
     std::size_t m_capacity = 0;
     std::size_t m_size = 0;
     bool m_atFileEnd = false;

@@ -27,11 +27,9 @@ std::size_t chunkMemoryFor(std::size_t bytes)
 
 ReadAhead::ReadAhead(const QStringList &paths, const Settings &settings, std::unique_ptr<const FileReaderState> known)
     : m_paths(paths), m_settings(settings), m_chunkBytes(chunkBytesFor(settings)),
-      m_chunkMemory(chunkMemoryFor(m_chunkBytes)), m_parser(m_records), m_known(std::move(known))
+      m_chunkMemory(chunkMemoryFor(m_chunkBytes)), m_parser(m_rowForecasts), m_known(std::move(known))
 {
     m_spare.reserve(spareChunks);
-    for (auto &makesRecords : m_records)
-        makesRecords = true;
     try {
         for (int i = 1; i < settings.threads; ++i)
             m_threads.emplace_back([this] { work(); });
@@ -53,7 +51,7 @@ ReadAhead::~ReadAhead()
 void ReadAhead::work()
 {
     const AlternateStack signalStack;
-    ChunkParser parser(m_records);
+    ChunkParser parser(m_rowForecasts);
     std::unique_lock<std::mutex> lock(m_mutex);
     while (!m_isEnding) {
         std::shared_ptr<Job> job;
@@ -184,7 +182,9 @@ void ReadAhead::setKnown(std::unique_ptr<const FileReaderState> known)
 void ReadAhead::learn()
 {
     const ParsedChunk &chunk = *m_present->chunk;
-    if (!chunk.blocks.empty() && chunk.blocks.back()->parser())
-        m_records[std::size_t(chunk.blocks.back()->parser()->layout().kind)] =
-            2 * chunk.rows.inRecords >= chunk.rows.rows.size();
+    if (chunk.blocks.empty() || !chunk.blocks.back()->parser())
+        return;
+    RowForecast &forecast = m_rowForecasts[std::size_t(chunk.blocks.back()->parser()->layout().kind)];
+    forecast.newRecord = 2 * chunk.rows.newRecords >= chunk.rows.rows.size();
+    forecast.newNumbers = 2 * chunk.rows.newNumbers >= chunk.rows.rows.size();
 }

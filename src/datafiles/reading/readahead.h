@@ -65,7 +65,7 @@ private:
     const Settings m_settings;
     const std::size_t m_chunkBytes;
     const std::size_t m_chunkMemory;
-    RecordForecast m_records;
+    RowForecasts m_rowForecasts;
     ChunkParser m_parser;           ///< of the caller's thread
     std::shared_ptr<Job> m_present; ///< whose chunk the caller has
 
