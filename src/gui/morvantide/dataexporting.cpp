@@ -111,7 +111,9 @@ void DataExporting::giveExportTsbSetup()
     if (!m_dialog)
         return;
     m_dialog->addFields(fields);
-    if (fields.isEmpty())
+    if (!errors.isEmpty())
+        m_dialog->showResult(errors.join(QLatin1Char('\n')));
+    else if (fields.isEmpty())
         m_dialog->showResult(tr("No plot shows a concentration that can be exported."));
 }
 

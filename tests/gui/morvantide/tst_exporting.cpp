@@ -260,6 +260,10 @@ TEST_F(Exporting, PlotsGiveFieldsAndTheTimeAxisGivesTheSpan)
     action("Add fields from timeseries plots")->trigger();
     EXPECT_EQ(dialog->findChild<QLabel *>("resultLabel")->text(),
               "No plot shows a concentration that can be exported.");
+    const QVariantMap unbounded{{"type", "fraction"}, {"totalConcentration", false}, {"diameterSmallerLimit", 0}};
+    window->browser()->setSetup(QVariantList{QVariantMap{{"type", "scatterplot"}, {"settings", unbounded}}});
+    action("Add fields from timeseries plots")->trigger();
+    EXPECT_TRUE(dialog->findChild<QLabel *>("resultLabel")->text().startsWith("The fraction of plot 1 isn't bounded"));
 
     window->show();
     QTest::qWait(0);
