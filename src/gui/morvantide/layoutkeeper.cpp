@@ -123,6 +123,8 @@ void LayoutKeeper::storeDocks()
         m_layout.store(all);
         m_lastSeen = all.value(Keys::mainWindow).toMap();
     }
+    if (m_lastSeen.isEmpty())
+        return;
     for (const QString &key : dockKeys)
         m_settings->setValue(dockGroup + key, m_lastSeen.value(key));
     m_marks->forget(m_settings->fileName());
@@ -212,13 +214,15 @@ bool LayoutKeeper::restoreWindowSetup(const QVariantMap &setup, unsigned parts)
     return isWhole;
 }
 
-bool LayoutKeeper::restoreWindowSetupFile(const QString &path, unsigned parts)
+bool LayoutKeeper::restoreWindowSetupFile(const QString &path, unsigned parts, bool isUndoable)
 {
     const WindowSetup::SetupFile file = WindowSetup::readSetupFile(path);
     if (!file.complaint.isNull()) {
         m_logger.log(Log::Warning, file.complaint);
         return false;
     }
+    if (isUndoable && !WindowSetup::isTooOld(file.setup))
+        keepFormer(parts);
     m_marks->begin(path);
     const bool isWhole = restoreWindowSetup(file.setup, parts);
     endRestoreSoon();
@@ -277,9 +281,8 @@ void LayoutKeeper::restoreGuiAskFile()
 
 void LayoutKeeper::restoreByHand(const QString &path)
 {
-    keepFormer(WindowSetup::All);
     m_keptPlace.clear();
-    const bool isWhole = restoreWindowSetupFile(path, WindowSetup::All);
+    const bool isWhole = restoreWindowSetupFile(path, WindowSetup::All, true);
     KeptPlace::show(m_window, m_keptPlace);
     m_window.browser()->fitUntoldScales();
     if (isWhole && path == m_windowSetupPath)

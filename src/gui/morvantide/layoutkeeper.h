@@ -48,7 +48,7 @@ public:
     void storeWindowSetup(QVariantMap &out) const;
     /// False: some of it was left out, which the log tells.
     bool restoreWindowSetup(const QVariantMap &setup, unsigned parts);
-    bool restoreWindowSetupFile(const QString &path, unsigned parts);
+    bool restoreWindowSetupFile(const QString &path, unsigned parts, bool isUndoable = false);
     /// Tells where it is, or why it isn't. True if it is.
     bool storeWindowSetupFile(const QString &path);
 

@@ -283,8 +283,9 @@ TEST_F(Layouts, CopiesComeBackByDialogAndByTheListAndAreUndone)
     found("../mine.windowsetup")->trigger();
     EXPECT_TRUE(restored());
     spoil();
+    action("Undo restore")->trigger();
     choose("Restore layout...", "precious.txt");
-    EXPECT_FALSE(restored());
+    EXPECT_FALSE(action("Undo restore")->isEnabled()) << "nothing was restored";
 }
 
 TEST_F(Layouts, TheDefaultLayoutConcernsDocksAndRecordsAlone)
