@@ -4,7 +4,10 @@
 #include "util/runontwothreads.h"
 #include "util/valuequeue.h"
 
+#include <algorithm>
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace Tsb {
 
@@ -47,13 +50,19 @@ public:
     template<typename Fill>
     void bringUpToDate(std::size_t size, Fill fill)
     {
-        if (!m_stale && m_values.size() == size)
+        if (isUpToDate(size))
             return;
-        T *const values = m_values.unset(size);
+        T *const values = renew(size);
         runOnTwoThreads(size,
                         [&fill, values](std::size_t begin, std::size_t end) { fill(begin, end, values + begin); });
+    }
+    bool isUpToDate(std::size_t size) const { return !m_stale && m_values.size() == size; }
+    /// The places of so many values, each of which the caller sets.
+    T *renew(std::size_t size)
+    {
         m_stale = false;
         ++m_revision;
+        return m_values.unset(size);
     }
 
 private:
@@ -113,6 +122,29 @@ public:
                             [&](const Record &record) { *place++ = m_valueOf(record); });
         });
         return m_column.data();
+    }
+    /// Brings columns of one store up to date together: the memory of the records, which takes most of the time, is
+    /// read once for all of them.
+    static void bringUpToDate(const std::vector<RecordColumn *> &columns, const Datastore &store)
+    {
+        constexpr std::size_t blockSize = 512; // records whose numbers fit into a fast cache
+        std::vector<std::pair<const RecordColumn *, T *>> stale;
+        const std::size_t size = store.records().size();
+        for (RecordColumn *column : columns) {
+            column->m_column.follow(store.lostRecords());
+            if (!column->m_valuesOfMarks && !column->m_column.isUpToDate(size))
+                stale.emplace_back(column, column->m_column.renew(size));
+        }
+        runOnTwoThreads(stale.empty() ? 0 : size, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t from = begin; from < end; from += blockSize) {
+                for (const auto &part : stale) {
+                    T *place = part.second + from;
+                    const ValueOf &valueOf = part.first->m_valueOf;
+                    walkRecords(store.records(), from, std::min(end, from + blockSize), part.first->m_reads,
+                                [&](const Record &record) { *place++ = valueOf(record); });
+                }
+            }
+        });
     }
     /// A number that grows with each change of the values.
     std::uint64_t revision() const { return m_column.revision(); }

@@ -200,3 +200,27 @@ TEST(ValueQueue, MovesEachValueAFewTimesWhateverItsLength)
 }
 
 } // namespace
+
+TEST_P(Columns, ThoseOfOneStoreAreWorkedOutTogether)
+{
+    for (int i = 0; i < 70; ++i)
+        store.addFullRecord(row(i));
+    ASSERT_EQ(store.size(), 70);
+    RecordColumn<double> kept, stale, ofTimes, ofMarks;
+    kept.setValueOf([](const Record &) { return 1.0; });
+    kept.values(store);
+    kept.invalidate();
+    const auto variable = [](const Record &record) { return record.variables[0]; };
+    stale.setValueOf(variable, {&Record::variables, 0});
+    ofTimes.setValueOf(ticksAndVariable);
+    ofMarks.setValueOfMarks([](const RecordMarks &marks) { return double(marks.opmode); });
+    const auto revision = stale.revision();
+    RecordColumn<double>::bringUpToDate({&kept, &stale, &ofTimes, &ofMarks}, store);
+    EXPECT_NE(stale.revision(), revision);
+    for (int i = 0; i < store.size(); ++i) {
+        ASSERT_EQ(kept.values(store)[i], 1.0);
+        ASSERT_EQ(stale.values(store)[i], variable(*store.at(i)));
+        ASSERT_EQ(ofTimes.values(store)[i], ticksAndVariable(*store.at(i)));
+        ASSERT_EQ(ofMarks.values(store)[i], store.at(i)->opmode);
+    }
+}

@@ -100,6 +100,16 @@ void ScatterLines::noteSpectra(const Datastore &store, const std::shared_ptr<Rec
         line.values.noteUpdated(store, record);
 }
 
+void ScatterLines::bringUpToDate(const std::vector<ScatterLines *> &all, const Datastore &store)
+{
+    std::vector<RecordColumn<double> *> columns;
+    for (ScatterLines *lines : all) {
+        for (RecordLine &line : lines->m_recordLines)
+            columns.push_back(&line.values);
+    }
+    RecordColumn<double>::bringUpToDate(columns, store);
+}
+
 FiniteRange ScatterLines::rangeInSight(const Datastore &store, const TimeScale &scale, int width)
 {
     FiniteRange range;

@@ -67,6 +67,8 @@ public:
     void noteRecord(const Datastore &store, int index, const Record &record);
     void noteSpectra(const Datastore &store, const std::shared_ptr<Record> &record);
 
+    /// Works out the values of the record lines of several plots of one store, which costs less than those of each.
+    static void bringUpToDate(const std::vector<ScatterLines *> &all, const Datastore &store);
     /// The range of the values whose records may touch the columns 0 .. width.
     FiniteRange rangeInSight(const Datastore &store, const TimeScale &scale, int width);
     void draw(const Frame &frame);

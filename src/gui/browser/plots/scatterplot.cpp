@@ -147,6 +147,15 @@ void ScatterPlot::setPredecessors(const QVector<ScatterPlot *> &plots)
         m_predecessors.append(plot);
 }
 
+void ScatterPlot::workOutValues(const QVector<ScatterPlot *> &plots)
+{
+    std::vector<ScatterLines *> lines;
+    for (ScatterPlot *plot : plots)
+        lines.push_back(&plot->m_lines);
+    if (!plots.isEmpty() && plots.first()->datastore())
+        ScatterLines::bringUpToDate(lines, *plots.first()->datastore());
+}
+
 std::optional<ScatterLines::RecordLine> ScatterPlot::takeOver(const RecordSlot &slot)
 {
     for (const auto &plot : qAsConst(m_predecessors)) {

@@ -5,6 +5,7 @@
 #include "gui/browser/controls/header.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
+#include "gui/browser/plots/scatterplot.h"
 #include "gui/browser/views/stackdrawing.h"
 #include "gui/browser/views/view.h"
 #include "gui/browser/views/viewholder.h"
@@ -352,6 +353,16 @@ void TimeSeriesBrowser::settleBeforePainting()
         QCoreApplication::sendPostedEvents(nullptr, type);
 }
 
+void TimeSeriesBrowser::workOutSeenValues()
+{
+    QVector<ScatterPlot *> seen;
+    for (ScatterPlot *plot : findChildren<ScatterPlot *>()) {
+        if (!plot->visibleRegion().isEmpty())
+            seen.append(plot);
+    }
+    ScatterPlot::workOutValues(seen);
+}
+
 void TimeSeriesBrowser::allFitScale()
 {
     activateLayouts();
@@ -367,6 +378,7 @@ void TimeSeriesBrowser::fitUntoldScales()
             view->fitScale();
     }
     settleBeforePainting();
+    workOutSeenValues();
 }
 
 void TimeSeriesBrowser::fitTimescale(RecordTime begin, RecordTime end)

@@ -129,6 +129,7 @@ private:
     void activateLayouts() override;
     bool hasRoom() const override;
     void settleBeforePainting();
+    void workOutSeenValues();
     void zoom(int step);
     void makeCurrent(const std::shared_ptr<Record> &record, Scroll bring);
     void refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width);
