@@ -12,6 +12,7 @@ public:
 
     /// Counts memory that stays until the end of the read, beside the records themselves.
     void hold(std::size_t bytes) { m_held += bytes; }
+    std::size_t held() const { return m_held; }
     /// Whether that many bytes more may be held beside that many records with values of that many bytes each.
     bool allows(std::size_t bytes, std::size_t records, std::size_t bytesPerRecord) const;
     /// The bytes that may still be held beside those records.

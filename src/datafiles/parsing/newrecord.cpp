@@ -2,23 +2,41 @@
 
 namespace {
 
-void growWithNaN(RealVector &vector, std::size_t size)
+struct Arrays {
+    SlabArray &voltages;
+    SlabArray &variables;
+    SlabArray &currents;
+    SlabArray &currentVariances;
+    SlabArray &rawCurrents;
+};
+
+Arrays arraysOf(Record &record)
 {
-    if (vector.size() < size)
-        vector.data().resize(size, noValue);
+    return {record.voltages.data(), record.variables.data(), record.currents.data(), record.currentVariances.data(),
+            record.rawCurrents.data()};
 }
 
-template<class Vectors>
-void widen(Vectors &vectors, NumberGroups groups, std::size_t electrometers, std::size_t variables)
+Arrays arraysOf(RecordNumbers &numbers)
+{
+    return {numbers.voltages, numbers.variables, numbers.currents, numbers.currentVariances, numbers.rawCurrents};
+}
+
+void growWithNaN(SlabArray &array, std::size_t size)
+{
+    if (array.size() < size)
+        array.resize(size, noValue);
+}
+
+void widen(const Arrays &arrays, NumberGroups groups, std::size_t electrometers, std::size_t variables)
 {
     if (groups.voltages)
-        growWithNaN(vectors.voltages, electrometers);
+        growWithNaN(arrays.voltages, electrometers);
     if (groups.variables)
-        growWithNaN(vectors.variables, variables);
+        growWithNaN(arrays.variables, variables);
     if (groups.currents) {
-        growWithNaN(vectors.currents, electrometers);
-        growWithNaN(vectors.currentVariances, electrometers);
-        growWithNaN(vectors.rawCurrents, electrometers);
+        growWithNaN(arrays.currents, electrometers);
+        growWithNaN(arrays.currentVariances, electrometers);
+        growWithNaN(arrays.rawCurrents, electrometers);
     }
 }
 
@@ -38,12 +56,12 @@ std::shared_ptr<Record> makeRecord(const RowTimes &times)
 
 void widenVectors(Record &record, NumberGroups groups, std::size_t electrometers, std::size_t variables)
 {
-    widen(record, groups, electrometers, variables);
+    widen(arraysOf(record), groups, electrometers, variables);
 }
 
-void widenVectors(RecordVectors &vectors, NumberGroups groups, std::size_t electrometers, std::size_t variables)
+void widenVectors(RecordNumbers &numbers, NumberGroups groups, std::size_t electrometers, std::size_t variables)
 {
-    widen(vectors, groups, electrometers, variables);
+    widen(arraysOf(numbers), groups, electrometers, variables);
 }
 
 bool hasNumbers(const Record &record, NumberGroups groups)
@@ -52,16 +70,17 @@ bool hasNumbers(const Record &record, NumberGroups groups)
            (groups.currents && record.currents.size() > 0);
 }
 
-void moveNumbers(RecordVectors &from, Record &to, NumberGroups groups)
+void moveNumbers(RecordNumbers &from, Record &to, NumberGroups groups)
 {
+    const Arrays arrays = arraysOf(to);
     if (groups.voltages)
-        to.voltages.swap(from.voltages);
+        arrays.voltages.swap(from.voltages);
     if (groups.variables)
-        to.variables.swap(from.variables);
+        arrays.variables.swap(from.variables);
     if (groups.currents) {
-        to.currents.swap(from.currents);
-        to.currentVariances.swap(from.currentVariances);
-        to.rawCurrents.swap(from.rawCurrents);
+        arrays.currents.swap(from.currents);
+        arrays.currentVariances.swap(from.currentVariances);
+        arrays.rawCurrents.swap(from.rawCurrents);
     }
 }
 

@@ -21,24 +21,24 @@ struct NumberGroups {
     bool any() const { return currents || voltages || variables; }
 };
 
-/// The vectors by themselves, named as a record's.
-struct RecordVectors {
-    RealVector voltages;
-    RealVector variables;
-    RealVector currents;
-    RealVector currentVariances;
-    RealVector rawCurrents;
+/// The numbers of a record's vectors by themselves. Unlike the vectors, they can be moved.
+struct RecordNumbers {
+    SlabArray voltages;
+    SlabArray variables;
+    SlabArray currents;
+    SlabArray currentVariances;
+    SlabArray rawCurrents;
 };
 
 /// A new record of those times, with no mode and no values.
 std::shared_ptr<Record> makeRecord(const RowTimes &times);
 /// Grows the vectors of those groups, with NaN in new slots. Never shrinks them.
 void widenVectors(Record &record, NumberGroups groups, std::size_t electrometers, std::size_t variables);
-void widenVectors(RecordVectors &vectors, NumberGroups groups, std::size_t electrometers, std::size_t variables);
+void widenVectors(RecordNumbers &numbers, NumberGroups groups, std::size_t electrometers, std::size_t variables);
 /// Whether the record has numbers of any of the groups, be they NaN.
 bool hasNumbers(const Record &record, NumberGroups groups);
-/// Hands the vectors of those groups to a record that has none of them.
-void moveNumbers(RecordVectors &from, Record &to, NumberGroups groups);
+/// Hands the numbers of those groups to a record that has none of them.
+void moveNumbers(RecordNumbers &from, Record &to, NumberGroups groups);
 
 /// A spectrum that was read well, with room for the values of that many points, whose covariances are a diagonal, and
 /// without a description.

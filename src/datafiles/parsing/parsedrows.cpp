@@ -2,25 +2,18 @@
 
 #include "datafiles/parsing/linereader.h"
 
-namespace {
-
-template<class Vectors>
-RowNumbers numbersIn(Vectors &vectors)
-{
-    return {vectors.currents.data().begin(), vectors.currentVariances.data().begin(),
-            vectors.rawCurrents.data().begin(), vectors.voltages.data().begin(), vectors.variables.data().begin()};
-}
-
-} // namespace
+static_assert(std::is_nothrow_move_constructible_v<ParsedRow>, "a list of rows that grows copies no numbers");
 
 RowNumbers RowNumbers::of(Record &record)
 {
-    return numbersIn(record);
+    return {record.currents.data().begin(), record.currentVariances.data().begin(), record.rawCurrents.data().begin(),
+            record.voltages.data().begin(), record.variables.data().begin()};
 }
 
-RowNumbers RowNumbers::of(RecordVectors &vectors)
+RowNumbers RowNumbers::of(RecordNumbers &numbers)
 {
-    return numbersIn(vectors);
+    return {numbers.currents.begin(), numbers.currentVariances.begin(), numbers.rawCurrents.begin(),
+            numbers.voltages.begin(), numbers.variables.begin()};
 }
 
 RowNumbers RowNumbers::in(double *numbers, std::size_t electrometers)
@@ -37,10 +30,10 @@ RowNumbers ParsedRows::addNumbers(ParsedRow &row, RowExpectation expected, const
     }
     const std::size_t count = layout.groups.any() ? 4 * layout.electrometers + layout.variables : 0;
     if (expected.newNumbers) {
-        row.hasVectors = true;
-        widenVectors(row.vectors, layout.groups, layout.electrometers, layout.variables);
+        row.hasOwnNumbers = true;
+        widenVectors(row.ownNumbers, layout.groups, layout.electrometers, layout.variables);
         bytes += sizeof(double) * count;
-        return RowNumbers::of(row.vectors);
+        return RowNumbers::of(row.ownNumbers);
     }
     row.firstNumber = numbers.size();
     numbers.resize(numbers.size() + count, noValue);
@@ -49,8 +42,8 @@ RowNumbers ParsedRows::addNumbers(ParsedRow &row, RowExpectation expected, const
 
 RowNumbers ParsedRows::numbersOf(ParsedRow &row)
 {
-    return row.hasVectors ? RowNumbers::of(row.vectors)
-                          : RowNumbers::in(numbers.data() + row.firstNumber, row.parser->layout().electrometers);
+    return row.hasOwnNumbers ? RowNumbers::of(row.ownNumbers)
+                             : RowNumbers::in(numbers.data() + row.firstNumber, row.parser->layout().electrometers);
 }
 
 void ParsedRows::addSpectrum(ParsedRow &row, int column, std::shared_ptr<SpectMath::Spectrum> spectrum)

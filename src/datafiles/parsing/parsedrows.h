@@ -18,7 +18,7 @@ struct RowNumbers {
     double *variables;
 
     static RowNumbers of(Record &record);
-    static RowNumbers of(RecordVectors &vectors);
+    static RowNumbers of(RecordNumbers &numbers);
     /// In one stretch: four times as many as there are electrometers, and then the variables.
     static RowNumbers in(double *numbers, std::size_t electrometers);
 };
@@ -32,8 +32,8 @@ struct ParsedRow {
     TextView mode;
     TextView flags;                 ///< the field of flags, if the row has one
     std::shared_ptr<Record> record; ///< without numbers, if the row was expected to be the first of its moment
-    bool hasVectors = false;        ///< numbers stand in `vectors`, else in ParsedRows::numbers
-    RecordVectors vectors;
+    bool hasOwnNumbers = false;     ///< which a record may take over; else they stand in ParsedRows::numbers
+    RecordNumbers ownNumbers;
     std::size_t firstNumber = 0;
     std::size_t firstSpectrum = 0; ///< of ParsedRows::spectra
     std::size_t spectrumCount = 0;
@@ -56,13 +56,13 @@ struct ParsedRows {
     std::vector<ParsedRow> rows;
     std::vector<double> numbers;
     std::vector<ParsedSpectrum> spectra;
-    std::size_t bytes = 0; ///< of records, their vectors and spectra
+    std::size_t bytes = 0; ///< of records, their numbers and spectra
     // Of the rows that were placed:
     std::size_t newRecords = 0; ///< that were the first ones of their moments
     std::size_t newNumbers = 0; ///< or at least the first ones with numbers of their groups
 
-    /// Makes a row's record, if one is expected to be wanted, and room for its numbers, NaN at first: in vectors for a
-    /// record, or in `numbers`.
+    /// Makes a row's record, if one is expected to be wanted, and room for its numbers, NaN at first: of its own, or in
+    /// `numbers`.
     RowNumbers addNumbers(ParsedRow &row, RowExpectation expected, const RowLayout &layout);
     /// Those numbers again.
     RowNumbers numbersOf(ParsedRow &row);

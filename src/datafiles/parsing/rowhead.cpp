@@ -45,9 +45,9 @@ PlacedRow placeParsedRow(ParsedRow &row, ParsedRows &rows, NumberGroups groups, 
         ++rows.newRecords;
     }
     if (!hasNumbers(*placed.record, groups)) {
-        placed.hasNumbers = row.hasVectors;
-        if (row.hasVectors)
-            moveNumbers(row.vectors, *placed.record, groups);
+        placed.hasNumbers = row.hasOwnNumbers;
+        if (row.hasOwnNumbers)
+            moveNumbers(row.ownNumbers, *placed.record, groups);
         ++rows.newNumbers;
     }
     state.widen(*placed.record, groups);

@@ -16,7 +16,7 @@ enum class RowPlace { found, made, refused };
 /// isn't affordable.
 RowPlace placeRecord(const RowTimes &times, NumberGroups groups, FileReaderState &state,
                      std::shared_ptr<Record> *record);
-/// The same for a row that was parsed, whose own record may become the new one, and whose vectors the record's.
+/// The same for a row that was parsed, whose own record may become the new one, and whose own numbers the record's.
 struct PlacedRow {
     RowPlace place;
     std::shared_ptr<Record> record;

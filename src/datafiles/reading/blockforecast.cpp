@@ -10,4 +10,5 @@ BlockForecast::BlockForecast(const HeaderLines &header, const QByteArray &column
         m_reader = header.makeReader(columnRow, m_state.get());
     } catch (const FileReaderError &) {
     }
+    m_memory = m_state->budget.held() - known.budget.held();
 }

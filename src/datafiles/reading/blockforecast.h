@@ -16,8 +16,11 @@ public:
     const LineReader *parser() const { return m_reader.get(); }
     /// What is known behind the header.
     const FileReaderState &state() const { return *m_state; }
+    /// The memory that its header takes.
+    std::size_t memory() const { return m_memory; }
 
 private:
     std::unique_ptr<FileReaderState> m_state;
     std::unique_ptr<LineReader> m_reader;
+    std::size_t m_memory = 0;
 };

@@ -71,7 +71,7 @@ bool ChunkParser::isOfHeader(TextView text, ParsedChunk &chunk, FileForecast &fo
         m_block =
             std::make_shared<BlockForecast>(m_header, HeaderLines::isColumnRow(line) ? line : QByteArray(), before);
         m_inHeader = false;
-        chunk.blocks.push_back(m_block);
+        chunk.addBlock(m_block);
         forecast.set(m_block);
     } else if (HeaderLines::opens(line)) {
         m_header.start(line, 0);

@@ -27,6 +27,13 @@ void ParsedChunk::clear()
 {
     rows.clear();
     blocks.clear();
+    m_blocksMemory = 0;
+}
+
+void ParsedChunk::addBlock(std::shared_ptr<const BlockForecast> block)
+{
+    m_blocksMemory += block->memory();
+    blocks.push_back(std::move(block));
 }
 
 /// The byte before the chunk is read too: it tells whether a line begins with the chunk's first one.

@@ -35,7 +35,9 @@ public:
     /// The offset behind the last line, or a negative one if no line begins in the chunk.
     std::int64_t linesEnd() const { return m_linesEnd; }
     /// Memory that all of it takes.
-    std::size_t memory() const { return m_capacity + rows.memory(); }
+    std::size_t memory() const { return m_capacity + m_blocksMemory + rows.memory(); }
+    /// A block whose header stands in the chunk.
+    void addBlock(std::shared_ptr<const BlockForecast> block);
 
     ParsedRows rows;
     std::vector<std::shared_ptr<const BlockForecast>> blocks; ///< by which rows were parsed
@@ -53,6 +55,7 @@ private:
     std::int64_t m_linesEnd = -1;
     std::unique_ptr<char, SlabBytesRelease> m_bytes;
     std::size_t m_capacity = 0;
+    std::size_t m_blocksMemory = 0;
     std::size_t m_size = 0;
     bool m_atFileEnd = false;
     const char *m_next = nullptr;

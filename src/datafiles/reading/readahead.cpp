@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include <malloc.h>
+
 namespace {
 
 constexpr std::size_t mostMemory = std::size_t(56) << 20;
@@ -46,6 +48,10 @@ ReadAhead::~ReadAhead()
     }
     for (std::thread &thread : m_threads)
         thread.join();
+    m_present.reset();
+    m_jobs.clear();
+    m_spare.clear();
+    malloc_trim(0); // what the threads have freed stays with their arenas else
 }
 
 void ReadAhead::work()
@@ -184,6 +190,10 @@ void ReadAhead::learn()
     const ParsedChunk &chunk = *m_present->chunk;
     if (chunk.blocks.empty() || !chunk.blocks.back()->parser())
         return;
+    if (!m_hasLearnt) // as a rule, rows of one kind alone make records
+        for (RowForecast &forecast : m_rowForecasts)
+            forecast.newRecord = false;
+    m_hasLearnt = true;
     RowForecast &forecast = m_rowForecasts[std::size_t(chunk.blocks.back()->parser()->layout().kind)];
     forecast.newRecord = 2 * chunk.rows.newRecords >= chunk.rows.rows.size();
     forecast.newNumbers = 2 * chunk.rows.newNumbers >= chunk.rows.rows.size();

@@ -66,6 +66,7 @@ private:
     const std::size_t m_chunkBytes;
     const std::size_t m_chunkMemory;
     RowForecasts m_rowForecasts;
+    bool m_hasLearnt = false;       ///< the caller's
     ChunkParser m_parser;           ///< of the caller's thread
     std::shared_ptr<Job> m_present; ///< whose chunk the caller has
 
