@@ -46,7 +46,7 @@ public:
     const QString &windowSetupPath() const { return m_windowSetupPath; }
 
     void storeWindowSetup(QVariantMap &out) const;
-    /// False: some of it was left out, which the log tells.
+    /// False: some of it was left out, which the log tells. What an undoable one replaces, "Undo restore" brings back.
     bool restoreWindowSetup(const QVariantMap &setup, unsigned parts);
     bool restoreWindowSetupFile(const QString &path, unsigned parts, bool isUndoable = false);
     /// Tells where it is, or why it isn't. True if it is.
