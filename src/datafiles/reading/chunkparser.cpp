@@ -24,7 +24,7 @@ std::shared_ptr<const BlockForecast> FileForecast::wait()
     return m_block;
 }
 
-void ChunkParser::parse(ParsedChunk &chunk, const DataFile &file, FileForecast &forecast, const FileReaderState &known,
+void ChunkParser::parse(ParsedChunk &chunk, const DataFile &file, FileForecast &forecast, const KnownState &known,
                         std::size_t mostMemory)
 {
     try {
@@ -40,7 +40,7 @@ void ChunkParser::parse(ParsedChunk &chunk, const DataFile &file, FileForecast &
 }
 
 /// False if the rows would take too much memory.
-bool ChunkParser::parseLines(ParsedChunk &chunk, FileForecast &forecast, const FileReaderState &known,
+bool ChunkParser::parseLines(ParsedChunk &chunk, FileForecast &forecast, const KnownState &known,
                              std::size_t mostMemory)
 {
     m_inHeader = false;
@@ -60,16 +60,14 @@ bool ChunkParser::parseLines(ParsedChunk &chunk, FileForecast &forecast, const F
 }
 
 /// Takes the line into the header that is open, or as a comment. At the end of a header its block is the one at hand.
-bool ChunkParser::isOfHeader(TextView text, ParsedChunk &chunk, FileForecast &forecast, const FileReaderState &known)
+bool ChunkParser::isOfHeader(TextView text, ParsedChunk &chunk, FileForecast &forecast, const KnownState &known)
 {
     const bool isComment = !text.empty() && text.front() == '#';
     if (!isComment && !m_inHeader)
         return false;
     const QByteArray line = bytesOf(text);
     if (!isComment) {
-        const FileReaderState &before = m_block ? m_block->state() : known;
-        m_block =
-            std::make_shared<BlockForecast>(m_header, HeaderLines::isColumnRow(line) ? line : QByteArray(), before);
+        m_block = forecastBlock(HeaderLines::isColumnRow(line) ? line : QByteArray(), known);
         m_inHeader = false;
         chunk.addBlock(m_block);
         forecast.set(m_block);
@@ -80,6 +78,20 @@ bool ChunkParser::isOfHeader(TextView text, ParsedChunk &chunk, FileForecast &fo
         m_header.add(line);
     }
     return true;
+}
+
+/// The block of the header that has ended.
+std::shared_ptr<const BlockForecast> ChunkParser::forecastBlock(const QByteArray &columnRow, const KnownState &known)
+{
+    if (m_block)
+        return std::make_shared<BlockForecast>(m_header, columnRow, m_block->state());
+    if (!m_lastBlock || m_lastKnown != known || m_lastColumnRow != columnRow || !m_lastHeader.isSame(m_header)) {
+        m_lastBlock = std::make_shared<BlockForecast>(m_header, columnRow, *known);
+        m_lastHeader = m_header;
+        m_lastColumnRow = QByteArray(columnRow.constData(), columnRow.size());
+        m_lastKnown = known;
+    }
+    return m_lastBlock;
 }
 
 void ChunkParser::parseRow(ParsedRow &row, ParsedRows &rows)

@@ -33,24 +33,33 @@ struct RowForecast {
 };
 using RowForecasts = std::array<RowForecast, RowLayout::kinds>;
 
+/// What some headers have told so far.
+using KnownState = std::shared_ptr<const FileReaderState>;
+
 /// Parses the lines of chunks of files, each by itself. One for each thread.
 class ChunkParser {
 public:
     explicit ChunkParser(const RowForecasts &rows) : m_rows(rows) {}
 
     /// Reads and parses a chunk, which is whole afterwards, or not if there isn't the memory for it, or if its file has
-    /// to be read as one. `known` is what some headers before have told. Throws nothing.
-    void parse(ParsedChunk &chunk, const DataFile &file, FileForecast &forecast, const FileReaderState &known,
+    /// to be read as one. Throws nothing.
+    void parse(ParsedChunk &chunk, const DataFile &file, FileForecast &forecast, const KnownState &known,
                std::size_t mostMemory);
 
 private:
-    bool parseLines(ParsedChunk &chunk, FileForecast &forecast, const FileReaderState &known, std::size_t mostMemory);
-    bool isOfHeader(TextView text, ParsedChunk &chunk, FileForecast &forecast, const FileReaderState &known);
+    bool parseLines(ParsedChunk &chunk, FileForecast &forecast, const KnownState &known, std::size_t mostMemory);
+    bool isOfHeader(TextView text, ParsedChunk &chunk, FileForecast &forecast, const KnownState &known);
+    std::shared_ptr<const BlockForecast> forecastBlock(const QByteArray &columnRow, const KnownState &known);
     void parseRow(ParsedRow &row, ParsedRows &rows);
 
     const RowForecasts &m_rows;
     FieldSplitter m_splitter;
     HeaderLines m_header;
+    // The last block of a first header, since most files of a folder have the same one:
+    HeaderLines m_lastHeader;
+    QByteArray m_lastColumnRow;
+    KnownState m_lastKnown;
+    std::shared_ptr<const BlockForecast> m_lastBlock;
     bool m_inHeader = false;
     std::shared_ptr<const BlockForecast> m_block; ///< of the line at hand
 };

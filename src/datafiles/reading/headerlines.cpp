@@ -62,6 +62,13 @@ void HeaderLines::add(const QByteArray &line)
     m_rest.append(line).append('\n');
 }
 
+bool HeaderLines::isSame(const HeaderLines &other) const
+{
+    constexpr int longest = 64 << 10;
+    return !m_tooLong && !other.m_tooLong && m_rest.size() < longest && m_first == other.m_first &&
+           m_rest == other.m_rest;
+}
+
 std::unique_ptr<LineReader> HeaderLines::makeReader(const QByteArray &columnRow, FileReaderState *state) const
 {
     if (m_tooLong || columnRow.size() > longestHeader)

@@ -19,6 +19,8 @@ public:
     void start(const QByteArray &line, int row);
     void add(const QByteArray &line);
     int firstRow() const { return m_firstRow; }
+    /// Whether another header has the same lines, both being of some ten KB at the most.
+    bool isSame(const HeaderLines &other) const;
 
     /// The reader of the rows that follow; the column row is the header's last line. The first line tells the format.
     /// Throws FileReaderError.

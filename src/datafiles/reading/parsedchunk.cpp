@@ -8,6 +8,8 @@ namespace {
 constexpr std::size_t readAhead = 16 << 10;    // bytes looked at behind a chunk at once, for the end of its last line
 constexpr std::size_t longestBehind = 2 << 20; // bytes of a last line behind its chunk, or of a file that grows
 
+constexpr std::size_t leastCapacity = 384 << 10; // a piece of slab memory that shares its slab with no record
+
 } // namespace
 
 void ParsedChunk::start(std::int64_t begin, std::int64_t end, bool isLast)
@@ -99,7 +101,7 @@ void ParsedChunk::makeRoom(std::size_t size)
 {
     if (size <= m_capacity)
         return;
-    const std::size_t capacity = size + readAhead;
+    const std::size_t capacity = std::max(size + readAhead, leastCapacity);
     std::unique_ptr<char, SlabBytesRelease> larger(static_cast<char *>(Slab::allocate(capacity)),
                                                    SlabBytesRelease{capacity});
     if (m_size > 0)

@@ -114,10 +114,10 @@ void ReadAhead::openNextFile()
 /// The mutex is unlocked meanwhile.
 void ReadAhead::doJob(Job &job, ChunkParser &parser, std::unique_lock<std::mutex> &lock)
 {
-    const std::shared_ptr<const FileReaderState> known = m_known;
+    const KnownState known = m_known;
     lock.unlock();
     if (job.file->data)
-        parser.parse(*job.chunk, *job.file->data, job.file->forecast, *known, m_chunkMemory);
+        parser.parse(*job.chunk, *job.file->data, job.file->forecast, known, m_chunkMemory);
     if (m_settings.parsed)
         m_settings.parsed();
     lock.lock();

@@ -74,7 +74,7 @@ private:
     std::condition_variable m_hasRoom;
     std::condition_variable m_isDone;
     bool m_isEnding = false;
-    std::shared_ptr<const FileReaderState> m_known;
+    KnownState m_known;
     std::deque<std::shared_ptr<Job>> m_jobs; ///< in the order of files and rows
     std::size_t m_memory = 0;                ///< of all jobs
     int m_nextFile = 0;
