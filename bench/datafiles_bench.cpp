@@ -258,20 +258,24 @@ int runThreads(int most)
         for (const int threads : order)
             costs[std::size_t(threads)].push_back(readFolder(folder, files, threads));
     }
-    const auto medianOf = [&](std::size_t threads, const std::function<double(const Cost &, std::size_t)> &value) {
+    const auto valuesOf = [&](std::size_t threads, const std::function<double(const Cost &, const Cost &)> &value,
+                              std::size_t other) {
         std::vector<double> values;
         for (std::size_t round = 0; round < costs[threads].size(); ++round)
-            values.push_back(value(costs[threads][round], round));
-        return median(values);
+            values.push_back(value(costs[threads][round], costs[other][round]));
+        return values;
     };
-    std::printf("threads  by the clock  of processors  times as fast as 1  processor time to FileReader's\n");
+    const auto wall = [](const Cost &cost, const Cost &) { return cost.wall * 1e3; };
+    std::printf("threads  by the clock, best  of processors  times as fast as 1  processor time to FileReader's\n");
     for (std::size_t threads = 0; threads < costs.size(); ++threads)
-        std::printf(
-            "%7zu  %9.0f ms  %10.0f ms  %18.2f  %28.3f\n", threads,
-            medianOf(threads, [](const Cost &c, std::size_t) { return c.wall * 1e3; }),
-            medianOf(threads, [](const Cost &c, std::size_t) { return c.processors * 1e3; }),
-            medianOf(threads, [&](const Cost &c, std::size_t i) { return costs[1][i].wall / c.wall; }),
-            medianOf(threads, [&](const Cost &c, std::size_t i) { return c.processors / costs[0][i].processors; }));
+        std::printf("%7zu  %9.0f ms %5.0f  %10.0f ms  %18.2f  %28.3f\n", threads, median(valuesOf(threads, wall, 0)),
+                    percentile(valuesOf(threads, wall, 0), 0),
+                    median(valuesOf(
+                        threads, [](const Cost &c, const Cost &) { return c.processors * 1e3; }, 0)),
+                    median(valuesOf(
+                        threads, [](const Cost &c, const Cost &one) { return one.wall / c.wall; }, 1)),
+                    median(valuesOf(
+                        threads, [](const Cost &c, const Cost &plain) { return c.processors / plain.processors; }, 0)));
     return 0;
 }
 
