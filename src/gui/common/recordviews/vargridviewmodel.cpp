@@ -1,6 +1,6 @@
 #include "gui/common/recordviews/vargridviewmodel.h"
 
-#include "gui/common/recordviews/vargridtext.h"
+#include "util/valueformat.h"
 
 #include <QBrush>
 

@@ -1,13 +1,14 @@
-#include "gui/common/recordviews/vargridtext.h"
+#include "util/valueformat.h"
 
 #include <fmt/args.h>
 #include <fmt/format.h>
 
-namespace RecordViews {
+#include <algorithm>
 
 namespace {
 
 constexpr int mostDigits = 3; // of a width or a precision
+constexpr std::size_t longestFormat = 10'000;
 
 /// A field may ask for a billion blanks.
 bool hasLongNumber(const std::string &format)
@@ -31,7 +32,7 @@ bool hasLongNumber(const std::string &format)
 QString formatValues(const QString &format, const std::vector<double> &values, bool *isValid)
 {
     const std::string utf8 = format.toStdString();
-    *isValid = !hasLongNumber(utf8);
+    *isValid = utf8.size() <= longestFormat && !hasLongNumber(utf8);
     if (!*isValid)
         return {};
     fmt::dynamic_format_arg_store<fmt::format_context> arguments;
@@ -44,5 +45,3 @@ QString formatValues(const QString &format, const std::vector<double> &values, b
         return {};
     }
 }
-
-} // namespace RecordViews
