@@ -163,6 +163,7 @@ void LayoutKeeper::restoreDataFile()
 {
     m_windowSetupPath = m_chosenPath;
     m_mayOverwrite = true;
+    m_former.reset(); // of a window without these data
     m_keptPlace.clear();
     if (!QFileInfo::exists(m_windowSetupPath))
         return;
@@ -214,17 +215,24 @@ bool LayoutKeeper::restoreWindowSetup(const QVariantMap &setup, unsigned parts)
     return isWhole;
 }
 
-bool LayoutKeeper::restoreWindowSetupFile(const QString &path, unsigned parts, bool isUndoable)
+bool LayoutKeeper::restoreWindowSetupFile(const QString &path, unsigned parts)
 {
-    const WindowSetup::SetupFile file = WindowSetup::readSetupFile(path);
-    if (!file.complaint.isNull()) {
+    const WindowSetup::SetupFile file = read(path);
+    return file.condition == WindowSetup::SetupFile::Sound && restoreMarked(path, file.setup, parts);
+}
+
+WindowSetup::SetupFile LayoutKeeper::read(const QString &path) const
+{
+    WindowSetup::SetupFile file = WindowSetup::readSetupFile(path);
+    if (!file.complaint.isNull())
         m_logger.log(Log::Warning, file.complaint);
-        return false;
-    }
-    if (isUndoable && !WindowSetup::isTooOld(file.setup))
-        keepFormer(parts);
+    return file;
+}
+
+bool LayoutKeeper::restoreMarked(const QString &path, const QVariantMap &setup, unsigned parts)
+{
     m_marks->begin(path);
-    const bool isWhole = restoreWindowSetup(file.setup, parts);
+    const bool isWhole = restoreWindowSetup(setup, parts);
     endRestoreSoon();
     return isWhole;
 }
@@ -281,8 +289,15 @@ void LayoutKeeper::restoreGuiAskFile()
 
 void LayoutKeeper::restoreByHand(const QString &path)
 {
-    m_keptPlace.clear();
-    const bool isWhole = restoreWindowSetupFile(path, WindowSetup::All, true);
+    const WindowSetup::SetupFile file = read(path);
+    if (file.condition != WindowSetup::SetupFile::Sound)
+        return;
+    if (WindowSetup::isTooOld(file.setup)) {
+        restoreWindowSetup(file.setup, WindowSetup::All); // which only tells so
+        return;
+    }
+    keepFormer(WindowSetup::All);
+    const bool isWhole = restoreMarked(path, file.setup, WindowSetup::All);
     KeptPlace::show(m_window, m_keptPlace);
     m_window.browser()->fitUntoldScales();
     if (isWhole && path == m_windowSetupPath)
@@ -299,7 +314,7 @@ void LayoutKeeper::restoreDefaultGui()
 
 void LayoutKeeper::keepFormer(unsigned parts)
 {
-    m_former = Former{{}, parts, m_window.browser()->timeScale()};
+    m_former = Former{{}, parts, m_window.browser()->timeScale(), m_window.shownRecord()};
     storeWindowSetup(m_former->setup);
     updateActions();
 }
@@ -311,6 +326,8 @@ void LayoutKeeper::undoRestore()
     const Former former = *m_former;
     m_former.reset();
     restoreWindowSetup(former.setup, former.parts);
+    if (former.record && former.record != m_window.shownRecord())
+        m_window.showRecord(former.record);
     m_window.browser()->timeView()->navigator()->setTimeScale(former.timeScale);
     updateActions();
 }

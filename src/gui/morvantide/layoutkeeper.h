@@ -3,6 +3,7 @@
 #include "axis/timescale.h"
 #include "gui/frame/windowlayout.h"
 #include "gui/morvantide/restoremarks.h"
+#include "windowsetup/setupfile.h"
 
 #include <QObject>
 #include <QTimer>
@@ -14,6 +15,7 @@ class MainWindowBase;
 class QAction;
 class QMenu;
 class QSettings;
+struct Record;
 
 /// Keeps the layout of the window between its runs, and beside the data: which file it comes from, when it is
 /// restored and saved, and the commands of the menu "Window". A file that could not be restored as a whole is never
@@ -46,9 +48,9 @@ public:
     const QString &windowSetupPath() const { return m_windowSetupPath; }
 
     void storeWindowSetup(QVariantMap &out) const;
-    /// False: some of it was left out, which the log tells. What an undoable one replaces, "Undo restore" brings back.
+    /// False: some of it was left out, which the log tells.
     bool restoreWindowSetup(const QVariantMap &setup, unsigned parts);
-    bool restoreWindowSetupFile(const QString &path, unsigned parts, bool isUndoable = false);
+    bool restoreWindowSetupFile(const QString &path, unsigned parts);
     /// Tells where it is, or why it isn't. True if it is.
     bool storeWindowSetupFile(const QString &path);
 
@@ -68,11 +70,16 @@ private:
         QVariantMap setup;
         unsigned parts;
         TimeScale timeScale;
+        std::shared_ptr<Record> record; ///< null if none was selected
     };
 
     void makeMenu();
     void keepFormer(unsigned parts);
     void restoreByHand(const QString &path);
+    /// Tells what is wrong with the file.
+    WindowSetup::SetupFile read(const QString &path) const;
+    /// A setup of that file, with a mark until it is drawn.
+    bool restoreMarked(const QString &path, const QVariantMap &setup, unsigned parts);
     void restoreDataFile();
     void endRestoreSoon();
 

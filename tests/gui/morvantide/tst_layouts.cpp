@@ -288,6 +288,32 @@ TEST_F(Layouts, CopiesComeBackByDialogAndByTheListAndAreUndone)
     EXPECT_FALSE(action("Undo restore")->isEnabled()) << "nothing was restored";
 }
 
+TEST_F(Layouts, UndoIsOfTheLastRestoreThatChangedTheWindow)
+{
+    action("Restore default layout")->trigger();
+    open();
+    EXPECT_FALSE(action("Undo restore")->isEnabled()) << "of a time before the data";
+    action("Keep time span and record")->setChecked(true);
+    window->showRecord(window->datastore()->at(3));
+    action("Save layout")->trigger();
+    browser().closeAllViews();
+    const auto chosen = window->datastore()->at(5);
+    window->showRecord(chosen);
+    settle();
+    found("default.windowsetup")->trigger();
+    for (const QByteArray unusable : {"a: [", "version: 1"}) {
+        write("demo/other.windowsetup", unusable);
+        found("other.windowsetup")->trigger();
+    }
+    settle();
+    ASSERT_TRUE(browser().hasViews());
+    EXPECT_EQ(window->shownRecord(), window->datastore()->at(3));
+    action("Undo restore")->trigger();
+    settle();
+    EXPECT_FALSE(browser().hasViews());
+    EXPECT_EQ(window->shownRecord(), chosen);
+}
+
 TEST_F(Layouts, TheDefaultLayoutConcernsDocksAndRecordsAlone)
 {
     open();
