@@ -180,7 +180,7 @@ void LayoutKeeper::restoreDataFile()
 void LayoutKeeper::closeData()
 {
     if (m_autosaveAction->isChecked() && !m_windowSetupPath.isEmpty()) {
-        if (m_mayOverwrite)
+        if (m_mayOverwrite || !QFileInfo::exists(m_windowSetupPath))
             storeWindowSetupFile(m_windowSetupPath);
         else
             m_logger.log(Log::Warning, tr("The layout isn't saved, for '%1' was not restored as a whole. "
@@ -274,7 +274,9 @@ void LayoutKeeper::storeGuiCopy()
     const QString path = FileChoices(m_settings, &m_window).askForLayoutCopy();
     if (path.isEmpty())
         return;
-    if (QFileInfo::exists(path) && !path.endsWith(QLatin1String(".windowsetup")))
+    if (path == m_windowSetupPath)
+        storeGuiNow();
+    else if (QFileInfo::exists(path) && !path.endsWith(QLatin1String(".windowsetup")))
         m_logger.log(Log::Warning, tr("The layout isn't saved to '%1', for what stands there is no layout").arg(path));
     else
         storeWindowSetupFile(path);

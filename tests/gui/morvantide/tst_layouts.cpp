@@ -314,6 +314,27 @@ TEST_F(Layouts, UndoIsOfTheLastRestoreThatChangedTheWindow)
     EXPECT_EQ(window->shownRecord(), chosen);
 }
 
+TEST_F(Layouts, ADamagedFileInUseGoesToTheBackupForACopyAndOneThatIsGoneIsSaved)
+{
+    write("demo/default.windowsetup", "a: [");
+    open();
+    QTimer::singleShot(
+        100, [] { withDialog<QMessageBox>([](QMessageBox &box) { box.button(QMessageBox::Yes)->click(); }); });
+    choose("Save layout copy...", "demo/default.windowsetup");
+    EXPECT_EQ(contentOf("demo/default.windowsetup.bak"), "a: [");
+    for (const bool isGone : {false, true}) {
+        SCOPED_TRACE(isGone);
+        setAutosave(true);
+        const LogCatcher log;
+        window->closeData();
+        EXPECT_EQ(log.complaints(), QStringList());
+        EXPECT_EQ(setupIn(standard())["version"], 2);
+        write("demo/default.windowsetup", "a: [");
+        open();
+        QFile::remove(standard());
+    }
+}
+
 TEST_F(Layouts, TheDefaultLayoutConcernsDocksAndRecordsAlone)
 {
     open();
