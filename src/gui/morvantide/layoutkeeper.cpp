@@ -37,7 +37,8 @@ bool isTrue(const QVariant &value)
 } // namespace
 
 LayoutKeeper::LayoutKeeper(MainWindowBase &window, LogDock &log)
-    : m_window(window), m_layout(window, *window.browser(), *window.uiInfo(), log), m_logger(QStringLiteral("gui"))
+    : m_window(window), m_layout(window, *window.browser(), *window.uiInfo(), log), m_logger(QStringLiteral("gui")),
+      m_lateSize(window)
 {
     m_restored.setSingleShot(true);
     m_restored.setInterval(drawingTime);
@@ -112,6 +113,7 @@ bool LayoutKeeper::start(QSettings &settings)
     const QString complaint = restoreDockState(m_window, docks);
     if (!complaint.isNull())
         m_logger.log(Log::Warning, tr("The docks stand where they do by default: %1").arg(complaint));
+    m_lateSize.await([this, docks] { restoreDockState(m_window, docks); });
     endRestoreSoon();
     return complaint.isNull();
 }
@@ -206,6 +208,8 @@ bool LayoutKeeper::restoreWindowSetup(const QVariantMap &setup, unsigned parts)
     const bool isWhole = m_layout.restore(setup, parts);
     if (WindowSetup::isTooOld(setup))
         return false;
+    if ((parts & WindowSetup::DockState) != 0)
+        restoreAgainLater(setup, (parts & WindowSetup::Geometry) != 0);
     if ((parts & WindowSetup::Timeseries) != 0) {
         m_keptPlace = setup.value(Keys::keptPlace).toMap();
         m_keepPlaceAction->setChecked(!m_keptPlace.isEmpty());
@@ -213,6 +217,17 @@ bool LayoutKeeper::restoreWindowSetup(const QVariantMap &setup, unsigned parts)
     if ((parts & WindowSetup::Autosave) != 0)
         m_autosaveAction->setChecked(isTrue(setup.value(Keys::autosaveSettings)));
     return isWhole;
+}
+
+/// Docks, and a time span, of a window that isn't as large yet as it was asked to be.
+void LayoutKeeper::restoreAgainLater(const QVariantMap &setup, bool isResized)
+{
+    const QVariantMap docks = setup.value(Keys::mainWindow).toMap();
+    const QVariantMap place = isResized ? setup.value(Keys::keptPlace).toMap() : QVariantMap();
+    m_lateSize.await([this, docks, place] {
+        restoreDockState(m_window, docks);
+        KeptPlace::show(m_window, place);
+    });
 }
 
 bool LayoutKeeper::restoreWindowSetupFile(const QString &path, unsigned parts)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "axis/timescale.h"
+#include "gui/frame/latesize.h"
 #include "gui/frame/windowlayout.h"
 #include "gui/morvantide/restoremarks.h"
 #include "windowsetup/setupfile.h"
@@ -81,11 +82,13 @@ private:
     /// A setup of that file, with a mark until it is drawn.
     bool restoreMarked(const QString &path, const QVariantMap &setup, unsigned parts);
     void restoreDataFile();
+    void restoreAgainLater(const QVariantMap &setup, bool isResized);
     void endRestoreSoon();
 
     MainWindowBase &m_window;
     WindowLayout m_layout;
     Log::Logger m_logger;
+    LateSize m_lateSize;
     QSettings *m_settings = nullptr;
     std::unique_ptr<RestoreMarks> m_marks; ///< from start() on
     QTimer m_restored;                     ///< until what was restored has been laid out and drawn

@@ -439,6 +439,32 @@ TEST_F(Layouts, DocksComeBackWithoutData)
     }
 }
 
+TEST_F(Layouts, DocksOfAMaximizedWindowComeBackAsTheyWereThoughItBeginsSmaller)
+{
+    open();
+    window->resize(620, 500);
+    window->showMaximized();
+    settle();
+    window->resizeDocks({dock("currentrecordform")}, {320}, Qt::Horizontal);
+    window->resizeDocks({dock("logDock")}, {400}, Qt::Vertical);
+    window->resizeDocks({dock("currentrecordform")}, {380}, Qt::Vertical);
+    settle();
+    const auto docks = places();
+    action("Save layout")->trigger();
+    window->showNormal();
+    settle();
+    ASSERT_NE(places(), docks);
+    found("default.windowsetup")->trigger();
+    settle();
+    EXPECT_EQ(places(), docks) << "restored by hand";
+    window->close();
+    window.reset();
+    makeWindow();
+    window->show();
+    settle();
+    EXPECT_EQ(places(), docks) << "in the next run";
+}
+
 TEST(RestoreMarks, ARestoreIsNotedOnTheDiskBeforeItBegins)
 {
     QTemporaryDir folder;
