@@ -35,6 +35,7 @@ LogDock::LogDock(QWidget *parent) : QDockWidget(tr("Log"), parent), m_edit(new Q
     m_edit->setMaximumBlockCount(greatestBlockCount);
     m_edit->document()->setDefaultStyleSheet(QString::fromLatin1(logStyle));
     setWidget(m_edit);
+    connect(m_edit->verticalScrollBar(), &QScrollBar::rangeChanged, this, &LogDock::keepEndInSight);
 
     m_flushTimer.setSingleShot(true);
     m_flushTimer.setInterval(0);
@@ -69,6 +70,15 @@ void LogDock::scrollToEnd()
 {
     QScrollBar *bar = m_edit->verticalScrollBar();
     bar->setValue(bar->maximum());
+}
+
+/// In a dock that became smaller the text would stay where it begins.
+void LogDock::keepEndInSight(int, int newEnd)
+{
+    const bool wasAtEnd = m_edit->verticalScrollBar()->value() >= m_end;
+    m_end = newEnd;
+    if (wasAtEnd)
+        scrollToEnd();
 }
 
 bool LogDock::isAtEnd() const

@@ -30,6 +30,7 @@ public Q_SLOTS:
 
 private:
     bool isAtEnd() const;
+    void keepEndInSight(int begin, int newEnd);
     void appendPending();
     void showCount(qint64 count);
     void markHour(const QDateTime &now);
@@ -51,6 +52,7 @@ private:
     QTimer m_flushTimer;
     QTimer m_tickTimer;
     QDateTime m_nextHour; ///< when the next mark is due
+    int m_end = 0;        ///< of the scroll bar
     int m_lastPosition = 0;
     int m_stillTicks = 0;
 };

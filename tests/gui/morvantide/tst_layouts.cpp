@@ -12,6 +12,8 @@
 #include <QAbstractButton>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QSettings>
 #include <QStatusBar>
 
@@ -463,6 +465,25 @@ TEST_F(Layouts, DocksOfAMaximizedWindowComeBackAsTheyWereThoughItBeginsSmaller)
     window->show();
     settle();
     EXPECT_EQ(places(), docks) << "in the next run";
+}
+
+TEST_F(Layouts, TheLogStillShowsItsEndAfterARestoreMadeItSmaller)
+{
+    open();
+    action("Save layout")->trigger();
+    for (int i = 0; i < 60; ++i)
+        Log::Logger("gui").log(Log::Info, QString("line %1").arg(i));
+    const QScrollBar *const bar = dock("logDock")->findChild<QPlainTextEdit *>()->verticalScrollBar();
+    for (QAction *command : {found("default.windowsetup"), action("Restore default layout"), action("Undo restore")}) {
+        SCOPED_TRACE(command->text().toStdString());
+        window->resizeDocks({dock("logDock")}, {command == action("Undo restore") ? 60 : 400}, Qt::Vertical);
+        settle();
+        const int page = bar->pageStep();
+        command->trigger();
+        settle();
+        EXPECT_NE(bar->pageStep(), page);
+        EXPECT_EQ(bar->value(), bar->maximum());
+    }
 }
 
 TEST(RestoreMarks, ARestoreIsNotedOnTheDiskBeforeItBegins)
