@@ -76,7 +76,7 @@ void LayoutKeeper::makeMenu()
     m_menu->addSeparator();
     m_autosaveAction = addChoice(tr("Autosave layout"));
     m_keepPlaceAction = addChoice(tr("Keep time span and record"));
-    m_keepPlaceAction->setToolTip(tr("The layout holds them, too"));
+    m_keepPlaceAction->setStatusTip(tr("The layout holds them, too")); // menus show no tool tips
 }
 
 void LayoutKeeper::updateActions()
