@@ -417,6 +417,12 @@ TEST_F(Layouts, DocksComeBackWithoutData)
     EXPECT_EQ(places(), docks);
     window->close();
     window.reset();
+    makeWindow();
+    window->close(); // by a signal that came before it was shown
+    restart();
+    EXPECT_EQ(places(), docks);
+    window->close();
+    window.reset();
     const struct {
         const char *name, *key;
         QVariant value;
