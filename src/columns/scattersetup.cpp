@@ -17,6 +17,8 @@ using SpectMath::MobilitySize;
 
 namespace {
 
+constexpr int longestName = 10'000; ///< of a variable: one of megabytes would take seconds to lay out
+
 const std::array<const char *, 4> typeKeys = {{"electrometer", "parameter", "fraction", "spectrumparameter"}};
 
 QStringList sortedIds(const QSet<QString> &ids)
@@ -138,8 +140,9 @@ void readScatterSetup(const QVariantMap &map, ScatterPlotSettings &settings)
     settings.totalConcentration = boolOr(map, SetupKeys::totalConcentration, defaults.totalConcentration);
     if (const auto electrometer = wholeNumber(map.value(SetupKeys::electrometerNumber)))
         settings.electrometerNumber = *electrometer;
-    if (map.value(SetupKeys::parameterName).type() == QVariant::String)
-        settings.parameterName = map.value(SetupKeys::parameterName).toString();
+    const QVariant name = map.value(SetupKeys::parameterName);
+    if (name.type() == QVariant::String && name.toString().size() <= longestName)
+        settings.parameterName = name.toString();
     settings.fractionScale =
         SpectMath::distributionScaleFromText(map.value(SetupKeys::fractionScale).toString(), settings.fractionScale);
     settings.concentrationType = SpectMath::concentrationTypeFromText(

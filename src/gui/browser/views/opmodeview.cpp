@@ -16,6 +16,7 @@ namespace {
 constexpr char opmodeType[] = "opmode";
 constexpr char flagType[] = "flag";
 constexpr int greatestLabelHeight = 200; ///< a longer message shows its first lines
+constexpr int mostCharacters = 4000;     ///< that are shown: megabytes from a file would take seconds to lay out
 } // namespace
 
 OpmodeView::OpmodeView(QWidget *parent) : SinglePlotView<OpmodePlot>(parent), m_label(new QLabel(this))
@@ -61,10 +62,11 @@ void OpmodeView::showOpmode()
 void OpmodeView::showFlag(const QString &flagData)
 {
     const auto flag = Spectrometer::makeRecordFlag(flagData);
-    m_label->setText(flag->message);
+    const QString message = flag->message.left(mostCharacters);
+    m_label->setText(message);
     m_label->show();
     setFixedHeight(heightOf(std::min(m_label->sizeHint().height(), m_label->maximumHeight())));
-    setToolTip(plainToolTip(flag->message));
+    setToolTip(plainToolTip(message));
     plot()->showFlag(*flag);
 }
 

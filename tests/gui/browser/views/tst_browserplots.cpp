@@ -352,6 +352,14 @@ TEST_F(BrowserPlotsTest, SetupsKeepWhatTheDataDoNotHave)
     }
 }
 
+TEST_F(BrowserPlotsTest, ANameThatTakesSecondsToLayOutIsNone)
+{
+    const QString endless(1'000'000, 'x');
+    browser.setSetup(
+        QVariantList{entry("scatterplot", QVariantMap{{"type", "parameter"}, {"parameterName", endless}})});
+    EXPECT_NE(view<Tsb::ScatterPlotView>(0)->plotSettings().parameterName, endless);
+}
+
 TEST_F(BrowserPlotsTest, AbsurdTimesDrawSomethingBounded)
 {
     const RecordTime late = recordTimeFromTicks(253'402'300'799 * ticksPerSecond); // the end of the year 9999

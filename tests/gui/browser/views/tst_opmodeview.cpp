@@ -123,6 +123,11 @@ TEST_F(OpmodeStrip, AMessageOfManyLinesLeavesTheStripItsHeight)
         EXPECT_EQ(view.findChild<QLabel *>()->text().count('\n'), lines - 1);
     }
     EXPECT_LT(view.height(), 300);
+    const QString endless(1'000'000, 'x');
+    view.showFlag(endless);
+    EXPECT_LT(view.findChild<QLabel *>()->text().size() + view.toolTip().size(), 10'000)
+        << "it takes seconds to lay out";
+    EXPECT_EQ(view.settings().toMap()["flag"], endless);
 }
 
 TEST_F(OpmodeStrip, TheTimeCursorOfOtherPlotsRunsThrough)
