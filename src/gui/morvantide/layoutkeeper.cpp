@@ -306,19 +306,23 @@ void LayoutKeeper::restoreGuiAskFile()
 
 void LayoutKeeper::restoreByHand(const QString &path)
 {
+    const bool isWhole = restoreUndoably(path);
+    if (path == m_windowSetupPath)
+        m_mayOverwrite = isWhole;
+}
+
+bool LayoutKeeper::restoreUndoably(const QString &path)
+{
     const WindowSetup::SetupFile file = read(path);
     if (file.condition != WindowSetup::SetupFile::Sound)
-        return;
-    if (WindowSetup::isTooOld(file.setup)) {
-        restoreWindowSetup(file.setup, WindowSetup::All); // which only tells so
-        return;
-    }
+        return false;
+    if (WindowSetup::isTooOld(file.setup))
+        return restoreWindowSetup(file.setup, WindowSetup::All); // which only tells so
     keepFormer(WindowSetup::All);
     const bool isWhole = restoreMarked(path, file.setup, WindowSetup::All);
     KeptPlace::show(m_window, m_keptPlace);
     m_window.browser()->fitUntoldScales();
-    if (isWhole && path == m_windowSetupPath)
-        m_mayOverwrite = true;
+    return isWhole;
 }
 
 void LayoutKeeper::restoreDefaultGui()

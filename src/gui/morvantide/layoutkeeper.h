@@ -77,6 +77,7 @@ private:
     void makeMenu();
     void keepFormer(unsigned parts);
     void restoreByHand(const QString &path);
+    bool restoreUndoably(const QString &path);
     /// Tells what is wrong with the file.
     WindowSetup::SetupFile read(const QString &path) const;
     /// A setup of that file, with a mark until it is drawn.

@@ -335,6 +335,17 @@ TEST_F(Layouts, ADamagedFileInUseGoesToTheBackupForACopyAndOneThatIsGoneIsSaved)
         open();
         QFile::remove(standard());
     }
+    action("Save layout")->trigger();
+    for (const QByteArray damaged : {"b: [", "version: 1", "version: 2\nmainwindow: {state: 00}"}) {
+        write("demo/default.windowsetup", damaged); // after it was opened, or saved
+        found("default.windowsetup")->trigger();
+        setAutosave(true);
+        window->closeData();
+        EXPECT_EQ(contentOf("demo/default.windowsetup"), damaged);
+        QFile::remove(standard());
+        open();
+    }
+    setAutosave(false);
 }
 
 TEST_F(Layouts, TheDefaultLayoutConcernsDocksAndRecordsAlone)
