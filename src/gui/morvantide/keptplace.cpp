@@ -28,6 +28,13 @@ std::optional<RecordTime> timeIn(const QVariantMap &place, const QString &key)
     return isNumber ? std::optional(recordTimeFromTicks(ticks)) : std::nullopt;
 }
 
+/// Folders share the layout of the folder above them, and its time span. Without data any span will do.
+bool hasDataIn(const Datastore *store, RecordTime begin, RecordTime end)
+{
+    return !store || store->isEmpty() ||
+           (begin < effectiveEnd(*store->records().back()) && end > store->at(0)->beginTime);
+}
+
 } // namespace
 
 QVariantMap of(const MainWindowBase &window)
@@ -52,7 +59,7 @@ void show(MainWindowBase &window, const QVariantMap &place)
     }
     // Last, since a record that is shown is brought into sight.
     const auto begin = timeIn(place, beginKey), end = timeIn(place, endKey);
-    if (!begin || !end || *end <= *begin)
+    if (!begin || !end || *end <= *begin || !hasDataIn(window.datastore().get(), *begin, *end))
         return;
     Tsb::TimeNavigator *const navigator = window.browser()->timeView()->navigator();
     navigator->setFollowNow(false);

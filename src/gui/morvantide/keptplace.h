@@ -9,7 +9,8 @@ class MainWindowBase;
 namespace KeptPlace {
 
 QVariantMap of(const MainWindowBase &window);
-/// Shows the record, if the open data have it, and the time span. What is missing or makes no sense changes nothing.
+/// Shows the record, if the open data have it, and the time span. What is missing or makes no sense, such as a span
+/// without any of the data, changes nothing.
 void show(MainWindowBase &window, const QVariantMap &place);
 
 } // namespace KeptPlace

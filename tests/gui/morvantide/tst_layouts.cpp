@@ -416,6 +416,14 @@ TEST_F(Layouts, TimeSpanAndRecordAreKeptIfTheUserWants)
         EXPECT_EQ(window->shownRecord(), isKept ? window->datastore()->at(3) : nullptr);
         EXPECT_FALSE(action("Previous view")->isEnabled());
     }
+    restart();
+    QVariantMap setup = setupIn(standard());
+    setup["keptplace"] = QVariantMap{{"begin", "0"}, {"end", "36000000000"}};
+    EXPECT_EQ(WindowSetup::writeSetupFile(standard(), setup), QString());
+    open();
+    const TimeScale shown = browser().timeScale();
+    window->fitTimescale();
+    EXPECT_EQ(browser().timeScale(), shown) << "a span without any of these data";
 }
 
 TEST_F(Layouts, DocksComeBackWithoutData)
