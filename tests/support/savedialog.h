@@ -8,7 +8,7 @@
 #include <QTimer>
 
 /// Triggers an action that asks for a file to save, answers with that path and the first filter that holds the text,
-/// and replaces a file that stands there. The result is what a message said at the end.
+/// and replaces a file that stands there. The result is what a message said at the end, its reason in a second line.
 inline QString saveByDialog(QAction *action, const QString &path, const QString &filter = QString())
 {
     QString told;
@@ -26,7 +26,7 @@ inline QString saveByDialog(QAction *action, const QString &path, const QString 
         } else if (auto *const box = qobject_cast<QMessageBox *>(modal)) {
             if (QAbstractButton *const yes = box->button(QMessageBox::Yes))
                 return yes->click();
-            told = box->text();
+            told = (box->text() + '\n' + box->informativeText()).trimmed();
             box->done(QMessageBox::Ok);
         }
     });

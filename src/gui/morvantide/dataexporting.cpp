@@ -4,6 +4,7 @@
 #include "dataexport/exportnaming.h"
 #include "dataexport/exporttable.h"
 #include "dataexport/exporttargets.h"
+#include "gui/browser/controls/plaintooltip.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/dataexport/plotfields.h"
@@ -210,7 +211,7 @@ bool DataExporting::mayReplace(const QStringList &existing)
     QMessageBox box(QMessageBox::Question, tr("Data export"),
                     existing.size() == 1 ? tr("A file exists. Replace it?") : tr("Files exist. Replace them?"),
                     QMessageBox::Yes | QMessageBox::Cancel, window());
-    box.setInformativeText(names.join(QLatin1Char('\n')));
+    box.setInformativeText(Tsb::plainToolTip(names.join(QLatin1Char('\n'))));
     box.setDefaultButton(QMessageBox::Cancel);
     return ask(box) == QMessageBox::Yes && !m_isStopped;
 }

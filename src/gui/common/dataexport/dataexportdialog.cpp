@@ -1,6 +1,7 @@
 #include "gui/common/dataexport/dataexportdialog.h"
 
 #include "dataexport/dataexporter.h"
+#include "gui/browser/controls/plaintooltip.h"
 #include "gui/common/dataexport/exportpreview.h"
 #include "gui/common/dataexport/exportsample.h"
 #include "gui/common/dataexport/exportsetuptree.h"
@@ -201,7 +202,7 @@ void DataExportDialog::tell(const QString &text, const QString &reason)
 {
     QMessageBox box(QMessageBox::Warning, tr("Data export"), text, QMessageBox::Ok, this);
     box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(reason.toHtmlEscaped());
+    box.setInformativeText(Tsb::plainToolTip(reason));
     box.exec();
 }
 

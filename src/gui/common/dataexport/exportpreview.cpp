@@ -1,5 +1,6 @@
 #include "gui/common/dataexport/exportpreview.h"
 
+#include "gui/browser/controls/plaintooltip.h"
 #include "gui/common/dataexport/exportsample.h"
 
 #include <QDir>
@@ -80,7 +81,7 @@ void ExportPreview::showRows(const ExportSample &sample)
     m_table->setRowCount(sample.rows.size());
     for (int column = 0; column < sample.titles.size(); ++column) {
         auto *const title = new QTableWidgetItem(sample.titles.at(column));
-        title->setToolTip(sample.titles.at(column).toHtmlEscaped());
+        title->setToolTip(Tsb::plainToolTip(sample.titles.at(column)));
         m_table->setHorizontalHeaderItem(column, title);
     }
     for (int row = 0; row < sample.rows.size(); ++row)

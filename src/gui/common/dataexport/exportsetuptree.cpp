@@ -1,5 +1,6 @@
 #include "gui/common/dataexport/exportsetuptree.h"
 
+#include "gui/browser/controls/plaintooltip.h"
 #include "gui/common/dataexport/exportfieldkinds.h"
 #include "gui/common/dataexport/exportfieldpage.h"
 #include "gui/common/dataexport/generalexportsettingsform.h"
@@ -186,7 +187,7 @@ void ExportSetupTree::updateFieldItemText(const ExportFieldPage *form)
             continue;
         const QString text = form->treeItemText().left(mostCharacters);
         field.item->setText(0, text);
-        field.item->setToolTip(0, text.toHtmlEscaped());
+        field.item->setToolTip(0, Tsb::plainToolTip(text));
     }
 }
 

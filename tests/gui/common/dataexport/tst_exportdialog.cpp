@@ -176,9 +176,11 @@ TEST_F(Dialog, SetupFilesAreAskedForAndFailuresTold)
     find<QLineEdit>("outputFile")->setText("x");
     EXPECT_EQ(saveByDialog(&save, path("s")), QString());
     EXPECT_EQ(dialog.setupPath(), path("s.exportsetup"));
-    EXPECT_EQ(saveByDialog(&save, "/proc/s.exportsetup"), "Failed to open file /proc/s.exportsetup for writing.");
-    writeFile(path("torn.exportsetup"), "{");
-    EXPECT_EQ(saveByDialog(&load, path("torn.exportsetup")), "Failed to open file " + path("torn.exportsetup") + '.');
+    EXPECT_TRUE(saveByDialog(&save, "/proc/s.exportsetup")
+                    .startsWith("Failed to open file /proc/s.exportsetup for writing.\n"));
+    writeFile(path("lacking.exportsetup"), "fields: []");
+    EXPECT_EQ(saveByDialog(&load, path("lacking.exportsetup")),
+              "Failed to open file " + path("lacking.exportsetup") + ".\nIt has no map \"general\"");
     EXPECT_EQ(dialog.setupPath(), path("s.exportsetup"));
     find<QLineEdit>("outputFile")->clear();
     EXPECT_EQ(saveByDialog(&load, path("s.exportsetup")), QString());
@@ -310,16 +312,17 @@ TEST_F(Dialog, TabReachesAllOfEveryPageAndAllHasAName)
 
 TEST_F(Dialog, VariablesAreCheckedInAFilteredList)
 {
-    dialog.setSetup(setupOf({}, {QVariantMap{{"type", "variable"}, {"variables", QVariantList{"gone"}}}}));
+    dialog.setSetup(setupOf({}, {QVariantMap{{"type", "variable"}, {"variables", QVariantList{"R&D"}}}}));
+    EXPECT_EQ(find<QTreeWidget>()->topLevelItem(1)->child(0)->toolTip(0), "Variables: R&D");
     auto *const list = find<QListWidget>("variableList");
     for (const int row : {1, 0})
         list->item(row)->setCheckState(Qt::Checked);
-    EXPECT_EQ(onlyField().value("variables").toList(), (QVariantList{"gone", "temperature", "pressure"}));
+    EXPECT_EQ(onlyField().value("variables").toList(), (QVariantList{"R&D", "temperature", "pressure"}));
     list->parentWidget()->findChild<QLineEdit *>()->setText("PRESS");
     EXPECT_TRUE(list->item(0)->isHidden());
     EXPECT_FALSE(list->item(1)->isHidden());
     list->item(0)->setCheckState(Qt::Unchecked);
-    EXPECT_EQ(onlyField().value("variables").toList(), (QVariantList{"gone", "pressure"}));
+    EXPECT_EQ(onlyField().value("variables").toList(), (QVariantList{"R&D", "pressure"}));
 }
 
 TEST_F(Dialog, ThePreviewFollowsSomeTimeBehindTheLastChange)
