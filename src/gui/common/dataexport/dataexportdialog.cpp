@@ -31,6 +31,7 @@ DataExportDialog::DataExportDialog(ExportSource source, QWidget *parent)
       m_preview(new ExportPreview(this)), m_result(new QLabel(this))
 {
     setObjectName(QStringLiteral("DataExportDialog"));
+    setSetupPath(QString());
     setWindowTitle(tr("Export settings"));
     setAccessibleName(tr("Export data"));
     m_result->setObjectName(QStringLiteral("resultLabel"));
@@ -117,7 +118,7 @@ DataExportDialog::State DataExportDialog::state() const
 
 void DataExportDialog::setState(const State &state)
 {
-    m_setupPath = state.setupPath;
+    setSetupPath(state.setupPath);
     m_tree->general()->setTakesVisibleSpan(state.inSight);
     setSetup(state.setup);
     if (!state.geometry.isEmpty())
@@ -136,13 +137,19 @@ void DataExportDialog::addFields(const QVariantList &fields)
 
 // ---- files
 
+void DataExportDialog::setSetupPath(const QString &path)
+{
+    m_setupPath = path;
+    m_tree->general()->setOutputFolder(m_source.outputFolder(path));
+}
+
 QString DataExportDialog::load(const QString &path)
 {
     try {
         const QVariant tree = DataExport::loadSetupTree(path);
         const DataExport::ExportSetup understood = DataExport::exportSetupFrom(tree);
         DataExport::logErrors(understood.errors);
-        m_setupPath = path;
+        setSetupPath(path);
         setSetup(tree.toMap());
         return QString();
     } catch (const DataExport::SetupError &error) {
@@ -160,7 +167,7 @@ QString DataExportDialog::save(const QString &path)
     }
     const QString reason = replaceFile(path, bytes);
     if (reason.isNull()) {
-        m_setupPath = path;
+        setSetupPath(path);
         setupChanged(); // a relative output file is another one now
     }
     return reason;
@@ -169,8 +176,8 @@ QString DataExportDialog::save(const QString &path)
 QString DataExportDialog::askForSetupFile(bool toSave)
 {
     const QPointer<QFileDialog> dialog(
-        new QFileDialog(this, toSave ? tr("Save data export settings") : tr("Load data export settings"), m_setupPath,
-                        tr("Data export settings (*.exportsetup);;All files (*)")));
+        new QFileDialog(this, toSave ? tr("Save data export settings") : tr("Load data export settings"),
+                        m_source.outputFolder(m_setupPath), tr("Data export settings (*.exportsetup);;All files (*)")));
     dialog->setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog->setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog->setDefaultSuffix(QStringLiteral("exportsetup"));

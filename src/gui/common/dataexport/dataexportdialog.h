@@ -36,7 +36,7 @@ public:
     /// Whether the records in sight alone are meant.
     bool isInSight() const;
     const QString &setupPath() const { return m_setupPath; }
-    void setSetupPath(const QString &path) { m_setupPath = path; }
+    void setSetupPath(const QString &path);
     /// Takes the setup of a file. The result is null, or the reason why nothing has changed.
     QString load(const QString &path);
     /// The result is null, or the reason why the file is as it was.

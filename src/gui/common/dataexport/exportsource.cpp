@@ -27,14 +27,18 @@ DataExport::ExportData ExportSource::dataOf(const std::pair<int, int> &places) c
     return data;
 }
 
+QString ExportSource::outputFolder(const QString &setupPath) const
+{
+    return setupPath.isEmpty() ? QDir(folder).absolutePath() : QFileInfo(setupPath).absolutePath();
+}
+
 DataExport::ExportSetup ExportSource::setupOf(const QVariant &tree, const QString &setupPath) const
 {
     DataExport::ExportSetup setup = DataExport::exportSetupFrom(tree);
-    const QDir base = setupPath.isEmpty() ? QDir(folder) : QFileInfo(setupPath).absoluteDir();
     QString &file = setup.general.outputFile;
     if (file.trimmed().isEmpty())
         file.clear(); // blanks that are easily typed and never seen
     else
-        file = QDir(base.absolutePath()).absoluteFilePath(file);
+        file = QDir(outputFolder(setupPath)).absoluteFilePath(file);
     return setup;
 }

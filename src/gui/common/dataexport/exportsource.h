@@ -23,7 +23,8 @@ struct ExportSource {
     std::pair<int, int> places(bool inSight) const;
     /// What a table of these records, which aren't none, is made of. Labels follow the names that the views show.
     DataExport::ExportData dataOf(const std::pair<int, int> &places) const;
-    /// Understands the tree of a setup. Its output file becomes a whole path: a relative one is relative to the folder
-    /// of the setup's file, or to that of the data where it has none. Throws DataExport::SetupError.
+    /// What relative output files are relative to: the folder of the setup's file, or that of the data where it has none.
+    QString outputFolder(const QString &setupPath) const;
+    /// Understands the tree of a setup. Its output file becomes a whole path. Throws DataExport::SetupError.
     DataExport::ExportSetup setupOf(const QVariant &tree, const QString &setupPath) const;
 };

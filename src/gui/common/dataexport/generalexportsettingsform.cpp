@@ -5,6 +5,7 @@
 #include "gui/common/dataexport/setupmap.h"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -117,13 +118,13 @@ QGroupBox *GeneralExportSettingsForm::makeRecordsBox()
 void GeneralExportSettingsForm::chooseOutputFile()
 {
     const QPointer<GeneralExportSettingsForm> guard(this); // the data may be closed behind the dialog
-    const QPointer<QFileDialog> dialog(new QFileDialog(window(), tr("Choose output file"), m_outputFile->text(),
+    const QPointer<QFileDialog> dialog(new QFileDialog(window(), tr("Choose output file"), m_outputFolder,
                                                        tr("Tables (*.txt *.csv *.tsv);;All files (*)")));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setOption(QFileDialog::DontConfirmOverwrite); // the export asks
     dialog->setDefaultSuffix(QStringLiteral("txt"));
-    if (!m_outputFile->text().isEmpty())
-        dialog->selectFile(m_outputFile->text());
+    if (!m_outputFile->text().trimmed().isEmpty())
+        dialog->selectFile(QDir(m_outputFolder).absoluteFilePath(m_outputFile->text()));
     const bool isAccepted = dialog->exec() == QDialog::Accepted;
     if (isAccepted && guard && dialog)
         m_outputFile->setText(dialog->selectedFiles().value(0));

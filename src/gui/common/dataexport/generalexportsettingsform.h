@@ -23,6 +23,8 @@ public:
 
     QVariantMap settings() const override;
     void setSettings(const QVariantMap &settings) override;
+    /// Where the search for an output file begins, and what a relative one is relative to.
+    void setOutputFolder(const QString &folder) { m_outputFolder = folder; }
     bool takesVisibleSpan() const;
     void setTakesVisibleSpan(bool on);
 
@@ -39,6 +41,7 @@ private:
     void chooseModes(const QStringList &modes);
 
     std::shared_ptr<const UiInfo> m_uiInfo;
+    QString m_outputFolder;
     QLineEdit *m_outputFile;
     QLabel *m_nameEnding;
     QCheckBox *m_addDate;

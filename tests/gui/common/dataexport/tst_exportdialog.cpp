@@ -20,6 +20,8 @@
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QToolButton>
 #include <QTreeWidget>
 
 namespace {
@@ -185,6 +187,9 @@ TEST_F(Dialog, SetupFilesAreAskedForAndFailuresTold)
     find<QLineEdit>("outputFile")->clear();
     EXPECT_EQ(saveByDialog(&load, path("s.exportsetup")), QString());
     EXPECT_EQ(find<QLineEdit>("outputFile")->text(), "x");
+    QTimer::singleShot(0, [] { QMetaObject::invokeMethod(QApplication::activeModalWidget(), "accept"); });
+    find<QLineEdit>("outputFile")->parentWidget()->findChild<QToolButton *>()->click();
+    EXPECT_EQ(find<QLineEdit>("outputFile")->text(), path("x.txt")) << "a relative name stays where it was";
 }
 
 TEST_F(Dialog, SpectraAreCheckedInAMenuThatStaysOpen)
