@@ -17,6 +17,8 @@
 #include <QSettings>
 #include <QThread>
 
+#include <algorithm>
+
 namespace {
 
 const QString setupPathKey = QStringLiteral("export_setup_path");
@@ -198,7 +200,10 @@ QString DataExporting::refusal(const QStringList &targets) const
     QStringList files{setupPath()};
     for (const QString &file : m_source.files)
         files << QDir(m_source.folder).filePath(file);
-    return DataExport::refusalOf(targets, files);
+    const QString reason = DataExport::refusalOf(targets, files);
+    const auto folder =
+        std::find_if(targets.begin(), targets.end(), [](const QString &path) { return QFileInfo(path).isDir(); });
+    return reason.isNull() && folder != targets.end() ? tr("\"%1\" is a folder.").arg(*folder) : reason;
 }
 
 bool DataExporting::mayReplace(const QStringList &existing)

@@ -150,6 +150,7 @@ TEST_F(Exporting, FilesThatExistAreAskedAboutOnceAndRefusalsAreTold)
         answered(path("x.txt"), QMessageBox::Ok, {{"opmodes", QVariantList{"sleep"}}}).contains("no record is of"));
     EXPECT_TRUE(answered("/proc/x.txt", QMessageBox::Ok).contains("rows could not be written"));
     QVariantMap gone = setupOf("x");
+    EXPECT_EQ(answered(path("demo"), QMessageBox::Yes), '"' + path("demo") + "\" is a folder.|");
     gone["fields"] = QVariantList{QVariantMap{{"type", "concentration"}, {"spectra", QVariantList{"gone"}}}};
     Boxes boxes;
     dialog->setSetup(gone);
