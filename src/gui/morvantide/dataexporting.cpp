@@ -115,9 +115,9 @@ void DataExporting::giveExportTsbSetup()
         return;
     m_dialog->addFields(fields);
     if (!errors.isEmpty())
-        m_dialog->showResult(errors.join(QLatin1Char('\n')));
+        showResult(errors.join(QLatin1Char('\n')));
     else if (fields.isEmpty())
-        m_dialog->showResult(tr("No plot shows a concentration that can be exported."));
+        showResult(tr("No plot shows a concentration that can be exported."));
 }
 
 QWidget *DataExporting::window() const
@@ -130,6 +130,12 @@ QMessageBox::StandardButton DataExporting::ask(QMessageBox &box)
     box.setTextFormat(Qt::PlainText); // it repeats names of files
     m_box = &box;
     return QMessageBox::StandardButton(box.exec());
+}
+
+void DataExporting::showResult(const QString &text)
+{
+    if (m_dialog)
+        m_dialog->showResult(text);
 }
 
 void DataExporting::tell(const QString &text)
@@ -150,6 +156,7 @@ void DataExporting::requestExport(const QVariantMap &setup)
         return;
     const QScopedValueRollback<bool> running(m_isRunning, true);
     m_isStopped = false;
+    showResult(QString()); // that of the export before would be taken for this one's
     try {
         exportAs(m_source.setupOf(setup, setupPath()));
     } catch (const DataExport::SetupError &error) {
@@ -190,9 +197,10 @@ void DataExporting::exportAs(const DataExport::ExportSetup &setup)
     const auto fate = existing.isEmpty() ? ExistingFile::Kept : ExistingFile::Replaced;
     DataExport::DataExporter exporter(setup, table, data.metadata, fate);
     if (addRecords(exporter, records))
-        tellEnd(exporter.finish(), targets);
-    else
-        logger().log(Log::Info, QStringLiteral("Export was cancelled by user."));
+        return tellEnd(exporter.finish(), targets);
+    const QString text = QStringLiteral("Export was cancelled by user.");
+    logger().log(Log::Info, text);
+    showResult(text);
 }
 
 QString DataExporting::refusal(const QStringList &targets) const
@@ -240,8 +248,7 @@ void DataExporting::tellEnd(const DataExport::DataExporter::Result &result, cons
 {
     const QString text = DataExport::resultText(result, targets);
     logger().log(Log::Info, text);
-    if (m_dialog)
-        m_dialog->showResult(text);
+    showResult(text);
     if (result.lost > 0)
         tell(tr("%1\nThe log tells why.").arg(DataExport::lossText(result)));
 }

@@ -51,6 +51,7 @@ private:
     bool mayReplace(const QStringList &existing);
     bool addRecords(DataExport::DataExporter &exporter, const Datastore::Records &records);
     void tellEnd(const DataExport::DataExporter::Result &result, const QStringList &targets);
+    void showResult(const QString &text);
     void tell(const QString &text);
     QMessageBox::StandardButton ask(QMessageBox &box);
 

@@ -117,6 +117,10 @@ TEST_F(Exporting, WritesTheBytesOfTheCommand)
     EXPECT_TRUE(log().contains("] " + told)) << qPrintable(log());
     EXPECT_EQ(dialog->findChild<QLabel *>("resultLabel")->text(), told);
     EXPECT_TRUE(dialog->isVisible()) << "ready for the next export";
+    const Boxes boxes(QMessageBox::Cancel);
+    exportWith(dialog);
+    EXPECT_EQ(boxes.texts.size(), 1) << "files exist";
+    EXPECT_FALSE(dialog->findChild<QLabel *>("resultLabel")->isVisible()) << "nothing came of that";
 }
 
 TEST_F(Exporting, FilesThatExistAreAskedAboutOnceAndRefusalsAreTold)
@@ -146,11 +150,11 @@ TEST_F(Exporting, FilesThatExistAreAskedAboutOnceAndRefusalsAreTold)
     const QByteArray before = contentOf("demo/20190514-block.records");
     EXPECT_EQ(answered(dayFile, QMessageBox::Ok), '"' + dayFile + "\" is one of the files to read.|");
     EXPECT_TRUE(contentOf("demo/20190514-block.records") == before);
+    EXPECT_EQ(answered(path("demo"), QMessageBox::Yes), '"' + path("demo") + "\" is a folder.|");
     EXPECT_TRUE(
         answered(path("x.txt"), QMessageBox::Ok, {{"opmodes", QVariantList{"sleep"}}}).contains("no record is of"));
     EXPECT_TRUE(answered("/proc/x.txt", QMessageBox::Ok).contains("rows could not be written"));
     QVariantMap gone = setupOf("x");
-    EXPECT_EQ(answered(path("demo"), QMessageBox::Yes), '"' + path("demo") + "\" is a folder.|");
     gone["fields"] = QVariantList{QVariantMap{{"type", "concentration"}, {"spectra", QVariantList{"gone"}}}};
     Boxes boxes;
     dialog->setSetup(gone);

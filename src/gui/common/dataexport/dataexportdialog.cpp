@@ -230,7 +230,7 @@ void DataExportDialog::spanChanged()
 void DataExportDialog::showResult(const QString &text)
 {
     m_result->setText(text);
-    m_result->show();
+    m_result->setVisible(!text.isEmpty());
 }
 
 void DataExportDialog::showEvent(QShowEvent *event)

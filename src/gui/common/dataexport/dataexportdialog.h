@@ -46,7 +46,7 @@ public Q_SLOTS:
     void addFields(const QVariantList &fields);
     /// The time axis shows another span.
     void spanChanged();
-    /// What became of an export.
+    /// What became of an export; nothing for an empty text.
     void showResult(const QString &text);
     /// Asks for a file.
     void saveSetup();
