@@ -3,6 +3,7 @@
 #include "util/filecalls.h"
 #include "util/regularfile.h"
 #include "util/temporaryfile.h"
+#include "util/workteam.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,6 +21,7 @@ namespace DataExport {
 namespace {
 
 constexpr std::size_t mostOpen = 64;
+constexpr int syncers = 16;          // threads that wait for the disk, which writes what several ask for at once
 constexpr int flushedSize = 1 << 16; // bytes that gather before they are written
 constexpr mode_t newFile = 0666;     // less what the user's mask takes
 
@@ -209,11 +211,26 @@ QStringList ExportFiles::paths() const
     return paths;
 }
 
+/// False, with a message, if one of them isn't on the disk.
+bool ExportFiles::syncAll(const std::vector<FilePointer> &files)
+{
+    std::vector<QString> reasons(files.size());
+    WorkTeam team(files.size() > mostOpen ? syncers : 1);
+    team.run(files.size(), [&](std::size_t i) { reasons[i] = syncFile(QFile::decodeName(files[i]->unfinished)); });
+    const auto failed =
+        std::find_if(reasons.begin(), reasons.end(), [](const QString &reason) { return !reason.isNull(); });
+    if (failed == reasons.end())
+        return true;
+    const QString &path = files[std::size_t(failed - reasons.begin())]->path;
+    m_logger.log(Log::Error, QStringLiteral("Unable to write file '%1': %2").arg(path, *failed));
+    return false;
+}
+
 /// Each to its place. If one can't be moved, those before it are taken back that took no other's place.
 bool ExportFiles::moveAll(const std::vector<FilePointer> &files)
 {
     for (auto file = files.begin(); file != files.end(); ++file) {
-        const QString reason = moveFile(QFile::decodeName((*file)->unfinished), (*file)->path, m_existing);
+        const QString reason = moveSyncedFile(QFile::decodeName((*file)->unfinished), (*file)->path, m_existing);
         if (reason.isNull())
             continue;
         m_logger.log(Log::Error, QStringLiteral("Unable to write file '%1': %2").arg((*file)->path, reason));
@@ -233,13 +250,7 @@ bool ExportFiles::commit()
         close(*file);
     m_open.clear();
     const std::vector<FilePointer> files = begunFiles();
-    for (const FilePointer &file : files) {
-        const QString reason = m_failed ? QString() : syncFile(QFile::decodeName(file->unfinished));
-        if (!reason.isNull())
-            m_logger.log(Log::Error, QStringLiteral("Unable to write file '%1': %2").arg(file->path, reason));
-        m_failed = m_failed || !reason.isNull();
-    }
-    m_failed = m_failed || !moveAll(files);
+    m_failed = m_failed || !syncAll(files) || !moveAll(files);
     if (m_failed) {
         cancel();
         return false;

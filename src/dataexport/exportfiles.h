@@ -57,6 +57,7 @@ private:
     void makeRoom();
     bool fail(const File &file, int systemError);
     void tellUnopened(const QString &path, const QString &reason);
+    bool syncAll(const std::vector<FilePointer> &files);
     bool moveAll(const std::vector<FilePointer> &files);
     std::vector<FilePointer> begunFiles() const;
 

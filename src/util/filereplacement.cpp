@@ -212,8 +212,11 @@ QString copyFile(const QString &from, const QString &to, ExistingFile existing)
 QString moveFile(const QString &from, const QString &to, ExistingFile existing)
 {
     const QString reason = syncFile(from);
-    if (!reason.isNull())
-        return reason;
+    return reason.isNull() ? moveSyncedFile(from, to, existing) : reason;
+}
+
+QString moveSyncedFile(const QString &from, const QString &to, ExistingFile existing)
+{
     FileCalls &calls = FileCalls::current();
     const QByteArray source = QFile::encodeName(from);
     QByteArray target = QFile::encodeName(to);

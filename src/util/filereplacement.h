@@ -80,6 +80,8 @@ QString copyFile(const QString &from, const QString &to, ExistingFile existing =
 /// Moves an ordinary file that is complete, by copying where the places are on different file systems. It keeps
 /// its permissions. The bytes are on the disk before the name is; the folders' lists need not be, see syncFolder().
 QString moveFile(const QString &from, const QString &to, ExistingFile existing = ExistingFile::Replaced);
+/// The same for a file whose bytes are on the disk already.
+QString moveSyncedFile(const QString &from, const QString &to, ExistingFile existing = ExistingFile::Replaced);
 
 /// Waits until the bytes of that file are on the disk.
 QString syncFile(const QString &path);

@@ -9,6 +9,9 @@
 
 #include <QSet>
 #include <QTemporaryDir>
+#include <QThread>
+
+#include <atomic>
 
 using namespace DataExport;
 
@@ -21,6 +24,23 @@ QStringList allIn(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name);
 }
+
+/// A disk that takes its time. Counts the calls, and those that wait for it at once.
+struct SlowDisk : FileCalls {
+    SlowDisk() { setCurrent(this); }
+    ~SlowDisk() override { setCurrent(nullptr); }
+    int fsync(int descriptor) override
+    {
+        ++syncs;
+        const int now = ++waiting;
+        for (int before = most; now > before && !most.compare_exchange_weak(before, now);) {
+        }
+        QThread::msleep(2);
+        --waiting;
+        return FileCalls::fsync(descriptor);
+    }
+    std::atomic<int> syncs{0}, waiting{0}, most{0};
+};
 
 class Exporter : public ::testing::Test {
 protected:
@@ -100,8 +120,11 @@ TEST_F(Exporter, ManyFilesNeedFewHandles)
     getrlimit(RLIMIT_NOFILE, &before);
     const rlimit limited{128, before.rlim_max};
     setrlimit(RLIMIT_NOFILE, &limited);
+    const SlowDisk disk;
     const auto result = write(days, 3);
     setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_LE(disk.syncs, days + 1) << "each file once, and the folder";
+    EXPECT_GT(disk.most, 4) << "or ten thousand files keep the window waiting for minutes";
     EXPECT_TRUE(result.isComplete);
     EXPECT_EQ(std::tuple(result.rows, result.lost, result.files), std::tuple(3 * days, 0, days));
     EXPECT_EQ(filesIn(folder.path()).size(), days);
