@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr QSize firstSize(980, 690);
+constexpr QSize firstSize(980, 720);
 constexpr int previewDelay = 300; // ms
 constexpr int version = 1;
 
