@@ -25,7 +25,10 @@ struct ConcentrationFieldSource::Gaps {
     bool any;
 };
 
-ConcentrationFieldSource::ConcentrationFieldSource(const ConcentrationField &field) : m_field(field) {}
+ConcentrationFieldSource::ConcentrationFieldSource(const ConcentrationField &field, std::size_t most)
+    : m_field(field), m_most(most)
+{
+}
 
 ConcentrationFieldSource::Weights ConcentrationFieldSource::trimmed(const RealVector &weights)
 {
@@ -82,7 +85,7 @@ bool ConcentrationFieldSource::addSpectrum(const SpectMath::SpectrumInfoPointer 
         pieces = m_field.decades.pieces(grid);
     }
     const std::size_t values = (m_field.total ? 1 : 0) + pieces.size() + m_field.customFractions.size();
-    if (std::size_t(m_titles.size()) + 2 * values > mostColumns)
+    if (std::size_t(m_titles.size()) + 2 * values > m_most)
         return false;
 
     Columns columns{info, m_field.quantity.factor(*info), {}};

@@ -12,7 +12,8 @@ namespace DataExport {
 /// points are taken as fully dependent: they add up linearly, with the same weights as the values.
 class ConcentrationFieldSource : public FieldSource {
 public:
-    explicit ConcentrationFieldSource(const ConcentrationField &field);
+    /// Has no more columns than `most`.
+    explicit ConcentrationFieldSource(const ConcentrationField &field, std::size_t most = mostColumns);
 
     /// Adds the columns of one description, which is called `label` in titles. A grid that has no decades costs the
     /// decade columns and an error line. False, and the source is of no more use, if there would be too many columns.
@@ -40,6 +41,7 @@ private:
     void addFraction(const QString &label, const Limits &limits, DistributionScale scale, Columns &columns);
 
     ConcentrationField m_field;
+    std::size_t m_most;
     QStringList m_titles;
     std::vector<Columns> m_columns; ///< of one description each
 };

@@ -50,7 +50,7 @@ void ExportTable::addSource(std::unique_ptr<FieldSource> source)
 template<typename Source, typename SpectraField>
 void ExportTable::addSpectra(const SpectraField &field)
 {
-    auto source = std::make_unique<Source>(field);
+    auto source = std::make_unique<Source>(field, mostColumns - m_columns);
     for (const QString &hash : field.spectra) {
         m_namesSpectra = true;
         const auto spectrum = m_spectra.constFind(hash);

@@ -21,7 +21,7 @@ double densityFactor(const SpectMath::SpectrumInfo &info, double radius, Distrib
     return fromMobility ? slope : 1.0 / slope;
 }
 
-SpectrumFieldSource::SpectrumFieldSource(const SpectrumField &field) : m_field(field) {}
+SpectrumFieldSource::SpectrumFieldSource(const SpectrumField &field, std::size_t most) : m_field(field), m_most(most) {}
 
 void SpectrumFieldSource::addTitles(const QString &label, const SpectMath::SpectrumInfo &info,
                                     const std::vector<double> &grid)
@@ -70,7 +70,7 @@ bool SpectrumFieldSource::addSpectrum(const SpectMath::SpectrumInfoPointer &info
         return true;
     }
     const std::size_t values = m_field.distribution == DistributionType::density ? points : points - 1;
-    if (std::size_t(m_titles.size()) + (m_field.uncertainties ? 2 : 1) * values > mostColumns)
+    if (std::size_t(m_titles.size()) + (m_field.uncertainties ? 2 : 1) * values > m_most)
         return false;
     addTitles(label, *info, grid);
     m_columns.push_back({info, factors(*info, values)});

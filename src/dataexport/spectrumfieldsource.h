@@ -12,7 +12,8 @@ namespace DataExport {
 /// neighbours.
 class SpectrumFieldSource : public FieldSource {
 public:
-    explicit SpectrumFieldSource(const SpectrumField &field);
+    /// Has no more columns than `most`.
+    explicit SpectrumFieldSource(const SpectrumField &field, std::size_t most = mostColumns);
 
     /// Adds the columns of one description, which is called `label` in titles. One that has no points on the axis costs
     /// an error line. False, and the source is of no more use, if there would be too many columns.
@@ -31,6 +32,7 @@ private:
     std::vector<double> factors(const SpectMath::SpectrumInfo &info, std::size_t count) const;
 
     SpectrumField m_field;
+    std::size_t m_most;
     QStringList m_titles;
     std::vector<Columns> m_columns; ///< of one description each
 };

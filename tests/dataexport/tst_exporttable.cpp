@@ -1,3 +1,4 @@
+#include "dataexport/concentrationfieldsource.h"
 #include "dataexport/exportfixture.h"
 #include "util/timeparse.h"
 
@@ -212,6 +213,9 @@ TEST(ExportTable, WhatIsUnknownOrTooWideCostsItselfAndAnErrorLine)
     const QString limits = QString("1 2 ").repeated(50'000);
     const QVariantMap wide = concentration({{"custom_fractions_enabled", true}, {"custom_fractions_data", limits}});
     EXPECT_EQ(errorsOf(wide), tooWide);
+    QStringList errors;
+    EXPECT_FALSE(ConcentrationFieldSource(ConcentrationField(), 1).addSpectrum(ions, "total", &errors))
+        << "weights are made for no field that is left out, of two hundred at each key in the dialog";
     EXPECT_EQ(titlesOf(tableOf({wide, concentration({})}, exportData({ions}))).size(), 2);
 
     EXPECT_TRUE(tableOf({QVariantMap{{"type", "spectrum"}, {"spectra", QVariantList{"x"}}}}, exportData({ions}))
