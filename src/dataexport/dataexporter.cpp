@@ -16,6 +16,7 @@ constexpr int mostToldErrors = 100;
 constexpr std::size_t fieldsOfPiece = 16'384;
 constexpr std::size_t mostRecordsOfPiece = 64;
 constexpr std::size_t piecesOfWorker = 4;
+constexpr int mostWorkers = 16; // more would wait for the one that writes, and their pieces would take more than 32 MB
 
 } // namespace
 
@@ -60,7 +61,7 @@ void DataExporter::addRecord(const Record &record)
 
 bool DataExporter::addRecords(const Datastore::Records &records, int jobs, const Progress &progress)
 {
-    WorkTeam team(jobs);
+    WorkTeam team(std::min(jobs, mostWorkers));
     const std::size_t ofPiece = std::clamp<std::size_t>(fieldsOfPiece / m_table.columns(), 1, mostRecordsOfPiece);
     std::vector<Piece> pieces(piecesOfWorker * std::size_t(team.size()), Piece{m_table.emptyLine(), {}});
     for (std::size_t begin = 0; begin < records.size(); begin += ofPiece * pieces.size()) {

@@ -29,8 +29,9 @@ public:
     void addRecord(const Record &record);
     /// Asked now and then, and at the end, with the number of records done; false ends the export there.
     using Progress = std::function<bool(int done)>;
-    /// Adds all of these records. `jobs` threads, the calling one among them, make the lines; none of them works
-    /// while the progress is asked for, so that the records may change then. False if the export was ended.
+    /// Adds all of these records. `jobs` threads, but no more than 16, make the lines, the calling one among them; none
+    /// of them works while the progress is asked for, so that the records may change then. False if the export was
+    /// ended.
     bool addRecords(const Datastore::Records &records, int jobs, const Progress &progress);
     Result finish();
 
