@@ -12,9 +12,10 @@ namespace {
 
 bool isNamedAsData(const QString &path)
 {
-    static const QSet<QString> suffixes{"records",  "diagnostics", "currents", "spectra", "flags",  "rawdata",
-                                        "comments", "windowsetup", "inverter", "sinv",    "invmap", "sinp",
-                                        "zip",      "exportsetup", "sig",      "log",     "nds",    "conf"};
+    static const QSet<QString> suffixes{"records", "diagnostics", "currents",    "spectra",     "flags",
+                                        "rawdata", "comments",    "windowsetup", "inverter",    "sinv",
+                                        "invmap",  "sinp",        "zip",         "exportsetup", "sig",
+                                        "log",     "nds",         "conf",        "yaml"};
     return suffixes.contains(QFileInfo(path).suffix().toLower());
 }
 

@@ -324,7 +324,9 @@ TEST_F(Exporter, TargetsAreKnownBeforehandAndDataFilesRefused)
     ASSERT_TRUE(QFile::link(path("read"), targets[1]));
     EXPECT_TRUE(refusalOf(targets, {path("read")}).contains("is one of the files to read"));
     EXPECT_EQ(existingOf(targets), QStringList{targets[1]});
-    writeFile(path("x.Spectra"));
-    EXPECT_TRUE(refusalOf({path("x.Spectra")}, {}).contains("is named as a file of data"));
+    for (const QString name : {"x.Spectra", "var_grid_layouts.yaml"}) {
+        writeFile(path(name));
+        EXPECT_TRUE(refusalOf({path(name)}, {}).contains("is named as a file of data")) << qPrintable(name);
+    }
     EXPECT_TRUE(refusalOf({path("new.spectra")}, {}).isNull());
 }
