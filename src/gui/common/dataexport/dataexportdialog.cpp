@@ -151,6 +151,8 @@ QString DataExportDialog::load(const QString &path)
         DataExport::logErrors(understood.errors);
         setSetupPath(path);
         setSetup(tree.toMap());
+        if (!understood.errors.isEmpty())
+            showResult(tr("Not all of the setup was understood: the log tells what."));
         return QString();
     } catch (const DataExport::SetupError &error) {
         return error.message();

@@ -155,6 +155,7 @@ TEST_F(Dialog, DamagedFilesChangeNothingAndUnknownFieldsAreSkipped)
     EXPECT_EQ(dialog.load(path("mixed")), QString());
     EXPECT_EQ(types(), (QStringList{"electrometer", "variable"}));
     EXPECT_TRUE(log.complaints().contains("Unknown field type 'song'."));
+    EXPECT_TRUE(find<QLabel>("resultLabel")->text().startsWith("Not all of the setup was understood"));
     const QVariantMap before = dialog.setup();
     int refused = 0;
     const QStringList cases = filesIn(FUZZ_CORPUS "/exportsetup");
