@@ -65,19 +65,19 @@ QStringList FileChoices::askForInverters()
     return files;
 }
 
-QString FileChoices::askForLayoutCopy()
+QString FileChoices::askForLayoutCopy(const QString &firstFolder)
 {
-    return askForLayout(tr("Backup window setup"), true);
+    return askForLayout(tr("Backup window setup"), firstFolder, true);
 }
 
-QString FileChoices::askForLayout()
+QString FileChoices::askForLayout(const QString &firstFolder)
 {
-    return askForLayout(tr("Restore window setup"), false);
+    return askForLayout(tr("Restore window setup"), firstFolder, false);
 }
 
-QString FileChoices::askForLayout(const QString &title, bool toSave)
+QString FileChoices::askForLayout(const QString &title, const QString &firstFolder, bool toSave)
 {
-    QFileDialog dialog(m_window, title, m_settings->value(layoutPathKey).toString(),
+    QFileDialog dialog(m_window, title, m_settings->value(layoutPathKey, firstFolder).toString(),
                        tr("Window setup file (*.windowsetup)\nAll files (*)"));
     dialog.setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);

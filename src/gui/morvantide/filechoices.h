@@ -26,12 +26,13 @@ public:
     std::optional<DataRequest> askForFiles();
     /// Empty if none was chosen.
     QStringList askForInverters();
-    /// Where to save a layout, and which one to restore; empty if none was chosen.
-    QString askForLayoutCopy();
-    QString askForLayout();
+    /// Where to save a layout, and which one to restore; empty if none was chosen. The first time the dialog begins in
+    /// that folder.
+    QString askForLayoutCopy(const QString &firstFolder);
+    QString askForLayout(const QString &firstFolder);
 
 private:
-    QString askForLayout(const QString &title, bool toSave);
+    QString askForLayout(const QString &title, const QString &firstFolder, bool toSave);
 
     QSettings *m_settings;
     QWidget *m_window;

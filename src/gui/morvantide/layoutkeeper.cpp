@@ -286,7 +286,7 @@ void LayoutKeeper::storeGuiNow()
 
 void LayoutKeeper::storeGuiCopy()
 {
-    const QString path = FileChoices(m_settings, &m_window).askForLayoutCopy();
+    const QString path = FileChoices(m_settings, &m_window).askForLayoutCopy(m_dataFolder);
     if (path.isEmpty())
         return;
     if (path == m_windowSetupPath)
@@ -299,7 +299,7 @@ void LayoutKeeper::storeGuiCopy()
 
 void LayoutKeeper::restoreGuiAskFile()
 {
-    const QString path = FileChoices(m_settings, &m_window).askForLayout();
+    const QString path = FileChoices(m_settings, &m_window).askForLayout(m_dataFolder);
     if (!path.isEmpty())
         restoreByHand(path);
 }

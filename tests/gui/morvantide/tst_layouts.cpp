@@ -244,6 +244,11 @@ TEST_F(Layouts, CopiesComeBackByDialogAndByTheListAndAreUndone)
     const QRect place(5, 30, 790, 600);
     window->setGeometry(place);
     const int all = browser().views().size();
+    withDialog<QFileDialog>([this](QFileDialog &dialog) {
+        EXPECT_EQ(dialog.directory().path(), path("demo")) << "none was chosen yet";
+        dialog.reject();
+    });
+    action("Save layout copy...")->trigger();
     choose("Save layout copy...", "mine");
     EXPECT_EQ(settings().value("windowsetuppath").toString(), QFileInfo(path("mine")).path());
     EXPECT_EQ(setupIn(path("mine.windowsetup"))["timeseries"].toList().size(), all);
