@@ -66,8 +66,8 @@ void widenVectors(RecordNumbers &numbers, NumberGroups groups, std::size_t elect
 
 bool hasNumbers(const Record &record, NumberGroups groups)
 {
-    return (groups.voltages && record.voltages.size() > 0) || (groups.variables && record.variables.size() > 0) ||
-           (groups.currents && record.currents.size() > 0);
+    return (groups.voltages && !record.voltages.empty()) || (groups.variables && !record.variables.empty()) ||
+           (groups.currents && !record.currents.empty());
 }
 
 void moveNumbers(RecordNumbers &from, Record &to, NumberGroups groups)
