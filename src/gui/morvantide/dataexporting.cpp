@@ -108,8 +108,11 @@ void DataExporting::showDialog(const QSettings &settings)
 
 void DataExporting::giveExportTsbSetup()
 {
+    QStringList spectra;
+    for (const auto &info : m_source.uiInfo->spectrumInfos())
+        spectra << info->hash;
     QStringList errors;
-    const QVariantList fields = plotFields(m_browser->setup(), &errors);
+    const QVariantList fields = plotFields(m_browser->setup(), spectra, &errors);
     DataExport::logErrors(errors);
     if (!m_dialog)
         return;

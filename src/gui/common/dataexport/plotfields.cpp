@@ -7,6 +7,8 @@
 
 #include <QLocale>
 
+#include <algorithm>
+
 namespace {
 
 namespace Keys = Tsb::SetupKeys;
@@ -40,9 +42,20 @@ bool addFraction(QVariantMap &field, const QVariantMap &settings)
     return !low.isNull() && !high.isNull();
 }
 
+QStringList inOrder(QStringList ids, const QStringList &order)
+{
+    const auto placeOf = [&order](const QString &id) {
+        const int place = order.indexOf(id);
+        return place < 0 ? order.size() : place;
+    };
+    std::stable_sort(ids.begin(), ids.end(),
+                     [&](const QString &a, const QString &b) { return placeOf(a) < placeOf(b); });
+    return ids;
+}
+
 } // namespace
 
-QVariantList plotFields(const QVariant &browserSetup, QStringList *errors)
+QVariantList plotFields(const QVariant &browserSetup, const QStringList &spectra, QStringList *errors)
 {
     QVariantList fields;
     int plots = 0;
@@ -56,7 +69,8 @@ QVariantList plotFields(const QVariant &browserSetup, QStringList *errors)
         const bool isTotal = Tsb::boolOr(settings, Keys::totalConcentration, true);
         QVariantMap field{
             {QStringLiteral("type"), QStringLiteral("concentration")},
-            {QStringLiteral("spectra"), listOf(valueOf(settings, Keys::visibleSpectra, "spectra").toStringList())},
+            {QStringLiteral("spectra"),
+             listOf(inOrder(valueOf(settings, Keys::visibleSpectra, "spectra").toStringList(), spectra))},
             {QStringLiteral("concentration_type"), valueOf(settings, Keys::concentrationType, "concentration")},
             {QStringLiteral("total_concentration_enabled"), isTotal}};
         if (isTotal || addFraction(field, settings))

@@ -45,7 +45,7 @@ QVariantMap field(const QString &type, const QVariantList &spectra, const QStrin
 TEST(PlotFields, AreTheConcentrationsThatScatterPlotsShow)
 {
     const QVariantMap total{
-        {"type", "fraction"}, {"concentrationType", "volume"}, {"visibleSpectra", QStringList{"b", "a"}}};
+        {"type", "fraction"}, {"concentrationType", "volume"}, {"visibleSpectra", QStringList{"x", "a", "b"}}};
     const QVariantMap older{{"type", "fraction"},        {"totalConcentration", false}, {"concentration", "number"},
                             {"spectra", QVariantList{}}, {"fraction", "mobility"},      {"mobilitySmallerLimit", 0.5},
                             {"mobilityLargerLimit", 2}};
@@ -54,8 +54,8 @@ TEST(PlotFields, AreTheConcentrationsThatScatterPlotsShow)
         plotFields(QVariantList{plot(total), plot(QVariantMap{{"type", "parameter"}}), plot(total, "spectrogram"), 7,
                                 plot(storedFraction(DistributionScale::diameter, 1.25, 1e-5)),
                                 plot(storedFraction(DistributionScale::mobility, 1e-4, 30)), plot(older)},
-                   &errors);
-    EXPECT_EQ(fields, (QVariantList{field("volume", {"b", "a"}), field("surface", {"a"}, "1.25 1e-05", "diameter"),
+                   {"c", "b", "a"}, &errors);
+    EXPECT_EQ(fields, (QVariantList{field("volume", {"b", "a", "x"}), field("surface", {"a"}, "1.25 1e-05", "diameter"),
                                     field("surface", {"a"}, "0.0001 30", "mobility"),
                                     field("number", {}, "0.5 2", "mobility")}));
     EXPECT_EQ(errors, QStringList());
@@ -68,9 +68,9 @@ TEST(PlotFields, AFractionWithoutTwoLimitsIsToldAndGivesNone)
     QStringList errors;
     EXPECT_EQ(plotFields(QVariantList{plot(oneLimit), plot(storedFraction(DistributionScale::diameter, 0, 10)),
                                       plot(storedFraction(DistributionScale::mobility, 0.1, 0))},
-                         &errors),
+                         {}, &errors),
               QVariantList());
     EXPECT_EQ(errors.size(), 3);
     EXPECT_EQ(errors.value(1), "The fraction of plot 2 isn't bounded by two limits above 0: no field was added.");
-    EXPECT_EQ(plotFields(QVariant(), &errors), QVariantList());
+    EXPECT_EQ(plotFields(QVariant(), {}, &errors), QVariantList());
 }
