@@ -62,7 +62,6 @@ FolderRead readFolder(const ReadOptions &options, const QStringList &files, cons
         task.run();
     }
     ProgressLine::clear();
-    result.reader->finishRecords();
     DpVariant variant;
     variant.name = variant.shortName = variantName;
     result.reader->metadata()->dpVariants.insert(0, variant);

@@ -61,11 +61,16 @@ void WindowLayout::store(QVariantMap &out) const
             out.insert(stored.key, view->setup());
     }
     out.insert(Keys::spectrumColors, colorTexts(m_uiInfo.userColors()));
-    QVariantMap mainWindow;
-    WindowSetup::seal(mainWindow, Keys::geometry, m_window.saveGeometry());
-    storeDockState(mainWindow, m_window);
-    mainWindow.insert(Keys::maximized, m_window.isMaximized());
-    out.insert(Keys::mainWindow, mainWindow);
+    out.insert(Keys::mainWindow, mainWindow());
+}
+
+QVariantMap WindowLayout::mainWindow() const
+{
+    QVariantMap map;
+    WindowSetup::seal(map, Keys::geometry, m_window.saveGeometry());
+    storeDockState(map, m_window);
+    map.insert(Keys::maximized, m_window.isMaximized());
+    return map;
 }
 
 bool WindowLayout::restore(const QVariantMap &setup, unsigned parts)

@@ -20,6 +20,8 @@ public:
 
     /// Fills in the parts, whether there are data or not.
     void store(QVariantMap &out) const;
+    /// The window's own part: geometry and docks.
+    QVariantMap mainWindow() const;
     /// Applies the parts of a setup, a sum of WindowSetup::Part, that anyone may have written. What is missing becomes
     /// as in a new window, but docks and geometry, which stay; what is damaged is left out, told by the log, and
     /// makes the result false. A setup of an older version changes nothing at all.

@@ -120,11 +120,8 @@ bool LayoutKeeper::start(QSettings &settings)
 
 void LayoutKeeper::storeDocks()
 {
-    if (m_window.isVisible()) { // hidden windows hide docks that stand outside of them
-        QVariantMap all;
-        m_layout.store(all);
-        m_lastSeen = all.value(Keys::mainWindow).toMap();
-    }
+    if (m_window.isVisible()) // hidden windows hide docks that stand outside of them
+        m_lastSeen = m_layout.mainWindow();
     if (m_lastSeen.isEmpty())
         return;
     for (const QString &key : dockKeys)

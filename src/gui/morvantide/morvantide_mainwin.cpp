@@ -205,7 +205,6 @@ void MorvantideMainWindow::cancelFileReader()
 
 void MorvantideMainWindow::fileReaderFinished(const DataLoader::Result &result)
 {
-    result.reader->finishRecords();
     if (result.reader->datastore()->isEmpty()) {
         logger().log(Log::Error, QStringLiteral("Nothing found"));
         if (m_request.files.isEmpty())
