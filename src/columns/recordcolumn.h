@@ -5,6 +5,7 @@
 #include "util/valuequeue.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -80,23 +81,29 @@ public:
     /// May be called from two threads at once.
     using ValueOf = std::function<T(const Record &)>;
 
-    /// `reads` is the slot that the function reads, if it reads one: the column is made faster then.
-    void setValueOf(ValueOf valueOf, RecordSlot reads = {})
+    void setValueOf(ValueOf valueOf) { set(std::move(valueOf), {}, nullptr, nullptr); }
+    /// Takes the values from the number in a slot, NaN where a record has none. Such columns are made fastest together.
+    template<typename ValueOfNumber>
+    void setValueOfNumber(RecordSlot slot, ValueOfNumber toValue)
     {
-        m_valueOf = std::move(valueOf);
-        m_valuesOfMarks = nullptr;
-        m_reads = reads;
-        invalidate();
+        const auto ofRecord = [=](const Record &record) {
+            return toValue(RecordNumbers::of(record.*slot.vector).at(slot.slot));
+        };
+        const auto ofNumbers = [=](const RecordNumbers *begin, const RecordNumbers *end, T *place) {
+            std::transform(begin, end, place,
+                           [=](const RecordNumbers &numbers) { return toValue(numbers.at(slot.slot)); });
+        };
+        set(ofRecord, slot, ofNumbers, nullptr);
     }
     /// Takes the values from the records' marks. No record is read then.
     template<typename ValueOfMarks>
     void setValueOfMarks(ValueOfMarks valueOf)
     {
-        m_valueOf = [valueOf](const Record &record) { return valueOf(RecordMarks::of(record)); };
-        m_valuesOfMarks = [valueOf](const RecordMarks *begin, const RecordMarks *end, T *place) {
+        const auto ofRecord = [valueOf](const Record &record) { return valueOf(RecordMarks::of(record)); };
+        const auto ofMarks = [valueOf](const RecordMarks *begin, const RecordMarks *end, T *place) {
             std::transform(begin, end, place, valueOf);
         };
-        invalidate();
+        set(ofRecord, {}, nullptr, ofMarks);
     }
     void invalidate() { m_column.invalidate(); }
     const RecordSlot &reads() const { return m_reads; }
@@ -112,48 +119,87 @@ public:
     /// One value for each record. The pointer is valid until the store changes.
     const T *values(const Datastore &store)
     {
-        m_column.follow(store.lostRecords());
-        const RecordMarks *const marks = m_valuesOfMarks ? store.recordMarks() : nullptr;
-        m_column.bringUpToDate(store.records().size(), [&](std::size_t begin, std::size_t end, T *place) {
-            if (marks)
-                m_valuesOfMarks(marks + begin, marks + end, place);
-            else
-                walkRecords(store.records(), begin, end, m_reads,
-                            [&](const Record &record) { *place++ = m_valueOf(record); });
-        });
+        bringUpToDate({this}, store);
         return m_column.data();
     }
     /// Brings columns of one store up to date together: the memory of the records, which takes most of the time, is
     /// read once for all of them.
     static void bringUpToDate(const std::vector<RecordColumn *> &columns, const Datastore &store)
     {
-        constexpr std::size_t blockSize = 512; // records whose numbers fit into a fast cache
-        std::vector<std::pair<const RecordColumn *, T *>> stale;
         const std::size_t size = store.records().size();
+        std::vector<Stale> stale;
         for (RecordColumn *column : columns) {
             column->m_column.follow(store.lostRecords());
-            if (!column->m_valuesOfMarks && !column->m_column.isUpToDate(size))
-                stale.emplace_back(column, column->m_column.renew(size));
+            if (column->m_column.isUpToDate(size))
+                continue;
+            const auto besideItsLike = std::find_if(stale.rbegin(), stale.rend(), [column](const Stale &other) {
+                return other.column->m_reads.vector == column->m_reads.vector;
+            });
+            stale.insert(besideItsLike.base(), {column, column->m_column.renew(size)});
         }
-        runOnTwoThreads(stale.empty() ? 0 : size, [&](std::size_t begin, std::size_t end) {
-            for (std::size_t from = begin; from < end; from += blockSize) {
-                for (const auto &part : stale) {
-                    T *place = part.second + from;
-                    const ValueOf &valueOf = part.first->m_valueOf;
-                    walkRecords(store.records(), from, std::min(end, from + blockSize), part.first->m_reads,
-                                [&](const Record &record) { *place++ = valueOf(record); });
-                }
-            }
+        if (stale.empty())
+            return;
+        const bool needMarks =
+            std::any_of(stale.begin(), stale.end(), [](const Stale &part) { return bool(part.column->m_ofMarks); });
+        const RecordMarks *const marks = needMarks ? store.recordMarks() : nullptr;
+        runOnTwoThreads(size, [&](std::size_t begin, std::size_t end) {
+            for (; begin < end; begin += blockSize)
+                workOut(stale, store.records(), marks, begin, std::min(end, begin + blockSize));
         });
     }
     /// A number that grows with each change of the values.
     std::uint64_t revision() const { return m_column.revision(); }
 
 private:
+    /// Such a function takes many at once, because one of them costs less than a call.
+    template<typename Source>
+    using ValuesOf = std::function<void(const Source *begin, const Source *end, T *place)>;
+    struct Stale {
+        const RecordColumn *column;
+        T *values; ///< the places of all
+    };
+    /// Records whose numbers fit into a fast cache.
+    static constexpr std::size_t blockSize = 512;
+
+    void set(ValueOf ofRecord, RecordSlot reads, ValuesOf<RecordNumbers> ofNumbers, ValuesOf<RecordMarks> ofMarks)
+    {
+        m_valueOf = std::move(ofRecord);
+        m_reads = reads;
+        m_ofNumbers = std::move(ofNumbers);
+        m_ofMarks = std::move(ofMarks);
+        invalidate();
+    }
+
+    /// Sets the values of a block's records in all of the columns.
+    static void workOut(const std::vector<Stale> &stale, const Datastore::Records &records, const RecordMarks *marks,
+                        std::size_t begin, std::size_t end)
+    {
+        std::array<RecordNumbers, blockSize> numbers;
+        RealVector Record::*found = nullptr; // whose numbers these are
+        for (const Stale &part : stale) {
+            const RecordColumn &column = *part.column;
+            T *place = part.values + begin;
+            if (column.m_ofMarks) {
+                column.m_ofMarks(marks + begin, marks + end, place);
+            } else if (column.m_ofNumbers) {
+                const auto vector = column.m_reads.vector;
+                if (found != vector)
+                    walkRecords(records, begin, end, vector, [&, next = numbers.begin()](const Record &record) mutable {
+                        *next++ = RecordNumbers::of(record.*vector);
+                    });
+                found = vector;
+                column.m_ofNumbers(numbers.data(), numbers.data() + (end - begin), place);
+            } else {
+                walkRecords(records, begin, end, &Record::opmode,
+                            [&](const Record &record) { *place++ = column.m_valueOf(record); });
+            }
+        }
+    }
+
     ValueOf m_valueOf;
-    /// Null unless marks tell the values. Takes many marks at once, because a mark costs less than a call.
-    std::function<void(const RecordMarks *begin, const RecordMarks *end, T *place)> m_valuesOfMarks;
-    RecordSlot m_reads;
+    RecordSlot m_reads;                  ///< the source of the numbers
+    ValuesOf<RecordNumbers> m_ofNumbers; ///< null unless a number tells the value
+    ValuesOf<RecordMarks> m_ofMarks;     ///< null unless marks tell it: no record is read then
     Column<T> m_column;
 };
 

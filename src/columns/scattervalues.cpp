@@ -9,14 +9,8 @@ namespace Tsb {
 using SpectMath::ConcentrationType;
 using SpectMath::DistributionScale;
 
-double slotValue(const RealVector &values, int slot)
+double electrometerNoise(double variance)
 {
-    return slot >= 0 && std::size_t(slot) < values.size() ? values[std::size_t(slot)] : noValue;
-}
-
-double electrometerNoise(const RealVector &currentVariances, int electrometer)
-{
-    const double variance = slotValue(currentVariances, electrometer);
     return variance >= 0 ? std::sqrt(variance) : noValue;
 }
 

@@ -5,10 +5,8 @@
 
 namespace Tsb {
 
-/// The value of a slot, or NaN where the vector is too short.
-double slotValue(const RealVector &values, int slot);
-/// The noise of an electrometer: the square root of its variance.
-double electrometerNoise(const RealVector &currentVariances, int electrometer);
+/// The noise of an electrometer: the square root of its variance, NaN if that is negative.
+double electrometerNoise(double variance);
 /// The residual; NaN for a failed spectrum.
 double parameterOf(const SpectMath::Spectrum &spectrum, SpectrumParameter parameter);
 /// The weights of a concentration plot for a description: the whole axis, or between the settings' limits.

@@ -156,7 +156,7 @@ TEST(ManyRecords, HaveTheirValuesWhicheverThreadWorksThemOut)
     store.mergeRecords(std::move(records));
     store.enterSpectra(std::move(entries));
     RecordColumn<double> ofRecords;
-    ofRecords.setValueOf([](const Record &record) { return record.variables[1]; }, {&Record::variables, 1});
+    ofRecords.setValueOfNumber({&Record::variables, 1}, [](double number) { return number; });
     SeriesColumn ofSeries(info, residual), ofTotals = SeriesColumn::ofTotalDecades(info);
     const double *const values = ofRecords.values(store), *const residuals = ofSeries.values(store);
     const double *const totals = ofTotals.values(store);
@@ -211,7 +211,7 @@ TEST_P(Columns, ThoseOfOneStoreAreWorkedOutTogether)
     kept.values(store);
     kept.invalidate();
     const auto variable = [](const Record &record) { return record.variables[0]; };
-    stale.setValueOf(variable, {&Record::variables, 0});
+    stale.setValueOfNumber({&Record::variables, 0}, [](double number) { return number; });
     ofTimes.setValueOf(ticksAndVariable);
     ofMarks.setValueOfMarks([](const RecordMarks &marks) { return double(marks.opmode); });
     const auto revision = stale.revision();

@@ -17,6 +17,11 @@ using SpectMath::decadesOf;
 
 namespace {
 
+double itself(double number)
+{
+    return number;
+}
+
 constexpr int markerMargin = 2; ///< a marker reaches beyond its record's own columns
 
 const QColor cursorColor(0, 0, 0, 80);
@@ -82,24 +87,24 @@ void ScatterPlot::rebuildLines()
         if (m_settings.showElectrometerNoise)
             return addRecordLine({&Record::currentVariances, number}, electrometerNoise, false, false);
         if (m_settings.showRawCurrents)
-            addRecordLine({&Record::rawCurrents, number}, slotValue, true, true);
+            addRecordLine({&Record::rawCurrents, number}, itself, true, true);
         if (m_settings.showProcessedCurrents)
-            addRecordLine({&Record::currents, number}, slotValue, false, false);
+            addRecordLine({&Record::currents, number}, itself, false, false);
     } else if (m_settings.type == ScatterPlotSettings::Variable) {
         if (const auto variable = m_uiInfo->metadata()->variable(m_settings.parameterName))
-            addRecordLine({&Record::variables, variable->valueIndex}, slotValue, false, true);
+            addRecordLine({&Record::variables, variable->valueIndex}, itself, false, true);
     } else {
         rebuildSpectrumLines();
     }
 }
 
-void ScatterPlot::addRecordLine(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular)
+void ScatterPlot::addRecordLine(RecordSlot slot, ValueOfNumber valueOf, bool paleRegular, bool paleIrregular)
 {
     ScatterLines::RecordLine line;
     if (auto former = takeOver(slot))
         line = std::move(*former);
     else
-        line.values.setValueOf([=](const Record &record) { return valueOf(record.*slot.vector, slot.slot); }, slot);
+        line.values.setValueOfNumber(slot, valueOf);
     line.colors.clear();
     for (const QColor &color : m_uiInfo->opmodeColors())
         for (const bool pale : {paleRegular, paleIrregular})

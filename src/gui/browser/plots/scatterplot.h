@@ -63,8 +63,8 @@ private:
     };
 
     void rebuildLines();
-    using ValueOfSlot = double (*)(const RealVector &values, int slot);
-    void addRecordLine(RecordSlot slot, ValueOfSlot valueOf, bool paleRegular, bool paleIrregular);
+    using ValueOfNumber = double (*)(double);
+    void addRecordLine(RecordSlot slot, ValueOfNumber valueOf, bool paleRegular, bool paleIrregular);
     void rebuildSpectrumLines();
     std::optional<ScatterLines::RecordLine> takeOver(const RecordSlot &slot);
     std::optional<ScatterLines::SpectrumLine> takeOver(const SpectMath::SpectrumInfo *info);
