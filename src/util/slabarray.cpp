@@ -7,6 +7,7 @@
 #include <new>
 #include <utility>
 
+#include <pthread.h>
 #include <sys/mman.h>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -80,12 +81,11 @@ void dropReferences(SlabHead *slab, std::int64_t count)
 /// The slab that one thread is cutting.
 class Cutter {
 public:
-    ~Cutter() { retire(); }
-
     void *cut(std::size_t bytes)
     {
         if (!m_slab || m_used + bytes > slabSize) {
             retire();
+            retireAtEnd();
             m_slab = makeSlab(slabSize, bias);
             m_used = headBytes;
             m_handedOut = 0;
@@ -107,6 +107,19 @@ public:
     }
 
 private:
+    /// Not by a destructor: the C library ends the process where it finds no memory to take note of a thread's first
+    /// one. Of its keys it can keep some in the thread itself.
+    void retireAtEnd()
+    {
+        static const pthread_key_t key = [] {
+            pthread_key_t made;
+            if (pthread_key_create(&made, [](void *cutter) { static_cast<Cutter *>(cutter)->retire(); }) != 0)
+                throw std::bad_alloc();
+            return made;
+        }();
+        if (pthread_setspecific(key, this) != 0)
+            throw std::bad_alloc();
+    }
     void retire()
     {
         if (m_slab)

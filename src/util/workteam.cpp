@@ -2,6 +2,7 @@
 
 #include "util/alternatestack.h"
 
+#include <new>
 #include <system_error>
 
 WorkTeam::WorkTeam(int workers)
@@ -10,6 +11,7 @@ WorkTeam::WorkTeam(int workers)
         while (size() < workers)
             m_threads.emplace_back([this] { help(); });
     } catch (const std::system_error &) { // no more threads: those that there are do it
+    } catch (const std::bad_alloc &) {
     }
 }
 

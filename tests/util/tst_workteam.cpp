@@ -1,5 +1,7 @@
 #include "util/workteam.h"
 
+#include "support/shortmemory.h"
+
 #include <gtest/gtest.h>
 
 #include <set>
@@ -43,5 +45,19 @@ TEST(WorkTeam, AnExceptionComesToTheCallerAndEndsTheRound)
                      std::runtime_error);
         EXPECT_LT(done, 100'000);
         team.run(10, [&](std::size_t) { ++done; });
+    }
+}
+
+TEST(WorkTeam, IsSmallerWhereThereIsNoMemoryForAThread)
+{
+    if (!ShortMemory::isPossible)
+        GTEST_SKIP() << "the sanitizer has an allocator of its own";
+    for (int nth = 1; nth < 12; ++nth) {
+        ShortMemory::letFail(false, nth, 3);
+        WorkTeam team(4);
+        ShortMemory::failures = 0;
+        std::atomic<int> done{0};
+        team.run(10, [&](std::size_t) { ++done; });
+        EXPECT_EQ(done, 10) << nth;
     }
 }

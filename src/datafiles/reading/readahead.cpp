@@ -36,6 +36,7 @@ ReadAhead::ReadAhead(const QStringList &paths, const Settings &settings, std::un
         for (int i = 1; i < settings.threads; ++i)
             m_threads.emplace_back([this] { work(); });
     } catch (const std::system_error &) { // fewer do as well
+    } catch (const std::bad_alloc &) {
     }
 }
 
