@@ -104,9 +104,12 @@ QString refusal(const SaveOptions &options, const QStringList &inputs, const QSt
         if (!id)
             continue;
         if (inputIds.contains(*id))
-            return QStringLiteral("\"%1\" is one of the files to read.").arg(path);
+            return QStringLiteral("\"%1\" is one of the files to read. Give another --output or --output-variant.")
+                .arg(path);
         if (!options.append)
-            return QStringLiteral("\"%1\" exists. Use --append to continue files.").arg(path);
+            return QStringLiteral(
+                       "\"%1\" exists. Use --append to continue files, or give another --output or --output-variant.")
+                .arg(path);
     }
     return QString();
 }

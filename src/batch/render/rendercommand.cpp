@@ -89,7 +89,8 @@ Outcome render(const RenderOptions &options, const MessageCollector &messages)
         return nothing(nothingMatchedText(options.read.folder));
     const QFileInfo target(options.outputFile);
     if (target.exists() || target.isSymLink())
-        return refused(QStringLiteral("\"%1\" exists.").arg(options.outputFile));
+        return refused(
+            QStringLiteral("\"%1\" exists. Give another name to --output, or remove it.").arg(options.outputFile));
     QString fault = unusableFolder(target.absolutePath());
     if (!fault.isEmpty())
         return refused(fault);
