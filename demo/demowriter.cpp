@@ -20,11 +20,14 @@ PlainFileOutput::Settings outputSettings(const Campaign &campaign, const QString
     return settings;
 }
 
-PlainFileOutput::RowCounts writeCampaign(const Campaign &campaign, const QString &folder)
+PlainFileOutput::RowCounts writeCampaign(const Campaign &campaign, const QString &folder,
+                                         const std::function<void(double done)> &tellProgress)
 {
     PlainFileOutput output(outputSettings(campaign, folder));
     for (int slot = 0; slot < campaign.slotCount(); ++slot) {
         const auto record = campaign.record(slot);
+        if (tellProgress)
+            tellProgress(slot / double(campaign.slotCount()));
         if (!record)
             continue;
         output.writeRecordRow(*record);

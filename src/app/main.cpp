@@ -17,9 +17,12 @@
 #include <QFile>
 #include <QIcon>
 
+#include <cstdio>
+
 // How the process comes up and goes down. The order matters:
 //
-//   message handler    first, so that Qt's messages while starting are logged like any other
+//   help, version      before all else: they need no display
+//   message handler    first of the rest, so that Qt's messages while starting are logged like any other
 //   application
 //   locale             after the application object, which takes over the user's, and before the first file name
 //   scaling attributes after the application object, a settled detail: Qt warns, and leaves scaling to the environment
@@ -102,6 +105,11 @@ void runWindow(const QStringList &positionalArguments, QuitSignals &quitSignals,
 
 int main(int argc, char **argv)
 {
+    const QString answer = CommandLine::answerTo(QStringList(argv, argv + argc));
+    if (!answer.isNull()) {
+        std::fputs(answer.toLocal8Bit().constData(), stdout);
+        return 0;
+    }
     Log::installQtMessageHandler();
     ignoreWriteSignals();
     const QApplication application(argc, argv);

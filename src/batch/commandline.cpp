@@ -1,7 +1,9 @@
 #include "batch/commandline.h"
 
 #include "batch/outcome.h"
-#include "util/buildinfo.h"
+#include "terminal/completion.h"
+#include "terminal/manualpage.h"
+#include "terminal/versionline.h"
 #include "util/timeparse.h"
 
 #include <CLI/CLI.hpp>
@@ -79,8 +81,8 @@ void addFolderOptions(CLI::App *command, Words &words)
     command->add_option("--assume-opmode", words.assumedOpmode, "Operating mode of old-style records without one")
         ->check(name)
         ->needs(legacy);
-    command->add_option("--jobs", words.jobs, "Threads to work with")
-        ->capture_default_str()
+    command->add_option("--jobs", words.jobs, "Threads to work with; else one for each processor")
+        ->default_str("") // which differs from machine to machine
         ->check(CLI::Range(1, 1024));
 }
 
@@ -97,7 +99,9 @@ void addReadOptions(CLI::App *command, Words &words)
 /// The folder to write to, and how.
 void addOutputOptions(CLI::App *command, Words &words, SaveOptions &options, const char *variantHelp)
 {
-    command->add_option("--output", words.outputFolder, "The folder to write to; made if it doesn't exist")->required();
+    command->add_option("--output", words.outputFolder, "The folder to write to; made if it doesn't exist")
+        ->required()
+        ->type_name("FOLDER");
     command->add_option("--output-variant", words.outputVariant, variantHelp);
     command->add_flag("--inversion-vars", options.inversionVars, "Write the residuals of the currents beside spectra");
     command->add_flag("--append", options.append, "Continue files that exist");
@@ -110,6 +114,7 @@ void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &option
         ->add_option("--inverters", words.inverters,
                      "Inverter files, map files, packs (\"pack.zip/prefix\" takes a part) or folders")
         ->required()
+        ->type_name("PATH")
         ->expected(1, 1 << 20)
         ->allow_extra_args();
     addOutputOptions(command, words, options.save,
@@ -121,8 +126,11 @@ void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &option
 void addExportOptions(CLI::App *command, Words &words, ExportOptions &options)
 {
     addReadOptions(command, words);
-    command->add_option("--setup", words.setupFile, "Export setup file, which tells the columns")->required();
-    command->add_option("--output", words.outputFile, "The file to write; else the one that the setup names");
+    command->add_option("--setup", words.setupFile, "Export setup file, which tells the columns")
+        ->required()
+        ->type_name("FILE");
+    command->add_option("--output", words.outputFile, "The file to write; else the one that the setup names")
+        ->type_name("FILE");
     command->add_flag("--overwrite", options.overwrite, "Replace files that exist");
 }
 
@@ -137,7 +145,9 @@ void addRenderOptions(CLI::App *command, Words &words)
     const CLI::Validator size(
         [](const std::string &text) { return sizeOf(text).isEmpty() ? "not a size: " + text : std::string(); }, "WxH");
     addFolderOptions(command, words);
-    command->add_option("--output", words.outputFile, "The file to write, by its end as PNG, SVG or PDF")->required();
+    command->add_option("--output", words.outputFile, "The file to write, by its end as PNG, SVG or PDF")
+        ->required()
+        ->type_name("FILE");
     command
         ->add_option("--size", words.size,
                      "Width and height of the picture, 100 to 16000 each; else as the plots "
@@ -146,7 +156,8 @@ void addRenderOptions(CLI::App *command, Words &words)
     command->add_option("--from", words.from, "First day or moment to show, local at the first record")->check(moment);
     command->add_option("--to", words.to, "Last day, which is shown whole, or the moment where the picture ends")
         ->check(moment);
-    command->add_option("--setup", words.setupFile, "Window setup file whose plots are drawn; else the default ones");
+    command->add_option("--setup", words.setupFile, "Window setup file whose plots are drawn; else the default ones")
+        ->type_name("FILE");
     command->add_option("--scale", words.scale, "2 draws text and lines twice as fine, in twice as many pixels")
         ->capture_default_str()
         ->check(CLI::IsMember({"1", "2"}));
@@ -195,76 +206,129 @@ void completeOutput(const Words &words, const QString &variant, SaveOptions &opt
         throw CLI::ValidationError("--output-variant", "must be given where no --variant is read");
 }
 
+/// In the order of their numbers.
+constexpr const char *exitStatuses[] = {
+    "0 all was read",           "1 nothing was found or left to do, or an output could not be written",
+    "2 wrong usage or refused", "3 done, but with warnings or errors, or rows were ignored",
+    "130 stopped by Ctrl+C",
+};
+
+std::string exitStatusText(const char *divider)
+{
+    std::string text;
+    for (const char *status : exitStatuses)
+        text += (text.empty() ? "" : divider) + std::string(status);
+    return text + '.';
+}
+
 } // namespace
 
-CommandLine parseCommandLine(int argc, const char *const *argv, Pictures pictures)
-{
-    CommandLine result;
-    Words words;
-    CLI::App app("Reads data folders of mobility spectrometers without a window.", "morvantide-batch");
-    app.set_version_flag("--version", "morvantide-batch " + BuildInfo::version().toStdString() + " revision " +
-                                          BuildInfo::revision().toStdString());
-    app.require_subcommand(1);
-    app.footer("Exit status: 0 all was read; 1 nothing was found or left to do, or an output could not be written; 2 "
-               "wrong usage or "
-               "refused;\n3 done, but with warnings or errors, or rows were ignored; 130 stopped by Ctrl+C.");
+/// What the options write to, and the commands that have them.
+struct CommandLineParser::State {
+    explicit State(Pictures pictures);
 
-    CLI::App *summary = app.add_subcommand("summary", "Tells what a data folder holds");
+    CommandLine take();
+
+    Words words;
+    CommandLine result;
+    CLI::App app{"Reads data folders of mobility spectrometers without a window.", "morvantide-batch"};
+    CLI::App *summary;
+    CLI::App *save;
+    CLI::App *reinvert;
+    CLI::App *exporting;
+    CLI::App *render = nullptr;
+};
+
+CommandLineParser::State::State(Pictures pictures)
+{
+    app.set_version_flag("--version", versionLine(app.get_name()));
+    app.require_subcommand(1);
+    app.footer("Exit status:\n  " + exitStatusText("\n  "));
+
+    summary = app.add_subcommand("summary", "Tells what a data folder holds");
     addReadOptions(summary, words);
     summary->add_flag("--json", result.summary.json, "As a JSON object");
     summary->add_flag("--quick", result.summary.quick, "Of the files' names and headers alone");
 
-    CLI::App *save = app.add_subcommand("save", "Reads day files and writes them anew");
+    save = app.add_subcommand("save", "Reads day files and writes them anew");
     addReadOptions(save, words);
     addOutputOptions(save, words, result.save, "Variant in the written files' names; else the one read");
     save->add_flag("--no-records", words.noRecords, "Write spectra alone");
 
-    CLI::App *reinvert = app.add_subcommand("reinvert", "Inverts the records anew and writes their spectra");
+    reinvert = app.add_subcommand("reinvert", "Inverts the records anew and writes their spectra");
     addReinvertOptions(reinvert, words, result.reinvert);
 
-    CLI::App *exporting = app.add_subcommand("export", "Writes a table of chosen values, a line for each record");
+    exporting = app.add_subcommand("export", "Writes a table of chosen values, a line for each record");
     addExportOptions(exporting, words, result.exported);
 
-    CLI::App *render = nullptr;
     if (pictures == Pictures::Present) {
         render = app.add_subcommand("render", "Draws the plots of the window as a picture; needs no display");
         addRenderOptions(render, words);
     }
+}
 
+/// The choices of the words that were parsed. Throws CLI::ParseError where they don't fit together.
+CommandLine CommandLineParser::State::take()
+{
+    if (words.folder.empty())
+        throw CLI::ValidationError("FOLDER", "is empty");
+    if (render && render->parsed()) {
+        completeRender(words, result.render);
+        result.command = CommandLine::Render;
+        return result;
+    }
+    const ReadOptions read = result.summary.read = readOptions(words);
+    if (read.from.isValid() && read.to.isValid() && read.to < read.from)
+        throw CLI::ValidationError("--to", "lies before --from");
+    if (save->parsed()) {
+        result.save.records = !words.noRecords;
+        completeOutput(words, read.variant, result.save);
+    } else if (reinvert->parsed()) {
+        result.reinvert.save.records = words.records;
+        for (const std::string &path : words.inverters)
+            result.reinvert.inverters << textOf(path);
+        completeOutput(words, read.variant.isEmpty() ? QString() : read.variant + QStringLiteral("-reinv"),
+                       result.reinvert.save);
+    } else if (exporting->parsed()) {
+        result.exported.read = read;
+        result.exported.setupFile = textOf(words.setupFile);
+        result.exported.outputFile = textOf(words.outputFile);
+    }
+    result.command = save->parsed()        ? CommandLine::Save
+                     : reinvert->parsed()  ? CommandLine::Reinvert
+                     : exporting->parsed() ? CommandLine::Export
+                                           : CommandLine::Summary;
+    return result;
+}
+
+CommandLineParser::CommandLineParser(Pictures pictures) : m_state(std::make_unique<State>(pictures)) {}
+
+CommandLineParser::~CommandLineParser() = default;
+
+CommandLine CommandLineParser::parse(int argc, const char *const *argv)
+{
+    CLI::App &app = m_state->app;
     try {
         app.parse(argc, argv);
-        if (words.folder.empty())
-            throw CLI::ValidationError("FOLDER", "is empty");
-        if (render && render->parsed()) {
-            completeRender(words, result.render);
-            result.command = CommandLine::Render;
-            return result;
-        }
-        const ReadOptions read = result.summary.read = readOptions(words);
-        if (read.from.isValid() && read.to.isValid() && read.to < read.from)
-            throw CLI::ValidationError("--to", "lies before --from");
-        if (save->parsed()) {
-            result.save.records = !words.noRecords;
-            completeOutput(words, read.variant, result.save);
-        } else if (reinvert->parsed()) {
-            result.reinvert.save.records = words.records;
-            for (const std::string &path : words.inverters)
-                result.reinvert.inverters << textOf(path);
-            completeOutput(words, read.variant.isEmpty() ? QString() : read.variant + QStringLiteral("-reinv"),
-                           result.reinvert.save);
-        } else if (exporting->parsed()) {
-            result.exported.read = read;
-            result.exported.setupFile = textOf(words.setupFile);
-            result.exported.outputFile = textOf(words.outputFile);
-        }
-        result.command = save->parsed()        ? CommandLine::Save
-                         : reinvert->parsed()  ? CommandLine::Reinvert
-                         : exporting->parsed() ? CommandLine::Export
-                                               : CommandLine::Summary;
+        return m_state->take();
     } catch (const CLI::ParseError &error) {
-        result.exitStatus = app.exit(error) == 0 ? ExitStatus::Done : ExitStatus::WrongUsage;
+        CommandLine nothing;
+        nothing.exitStatus = app.exit(error) == 0 ? ExitStatus::Done : ExitStatus::WrongUsage;
+        return nothing;
     }
-    return result;
+}
+
+std::string CommandLineParser::manualPage() const
+{
+    return Terminal::manualPage(
+        m_state->app, {{"EXIT STATUS", exitStatusText("\n\n")},
+                       {"SEE ALSO", "morvantide(1), morvantide-demo(1)\n\nThe user guide of Morvantide tells of each "
+                                    "command in full."}});
+}
+
+std::string CommandLineParser::bashCompletion() const
+{
+    return Terminal::bashCompletion(m_state->app);
 }
 
 } // namespace Batch

@@ -5,10 +5,10 @@
 #include "batch/messagecollector.h"
 #include "batch/outcome.h"
 #include "batch/outputfolder.h"
-#include "batch/progressline.h"
 #include "dataexport/dataexporter.h"
 #include "dataexport/exporttargets.h"
 #include "datafiles/reading/datafinder.h"
+#include "terminal/progressline.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -75,7 +75,8 @@ DataExport::ExportData dataOf(const ExportOptions &options, const QStringList &i
 bool addRecords(DataExporter &exporter, const Datastore &store, int jobs)
 {
     const bool isComplete = exporter.addRecords(store.records(), jobs, [&store](int done) {
-        ProgressLine::show(QStringLiteral("Exporting %1 %").arg(done * 100LL / store.size()));
+        ProgressLine::show(QStringLiteral("Exporting %1 %").arg(done * 100LL / store.size()),
+                           done / double(store.size()));
         return !Interrupt::requested();
     });
     ProgressLine::clear();

@@ -1,9 +1,9 @@
 #include "batch/folderread.h"
 
 #include "batch/interrupt.h"
-#include "batch/progressline.h"
 #include "datafiles/reading/datafinder.h"
 #include "datafiles/reading/filereadertask.h"
+#include "terminal/progressline.h"
 
 #include <QDateTime>
 
@@ -16,11 +16,12 @@ void showProgressOf(FileReaderTask &task, int fileCount)
 {
     struct State {
         QString message;
-        qint64 percent = 0;
+        double done = 0;
     };
     auto state = std::make_shared<State>();
     const auto show = [state] {
-        ProgressLine::show(QStringLiteral("%1, %2 %").arg(state->message, QString::number(state->percent)));
+        ProgressLine::show(QStringLiteral("%1, %2 %").arg(state->message, QString::number(int(state->done * 100))),
+                           state->done);
     };
     QObject::connect(&task, &FileReaderTask::progress, &task, [state, show, fileCount](int count, const QString &text) {
         state->message =
@@ -28,7 +29,7 @@ void showProgressOf(FileReaderTask &task, int fileCount)
         show();
     });
     QObject::connect(&task, &FileReaderTask::bytesProgress, &task, [state, show](qint64 done, qint64 total) {
-        state->percent = total > 0 ? done * 100 / total : 100;
+        state->done = total > 0 ? double(done) / double(total) : 1;
         show();
     });
 }

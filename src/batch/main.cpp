@@ -52,7 +52,7 @@ int main(int argc, char **argv)
     std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other
 
     // Read before there is an application object: which kind it is depends on the command.
-    const Batch::CommandLine line = Batch::parseCommandLine(argc, argv, pictures);
+    const Batch::CommandLine line = Batch::CommandLineParser(pictures).parse(argc, argv);
     Batch::Interrupt::install();
 #ifdef MORVANTIDE_BATCH_RENDER
     if (line.command == Batch::CommandLine::Render)

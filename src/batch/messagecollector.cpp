@@ -1,6 +1,6 @@
 #include "batch/messagecollector.h"
 
-#include "batch/progressline.h"
+#include "terminal/progressline.h"
 
 #include <cstdio>
 #include <utility>

@@ -1,8 +1,8 @@
 #include "batch/recordwriting.h"
 
 #include "batch/interrupt.h"
-#include "batch/progressline.h"
 #include "batch/savetargets.h"
+#include "terminal/progressline.h"
 
 namespace Batch {
 
@@ -34,7 +34,8 @@ bool writeInOrder(Spectrometer::PlainFileOutput &output, const Datastore &store,
         if (done % progressEvery == 0)
             ProgressLine::show(
                 QStringLiteral("%1 %2 %3 %4 %")
-                    .arg(verb, day, bar(done, store.size()), QString::number(done * 100LL / store.size())));
+                    .arg(verb, day, bar(done, store.size()), QString::number(done * 100LL / store.size())),
+                done / double(store.size()));
         return true;
     });
 }

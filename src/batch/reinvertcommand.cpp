@@ -4,7 +4,6 @@
 #include "batch/messagecollector.h"
 #include "batch/outcome.h"
 #include "batch/outputfolder.h"
-#include "batch/progressline.h"
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
 #include "batch/stagedoutput.h"
@@ -12,6 +11,7 @@
 #include "spectra/inverterchoice.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/orderedinversion.h"
+#include "terminal/progressline.h"
 
 #include <QDir>
 #include <QHash>

@@ -4,10 +4,10 @@
 #include "batch/messagecollector.h"
 #include "batch/outcome.h"
 #include "batch/outputfolder.h"
-#include "batch/progressline.h"
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
 #include "datafiles/reading/datafinder.h"
+#include "terminal/progressline.h"
 
 namespace Batch {
 

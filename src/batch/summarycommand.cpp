@@ -4,6 +4,7 @@
 #include "batch/outcome.h"
 #include "batch/summarytext.h"
 #include "datafiles/reading/datafinder.h"
+#include "terminal/progressline.h"
 
 #include <QDir>
 
@@ -39,11 +40,18 @@ int runQuickSummary(const SummaryOptions &options)
     const QDir folder(options.read.folder);
     FolderSurvey survey;
     Outcome outcome;
+    int done = 0;
     for (const QString &file : qAsConst(files)) {
-        outcome.interrupted = outcome.interrupted || Interrupt::requested();
-        if (!outcome.interrupted)
-            survey.add(folder.filePath(file));
+        outcome.interrupted = Interrupt::requested();
+        if (outcome.interrupted)
+            break;
+        ProgressLine::show(
+            QStringLiteral("%1 (%2 of %3)").arg(file, QString::number(done + 1), QString::number(files.size())),
+            done / double(files.size()));
+        survey.add(folder.filePath(file));
+        ++done;
     }
+    ProgressLine::clear();
     const FolderOverview overview = survey.overview();
     outcome.nothingFound = files.isEmpty();
     outcome.complaints = !messages.isEmpty() || overview.withoutHeader > 0;

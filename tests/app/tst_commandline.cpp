@@ -49,3 +49,13 @@ TEST(CommandLine, TheFirstRecoverOptionCounts)
         EXPECT_EQ(option.file, QString::fromLatin1(row.file)) << row.line;
     }
 }
+
+TEST(CommandLine, HelpAndVersionAreAnsweredAloneOnTheLine)
+{
+    for (const char *line : {"morvantide --help", "morvantide -h"})
+        EXPECT_TRUE(CommandLine::answerTo(words(line)).contains("[FOLDER] [VARIANT]")) << line;
+    EXPECT_TRUE(CommandLine::answerTo(words("morvantide --version")).startsWith("morvantide 20"));
+    for (const char *line : {"morvantide", "--help", "morvantide --help folder", "morvantide --morvantide --version",
+                             "morvantide --helpful", "morvantide help"})
+        EXPECT_TRUE(CommandLine::answerTo(words(line)).isNull()) << line;
+}
