@@ -55,6 +55,7 @@ private:
 CommentView::CommentView(QDockWidget *dock)
     : QWidget(dock), m_filter(new QLineEdit(this)), m_list(new QTreeView(this)), m_filtered(new CommentFilter(this))
 {
+    m_filter->setObjectName(QStringLiteral("filterLine"));
     m_filter->setPlaceholderText(tr("Filter"));
     m_filter->setAccessibleName(tr("Filter of comments"));
     m_filter->setClearButtonEnabled(true);

@@ -14,9 +14,11 @@
 #include "gui/frame/abouttext.h"
 #include "gui/frame/docklayout.h"
 #include "gui/frame/framedocks.h"
+#include "gui/frame/menumnemonics.h"
 #include "gui/frame/opencomments.h"
 #include "gui/frame/recordsteps.h"
 #include "gui/frame/windowgeometry.h"
+#include "gui/frame/windowkeys.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -60,6 +62,7 @@ MainWindowBase::MainWindowBase(QWidget *parent) : QMainWindow(parent), m_logger(
     connect(m_browser->timeView(), &Tsb::TimeView::doubleClicked, this, &MainWindowBase::fitTimescale);
     setupShortcuts();
     new FocusReturn(this);
+    new MenuMnemonics(this);
 }
 
 MainWindowBase::~MainWindowBase() = default;
@@ -118,6 +121,7 @@ QAction *MainWindowBase::makeAction(const QString &text, const QString &icon, co
 void MainWindowBase::setupActions()
 {
     m_actions.quit = makeAction(tr("&Quit"), QStringLiteral("exit"));
+    m_actions.quit->setShortcut(Qt::CTRL + Qt::Key_Q);
     m_actions.about = makeAction(tr("About %1...").arg(m_appName));
     m_actions.followLast = makeAction(tr("Select latest record"), QStringLiteral("go-last"), tr("Latest record"));
     m_actions.followLast->setCheckable(true);
@@ -125,6 +129,7 @@ void MainWindowBase::setupActions()
     m_actions.followNow = makeAction(tr("Follow current moment"), {}, tr("Time flies"));
     m_actions.followNow->setCheckable(true);
     m_actions.fitTimescale = makeAction(tr("Fit timescale"), QStringLiteral("fit-time"), tr("Fit timescale"));
+    m_actions.fitTimescale->setShortcut(Qt::CTRL + Qt::Key_0);
     m_actions.goToTime = makeAction(tr("Go to time..."));
     m_actions.goToTime->setShortcut(Qt::CTRL + Qt::Key_G);
     m_actions.previousView = makeAction(tr("Previous view"));
@@ -132,6 +137,7 @@ void MainWindowBase::setupActions()
     m_actions.previousView->setEnabled(false);
     m_actions.inversionStats = makeAction(tr("Show inversion statistics"));
     m_steps = new RecordSteps(m_shown, this);
+    m_keys = new WindowKeys(this);
 
     connect(m_actions.quit, &QAction::triggered, this, &QWidget::close);
     connect(m_actions.about, &QAction::triggered, this, &MainWindowBase::showAboutBox);
@@ -189,8 +195,11 @@ void MainWindowBase::setupMenus()
 
     m_viewMenu = menuBar()->addMenu(tr("&View"));
     m_viewMenu->addActions(m_docks->toggleActions());
+    m_viewMenu->addSeparator();
+    m_viewMenu->addActions({m_keys->filterAction(), m_keys->fullScreenAction()});
 
-    menuBar()->addMenu(tr("&Help"))->addAction(m_actions.about);
+    m_helpMenu = menuBar()->addMenu(tr("&Help"));
+    m_helpMenu->addActions({m_keys->pageAction(), m_actions.about});
 }
 
 void MainWindowBase::setupShortcuts()
@@ -198,12 +207,14 @@ void MainWindowBase::setupShortcuts()
     const struct {
         QKeySequence key;
         JumpCmd command;
-    } jumps[] = {{Qt::Key_Right, NextRecord},
-                 {Qt::Key_Left, PreviousRecord},
-                 {Qt::CTRL + Qt::Key_Right, NextRecordOfMode},
-                 {Qt::CTRL + Qt::Key_Left, PreviousRecordOfMode}};
+        QString effect;
+    } jumps[] = {{Qt::Key_Right, NextRecord, tr("Next record")},
+                 {Qt::Key_Left, PreviousRecord, tr("Previous record")},
+                 {Qt::CTRL + Qt::Key_Right, NextRecordOfMode, tr("Next record of the same mode")},
+                 {Qt::CTRL + Qt::Key_Left, PreviousRecordOfMode, tr("Previous record of the same mode")}};
     for (const auto &jump : jumps) {
         auto *shortcut = new QShortcut(jump.key, this, nullptr, nullptr, Qt::WindowShortcut);
+        shortcut->setWhatsThis(jump.effect);
         connect(shortcut, &QShortcut::activated, this, [this, command = jump.command] { jumpRecord(command); });
     }
 }

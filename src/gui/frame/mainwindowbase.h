@@ -15,6 +15,7 @@ class OpenComments;
 class QSettings;
 class QToolBar;
 class RecordSteps;
+class WindowKeys;
 
 namespace RecordViews {
 class ReportView;
@@ -111,9 +112,11 @@ protected:
     const Log::Logger &logger() const { return m_logger; }
     const Actions &actions() const { return m_actions; }
     FrameDocks *docks() const { return m_docks; }
+    WindowKeys *keys() const { return m_keys; }
     DiagnosticStatusDockWidget *statusDock() const;
     RecordViews::ReportView *reportView() const;
     QMenu *fileMenu() const { return m_fileMenu; }
+    QMenu *helpMenu() const { return m_helpMenu; }
     QMenu *viewMenu() const { return m_viewMenu; }
     QToolBar *toolBar() const { return m_toolBar; }
 
@@ -133,9 +136,11 @@ private:
     Tsb::TimeSeriesBrowser *m_browser;
     OpenComments *m_comments = nullptr;
     RecordSteps *m_steps = nullptr;
+    WindowKeys *m_keys = nullptr;
     Actions m_actions;
     QMenu *m_fileMenu = nullptr;
     QMenu *m_viewMenu = nullptr;
+    QMenu *m_helpMenu = nullptr;
     QToolBar *m_toolBar = nullptr;
     std::unique_ptr<QSettings> m_settings; ///< made by the derived class
     bool m_wasShown = false;

@@ -59,6 +59,7 @@ QWidget *DiagnosticView::makeContents()
     m_treeView->header()->resizeSection(DiagnosticModel::NameColumn, nameWidth);
     m_treeView->header()->resizeSection(DiagnosticModel::ValueColumn, valueWidth);
     m_filterEdit = new QLineEdit(contents);
+    m_filterEdit->setObjectName(QStringLiteral("filterLine"));
     m_filterEdit->setPlaceholderText(tr("Filter by name"));
     m_filterEdit->setToolTip(tr("Variables whose name or unit holds every word. A word behind \"!\" is one that they "
                                 "must not hold."));

@@ -153,7 +153,8 @@ void VarGridView::showLayout()
         shown = layouts.begin();
     QAction *const action = m_layoutActionGroup->actions().value(int(shown - layouts.begin()));
     action->setChecked(true);
-    m_layoutButton->setText(action->text());
+    QString name = action->data().toString(); // the entry's text may hold a mark, which were a key of the button
+    m_layoutButton->setText(name.replace(QLatin1Char('&'), QLatin1String("&&")));
     m_layoutButton->setVisible(layouts.size() > 1);
     m_model->setFont(font());
     m_model->setRecord(record());
