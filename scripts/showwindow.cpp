@@ -26,10 +26,12 @@
 
 #include <cstdio>
 
-// showwindow [--size 1440x900] [--dark] [--docks] [--export] PICTURE FOLDER [VARIANT]: drives the program's window as a
-// user would, from the data dialog to a selected record, saves a picture of it and prints the picture's path. The
-// window is the program's; its settings are kept apart. With --docks a picture of each dock, too, named after it and
-// put beside the other. With --export one of the export dialog, too: export-dialog.png.
+// showwindow [--size 1440x900] [--dark] [--scale 2] [--font 20] [--cursors] [--docks] [--export] PICTURE FOLDER
+// [VARIANT]: drives the program's window as a user would, from the data dialog to a selected record, saves a picture of
+// it and prints the picture's path. The window is the program's; its settings are kept apart. --scale is that of the
+// screen,
+// --font the size of texts in points. With --cursors measuring cursors are set. With --docks a picture of each dock,
+// too, named after it and put beside the other. With --export one of the export dialog, too: export-dialog.png.
 
 namespace {
 
@@ -91,6 +93,23 @@ bool selectRecord(const MorvantideMainWindow &window)
     return window.shownRecord() != nullptr;
 }
 
+void setCursors(const MorvantideMainWindow &window)
+{
+    const Tsb::TimeView &axis = *window.browser()->timeView();
+    for (int which = 0; which < 2; ++which)
+        window.browser()->measuringCursors()->set(which, axis.timeScale().tickAt(axis.width() * (which + 2) / 5));
+    QTest::qWait(settling);
+}
+
+/// The scale is made known to the toolkit before it starts.
+void setScale(int argc, char **argv)
+{
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (qstrcmp(argv[i], "--scale") == 0)
+            qputenv("QT_SCALE_FACTOR", argv[i + 1]);
+    }
+}
+
 QSize sizeOf(const QString &text)
 {
     const QStringList numbers = text.split(QLatin1Char('x'));
@@ -150,13 +169,17 @@ int fail(const char *words)
 int main(int argc, char **argv)
 {
     Log::installQtMessageHandler();
-    const QApplication application(argc, argv);
+    setScale(argc, argv);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication application(argc, argv);
     setProgramLocale();
     registerResources();
     QCommandLineParser parser;
     parser.addOptions({{QStringLiteral("size"), QString(), QStringLiteral("WxH"), QStringLiteral("1440x900")},
                        {QStringLiteral("dark"), QString()},
+                       {QStringLiteral("scale"), QString(), QStringLiteral("FACTOR")},
+                       {QStringLiteral("font"), QString(), QStringLiteral("POINTS")},
+                       {QStringLiteral("cursors"), QString()},
                        {QStringLiteral("docks"), QString()},
                        {QStringLiteral("export"), QString()}});
     parser.process(application);
@@ -165,6 +188,12 @@ int main(int argc, char **argv)
         return fail("PICTURE FOLDER [VARIANT]");
     if (parser.isSet(QStringLiteral("dark")))
         QApplication::setPalette(darkPalette());
+
+    if (parser.isSet(QStringLiteral("font"))) {
+        QFont font = QApplication::font();
+        font.setPointSizeF(parser.value(QStringLiteral("font")).toDouble());
+        QApplication::setFont(font);
+    }
 
     const QTemporaryDir settings;
     MorvantideMainWindow window(settings.filePath(QStringLiteral("morvantide.conf")));
@@ -178,6 +207,8 @@ int main(int argc, char **argv)
     arrange(window);
     if (!selectRecord(window))
         return fail("no record could be selected");
+    if (parser.isSet(QStringLiteral("cursors")))
+        setCursors(window);
     if (!window.grab().save(arguments[0]))
         return fail("the picture can't be written");
     if (parser.isSet(QStringLiteral("docks")) && !saveDocks(window, QFileInfo(arguments[0])))

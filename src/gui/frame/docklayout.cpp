@@ -30,6 +30,7 @@ const Place places[] = {
     {"commentList", Qt::RightDockWidgetArea, TabOf, "diagnosticStatus"},
     {"logDock", Qt::BottomDockWidgetArea, Alone, nullptr},
     {"reportView", Qt::BottomDockWidgetArea, TabOf, "logDock"},
+    {"measuringDock", Qt::BottomDockWidgetArea, TabOf, "logDock"},
 };
 
 constexpr int formCharacters = 40, tableCharacters = 50;

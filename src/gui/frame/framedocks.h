@@ -31,7 +31,9 @@ public:
 
     /// Makes the others, and gives all of them their default places.
     void makeAll();
-    /// Adds a view that is told of each shown record. Called before makeAll(), which places it.
+    /// Adds a dock to those of the menu. Called before makeAll(), which places it.
+    void add(QDockWidget *dock, const QString &icon);
+    /// Adds a view that is told of each shown record. Called before makeAll(), too.
     void addRecordView(RecordViews::RecordView *view, const QString &icon);
 
     /// The commands that show and hide the docks, in their order in the menu.
@@ -52,7 +54,6 @@ public:
     RecordViews::ReportView *report() const { return m_report; }
 
 private:
-    void add(QDockWidget *dock, const QString &icon);
     QDockWidget *makeDock(const QString &name, const QString &title, const QString &icon);
 
     std::shared_ptr<UiInfo> m_uiInfo;

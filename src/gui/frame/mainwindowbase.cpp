@@ -15,6 +15,7 @@
 #include "gui/frame/docklayout.h"
 #include "gui/frame/framedocks.h"
 #include "gui/frame/menumnemonics.h"
+#include "gui/frame/measuringdock.h"
 #include "gui/frame/opencomments.h"
 #include "gui/frame/recordsteps.h"
 #include "gui/frame/windowgeometry.h"
@@ -164,6 +165,7 @@ void MainWindowBase::setupContextActions()
 void MainWindowBase::setupDocks()
 {
     statusBar(); // made at its first use; without it no status tip is ever seen
+    m_docks->add(new MeasuringDock(m_browser, this), {});
     m_docks->makeAll();
     m_comments = new OpenComments(m_docks->form(), m_docks->commentList(), m_browser, this);
     connect(m_docks->commentList(), &CommentView::commentSelected, this, &MainWindowBase::commentSelected);
@@ -188,6 +190,8 @@ void MainWindowBase::setupMenus()
                                 m_actions.previousView});
     timeseriesMenu->addSeparator();
     timeseriesMenu->addActions(m_steps->actions());
+    timeseriesMenu->addSeparator();
+    timeseriesMenu->addActions(m_browser->measuringActions());
     timeseriesMenu->addSeparator();
     timeseriesMenu->addActions(m_browser->addPlotActions());
     timeseriesMenu->addSeparator();

@@ -2,6 +2,7 @@
 
 #include "axis/timeticks.h"
 #include "axis/zoomfactor.h"
+#include "gui/browser/controls/cursorhandle.h"
 #include "util/timeformat.h"
 
 #include <QMouseEvent>
@@ -12,6 +13,8 @@
 namespace Tsb {
 
 namespace {
+
+constexpr int leastSpan = 4; ///< columns; less is a click
 
 TimeTextWidths textWidths(const QFontMetrics &metrics)
 {
@@ -38,6 +41,8 @@ TimeView::TimeView(QWidget *parent, const Surroundings &surroundings)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setCursor(Qt::OpenHandCursor);
     setContextMenuPolicy(Qt::ActionsContextMenu);
+    setMouseTracking(true);
+    setStatusTip(tr("Drag to pan and zoom, with Shift to mark a time span. The keys 1 and 2 set measuring cursors."));
     setTimeOffset(0);
     updateFontMetrics();
     connect(&m_navigator, &TimeNavigator::timeScaleChanged, this, &TimeView::timeScaleChanged);
@@ -93,6 +98,8 @@ int TimeView::columnOf(double widgetX) const
 
 void TimeView::mousePressEvent(QMouseEvent *event)
 {
+    if (!m_navigator.isDragging() && beginMeasuring(event))
+        return;
     const bool pans = event->button() == Qt::LeftButton;
     if (m_navigator.isDragging() || (!pans && event->button() != Qt::MiddleButton))
         return QFrame::mousePressEvent(event);
@@ -107,16 +114,24 @@ void TimeView::mousePressEvent(QMouseEvent *event)
 
 void TimeView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_navigator.isDragging() || event->button() != m_dragButton)
-        return QFrame::mouseReleaseEvent(event);
-    endDrag();
+    if (event->button() == Qt::LeftButton && m_isMarking)
+        endSpan(event->globalPos());
+    else if (event->button() == m_dragButton)
+        endDrag();
+    else
+        QFrame::mouseReleaseEvent(event);
 }
 
 void TimeView::endDrag()
 {
+    m_dragButton = Qt::NoButton;
+    if (m_isMarking)
+        dropSpan();
+    m_heldCursor = -1;
+    setCursor(Qt::OpenHandCursor);
+    update();
     if (!m_navigator.isDragging())
         return;
-    setCursor(Qt::OpenHandCursor);
     m_navigator.endDrag();
 }
 
@@ -127,8 +142,10 @@ void TimeView::mouseDoubleClickEvent(QMouseEvent *)
 
 void TimeView::mouseMoveEvent(QMouseEvent *event)
 {
+    if (m_isMarking || m_heldCursor >= 0)
+        return measureAt(event->x());
     if (!m_navigator.isDragging())
-        return;
+        return setCursor(handleAt(event->pos()) >= 0 ? Qt::SizeHorCursor : Qt::OpenHandCursor);
     if (m_dragButton == Qt::MiddleButton)
         return m_navigator.roll(event->x() - m_drag.pressPoint().x());
     const QPoint global = event->globalPos();
@@ -145,6 +162,92 @@ void TimeView::wheelEvent(QWheelEvent *event)
     const int delta = event->angleDelta().y();
     if (delta != 0)
         changeZoom(zoomOfWheel(delta), columnOf(event->position().x()));
+}
+
+// ---- measuring
+
+void TimeView::setMeasuringCursors(MeasuringCursors *cursors)
+{
+    if (m_measuringCursors)
+        m_measuringCursors->disconnect(this);
+    m_measuringCursors = cursors;
+    if (cursors)
+        connect(cursors, &MeasuringCursors::changed, this, qOverload<>(&QWidget::update));
+    update();
+}
+
+int TimeView::handleAt(const QPoint &position) const
+{
+    if (!m_measuringCursors)
+        return -1;
+    const CursorHandles handles{m_measuringCursors->times(), timeScale(), contentsRect().size(), m_lineHeight};
+    return handles.at(position - contentsRect().topLeft());
+}
+
+RecordTime TimeView::timeInSightAt(int column) const
+{
+    return timeScale().tickAt(std::clamp(column, 0, std::max(0, contentsRect().width() - 1)));
+}
+
+/// The press may take hold of a handle or begin a span.
+bool TimeView::beginMeasuring(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return false;
+    if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        m_isMarking = true;
+        const RecordTime time = timeInSightAt(columnOf(event->x()));
+        m_span = {time, time};
+        setCursor(Qt::SizeHorCursor);
+    } else {
+        m_heldCursor = handleAt(event->pos());
+        if (m_heldCursor < 0)
+            return false;
+        m_holdOffset =
+            timeScale().pixelAt(*m_measuringCursors->times()[std::size_t(m_heldCursor)]) - columnOf(event->x());
+    }
+    m_dragButton = Qt::LeftButton;
+    update();
+    return true;
+}
+
+void TimeView::measureAt(int widgetX)
+{
+    const int column = columnOf(widgetX);
+    if (m_isMarking) {
+        m_span->second = timeInSightAt(column);
+        Q_EMIT timeCursorChange(true, contentsRect().left() + timeScale().pixelAt(m_span->second));
+        update();
+    } else if (m_measuringCursors && m_measuringCursors->times()[std::size_t(m_heldCursor)]) {
+        m_measuringCursors->set(m_heldCursor, timeInSightAt(column + m_holdOffset));
+    } else {
+        endDrag(); // it was dropped meanwhile
+    }
+}
+
+void TimeView::endSpan(const QPoint &globalPosition)
+{
+    const auto span = std::minmax(m_span->first, m_span->second);
+    const bool isClick = timeScale().pixelAt(span.second) - timeScale().pixelAt(span.first) < leastSpan;
+    const std::pair<RecordTime, RecordTime> marked = span;
+    endDrag();
+    if (isClick)
+        return;
+    m_span = marked;
+    Q_EMIT spanMarked(marked.first, marked.second, globalPosition);
+}
+
+void TimeView::dropSpan()
+{
+    m_isMarking = false;
+    Q_EMIT timeCursorChange(false, 0);
+    clearMarkedSpan();
+}
+
+void TimeView::clearMarkedSpan()
+{
+    m_span.reset();
+    update();
 }
 
 // ---- painting
@@ -164,8 +267,15 @@ void TimeView::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     painter.setClipRect(contentsRect());
     painter.translate(contentsRect().topLeft());
-    paintAxis(painter, contentsRect().size());
-    paintCursor(painter, contentsRect().size());
+    const QSize size = contentsRect().size();
+    paintMarkedSpan(painter, size);
+    paintAxis(painter, size);
+    if (m_measuringCursors)
+        CursorHandles{m_measuringCursors->times(), timeScale(), size, m_lineHeight}.draw(painter, palette());
+    if (m_cursorVisible)
+        paintTimeAt(painter, size, m_cursorPixel - contentsRect().left());
+    if (m_heldCursor >= 0 && m_measuringCursors && m_measuringCursors->times()[std::size_t(m_heldCursor)])
+        paintTimeAt(painter, size, timeScale().pixelAt(*m_measuringCursors->times()[std::size_t(m_heldCursor)]));
 }
 
 void TimeView::paintAxis(QPainter &painter, const QSize &size) const
@@ -200,11 +310,23 @@ void TimeView::paintAxis(QPainter &painter, const QSize &size) const
     painter.setPen(pen);
 }
 
-void TimeView::paintCursor(QPainter &painter, const QSize &size) const
+void TimeView::paintMarkedSpan(QPainter &painter, const QSize &size) const
 {
-    if (!m_cursorVisible)
+    if (!m_span)
         return;
-    const int x = m_cursorPixel - contentsRect().left();
+    const auto span = std::minmax(m_span->first, m_span->second);
+    const int left = std::max(timeScale().pixelAt(span.first), -1);
+    const int right = std::min(timeScale().pixelAt(span.second), size.width());
+    QColor color = palette().color(QPalette::Highlight);
+    painter.setPen(color);
+    color.setAlphaF(0.4);
+    painter.setBrush(color);
+    painter.drawRect(left, 0, right - left, size.height() - 1);
+}
+
+/// The labels of a moment, as cursors have them.
+void TimeView::paintTimeAt(QPainter &painter, const QSize &size, int x) const
+{
     const TimeCursorLabels labels = timeCursorLabels(timeScale(), x, m_offsetSeconds);
     const QFontMetrics metrics = painter.fontMetrics();
     const auto labelRect = [&](const QString &label, int y) {

@@ -124,6 +124,22 @@ FiniteRange ScatterLines::rangeInSight(const Datastore &store, const TimeScale &
     return range;
 }
 
+QVector<CurveFigures> ScatterLines::measure(const Datastore &store, bool areDecades,
+                                            const std::array<std::optional<RecordTime>, 2> &cursors)
+{
+    QVector<CurveFigures> curves;
+    for (RecordLine &line : m_recordLines)
+        curves.append(figuresOf({store.recordSpans(), line.values.values(store)}, cursors));
+    for (SpectrumLine &line : m_spectrumLines) {
+        const auto series = store.series(line.info.get());
+        MeasuredCurve curve{store.seriesSpans(line.info.get()), line.values.values(store)};
+        if (areDecades)
+            curve.valueWithoutLogarithm = [&](std::size_t i) { return line.valueOf(*(*series)[i].spectrum); };
+        curves.append(figuresOf(curve, cursors));
+    }
+    return curves;
+}
+
 void ScatterLines::draw(const Frame &frame)
 {
     if (!m_spectrumLines.empty())

@@ -3,12 +3,14 @@
 #include "axis/timescale.h"
 #include "axis/valuescale.h"
 #include "columns/finiterange.h"
+#include "columns/measurement.h"
 #include "columns/recordcolumn.h"
 #include "gui/browser/drawing/markerpainter.h"
 #include "gui/browser/drawing/scatterseries.h"
 
 #include <QImage>
 #include <QRgb>
+#include <QVector>
 
 #include <functional>
 #include <memory>
@@ -72,6 +74,10 @@ public:
     /// The range of the values whose records may touch the columns 0 .. width.
     FiniteRange rangeInSight(const Datastore &store, const TimeScale &scale, int width);
     void draw(const Frame &frame);
+    /// The figures of each line without name and unit, record lines first. Values of spectrum lines may be decades, as
+    /// columns keep concentrations; their figures are concentrations.
+    QVector<CurveFigures> measure(const Datastore &store, bool areDecades,
+                                  const std::array<std::optional<RecordTime>, 2> &cursors);
 
 private:
     class PlaceSource;

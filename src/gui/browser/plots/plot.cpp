@@ -2,6 +2,7 @@
 
 #include "axis/zoomfactor.h"
 #include "columns/recordpicking.h"
+#include "gui/browser/drawing/cursorline.h"
 #include "gui/browser/drawing/recordmarker.h"
 #include "gui/browser/plots/updatedelayer.h"
 #include "log/logger.h"
@@ -149,6 +150,54 @@ void Plot::setValueCursor(bool visible, int pixel)
     Q_EMIT valueCursorChanged(visible, pixel);
 }
 
+// ---- measuring
+
+void Plot::setMeasuringCursors(const MeasuringCursors *cursors)
+{
+    if (m_measuringCursors)
+        m_measuringCursors->disconnect(this);
+    m_measuringCursors = cursors;
+    if (cursors)
+        connect(cursors, &MeasuringCursors::changed, this, &Plot::moveMeasuringCursors);
+    moveMeasuringCursors();
+}
+
+QVector<CurveFigures> Plot::measure(const MeasuringCursors::Times &)
+{
+    return {};
+}
+
+/// They are drawn over the image: only their columns are painted anew.
+void Plot::moveMeasuringCursors()
+{
+    const MeasuringCursors::Times times = m_measuringCursors ? m_measuringCursors->times() : MeasuringCursors::Times();
+    const QRect contents = contentsRect();
+    const auto repaintColumn = [&](const std::optional<RecordTime> &time) {
+        if (!time)
+            return;
+        const int x = contents.left() + timeScale().pixelAt(*time);
+        update(QRect(x - cursorLineMargin, 0, 2 * cursorLineMargin + 1, height()));
+    };
+    for (std::size_t which = 0; which < times.size(); ++which) {
+        if (times[which] == m_drawnCursors[which])
+            continue;
+        repaintColumn(m_drawnCursors[which]);
+        repaintColumn(times[which]);
+    }
+    m_drawnCursors = times;
+}
+
+void Plot::drawMeasuringCursors(QPainter &painter)
+{
+    const QRect contents = contentsRect();
+    for (int which = 0; which < MeasuringCursors::count; ++which) {
+        const std::optional<RecordTime> &time = m_drawnCursors[std::size_t(which)];
+        const int column = time ? timeScale().pixelAt(*time) : -1;
+        if (column >= 0 && column < contents.width())
+            drawCursorLine(painter, contents, contents.left() + column, which);
+    }
+}
+
 // ---- drawing
 
 void Plot::drawRange(QPainter &, int, int) {}
@@ -209,6 +258,7 @@ void Plot::paintContents(QPainter &painter)
     painter.drawImage(contentsRect().topLeft(), image());
     painter.setClipRect(contentsRect());
     drawOverlay(painter);
+    drawMeasuringCursors(painter);
     painter.restore();
 }
 

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "axis/measuringcursors.h"
 #include "axis/pixelrange.h"
 #include "axis/timescale.h"
+#include "columns/measurement.h"
 #include "gui/browser/drawing/plotimage.h"
 #include "store/datastore.h"
 
 #include <QFrame>
 #include <QPointer>
+#include <QVector>
 
 #include <memory>
 
@@ -36,6 +39,10 @@ public:
     void requestFullRedraw();
     /// The timer that paces repaints; owned by the caller.
     virtual void setUpdateTimer(QTimer *timer);
+    /// The measuring cursors to draw; null for none. They may die before the plot.
+    void setMeasuringCursors(const MeasuringCursors *cursors);
+    /// What the plot's curves have at the cursors and between them, in drawing order. The base has no curve.
+    virtual QVector<CurveFigures> measure(const MeasuringCursors::Times &cursors);
 
     Datastore *datastore() const { return m_datastore; }
     const TimeScale &timeScale() const { return m_image.timeScale(); }
@@ -62,6 +69,8 @@ Q_SIGNALS:
     void requestDisableAutoscroll(bool on);
     void timeCursorChanged(bool visible, int pixel);
     void valueCursorChanged(bool visible, int pixel);
+    /// The plot has other curves than before.
+    void curvesChanged();
 
 protected:
     // ---- drawing. In the image, column and row 0 are the top left of the contents rectangle.
@@ -109,6 +118,8 @@ protected:
 private:
     void updateImage();
     void endPan();
+    void moveMeasuringCursors();
+    void drawMeasuringCursors(QPainter &painter);
     void hideCursors();
 
     void chooseRecordAt(int x, bool sameOpmode);
@@ -124,6 +135,8 @@ private:
     int m_redrawMargin = 1;
     std::shared_ptr<Record> m_currentRecord;
     UpdateDelayer *m_updateDelayer = nullptr; ///< a child; null until a timer is set
+    QPointer<const MeasuringCursors> m_measuringCursors;
+    MeasuringCursors::Times m_drawnCursors;
     bool m_timeCursorVisible = false;
     int m_timeCursorPixel = 0;
     bool m_valueCursorVisible = false;

@@ -78,6 +78,7 @@ void ScatterPlot::rebuildLines()
 {
     m_lines.clear();
     requestFullRedraw();
+    Q_EMIT curvesChanged(); // which is heard of later
     if (!m_uiInfo || !m_uiInfo->metadata())
         return;
     const int number = m_settings.electrometerNumber;
@@ -237,6 +238,46 @@ std::pair<double, double> ScatterPlot::minMax()
     return range.isEmpty() ? std::make_pair(noValue, noValue) : std::make_pair(range.least, range.greatest);
 }
 
+// ---- measuring
+
+QString ScatterPlot::nameOf(const ScatterLines::RecordLine &line) const
+{
+    if (m_settings.type != ScatterPlotSettings::Electrometer)
+        return m_settings.parameterName;
+    const QString name = scatterScaleLabel(
+        m_settings, electrometerSeriesName(*m_uiInfo->metadata(), m_settings.electrometerNumber), QString());
+    return line.values.reads().vector == &Record::rawCurrents ? tr("%1, raw").arg(name) : name;
+}
+
+QString ScatterPlot::nameOf(const ScatterLines::SpectrumLine &line) const
+{
+    const QString label = scatterScaleLabel(m_settings, QString(), QString());
+    return QStringLiteral("%1: %2").arg(m_uiInfo->spectrumName(line.info.get()),
+                                        label.section(QLatin1Char('\n'), 0, 0));
+}
+
+QString ScatterPlot::unit() const
+{
+    const auto variable = m_uiInfo->metadata()->variable(m_settings.parameterName);
+    return scatterUnit(m_settings, variable ? variable->unit : QString());
+}
+
+QVector<CurveFigures> ScatterPlot::measure(const MeasuringCursors::Times &cursors)
+{
+    if (!datastore() || !m_uiInfo || !m_uiInfo->metadata())
+        return {};
+    QVector<CurveFigures> curves =
+        m_lines.measure(*datastore(), m_settings.type == ScatterPlotSettings::Concentration, cursors);
+    auto curve = curves.begin();
+    for (const ScatterLines::RecordLine &line : m_lines.recordLines())
+        (curve++)->name = nameOf(line);
+    for (const ScatterLines::SpectrumLine &line : m_lines.spectrumLines())
+        (curve++)->name = nameOf(line);
+    for (CurveFigures &each : curves)
+        each.unit = unit();
+    return curves;
+}
+
 // ---- the selected record
 
 std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) const
@@ -247,14 +288,12 @@ std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) cons
     const auto metadata = m_uiInfo->metadata();
     if (!m_settings.usesSpectra()) {
         const bool electrometer = m_settings.type == ScatterPlotSettings::Electrometer;
-        const auto variable = metadata->variable(m_settings.parameterName);
         const QString name =
             electrometer ? electrometerSeriesName(*metadata, m_settings.electrometerNumber) : m_settings.parameterName;
-        const QString unit = scatterUnit(m_settings, variable ? variable->unit : QString());
         for (const ScatterLines::RecordLine &line : m_lines.recordLines()) {
             const double value = line.values.valueOf(record);
             if (!std::isnan(value))
-                points.push_back({name, unit, value, value, line.colorOf(m_lines.penOf(record))});
+                points.push_back({name, unit(), value, value, line.colorOf(m_lines.penOf(record))});
         }
         return points;
     }
@@ -265,7 +304,7 @@ std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) cons
             const double value = line.valueOf(*spectrum);
             const bool decades = m_settings.type == ScatterPlotSettings::Concentration;
             if (!std::isnan(value))
-                points.push_back({m_uiInfo->spectrumName(line.info.get()), scatterUnit(m_settings, QString()), value,
+                points.push_back({m_uiInfo->spectrumName(line.info.get()), unit(), value,
                                   decades ? decadesOf(value) : value, line.color});
         }
     }

@@ -39,6 +39,7 @@ public:
     std::pair<double, double> minMax();
     /// The values of one record as they are placed on the scale, in drawing order; NaN left out.
     std::vector<double> scaleValuesOf(const Record &record) const;
+    QVector<CurveFigures> measure(const MeasuringCursors::Times &cursors) override;
 
 public Q_SLOTS:
     void setScale(ValueScale scale);
@@ -69,6 +70,9 @@ private:
     std::optional<ScatterLines::RecordLine> takeOver(const RecordSlot &slot);
     std::optional<ScatterLines::SpectrumLine> takeOver(const SpectMath::SpectrumInfo *info);
 
+    QString nameOf(const ScatterLines::RecordLine &line) const;
+    QString nameOf(const ScatterLines::SpectrumLine &line) const;
+    QString unit() const;
     double rowOf(double scaleValue) const;
     std::vector<Point> pointsOf(const Record &record) const;
     void drawSelectedRecord(QPainter &painter, const QRect &contents);

@@ -47,6 +47,7 @@ void SpectrogramPlot::setSpectrum(const SpectMath::SpectrumInfoPointer &info, bo
     m_spectrumInfo = info;
     m_reversedRows = reversedRows;
     requestFullRedraw();
+    Q_EMIT curvesChanged();
 }
 
 void SpectrogramPlot::setColorLimits(double lower, double upper)
@@ -146,6 +147,17 @@ void SpectrogramPlot::addVisibleValuesTo(DecadeHistogram &histogram)
     const SpectrogramSource source{*entries, datastore()->seriesSpans(m_spectrumInfo.get())};
     addVisibleValues(histogram, source, timeScale(), contentsRect().width(), binCount(), smoothing(),
                      &datastore()->histogram(m_spectrumInfo.get()));
+}
+
+QVector<CurveFigures> SpectrogramPlot::measure(const MeasuringCursors::Times &cursors)
+{
+    const auto entries = series();
+    if (!entries)
+        return {};
+    const auto total = [&, weights = m_spectrumInfo->totalWeights(SpectMath::ConcentrationType::number)](
+                           std::size_t i) { return concentrationOf(*(*entries)[i].spectrum, weights); };
+    const SpectMath::SpectrumInfo *const key = m_spectrumInfo.get();
+    return {figuresOf({datastore()->seriesSpans(key), datastore()->totalDecades(key), total}, cursors)};
 }
 
 // ---- drawing

@@ -22,6 +22,8 @@ public:
 
     /// Adds the values in view, smoothed as they are drawn.
     void addVisibleValuesTo(SpectMath::DecadeHistogram &histogram);
+    /// The curve of a spectrogram is the number concentration over the whole axis. It comes without a name.
+    QVector<CurveFigures> measure(const MeasuringCursors::Times &cursors) override;
 
 public Q_SLOTS:
     void setColorLimits(double lower, double upper); ///< decades

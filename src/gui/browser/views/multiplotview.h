@@ -33,6 +33,17 @@ public:
         m_updateTimer = timer;
         forEachPlot([timer](T &plot) { plot.setUpdateTimer(timer); });
     }
+    void setMeasuringCursors(const MeasuringCursors *cursors) override
+    {
+        m_cursors = cursors;
+        forEachPlot([cursors](T &plot) { plot.setMeasuringCursors(cursors); });
+    }
+    QVector<CurveFigures> measure(const MeasuringCursors::Times &cursors) override
+    {
+        QVector<CurveFigures> curves;
+        forEachPlot([&](T &plot) { curves += plot.measure(cursors); });
+        return curves;
+    }
     void setTimeScale(TimeScale timescale) override
     {
         m_timeScale = timescale;
@@ -56,6 +67,7 @@ protected:
         connectPlot(plot);
         if (m_updateTimer)
             plot->setUpdateTimer(m_updateTimer);
+        plot->setMeasuringCursors(m_cursors);
         plot->setTimeScale(m_timeScale);
         plot->setDatastore(m_datastore);
         plot->setCurrentRecord(m_currentRecord);
@@ -77,6 +89,7 @@ private:
     TimeScale m_timeScale;
     QPointer<Datastore> m_datastore;
     QPointer<QTimer> m_updateTimer;
+    QPointer<const MeasuringCursors> m_cursors;
     std::shared_ptr<Record> m_currentRecord;
 };
 

@@ -25,6 +25,15 @@ public:
         if (m_plot)
             m_plot->setUpdateTimer(timer);
     }
+    void setMeasuringCursors(const MeasuringCursors *cursors) override
+    {
+        if (m_plot)
+            m_plot->setMeasuringCursors(cursors);
+    }
+    QVector<CurveFigures> measure(const MeasuringCursors::Times &cursors) override
+    {
+        return m_plot ? m_plot->measure(cursors) : QVector<CurveFigures>();
+    }
     void setTimeScale(TimeScale timescale) override
     {
         if (m_plot)

@@ -1,6 +1,7 @@
 #include "gui/browser/views/spectrogramview.h"
 
 #include "axis/spectrogramaxis.h"
+#include "columns/scattervalues.h"
 #include "columns/setupkeys.h"
 #include "columns/setupvalues.h"
 #include "gui/browser/controls/colorbar.h"
@@ -270,6 +271,22 @@ void SpectrogramView::highSpinBoxChanged(double value)
 void SpectrogramView::setSmoothingEnabled(bool on)
 {
     m_controls->setSmoothing(on);
+}
+
+QVector<CurveFigures> SpectrogramView::measure(const MeasuringCursors::Times &cursors)
+{
+    ScatterPlotSettings total; // as a plot of total concentrations is named
+    total.type = ScatterPlotSettings::Concentration;
+    const QString label = scatterScaleLabel(total, QString(), QString()).section(QLatin1Char('\n'), 0, 0);
+    QVector<CurveFigures> curves;
+    forEachPlot([&](SpectrogramPlot &plot) {
+        for (CurveFigures &curve : plot.measure(cursors)) {
+            curve.name = QStringLiteral("%1: %2").arg(m_uiInfo->spectrumName(plot.spectrumInfo().get()), label);
+            curve.unit = scatterUnit(total, QString());
+            curves.append(curve);
+        }
+    });
+    return curves;
 }
 
 // ---- the stored setup

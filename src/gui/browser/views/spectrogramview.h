@@ -32,6 +32,7 @@ public:
     /// An unknown name changes nothing.
     void setColormap(const QString &name, bool white);
 
+    QVector<CurveFigures> measure(const MeasuringCursors::Times &cursors) override;
     QVariant settings() const override;
     void setSettings(const QVariant &settings) override;
 

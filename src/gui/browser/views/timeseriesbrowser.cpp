@@ -6,6 +6,7 @@
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
 #include "gui/browser/plots/scatterplot.h"
+#include "gui/browser/views/measuringcommands.h"
 #include "gui/browser/views/stackdrawing.h"
 #include "gui/browser/views/view.h"
 #include "gui/browser/views/viewholder.h"
@@ -58,6 +59,11 @@ TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
     // From the stack: a drag near the edge scrolls.
     connect(m_viewHolder, &ViewHolder::dragMoved, m_scrollArea,
             [this](const QPoint &at) { m_scrollArea->ensureVisible(at.x(), at.y(), 0, dragScrollMargin); });
+    timeView()->setMeasuringCursors(&m_cursors);
+    connect(timeView(), &TimeView::timeCursorChange, this, &TimeSeriesBrowser::setTimeCursor);
+    m_measuring = new MeasuringCommands(
+        &m_cursors, timeView(), [this](int which) { return placeForCursor(which); }, this);
+    connect(m_measuring, &MeasuringCommands::exportRequested, this, &TimeSeriesBrowser::spanExportRequested);
     makeViewActions();
     m_updateTimer.start(updatePeriod);
 }
@@ -78,6 +84,7 @@ void TimeSeriesBrowser::updateViewActions()
     for (QAction *action : addPlotActions() + m_viewActions)
         action->setEnabled(isEnabled());
     m_pictures->setEnabled(isEnabled() && hasViews());
+    m_measuring->setEnabled(isEnabled());
 }
 
 TimeSeriesBrowser::~TimeSeriesBrowser()
@@ -116,9 +123,17 @@ PictureFile::Drawing TimeSeriesBrowser::drawing()
 
 void TimeSeriesBrowser::setDatastore(Datastore *datastore)
 {
+    if (m_datastore)
+        m_datastore->disconnect(this);
     m_datastore = datastore;
+    m_cursors.drop();
     for (View *view : m_views)
         view->setDatastore(datastore);
+    if (datastore) {
+        connect(datastore, &Datastore::updated, this, &TimeSeriesBrowser::curvesChanged);
+        connect(datastore, &Datastore::removed, this, &TimeSeriesBrowser::curvesChanged);
+    }
+    Q_EMIT curvesChanged();
 }
 
 void TimeSeriesBrowser::setNotes(const RecordNotes *notes)
@@ -138,6 +153,7 @@ void TimeSeriesBrowser::redrawPlots()
 {
     for (Plot *plot : findChildren<Plot *>())
         plot->requestFullRedraw();
+    Q_EMIT curvesChanged();
 }
 
 // ---- views come
@@ -149,12 +165,14 @@ void TimeSeriesBrowser::addView(View *view)
     connectView(view);
     m_views.push_back(view);
     view->setUpdateTimer(&m_updateTimer);
+    view->setMeasuringCursors(&m_cursors);
     view->setTimeScale(timeScale());
     view->setUiInfo(m_uiInfo);
     view->setDatastore(m_datastore);
     view->setNotes(m_notes);
     view->setCurrentRecord(m_currentRecord);
     updateViewActions();
+    Q_EMIT curvesChanged();
 }
 
 void TimeSeriesBrowser::connectView(View *view)
@@ -169,6 +187,7 @@ void TimeSeriesBrowser::connectView(View *view)
     connect(view, &View::requestZoom, timeView(), qOverload<double, int>(&TimeView::changeZoom));
     connect(view, &View::requestCloseBelow, this, &TimeSeriesBrowser::closeViewsBelow);
     connect(view, &View::requestDisableAutoscroll, this, &TimeSeriesBrowser::setDisableAutoscroll);
+    connect(view, &View::curvesChanged, this, &TimeSeriesBrowser::curvesChanged);
     // The time cursor's ring.
     connect(view, &View::timeCursorChange, this, &TimeSeriesBrowser::setTimeCursor);
     connect(this, &TimeSeriesBrowser::timeCursorChanged, view, &View::timeCursorChange);
@@ -264,6 +283,7 @@ void TimeSeriesBrowser::viewDestroyed(QObject *object)
     const auto gone = [object](View *view) { return static_cast<QObject *>(view) == object; };
     m_views.erase(std::remove_if(m_views.begin(), m_views.end(), gone), m_views.end());
     updateViewActions();
+    Q_EMIT curvesChanged();
 }
 
 // ---- settings
@@ -442,6 +462,40 @@ void TimeSeriesBrowser::timeViewFollowNowChanged(bool on)
         m_updateTimer.stop(); // the moving scale paces the repaints
     else
         m_updateTimer.start();
+}
+
+// ---- measuring
+
+const QList<QAction *> &TimeSeriesBrowser::measuringActions() const
+{
+    return m_measuring->actions();
+}
+
+QVector<CurveFigures> TimeSeriesBrowser::measure() const
+{
+    QVector<CurveFigures> curves;
+    for (View *view : m_viewHolder->viewsInOrder()) {
+        for (const CurveFigures &curve : view->measure(m_cursors.times())) {
+            const auto isSame = [&](const CurveFigures &c) { return c.name == curve.name && c.unit == curve.unit; };
+            if (std::none_of(curves.begin(), curves.end(), isSame))
+                curves.append(curve);
+        }
+    }
+    return curves;
+}
+
+/// Under the pointer, else at the selected record, else at a third of the axis.
+RecordTime TimeSeriesBrowser::placeForCursor(int which) const
+{
+    const QRect axis = timeView()->contentsRect();
+    if (m_timeCursorVisible)
+        return timeScale().tickAt(m_timeCursorPixel - axis.left());
+    if (timeView()->underMouse())
+        return timeScale().tickAt(timeView()->mapFromGlobal(QCursor::pos()).x() - axis.left());
+    const int column = m_currentRecord ? timeScale().pixelAt(m_currentRecord->midTime) : -1;
+    if (column >= 0 && column < axis.width())
+        return m_currentRecord->midTime;
+    return timeScale().tickAt(axis.width() * (which + 1) / (MeasuringCursors::count + 1));
 }
 
 void TimeSeriesBrowser::zoom(int step)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "axis/measuringcursors.h"
 #include "axis/timescale.h"
+#include "columns/measurement.h"
 #include "gui/browser/views/plotadder.h"
 #include "gui/browser/views/viewkinds.h"
 #include "gui/common/picturefile.h"
@@ -22,6 +24,7 @@ class QScrollArea;
 namespace Tsb {
 
 class Header;
+class MeasuringCommands;
 class TimeNavigator;
 class TimeView;
 class View;
@@ -66,6 +69,11 @@ public:
     const QList<QAction *> &addPlotActions() const;
     /// The actions that concern all views.
     const QList<QAction *> &viewActions() const { return m_viewActions; }
+    /// The actions of measuring, with their keys.
+    const QList<QAction *> &measuringActions() const;
+    MeasuringCursors *measuringCursors() { return &m_cursors; }
+    /// The figures of all open views' curves in the order of display, each curve once.
+    QVector<CurveFigures> measure() const;
     TimeScale timeScale() const;
     TimeView *timeView() const;
     /// In the order of creation, those that are closing left out.
@@ -109,6 +117,10 @@ public Q_SLOTS:
 Q_SIGNALS:
     void recordChosen(std::shared_ptr<Record> record);
     void timeCursorChanged(bool visible, int value);
+    /// Other curves, or other values in them.
+    void curvesChanged();
+    /// The user wants the records between these moments as a table.
+    void spanExportRequested(RecordTime begin, RecordTime end);
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -131,6 +143,7 @@ private:
     void settleBeforePainting();
     void workOutSeenValues();
     void zoom(int step);
+    RecordTime placeForCursor(int which) const;
     void makeCurrent(const std::shared_ptr<Record> &record, Scroll bring);
     void refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width);
 
@@ -145,6 +158,8 @@ private:
     QPointer<const RecordNotes> m_notes;
     std::shared_ptr<Record> m_currentRecord;
     QTimer m_updateTimer;
+    MeasuringCursors m_cursors;
+    MeasuringCommands *m_measuring;
     QList<QAction *> m_viewActions;
     PictureCommands *m_pictures;
     bool m_timeCursorVisible = false;

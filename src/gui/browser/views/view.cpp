@@ -103,6 +103,7 @@ void View::connectPlot(Plot *plot)
     connect(plot, &Plot::requestZoom, this, &View::requestZoom);
     connect(plot, &Plot::requestDisableAutoscroll, this, &View::requestDisableAutoscroll);
     connect(plot, &Plot::timeCursorChanged, this, &View::timeCursorChange);
+    connect(plot, &Plot::curvesChanged, this, &View::curvesChanged);
     connect(this, &View::timeCursorChange, plot, &Plot::setTimeCursor);
 }
 

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "axis/measuringcursors.h"
 #include "axis/timescale.h"
+#include "columns/measurement.h"
 #include "gui/common/uiinfo.h"
 #include "store/datastore.h"
 
 #include <QSet>
 #include <QVariant>
+#include <QVector>
 #include <QWidget>
 
 #include <memory>
@@ -33,6 +36,10 @@ public:
     /// The notes that stand beside records; null for none. The base does nothing.
     virtual void setNotes(const RecordNotes *) {}
     virtual void setUpdateTimer(QTimer *timer);
+    /// Has the plots draw the cursors, which may die before them. The base does nothing.
+    virtual void setMeasuringCursors(const MeasuringCursors *) {}
+    /// The figures of all curves of the plots; none in the base.
+    virtual QVector<CurveFigures> measure(const MeasuringCursors::Times &) { return {}; }
     /// The settings by which setSettings() makes such a view again; invalid if there is nothing to keep.
     virtual QVariant settings() const;
     /// Unsound parts of the settings count as absent; an invalid value changes nothing.
@@ -73,6 +80,7 @@ Q_SIGNALS:
     void requestCloseBelow(Tsb::View *view);
     void requestDisableAutoscroll(bool on);
     void timeCursorChange(bool visible, int pixel);
+    void curvesChanged();
 
 protected:
     ViewLayout *viewLayout() const { return m_layout; }
