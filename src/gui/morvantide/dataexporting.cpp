@@ -106,6 +106,13 @@ void DataExporting::showDialog(const QSettings &settings)
     m_dialog->activateWindow();
 }
 
+void DataExporting::showDialogFor(const ExportSource::Span &span, const QSettings &settings)
+{
+    showDialog(settings);
+    if (m_dialog && !m_isRunning)
+        m_dialog->setMarkedSpan(span);
+}
+
 void DataExporting::giveExportTsbSetup()
 {
     QStringList spectra;
@@ -174,9 +181,9 @@ void DataExporting::exportAs(const DataExport::ExportSetup &setup)
     const QString fault = DataExport::ExportNaming(setup.general, nullptr).fault();
     if (!fault.isNull())
         return tell(fault);
-    const auto places = m_source.places(m_dialog && m_dialog->isInSight());
+    const auto places = m_source.places(m_dialog ? m_dialog->timeSpan() : std::nullopt);
     if (places.first == places.second)
-        return tell(tr("Nothing to export: no record is in sight."));
+        return tell(tr("Nothing to export: no record is in the time span."));
     const DataExport::ExportData data = m_source.dataOf(places);
     const DataExport::ExportTable table(setup, data);
     DataExport::logErrors(setup.errors + table.errors());

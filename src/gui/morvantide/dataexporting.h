@@ -33,6 +33,8 @@ public:
     void closeData(QSettings &settings);
     /// Makes the dialog anew and shows it.
     void showDialog(const QSettings &settings);
+    /// The same with the records of that span chosen.
+    void showDialogFor(const ExportSource::Span &span, const QSettings &settings);
     /// Ends the export that is under way.
     void stop();
 

@@ -273,6 +273,7 @@ void MorvantideMainWindow::setupKeepingActions()
     m_infoAction = new QAction(namedIcon(QStringLiteral("measurement-info")), tr("Spectra info"), this);
     m_infoAction->setIconText(tr("Spectra"));
     connect(m_exportAction, &QAction::triggered, this, &MorvantideMainWindow::showExportData);
+    connect(browser(), &Tsb::TimeSeriesBrowser::spanExportRequested, this, &MorvantideMainWindow::showExportOfSpan);
     connect(m_saveAction, &QAction::triggered, this, &MorvantideMainWindow::saveData);
     connect(m_infoAction, &QAction::triggered, this, &MorvantideMainWindow::showInfoWindow);
     updateKeepingActions();
@@ -296,6 +297,11 @@ void MorvantideMainWindow::saveData()
 void MorvantideMainWindow::showExportData()
 {
     m_exporting.showDialog(*settings());
+}
+
+void MorvantideMainWindow::showExportOfSpan(RecordTime begin, RecordTime end)
+{
+    m_exporting.showDialogFor({begin, end}, *settings());
 }
 
 void MorvantideMainWindow::showInfoWindow()

@@ -51,6 +51,8 @@ public Q_SLOTS:
     void saveData();
     /// Shows the dialog that puts tables together.
     void showExportData();
+    /// The same for the records of a span.
+    void showExportOfSpan(RecordTime begin, RecordTime end);
     /// Lists the spectra in memory in a window of its own; an earlier one goes.
     void showInfoWindow();
     /// Quits, on a wish from outside of the event loop.

@@ -1,20 +1,26 @@
 #include "gui/browser/controls/gototimedialog.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/logdock.h"
 #include "gui/common/recordform.h"
 #include "gui/common/recordviews/recordview.h"
 #include "gui/frame/abouttext.h"
 #include "gui/frame/framedocks.h"
 #include "gui/frame/mainwindowbase.h"
+#include "gui/frame/measuringdock.h"
+#include "gui/frame/measuringmodel.h"
 #include "support/instrument.h"
 #include "util/buildinfo.h"
 #include "util/timeformat.h"
 
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QTableView>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -46,6 +52,7 @@ struct Window : MainWindowBase {
         setupMenus();
     }
     using MainWindowBase::actions;
+    using MainWindowBase::docks;
     using MainWindowBase::setDatastore;
 };
 
@@ -339,10 +346,63 @@ TEST_F(MainWindowBaseTest, EveryDockHasItsName)
         names.append(dock->objectName());
     names.sort();
     EXPECT_EQ(names, (QStringList{"", "commentList", "currentrecordform", "diagnosticStatus", "diagnosticsView",
-                                  "electrometersPlotView", "electrometersView", "logDock", "reportView", "spectraView",
-                                  "varGridView"}));
+                                  "electrometersPlotView", "electrometersView", "logDock", "measuringDock",
+                                  "reportView", "spectraView", "varGridView"}));
     EXPECT_EQ(window.corner(Qt::BottomLeftCorner), Qt::LeftDockWidgetArea);
     EXPECT_EQ(window.corner(Qt::BottomRightCorner), Qt::RightDockWidgetArea);
+}
+
+TEST_F(MainWindowBaseTest, WhatIsMeasuredIsCopiedAsATableInTheProgramsNumbers)
+{
+    window.uiInfo()->setData(testMetadata({"a", "b", "c"}, {}, {"t\tmean"}), {});
+    window.uiInfo()->publish();
+    for (int i = 0; i < store->size(); ++i)
+        store->at(i)->variables = RealVector(1, i == 4 ? noValue : 0.1 * i + 100000);
+    window.show();
+    settle();
+    window.browser()->addDiagnosticPlot("t\tmean");
+    window.browser()->addDiagnosticPlot("t\tmean"); // whose curve is told once
+    auto *const dock = window.findChild<MeasuringDock *>();
+    window.docks()->log()->raise();
+    settle();
+    const auto copied = [&] {
+        settle();
+        dock->copy();
+        return QGuiApplication::clipboard()->text();
+    };
+    const QString titles = "Curve\tUnit\tCursor 1\tCursor 2\tDifference\tLeast\tGreatest\tMean\tCount\n";
+    EXPECT_EQ(copied(), titles);
+    Tsb::MeasuringCursors &cursors = *window.browser()->measuringCursors();
+    cursors.set(0, store->at(6)->midTime);
+    QTest::qWait(100);
+    EXPECT_FALSE(dock->table()->visibleRegion().isEmpty()) << "it comes from behind its tab";
+    EXPECT_EQ(copied(), titles + "Time\tUTC\t2017-07-14 02:41:05\t\t\t\t\t\t\n" + "t mean\t\t100000.6\t\t\t\t\t\t\n");
+    cursors.set(1, store->at(2)->midTime);
+    const QString curve = "t mean\t\t100000.6\t100000.2\t-0.4\t100000.2\t100000.6\t100000.4\t4\n";
+    EXPECT_EQ(copied(), titles + "Time\tUTC\t2017-07-14 02:41:05\t2017-07-14 02:40:25\t-0:00:40\t\t\t\t\n" + curve);
+    dock->table()->selectRow(1);
+    EXPECT_EQ(copied(), titles + curve);
+    dock->table()->clearSelection();
+    window.browser()->closeAllViews();
+    settle();
+    QTest::qWait(400);
+    EXPECT_EQ(copied().count('\n'), 2);
+    window.setDatastore(nullptr);
+    EXPECT_EQ(copied(), titles);
+}
+
+TEST(Durations, HaveDaysAndFractionsWhereThereAreAny)
+{
+    const struct {
+        std::int64_t ticks;
+        const char *text;
+    } table[] = {{0, "0:00:00"},
+                 {3723 * ticksPerSecond, "1:02:03"},
+                 {-59'500 * ticksPerMillisecond, "-0:00:59.500"},
+                 {2 * ticksPerDay + 5 * ticksPerSecond, "2 d 0:00:05"},
+                 {std::numeric_limits<std::int64_t>::min(), "-10675199 d 2:48:05.477"}};
+    for (const auto &row : table)
+        EXPECT_EQ(durationText(row.ticks), row.text);
 }
 
 TEST_F(MainWindowBaseTest, TheStatisticsGoToTheLogDock)

@@ -4,6 +4,7 @@
 #include "gui/common/dataexport/dataexportdialog.h"
 #include "gui/morvantide/reviewwindow.h"
 
+#include <QComboBox>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProgressDialog>
@@ -121,6 +122,35 @@ TEST_F(Exporting, WritesTheBytesOfTheCommand)
     exportWith(dialog);
     EXPECT_EQ(boxes.texts.size(), 1) << "files exist";
     EXPECT_FALSE(dialog->findChild<QLabel *>("resultLabel")->isVisible()) << "nothing came of that";
+}
+
+TEST_F(Exporting, AMarkedSpanIsFilledInAndOfferedFromThenOn)
+{
+    open();
+    const Datastore &store = *window->datastore();
+    const auto spanOf = [](const DataExportDialog *dialog) {
+        return dialog->findChild<QComboBox *>("timeSpan")->currentText();
+    };
+    Q_EMIT window->browser()->spanExportRequested(store.at(4)->midTime, store.at(9)->midTime);
+    auto *dialog = window->findChild<DataExportDialog *>();
+    ASSERT_TRUE(dialog && dialog->isVisible());
+    const QString told = spanOf(dialog);
+    EXPECT_TRUE(told.startsWith("Those from 2019-05-1")) << qPrintable(told);
+    dialog->setSetup(setupOf(path("span.txt")));
+    exportWith(dialog);
+    EXPECT_EQ(rowsOf("span.txt").size(), 6);
+    Q_EMIT window->browser()->spanExportRequested(store.at(5)->midTime, store.at(6)->midTime);
+    dialog = showDialog();
+    EXPECT_NE(spanOf(dialog), told);
+    dialog->setSetup(setupOf(path("next.txt")));
+    dialog->findChild<QComboBox *>("timeSpan")->setCurrentIndex(0);
+    dialog = showDialog();
+    EXPECT_EQ(spanOf(dialog), "All");
+    dialog->findChild<QComboBox *>("timeSpan")->setCurrentIndex(2);
+    exportWith(dialog);
+    EXPECT_EQ(rowsOf("next.txt").size(), 2);
+    open();
+    EXPECT_EQ(showDialog()->findChild<QComboBox *>("timeSpan")->count(), 2) << "other data, other times";
 }
 
 TEST_F(Exporting, FilesThatExistAreAskedAboutOnceAndRefusalsAreTold)

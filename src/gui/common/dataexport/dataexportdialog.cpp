@@ -8,6 +8,7 @@
 #include "gui/common/dataexport/generalexportsettingsform.h"
 #include "llama/qyaml.h"
 #include "util/filereplacement.h"
+#include "util/timeformat.h"
 
 #include <QFileDialog>
 #include <QGroupBox>
@@ -113,21 +114,50 @@ void DataExportDialog::setSetup(const QVariantMap &setup)
 
 DataExportDialog::State DataExportDialog::state() const
 {
-    return {setup(), isInSight(), m_setupPath, saveGeometry()};
+    return {setup(), m_tree->general()->timeSpan(), m_markedSpan, m_setupPath, saveGeometry()};
 }
 
 void DataExportDialog::setState(const State &state)
 {
     setSetupPath(state.setupPath);
-    m_tree->general()->setTakesVisibleSpan(state.inSight);
+    m_markedSpan = state.markedSpan;
+    offerMarkedSpan();
+    m_tree->general()->setTimeSpan(GeneralExportSettingsForm::TimeSpan(state.timeSpan));
     setSetup(state.setup);
     if (!state.geometry.isEmpty())
         restoreGeometry(state.geometry);
 }
 
-bool DataExportDialog::isInSight() const
+std::optional<ExportSource::Span> DataExportDialog::timeSpan() const
 {
-    return m_tree->general()->takesVisibleSpan();
+    switch (m_tree->general()->timeSpan()) {
+    case GeneralExportSettingsForm::InSight:
+        return m_source.visibleSpan();
+    case GeneralExportSettingsForm::Marked:
+        return m_markedSpan;
+    default:
+        return std::nullopt;
+    }
+}
+
+void DataExportDialog::setMarkedSpan(const ExportSource::Span &span)
+{
+    m_markedSpan = span;
+    offerMarkedSpan();
+    m_tree->general()->setTimeSpan(GeneralExportSettingsForm::Marked);
+    setupChanged(); // it may have been another marked span before
+}
+
+void DataExportDialog::offerMarkedSpan()
+{
+    if (!m_markedSpan)
+        return;
+    const std::int64_t offset = m_source.store->records().back()->beginUtcOffset; // that of the time axis
+    const auto text = [offset](RecordTime time) {
+        return timeToString(localTime(time, offset), QStringLiteral("%Y-%m-%d %H:%M:%S"));
+    };
+    m_tree->general()->offerMarkedSpan(
+        tr("Those from %1 to %2").arg(text(m_markedSpan->first), text(m_markedSpan->second)));
 }
 
 void DataExportDialog::addFields(const QVariantList &fields)
@@ -225,7 +255,7 @@ void DataExportDialog::setupChanged()
 
 void DataExportDialog::spanChanged()
 {
-    if (isInSight())
+    if (m_tree->general()->timeSpan() == GeneralExportSettingsForm::InSight)
         m_previewTimer.start();
 }
 
@@ -245,5 +275,5 @@ void DataExportDialog::showPreview()
 {
     m_previewTimer.stop();
     if (isVisible() && m_source.uiInfo->metadata())
-        m_preview->showSample(ExportSample::of(m_source, setup(), m_setupPath, isInSight()));
+        m_preview->showSample(ExportSample::of(m_source, setup(), m_setupPath, timeSpan()));
 }

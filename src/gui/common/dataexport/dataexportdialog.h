@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QVariantMap>
 
+#include <optional>
 #include <vector>
 
 class ExportPreview;
@@ -20,7 +21,8 @@ public:
     /// All that the user has chosen.
     struct State {
         QVariantMap setup;
-        bool inSight = false; ///< the records in sight alone
+        int timeSpan = 0; ///< a GeneralExportSettingsForm::TimeSpan
+        std::optional<ExportSource::Span> markedSpan;
         QString setupPath;    ///< of the setup file that was loaded or saved last
         QByteArray geometry;
     };
@@ -33,8 +35,10 @@ public:
     void setSetup(const QVariantMap &setup);
     State state() const;
     void setState(const State &state);
-    /// Whether the records in sight alone are meant.
-    bool isInSight() const;
+    /// The time span whose records alone are meant; none for all records.
+    std::optional<ExportSource::Span> timeSpan() const;
+    /// Chooses a span that was marked on the time axis or measured, and offers it from then on.
+    void setMarkedSpan(const ExportSource::Span &span);
     const QString &setupPath() const { return m_setupPath; }
     void setSetupPath(const QString &path);
     /// Takes the setup of a file. The result is null, or the reason why nothing has changed.
@@ -64,12 +68,14 @@ private:
     QLayout *makeButtons();
     void putLastInTabOrder();
     QString askForSetupFile(bool toSave);
+    void offerMarkedSpan();
     void setupChanged();
     void showPreview();
     void tell(const QString &text, const QString &reason);
 
     const ExportSource m_source;
     QString m_setupPath;
+    std::optional<ExportSource::Span> m_markedSpan;
     ExportSetupTree *m_tree;
     ExportPreview *m_preview;
     QLabel *m_result;

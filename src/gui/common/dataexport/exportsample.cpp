@@ -37,7 +37,7 @@ void addRecords(ExportSample &sample, const ExportSource &source, const std::pai
 } // namespace
 
 ExportSample ExportSample::of(const ExportSource &source, const QVariant &setupTree, const QString &setupPath,
-                              bool inSight)
+                              const std::optional<ExportSource::Span> &span)
 {
     ExportSample sample;
     DataExport::ExportSetup setup;
@@ -47,7 +47,7 @@ ExportSample ExportSample::of(const ExportSource &source, const QVariant &setupT
         sample.errors << error.message();
         return sample;
     }
-    const std::pair<int, int> places = source.places(inSight);
+    const std::pair<int, int> places = source.places(span);
     if (places.first == places.second)
         return sample;
     setup.general.separator = splitter;

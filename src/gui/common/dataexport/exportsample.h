@@ -22,5 +22,5 @@ struct ExportSample {
 
     /// Of a table of all records, or of those in sight.
     static ExportSample of(const ExportSource &source, const QVariant &setupTree, const QString &setupPath,
-                           bool inSight);
+                           const std::optional<ExportSource::Span> &span);
 };

@@ -3,14 +3,13 @@
 #include <QDir>
 #include <QFileInfo>
 
-std::pair<int, int> ExportSource::places(bool inSight) const
+std::pair<int, int> ExportSource::places(const std::optional<Span> &span) const
 {
-    if (!inSight)
+    if (!span)
         return {0, store->size()};
-    const Span span = visibleSpan();
     const SpanIndex &spans = store->recordSpans();
-    const auto behind = std::int64_t(spans.lowerBound(ticksOf(span.second)));
-    const auto first = std::int64_t(spans.firstEndingFrom(0, ticksOf(span.first) + 1));
+    const auto behind = std::int64_t(spans.lowerBound(ticksOf(span->second)));
+    const auto first = std::int64_t(spans.firstEndingFrom(0, ticksOf(span->first) + 1));
     return {int(std::min(first, behind)), int(behind)};
 }
 

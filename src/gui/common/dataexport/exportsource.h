@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 /// The open data, as exports see them. A plain value; main thread only.
@@ -19,8 +20,8 @@ struct ExportSource {
     QStringList files;                 ///< names in the folder, or whole paths
     std::function<Span()> visibleSpan; ///< begin and end of what the time axis shows
 
-    /// The places of the records from the first to behind the last that are meant.
-    std::pair<int, int> places(bool inSight) const;
+    /// The places of the records from the first to behind the last that touch the span; all records without one.
+    std::pair<int, int> places(const std::optional<Span> &span) const;
     /// What a table of these records, which aren't none, is made of. Labels follow the names that the views show.
     DataExport::ExportData dataOf(const std::pair<int, int> &places) const;
     /// What relative output files are relative to: the folder of the setup's file, or that of the data where it has none.

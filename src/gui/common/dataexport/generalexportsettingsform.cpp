@@ -105,8 +105,8 @@ QGroupBox *GeneralExportSettingsForm::makeRecordsBox()
     auto *const box = new QGroupBox(tr("Records"), this);
     m_span = new QComboBox(box);
     m_span->setObjectName(QStringLiteral("timeSpan"));
-    m_span->addItem(tr("All"), false);
-    m_span->addItem(tr("Those in sight on the time axis"), true);
+    m_span->addItem(tr("All"), AllRecords);
+    m_span->addItem(tr("Those in sight on the time axis"), InSight);
     m_modes = new QComboBox(box);
     m_modes->setObjectName(QStringLiteral("modes"));
     auto *const rows = new QFormLayout(box);
@@ -143,14 +143,21 @@ void GeneralExportSettingsForm::showNameEnding()
 
 // ---- records
 
-bool GeneralExportSettingsForm::takesVisibleSpan() const
+GeneralExportSettingsForm::TimeSpan GeneralExportSettingsForm::timeSpan() const
 {
-    return m_span->currentData().toBool();
+    return TimeSpan(m_span->currentData().toInt());
 }
 
-void GeneralExportSettingsForm::setTakesVisibleSpan(bool on)
+void GeneralExportSettingsForm::setTimeSpan(TimeSpan span)
 {
-    m_span->setCurrentIndex(m_span->findData(on));
+    m_span->setCurrentIndex(m_span->findData(span));
+}
+
+void GeneralExportSettingsForm::offerMarkedSpan(const QString &text)
+{
+    if (m_span->findData(Marked) < 0)
+        m_span->addItem(QString(), Marked);
+    m_span->setItemText(m_span->findData(Marked), text);
 }
 
 void GeneralExportSettingsForm::listModes()

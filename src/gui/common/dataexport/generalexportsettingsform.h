@@ -14,8 +14,8 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 
-/// Edits the map "general" of a setup, and the choice of the visible time span, which belongs to the window and stands
-/// in no setup.
+/// Edits the map "general" of a setup, and the choice of a time span, which belongs to the window and stands in no
+/// setup.
 class GeneralExportSettingsForm : public QWidget, public ExportFieldForm {
     Q_OBJECT
 public:
@@ -25,8 +25,11 @@ public:
     void setSettings(const QVariantMap &settings) override;
     /// Where the search for an output file begins, and what a relative one is relative to.
     void setOutputFolder(const QString &folder) { m_outputFolder = folder; }
-    bool takesVisibleSpan() const;
-    void setTakesVisibleSpan(bool on);
+    enum TimeSpan { AllRecords, InSight, Marked };
+    TimeSpan timeSpan() const;
+    void setTimeSpan(TimeSpan span);
+    /// Without this there is no marked span to choose.
+    void offerMarkedSpan(const QString &text);
 
 Q_SIGNALS:
     void changed();

@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 namespace {
 
 constexpr std::int64_t second = ticksPerSecond;
@@ -75,6 +78,68 @@ TEST_F(TimeViewTest, DragPansAndZoomsBeyondTheDeadBand)
     drag(Qt::RightButton, {300, middle()}, {70, 0});
     EXPECT_EQ(view.timeScale().ticksPerPixel, zoomed);
     EXPECT_EQ(view.cursor().shape(), Qt::OpenHandCursor);
+}
+
+TEST_F(TimeViewTest, HandlesDragTheirCursorsAndAllElseTheAxis)
+{
+    Tsb::MeasuringCursors cursors;
+    view.setMeasuringCursors(&cursors);
+    cursors.set(0, start + Ticks(300 * second));
+    cursors.set(1, start + Ticks(303 * second)); // upon the first
+    const auto columnOf = [&](int which) { return view.timeScale().pixelAt(*cursors.times()[which]); };
+    const TimeScale home = view.timeScale();
+    const int handles = view.height() - 6;
+    const QVector<QPair<QPoint, QPair<int, int>>> drags{
+        {{304, handles}, {300, 403}}, {{299, handles}, {400, 403}}, {{404, handles}, {400, 503}}};
+    for (const auto &[from, expected] : drags) {
+        drag(Qt::LeftButton, from, {100, -5});
+        EXPECT_EQ(QPair(columnOf(0), columnOf(1)), expected) << from.x();
+    }
+    drag(Qt::LeftButton, {501, handles}, {5000, 0});
+    EXPECT_EQ(columnOf(1), 799) << "not out of sight";
+    EXPECT_EQ(view.timeScale(), home);
+    mouse(QEvent::MouseMove, Qt::NoButton, {401, handles});
+    EXPECT_EQ(view.cursor().shape(), Qt::SizeHorCursor);
+    mouse(QEvent::MouseButtonPress, Qt::LeftButton, {401, handles});
+    cursors.drop(); // by its key, in the middle of a drag
+    mouse(QEvent::MouseMove, Qt::LeftButton, {420, handles});
+    mouse(QEvent::MouseButtonRelease, Qt::LeftButton, {420, handles});
+    EXPECT_FALSE(cursors.areAny());
+    EXPECT_EQ(view.timeScale(), home);
+    cursors.set(0, start + Ticks(300 * second));
+    drag(Qt::LeftButton, {301, 3}, {50, 0});
+    EXPECT_EQ(view.timeScale().pixelAt(start), 50) << "above the handle";
+    cursors.set(1, start - Ticks(ticksPerDay));
+    drag(Qt::LeftButton, {1, handles}, {10, 0});
+    EXPECT_EQ(view.timeScale().pixelAt(start), 60) << "a cursor out of sight has no handle";
+}
+
+TEST_F(TimeViewTest, ADragWithShiftMarksASpanAndLeavesTheAxis)
+{
+    std::vector<std::pair<RecordTime, RecordTime>> spans;
+    QObject::connect(&view, &Tsb::TimeView::spanMarked,
+                     [&](RecordTime begin, RecordTime end, const QPoint &) { spans.emplace_back(begin, end); });
+    const TimeScale home = view.timeScale();
+    const auto dragWithShift = [&](int from, int to) {
+        sendMouse(&view, QEvent::MouseButtonPress, {from + 1, 5}, Qt::LeftButton, Qt::ShiftModifier);
+        sendMouse(&view, QEvent::MouseMove, {to + 1, 5}, Qt::LeftButton); // the key may be let go meanwhile
+        sendMouse(&view, QEvent::MouseButtonRelease, {to + 1, 5}, Qt::LeftButton);
+    };
+    dragWithShift(500, 200);
+    dragWithShift(100, 102);
+    dragWithShift(700, 9000);
+    ASSERT_EQ(spans.size(), 2u) << "a click marks none";
+    const auto at = [](int seconds) { return start + Ticks(seconds * second); };
+    EXPECT_EQ(spans[0], std::pair(at(200), at(500)));
+    EXPECT_EQ(spans[1], std::pair(at(700), at(799)));
+    EXPECT_EQ(view.timeScale(), home);
+    sendMouse(&view, QEvent::MouseButtonPress, {300, 5}, Qt::LeftButton, Qt::ShiftModifier);
+    view.setEnabled(false);
+    view.setEnabled(true);
+    sendMouse(&view, QEvent::MouseButtonRelease, {400, 5}, Qt::LeftButton);
+    EXPECT_EQ(spans.size(), 2u);
+    drag(Qt::LeftButton, {300, middle()}, {50, 0});
+    EXPECT_EQ(view.timeScale().pixelAt(start), 50);
 }
 
 TEST_F(TimeViewTest, PanGoesOnOverTheScreensEdge)

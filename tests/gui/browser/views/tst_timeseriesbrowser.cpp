@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -120,6 +121,93 @@ TEST_F(BrowserTest, PlotsStandUnderTheAxis)
     view->setMinimumHeight(2000);
     settle();
     expectAligned();
+}
+
+TEST_F(BrowserTest, KeysSetMeasuringCursorsAndEscDropsThemBeforeItUnselects)
+{
+    StripView *const view = addStrip(), *const other = addStrip();
+    browser->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(browser.get()));
+    view->plot()->setFocus();
+    const auto press = [&](int key) {
+        QTest::keyClick(view->plot(), Qt::Key(key));
+        settle();
+    };
+    const Tsb::MeasuringCursors &cursors = *browser->measuringCursors();
+    const auto columns = [&] {
+        QVector<int> result;
+        for (const auto &time : cursors.times())
+            result << (time ? browser->timeScale().pixelAt(*time) : -1);
+        return result;
+    };
+    press(Qt::Key_1);
+    EXPECT_EQ(columns(), (QVector<int>{browser->timeView()->contentsRect().width() / 3, -1}))
+        << "no pointer, no record";
+    browser->selectRecord(store.at(5));
+    press(Qt::Key_1);
+    EXPECT_EQ(cursors.times()[0], store.at(5)->midTime);
+    sendMouse(view->plot(), QEvent::MouseMove, {301, 20}, Qt::NoButton);
+    const QImage *const image = &other->plot()->image();
+    const qint64 drawn = image->cacheKey();
+    press(Qt::Key_2);
+    EXPECT_EQ(columns(), (QVector<int>{53, 300}));
+    const auto lineAt = [&](int column) {
+        return other->plot()->grab().toImage().pixelColor(other->plot()->contentsRect().left() + column, 25);
+    };
+    EXPECT_EQ(lineAt(53), QColor(Qt::black));
+    EXPECT_EQ(addStrip()->plot()->grab().toImage().pixelColor(54, 25), QColor(Qt::black)) << "also in a new view";
+    EXPECT_EQ(image->cacheKey(), drawn) << "cursors are drawn over the image, which stays";
+
+    const QList<QAction *> actions = browser->measuringActions();
+    std::vector<std::pair<RecordTime, RecordTime>> exported;
+    QObject::connect(browser.get(), &Tsb::TimeSeriesBrowser::spanExportRequested,
+                     [&](RecordTime begin, RecordTime end) { exported.emplace_back(begin, end); });
+    browser->measuringCursors()->set(0, testStart + Ticks(400 * ticksPerSecond));
+    actions[4]->trigger();
+    EXPECT_EQ(exported, (std::vector{std::pair(testStart + Ticks(300 * ticksPerSecond), *cursors.times()[0])}));
+    actions[3]->trigger();
+    EXPECT_EQ(columns()[1], 10);
+    EXPECT_NEAR(columns()[0], browser->timeView()->contentsRect().width() - 10, 2);
+
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(cursors.areAny());
+    EXPECT_FALSE(actions[2]->isEnabled() || actions[3]->isEnabled() || actions[4]->isEnabled());
+    EXPECT_NE(browser->currentRecord(), nullptr);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(browser->currentRecord(), nullptr);
+    browser->measuringCursors()->set(0, testStart);
+    browser->setDatastore(nullptr);
+    EXPECT_FALSE(cursors.areAny()) << "other data";
+}
+
+TEST_F(BrowserTest, AMarkedSpanOffersItsCommandsAndGoesWithThem)
+{
+    addStrip();
+    Tsb::TimeView *const axis = browser->timeView();
+    const auto mark = [&] {
+        browser->timeView()->setTimeScale({testStart, ticksPerSecond, 0});
+        sendMouse(axis, QEvent::MouseButtonPress, {101, 5}, Qt::LeftButton, Qt::ShiftModifier);
+        sendMouse(axis, QEvent::MouseMove, {201, 5});
+        sendMouse(axis, QEvent::MouseButtonRelease, {201, 5});
+        return browser->findChild<QMenu *>(QStringLiteral("spanMenu"));
+    };
+    const QImage plain = axis->grab().toImage();
+    RecordTime exportedFrom;
+    QObject::connect(browser.get(), &Tsb::TimeSeriesBrowser::spanExportRequested,
+                     [&](RecordTime begin, RecordTime) { exportedFrom = begin; });
+    for (const auto key : {Qt::Key_E, Qt::Key_C, Qt::Key_Escape, Qt::Key_Z}) {
+        QMenu *const menu = mark();
+        ASSERT_TRUE(menu->isVisible()) << key;
+        EXPECT_NE(axis->grab().toImage(), plain);
+        QTest::keyClick(menu, key);
+        settle();
+        EXPECT_FALSE(menu->isVisible());
+        if (key == Qt::Key_C)
+            browser->measuringCursors()->drop();
+        EXPECT_TRUE(key == Qt::Key_Z || axis->grab().toImage() == plain) << "the mark goes: " << key;
+    }
+    EXPECT_EQ(exportedFrom, testStart + Ticks(100 * ticksPerSecond));
+    EXPECT_EQ(browser->timeScale().pixelAt(exportedFrom), 10);
 }
 
 TEST_F(BrowserTest, GesturesOnAPlotMoveTheAxisAndAllPlotsAndLeaveTheirWayBack)

@@ -7,10 +7,10 @@ namespace {
 
 class Sample : public ::testing::Test, protected ExportedData {
 protected:
-    ExportSample of(const QVariantMap &general, const QVariantList &fields = {}, bool sighted = false,
-                    const QString &setupPath = {})
+    ExportSample of(const QVariantMap &general, const QVariantList &fields = {},
+                    const std::optional<ExportSource::Span> &span = {}, const QString &setupPath = {})
     {
-        return ExportSample::of(source, QVariantMap{{"general", general}, {"fields", fields}}, setupPath, sighted);
+        return ExportSample::of(source, QVariantMap{{"general", general}, {"fields", fields}}, setupPath, span);
     }
 };
 
@@ -31,7 +31,7 @@ TEST_F(Sample, ShowsTheFirstRowsWhateverTheSeparator)
 TEST_F(Sample, NamesFilesByTheFirstRecords)
 {
     EXPECT_EQ(of({{"output_file", "x.txt"}}).files, QStringList{"/data/x.txt"});
-    EXPECT_EQ(of({{"output_file", "x.txt"}}, {}, false, "/setups/s.exportsetup").files, QStringList{"/setups/x.txt"});
+    EXPECT_EQ(of({{"output_file", "x.txt"}}, {}, {}, "/setups/s.exportsetup").files, QStringList{"/setups/x.txt"});
     const QVariantMap byDayAndMode{
         {"output_file", "/y/x.txt"}, {"file_name_add_date", true}, {"file_name_add_opmode", true}};
     EXPECT_EQ(of(byDayAndMode).files, (QStringList{"/y/x-19700102-ions.txt", "/y/x-19700102-particles.txt"}));
@@ -42,17 +42,15 @@ TEST_F(Sample, NamesFilesByTheFirstRecords)
     EXPECT_TRUE(of(byDayAndMode).mayHaveMoreFiles);
 }
 
-TEST_F(Sample, TakesRecordsInSightAndOfTheModes)
+TEST_F(Sample, TakesRecordsOfTheSpanAndOfTheModes)
 {
-    inSight = {timeOf(3), timeOf(6)}; // ends and begins that only touch are out of sight
-    EXPECT_EQ(source.places(true), std::make_pair(3, 6));
-    const ExportSample sample = of({{"opmodes", QVariantList{"particles"}}, {"time_format", "%S"}}, {}, true);
+    const ExportSource::Span some{timeOf(3), timeOf(6)}; // ends and begins that only touch are outside
+    EXPECT_EQ(source.places(some), std::make_pair(3, 6));
+    const ExportSample sample = of({{"opmodes", QVariantList{"particles"}}, {"time_format", "%S"}}, {}, some);
     ASSERT_EQ(sample.rows.size(), 2);
     EXPECT_EQ(sample.rows[0][0] + sample.rows[1][0], "0305");
-    inSight = {timeOf(100), timeOf(200)};
-    EXPECT_EQ(of({}, {variables}, true).rows.size(), 0);
-    inSight = {timeOf(-200), timeOf(-100)};
-    EXPECT_EQ(source.places(true), std::make_pair(0, 0));
+    EXPECT_EQ(of({}, {variables}, ExportSource::Span(timeOf(100), timeOf(200))).rows.size(), 0);
+    EXPECT_EQ(source.places(ExportSource::Span(timeOf(-200), timeOf(-100))), std::make_pair(0, 0));
 }
 
 TEST_F(Sample, LooksAtNoMoreThanSomeRecordsAndShowsNoMoreThanSomeColumns)
@@ -76,5 +74,5 @@ TEST_F(Sample, TellsWhatIsWrong)
     const QVariantMap unknown{{"type", "concentration"}, {"spectra", QVariantList{"gone"}}};
     EXPECT_EQ(of({{"field_separator", ""}}, {unknown}).errors,
               (QStringList{"Invalid field separator ''.", "Unknown spectrum 'gone'."}));
-    EXPECT_EQ(ExportSample::of(source, QVariant(), {}, false).errors, QStringList{"It isn't a map"});
+    EXPECT_EQ(ExportSample::of(source, QVariant(), {}, {}).errors, QStringList{"It isn't a map"});
 }
