@@ -68,7 +68,7 @@ find_package(Boost REQUIRED)
 find_package(fmt REQUIRED)
 find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
 if(MORVANTIDE_GUI)
-  find_package(Qt5 5.15 REQUIRED COMPONENTS Gui Svg Widgets)
+  find_package(Qt5 5.15 REQUIRED COMPONENTS Gui LinguistTools Svg Widgets)
   # Found by hand: its pkg-config file asks for OpenGL headers that nothing here needs.
   find_path(QWT_INCLUDE_DIR qwt_plot.h PATH_SUFFIXES qwt qt5/qwt REQUIRED)
   find_library(QWT_LIBRARY qwt-qt5 REQUIRED)

@@ -2,7 +2,9 @@
 #include "app/crashreporter.h"
 #include "app/quitsignals.h"
 #include "app/recoveryfile.h"
+#include "app/translations.h"
 #include "gui/morvantide/morvantide_mainwin.h"
+#include "gui/morvantide/settingsfile.h"
 #include "log/consoleoutput.h"
 #include "log/logger.h"
 #include "records/record.h"
@@ -16,6 +18,8 @@
 #include <QDateTime>
 #include <QFile>
 #include <QIcon>
+#include <QLocale>
+#include <QSettings>
 
 #include <cstdio>
 
@@ -31,6 +35,7 @@
 //   crash reporter     before anything that may crash
 //   recovery start     before resources and logger: a bad recovery file ends the process without a trace
 //   resources, types   before the first window and the first queued call
+//   translations       after the resources that hold them, and before the first text of a window
 //   recovery file      once the program is sure to start
 //   window             after its icon and all types
 //   messages           after the window, whose log shows them
@@ -74,6 +79,14 @@ QIcon windowIcon()
     for (const char *size : {"16", "22", "32", "48", "100"})
         icon.addFile(QStringLiteral(":morvantide-%1.png").arg(QLatin1String(size)));
     return icon;
+}
+
+/// The user's choice, or what the system tells.
+QStringList languages()
+{
+    const QSettings settings(applicationSettingsFile(), QSettings::IniFormat);
+    const QString chosen = settings.value(QStringLiteral("language")).toString();
+    return chosen.isEmpty() ? QLocale::system().uiLanguages() : QStringList{chosen};
 }
 
 QString recoveredText()
@@ -132,6 +145,7 @@ int main(int argc, char **argv)
 
     registerResources();
     registerMetaTypes();
+    Translations::install(languages());
     const Log::Logger log(QStringLiteral("main"));
     log.log(Log::Notice, QStringLiteral("Program started"));
     RecoveryFile::write(recoveryFile);

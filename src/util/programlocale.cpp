@@ -11,6 +11,7 @@
 void setProgramLocale()
 {
     std::setlocale(LC_NUMERIC, "C");
+    std::setlocale(LC_MESSAGES, "C");
     QLocale::setDefault(QLocale(QLocale::C, QLocale::AnyCountry));
     if (std::strcmp(nl_langinfo(CODESET), "ANSI_X3.4-1968") == 0)
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));

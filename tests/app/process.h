@@ -22,6 +22,7 @@ public:
             m_process.setWorkingDirectory(m_folder.path());
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
+        environment.insert("LANGUAGE", "C");
         m_process.setProcessEnvironment(environment);
         m_process.start(program, arguments);
         ASSERT_TRUE(m_process.waitForStarted(60000)) << qPrintable(m_process.errorString());

@@ -112,6 +112,9 @@ public:
     {
         m_process.setProcessChannelMode(QProcess::MergedChannels);
         m_process.setWorkingDirectory(m_folder.path());
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("LANGUAGE", "C"); // the texts by which it finds its way
+        m_process.setProcessEnvironment(environment);
         m_process.start(path("morvantide"), {path(folder), variant});
         ASSERT_NO_FATAL_FAILURE(waitForWindow("Choose data - Morvantide"));
         keepPicture("choice");

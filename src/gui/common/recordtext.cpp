@@ -2,6 +2,8 @@
 
 #include "util/timeformat.h"
 
+#include <QCoreApplication>
+
 #include <cstdlib>
 
 namespace RecordText {
@@ -10,6 +12,10 @@ namespace {
 using Spectrometer::RecordFlag;
 
 constexpr int mostFlagLines = 1000;
+
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(RecordText)
+};
 
 QString flagLine(int index, const RecordFlag &flag)
 {
@@ -47,23 +53,24 @@ Times times(const Spectrometer::RecordHead &head)
     Times result;
     result.date =
         QStringLiteral("%1 (UTC%2)").arg(timeToString(ended ? end : begin, dateFormat), zone(head.beginUtcOffset));
-    result.begin = ended ? timeToString(begin, timeFormat) : QStringLiteral("n/a");
+    result.begin = ended ? timeToString(begin, timeFormat) : Words::tr("n/a");
     result.end = timeToString(ended ? end : begin, timeFormat);
     return result;
 }
 
 QString notes(const Record &record)
 {
+    const QString info = QStringLiteral("<div class=\"info\">%1</div>");
     QString lines;
     if (record.provisional)
-        lines += QStringLiteral("<div class=\"info\">Measurement results are provisional</div>");
+        lines += info.arg(Words::tr("Measurement results are provisional"));
     else if (record.spectraProvisional)
-        lines += QStringLiteral("<div class=\"info\">Distribution estimates are provisional</div>");
+        lines += info.arg(Words::tr("Distribution estimates are provisional"));
     const int count = int(record.flags.size());
     for (int i = 0; i < std::min(count, mostFlagLines); ++i)
         lines += flagLine(i, *record.flags[std::size_t(i)]);
     if (count > mostFlagLines)
-        lines += QStringLiteral("<div class=\"info\">and %1 more</div>").arg(count - mostFlagLines);
+        lines += info.arg(Words::tr("and %1 more").arg(count - mostFlagLines));
     return lines.isEmpty() ? QString() : QStringLiteral("<html><body>%1</body></html>").arg(lines);
 }
 

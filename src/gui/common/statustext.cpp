@@ -2,6 +2,8 @@
 
 #include "records/recordflag.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -12,15 +14,19 @@ namespace {
 
 using Spectrometer::RecordFlag;
 
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(StatusText)
+};
+
 constexpr Ticks minute(60 * ticksPerSecond), hour(3600 * ticksPerSecond), day(ticksPerDay);
 constexpr Ticks recent = 10 * minute;
 
 QString tag(const RecordFlag &flag)
 {
     if (flag.type == RecordFlag::Warning)
-        return QStringLiteral("<span class='warning'>[warn]</span>");
+        return QStringLiteral("<span class='warning'>%1</span>").arg(Words::tr("[warn]"));
     if (flag.type == RecordFlag::Failure)
-        return QStringLiteral("<span class='error'>[fail]</span>");
+        return QStringLiteral("<span class='error'>%1</span>").arg(Words::tr("[fail]"));
     return {};
 }
 
@@ -31,14 +37,18 @@ public:
     QString summary() const
     {
         QStringList parts;
-        const auto tell = [&parts](int number, const QString &format) {
+        const auto tell = [&parts](int number, const QString &format, const QString &one, const QString &many) {
             if (number > 0)
-                parts += format.arg(QString::number(number), number > 1 ? QStringLiteral("s") : QString());
+                parts += format.arg(number > 1 ? many.arg(number) : one);
         };
-        tell(m_numbers[RecordFlag::Failure], QStringLiteral("<font color='darkred'><b>%1 failure%2</b></font>"));
-        tell(m_numbers[RecordFlag::Warning], QStringLiteral("<font color='darkred'>%1 warning%2</font>"));
-        tell(m_numbers[RecordFlag::Note], QStringLiteral("<font color='black'>%1 notice%2</font>"));
-        return parts.isEmpty() ? QStringLiteral("<font color='black'>ok</font>") : parts.join(QLatin1Char(' '));
+        tell(m_numbers[RecordFlag::Failure], QStringLiteral("<font color='darkred'><b>%1</b></font>"),
+             Words::tr("1 failure"), Words::tr("%1 failures"));
+        tell(m_numbers[RecordFlag::Warning], QStringLiteral("<font color='darkred'>%1</font>"), Words::tr("1 warning"),
+             Words::tr("%1 warnings"));
+        tell(m_numbers[RecordFlag::Note], QStringLiteral("<font color='black'>%1</font>"), Words::tr("1 notice"),
+             Words::tr("%1 notices"));
+        return parts.isEmpty() ? QStringLiteral("<font color='black'>%1</font>").arg(Words::tr("ok"))
+                               : parts.join(QLatin1Char(' '));
     }
 
 private:
@@ -64,7 +74,9 @@ QString table(const QString &rows, std::size_t count)
     if (count == 0)
         return {};
     const QString more =
-        count > mostRows ? QStringLiteral("<tr><td>and %1 more</td><td></td></tr>").arg(count - mostRows) : QString();
+        count > mostRows
+            ? QStringLiteral("<tr><td>%1</td><td></td></tr>").arg(Words::tr("and %1 more").arg(count - mostRows))
+            : QString();
     return QStringLiteral("<table width='100%'>%1</table>").arg(rows + more);
 }
 
@@ -82,9 +94,9 @@ Texts byCount(const FlagCounts &counts)
     for (const FlagStatus *status :
          firstRows(all, [](const FlagStatus &a, const FlagStatus &b) { return a.count > b.count; })) {
         rows += QStringLiteral("<tr><td><a href='%3/flag'>%1 %2</a></td>"
-                               "<td align='right' class='comment'>%4 records</td></tr>")
+                               "<td align='right' class='comment'>%4</td></tr>")
                     .arg(tag(*status->flag), status->flag->message.toHtmlEscaped(),
-                         FlagCounts::keyOf(status->flag.get()), QString::number(status->count));
+                         FlagCounts::keyOf(status->flag.get()), Words::tr("%1 records").arg(status->count));
     }
     return {table(rows, all.size()), sums.summary()};
 }
@@ -115,13 +127,13 @@ Texts byTime(const FlagCounts &counts, RecordTime now)
 QString age(Ticks age)
 {
     if (age < minute)
-        return QStringLiteral("0 minutes ago");
+        return Words::tr("0 minutes ago");
     if (age < 2 * minute)
-        return QStringLiteral("1 minute ago");
+        return Words::tr("1 minute ago");
     const std::int64_t minutes = age / minute;
     if (age < hour)
-        return QStringLiteral("%1 minutes ago").arg(minutes);
-    return QStringLiteral("%1:%2 hours ago")
+        return Words::tr("%1 minutes ago").arg(minutes);
+    return Words::tr("%1:%2 hours ago")
         .arg(QString::number(minutes / 60), QString::number(minutes % 60).rightJustified(2, QLatin1Char('0')));
 }
 

@@ -208,9 +208,8 @@ void DataExporting::exportAs(const DataExport::ExportSetup &setup)
     DataExport::DataExporter exporter(setup, table, data.metadata, fate);
     if (addRecords(exporter, records))
         return tellEnd(exporter.finish(), targets);
-    const QString text = QStringLiteral("Export was cancelled by user.");
-    logger().log(Log::Info, text);
-    showResult(text);
+    logger().log(Log::Info, QStringLiteral("Export was cancelled by user."));
+    showResult(tr("Export was cancelled by user."));
 }
 
 QString DataExporting::refusal(const QStringList &targets) const
@@ -256,9 +255,11 @@ bool DataExporting::addRecords(DataExport::DataExporter &exporter, const Datasto
 
 void DataExporting::tellEnd(const DataExport::DataExporter::Result &result, const QStringList &targets)
 {
-    const QString text = DataExport::resultText(result, targets);
-    logger().log(Log::Info, text);
-    showResult(text);
+    logger().log(Log::Info, DataExport::resultText(result, targets));
+    const QString rows = QString::number(result.rows);
+    showResult(targets.size() == 1 ? tr("%1 rows written to \"%2\"").arg(rows, targets.first())
+                                   : tr("%1 rows written to %2 files in \"%3\"")
+                                         .arg(rows, QString::number(result.files), QFileInfo(targets.first()).path()));
     if (result.lost > 0)
-        tell(tr("%1\nThe log tells why.").arg(DataExport::lossText(result)));
+        tell(tr("%1 rows could not be written.\nThe log tells why.").arg(result.lost));
 }

@@ -4,7 +4,6 @@
 #include "gui/morvantide/datachooserdialog.h"
 #include "gui/morvantide/recentfolders.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QSettings>
 
@@ -15,11 +14,6 @@ const QString foldersKey = QStringLiteral("datachooserOldPaths");
 const QString pickedPathKey = QStringLiteral("lastpathpickfiles");
 const QString layoutPathKey = QStringLiteral("windowsetuppath");
 const QString inverterPathKey = QStringLiteral("lastreinvpath");
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("MorvantideMainWindow", text);
-}
 
 } // namespace
 

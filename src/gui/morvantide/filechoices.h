@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -18,6 +19,7 @@ struct DataRequest {
 
 /// Asks the user for files and folders, and keeps the last choice in the settings. Both outlive it.
 class FileChoices {
+    Q_DECLARE_TR_FUNCTIONS(FileChoices)
 public:
     FileChoices(QSettings *settings, QWidget *window) : m_settings(settings), m_window(window) {}
 

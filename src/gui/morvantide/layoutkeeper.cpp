@@ -105,14 +105,15 @@ bool LayoutKeeper::start(QSettings &settings)
         return false;
     const QString mark = settings.fileName();
     if (m_marks->hasCrashed(mark)) {
-        m_logger.log(Log::Warning, tr("The docks stand where they do by default, for the program ended when it put "
-                                      "them where they were."));
+        m_logger.log(Log::Warning,
+                     QStringLiteral("The docks stand where they do by default, for the program ended when it put "
+                                    "them where they were."));
         return false;
     }
     m_marks->begin(mark);
     const QString complaint = restoreDockState(m_window, docks);
     if (!complaint.isNull())
-        m_logger.log(Log::Warning, tr("The docks stand where they do by default: %1").arg(complaint));
+        m_logger.log(Log::Warning, QStringLiteral("The docks stand where they do by default: %1").arg(complaint));
     m_lateSize.await([this, docks] { restoreDockState(m_window, docks); });
     endRestoreSoon();
     return complaint.isNull();
@@ -168,9 +169,10 @@ void LayoutKeeper::restoreDataFile()
         return;
     if (m_marks->hasCrashed(m_windowSetupPath)) {
         m_mayOverwrite = false;
-        m_logger.log(Log::Warning, tr("The layout '%1' isn't restored, for the program ended when it restored it. "
-                                      "\"Restore layout...\" tries it again.")
-                                       .arg(m_windowSetupPath));
+        m_logger.log(Log::Warning,
+                     QStringLiteral("The layout '%1' isn't restored, for the program ended when it restored it. "
+                                    "\"Restore layout...\" tries it again.")
+                         .arg(m_windowSetupPath));
         return;
     }
     m_mayOverwrite = restoreWindowSetupFile(m_windowSetupPath, WindowSetup::OfOpenedData);
@@ -182,8 +184,8 @@ void LayoutKeeper::closeData()
         if (m_mayOverwrite || !QFileInfo::exists(m_windowSetupPath))
             storeWindowSetupFile(m_windowSetupPath);
         else
-            m_logger.log(Log::Warning, tr("The layout isn't saved, for '%1' was not restored as a whole. "
-                                          "\"Save layout\" replaces it and keeps it as a backup.")
+            m_logger.log(Log::Warning, QStringLiteral("The layout isn't saved, for '%1' was not restored as a whole. "
+                                                      "\"Save layout\" replaces it and keeps it as a backup.")
                                            .arg(m_windowSetupPath));
     }
     m_windowSetupPath.clear();
@@ -255,7 +257,7 @@ bool LayoutKeeper::storeWindowSetupFile(const QString &path)
     storeWindowSetup(setup);
     const QString reason = WindowSetup::writeSetupFile(path, setup);
     if (!reason.isNull()) {
-        m_logger.log(Log::Warning, tr("The layout could not be saved to '%1': %2").arg(path, reason));
+        m_logger.log(Log::Warning, QStringLiteral("The layout could not be saved to '%1': %2").arg(path, reason));
         return false;
     }
     m_window.statusBar()->showMessage(tr("The layout was saved to '%1'").arg(path), messageTime);
@@ -272,9 +274,8 @@ void LayoutKeeper::storeGuiNow()
     if (!m_mayOverwrite && QFileInfo::exists(m_windowSetupPath)) {
         const QString reason = WindowSetup::moveToBackup(m_windowSetupPath);
         if (!reason.isNull()) {
-            m_logger.log(
-                Log::Warning,
-                tr("The layout isn't saved, for '%1' can't be moved to a backup: %2").arg(m_windowSetupPath, reason));
+            m_logger.log(Log::Warning, QStringLiteral("The layout isn't saved, for '%1' can't be moved to a backup: %2")
+                                           .arg(m_windowSetupPath, reason));
             return;
         }
     }
@@ -289,7 +290,8 @@ void LayoutKeeper::storeGuiCopy()
     if (path == m_windowSetupPath)
         storeGuiNow();
     else if (QFileInfo::exists(path) && !path.endsWith(QLatin1String(".windowsetup")))
-        m_logger.log(Log::Warning, tr("The layout isn't saved to '%1', for what stands there is no layout").arg(path));
+        m_logger.log(Log::Warning,
+                     QStringLiteral("The layout isn't saved to '%1', for what stands there is no layout").arg(path));
     else
         storeWindowSetupFile(path);
 }

@@ -20,17 +20,16 @@ QString counted(int count, const QString &one, const QString &many)
 
 QString textOf(const FolderOverview &overview)
 {
-    using Label = OverviewLabel;
     QStringList parts;
-    parts << counted(overview.days, Label::tr("1 day"), Label::tr("%1 days"))
-          << counted(overview.files, Label::tr("1 file"), Label::tr("%1 files"))
+    parts << counted(overview.days, OverviewLabel::tr("1 day"), OverviewLabel::tr("%1 days"))
+          << counted(overview.files, OverviewLabel::tr("1 file"), OverviewLabel::tr("%1 files"))
           << QLocale::c().formattedDataSize(overview.bytes, 1, QLocale::DataSizeSIFormat);
     if (!overview.modes.isEmpty())
-        parts << Label::tr("modes: %1").arg(overview.modes.join(QStringLiteral(", ")));
+        parts << OverviewLabel::tr("modes: %1").arg(overview.modes.join(QStringLiteral(", ")));
     if (!overview.variables.isEmpty())
-        parts << counted(overview.variables.size(), Label::tr("1 variable"), Label::tr("%1 variables"));
+        parts << counted(overview.variables.size(), OverviewLabel::tr("1 variable"), OverviewLabel::tr("%1 variables"));
     if (overview.withoutHeader > 0)
-        parts << Label::tr("%1 without a header").arg(overview.withoutHeader);
+        parts << OverviewLabel::tr("%1 without a header").arg(overview.withoutHeader);
     return parts.join(QStringLiteral("; "));
 }
 

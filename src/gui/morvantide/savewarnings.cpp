@@ -7,10 +7,9 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DataSaverDialog", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(SaveWarnings)
+};
 
 QString row(const QString &text)
 {
@@ -19,9 +18,9 @@ QString row(const QString &text)
 
 QString dayFilesText(int count, const QString &variant)
 {
-    const QString text = count == 1
-                             ? tr("%1 day file of the variant \"%2\" is there already: rows are added to it.")
-                             : tr("%1 day files of the variant \"%2\" are there already: rows are added to them.");
+    const QString text =
+        count == 1 ? Words::tr("%1 day file of the variant \"%2\" is there already: rows are added to it.")
+                   : Words::tr("%1 day files of the variant \"%2\" are there already: rows are added to them.");
     return text.arg(QString::number(count), variant.toHtmlEscaped());
 }
 
@@ -33,14 +32,14 @@ QString saveWarnings(const SaveTarget &target)
     const QDir folder(target.folder);
     // Without a name it would be the folder that the program was started in.
     if (target.folder.isEmpty() || !folder.exists()) {
-        rows += row(tr("Folder does not exist. It will be created."));
+        rows += row(Words::tr("Folder does not exist. It will be created."));
     } else if (!folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot).isEmpty()) {
-        rows += row(tr("Folder is not empty! Files may become corrupted."));
+        rows += row(Words::tr("Folder is not empty! Files may become corrupted."));
         const int dayFiles = dayFileCount(target.folder, target.variant, target.modes);
         if (dayFiles > 0)
             rows += row(dayFilesText(dayFiles, target.variant));
     }
     if (target.isReinverting)
-        rows += row(tr("A reinversion is running: spectra that it hasn't made yet will be missing."));
+        rows += row(Words::tr("A reinversion is running: spectra that it hasn't made yet will be missing."));
     return rows.isEmpty() ? QString() : QStringLiteral("<TABLE border=0>%1</TABLE>").arg(rows);
 }

@@ -196,7 +196,7 @@ bool PlotAdder::mayMeetRequest() const
 {
     if (m_stack.hasRoom())
         return true;
-    Log::Logger(QStringLiteral("gui")).log(Log::Warning, tr("There are too many plots to add another"));
+    Log::Logger(QStringLiteral("gui")).log(Log::Warning, QStringLiteral("There are too many plots to add another"));
     return false;
 }
 

@@ -323,7 +323,7 @@ void TimeSeriesBrowser::setSetup(const QVariant &setup)
     }
     if (count > greatestViewCount)
         Log::Logger(QStringLiteral("gui"))
-            .log(Log::Warning, tr("The layout has %1 plots; the first %2 are shown")
+            .log(Log::Warning, QStringLiteral("The layout has %1 plots; the first %2 are shown")
                                    .arg(QString::number(count), QString::number(greatestViewCount)));
     for (View *view : former) // later it would have all of the others painted once more
         QCoreApplication::sendPostedEvents(view, QEvent::DeferredDelete);

@@ -17,20 +17,19 @@ ExportFieldPage *make(const std::shared_ptr<const UiInfo> &uiInfo, QWidget *pare
     return new Form(uiInfo, parent);
 }
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("DataExportDialog", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(ExportFieldKinds)
+};
 
 } // namespace
 
 const std::vector<ExportFieldKind> &exportFieldKinds()
 {
     static const std::vector<ExportFieldKind> kinds{
-        {QStringLiteral("concentration"), tr("Add concentrations"), &make<ConcentrationFieldForm>},
-        {QStringLiteral("spectrum"), tr("Add whole spectra"), &make<SpectrumFieldForm>},
-        {QStringLiteral("variable"), tr("Add variables"), &make<VariableFieldForm>},
-        {QStringLiteral("electrometer"), tr("Add electrometers"), &make<ElectrometerFieldForm>}};
+        {QStringLiteral("concentration"), Words::tr("Add concentrations"), &make<ConcentrationFieldForm>},
+        {QStringLiteral("spectrum"), Words::tr("Add whole spectra"), &make<SpectrumFieldForm>},
+        {QStringLiteral("variable"), Words::tr("Add variables"), &make<VariableFieldForm>},
+        {QStringLiteral("electrometer"), Words::tr("Add electrometers"), &make<ElectrometerFieldForm>}};
     return kinds;
 }
 

@@ -1,11 +1,17 @@
 #include "gui/common/recordviews/distribution/distributionsummary.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cmath>
 
 namespace RecordViews {
 
 namespace {
+
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(DistributionSummary)
+};
 
 QString numberText(double value, int digits)
 {
@@ -55,9 +61,9 @@ DistributionSummary distributionSummary(const SpectMath::Spectrum &spectrum)
 QString summaryText(const DistributionSummary &summary, const SpectMath::SpectrumInfo &info, const QString &name)
 {
     if (std::isnan(summary.total))
-        return QStringLiteral("%1: no values").arg(name);
+        return Words::tr("%1: no values").arg(name);
     const QString size = info.sizeUnit.toString();
-    return QStringLiteral("%1: total %2 %3, GMD %4 %5, GSD %6, mode %7 %8")
+    return Words::tr("%1: total %2 %3, GMD %4 %5, GSD %6, mode %7 %8")
         .arg(name, numberText(summary.total, 4), info.concentrationUnit.toString(),
              numberText(summary.geometricMean, 3), size, numberText(summary.geometricDeviation, 3),
              numberText(summary.mode, 3), size);

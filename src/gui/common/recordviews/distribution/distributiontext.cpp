@@ -2,6 +2,7 @@
 
 #include "util/timeformat.h"
 
+#include <QCoreApplication>
 #include <QTextStream>
 
 namespace RecordViews {
@@ -27,7 +28,11 @@ void writeLine(QTextStream &out, const QString &name, const RealVector &values)
 
 QString horizontalTitle(const SpectMath::SpectrumInfo &info, DistributionScale axis)
 {
-    return QStringLiteral("%1 (%2)").arg(SpectMath::toText(axis), axisUnit(info, axis));
+    static const char *const words[] = {QT_TRANSLATE_NOOP("DistributionText", "mobility"),
+                                        QT_TRANSLATE_NOOP("DistributionText", "radius"),
+                                        QT_TRANSLATE_NOOP("DistributionText", "diameter")};
+    return QStringLiteral("%1 (%2)").arg(QCoreApplication::translate("DistributionText", words[int(axis)]),
+                                         axisUnit(info, axis));
 }
 
 QString verticalTitle(const SpectMath::SpectrumInfo &info, const PlotOptions &options, DistributionScale axis)

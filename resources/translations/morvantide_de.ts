@@ -1,0 +1,2061 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>AboutText</name>
+    <message>
+        <source>&lt;h1&gt;%1&lt;/h1&gt;&lt;p&gt;version: %2&lt;br&gt;revision: %3&lt;br&gt;build date: %4&lt;br&gt;architecture: %7&lt;br&gt;os: %8 &lt;br&gt;os kernel: %9 %10&lt;/p&gt;%5&lt;p&gt;&lt;small&gt;Qt run-time: %6&lt;/small&gt;&lt;/p&gt;</source>
+        <translation>&lt;h1&gt;%1&lt;/h1&gt;&lt;p&gt;Version: %2&lt;br&gt;Revision: %3&lt;br&gt;Erstellt: %4&lt;br&gt;Architektur: %7&lt;br&gt;Betriebssystem: %8 &lt;br&gt;Kern: %9 %10&lt;/p&gt;%5&lt;p&gt;&lt;small&gt;Qt: %6&lt;/small&gt;&lt;/p&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>ChoiceButton</name>
+    <message>
+        <source>Select all</source>
+        <translation>Alle auswählen</translation>
+    </message>
+    <message>
+        <source>Select none</source>
+        <translation>Keine auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>Colorbar</name>
+    <message>
+        <source>Click and drag left/right half of the colorscale to change minimum/maximum values.</source>
+        <translation>Linke/rechte Hälfte der Farbskala ziehen, um den kleinsten/größten Wert zu ändern.</translation>
+    </message>
+</context>
+<context>
+    <name>CommentEdit</name>
+    <message>
+        <source>n/a</source>
+        <translation>k. A.</translation>
+    </message>
+    <message>
+        <source>The comment is longer than %1 characters and can&apos;t be changed here</source>
+        <translation>Der Kommentar ist länger als %1 Zeichen und kann hier nicht geändert werden</translation>
+    </message>
+</context>
+<context>
+    <name>CommentMap</name>
+    <message>
+        <source>(not saved) %1</source>
+        <translation>(nicht gespeichert) %1</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
+</context>
+<context>
+    <name>CommentView</name>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Filter of comments</source>
+        <translation>Filter für Kommentare</translation>
+    </message>
+    <message>
+        <source>Comments</source>
+        <translation>Kommentare</translation>
+    </message>
+</context>
+<context>
+    <name>ConcentrationFieldForm</name>
+    <message>
+        <source>Spectra:</source>
+        <translation>Spektren:</translation>
+    </message>
+    <message>
+        <source>Total concentration</source>
+        <translation>Gesamtkonzentration</translation>
+    </message>
+    <message>
+        <source>Concentrations</source>
+        <translation>Konzentrationen</translation>
+    </message>
+    <message>
+        <source>Concentrations: %1</source>
+        <translation>Konzentrationen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>CustomFractionsBox</name>
+    <message>
+        <source>Custom fractions</source>
+        <translation>Eigene Fraktionen</translation>
+    </message>
+    <message>
+        <source>Diameter (nm)</source>
+        <translation>Durchmesser (nm)</translation>
+    </message>
+    <message>
+        <source>Mobility (cm²/V/s)</source>
+        <translation>Mobilität (cm²/V/s)</translation>
+    </message>
+    <message>
+        <source>Fraction limits</source>
+        <translation>Fraktionsgrenzen</translation>
+    </message>
+    <message>
+        <source>Give any number of fraction limits on one or more lines.
+Limits should be separated by spaces: e.g. &quot;1 3 10&quot;</source>
+        <translation>Beliebig viele Fraktionsgrenzen in einer oder mehreren Zeilen.
+Die Grenzen sind durch Leerzeichen zu trennen: z. B. &quot;1 3 10&quot;</translation>
+    </message>
+    <message>
+        <source>Scale:</source>
+        <translation>Skala:</translation>
+    </message>
+</context>
+<context>
+    <name>DataChooserDialog</name>
+    <message>
+        <source>Choose data - Morvantide</source>
+        <translation>Daten wählen - Morvantide</translation>
+    </message>
+    <message>
+        <source>Data folder:</source>
+        <translation>Datenordner:</translation>
+    </message>
+    <message>
+        <source>Choose a folder</source>
+        <translation>Ordner wählen</translation>
+    </message>
+    <message>
+        <source>Limit time span</source>
+        <translation>Zeitraum begrenzen</translation>
+    </message>
+    <message>
+        <source>Start:</source>
+        <translation>Beginn:</translation>
+    </message>
+    <message>
+        <source>End:</source>
+        <translation>Ende:</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Last 7 days</source>
+        <translation>Letzte 7 Tage</translation>
+    </message>
+    <message>
+        <source>Last 30 days</source>
+        <translation>Letzte 30 Tage</translation>
+    </message>
+    <message>
+        <source>Select:</source>
+        <translation>Auswahl:</translation>
+    </message>
+    <message>
+        <source>Look for</source>
+        <translation>Suchen nach</translation>
+    </message>
+    <message>
+        <source>Averaging period</source>
+        <translation>Mittelungszeit</translation>
+    </message>
+    <message>
+        <source>Old-style sig/log/nds datafiles</source>
+        <translation>Alte sig-/log-/nds-Dateien</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>Spectra of records of an unknown mode can&apos;t be saved</source>
+        <translation>Spektren von Datensätzen unbekannter Betriebsart können nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>Operating mode where files tell none:</source>
+        <translation>Betriebsart, wo Dateien keine nennen:</translation>
+    </message>
+    <message>
+        <source>Choose folder with datafiles</source>
+        <translation>Ordner mit Datendateien wählen</translation>
+    </message>
+</context>
+<context>
+    <name>DataExportDialog</name>
+    <message>
+        <source>Export settings</source>
+        <translation>Exporteinstellungen</translation>
+    </message>
+    <message>
+        <source>Export data</source>
+        <translation>Daten exportieren</translation>
+    </message>
+    <message>
+        <source>First rows</source>
+        <translation>Erste Zeilen</translation>
+    </message>
+    <message>
+        <source>Load setup...</source>
+        <translation>Einstellungen laden...</translation>
+    </message>
+    <message>
+        <source>Save setup...</source>
+        <translation>Einstellungen speichern...</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Not all of the setup was understood: the log tells what.</source>
+        <translation>Nicht alle Einstellungen wurden verstanden: Das Protokoll nennt sie.</translation>
+    </message>
+    <message>
+        <source>Save data export settings</source>
+        <translation>Exporteinstellungen speichern</translation>
+    </message>
+    <message>
+        <source>Load data export settings</source>
+        <translation>Exporteinstellungen laden</translation>
+    </message>
+    <message>
+        <source>Data export settings (*.exportsetup);;All files (*)</source>
+        <translation>Exporteinstellungen (*.exportsetup);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Failed to open file %1 for writing.</source>
+        <translation>Die Datei %1 konnte nicht zum Schreiben geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>Failed to open file %1.</source>
+        <translation>Die Datei %1 konnte nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>Data export</source>
+        <translation>Datenexport</translation>
+    </message>
+</context>
+<context>
+    <name>DataExporting</name>
+    <message>
+        <source>No plot shows a concentration that can be exported.</source>
+        <translation>Kein Diagramm zeigt eine Konzentration, die exportiert werden kann.</translation>
+    </message>
+    <message>
+        <source>Data export</source>
+        <translation>Datenexport</translation>
+    </message>
+    <message>
+        <source>Nothing to export: no record is in sight.</source>
+        <translation>Nichts zu exportieren: Kein Datensatz ist sichtbar.</translation>
+    </message>
+    <message>
+        <source>Nothing to export: none of the setup&apos;s spectra is in memory.</source>
+        <translation>Nichts zu exportieren: Keines der eingestellten Spektren ist im Speicher.</translation>
+    </message>
+    <message>
+        <source>Nothing to export: no record is of the setup&apos;s modes.</source>
+        <translation>Nichts zu exportieren: Kein Datensatz hat eine der eingestellten Betriebsarten.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a folder.</source>
+        <translation>&quot;%1&quot; ist ein Ordner.</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>und %1 weitere</translation>
+    </message>
+    <message>
+        <source>A file exists. Replace it?</source>
+        <translation>Eine Datei gibt es schon. Ersetzen?</translation>
+    </message>
+    <message>
+        <source>Files exist. Replace them?</source>
+        <translation>Dateien gibt es schon. Ersetzen?</translation>
+    </message>
+    <message>
+        <source>Exporting records</source>
+        <translation>Datensätze werden exportiert</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Export was cancelled by user.</source>
+        <translation>Der Export wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>%1 rows written to &quot;%2&quot;</source>
+        <translation>%1 Zeilen in &quot;%2&quot; geschrieben</translation>
+    </message>
+    <message>
+        <source>%1 rows written to %2 files in &quot;%3&quot;</source>
+        <translation>%1 Zeilen in %2 Dateien in &quot;%3&quot; geschrieben</translation>
+    </message>
+    <message>
+        <source>%1 rows could not be written.
+The log tells why.</source>
+        <translation>%1 Zeilen konnten nicht geschrieben werden.
+Das Protokoll nennt den Grund.</translation>
+    </message>
+</context>
+<context>
+    <name>DataSaverDialog</name>
+    <message>
+        <source>Save inversion variables</source>
+        <translation>Inversionsvariablen speichern</translation>
+    </message>
+    <message>
+        <source>Save data - Morvantide</source>
+        <translation>Daten speichern - Morvantide</translation>
+    </message>
+    <message>
+        <source>Full records</source>
+        <translation>Vollständige Datensätze</translation>
+    </message>
+    <message>
+        <source>%1 opmode spectra</source>
+        <translation>Spektren der Betriebsart %1</translation>
+    </message>
+    <message>
+        <source>Choose a folder</source>
+        <translation>Ordner wählen</translation>
+    </message>
+    <message>
+        <source>Output folder:</source>
+        <translation>Ausgabeordner:</translation>
+    </message>
+    <message>
+        <source>Averaging variant:</source>
+        <translation>Mittelungsvariante:</translation>
+    </message>
+    <message>
+        <source>Data:</source>
+        <translation>Daten:</translation>
+    </message>
+    <message>
+        <source>Choose folder for datafiles</source>
+        <translation>Ordner für Datendateien wählen</translation>
+    </message>
+</context>
+<context>
+    <name>DecadeFractionsBox</name>
+    <message>
+        <source>Fractions per decade</source>
+        <translation>Fraktionen je Dekade</translation>
+    </message>
+    <message>
+        <source>Diameter scale (nm)</source>
+        <translation>Durchmesserskala (nm)</translation>
+    </message>
+    <message>
+        <source>Mobility scale (cm²/V/s)</source>
+        <translation>Mobilitätsskala (cm²/V/s)</translation>
+    </message>
+    <message>
+        <source>Diameter scale (nm), custom range</source>
+        <translation>Durchmesserskala (nm), eigener Bereich</translation>
+    </message>
+    <message>
+        <source>Mobility scale (cm²/V/s), custom range</source>
+        <translation>Mobilitätsskala (cm²/V/s), eigener Bereich</translation>
+    </message>
+    <message>
+        <source>Fraction per decade:</source>
+        <translation>Fraktionen je Dekade:</translation>
+    </message>
+    <message>
+        <source>Fraction scale:</source>
+        <translation>Fraktionsskala:</translation>
+    </message>
+    <message>
+        <source>From:</source>
+        <translation>Von:</translation>
+    </message>
+    <message>
+        <source>To:</source>
+        <translation>Bis:</translation>
+    </message>
+</context>
+<context>
+    <name>DiagnosticStatusDockWidget</name>
+    <message>
+        <source>Diagnostic status</source>
+        <translation>Diagnosestatus</translation>
+    </message>
+    <message>
+        <source>Flags of all records</source>
+        <translation>Meldungen aller Datensätze</translation>
+    </message>
+</context>
+<context>
+    <name>DistributionSummary</name>
+    <message>
+        <source>%1: no values</source>
+        <translation>%1: keine Werte</translation>
+    </message>
+    <message>
+        <source>%1: total %2 %3, GMD %4 %5, GSD %6, mode %7 %8</source>
+        <translation>%1: gesamt %2 %3, GMD %4 %5, GSD %6, Modus %7 %8</translation>
+    </message>
+</context>
+<context>
+    <name>DistributionText</name>
+    <message>
+        <source>mobility</source>
+        <translation>Mobilität</translation>
+    </message>
+    <message>
+        <source>radius</source>
+        <translation>Radius</translation>
+    </message>
+    <message>
+        <source>diameter</source>
+        <translation>Durchmesser</translation>
+    </message>
+</context>
+<context>
+    <name>DockTitleBar</name>
+    <message>
+        <source>Float</source>
+        <translation>Ablösen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>ElectrometerFieldForm</name>
+    <message>
+        <source>All electrometers</source>
+        <translation>Alle Elektrometer</translation>
+    </message>
+    <message>
+        <source>no electrometers</source>
+        <translation>keine Elektrometer</translation>
+    </message>
+    <message>
+        <source>Electrometers:</source>
+        <translation>Elektrometer:</translation>
+    </message>
+    <message>
+        <source>Currents</source>
+        <translation>Ströme</translation>
+    </message>
+    <message>
+        <source>Standard deviations of currents</source>
+        <translation>Standardabweichungen der Ströme</translation>
+    </message>
+    <message>
+        <source>Raw currents</source>
+        <translation>Rohströme</translation>
+    </message>
+    <message>
+        <source>Voltages</source>
+        <translation>Spannungen</translation>
+    </message>
+    <message>
+        <source>Electrometers</source>
+        <translation>Elektrometer</translation>
+    </message>
+</context>
+<context>
+    <name>ExportFieldKinds</name>
+    <message>
+        <source>Add concentrations</source>
+        <translation>Konzentrationen hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add whole spectra</source>
+        <translation>Ganze Spektren hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add variables</source>
+        <translation>Variablen hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add electrometers</source>
+        <translation>Elektrometer hinzufügen</translation>
+    </message>
+</context>
+<context>
+    <name>ExportPreview</name>
+    <message>
+        <source>None of the first records is meant.</source>
+        <translation>Keiner der ersten Datensätze ist gemeint.</translation>
+    </message>
+    <message>
+        <source>%1 and more</source>
+        <translation>%1 und weitere</translation>
+    </message>
+    <message>
+        <source>First rows of the table</source>
+        <translation>Erste Zeilen der Tabelle</translation>
+    </message>
+    <message>
+        <source>The first %1 of %2 columns are shown.</source>
+        <translation>Die ersten %1 von %2 Spalten werden gezeigt.</translation>
+    </message>
+    <message>
+        <source>%1 more complaints.</source>
+        <translation>%1 weitere Beanstandungen.</translation>
+    </message>
+</context>
+<context>
+    <name>ExportSetupTree</name>
+    <message>
+        <source>Pages of the export settings</source>
+        <translation>Seiten der Exporteinstellungen</translation>
+    </message>
+    <message>
+        <source>Each field adds columns to the table, in the order of this list.</source>
+        <translation>Jedes Feld fügt der Tabelle Spalten hinzu, in der Reihenfolge dieser Liste.</translation>
+    </message>
+    <message>
+        <source>General export settings</source>
+        <translation>Allgemeine Exporteinstellungen</translation>
+    </message>
+    <message>
+        <source>Fields</source>
+        <translation>Felder</translation>
+    </message>
+    <message>
+        <source>Add fields from timeseries plots</source>
+        <translation>Felder aus Zeitreihendiagrammen hinzufügen</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Add fields</source>
+        <translation>Felder hinzufügen</translation>
+    </message>
+</context>
+<context>
+    <name>FileChoices</name>
+    <message>
+        <source>Select files</source>
+        <translation>Dateien auswählen</translation>
+    </message>
+    <message>
+        <source>Open inverters</source>
+        <translation>Inverter öffnen</translation>
+    </message>
+    <message>
+        <source>Inverters (*.inverter *.sinv *.sinp *.invmap *.zip);;All files (*)</source>
+        <translation>Inverter (*.inverter *.sinv *.sinp *.invmap *.zip);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Backup window setup</source>
+        <translation>Fensterlayout sichern</translation>
+    </message>
+    <message>
+        <source>Restore window setup</source>
+        <translation>Fensterlayout wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Window setup file (*.windowsetup)
+All files (*)</source>
+        <translation>Fensterlayout (*.windowsetup)
+Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>FlagCommands</name>
+    <message>
+        <source>Plot flag</source>
+        <translation>Meldung darstellen</translation>
+    </message>
+</context>
+<context>
+    <name>FrameDocks</name>
+    <message>
+        <source>Selected record</source>
+        <translation>Gewählter Datensatz</translation>
+    </message>
+    <message>
+        <source>Comment list</source>
+        <translation>Kommentarliste</translation>
+    </message>
+</context>
+<context>
+    <name>GeneralExportSettingsForm</name>
+    <message>
+        <source>Output</source>
+        <translation>Ausgabe</translation>
+    </message>
+    <message>
+        <source>Choose output file</source>
+        <translation>Ausgabedatei wählen</translation>
+    </message>
+    <message>
+        <source>Add record date to name</source>
+        <translation>Datum der Datensätze an den Namen anhängen</translation>
+    </message>
+    <message>
+        <source>Add record opmode to name</source>
+        <translation>Betriebsart der Datensätze an den Namen anhängen</translation>
+    </message>
+    <message>
+        <source>Files that exist are asked about once, and then replaced as a whole.</source>
+        <translation>Nach vorhandenen Dateien wird einmal gefragt; dann werden sie ganz ersetzt.</translation>
+    </message>
+    <message>
+        <source>Output file:</source>
+        <translation>Ausgabedatei:</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Tab</source>
+        <translation>Tabulator</translation>
+    </message>
+    <message>
+        <source>, + space</source>
+        <translation>, + Leerzeichen</translation>
+    </message>
+    <message>
+        <source>; + space</source>
+        <translation>; + Leerzeichen</translation>
+    </message>
+    <message>
+        <source>%Y year, %m month, %d day, %j days since the year began, %H hours, %M minutes,
+%S whole seconds, %s seconds with their fraction, %z offset from UTC</source>
+        <translation>%Y Jahr, %m Monat, %d Tag, %j Tage seit Jahresbeginn, %H Stunden, %M Minuten,
+%S ganze Sekunden, %s Sekunden mit Bruchteil, %z Abstand zu UTC</translation>
+    </message>
+    <message>
+        <source>Local</source>
+        <translation>Ortszeit</translation>
+    </message>
+    <message>
+        <source>UTC</source>
+        <translation>UTC</translation>
+    </message>
+    <message>
+        <source>Lines that tell program, files and spectra before the titles</source>
+        <translation>Vor den Titeln Zeilen, die Programm, Dateien und Spektren nennen</translation>
+    </message>
+    <message>
+        <source>Field separator:</source>
+        <translation>Feldtrenner:</translation>
+    </message>
+    <message>
+        <source>Time format:</source>
+        <translation>Zeitformat:</translation>
+    </message>
+    <message>
+        <source>Time zone:</source>
+        <translation>Zeitzone:</translation>
+    </message>
+    <message>
+        <source>Records</source>
+        <translation>Datensätze</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Those in sight on the time axis</source>
+        <translation>Die auf der Zeitachse sichtbaren</translation>
+    </message>
+    <message>
+        <source>Time span:</source>
+        <translation>Zeitraum:</translation>
+    </message>
+    <message>
+        <source>Operating mode:</source>
+        <translation>Betriebsart:</translation>
+    </message>
+    <message>
+        <source>Tables (*.txt *.csv *.tsv);;All files (*)</source>
+        <translation>Tabellen (*.txt *.csv *.tsv);;Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>InverterLoader</name>
+    <message>
+        <source>Reading inverters</source>
+        <translation>Inverter werden gelesen</translation>
+    </message>
+    <message>
+        <source>Stopping after this inverter</source>
+        <translation>Abbruch nach diesem Inverter</translation>
+    </message>
+</context>
+<context>
+    <name>LayoutKeeper</name>
+    <message>
+        <source>&amp;Window</source>
+        <translation>&amp;Fenster</translation>
+    </message>
+    <message>
+        <source>Save layout</source>
+        <translation>Layout speichern</translation>
+    </message>
+    <message>
+        <source>Save layout copy...</source>
+        <translation>Kopie des Layouts speichern...</translation>
+    </message>
+    <message>
+        <source>Restore layout...</source>
+        <translation>Layout wiederherstellen...</translation>
+    </message>
+    <message>
+        <source>Layouts of the data</source>
+        <translation>Layouts der Daten</translation>
+    </message>
+    <message>
+        <source>Restore default layout</source>
+        <translation>Standardlayout wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Undo restore</source>
+        <translation>Wiederherstellung rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Autosave layout</source>
+        <translation>Layout automatisch speichern</translation>
+    </message>
+    <message>
+        <source>Keep time span and record</source>
+        <translation>Zeitraum und Datensatz behalten</translation>
+    </message>
+    <message>
+        <source>The layout holds them, too</source>
+        <translation>Das Layout enthält auch diese</translation>
+    </message>
+    <message>
+        <source>The layout was saved to &apos;%1&apos;</source>
+        <translation>Das Layout wurde in &apos;%1&apos; gespeichert</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+</context>
+<context>
+    <name>LogDock</name>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindowBase</name>
+    <message>
+        <source>About %1</source>
+        <translation>Über %1</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>About %1...</source>
+        <translation>Über %1...</translation>
+    </message>
+    <message>
+        <source>Select latest record</source>
+        <translation>Letzten Datensatz wählen</translation>
+    </message>
+    <message>
+        <source>Latest record</source>
+        <translation>Letzter Datensatz</translation>
+    </message>
+    <message>
+        <source>Follow current moment</source>
+        <translation>Dem jetzigen Zeitpunkt folgen</translation>
+    </message>
+    <message>
+        <source>Time flies</source>
+        <translation>Zeit läuft</translation>
+    </message>
+    <message>
+        <source>Fit timescale</source>
+        <translation>Zeitachse anpassen</translation>
+    </message>
+    <message>
+        <source>Go to time...</source>
+        <translation>Gehe zu Zeitpunkt...</translation>
+    </message>
+    <message>
+        <source>Previous view</source>
+        <translation>Vorherige Ansicht</translation>
+    </message>
+    <message>
+        <source>Show inversion statistics</source>
+        <translation>Inversionsstatistik zeigen</translation>
+    </message>
+    <message>
+        <source>Toolbar</source>
+        <translation>Werkzeugleiste</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Timeseries</source>
+        <translation>&amp;Zeitreihen</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>MorvantideInfoWindow</name>
+    <message>
+        <source>Change comment</source>
+        <translation>Kommentar ändern</translation>
+    </message>
+    <message>
+        <source>Change color...</source>
+        <translation>Farbe ändern...</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Spectrum information</source>
+        <translation>Spektreninformation</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Spectrum</source>
+        <translation>Spektrum</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
+    <message>
+        <source>Id</source>
+        <translation>Kennung</translation>
+    </message>
+    <message>
+        <source>Inverter</source>
+        <translation>Inverter</translation>
+    </message>
+    <message>
+        <source>Select color for %1</source>
+        <translation>Farbe für %1 wählen</translation>
+    </message>
+    <message>
+        <source>Spectrum comment</source>
+        <translation>Kommentar zum Spektrum</translation>
+    </message>
+    <message>
+        <source>Enter comment for spectrum</source>
+        <translation>Kommentar zum Spektrum eingeben</translation>
+    </message>
+</context>
+<context>
+    <name>MorvantideMainWindow</name>
+    <message>
+        <source>Viewing and analysis of data measured with aerosol and ion mobility spectrometers.</source>
+        <translation>Betrachtung und Auswertung von Messdaten aus Aerosol- und Ionenmobilitätsspektrometern.</translation>
+    </message>
+    <message>
+        <source>Open data folder...</source>
+        <translation>Datenordner öffnen...</translation>
+    </message>
+    <message>
+        <source>Open folder</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>Manually select data files...</source>
+        <translation>Datendateien einzeln wählen...</translation>
+    </message>
+    <message>
+        <source>Manually select files</source>
+        <translation>Dateien wählen</translation>
+    </message>
+    <message>
+        <source>Add plot</source>
+        <translation>Diagramm hinzufügen</translation>
+    </message>
+    <message>
+        <source> (incomplete)</source>
+        <translation> (unvollständig)</translation>
+    </message>
+    <message>
+        <source>Export data...</source>
+        <translation>Daten exportieren...</translation>
+    </message>
+    <message>
+        <source>Save data...</source>
+        <translation>Daten speichern...</translation>
+    </message>
+    <message>
+        <source>Spectra info</source>
+        <translation>Spektreninformation</translation>
+    </message>
+    <message>
+        <source>Spectra</source>
+        <translation>Spektren</translation>
+    </message>
+    <message>
+        <source>%1 of %2 records have this spectrum</source>
+        <translation>%1 von %2 Datensätzen haben dieses Spektrum</translation>
+    </message>
+    <message>
+        <source>Reinvert...</source>
+        <translation>Neu invertieren...</translation>
+    </message>
+    <message>
+        <source>Cancel reinversion</source>
+        <translation>Neuinversion abbrechen</translation>
+    </message>
+    <message>
+        <source>0000 records/s</source>
+        <translation>0000 Datensätze/s</translation>
+    </message>
+    <message>
+        <source>Data inversion rate in records per second
+(optionally also inversion queue length)</source>
+        <translation>Inversionsrate in Datensätzen je Sekunde
+(gegebenenfalls auch Länge der Warteschlange)</translation>
+    </message>
+    <message>
+        <source>An inversion already in progress.</source>
+        <translation>Eine Inversion läuft bereits.</translation>
+    </message>
+    <message>
+        <source>Do you want to abort the current inversion?</source>
+        <translation>Die laufende Inversion abbrechen?</translation>
+    </message>
+    <message>
+        <source>%1 records/s</source>
+        <translation>%1 Datensätze/s</translation>
+    </message>
+    <message>
+        <source>%1 records/s (%2 in queue)</source>
+        <translation>%1 Datensätze/s (%2 warten)</translation>
+    </message>
+</context>
+<context>
+    <name>OverviewLabel</name>
+    <message>
+        <source>No file matches.</source>
+        <translation>Keine Datei passt.</translation>
+    </message>
+    <message>
+        <source>Looking at %1 files...</source>
+        <translation>%1 Dateien werden angesehen...</translation>
+    </message>
+    <message>
+        <source>Variables: %1</source>
+        <translation>Variablen: %1</translation>
+    </message>
+    <message>
+        <source>1 day</source>
+        <translation>1 Tag</translation>
+    </message>
+    <message>
+        <source>%1 days</source>
+        <translation>%1 Tage</translation>
+    </message>
+    <message>
+        <source>1 file</source>
+        <translation>1 Datei</translation>
+    </message>
+    <message>
+        <source>%1 files</source>
+        <translation>%1 Dateien</translation>
+    </message>
+    <message>
+        <source>modes: %1</source>
+        <translation>Betriebsarten: %1</translation>
+    </message>
+    <message>
+        <source>1 variable</source>
+        <translation>1 Variable</translation>
+    </message>
+    <message>
+        <source>%1 variables</source>
+        <translation>%1 Variablen</translation>
+    </message>
+    <message>
+        <source>%1 without a header</source>
+        <translation>%1 ohne Kopf</translation>
+    </message>
+</context>
+<context>
+    <name>PictureCommands</name>
+    <message>
+        <source>Copy picture</source>
+        <translation>Bild kopieren</translation>
+    </message>
+    <message>
+        <source>Save picture...</source>
+        <translation>Bild speichern...</translation>
+    </message>
+    <message>
+        <source>Picture in pixels (*.png)</source>
+        <translation>Pixelbild (*.png)</translation>
+    </message>
+    <message>
+        <source>Picture in pixels, %1 times as fine (*.png)</source>
+        <translation>Pixelbild, %1-mal so fein (*.png)</translation>
+    </message>
+    <message>
+        <source>Drawing that can be scaled (*.svg)</source>
+        <translation>Skalierbare Zeichnung (*.svg)</translation>
+    </message>
+    <message>
+        <source>PDF document (*.pdf)</source>
+        <translation>PDF-Dokument (*.pdf)</translation>
+    </message>
+    <message>
+        <source>The picture can&apos;t be drawn.</source>
+        <translation>Das Bild kann nicht gezeichnet werden.</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>Bild speichern</translation>
+    </message>
+    <message>
+        <source>Failed to write &quot;%1&quot;: %2</source>
+        <translation>&quot;%1&quot; konnte nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>PictureFile</name>
+    <message>
+        <source>The picture can&apos;t be drawn.</source>
+        <translation>Das Bild kann nicht gezeichnet werden.</translation>
+    </message>
+    <message>
+        <source>The picture would be too large: %1 x %2 pixels</source>
+        <translation>Das Bild wäre zu groß: %1 x %2 Pixel</translation>
+    </message>
+    <message>
+        <source>The name must end in .png, .svg or .pdf.</source>
+        <translation>Der Name muss auf .png, .svg oder .pdf enden.</translation>
+    </message>
+</context>
+<context>
+    <name>QuantityRows</name>
+    <message>
+        <source>Number concentration</source>
+        <translation>Anzahlkonzentration</translation>
+    </message>
+    <message>
+        <source>Diameter concentration</source>
+        <translation>Durchmesserkonzentration</translation>
+    </message>
+    <message>
+        <source>Surface concentration</source>
+        <translation>Oberflächenkonzentration</translation>
+    </message>
+    <message>
+        <source>Volume concentration</source>
+        <translation>Volumenkonzentration</translation>
+    </message>
+    <message>
+        <source>Mass concentration</source>
+        <translation>Massenkonzentration</translation>
+    </message>
+    <message>
+        <source>Concentration type:</source>
+        <translation>Art der Konzentration:</translation>
+    </message>
+    <message>
+        <source>Unit of mass concentrations</source>
+        <translation>Einheit der Massenkonzentrationen</translation>
+    </message>
+    <message>
+        <source>result in mg/cm³</source>
+        <translation>Ergebnis in mg/cm³</translation>
+    </message>
+    <message>
+        <source>result in µg/m³</source>
+        <translation>Ergebnis in µg/m³</translation>
+    </message>
+    <message>
+        <source>g/cm³</source>
+        <translation>g/cm³</translation>
+    </message>
+    <message>
+        <source>Material density:</source>
+        <translation>Materialdichte:</translation>
+    </message>
+</context>
+<context>
+    <name>ReadProgress</name>
+    <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
+    </message>
+    <message>
+        <source>%1 (%2 of %3)</source>
+        <translation>%1 (%2 von %3)</translation>
+    </message>
+</context>
+<context>
+    <name>ReadProgressDialog</name>
+    <message>
+        <source>Reading data files</source>
+        <translation>Datendateien werden gelesen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Stopping after this file</source>
+        <translation>Abbruch nach dieser Datei</translation>
+    </message>
+</context>
+<context>
+    <name>RecordForm</name>
+    <message>
+        <source>not saved</source>
+        <translation>nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Notes and flags</source>
+        <translation>Hinweise und Meldungen</translation>
+    </message>
+    <message>
+        <source>Date:</source>
+        <translation>Datum:</translation>
+    </message>
+    <message>
+        <source>Begin:</source>
+        <translation>Beginn:</translation>
+    </message>
+    <message>
+        <source>End:</source>
+        <translation>Ende:</translation>
+    </message>
+    <message>
+        <source>Mode:</source>
+        <translation>Betriebsart:</translation>
+    </message>
+    <message>
+        <source>Add comment</source>
+        <translation>Kommentar hinzufügen</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
+    <message>
+        <source>The comment could not be written; the log tells why. It is tried again with the next comment, and when the data or the program are closed.</source>
+        <translation>Der Kommentar konnte nicht geschrieben werden; das Protokoll nennt den Grund. Beim nächsten Kommentar und beim Schließen der Daten oder des Programms wird es erneut versucht.</translation>
+    </message>
+</context>
+<context>
+    <name>RecordSteps</name>
+    <message>
+        <source>Next comment</source>
+        <translation>Nächster Kommentar</translation>
+    </message>
+    <message>
+        <source>Previous comment</source>
+        <translation>Voriger Kommentar</translation>
+    </message>
+    <message>
+        <source>Next flagged record</source>
+        <translation>Nächster Datensatz mit Meldung</translation>
+    </message>
+    <message>
+        <source>Previous flagged record</source>
+        <translation>Voriger Datensatz mit Meldung</translation>
+    </message>
+    <message>
+        <source>There is no later comment</source>
+        <translation>Es gibt keinen späteren Kommentar</translation>
+    </message>
+    <message>
+        <source>There is no earlier comment</source>
+        <translation>Es gibt keinen früheren Kommentar</translation>
+    </message>
+    <message>
+        <source>There is no later flagged record</source>
+        <translation>Es gibt keinen späteren Datensatz mit Meldung</translation>
+    </message>
+    <message>
+        <source>There is no earlier flagged record</source>
+        <translation>Es gibt keinen früheren Datensatz mit Meldung</translation>
+    </message>
+</context>
+<context>
+    <name>RecordText</name>
+    <message>
+        <source>n/a</source>
+        <translation>k. A.</translation>
+    </message>
+    <message>
+        <source>Measurement results are provisional</source>
+        <translation>Die Messergebnisse sind vorläufig</translation>
+    </message>
+    <message>
+        <source>Distribution estimates are provisional</source>
+        <translation>Die Verteilungen sind vorläufig</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>und %1 weitere</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews</name>
+    <message>
+        <source>Add %1 plots to the browser?</source>
+        <translation>%1 Diagramme zu den Zeitreihen hinzufügen?</translation>
+    </message>
+    <message>
+        <source>Plot selected</source>
+        <translation>Ausgewählte darstellen</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::ChannelPlot</name>
+    <message>
+        <source>Raw current</source>
+        <translation>Rohstrom</translation>
+    </message>
+    <message>
+        <source>Current</source>
+        <translation>Strom</translation>
+    </message>
+    <message>
+        <source>Level of noise</source>
+        <translation>Rauschpegel</translation>
+    </message>
+    <message>
+        <source>Channel number</source>
+        <translation>Kanalnummer</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::DiagnosticModel</name>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::DiagnosticView</name>
+    <message>
+        <source>Record variable list</source>
+        <translation>Liste der Variablen</translation>
+    </message>
+    <message>
+        <source>Filter by name</source>
+        <translation>Nach Namen filtern</translation>
+    </message>
+    <message>
+        <source>Variables whose name or unit holds every word. A word behind &quot;!&quot; is one that they must not hold.</source>
+        <translation>Variablen, deren Name oder Einheit jedes Wort enthält. Ein Wort hinter &quot;!&quot; dürfen sie nicht enthalten.</translation>
+    </message>
+    <message>
+        <source>Clear filter</source>
+        <translation>Filter löschen</translation>
+    </message>
+    <message>
+        <source>Plot selected parameters</source>
+        <translation>Ausgewählte Parameter darstellen</translation>
+    </message>
+    <message>
+        <source>Copy selected values to clipboard</source>
+        <translation>Ausgewählte Werte in die Zwischenablage kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::ElectrometersModel</name>
+    <message>
+        <source>Standard deviation of the current</source>
+        <translation>Standardabweichung des Stroms</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>U (V)</source>
+        <translation>U (V)</translation>
+    </message>
+    <message>
+        <source>I raw (fA)</source>
+        <translation>I roh (fA)</translation>
+    </message>
+    <message>
+        <source>I (fA)</source>
+        <translation>I (fA)</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::ElectrometersPlot</name>
+    <message>
+        <source>Electrometer signal plot</source>
+        <translation>Diagramm der Elektrometersignale</translation>
+    </message>
+    <message>
+        <source>Current (fA)</source>
+        <translation>Strom (fA)</translation>
+    </message>
+    <message>
+        <source>Use correction</source>
+        <translation>Korrektur anwenden</translation>
+    </message>
+    <message>
+        <source>Set coefficients...</source>
+        <translation>Koeffizienten setzen...</translation>
+    </message>
+    <message>
+        <source>Lock axes</source>
+        <translation>Achsen festhalten</translation>
+    </message>
+    <message>
+        <source>&lt;font color=&apos;darkred&apos;&gt;Correction not used! Vector size does not match.&lt;/font&gt;</source>
+        <translation>&lt;font color=&apos;darkred&apos;&gt;Korrektur nicht angewendet! Die Länge des Vektors passt nicht.&lt;/font&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Corrected current&lt;/b&gt; (fA)</source>
+        <translation>&lt;b&gt;Korrigierter Strom&lt;/b&gt; (fA)</translation>
+    </message>
+    <message>
+        <source>Correction coefficients:</source>
+        <translation>Korrekturkoeffizienten:</translation>
+    </message>
+    <message>
+        <source>Correction coefficients</source>
+        <translation>Korrekturkoeffizienten</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;&quot;%1&quot; is not a number. Please fix!&lt;/b&gt; &lt;br&gt;%2</source>
+        <translation>&lt;b&gt;&quot;%1&quot; ist keine Zahl. Bitte berichtigen!&lt;/b&gt; &lt;br&gt;%2</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::ElectrometersView</name>
+    <message>
+        <source>Electrometer signals</source>
+        <translation>Elektrometersignale</translation>
+    </message>
+    <message>
+        <source>Plot selected electrometers</source>
+        <translation>Ausgewählte Elektrometer darstellen</translation>
+    </message>
+    <message>
+        <source>Copy all currents to clipboard</source>
+        <translation>Alle Ströme in die Zwischenablage kopieren</translation>
+    </message>
+    <message>
+        <source>Copy selected rows</source>
+        <translation>Ausgewählte Zeilen kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::ReportView</name>
+    <message>
+        <source>Inversion report</source>
+        <translation>Inversionsbericht</translation>
+    </message>
+    <message>
+        <source>Click to analyze selected record</source>
+        <translation>Klicken, um den gewählten Datensatz zu untersuchen</translation>
+    </message>
+    <message>
+        <source>No inverters are loaded.</source>
+        <translation>Keine Inverter sind geladen.</translation>
+    </message>
+    <message>
+        <source>No record is selected.</source>
+        <translation>Kein Datensatz ist gewählt.</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::ResultPlot</name>
+    <message>
+        <source>Distribution plot: %1</source>
+        <translation>Verteilungsdiagramm: %1</translation>
+    </message>
+    <message>
+        <source>%1, held</source>
+        <translation>%1, festgehalten</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::SpectraView</name>
+    <message>
+        <source>Spectra</source>
+        <translation>Spektren</translation>
+    </message>
+    <message>
+        <source>Distribution plot</source>
+        <translation>Verteilungsdiagramm</translation>
+    </message>
+    <message>
+        <source>Total concentrations and diameters</source>
+        <translation>Gesamtkonzentrationen und Durchmesser</translation>
+    </message>
+    <message>
+        <source>Copy to clipboard</source>
+        <translation>In die Zwischenablage kopieren</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Lock axes</source>
+        <translation>Achsen festhalten</translation>
+    </message>
+    <message>
+        <source>Lock axes: they stay as they are when another record is shown</source>
+        <translation>Achsen festhalten: Sie bleiben, wie sie sind, wenn ein anderer Datensatz gezeigt wird</translation>
+    </message>
+    <message>
+        <source>Hold curves</source>
+        <translation>Kurven festhalten</translation>
+    </message>
+    <message>
+        <source>Hold</source>
+        <translation>Festhalten</translation>
+    </message>
+    <message>
+        <source>Hold curves: those of this record stay in grey when another one is shown</source>
+        <translation>Kurven festhalten: Die dieses Datensatzes bleiben grau stehen, wenn ein anderer gezeigt wird</translation>
+    </message>
+    <message>
+        <source>Fit axes</source>
+        <translation>Achsen anpassen</translation>
+    </message>
+    <message>
+        <source>Choose which spectra are shown</source>
+        <translation>Gezeigte Spektren wählen</translation>
+    </message>
+    <message>
+        <source>%1: inversion failed</source>
+        <translation>%1: Inversion fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Show all</source>
+        <translation>Alle zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::SpectraViewDialog</name>
+    <message>
+        <source>Distribution plot settings</source>
+        <translation>Einstellungen des Verteilungsdiagramms</translation>
+    </message>
+    <message>
+        <source>Distribution type:</source>
+        <translation>Art der Verteilung:</translation>
+    </message>
+    <message>
+        <source>Density distribution</source>
+        <translation>Dichteverteilung</translation>
+    </message>
+    <message>
+        <source>Fraction distribution</source>
+        <translation>Fraktionsverteilung</translation>
+    </message>
+    <message>
+        <source>Concentration type:</source>
+        <translation>Art der Konzentration:</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>Diameter</source>
+        <translation>Durchmesser</translation>
+    </message>
+    <message>
+        <source>Surface</source>
+        <translation>Oberfläche</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volumen</translation>
+    </message>
+    <message>
+        <source>Vertical scale:</source>
+        <translation>Senkrechte Skala:</translation>
+    </message>
+    <message>
+        <source>Linear</source>
+        <translation>Linear</translation>
+    </message>
+    <message>
+        <source>Logarithmic</source>
+        <translation>Logarithmisch</translation>
+    </message>
+    <message>
+        <source>Horizontal quantity:</source>
+        <translation>Waagerechte Größe:</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>Automatisch</translation>
+    </message>
+    <message>
+        <source>Mobility</source>
+        <translation>Mobilität</translation>
+    </message>
+    <message>
+        <source>Layout:</source>
+        <translation>Anordnung:</translation>
+    </message>
+    <message>
+        <source>Single plot</source>
+        <translation>Ein Diagramm</translation>
+    </message>
+    <message>
+        <source>Separate plots for spectra</source>
+        <translation>Ein Diagramm je Spektrum</translation>
+    </message>
+    <message>
+        <source>Smoothing:</source>
+        <translation>Glättung:</translation>
+    </message>
+    <message>
+        <source>Smoothing</source>
+        <translation>Glättung</translation>
+    </message>
+</context>
+<context>
+    <name>RecordViews::VarGridView</name>
+    <message>
+        <source>Record variables</source>
+        <translation>Variablen</translation>
+    </message>
+    <message>
+        <source>There are no layouts. They are read from the file &quot;var_grid_layouts.yaml&quot; in the folder of the data, or beside the program.</source>
+        <translation>Es gibt keine Anordnungen. Sie werden aus der Datei &quot;var_grid_layouts.yaml&quot; im Ordner der Daten oder neben dem Programm gelesen.</translation>
+    </message>
+    <message>
+        <source>Layout</source>
+        <translation>Anordnung</translation>
+    </message>
+    <message>
+        <source>Plot variables of this cell</source>
+        <translation>Variablen dieser Zelle darstellen</translation>
+    </message>
+</context>
+<context>
+    <name>SaveWarnings</name>
+    <message>
+        <source>%1 day file of the variant &quot;%2&quot; is there already: rows are added to it.</source>
+        <translation>%1 Tagesdatei der Variante &quot;%2&quot; gibt es schon: Zeilen werden angehängt.</translation>
+    </message>
+    <message>
+        <source>%1 day files of the variant &quot;%2&quot; are there already: rows are added to them.</source>
+        <translation>%1 Tagesdateien der Variante &quot;%2&quot; gibt es schon: Zeilen werden angehängt.</translation>
+    </message>
+    <message>
+        <source>Folder does not exist. It will be created.</source>
+        <translation>Den Ordner gibt es nicht. Er wird angelegt.</translation>
+    </message>
+    <message>
+        <source>Folder is not empty! Files may become corrupted.</source>
+        <translation>Der Ordner ist nicht leer! Dateien können beschädigt werden.</translation>
+    </message>
+    <message>
+        <source>A reinversion is running: spectra that it hasn&apos;t made yet will be missing.</source>
+        <translation>Eine Neuinversion läuft: Spektren, die noch ausstehen, werden fehlen.</translation>
+    </message>
+</context>
+<context>
+    <name>ScatterPlot</name>
+    <message>
+        <source>Reverse current root mean square error</source>
+        <translation>Mittlerer quadratischer Fehler der Rückrechnung</translation>
+    </message>
+    <message>
+        <source>Reverse current mean abs error</source>
+        <translation>Mittlerer absoluter Fehler der Rückrechnung</translation>
+    </message>
+    <message>
+        <source>Total current error</source>
+        <translation>Fehler des Gesamtstroms</translation>
+    </message>
+    <message>
+        <source>Total concentration
+(%1/cm³)</source>
+        <translation>Gesamtkonzentration
+(%1/cm³)</translation>
+    </message>
+    <message>
+        <source>%1 - %2 %3
+(%4/cm³)</source>
+        <translation>%1 - %2 %3
+(%4/cm³)</translation>
+    </message>
+    <message>
+        <source>Elm. %1 noise</source>
+        <translation>Rauschen Elm. %1</translation>
+    </message>
+    <message>
+        <source>Elm. %1</source>
+        <translation>Elm. %1</translation>
+    </message>
+</context>
+<context>
+    <name>SpectraChoice</name>
+    <message>
+        <source>None selected</source>
+        <translation>Keine ausgewählt</translation>
+    </message>
+    <message>
+        <source>no spectra</source>
+        <translation>keine Spektren</translation>
+    </message>
+    <message>
+        <source>%2: %1</source>
+        <translation>%2: %1</translation>
+    </message>
+</context>
+<context>
+    <name>SpectrumFieldForm</name>
+    <message>
+        <source>Density at each point</source>
+        <translation>Dichte an jedem Punkt</translation>
+    </message>
+    <message>
+        <source>Fractions between points</source>
+        <translation>Fraktionen zwischen den Punkten</translation>
+    </message>
+    <message>
+        <source>Diameter (nm)</source>
+        <translation>Durchmesser (nm)</translation>
+    </message>
+    <message>
+        <source>Mobility (cm²/V/s)</source>
+        <translation>Mobilität (cm²/V/s)</translation>
+    </message>
+    <message>
+        <source>Spectra:</source>
+        <translation>Spektren:</translation>
+    </message>
+    <message>
+        <source>Values:</source>
+        <translation>Werte:</translation>
+    </message>
+    <message>
+        <source>Scale:</source>
+        <translation>Skala:</translation>
+    </message>
+    <message>
+        <source>Uncertainty behind each value</source>
+        <translation>Unsicherheit hinter jedem Wert</translation>
+    </message>
+    <message>
+        <source>Spectra</source>
+        <translation>Spektren</translation>
+    </message>
+    <message>
+        <source>Spectra: %1</source>
+        <translation>Spektren: %1</translation>
+    </message>
+</context>
+<context>
+    <name>StatusText</name>
+    <message>
+        <source>[warn]</source>
+        <translation>[Warnung]</translation>
+    </message>
+    <message>
+        <source>[fail]</source>
+        <translation>[Fehler]</translation>
+    </message>
+    <message>
+        <source>1 failure</source>
+        <translation>1 Fehler</translation>
+    </message>
+    <message>
+        <source>%1 failures</source>
+        <translation>%1 Fehler</translation>
+    </message>
+    <message>
+        <source>1 warning</source>
+        <translation>1 Warnung</translation>
+    </message>
+    <message>
+        <source>%1 warnings</source>
+        <translation>%1 Warnungen</translation>
+    </message>
+    <message>
+        <source>1 notice</source>
+        <translation>1 Hinweis</translation>
+    </message>
+    <message>
+        <source>%1 notices</source>
+        <translation>%1 Hinweise</translation>
+    </message>
+    <message>
+        <source>ok</source>
+        <translation>in Ordnung</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>und %1 weitere</translation>
+    </message>
+    <message>
+        <source>%1 records</source>
+        <translation>%1 Datensätze</translation>
+    </message>
+    <message>
+        <source>0 minutes ago</source>
+        <translation>vor 0 Minuten</translation>
+    </message>
+    <message>
+        <source>1 minute ago</source>
+        <translation>vor 1 Minute</translation>
+    </message>
+    <message>
+        <source>%1 minutes ago</source>
+        <translation>vor %1 Minuten</translation>
+    </message>
+    <message>
+        <source>%1:%2 hours ago</source>
+        <translation>vor %1:%2 Stunden</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::ColormapMenu</name>
+    <message>
+        <source>Light background</source>
+        <translation>Heller Hintergrund</translation>
+    </message>
+    <message>
+        <source>Dark background</source>
+        <translation>Dunkler Hintergrund</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::GoToTimeDialog</name>
+    <message>
+        <source>Go to time</source>
+        <translation>Gehe zu Zeitpunkt</translation>
+    </message>
+    <message>
+        <source>YYYY-MM-DD or YYYY-MM-DD HH:MM:SS, in the local time of the axis</source>
+        <translation>JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS, in der Ortszeit der Achse</translation>
+    </message>
+    <message>
+        <source>As 2024-05-31 or 2024-05-31 12:30:00, in local time (UTC%1)</source>
+        <translation>Wie 2024-05-31 oder 2024-05-31 12:30:00, in Ortszeit (UTC%1)</translation>
+    </message>
+    <message>
+        <source>&amp;Time:</source>
+        <translation>&amp;Zeit:</translation>
+    </message>
+    <message>
+        <source>“%1” is no time.
+It is to read YYYY-MM-DD or YYYY-MM-DD HH:MM:SS.</source>
+        <translation>„%1“ ist keine Zeit.
+Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::OpmodeView</name>
+    <message>
+        <source>Opmode</source>
+        <translation>Betriebsart</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::PlotAdder</name>
+    <message>
+        <source>Spectrogram</source>
+        <translation>Spektrogramm</translation>
+    </message>
+    <message>
+        <source>Fraction concentration</source>
+        <translation>Fraktionskonzentration</translation>
+    </message>
+    <message>
+        <source>Electrometer current</source>
+        <translation>Elektrometerstrom</translation>
+    </message>
+    <message>
+        <source>Variable</source>
+        <translation>Variable</translation>
+    </message>
+    <message>
+        <source>Inversion parameter</source>
+        <translation>Inversionsparameter</translation>
+    </message>
+    <message>
+        <source>Operating mode</source>
+        <translation>Betriebsart</translation>
+    </message>
+    <message>
+        <source>Add plot</source>
+        <translation>Diagramm hinzufügen</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::ScatterPlot</name>
+    <message>
+        <source>No spectra</source>
+        <translation>Keine Spektren</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::ScatterPlotView</name>
+    <message>
+        <source>Fit vertical scale</source>
+        <translation>Senkrechte Skala anpassen</translation>
+    </message>
+    <message>
+        <source>Show selected value</source>
+        <translation>Gewählten Wert zeigen</translation>
+    </message>
+    <message>
+        <source>Show value label for selected record</source>
+        <translation>Wert des gewählten Datensatzes anschreiben</translation>
+    </message>
+    <message>
+        <source>Show properties</source>
+        <translation>Eigenschaften zeigen</translation>
+    </message>
+    <message>
+        <source>Show raw currents</source>
+        <translation>Rohströme zeigen</translation>
+    </message>
+    <message>
+        <source>Show processed currents</source>
+        <translation>Verarbeitete Ströme zeigen</translation>
+    </message>
+    <message>
+        <source>Show noise level</source>
+        <translation>Rauschpegel zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::ScatterPropertiesRow</name>
+    <message>
+        <source>Electrometer</source>
+        <translation>Elektrometer</translation>
+    </message>
+    <message>
+        <source>Record variable</source>
+        <translation>Variable</translation>
+    </message>
+    <message>
+        <source>Concentration</source>
+        <translation>Konzentration</translation>
+    </message>
+    <message>
+        <source>Inversion parameter</source>
+        <translation>Inversionsparameter</translation>
+    </message>
+    <message>
+        <source>Show or hide the choices for this plot</source>
+        <translation>Auswahl für dieses Diagramm zeigen oder verbergen</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Spectra</source>
+        <translation>Spektren</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>Diameter</source>
+        <translation>Durchmesser</translation>
+    </message>
+    <message>
+        <source>Surface</source>
+        <translation>Oberfläche</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volumen</translation>
+    </message>
+    <message>
+        <source>Total</source>
+        <translation>Gesamt</translation>
+    </message>
+    <message>
+        <source>Mobility</source>
+        <translation>Mobilität</translation>
+    </message>
+    <message>
+        <source>Mobility range (cm²/V/s)</source>
+        <translation>Mobilitätsbereich (cm²/V/s)</translation>
+    </message>
+    <message>
+        <source>Diameter range (nm)</source>
+        <translation>Durchmesserbereich (nm)</translation>
+    </message>
+    <message>
+        <source>%1: no bound on this side</source>
+        <translation>%1: keine Grenze auf dieser Seite</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::SpectrogramControls</name>
+    <message>
+        <source>Smoothing:</source>
+        <translation>Glättung:</translation>
+    </message>
+    <message>
+        <source>Spectrogram</source>
+        <translation>Spektrogramm</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Fit color map</source>
+        <translation>Farbskala anpassen</translation>
+    </message>
+    <message>
+        <source>Fill gaps</source>
+        <translation>Lücken füllen</translation>
+    </message>
+    <message>
+        <source>Fill gaps between records</source>
+        <translation>Lücken zwischen Datensätzen füllen</translation>
+    </message>
+    <message>
+        <source>Smoothing</source>
+        <translation>Glättung</translation>
+    </message>
+    <message>
+        <source>Enable spectrum smoothing</source>
+        <translation>Glättung der Spektren einschalten</translation>
+    </message>
+    <message>
+        <source>Color map</source>
+        <translation>Farbskala</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::SpectrogramView</name>
+    <message>
+        <source>Distribution: %1</source>
+        <translation>Verteilung: %1</translation>
+    </message>
+    <message>
+        <source>&lt;br&gt;Inverter: %2</source>
+        <translation>&lt;br&gt;Inverter: %2</translation>
+    </message>
+    <message>
+        <source>No spectra</source>
+        <translation>Keine Spektren</translation>
+    </message>
+    <message>
+        <source>Invalid spectrum</source>
+        <translation>Ungültiges Spektrum</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::TimeSeriesBrowser</name>
+    <message>
+        <source>Autoscale all plots</source>
+        <translation>Alle Diagramme anpassen</translation>
+    </message>
+    <message>
+        <source>Close all plots</source>
+        <translation>Alle Diagramme schließen</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::TimeView</name>
+    <message>
+        <source>Time zone: UTC%1</source>
+        <translation>Zeitzone: UTC%1</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::VerticalScaleWidget</name>
+    <message>
+        <source>Click and drag vertically to pan, horizontally to zoom. Double click to autoscale.</source>
+        <translation>Senkrecht ziehen verschiebt, waagerecht ziehen vergrößert. Doppelklick passt an.</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::View</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Close this and below</source>
+        <translation>Dieses und alle darunter schließen</translation>
+    </message>
+    <message>
+        <source>Keep this plot</source>
+        <translation>Dieses Diagramm behalten</translation>
+    </message>
+</context>
+<context>
+    <name>VariableFieldForm</name>
+    <message>
+        <source>Filter by name</source>
+        <translation>Nach Namen filtern</translation>
+    </message>
+    <message>
+        <source>Record variables</source>
+        <translation>Variablen</translation>
+    </message>
+    <message>
+        <source>Variables</source>
+        <translation>Variablen</translation>
+    </message>
+    <message>
+        <source>Variables: %1</source>
+        <translation>Variablen: %1</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,48 @@
+#include "app/translations.h"
+
+#include <QCoreApplication>
+#include <QLatin1String>
+#include <QLibraryInfo>
+#include <QRegularExpression>
+#include <QTranslator>
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+class ToolkitTexts : public QTranslator {
+public:
+    using QTranslator::QTranslator;
+    QString translate(const char *context, const char *text, const char *disambiguation, int n) const override
+    {
+        static const char *const faults[] = {"QFile", "QFileDevice", "QIODevice", "QImageWriter", "QSaveFile"};
+        const bool isOfFault = std::any_of(std::begin(faults), std::end(faults),
+                                           [context](const char *one) { return std::strcmp(one, context) == 0; });
+        return isOfFault ? QString() : QTranslator::translate(context, text, disambiguation, n);
+    }
+};
+
+} // namespace
+
+QString Translations::install(const QStringList &languages)
+{
+    for (const QString &one : languages) {
+        const QString language = one.section(QRegularExpression(QStringLiteral("[-_]")), 0, 0).toLower();
+        if (language == QLatin1String("en") || language == QLatin1String("c"))
+            return {};
+        auto *const texts = new QTranslator(QCoreApplication::instance());
+        if (!texts->load(QStringLiteral(":/translations/morvantide_%1.qm").arg(language))) {
+            delete texts;
+            continue;
+        }
+        auto *const toolkit = new ToolkitTexts(QCoreApplication::instance());
+        if (toolkit->load(QStringLiteral("qtbase_%1").arg(language),
+                          QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+            QCoreApplication::installTranslator(toolkit);
+        QCoreApplication::installTranslator(texts);
+        return language;
+    }
+    return {};
+}
