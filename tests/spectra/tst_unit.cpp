@@ -1,10 +1,14 @@
 #include "spectra/unit.h"
 
 #include "spectra/unitparser.h"
+#include "support/shortmemory.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -19,6 +23,26 @@ std::string text(const Unit &unit)
 Unit unnamed(double multiplier, const Unit::Exponents &exponents)
 {
     return Unit(QString(), multiplier, exponents);
+}
+
+TEST(Unit, LackOfMemoryWhileATextIsReadEndsNoProcess)
+{
+    if (!ShortMemory::isPossible)
+        GTEST_SKIP() << "the sanitizer has an allocator of its own";
+    for (int nth = 1; nth < 240; nth += 2) {
+        const pid_t child = fork();
+        if (child == 0) {
+            ShortMemory::letFail(false, nth, 100);
+            try {
+                parseUnit(QStringLiteral("1/cm^3"), unitTable());
+            } catch (const std::bad_alloc &) {
+            }
+            _exit(0);
+        }
+        int status = -1;
+        waitpid(child, &status, 0);
+        ASSERT_EQ(status, 0) << nth;
+    }
 }
 
 TEST(Unit, ReadsTextsLeftToRight)

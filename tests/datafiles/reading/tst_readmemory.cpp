@@ -54,7 +54,8 @@ protected:
         }
         int status = -1;
         waitpid(child, &status, 0);
-        return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+        EXPECT_EQ(status, 0) << child;
+        return status == 0;
     }
     const Outcome &outcome() const
     {
