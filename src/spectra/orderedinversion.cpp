@@ -4,6 +4,8 @@
 #include "util/workerthread.h"
 
 #include <algorithm>
+#include <new>
+#include <system_error>
 
 namespace SpectMath {
 
@@ -21,11 +23,15 @@ OrderedInversion::OrderedInversion(const Records &records, const InverterList &i
 {
     const std::size_t count = std::min(std::size_t(std::max(threads, 1)), std::max<std::size_t>(m_batchCount, 1));
     m_ring.resize(count * batchesPerThread);
-    for (std::size_t i = 0; i < count; ++i)
-        m_threads.emplace_back([this] {
-            const AlternateStack stack;
-            work();
-        });
+    try {
+        for (std::size_t i = 0; i < count; ++i)
+            m_threads.emplace_back([this] {
+                const AlternateStack stack;
+                work();
+            });
+    } catch (const std::system_error &) { // no more threads: those that there are do it, or the caller
+    } catch (const std::bad_alloc &) {
+    }
 }
 
 OrderedInversion::~OrderedInversion()
@@ -78,7 +84,11 @@ void OrderedInversion::work()
 
 void OrderedInversion::takeBatch()
 {
-    {
+    if (m_threads.empty()) {
+        m_current = Batch();
+        invert(m_taken, m_current);
+        ++m_taken;
+    } else {
         std::unique_lock<std::mutex> lock(m_mutex);
         Batch &oldest = m_ring[m_taken % m_ring.size()];
         m_isReady.wait(lock, [&oldest] { return oldest.ready; });

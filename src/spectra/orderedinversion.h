@@ -16,7 +16,7 @@ namespace SpectMath {
 /// Inverts many records on threads of its own and hands out the results in the records' order, for any number of
 /// threads. For callers without an event loop that want all results one after the other: only a few batches per thread
 /// are ever held, and threads that are too far ahead wait. Records, inverters and metadata must outlive it and not
-/// change.
+/// change. Fewer threads do where the system gives no more; without any the caller's inverts.
 class OrderedInversion {
 public:
     using Records = std::deque<std::shared_ptr<Record>>;

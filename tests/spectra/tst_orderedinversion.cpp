@@ -2,6 +2,7 @@
 
 #include "spectra/instrument_model.h"
 #include "support/instrument.h"
+#include "support/shortmemory.h"
 
 #include <gtest/gtest.h>
 
@@ -78,4 +79,22 @@ TEST_F(OrderedInversions, MayBeLeftAtAnyTime)
     OrderedInversion nothing(none, inverters, metadata, 4);
     SpectrumRecordPointer result;
     EXPECT_FALSE(nothing.next(result, ignore));
+}
+
+TEST_F(OrderedInversions, GoOnWhereThereIsNoMemoryForAThread)
+{
+    if (!ShortMemory::isPossible)
+        GTEST_SKIP() << "the sanitizer has an allocator of its own";
+    ShortMemory::isMarked = true;
+    for (int nth = 1; nth < 12; ++nth) {
+        ShortMemory::letFail(true, nth + 1, 3); // the first is the ring's
+        OrderedInversion inversion(records, inverters, metadata, 4);
+        ShortMemory::failures = 0;
+        SpectrumRecordPointer result;
+        std::size_t taken = 0;
+        for (; inversion.next(result, [](int, const QString &) {}); ++taken)
+            EXPECT_TRUE(!result || result->beginTime == records[taken]->beginTime);
+        EXPECT_EQ(taken, records.size()) << nth;
+    }
+    ShortMemory::isMarked = false;
 }
