@@ -300,8 +300,16 @@ TEST_F(Exporter, FilesAreTheSameForAnyNumberOfThreads)
             << jobs;
         EXPECT_EQ(asked, 5000) << "once more behind the last";
     }
-    DataExporter exporter(setup, table, metadata, existing);
-    EXPECT_FALSE(exporter.addRecords(store.records(), 2, [](int done) { return done == 0; }));
+    for (const int jobs : {1, 2, 8}) {
+        int moments = 0; // at which it was stopped, up to the one behind the last record
+        for (bool isEnded = true; isEnded; moments += isEnded) {
+            setup.general.outputFile = path("stopped/out.txt");
+            DataExporter exporter(setup, table, metadata, existing);
+            isEnded = !exporter.addRecords(store.records(), jobs, [left = moments](int) mutable { return left-- > 0; });
+        }
+        EXPECT_GT(moments, 2) << jobs;
+        EXPECT_FALSE(QFile::exists(path("stopped"))) << "nothing is left";
+    }
 }
 
 TEST_F(Exporter, TargetsAreKnownBeforehandAndDataFilesRefused)

@@ -69,11 +69,13 @@ TEST_F(OrderedInversions, ComeInOrderAndTheSameForAnyNumberOfThreads)
 TEST_F(OrderedInversions, MayBeLeftAtAnyTime)
 {
     const auto ignore = [](int, const QString &) {};
-    for (int taken : {0, 1, 40, 999}) {
-        OrderedInversion inversion(records, inverters, metadata, 4);
+    for (std::size_t taken = 0; taken < records.size(); ++taken) {
+        OrderedInversion inversion(records, inverters, metadata, taken % 2 == 0 ? 2 : 8);
         SpectrumRecordPointer result;
-        for (int i = 0; i < taken; ++i)
+        for (std::size_t i = 0; i < taken; ++i) {
             ASSERT_TRUE(inversion.next(result, ignore));
+            ASSERT_TRUE(!result || result->beginTime == records[i]->beginTime);
+        }
     }
     const OrderedInversion::Records none;
     OrderedInversion nothing(none, inverters, metadata, 4);

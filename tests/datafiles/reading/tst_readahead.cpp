@@ -88,26 +88,34 @@ TEST_P(RandomFolder, GivesWhatOneThreadGivesIfItIsDamaged)
     expectTheSame();
 }
 
-TEST_P(RandomFolder, GivesTheFilesUpToACancel)
+TEST_P(RandomFolder, GivesTheFilesUpToACancelAtAnyMoment)
 {
+    constexpr int moments = 50; // a thousand of all seeds
     writeFolder(false);
-    std::atomic<int> left{pick(0, 40)};
-    FileReaderTask *running = nullptr;
-    started = [&](FileReaderTask &task) { running = &task; };
-    parsed = [&] {
-        holdUp();
-        if (--left == 0)
-            running->setAborted();
-    };
-    threads = 8;
-    const QStringList files = filesIn(folder.path());
-    read(files, folder.path());
-    const QString found = Dump(*reader).text();
-    started = nullptr;
+    chunkBytes = std::max(chunkBytes, std::size_t(300));
     parsed = nullptr;
-    threads = 1;
-    read(files.mid(0, filesRead), folder.path());
-    expectEqual(found, Dump(*reader).text(), 8);
+    const QStringList files = filesIn(folder.path());
+    std::vector<QString> expected;
+    for (int count = 0; count <= files.size(); ++count)
+        expected.push_back(outcome(files.mid(0, count), folder.path(), 1));
+    std::thread canceller;
+    started = [&](FileReaderTask &task) {
+        canceller = std::thread([&task, after = std::chrono::microseconds(pick(0, 2000))] {
+            std::this_thread::sleep_for(after);
+            task.setAborted();
+        });
+        QObject::connect(&task, &FileReaderTask::finished, &task, [&canceller] { canceller.join(); });
+    };
+    for (int moment = 0; moment < moments; ++moment) {
+        threads = moment % 2 == 0 ? 2 : 8;
+        read(files, folder.path());
+        QStringList told = complaints();
+        if (filesRead < files.size()) {
+            ASSERT_EQ(told.takeLast(),
+                      QString("Reading was cancelled after %1 of %2 files.").arg(filesRead).arg(files.size()));
+        }
+        expectEqual(Dump(*reader).text() + told.join('\n'), expected[std::size_t(filesRead)], threads);
+    }
 }
 
 // ---- odd ones

@@ -121,3 +121,36 @@ TEST_F(RecordWriting, FilesAreTheSameForAnyNumberOfThreads)
         EXPECT_EQ(files, expected) << jobs;
     }
 }
+
+TEST_F(RecordWriting, StoppedAtAnyMomentItLeavesWholeRowsInOrder)
+{
+    constexpr int count = 334; // a thousand moments of all numbers of threads
+    for (int i = 0; i < count; ++i)
+        add(9 * i, i % 2, spectrumInfo);
+    const QString folderOf = settings.folder;
+    const auto filesOf = [&](int jobs, int stopAt) {
+        settings.folder = folderOf + QString::number(jobs);
+        QDir(settings.folder).removeRecursively();
+        {
+            PlainFileOutput output(settings);
+            EXPECT_EQ(writeRecords(output, store, jobs, [=](int done) { return done < stopAt; }), stopAt > count);
+            EXPECT_EQ(output.counts().written, std::min(stopAt, count) + (std::min(stopAt, count) + 1) / 2);
+        }
+        QMap<QString, QByteArray> files;
+        for (const QString &name : filesIn(settings.folder))
+            files[name] = contentOf(path(name));
+        return files;
+    };
+    const auto whole = filesOf(1, count + 1);
+    EXPECT_EQ(whole.size(), 6) << "records of three days, and spectra of one of the modes";
+    for (const int jobs : {1, 2, 8})
+        for (int stopAt = 0; stopAt < count; ++stopAt) {
+            const auto files = filesOf(jobs, stopAt);
+            int rowCount = 0;
+            for (auto file = files.begin(); file != files.end(); ++file) {
+                ASSERT_TRUE(whole[file.key()].startsWith(*file)) << qPrintable(file.key()) << jobs << ' ' << stopAt;
+                rowCount += rows(path(file.key())).size();
+            }
+            ASSERT_EQ(rowCount, stopAt + (stopAt + 1) / 2) << jobs;
+        }
+}
