@@ -3,6 +3,9 @@
 #include "support/demodata.h"
 
 #include <QDate>
+#include <QElapsedTimer>
+
+#include <random>
 
 namespace {
 
@@ -50,6 +53,36 @@ TEST_F(Pieces, OfWholeDaysEqualOneRun)
     work("reinvert", {"--inverters", "{}/inverters/demo.invmap", "--only-new"}, "");
     work("export", {"--setup", "{}/s.exportsetup"}, "/table.txt");
     expectEqual();
+}
+
+TEST_F(Pieces, OfRunsThatWereStoppedAreWholeDays)
+{
+    QDir(path("demo")).removeRecursively();
+    writeDemoData(path("demo"), 300, days);
+    std::minstd_rand random(1);
+    int left = 0; // files
+    const QStringList commands[] = {
+        {"save"}, {"reinvert", "--inverters", "{}/inverters/demo.invmap"}, {"export", "--setup", "{}/s.exportsetup"}};
+    for (const QStringList &command : commands) {
+        const QStringList common = QStringList{command[0], "{}/demo", "--variant", "block", "--jobs", "2"} +
+                                   command.mid(1) + QStringList{"--output"};
+        const QString file = command[0] == "export" ? "/table.txt" : "";
+        QElapsedTimer clock;
+        clock.start();
+        ASSERT_EQ(run(common + QStringList{"{}/whole" + file}).code, 0);
+        const qint64 most = clock.elapsed();
+        for (int moment = 0; moment < 10; ++moment) {
+            const QString after = QString::number(double(random() % most) / 1000);
+            runInShell("\"$@\" & sleep " + after + "; kill -INT $!; wait", common + QStringList{"{}/pieces" + file});
+            for (const QString &name : names("pieces"))
+                EXPECT_TRUE(contentOf("pieces/" + name) == contentOf("whole/" + name))
+                    << qPrintable(name) << qPrintable(after);
+            left += names("pieces").size();
+            QDir(path("pieces")).removeRecursively();
+        }
+        QDir(path("whole")).removeRecursively();
+    }
+    EXPECT_GT(left, 0);
 }
 
 TEST_F(Pieces, CanNotShareOneTable)
