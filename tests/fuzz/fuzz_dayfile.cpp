@@ -1,7 +1,9 @@
 #include "fuzz.h"
 
 #include "datafiles/parsing/filereadererror.h"
+#include "datafiles/reading/dump.h"
 #include "datafiles/reading/filereader.h"
+#include "datafiles/reading/readahead.h"
 
 #include <cstdlib>
 
@@ -10,10 +12,17 @@
 
 namespace {
 
-void beQuiet()
+QString complaints;
+
+/// Complaints are gathered, and nothing is told.
+void catchLog()
 {
     static const bool once = [] {
-        Log::RootLogger::instance().setFilter([](const Log::Entry &) { return false; });
+        Log::RootLogger::instance().setFilter([](const Log::Entry &entry) {
+            if (entry.level <= Log::Warning)
+                complaints += entry.message + '\n';
+            return false;
+        });
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
         return true;
     }();
@@ -61,22 +70,36 @@ void checkRecords(const FileReader &reader, std::size_t bytes)
     require(held <= (std::size_t(64) << 20) + 1024 * records.size() + 10 * bytes, "memory is in proportion");
 }
 
+/// Reads the file, and then once more: everything is known, flags and spectra double. With a `chunkBytes` by two
+/// threads.
+QString read(FileReader &reader, const QString &path, std::size_t chunkBytes = 0)
+{
+    complaints.clear();
+    std::unique_ptr<ReadAhead> ahead;
+    if (chunkBytes > 0)
+        ahead = std::make_unique<ReadAhead>(QStringList{path, path}, ReadAhead::Settings{2, chunkBytes, nullptr},
+                                            reader.makeForecast());
+    try {
+        for (int i = 0; i < 2; ++i)
+            ahead ? reader.readFile(path, *ahead, i) : reader.readFile(path);
+    } catch (const FileReaderError &) {
+    }
+    reader.finishRecords();
+    return complaints + Dump(reader).text();
+}
+
 } // namespace
 
 /// The bytes are a day file, with all its headers and rows.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    beQuiet();
+    catchLog();
     const MemoryFile file(data, size);
-    FileReader reader({}, earliestRecordTime, latestRecordTime);
-    try {
-        reader.readFile(file.path());
-        reader.readFile(file.path()); // the same again: everything is known, flags and spectra double
-    } catch (const FileReaderError &) {
-    }
-    reader.finishRecords();
+    FileReader reader({}, earliestRecordTime, latestRecordTime), other({}, earliestRecordTime, latestRecordTime);
+    const QString found = read(reader, file.path());
     checkRecords(reader, 2 * size);
     require(reader.statistics().bytes == std::int64_t(2 * size), "all bytes are looked at");
     require(reader.statistics().ignoredRows <= reader.statistics().rows, "no line is lost twice");
+    require(read(other, file.path(), 50 + size / 5) == found, "two threads find what one finds");
     return 0;
 }
