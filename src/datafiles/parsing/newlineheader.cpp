@@ -129,6 +129,7 @@ RowLayout NewLineHeader::layout(const FileReaderState &state) const
     layout.variables = std::size_t(state.variableNames.size());
     layout.columns = {int(fileKind), int(fieldCount), hasFlagsField()};
     if (fileKind == FileKind::spectra) {
+        layout.columns.push_back(spectra->infos.size());
         for (const auto &info : qAsConst(spectra->infos))
             layout.columns.push_back(int(info->nativePoints().size()));
         for (const auto variable : qAsConst(spectra->inversionVariables))

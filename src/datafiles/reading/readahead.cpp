@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t mostMemory = std::size_t(56) << 20;
 constexpr std::size_t spareChunks = 64;
+constexpr std::size_t chunksOfThread = 8; // ahead at most: of small files each is an open one
 
 std::size_t chunkBytesFor(const ReadAhead::Settings &settings)
 {
@@ -29,7 +30,8 @@ std::size_t chunkMemoryFor(std::size_t bytes)
 
 ReadAhead::ReadAhead(const QStringList &paths, const Settings &settings, std::unique_ptr<const FileReaderState> known)
     : m_paths(paths), m_settings(settings), m_chunkBytes(chunkBytesFor(settings)),
-      m_chunkMemory(chunkMemoryFor(m_chunkBytes)), m_parser(m_rowForecasts), m_known(std::move(known))
+      m_chunkMemory(chunkMemoryFor(m_chunkBytes)), m_mostJobs(chunksOfThread * std::size_t(settings.threads)),
+      m_parser(m_rowForecasts), m_known(std::move(known))
 {
     m_spare.reserve(spareChunks);
     try {
@@ -76,7 +78,7 @@ void ReadAhead::work()
 /// The next chunk, with the mutex locked; null if there is no room for more, or no more.
 std::shared_ptr<ReadAhead::Job> ReadAhead::takeJob()
 {
-    if (!m_jobs.empty() && m_memory + m_chunkMemory > mostMemory)
+    if (!m_jobs.empty() && (m_memory + m_chunkMemory > mostMemory || m_jobs.size() >= m_mostJobs))
         return nullptr;
     if (!m_file && m_nextFile == m_paths.size())
         return nullptr;

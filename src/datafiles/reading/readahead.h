@@ -9,7 +9,7 @@
 #include <thread>
 
 /// Reads and parses a list of files ahead of the thread that puts their rows together, on threads of its own and on
-/// that thread while it waits. No more is ahead than 56 MB.
+/// that thread while it waits. No more is ahead than 56 MB, and eight chunks for each thread.
 ///
 /// A file whose chunk isn't whole, for whatever reason, is to be read as one from that chunk on: the owner of the rows
 /// does as it would without this class, and meets the same fault, if there still is one.
@@ -65,6 +65,7 @@ private:
     const Settings m_settings;
     const std::size_t m_chunkBytes;
     const std::size_t m_chunkMemory;
+    const std::size_t m_mostJobs;
     RowForecasts m_rowForecasts;
     bool m_hasLearnt = false;       ///< the caller's
     ChunkParser m_parser;           ///< of the caller's thread

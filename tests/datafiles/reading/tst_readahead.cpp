@@ -197,4 +197,38 @@ TEST_F(ReadAheadFiles, ThatShrinkMeanwhileGiveRowsWithoutAHole)
     }
 }
 
+TEST_F(ReadAheadFiles, OfWhichManyAreSmallAreOpenAFewAtATime)
+{
+    for (int i = 0; i < 300; ++i)
+        write(QString::number(1000 + i) + ".flags", "# Quilvane flags\n# \nbegin_time\n" + flagRows(i, 1));
+    threads = 2;
+    parsed = nullptr;
+    uint most = 0;
+    started = [&](FileReaderTask &task) {
+        QObject::connect(&task, &FileReaderTask::progress, &task, [&most] {
+            std::this_thread::sleep_for(std::chrono::microseconds(300));
+            most = std::max(most, QDir("/proc/self/fd").count());
+        });
+    };
+    read();
+    EXPECT_EQ(recordCount(), 300);
+    EXPECT_LT(most, 60U) << "a process may open no more than a thousand, and a system may allow less";
+}
+
+TEST_F(ReadAheadFiles, WithBlocksOfOtherColumnsAndAsManyFieldsGiveWhatOneThreadGives)
+{
+    const auto block = [](const QByteArray &points, const QByteArray &variables, int from) {
+        QByteArray text("# Quilvane spectra\n# spectra:\n");
+        for (const QByteArray &of : points.split(' '))
+            text += "# - {name: s, hash: h" + of + QByteArray::number(from) + ", xpoints: [" + of +
+                    "], xunit: nm, yunit: 1/cm^3, scale: radius}\n";
+        return text + "# inversion_vars: [" + variables + "]\nbegin_time\n" +
+               flagRows(from, 4).replace("\tions\t\n", "\tions\t1\t2\t3\t4\t5\t6\t7\t8\n");
+    };
+    const QByteArray rmsErrors("current_rms_error, current_rms_error");
+    write("1.spectra", block("1 2", rmsErrors, 0) + block("1 2 1 1", "", 4));
+    for (chunkBytes = 20; chunkBytes < 400; chunkBytes += 7)
+        expectTheSame();
+}
+
 } // namespace
