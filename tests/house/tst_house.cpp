@@ -39,7 +39,7 @@ void expectNone(const QStringList &faults)
 /// The sources of the product.
 QStringList sources()
 {
-    return filesBelow("src", sourceNames) + filesBelow("demo", sourceNames);
+    return filesBelow("src", sourceNames) + filesBelow("demo", sourceNames) + filesBelow("packaging", sourceNames);
 }
 
 } // namespace
