@@ -150,6 +150,7 @@ int main(int argc, char **argv)
     log.log(Log::Notice, QStringLiteral("Program started"));
     RecoveryFile::write(recoveryFile);
     QApplication::setWindowIcon(windowIcon());
+    QGuiApplication::setDesktopFileName(QStringLiteral("morvantide")); // desktops without icons of windows take its
     runWindow(CommandLine::positionalArguments(arguments), quitSignals, hasCrashReporter, recover.isGiven);
 
     log.log(Log::Notice, QStringLiteral("Program finished"));

@@ -7,6 +7,7 @@
 #include "gui/frame/dockstate.h"
 #include "gui/frame/mainwindowbase.h"
 #include "gui/morvantide/filechoices.h"
+#include "gui/morvantide/installedfiles.h"
 #include "gui/morvantide/keptplace.h"
 #include "windowsetup/setupfile.h"
 #include "windowsetup/setupkeys.h"
@@ -165,17 +166,18 @@ void LayoutKeeper::restoreDataFile()
     m_mayOverwrite = true;
     m_former.reset(); // of a window without these data
     m_keptPlace.clear();
-    if (!QFileInfo::exists(m_windowSetupPath))
+    const QString path = InstalledFiles::layoutToRestore(m_windowSetupPath, m_sharedFolders);
+    if (!QFileInfo::exists(path))
         return;
-    if (m_marks->hasCrashed(m_windowSetupPath)) {
+    if (m_marks->hasCrashed(path)) {
         m_mayOverwrite = false;
         m_logger.log(Log::Warning,
                      QStringLiteral("The layout '%1' isn't restored, for the program ended when it restored it. "
                                     "\"Restore layout...\" tries it again.")
-                         .arg(m_windowSetupPath));
+                         .arg(path));
         return;
     }
-    m_mayOverwrite = restoreWindowSetupFile(m_windowSetupPath, WindowSetup::OfOpenedData);
+    m_mayOverwrite = restoreWindowSetupFile(path, WindowSetup::OfOpenedData);
 }
 
 void LayoutKeeper::closeData()

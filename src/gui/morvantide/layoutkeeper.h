@@ -7,6 +7,7 @@
 #include "windowsetup/setupfile.h"
 
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 #include <memory>
@@ -37,6 +38,8 @@ public:
     void storeDocks();
 
     // ---- the data's
+    /// Folders with layouts for all users, for data without one of their own. None at first.
+    void setSharedFolders(const QStringList &folders) { m_sharedFolders = folders; }
     /// The file for the layout of that folder's data, which may not exist.
     QString chooseFor(const QString &folder);
     /// Restores it and shows the open data by it, all of them, or as far as the layout tells.
@@ -94,6 +97,7 @@ private:
     std::unique_ptr<RestoreMarks> m_marks; ///< from start() on
     QTimer m_restored;                     ///< until what was restored has been laid out and drawn
     QVariantMap m_lastSeen;                ///< the window's own part, before it was hidden
+    QStringList m_sharedFolders;
     QString m_dataFolder;
     QString m_chosenPath;
     QString m_windowSetupPath;

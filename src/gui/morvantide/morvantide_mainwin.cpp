@@ -12,8 +12,10 @@
 #include "gui/frame/framedocks.h"
 #include "gui/frame/opencomments.h"
 #include "gui/morvantide/filechoices.h"
+#include "gui/morvantide/installedfiles.h"
 #include "gui/morvantide/morvantideinfowindow.h"
 #include "gui/morvantide/settingsfile.h"
+#include "gui/morvantide/userguide.h"
 #include "spectra/inverterfiles.h"
 
 #include <QAction>
@@ -48,6 +50,7 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     setupContextActions();
     setupDocks();
     m_layouts = std::make_unique<LayoutKeeper>(*this, *docks()->log());
+    m_layouts->setSharedFolders(InstalledFiles::sharedFolders(QCoreApplication::applicationDirPath()));
     setupToolbar();
     setupMenus();
     setBrowsingEnabled(false);
@@ -115,6 +118,7 @@ void MorvantideMainWindow::setupMenus()
     fileMenu()->insertSeparator(actions().quit);
     setupSpectraMenu();
     menuBar()->insertMenu(menuBar()->actions().last(), m_layouts->menu());
+    helpMenu()->insertAction(helpMenu()->actions().first(), (new UserGuide(this))->action());
 }
 
 void MorvantideMainWindow::storeMainWindowState()
@@ -222,8 +226,9 @@ void MorvantideMainWindow::showData(FileReader &reader)
     variant.name = variant.shortName = m_request.variant;
     reader.metadata()->dpVariants.insert(0, variant);
     uiInfo()->setData(reader.metadata(), reader.spectrumInfos().toList());
-    uiInfo()->setGridLayouts(
-        VarGridParser::load({m_request.folder, QCoreApplication::applicationDirPath()}, *reader.metadata()));
+    const QString own = QCoreApplication::applicationDirPath();
+    uiInfo()->setGridLayouts(VarGridParser::load(
+        QStringList{m_request.folder, own} + InstalledFiles::sharedFolders(own), *reader.metadata()));
     uiInfo()->publish();
     setCommentMap(OpenComments::read(m_request.folder, *reader.metadata(), *reader.datastore()));
     statusDock()->addRecords(*reader.datastore());

@@ -1,5 +1,6 @@
 #include "gui/morvantide/settingsfile.h"
 
+#include "gui/morvantide/installedfiles.h"
 #include "util/regularfile.h"
 
 #include <QCoreApplication>
@@ -13,7 +14,7 @@ QString settingsFilePath(const QString &applicationFolder, const QString &userFo
     const QString beside = QDir(applicationFolder).filePath(name);
     const bool isUsable =
         QFileInfo::exists(beside) ? whyNotRegularFile(beside).isNull() : QFileInfo(applicationFolder).isWritable();
-    if (isUsable)
+    if (isUsable && !InstalledFiles::belongsToSystem(applicationFolder)) // where root could write for all users
         return beside;
     return QDir(userFolder).filePath(name);
 }
