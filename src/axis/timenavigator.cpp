@@ -106,11 +106,17 @@ void TimeNavigator::moveIntoView(RecordTime beginTime, RecordTime endTime)
 void TimeNavigator::fitIntoView(RecordTime beginTime, RecordTime endTime)
 {
     beginGesture();
-    refitIntoView(beginTime, endTime);
+    fit(beginTime, endTime);
     finishGesture();
 }
 
-void TimeNavigator::refitIntoView(RecordTime beginTime, RecordTime endTime)
+void TimeNavigator::fitWhole(RecordTime beginTime, RecordTime endTime)
+{
+    fitIntoView(beginTime, endTime);
+    m_whole = Whole{beginTime, endTime, m_timeScale};
+}
+
+void TimeNavigator::fit(RecordTime beginTime, RecordTime endTime)
 {
     if (isMissing(beginTime) || isMissing(endTime))
         return;
@@ -304,6 +310,10 @@ void TimeNavigator::adaptToWidth()
 {
     if (m_followNow)
         updateFollowNow();
+    if (!isWhole())
+        return;
+    fit(m_whole->begin, m_whole->end);
+    m_whole->fitted = m_timeScale;
 }
 
 void TimeNavigator::updateFollowNow()

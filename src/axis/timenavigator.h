@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <optional>
 
 namespace Tsb {
 
@@ -27,6 +28,8 @@ public:
     const TimeScale &timeScale() const { return m_timeScale; }
     /// The moment in the middle of the window.
     RecordTime middle() const { return m_timeScale.tickAt(m_width() / 2); }
+    /// Whether the scale is that of fitWhole().
+    bool isWhole() const { return m_whole && m_whole->fitted == m_timeScale && !m_followNow; }
     bool isFollowingNow() const { return m_followNow; }
     bool hasPreviousView() const { return m_history.hasPrevious(place()); }
     /// Ends the way back here: the former places have no meaning for other data.
@@ -52,8 +55,9 @@ public Q_SLOTS:
     /// As scrollIntoView(), for a record that came in and was not chosen; it adds no step to the way back.
     void runIntoView(RecordTime beginTime, RecordTime endTime);
     void fitIntoView(RecordTime beginTime, RecordTime endTime);
-    /// Repeats fitIntoView() after a change of the width; it adds no step to the way back.
-    void refitIntoView(RecordTime beginTime, RecordTime endTime);
+    /// The same for all of the data. While they are in sight as a whole they stay so: another width has them fitted
+    /// again, until the scale is changed by anything else.
+    void fitWhole(RecordTime beginTime, RecordTime endTime);
     /// Brings the moment to the middle and keeps the zoom; nothing for a missing time.
     void goToTime(RecordTime time);
     /// Goes back to the place before the last finished gesture; nothing during a drag.
@@ -65,7 +69,7 @@ public Q_SLOTS:
     /// finishDrag().
     void changeZoom(TimeScale startTimescale, QPoint delta);
     void finishDrag();
-    /// To be called after a change of the width.
+    /// To be called after a change of the width: what follows the present goes on with it, and the whole is fitted.
     void adaptToWidth();
 
 Q_SIGNALS:
@@ -77,6 +81,12 @@ private:
     enum DragState { Idle, Panning, Rolling };
     enum Steps { ZoomSteps, Jumps };
 
+    struct Whole {
+        RecordTime begin, end;
+        TimeScale fitted;
+    };
+
+    void fit(RecordTime beginTime, RecordTime endTime);
     ViewHistory::Place place() const { return {m_timeScale, m_followNow}; }
     bool beginDrag(DragState state, int column);
     void beginGesture();
@@ -99,6 +109,7 @@ private:
     double m_rollPosition = 0;
     bool m_followNow = false;
     QTimer m_followTimer;
+    std::optional<Whole> m_whole;
     ViewHistory m_history;
     QTimer m_settleTimer;      ///< runs while further steps may still follow
     Steps m_steps = ZoomSteps; ///< the kind of those

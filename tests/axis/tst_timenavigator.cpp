@@ -115,6 +115,26 @@ TEST_F(TimeNavigatorTest, FitLeavesTenPixelsOnEachSide)
     EXPECT_EQ(axis.timeScale(), TimeScale(start, 60 * second, 10));
 }
 
+TEST_F(TimeNavigatorTest, TheWholeStaysInSightAtEachWidthUntilTheScaleIsChanged)
+{
+    const auto widen = [this](int to) {
+        width = to;
+        axis.adaptToWidth();
+        return axis.timeScale().ticksPerPixel / second;
+    };
+    axis.fitWhole(start, moment(7800));
+    EXPECT_EQ(axis.timeScale(), TimeScale(start, 10 * second, 10));
+    EXPECT_EQ(widen(1580), 5);
+    EXPECT_EQ(widen(800), 10);
+    wheel(120);
+    EXPECT_FALSE(axis.isWhole());
+    EXPECT_EQ(widen(1580), 9) << "the user's zoom stays";
+    axis.goToPreviousView();
+    EXPECT_EQ(widen(410), 20) << "the way back leads to the whole";
+    axis.fitIntoView(start, moment(390));
+    EXPECT_EQ(widen(800), 1) << "a part of it is no whole";
+}
+
 TEST_F(TimeNavigatorTest, FollowsNowInWholePixels)
 {
     now = start + Ticks(100 * second + 3);
@@ -193,7 +213,6 @@ TEST_F(TimeNavigatorTest, WhatIsNoGestureLeavesNothing)
     wait(settled);
     axis.scrollIntoView(moment(50), moment(51)); // in sight
     axis.runIntoView(moment(5000), moment(5001));
-    axis.refitIntoView(start, moment(900));
     axis.goToTime({});
     axis.fitIntoView({}, start);
     EXPECT_FALSE(axis.hasPreviousView());

@@ -3,8 +3,10 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QHash>
 #include <QMenu>
 #include <QSet>
+#include <QVector>
 
 namespace {
 
@@ -30,16 +32,59 @@ void removeMark(QString &text)
         text.remove(place - 1, 1);
 }
 
-/// The places of letters and digits: first those that begin a word.
-QVector<int> placesOf(const QString &text)
+/// The places that may be marked, the best first: the mark that is there, letters and digits that begin a word, others.
+QVector<int> candidatesOf(const QString &text)
 {
-    QVector<int> begins, others;
+    QVector<int> marked, begins, others;
     for (int i = 0; i < text.size(); ++i) {
         if (text[i].isLetterOrNumber())
             (i == 0 || !text[i - 1].isLetterOrNumber() ? begins : others).append(i);
     }
-    return begins + others;
+    if (const int place = markedPlace(text); place >= 0)
+        marked.append(place);
+    return marked + begins + others;
 }
+
+/// A maximum matching of entries and letters, by augmenting paths: an entry gives up its letter for one that has no
+/// other if it has another itself.
+class LetterMatching {
+public:
+    explicit LetterMatching(const QStringList &texts) : m_texts(texts), m_places(texts.size(), -1)
+    {
+        for (const QString &text : texts)
+            m_candidates.append(candidatesOf(text));
+        for (int entry = 0; entry < texts.size(); ++entry) {
+            QSet<QChar> tried;
+            if (!match(entry, tried) && !m_candidates[entry].isEmpty())
+                m_places[entry] = m_candidates[entry].first();
+        }
+    }
+    int placeOf(int entry) const { return m_places[entry]; }
+
+private:
+    bool match(int entry, QSet<QChar> &tried)
+    {
+        for (const bool free : {true, false}) {
+            for (const int place : qAsConst(m_candidates[entry])) {
+                const QChar letter = m_texts[entry][place].toUpper();
+                if (m_owners.contains(letter) == free || tried.contains(letter))
+                    continue;
+                tried.insert(letter);
+                if (!free && !match(m_owners[letter], tried))
+                    continue;
+                m_owners[letter] = entry;
+                m_places[entry] = place;
+                return true;
+            }
+        }
+        return false;
+    }
+
+    QStringList m_texts;
+    QVector<QVector<int>> m_candidates;
+    QVector<int> m_places;
+    QHash<QChar, int> m_owners;
+};
 
 } // namespace
 
@@ -52,28 +97,27 @@ QString withoutMnemonic(const QString &text)
 
 QStringList withMnemonics(const QStringList &texts)
 {
-    QStringList marked = texts;
-    QSet<QChar> taken;
-    for (QString &text : marked) {
-        const int place = markedPlace(text);
-        if (place < 0)
-            continue;
-        if (taken.contains(text[place].toUpper()))
-            removeMark(text);
-        else
-            taken.insert(text[place].toUpper());
+    // Marks that are there come first: the others find their letters around them.
+    QStringList ordered;
+    QVector<int> order;
+    for (const bool isMarked : {true, false}) {
+        for (int i = 0; i < texts.size(); ++i) {
+            if ((markedPlace(texts[i]) >= 0) == isMarked)
+                order.append(i);
+        }
     }
-    for (QString &text : marked) {
-        if (markedPlace(text) >= 0)
+    for (const int i : qAsConst(order))
+        ordered.append(texts[i]);
+    const LetterMatching matching(ordered);
+    QStringList marked = texts;
+    for (int i = 0; i < order.size(); ++i) {
+        QString &text = marked[order[i]];
+        const int place = matching.placeOf(i), former = markedPlace(text);
+        if (place < 0 || place == former)
             continue;
-        const QVector<int> places = placesOf(text);
-        const auto isFree = [&](int place) { return !taken.contains(text[place].toUpper()); };
-        const auto found = std::find_if(places.begin(), places.end(), isFree);
-        if (places.isEmpty())
-            continue;
-        const int place = found != places.end() ? *found : places.first();
-        taken.insert(text[place].toUpper());
         text.insert(place, marker);
+        if (former >= 0)
+            text.remove(former - 1 + (place < former ? 1 : 0), 1);
     }
     return marked;
 }

@@ -28,8 +28,8 @@ QLineEdit *filterOf(const QDockWidget &dock)
 } // namespace
 
 WindowKeys::WindowKeys(QMainWindow *window)
-    : QObject(window), m_window(window), m_fullScreen(new QAction(tr("&Full screen"), this)),
-      m_filter(new QAction(tr("Go to &filter"), this)), m_page(new QAction(tr("&Keys and gestures"), this))
+    : QObject(window), m_window(window), m_fullScreen(new QAction(tr("Full screen"), this)),
+      m_filter(new QAction(tr("Go to filter"), this)), m_page(new QAction(tr("Keys and gestures"), this))
 {
     m_fullScreen->setCheckable(true);
     m_fullScreen->setShortcut(Qt::Key_F11);

@@ -10,7 +10,6 @@
 namespace {
 
 const QString choiceKey = QStringLiteral("datachooser");
-const QString foldersKey = QStringLiteral("datachooserOldPaths");
 const QString pickedPathKey = QStringLiteral("lastpathpickfiles");
 const QString layoutPathKey = QStringLiteral("windowsetuppath");
 const QString inverterPathKey = QStringLiteral("lastreinvpath");
@@ -19,21 +18,33 @@ const QString inverterPathKey = QStringLiteral("lastreinvpath");
 
 std::optional<DataRequest> FileChoices::askForFolder(const QVariantMap &firstChoice)
 {
-    const QStringList folders = m_settings->value(foldersKey).toStringList();
     DataChooserDialog dialog(m_window);
-    dialog.setOldPaths(folders);
+    dialog.setOldPaths(RecentFolders(*m_settings).folders());
     dialog.setChoice(firstChoice.isEmpty() ? m_settings->value(choiceKey).toMap() : firstChoice);
     if (dialog.exec() != QDialog::Accepted)
         return {};
-    const QVariantMap choice = dialog.choice();
+    return take(dialog.choice());
+}
+
+DataRequest FileChoices::take(const QVariantMap &choice)
+{
     const QString folder = choice.value(QStringLiteral("folderName")).toString();
     m_settings->setValue(choiceKey, choice);
-    m_settings->setValue(foldersKey, recentFoldersWith(folders, folder));
+    RecentFolders(*m_settings).add(choice);
     // Old-style files have no variant, whatever the box says.
     const bool isLegacy = choice.value(QStringLiteral("legacyFiles")).toBool();
     const QString variant = choice.value(QStringLiteral("variant")).toString();
     const QString assumedOpmode = isLegacy ? choice.value(QStringLiteral("assumedOpmode")).toString() : QString();
-    return DataRequest{folder, findDataFiles(choice), isLegacy ? QStringLiteral("legacy") : variant, assumedOpmode};
+    return DataRequest{folder, findDataFiles(choice), isLegacy ? QStringLiteral("legacy") : variant, assumedOpmode,
+                       choice};
+}
+
+DataRequest DataRequest::again() const
+{
+    DataRequest request = *this;
+    if (!choice.isEmpty())
+        request.files = findDataFiles(choice);
+    return request;
 }
 
 std::optional<DataRequest> FileChoices::askForFiles()
@@ -44,12 +55,12 @@ std::optional<DataRequest> FileChoices::askForFiles()
         return {};
     const QString folder = dialog.directory().absolutePath();
     m_settings->setValue(pickedPathKey, folder);
-    return DataRequest{folder, dialog.selectedFiles(), {}, {}};
+    return DataRequest{folder, dialog.selectedFiles(), {}, {}, {}};
 }
 
-QStringList FileChoices::askForInverters()
+QStringList FileChoices::askForInverters(const QString &firstFolder)
 {
-    QFileDialog dialog(m_window, tr("Open inverters"), m_settings->value(inverterPathKey).toString(),
+    QFileDialog dialog(m_window, tr("Open inverters"), m_settings->value(inverterPathKey, firstFolder).toString(),
                        tr("Inverters (*.inverter *.sinv *.sinp *.invmap *.zip);;All files (*)"));
     dialog.setFileMode(QFileDialog::ExistingFiles);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())

@@ -15,6 +15,10 @@ struct DataRequest {
     QStringList files;     ///< names in the folder, or whole paths
     QString variant;       ///< averaging variant; empty for files picked by hand
     QString assumedOpmode; ///< of old-style records whose files tell none; empty: unknown
+    QVariantMap choice;    ///< of the dialog, by which the files were found; empty for files picked by hand
+
+    /// The same once more: with the files that the choice finds now.
+    DataRequest again() const;
 };
 
 /// Asks the user for files and folders, and keeps the last choice in the settings. Both outlive it.
@@ -26,8 +30,10 @@ public:
     /// Starts from that choice if it isn't empty, else from the last one. Nothing if the dialog isn't accepted.
     std::optional<DataRequest> askForFolder(const QVariantMap &firstChoice);
     std::optional<DataRequest> askForFiles();
-    /// Empty if none was chosen.
-    QStringList askForInverters();
+    /// The data of a choice of that dialog, which becomes the last one.
+    DataRequest take(const QVariantMap &choice);
+    /// Empty if none was chosen. The first time the dialog begins in that folder.
+    QStringList askForInverters(const QString &firstFolder);
     /// Where to save a layout, and which one to restore; empty if none was chosen. The first time the dialog begins in
     /// that folder.
     QString askForLayoutCopy(const QString &firstFolder);

@@ -49,7 +49,7 @@ QVariantMap of(const MainWindowBase &window)
     return place;
 }
 
-void show(MainWindowBase &window, const QVariantMap &place)
+void showRecord(MainWindowBase &window, const QVariantMap &place)
 {
     const auto recordBegin = timeIn(place, recordBeginKey), recordEnd = timeIn(place, recordEndKey);
     if (window.datastore() && recordBegin && recordEnd) {
@@ -57,6 +57,11 @@ void show(MainWindowBase &window, const QVariantMap &place)
         if (index >= 0)
             window.showRecord(window.datastore()->at(index));
     }
+}
+
+void show(MainWindowBase &window, const QVariantMap &place)
+{
+    showRecord(window, place);
     // Last, since a record that is shown is brought into sight.
     const auto begin = timeIn(place, beginKey), end = timeIn(place, endKey);
     if (!begin || !end || *end <= *begin || !hasDataIn(window.datastore().get(), *begin, *end))

@@ -13,4 +13,7 @@ QVariantMap of(const MainWindowBase &window);
 /// without any of the data, changes nothing.
 void show(MainWindowBase &window, const QVariantMap &place);
 
+/// The record alone.
+void showRecord(MainWindowBase &window, const QVariantMap &place);
+
 } // namespace KeptPlace

@@ -147,8 +147,35 @@ QString LayoutKeeper::chooseFor(const QString &folder)
     return m_chosenPath;
 }
 
+void LayoutKeeper::hold()
+{
+    const Tsb::TimeNavigator &navigator = *m_window.browser()->timeView()->navigator();
+    m_held = Held{
+        {}, KeptPlace::of(m_window), navigator.timeScale(), navigator.isWhole(), m_windowSetupPath, m_mayOverwrite};
+    m_layout.store(m_held->setup);
+}
+
+void LayoutKeeper::showHeld()
+{
+    const Held held = *std::exchange(m_held, {});
+    m_windowSetupPath = held.path;
+    m_mayOverwrite = held.mayOverwrite;
+    m_layout.restore(held.setup, WindowSetup::RecordViews | WindowSetup::Timeseries);
+    Tsb::TimeNavigator *const navigator = m_window.browser()->timeView()->navigator();
+    if (!m_window.isFollowingLast())
+        KeptPlace::showRecord(m_window, held.place);
+    navigator->setTimeScale(held.timeScale);
+    navigator->adaptToWidth(); // time has gone on where it follows the present
+    if (held.isWhole)
+        m_window.fitTimescale();
+    m_window.browser()->fitUntoldScales();
+    navigator->forgetViews();
+}
+
 void LayoutKeeper::showData()
 {
+    if (m_held)
+        return showHeld();
     restoreDataFile();
     m_window.fitTimescale();
     Tsb::TimeSeriesBrowser &browser = *m_window.browser();
@@ -182,7 +209,7 @@ void LayoutKeeper::restoreDataFile()
 
 void LayoutKeeper::closeData()
 {
-    if (m_autosaveAction->isChecked() && !m_windowSetupPath.isEmpty()) {
+    if (m_autosaveAction->isChecked() && !m_windowSetupPath.isEmpty() && !m_held) {
         if (m_mayOverwrite || !QFileInfo::exists(m_windowSetupPath))
             storeWindowSetupFile(m_windowSetupPath);
         else

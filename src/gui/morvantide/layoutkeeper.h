@@ -42,8 +42,14 @@ public:
     void setSharedFolders(const QStringList &folders) { m_sharedFolders = folders; }
     /// The file for the layout of that folder's data, which may not exist.
     QString chooseFor(const QString &folder);
+    /// What that was.
+    const QString &chosenPath() const { return m_chosenPath; }
     /// Restores it and shows the open data by it, all of them, or as far as the layout tells.
     void showData();
+    /// The data are about to be closed and read again: closeData() saves nothing, and showData() brings back what the
+    /// window shows now, with its time span, its record and what it follows.
+    void hold();
+    bool isHolding() const { return m_held.has_value(); }
     /// Saves the layout if the user wants it saved by itself. To be called while all of it stands.
     void closeData();
     /// To be called when data have been opened or closed.
@@ -77,7 +83,18 @@ private:
         std::shared_ptr<Record> record; ///< null if none was selected
     };
 
+    /// What stays while data are read again.
+    struct Held {
+        QVariantMap setup;
+        QVariantMap place;
+        TimeScale timeScale;
+        bool isWhole; ///< the axis shows all of the data
+        QString path;
+        bool mayOverwrite;
+    };
+
     void makeMenu();
+    void showHeld();
     void keepFormer(unsigned parts);
     void restoreByHand(const QString &path);
     bool restoreUndoably(const QString &path);
@@ -104,6 +121,7 @@ private:
     bool m_mayOverwrite = false; ///< without a backup
     QVariantMap m_keptPlace;     ///< of the layout restored last
     std::optional<Former> m_former;
+    std::optional<Held> m_held;
 
     QMenu *m_menu = nullptr;
     QMenu *m_foundMenu = nullptr;

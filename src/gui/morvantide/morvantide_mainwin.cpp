@@ -1,19 +1,22 @@
 #include "gui/morvantide/morvantide_mainwin.h"
 
 #include "datafiles/reading/datafinder.h"
-#include "gui/browser/controls/plotmenu.h"
 #include "gui/browser/plots/plot.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/common/diagnosticstatusdockwidget.h"
 #include "gui/common/iconhelp.h"
-#include "gui/common/menubutton.h"
 #include "gui/common/recordviews/reportview.h"
 #include "gui/common/vargridparser.h"
+#include "gui/frame/addplotbutton.h"
 #include "gui/frame/framedocks.h"
 #include "gui/frame/opencomments.h"
+#include "gui/frame/windowkeys.h"
 #include "gui/morvantide/filechoices.h"
 #include "gui/morvantide/installedfiles.h"
 #include "gui/morvantide/morvantideinfowindow.h"
+#include "gui/morvantide/opencommands.h"
+#include "gui/morvantide/reinversionprogress.h"
+#include "gui/morvantide/rereading.h"
 #include "gui/morvantide/settingsfile.h"
 #include "gui/morvantide/userguide.h"
 #include "spectra/inverterfiles.h"
@@ -22,7 +25,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
@@ -41,8 +43,7 @@ MorvantideMainWindow::MorvantideMainWindow(QWidget *parent) : MorvantideMainWind
 
 MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget *parent)
     : MainWindowBase(parent), m_loader(this), m_inverterLoader(this), m_reinversion(this),
-      m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, this),
-      m_exporting(uiInfo(), browser(), this)
+      m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, this), m_exporting(uiInfo(), browser(), this)
 {
     setAboutInfo(QStringLiteral("Morvantide"),
                  tr("Viewing and analysis of data measured with aerosol and ion mobility spectrometers."));
@@ -53,6 +54,8 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     m_layouts->setSharedFolders(InstalledFiles::sharedFolders(QCoreApplication::applicationDirPath()));
     setupToolbar();
     setupMenus();
+    m_open->makeEmptyWindow();
+    keys()->nameKeysInToolTips();
     setBrowsingEnabled(false);
     setTitle(false);
     connect(&m_loader, &DataLoader::finished, this, &MorvantideMainWindow::fileReaderFinished);
@@ -62,6 +65,7 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     if (!settingsFile.startsWith(QCoreApplication::applicationDirPath()))
         logger().log(Log::Info, QStringLiteral("Settings are kept in '%1'.").arg(settingsFile));
     setSettings(std::make_unique<QSettings>(settingsFile, QSettings::IniFormat));
+    m_open->setSettings(this->settings());
     const QSize titleBar(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     resize(firstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize() - titleBar));
     restoreMainWindowState(true);
@@ -77,13 +81,11 @@ MorvantideMainWindow::~MorvantideMainWindow()
 void MorvantideMainWindow::setupActions()
 {
     MainWindowBase::setupActions();
-    m_openFolderAction = new QAction(namedIcon(QStringLiteral("open-folder")), tr("Open data folder..."), this);
-    m_openFolderAction->setIconText(tr("Open folder"));
-    m_openFilesAction =
-        new QAction(namedIcon(QStringLiteral("open-many-files")), tr("Manually select data files..."), this);
-    m_openFilesAction->setIconText(tr("Manually select files"));
-    connect(m_openFolderAction, &QAction::triggered, this, [this] { showDataDirChoice(); });
-    connect(m_openFilesAction, &QAction::triggered, this, &MorvantideMainWindow::showDataFileChoice);
+    m_open = new OpenCommands(this);
+    m_readAgainAction = new QAction(tr("Read again"), this);
+    m_readAgainAction->setShortcut(Qt::Key_F5);
+    connect(m_open, &OpenCommands::chosen, this, &MorvantideMainWindow::openFiles);
+    connect(m_readAgainAction, &QAction::triggered, this, &MorvantideMainWindow::readAgain);
     setupKeepingActions();
 }
 
@@ -91,28 +93,19 @@ void MorvantideMainWindow::setupToolbar()
 {
     MainWindowBase::setupToolbar();
     QAction *first = toolBar()->actions().first();
-    toolBar()->insertActions(first, {m_openFolderAction, m_openFilesAction});
+    toolBar()->insertActions(first, {m_open->folderAction(), m_open->filesAction()});
     toolBar()->insertSeparator(first);
     toolBar()->addAction(m_infoAction);
 
-    auto *addPlot = new MenuButton(toolBar());
-    addPlot->setText(tr("Add plot"));
-    addPlot->setIcon(namedIcon(QStringLiteral("add-plot")));
-    addPlot->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    auto *menu = new Tsb::PlotMenu(addPlot);
-    menu->addActions(browser()->addPlotActions());
-    addPlot->setMenu(menu);
-    const QAction *anyPlot = browser()->addPlotActions().first();
-    const auto followActions = [addPlot, anyPlot] { addPlot->setEnabled(anyPlot->isEnabled()); };
-    connect(anyPlot, &QAction::changed, addPlot, followActions);
     toolBar()->addSeparator();
-    toolBar()->addWidget(addPlot);
+    toolBar()->addWidget(new AddPlotButton(*browser(), toolBar()));
 }
 
 void MorvantideMainWindow::setupMenus()
 {
     MainWindowBase::setupMenus();
-    fileMenu()->insertActions(actions().quit, {m_openFolderAction, m_openFilesAction});
+    fileMenu()->insertActions(actions().quit, {m_open->folderAction(), m_open->filesAction(),
+                                               m_open->recentMenu()->menuAction(), m_readAgainAction});
     fileMenu()->insertSeparator(actions().quit);
     fileMenu()->insertActions(actions().quit, {m_exportAction, m_saveAction});
     fileMenu()->insertSeparator(actions().quit);
@@ -171,14 +164,12 @@ void MorvantideMainWindow::showDataDirChoice()
 
 void MorvantideMainWindow::showDataDirChoice(const QVariantMap &newchoice)
 {
-    if (const auto request = FileChoices(settings(), this).askForFolder(newchoice))
-        openFiles(*request);
+    m_open->askForFolder(newchoice);
 }
 
 void MorvantideMainWindow::showDataFileChoice()
 {
-    if (const auto request = FileChoices(settings(), this).askForFiles())
-        openFiles(*request);
+    m_open->askForFiles();
 }
 
 // ---- opening and closing
@@ -194,12 +185,27 @@ void MorvantideMainWindow::openFiles(const DataRequest &request)
     m_request = request;
     m_folderPath = request.folder;
     setTitle(false);
+    m_layouts->chooseFor(request.folder);
+    startReading();
+}
+
+void MorvantideMainWindow::startReading()
+{
     FileReaderSettings settings;
-    settings.files = request.files;
-    settings.folder = request.folder;
-    settings.assumedOpmode = request.assumedOpmode;
-    settings.windowSetup = m_layouts->chooseFor(request.folder);
+    settings.files = m_request.files;
+    settings.folder = m_request.folder;
+    settings.assumedOpmode = m_request.assumedOpmode;
+    settings.windowSetup = m_layouts->chosenPath();
     m_loader.start(settings);
+}
+
+void MorvantideMainWindow::readAgain()
+{
+    if (!datastore() || isReading())
+        return;
+    m_readsAgain = true;
+    m_request = m_request.again();
+    startReading();
 }
 
 void MorvantideMainWindow::cancelFileReader()
@@ -209,6 +215,8 @@ void MorvantideMainWindow::cancelFileReader()
 
 void MorvantideMainWindow::fileReaderFinished(const DataLoader::Result &result)
 {
+    if (std::exchange(m_readsAgain, false))
+        return showAgain(result);
     if (result.reader->datastore()->isEmpty()) {
         logger().log(Log::Error, QStringLiteral("Nothing found"));
         if (m_request.files.isEmpty())
@@ -220,7 +228,22 @@ void MorvantideMainWindow::fileReaderFinished(const DataLoader::Result &result)
     setTitle(result.cancelled);
 }
 
-void MorvantideMainWindow::showData(FileReader &reader)
+void MorvantideMainWindow::showAgain(const DataLoader::Result &result)
+{
+    if (result.cancelled || result.reader->datastore()->isEmpty()) {
+        logger().log(Log::Warning, QStringLiteral("The data stay as they were read before"));
+        return;
+    }
+    const Rereading kept(*uiInfo(), m_inverters.inverters());
+    const QString folder = m_folderPath;
+    m_layouts->hold();
+    closeData();
+    m_folderPath = folder;
+    showData(*result.reader, &kept);
+    setTitle(false);
+}
+
+void MorvantideMainWindow::showData(FileReader &reader, const Rereading *kept)
 {
     DpVariant variant;
     variant.name = variant.shortName = m_request.variant;
@@ -236,10 +259,15 @@ void MorvantideMainWindow::showData(FileReader &reader)
     setDatastore(reader.datastore());
     removeOrphanedComments();
     m_inverters.setDatastore(reader.datastore());
+    if (kept && !kept->inverters().empty())
+        startReinversion(m_inverters.take(kept->inverters()));
+    if (kept)
+        kept->restoreComments(*uiInfo());
     updateKeepingActions();
     updateReinversionActions();
     m_layouts->showData();
     m_layouts->updateActions();
+    m_open->setOpen(true);
     // Keys go to the data now, not to whatever had the focus before there were any.
     if (auto *plot = browser()->findChild<Tsb::Plot *>())
         plot->setFocus();
@@ -265,6 +293,7 @@ void MorvantideMainWindow::closeData()
     uiInfo()->publish();
     m_inverters.setDatastore(nullptr);
     setBrowsingEnabled(false);
+    m_open->setOpen(m_layouts->isHolding());
     updateKeepingActions();
     updateReinversionActions();
 }
@@ -277,6 +306,8 @@ void MorvantideMainWindow::setupKeepingActions()
     m_saveAction = new QAction(namedIcon(QStringLiteral("save-data")), tr("Save data..."), this);
     m_infoAction = new QAction(namedIcon(QStringLiteral("measurement-info")), tr("Spectra info"), this);
     m_infoAction->setIconText(tr("Spectra"));
+    m_exportAction->setShortcut(Qt::CTRL + Qt::Key_E);
+    m_saveAction->setShortcut(Qt::CTRL + Qt::Key_S);
     connect(m_exportAction, &QAction::triggered, this, &MorvantideMainWindow::showExportData);
     connect(browser(), &Tsb::TimeSeriesBrowser::spanExportRequested, this, &MorvantideMainWindow::showExportOfSpan);
     connect(m_saveAction, &QAction::triggered, this, &MorvantideMainWindow::saveData);
@@ -287,6 +318,7 @@ void MorvantideMainWindow::setupKeepingActions()
 
 void MorvantideMainWindow::updateKeepingActions()
 {
+    m_readAgainAction->setEnabled(datastore() != nullptr);
     m_exportAction->setEnabled(datastore() != nullptr);
     m_saveAction->setEnabled(datastore() != nullptr);
     m_infoAction->setEnabled(datastore() != nullptr);
@@ -315,16 +347,10 @@ void MorvantideMainWindow::showInfoWindow()
         m_infoWindow->close();
     delete m_infoWindow;
     m_infoWindow = new MorvantideInfoWindow(uiInfo(), this);
-    m_infoWindow->setRecordsText([this](UiInfo::InfoKey spectrum) { return recordsText(spectrum); });
+    m_infoWindow->setRecordsText(
+        [this](UiInfo::InfoKey spectrum) { return MorvantideInfoWindow::recordsText(datastore().get(), spectrum); });
     connect(m_infoWindow, &MorvantideInfoWindow::requestSpectrumRemove, this, &MorvantideMainWindow::removeSpectrum);
     m_infoWindow->show();
-}
-
-QString MorvantideMainWindow::recordsText(UiInfo::InfoKey spectrum) const
-{
-    const auto series = datastore() ? datastore()->series(spectrum) : nullptr;
-    return tr("%1 of %2 records have this spectrum")
-        .arg(QString::number(series ? series->size() : 0), QString::number(datastore() ? datastore()->size() : 0));
 }
 
 // ---- reinversion
@@ -340,16 +366,11 @@ void MorvantideMainWindow::setupSpectraMenu()
     connect(&m_reinversion, &Reinversion::queueStatus, this, &MorvantideMainWindow::inversionQueueStatus);
     updateReinversionActions();
 
-    auto *menu = new QMenu(tr("Spectra"), this);
+    auto *menu = new QMenu(tr("&Spectra"), this);
     menu->addActions({m_reinvertAction, m_cancelReinvertAction, actions().inversionStats, m_infoAction});
     menuBar()->insertMenu(viewMenu()->menuAction(), menu);
 
-    m_queueStatusLabel = new QLabel(this);
-    m_queueStatusLabel->setObjectName(QStringLiteral("queueStatusLabel"));
-    m_queueStatusLabel->setMinimumWidth(m_queueStatusLabel->fontMetrics().horizontalAdvance(tr("0000 records/s")));
-    m_queueStatusLabel->setToolTip(tr("Data inversion rate in records per second\n"
-                                      "(optionally also inversion queue length)"));
-    statusBar()->addPermanentWidget(m_queueStatusLabel);
+    m_reinversionProgress = new ReinversionProgress(m_reinversion, statusBar());
 }
 
 void MorvantideMainWindow::updateReinversionActions()
@@ -377,7 +398,7 @@ void MorvantideMainWindow::reinvert()
             cancelReinvert();
         return;
     }
-    const QStringList files = FileChoices(settings(), this).askForInverters();
+    const QStringList files = FileChoices(settings(), this).askForInverters(m_folderPath);
     if (!files.isEmpty())
         m_inverterLoader.start(files);
 }
@@ -410,9 +431,7 @@ void MorvantideMainWindow::startReinversion(const SpectMath::InverterList &inver
 
 void MorvantideMainWindow::inversionQueueStatus(int length, int speed)
 {
-    m_queueStatusLabel->setText(
-        length < 1 ? tr("%1 records/s").arg(speed)
-                   : tr("%1 records/s (%2 in queue)").arg(QString::number(speed), QString::number(length)));
+    m_reinversionProgress->showRate(length, speed);
 }
 
 void MorvantideMainWindow::cancelReinvert()
@@ -429,7 +448,7 @@ void MorvantideMainWindow::cancelReinvert()
 void MorvantideMainWindow::reinversionFinished()
 {
     logger().log(Log::Info, QStringLiteral("Reinversion finished!"));
-    m_queueStatusLabel->clear();
+    m_reinversionProgress->clear();
     browser()->redrawPlots(); // gaps whose end wasn't there yet when their begin was drawn
     updateReinversionActions();
 }

@@ -14,7 +14,9 @@
 #include <QVariantMap>
 
 class MorvantideInfoWindow;
-class QLabel;
+class OpenCommands;
+class Rereading;
+class ReinversionProgress;
 
 /// The review window: the commands that open, close and reinvert data. The long work of a command has an owner of
 /// its own.
@@ -44,6 +46,9 @@ public Q_SLOTS:
     /// Asks for a folder, starting from that choice if it isn't empty, else from the last one.
     void showDataDirChoice(const QVariantMap &newchoice);
     void showDataFileChoice();
+    /// Reads the data again, with the days that have come since. The window stays as it is, and so do the data if
+    /// nothing is read; spectra that were inverted here are inverted again.
+    void readAgain();
     void closeData();
     void cancelFileReader();
     void fileReaderFinished(const DataLoader::Result &result);
@@ -78,13 +83,15 @@ protected:
 
 private:
     void openFiles(const DataRequest &request);
-    void showData(FileReader &reader);
+    void startReading();
+    /// Data that are read again bring something along; else null.
+    void showData(FileReader &reader, const Rereading *kept = nullptr);
+    void showAgain(const DataLoader::Result &result);
     void setTitle(bool incomplete);
 
     // ---- keeping the result
     void setupKeepingActions();
     void updateKeepingActions();
-    QString recordsText(UiInfo::InfoKey spectrum) const;
     // ---- reinversion
     void setupSpectraMenu();
     void invertersLoaded(const InverterLoader::Result &result);
@@ -94,9 +101,10 @@ private:
     std::unique_ptr<LayoutKeeper> m_layouts;
     DataLoader m_loader;
     DataRequest m_request; ///< of the open data or the read under way
+    bool m_readsAgain = false;
     QString m_folderPath;
-    QAction *m_openFolderAction = nullptr;
-    QAction *m_openFilesAction = nullptr;
+    OpenCommands *m_open = nullptr;
+    QAction *m_readAgainAction = nullptr;
 
     QAction *m_exportAction = nullptr;
     QAction *m_saveAction = nullptr;
@@ -110,5 +118,5 @@ private:
     DataExporting m_exporting;
     QAction *m_reinvertAction = nullptr;
     QAction *m_cancelReinvertAction = nullptr;
-    QLabel *m_queueStatusLabel = nullptr;
+    ReinversionProgress *m_reinversionProgress = nullptr;
 };

@@ -1,4 +1,5 @@
 #include "gui/morvantide/morvantideinfowindow.h"
+#include "store/datastore.h"
 
 #include <QColorDialog>
 #include <QHeaderView>
@@ -90,6 +91,13 @@ MorvantideInfoWindow::MorvantideInfoWindow(std::shared_ptr<UiInfo> uiInfo, QWidg
 }
 
 MorvantideInfoWindow::~MorvantideInfoWindow() = default;
+
+QString MorvantideInfoWindow::recordsText(const Datastore *store, UiInfo::InfoKey spectrum)
+{
+    const auto series = store ? store->series(spectrum) : nullptr;
+    return tr("%1 of %2 records have this spectrum")
+        .arg(QString::number(series ? series->size() : 0), QString::number(store ? store->size() : 0));
+}
 
 void MorvantideInfoWindow::setRecordsText(RecordsText text)
 {

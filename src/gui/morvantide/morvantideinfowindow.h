@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class Datastore;
 class QPushButton;
 class QStandardItem;
 class QStandardItemModel;
@@ -18,6 +19,8 @@ class MorvantideInfoWindow : public QWidget {
     Q_OBJECT
 public:
     /// How many records have the spectrum, as a sentence.
+    /// How many records of the store have the spectrum, in words. Null has none.
+    static QString recordsText(const Datastore *store, UiInfo::InfoKey spectrum);
     using RecordsText = std::function<QString(UiInfo::InfoKey)>;
 
     explicit MorvantideInfoWindow(std::shared_ptr<UiInfo> uiInfo, QWidget *parent = nullptr);

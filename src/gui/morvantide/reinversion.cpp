@@ -39,6 +39,7 @@ void Reinversion::start(std::shared_ptr<Datastore> store, std::shared_ptr<const 
     connect(queue, &InversionQueue::queueStatus, this,
             [this](int length, int speed) { Q_EMIT queueStatus(length + m_store->size() - m_fed, speed); });
     m_feeding.start();
+    Q_EMIT started();
 }
 
 bool Reinversion::feed()

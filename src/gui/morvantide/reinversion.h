@@ -35,6 +35,7 @@ public:
     void cancel();
 
 Q_SIGNALS:
+    void started();
     /// All records are through. Nothing is running any more.
     void finished();
     /// Once a second: records that wait, and records done since the last time.

@@ -21,7 +21,8 @@ TEST(MenuMnemonics, EachEntryGetsALetterOfItsOwn)
         QStringList texts, marked;
     } table[] = {
         {{"Save layout", "Save layout copy..."}, {"&Save layout", "Save &layout copy..."}},
-        {{"Open", "&Other", "Of&f", "o"}, {"O&pen", "&Other", "Of&f", "&o"}}, // the last has no letter that is free
+        {{"Open", "&Other", "Of&f", "o"}, {"O&pen", "O&ther", "Of&f", "&o"}}, // one gives way
+        {{"ab", "a", "b"}, {"a&b", "&a", "&b"}},                              // no other way
         {{"&Quit", "&Query"}, {"&Quit", "Q&uery"}},
         {{"1 /a && b", "Größe", "..."}, {"&1 /a && b", "&Größe", "..."}},
         {{"a b", "b"}, {"&a b", "&b"}},

@@ -309,19 +309,18 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
         for (const QAction *command : menu->menu()->actions())
             commands[menu->text()].append(command->text());
     }
-    EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "Spectra", "&View", "&Window", "&Help"}));
-    EXPECT_EQ(commands["&File"],
-              (QStringList{"Open data folder...", "Manually select data files...", "", "Export data...", "Save data...", "",
-                           "&Quit"}));
-    EXPECT_EQ(commands["&Window"],
-              (QStringList{"Save layout", "Save layout copy...", "Restore layout...", "Layouts of the data",
-                           "Restore default layout", "Undo restore", "", "Autosave layout",
-                           "Keep time span and record"}));
-    EXPECT_EQ(commands["Spectra"],
+    EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "&Spectra", "&View", "&Window", "&Help"}));
+    EXPECT_EQ(commands["&File"], (QStringList{"Open data folder...", "Manually select data files...", "Recent folders",
+                                              "Read again", "", "Export data...", "Save data...", "", "&Quit"}));
+    EXPECT_EQ(commands["&Window"], (QStringList{"Save layout", "Save layout copy...", "Restore layout...",
+                                                "Layouts of the data", "Restore default layout", "Undo restore", "",
+                                                "Autosave layout", "Keep time span and record"}));
+    EXPECT_EQ(commands["&Spectra"],
               (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
-    EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Record variable list", "Record variables",
-                                              "Inversion report", "Electrometer signals", "Electrometer signal plot",
-                                              "Distribution plot", "Comment list", "Diagnostic status"}));
+    EXPECT_EQ(commands["&View"],
+              (QStringList{"Log", "Selected record", "Record variable list", "Record variables", "Inversion report",
+                           "Electrometer signals", "Electrometer signal plot", "Distribution plot", "Comment list",
+                           "Diagnostic status", "", "Go to filter", "Full screen"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");

@@ -7,6 +7,7 @@
 
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QProgressBar>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -375,6 +376,20 @@ TEST_F(ReinversionTest, TheStatusBarTellsTheRate)
     EXPECT_EQ(label->text(), "1234 records/s (1 in queue)");
     window->reinversionFinished();
     EXPECT_EQ(label->text(), "");
+}
+
+TEST_F(ReinversionTest, ARunThatTakesAMomentShowsHowFarItIs)
+{
+    open();
+    window->show();
+    const auto *bar = window->findChild<QProgressBar *>("reinversionBar");
+    EXPECT_FALSE(bar->isVisible());
+    window->findChild<Reinversion *>()->setWorkerCount(1);
+    startReinversion(writeVariants(300));
+    EXPECT_TRUE(QTest::qWaitFor([bar] { return bar->isVisible() && bar->value() > 0; }));
+    EXPECT_EQ(bar->maximum(), window->datastore()->size());
+    window->cancelReinvert();
+    EXPECT_FALSE(bar->isVisible());
 }
 
 TEST(ReinversionRun, RecordsThatNobodyTakesEndIt)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gui/frame/menumnemonics.h"
 #include "gui/morvantide/datachooserdialog.h"
 #include "gui/morvantide/morvantide_mainwin.h"
 #include "log/logger.h"
@@ -40,10 +41,11 @@ protected:
 
     QString settingsFile() const { return path("morvantide.conf"); }
     void makeWindow() { window = std::make_unique<MorvantideMainWindow>(settingsFile()); }
+    /// Without the mark of its letter.
     QAction *action(const QString &text) const
     {
         for (QAction *one : window->findChildren<QAction *>())
-            if (one->text() == text)
+            if (withoutMnemonic(one->text()) == text)
                 return one;
         ADD_FAILURE() << "no command " << text.toStdString();
         return nullptr;

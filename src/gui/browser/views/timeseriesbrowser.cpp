@@ -404,17 +404,7 @@ void TimeSeriesBrowser::fitUntoldScales()
 void TimeSeriesBrowser::fitTimescale(RecordTime begin, RecordTime end)
 {
     activateLayouts();
-    timeView()->fitIntoView(begin, end);
-    const TimeScale fitted = timeScale();
-    const int width = timeView()->contentsRect().width();
-    QMetaObject::invokeMethod(
-        this, [=] { refit(begin, end, fitted, width); }, Qt::QueuedConnection);
-}
-
-void TimeSeriesBrowser::refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width)
-{
-    if (timeView()->contentsRect().width() != width && timeScale() == fitted)
-        timeView()->navigator()->refitIntoView(begin, end);
+    timeView()->navigator()->fitWhole(begin, end);
 }
 
 void TimeSeriesBrowser::setDisableAutoscroll(bool on)

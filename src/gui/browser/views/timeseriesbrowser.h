@@ -88,7 +88,7 @@ public:
     /// The views of a folder that brings none, fitted: the operating modes, the total concentration of the first mode's
     /// spectra, the first variable, and a spectrogram view for each mode with all its spectra.
     void addDefaultStack();
-    /// Shows that span of time, at the width that the axis has once all layouts are settled.
+    /// Shows that span, which is all of the data, and goes on to do so at other widths until the user zooms or pans.
     void fitTimescale(RecordTime begin, RecordTime end);
     /// Fits the scales of those views that a setup told no limits to the values in sight: a setup that is written by
     /// hand needn't know them.
@@ -145,7 +145,6 @@ private:
     void zoom(int step);
     RecordTime placeForCursor(int which) const;
     void makeCurrent(const std::shared_ptr<Record> &record, Scroll bring);
-    void refit(RecordTime begin, RecordTime end, const TimeScale &fitted, int width);
 
     std::shared_ptr<UiInfo> m_uiInfo;
     ViewKinds m_kinds;
