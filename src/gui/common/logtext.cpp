@@ -26,6 +26,12 @@ bool isShown(const Log::Entry &entry)
     return !entry.source.startsWith(QLatin1String("qt."));
 }
 
+bool isOfReading(const Log::Entry &entry)
+{
+    return entry.level == Log::Info && entry.source == QLatin1String("filereader") &&
+           entry.message.startsWith(QLatin1String("Reading "));
+}
+
 QString html(const Log::Entry &entry, bool withDate)
 {
     const QString time =

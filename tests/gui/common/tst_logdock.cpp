@@ -112,6 +112,58 @@ TEST(LogDock, FoldsEqualEntriesInARow)
     EXPECT_EQ(shown.lines(), before + (QStringList{row + " (10 times)", head + "bad", row})) << "another area";
 }
 
+TEST(LogDock, FilesOfOneReadAreOneLineAndAWarningComesOnce)
+{
+    const QString head("[12:00:00.000] ");
+    const auto reading = [](int file) { return entry(QString("Reading %1").arg(file), Log::Info, "filereader"); };
+    const auto complaint = entry("odd\nfile", Log::Warning, "filereader");
+    for (const bool atOnce : {true, false}) { // or each with a turn of the event loop
+        ShownDock shown;
+        const auto add = [&](const Log::Entry &one) {
+            shown.dock.addEntry(one);
+            if (!atOnce)
+                QTest::qWait(1);
+        };
+        add(entry("begin"));
+        for (int file = 1; file <= 3; ++file)
+            add(reading(file));
+        const QStringList begin{"[2019-09-12 12:00:00.000] begin"};
+        EXPECT_EQ(shown.lines(), begin + QStringList{head + "Reading 3 (the last of 3)"});
+        for (int file = 4; file <= 100; ++file) {
+            add(complaint);
+            add(reading(file));
+        }
+        const QString rest = QString(15, ' ') + "file (97 times)";
+        EXPECT_EQ(shown.lines(), begin + (QStringList{head + "Reading 3 (the last of 3)", head + "odd", rest,
+                                                      head + "Reading 100 (the last of 97)"}));
+        add(entry("end"));
+        add(reading(1));
+        add(complaint);
+        add(complaint);
+        EXPECT_EQ(shown.lines(),
+                  begin + (QStringList{head + "Reading 3 (the last of 3)", head + "Reading 100 (the last of 97)",
+                                       head + "end", head + "Reading 1", head + "odd",
+                                       QString(15, ' ') + "file (99 times)"}));
+    }
+}
+
+TEST(LogDock, WhatGoesAboveTheReaderDoesNotMoveTheText)
+{
+    ShownDock shown;
+    shown.dock.addEntry(entry("odd", Log::Warning));
+    shown.add(100);
+    shown.bar->setValue(50);
+    const auto firstSeen = [&shown] { return shown.lines().value(shown.bar->value()); };
+    const QString before = firstSeen();
+    shown.dock.addEntry(entry("odd", Log::Warning));
+    EXPECT_EQ(firstSeen(), before);
+    EXPECT_TRUE(shown.lines().last().endsWith("odd (2 times)"));
+    shown.add(2000); // it has left the view
+    shown.dock.addEntry(entry("odd", Log::Warning));
+    EXPECT_TRUE(shown.lines().last().endsWith("odd (3 times)")) << qPrintable(shown.lines().last());
+    EXPECT_EQ(shown.lines().size(), LogDock::greatestBlockCount);
+}
+
 TEST(LogDock, ABurstShowsItsLastThousandLinesAtOnce)
 {
     ShownDock shown;
