@@ -110,8 +110,22 @@ void VerticalScaleWidget::setLabel(const QString &label)
     if (label == m_label)
         return;
     m_label = label;
-    setToolTip(plainToolTip(label));
+    setToolTip(plainToolTip(title()));
     invalidateCache();
+}
+
+void VerticalScaleWidget::setNotice(const QString &notice)
+{
+    if (notice == m_notice)
+        return;
+    m_notice = notice;
+    setToolTip(plainToolTip(title()));
+    invalidateCache();
+}
+
+QString VerticalScaleWidget::title() const
+{
+    return m_notice.isEmpty() ? m_label : QStringLiteral("%1\n(%2)").arg(m_label, m_notice);
 }
 
 void VerticalScaleWidget::setAppearLog(bool on)
@@ -241,7 +255,7 @@ void VerticalScaleWidget::drawTitle(QPainter &painter, int freeWidth) const
     room.upwards = height - 2 * titleMargin;
     room.depth = freeWidth;
     const auto widthOf = [&metrics](const QString &text) { return metrics.horizontalAdvance(text); };
-    const TitlePlan plan = planTitle(m_label, room, widthOf);
+    const TitlePlan plan = planTitle(title(), room, widthOf);
     painter.save();
     if (plan.upwards) {
         painter.translate(titleMargin, height - titleMargin);

@@ -33,6 +33,8 @@ public Q_SLOTS:
     void setMinMax(double lower, double upper, bool updateScale);
     void updateScale();
     void setLabel(const QString &label);
+    /// A line below the label, and in the tool tip; empty for none.
+    void setNotice(const QString &notice);
     /// Values are logarithms: labels show 10 to the power.
     void setAppearLog(bool on);
     void setReadOnly(bool on);
@@ -63,6 +65,7 @@ private:
     void drawScale(QPainter &painter);
     /// Draws the ticks and returns the width of the widest label.
     int drawTicks(QPainter &painter) const;
+    QString title() const;
     void drawTitle(QPainter &painter, int freeWidth) const;
     void drawCursor(QPainter &painter) const;
     double heightAt(int widgetY) const; ///< pixels above the contents' bottom edge
@@ -74,6 +77,7 @@ private:
     EndlessDrag m_drag{EndlessDrag::TakesRepeats};
     ValueScale m_dragStartScale;
     QString m_label;
+    QString m_notice;
     int m_lineHeight = 0;
     int m_numbersWidth = 0; ///< of the widest label in the cached picture
     bool m_appearLog = false;

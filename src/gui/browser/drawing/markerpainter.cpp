@@ -3,6 +3,7 @@
 #include "util/functionclones.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 namespace Tsb {
@@ -39,15 +40,15 @@ void MarkerPainter::flush()
 {
     if (m_least == noPlace)
         return;
-    // A marker beyond an edge reaches two rows inward.
+    // A marker beyond an edge reaches some rows inward.
     int from = m_least - firstRow - 1, to = m_greatest - firstRow + 2;
     if (m_least < firstRow)
         from = 0;
     if (m_keys[aboveTop] != 0)
-        to = std::max(to, 2);
+        to = std::max(to, triangleHeight);
     if (m_keys[belowBottom] != 0)
         to = m_height;
-    if (m_column >= m_first - 1 && m_column <= m_end) {
+    if (m_column >= m_first - triangleHeight + 1 && m_column < m_end + triangleHeight - 1) {
         findColors();
         writeRows(std::max(from, 0), std::min(to, m_height));
     }
@@ -64,25 +65,39 @@ void MarkerPainter::findColors()
             key = (key & order) | m_colorOf(Name(key));
 }
 
-/// A square leaves its middle open, and a mark on the edge has no right column.
+/// The triangle that covers the pixel in that row, so far from the middle of the column's markers.
+MarkerPainter::Key MarkerPainter::edgeAt(int y, int distance) const
+{
+    const int fromBottom = m_height - 1 - y;
+    const Key top = y < triangleHeight && distance <= y ? m_keys[aboveTop] : 0;
+    const Key bottom = fromBottom < triangleHeight && distance <= fromBottom ? m_keys[belowBottom] : 0;
+    return std::max(top, bottom);
+}
+
+/// A square leaves its middle open.
 void MarkerPainter::writeRows(int from, int to)
 {
     const auto write = [](QRgb *pixel, Key key) { *pixel = key != 0 ? QRgb(key) : *pixel; };
-    const bool left = m_column - 1 >= m_first && m_column - 1 < m_end;
-    const bool middle = m_column >= m_first && m_column < m_end;
-    const bool right = m_column + 1 >= m_first && m_column + 1 < m_end;
+    const auto isInside = [this](int column) { return column >= m_first && column < m_end; };
+    const bool left = isInside(m_column - 1), middle = isInside(m_column), right = isInside(m_column + 1);
+    const bool hasEdge = m_keys[aboveTop] != 0 || m_keys[belowBottom] != 0;
     for (int y = from; y < to; ++y) {
         const Key *const key = m_keys.data() + firstRow + y;
         const Key beside = std::max(key[-1], key[1]);
         const Key squares = std::max(beside, key[0]);
-        Key edge = y < 2 ? m_keys[aboveTop] : 0;
-        if (y >= m_height - 2)
-            edge = std::max(edge, m_keys[belowBottom]);
         QRgb *const pixel = reinterpret_cast<QRgb *>(m_bits + std::ptrdiff_t(y) * m_stride) + m_column;
+        if (hasEdge && (y < triangleHeight || y >= m_height - triangleHeight)) {
+            for (int x = 1 - triangleHeight; x < triangleHeight; ++x) {
+                const Key square = x == 0 ? beside : std::abs(x) == 1 ? squares : 0;
+                if (isInside(m_column + x))
+                    write(pixel + x, std::max(square, edgeAt(y, std::abs(x))));
+            }
+            continue;
+        }
         if (left)
-            write(pixel - 1, std::max(squares, edge));
+            write(pixel - 1, squares);
         if (middle)
-            write(pixel, std::max(beside, edge));
+            write(pixel, beside);
         if (right)
             write(pixel + 1, squares);
     }

@@ -11,9 +11,9 @@
 
 namespace Tsb {
 
-/// Writes the markers of a scatter plot into the pixels of an image: hollow squares of eight pixels, and small marks on
-/// the edge for values above or below. Only the columns first .. last - 1 are written. Opaque colours; a later
-/// marker covers an earlier one.
+/// Writes the markers of a scatter plot into the pixels of an image: hollow squares of eight pixels, and on the edge
+/// triangles that point outwards for values above or below. Only the columns first .. last - 1 are written. Opaque
+/// colours; a later marker covers an earlier one.
 ///
 /// Markers come column by column. Of the many that one column gets, each row remembers only the last, and the pixels
 /// are worked out from those when the column is left: the same picture as by writing each, at the cost of one number
@@ -30,6 +30,8 @@ public:
     ~MarkerPainter() { flush(); }
 
     using Place = MarkerPlace;
+    /// A triangle is so many rows high, and reaches as many columns less one to each side.
+    static constexpr int triangleHeight = 3;
 
     /// The column of the middles of the markers that follow; may lie outside of the image.
     void setColumn(int column)
@@ -66,6 +68,7 @@ private:
     void noteSpan(const Place *places, std::size_t count);
     void findColors();
     void writeRows(int from, int to);
+    Key edgeAt(int y, int distance) const;
 
     ColorOf m_colorOf;
     uchar *m_bits;

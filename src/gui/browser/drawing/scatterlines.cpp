@@ -1,5 +1,6 @@
 #include "gui/browser/drawing/scatterlines.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -140,6 +141,31 @@ QVector<CurveFigures> ScatterLines::measure(const Datastore &store, bool areDeca
     return curves;
 }
 
+std::size_t ScatterLines::countOffScale(const Datastore &store, const TimeScale &scale, int width,
+                                        const ValueScale &valueScale, int height)
+{
+    std::size_t count = 0;
+    std::array<MarkerPlace, SpanIndex::blockSize> places;
+    const auto add = [&](auto &line, const SpanIndex &spans) {
+        const auto run = runInSight(spans, scale, 0, width);
+        const double *const values = line.values.values(store);
+        for (std::size_t i = run.first; i < run.second;) {
+            const std::size_t some = std::min(run.second - i, places.size());
+            MarkerPlaces::of(valueScale, height, values + i, some, places.data());
+            count +=
+                std::size_t(std::count_if(places.begin(), places.begin() + std::ptrdiff_t(some), [](MarkerPlace p) {
+                    return p == MarkerPlaces::aboveTop || p == MarkerPlaces::belowBottom;
+                }));
+            i += some;
+        }
+    };
+    for (SpectrumLine &line : m_spectrumLines)
+        add(line, store.seriesSpans(line.info.get()));
+    for (RecordLine &line : m_recordLines)
+        add(line, store.recordSpans());
+    return count;
+}
+
 void ScatterLines::draw(const Frame &frame)
 {
     if (!m_spectrumLines.empty())
@@ -214,7 +240,7 @@ void ScatterLines::markByColumn(MarkerPainter &marker, ColumnFinder &column, con
 void ScatterLines::drawRecordLines(const Frame &frame)
 {
     const SpanIndex &spans = frame.store.recordSpans();
-    const auto run = runInSight(spans, frame.timeScale, frame.first - 1, frame.last + 1);
+    const auto run = runInSight(spans, frame.timeScale, frame.first - 2, frame.last + 2);
     const std::uint8_t *const pens = m_pens.values(frame.store);
     std::vector<PlaceSource> lines;
     for (RecordLine &line : m_recordLines)
@@ -246,7 +272,7 @@ void ScatterLines::drawSpectrumLines(const Frame &frame)
     std::vector<PlaceSource> lines;
     for (SpectrumLine &line : m_spectrumLines) {
         const SpanIndex &spans = frame.store.seriesSpans(line.info.get());
-        const auto run = runInSight(spans, frame.timeScale, frame.first - 1, frame.last + 1);
+        const auto run = runInSight(spans, frame.timeScale, frame.first - 2, frame.last + 2);
         cursors.push_back({&spans, run.first, run.second});
         lines.push_back(placesOf(line, frame, spans.size(), run.second - run.first));
     }

@@ -73,6 +73,9 @@ public:
     static void bringUpToDate(const std::vector<ScatterLines *> &all, const Datastore &store);
     /// The range of the values whose records may touch the columns 0 .. width.
     FiniteRange rangeInSight(const Datastore &store, const TimeScale &scale, int width);
+    /// How many of the values in sight lie above or below a plot of that height.
+    std::size_t countOffScale(const Datastore &store, const TimeScale &scale, int width, const ValueScale &valueScale,
+                              int height);
     void draw(const Frame &frame);
     /// The figures of each line without name and unit, record lines first. Values of spectrum lines may be decades, as
     /// columns keep concentrations; their figures are concentrations.

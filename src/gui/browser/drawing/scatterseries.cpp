@@ -5,6 +5,12 @@
 
 namespace Tsb {
 
+namespace {
+
+constexpr double reach = 3; ///< columns beside an image whose markers may reach into it
+
+} // namespace
+
 ColumnFinder::ColumnFinder(const TimeScale &scale, int first, int last)
     : m_scale(scale), m_position(scale), m_first(std::max(first, 0)), m_last(last)
 {
@@ -14,7 +20,7 @@ int ColumnFinder::find(std::int64_t tick)
 {
     const double x = m_position(tick);
     m_from = m_until = 0;
-    if (!(x > m_first - 2.0 && x < m_last + 2.0)) {
+    if (!(x > m_first - reach && x < m_last + reach)) {
         m_column = m_first - 16;
         return m_column;
     }

@@ -22,9 +22,18 @@ double itself(double number)
     return number;
 }
 
-constexpr int markerMargin = 2; ///< a marker reaches beyond its record's own columns
+constexpr int markerMargin = 3; ///< a marker reaches beyond its record's own columns
+
+constexpr int countDelay = 150; // ms
 
 const QColor cursorColor(0, 0, 0, 80);
+
+/// Points from inside at the edge, as the small ones of other records do.
+void drawTriangle(QPainter &painter, int x, int edge, int inwards, const QColor &color)
+{
+    for (int row = 0; row < MarkerPainter::triangleHeight; ++row)
+        painter.fillRect(x - row, edge + inwards * row, 2 * row + 1, 1, color);
+}
 
 QRgb opaque(const QColor &color)
 {
@@ -37,6 +46,9 @@ ScatterPlot::ScatterPlot(QWidget *parent) : Plot(parent)
 {
     setMouseTracking(true);
     setRedrawMargin(markerMargin);
+    m_countTimer.setSingleShot(true);
+    m_countTimer.setInterval(countDelay);
+    connect(&m_countTimer, &QTimer::timeout, this, &ScatterPlot::countOffScale);
 }
 
 ScatterPlot::~ScatterPlot() = default;
@@ -226,9 +238,20 @@ double ScatterPlot::rowOf(double scaleValue) const
 void ScatterPlot::drawRange(QPainter &painter, int first, int last)
 {
     clearRange(painter, first, last);
+    if (!m_countTimer.isActive())
+        m_countTimer.start();
     if (!datastore() || !m_scale.valid)
         return;
     m_lines.draw({*static_cast<QImage *>(painter.device()), first, last, *datastore(), timeScale(), m_scale});
+}
+
+void ScatterPlot::countOffScale()
+{
+    const QSize size = contentsRect().size();
+    const bool isDrawn = datastore() && m_scale.valid;
+    const std::size_t count =
+        isDrawn ? m_lines.countOffScale(*datastore(), timeScale(), size.width(), m_scale, size.height()) : 0;
+    Q_EMIT offScaleCounted(int(std::min<std::size_t>(count, std::numeric_limits<int>::max())));
 }
 
 std::pair<double, double> ScatterPlot::minMax()
@@ -353,7 +376,7 @@ void ScatterPlot::drawSelectedRecord(QPainter &painter, const QRect &contents)
         painter.setPen(Qt::black);
         painter.drawRect(qRound(x) - 3, row - 3, 6, 6);
         if (y < 0 || y > contents.height() - 1) {
-            painter.fillRect(qRound(x) - 1, y < 0 ? 0 : contents.height() - 2, 2, 2, QColor(point.color));
+            drawTriangle(painter, qRound(x), y < 0 ? 0 : contents.height() - 1, y < 0 ? 1 : -1, point.color);
         } else {
             painter.setPen(QColor(point.color));
             painter.setBrush(Qt::NoBrush);

@@ -9,6 +9,7 @@
 
 #include <QPen>
 #include <QPointer>
+#include <QTimer>
 
 #include <optional>
 #include <utility>
@@ -16,7 +17,7 @@
 namespace Tsb {
 
 /// One value per record (or per record and spectrum) against time, as small marks in the colour of the record's mode or
-/// of the spectrum. Values off the scale are drawn on its edge.
+/// of the spectrum. Values off the scale are triangles on its edge, and counted.
 class ScatterPlot : public Plot {
     Q_OBJECT
 public:
@@ -47,6 +48,10 @@ public Q_SLOTS:
     /// Names, colours or the list of spectra changed.
     void reloadSetup();
 
+Q_SIGNALS:
+    /// So many of the values in sight lie above or below the scale; told a moment after they were drawn.
+    void offScaleCounted(int count);
+
 protected:
     void drawRange(QPainter &painter, int first, int last) override;
     void drawOverlay(QPainter &painter) override;
@@ -63,6 +68,7 @@ private:
         QRgb color;
     };
 
+    void countOffScale();
     void rebuildLines();
     using ValueOfNumber = double (*)(double);
     void addRecordLine(RecordSlot slot, ValueOfNumber valueOf, bool paleRegular, bool paleIrregular);
@@ -82,6 +88,7 @@ private:
     ValueScale m_scale;
     ScatterPlotSettings m_settings;
     ScatterLines m_lines;
+    QTimer m_countTimer;
     QVector<QPointer<ScatterPlot>> m_predecessors;
 };
 

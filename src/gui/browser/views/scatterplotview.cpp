@@ -42,6 +42,8 @@ ScatterPlotView::ScatterPlotView(QWidget *parent)
     connect(m_scale, &VerticalScaleWidget::minMaxChanged, this, [this] { plot()->setScale(m_scale->scale()); });
     connect(m_scale, &VerticalScaleWidget::requestAutoscale, this, &ScatterPlotView::fitScale);
     connect(scatter, &Plot::valueCursorChanged, m_scale, &VerticalScaleWidget::showCursor);
+    connect(scatter, &ScatterPlot::offScaleCounted, this,
+            [this](int count) { m_scale->setNotice(count > 0 ? tr("off scale: %1").arg(count) : QString()); });
     applySettings();
 }
 

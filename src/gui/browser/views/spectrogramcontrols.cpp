@@ -25,11 +25,14 @@ SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
       m_smoothingLabel(new QLabel(tr("Smoothing:"), this)), m_smoothingBox(new QDoubleSpinBox(this)),
       m_colorbar(new Colorbar(Qt::Horizontal, limits, this)), m_colormaps(new ColormapMenu(m_optionsButton))
 {
+    // Raised, so that both look like something to press.
     m_spectraButton->setText(tr("Spectrogram"));
-    m_spectraButton->setAutoRaise(true);
-    m_spectraButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    m_spectraButton->setToolTip(tr("Choose the spectra"));
+    m_spectraButton->setArrowType(Qt::DownArrow);
+    m_spectraButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_spectraButton->setCheckable(true);
     m_optionsButton->setText(tr("Options"));
+    m_optionsButton->setAutoRaise(false);
     m_smoothingBox->setDecimals(1);
     m_smoothingBox->setSingleStep(0.1);
     m_smoothingBox->setRange(0.0, 10.0);

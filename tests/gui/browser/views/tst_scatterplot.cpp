@@ -18,6 +18,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <QTest>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -324,13 +326,17 @@ TEST_F(Scatter, TheSelectedRecordIsMarkedAndLabelled)
     for (const bool above : {true, false}) {
         view.scaleWidget()->setMinMax(above ? -5 : 5, above ? 0 : 9, true);
         const QImage image = shown();
-        const int top = above ? 0 : h - 2;
-        for (const QPoint &p : {QPoint(-1, 0), QPoint(0, 0), QPoint(-1, 1), QPoint(0, 1)})
-            EXPECT_EQ(image.pixel(origin + QPoint(x, top) + p), color) << above;
-        EXPECT_EQ(image.pixel(origin + QPoint(x + 1, top + (above ? 0 : 1))), qRgb(255, 255, 255)) << above;
+        const int edge = above ? 0 : h - 1, inwards = above ? 1 : -1;
+        for (int row = 0; row < 2; ++row)
+            for (const int beside : {-2, -1, 0, 1, 2}) {
+                const QRgb pixel = image.pixel(origin + QPoint(x + beside, edge + inwards * row));
+                EXPECT_EQ(pixel == color, std::abs(beside) <= row) << above << row << beside;
+            }
+        EXPECT_TRUE(QTest::qWaitFor([this] { return view.scaleWidget()->toolTip().contains("(off scale: 2)"); }));
     }
     view.scaleWidget()->setMinMax(0, 4, true);
     EXPECT_EQ(shown().pixel(origin + QPoint(x, qRound(h / 2.0))), qRgb(255, 255, 255)) << "hollow";
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !view.scaleWidget()->toolTip().contains("off scale"); }));
 
     // Both values have a line of their own, and none has two.
     const QImage before = shown();
