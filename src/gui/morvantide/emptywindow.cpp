@@ -125,6 +125,7 @@ void EmptyWindow::takeFocus()
 void EmptyWindow::cover()
 {
     setGeometry(QRect(m_covered->mapTo(parentWidget(), QPoint()), m_covered->size()));
+    raise();
 }
 
 // ---- keys
@@ -139,7 +140,8 @@ bool EmptyWindow::hasKeys() const
 bool EmptyWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_covered) {
-        if (event->type() == QEvent::Resize || event->type() == QEvent::Move)
+        if (event->type() == QEvent::Resize || event->type() == QEvent::Move || event->type() == QEvent::Show ||
+            event->type() == QEvent::ZOrderChange)
             cover();
         return false;
     }

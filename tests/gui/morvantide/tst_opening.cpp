@@ -86,6 +86,12 @@ TEST_F(OpeningTest, EveryMenuEntryHasALetterAndEveryIconTellsItsKey)
 TEST_F(OpeningTest, TheEmptyWindowOffersWhatWasOpenLast)
 {
     EXPECT_TRUE(emptyWindow()->isVisible());
+    EXPECT_EQ(emptyWindow()->geometry(), window->browser()->geometry());
+    const auto isSeen = [this] {
+        const QWidget *top = window->childAt(window->browser()->geometry().center());
+        return top && (top == emptyWindow() || emptyWindow()->isAncestorOf(top));
+    };
+    EXPECT_TRUE(isSeen());
     EXPECT_FALSE(recent()->isVisible());
     EXPECT_EQ(QApplication::focusWidget(), emptyWindow()->findChild<QPushButton *>());
     const QDateTime day(QDate(2019, 9, 12), {});
