@@ -48,5 +48,7 @@ inline constexpr char smoothingEnabled[] = "smoothingEnabled";
 inline constexpr char smoothingCoef[] = "smoothingCoef";
 inline constexpr char colormap[] = "colormap";
 inline constexpr char whiteBackground[] = "whiteBackground";
+inline constexpr char markZeros[] = "markZeros"; ///< written where it is on, as the next one
+inline constexpr char lockColors[] = "lockColors";
 
 } // namespace Tsb::SetupKeys

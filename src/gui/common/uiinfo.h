@@ -70,6 +70,11 @@ public:
     /// The opmode's colour; invalid for an index outside the list.
     QColor opmodeColor(int opmode) const;
 
+    /// The name of the colour map of new spectrograms, by the user's choice; empty for the first one. Stays when data
+    /// go.
+    const QString &defaultColormap() const { return m_defaultColormap; }
+    void setDefaultColormap(const QString &name) { m_defaultColormap = name; }
+
     // ---- highlighted variables and electrometers; each call replaces the old
     void setHighlights(const QStringList &variables, const QList<int> &electrometers);
     const QStringList &highlightedVariables() const { return m_highlightedVariables; }
@@ -100,6 +105,7 @@ private:
     SpectrumColors::ByHash m_userColors;
     std::vector<QColor> m_opmodeColors;
     std::vector<VarGridLayout> m_gridLayouts;
+    QString m_defaultColormap;
     QStringList m_highlightedVariables;
     QList<int> m_highlightedElectrometers;
     QVariantMap m_values;

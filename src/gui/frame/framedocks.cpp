@@ -16,6 +16,8 @@
 #include <QAction>
 #include <QMainWindow>
 
+#include <utility>
+
 FrameDocks::FrameDocks(std::shared_ptr<UiInfo> uiInfo, QMainWindow *window)
     : QObject(window), m_uiInfo(std::move(uiInfo)), m_window(window), m_log(new LogDock(window))
 {
@@ -23,6 +25,7 @@ FrameDocks::FrameDocks(std::shared_ptr<UiInfo> uiInfo, QMainWindow *window)
 
 void FrameDocks::makeAll()
 {
+    const QList<QDockWidget *> others = std::exchange(m_docks, {});
     add(m_log, QStringLiteral("log"));
     QDockWidget *const selected =
         makeDock(QStringLiteral("currentrecordform"), tr("Selected record"), QStringLiteral("current-record"));
@@ -39,6 +42,7 @@ void FrameDocks::makeAll()
         makeDock(QStringLiteral("commentList"), tr("Comment list"), QStringLiteral("comment-list"))); // enters itself
     m_status = new DiagnosticStatusDockWidget(m_uiInfo, m_window);
     add(m_status, QStringLiteral("diagnostic-status"));
+    m_docks += others;
     arrangeDocks(*m_window);
 }
 

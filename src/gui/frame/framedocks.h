@@ -31,7 +31,7 @@ public:
 
     /// Makes the others, and gives all of them their default places.
     void makeAll();
-    /// Adds a dock to those of the menu. Called before makeAll(), which places it.
+    /// Adds a dock behind those of the menu. Called before makeAll(), which places it.
     void add(QDockWidget *dock, const QString &icon);
     /// Adds a view that is told of each shown record. Called before makeAll(), too.
     void addRecordView(RecordViews::RecordView *view, const QString &icon);

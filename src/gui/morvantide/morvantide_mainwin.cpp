@@ -11,6 +11,7 @@
 #include "gui/frame/framedocks.h"
 #include "gui/frame/opencomments.h"
 #include "gui/frame/windowkeys.h"
+#include "gui/morvantide/colormapchoice.h"
 #include "gui/morvantide/filechoices.h"
 #include "gui/morvantide/installedfiles.h"
 #include "gui/morvantide/morvantideinfowindow.h"
@@ -42,8 +43,9 @@ constexpr QSize firstSize(1280, 860);
 MorvantideMainWindow::MorvantideMainWindow(QWidget *parent) : MorvantideMainWindow(applicationSettingsFile(), parent) {}
 
 MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget *parent)
-    : MainWindowBase(parent), m_loader(this), m_inverterLoader(this), m_reinversion(this),
-      m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, this), m_exporting(uiInfo(), browser(), this)
+    : MainWindowBase(parent), m_colormap(new ColormapChoice(uiInfo(), this)), m_loader(this), m_inverterLoader(this),
+      m_reinversion(this), m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, this),
+      m_exporting(uiInfo(), browser(), this)
 {
     setAboutInfo(QStringLiteral("Morvantide"),
                  tr("Viewing and analysis of data measured with aerosol and ion mobility spectrometers."));
@@ -69,6 +71,7 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     const QSize titleBar(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     resize(firstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize() - titleBar));
     restoreMainWindowState(true);
+    m_colormap->start(*this->settings());
     if (m_layouts->start(*this->settings()))
         keepDockSizes();
 }
@@ -109,6 +112,9 @@ void MorvantideMainWindow::setupMenus()
     fileMenu()->insertSeparator(actions().quit);
     fileMenu()->insertActions(actions().quit, {m_exportAction, m_saveAction});
     fileMenu()->insertSeparator(actions().quit);
+    viewMenu()->addSeparator();
+    viewMenu()->addMenu(m_colormap->menu());
+    connect(m_colormap, &ColormapChoice::offerTaken, browser(), &Tsb::TimeSeriesBrowser::setColormap);
     setupSpectraMenu();
     menuBar()->insertMenu(menuBar()->actions().last(), m_layouts->menu());
     helpMenu()->insertAction(helpMenu()->actions().first(), (new UserGuide(this))->action());

@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QVariantMap>
 
+class ColormapChoice;
 class MorvantideInfoWindow;
 class OpenCommands;
 class Rereading;
@@ -99,6 +100,7 @@ private:
     void updateReinversionActions();
 
     std::unique_ptr<LayoutKeeper> m_layouts;
+    ColormapChoice *m_colormap;
     DataLoader m_loader;
     DataRequest m_request; ///< of the open data or the read under way
     bool m_readsAgain = false;

@@ -1,10 +1,13 @@
 #include "gui/browser/controls/timeview.h"
+#include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/morvantide/datasaverdialog.h"
 #include "gui/morvantide/dayfolder.h"
 #include "gui/morvantide/readprogressdialog.h"
 #include "gui/morvantide/windowtest.h"
+#include "support/gestures.h"
 
+#include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -297,7 +300,50 @@ TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
     settings().setValue("MainWindow/geometry", geometry);
     makeWindow();
     EXPECT_GT(window->width(), 790);
-    EXPECT_EQ(settings().allKeys(), QStringList{"version"}) << settings().allKeys().join(' ').toStdString();
+    EXPECT_EQ(settings().allKeys(), (QStringList{"colormapoffered", "version"}))
+        << settings().allKeys().join(' ').toStdString();
+}
+
+TEST_F(MorvantideMainWindowTest, NewSpectrogramsTakeTheChosenMapAndTheSafeOneIsOfferedOnce)
+{
+    const auto mapOfNewView = [this] {
+        auto *const view = new Tsb::SpectrogramView;
+        window->browser()->addView(view);
+        const QString name = view->colormapName();
+        return name + (view->isWhiteBackground() ? "-w" : "-d");
+    };
+    const auto offer = [this] { return window->findChild<QLabel *>("colormapOffer"); };
+    window->show();
+    settle();
+    ASSERT_TRUE(offer() && offer()->isVisible());
+    EXPECT_EQ(mapOfNewView(), "jet-w");
+    window->close();
+    makeWindow();
+    EXPECT_FALSE(offer()) << "at the first start alone";
+    EXPECT_EQ(mapOfNewView(), "jet-w");
+    window->findChild<QMenu *>("defaultColormap")->actions()[4]->trigger();
+    EXPECT_EQ(mapOfNewView(), "hot-w");
+    open();
+    window->closeData();
+    EXPECT_EQ(mapOfNewView(), "hot-w") << "data come and go";
+    auto *const stored = new Tsb::SpectrogramView;
+    window->browser()->addView(stored);
+    stored->setSettings(QVariantMap{{"height", 100}});
+    EXPECT_EQ(stored->colormapName(), "jet") << "the setup of a view means what it meant";
+
+    window.reset();
+    QFile::remove(settingsFile());
+    makeWindow();
+    auto *const standing = new Tsb::SpectrogramView;
+    window->browser()->addView(standing);
+    Q_EMIT offer()->linkActivated("viridis");
+    settle();
+    EXPECT_FALSE(offer());
+    EXPECT_EQ(standing->colormapName(), "viridis");
+    window->close();
+    makeWindow();
+    EXPECT_EQ(mapOfNewView(), "viridis-w");
+    EXPECT_FALSE(offer());
 }
 
 TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
@@ -320,7 +366,8 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
     EXPECT_EQ(commands["&View"],
               (QStringList{"Log", "Selected record", "Record variable list", "Record variables", "Inversion report",
                            "Electrometer signals", "Electrometer signal plot", "Distribution plot", "Comment list",
-                           "Diagnostic status", "", "Go to filter", "Full screen"}));
+                           "Diagnostic status", "Measuring", "", "Go to filter", "Full screen", "",
+                           "Default color map"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");

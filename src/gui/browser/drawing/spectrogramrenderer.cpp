@@ -1,5 +1,6 @@
 #include "gui/browser/drawing/spectrogramrenderer.h"
 
+#include "gui/browser/drawing/zeromarks.h"
 #include "util/decadelogarithm.h"
 
 #include <algorithm>
@@ -231,6 +232,23 @@ void paintRows(Lookup &lookup, const LevelTable &levels, const Runs &runs, int b
     }
 }
 
+void markZerosOf(const std::vector<ColumnRun> &runs, const SpectrogramParameters &p, QImage &image)
+{
+    const auto colorOf = [&p, span = p.colorUpper - p.colorLower](double value) {
+        return p.colormap(heldNumber((std::log10(value) - p.colorLower) / span));
+    };
+    std::vector<double> values(std::size_t(p.binCount));
+    for (const ColumnRun &run : runs) {
+        if (p.smoothing)
+            multiplyRow(run.values, *p.smoothing, values.data(), values.size());
+        else
+            std::copy_n(run.values, values.size(), values.begin());
+        if (p.reversedRows)
+            std::reverse(values.begin(), values.end());
+        markZeros(values, run.left, run.right, colorOf, image);
+    }
+}
+
 } // namespace
 
 void multiplyRow(const double *values, const RealMatrix &matrix, double *result, std::size_t size)
@@ -262,6 +280,8 @@ void renderSpectrogram(const SpectrogramSource &source, const SpectrogramParamet
             paintRows(lookup, levels, some, parameters.binCount, image);
         }
     });
+    if (parameters.marksZeros)
+        markZerosOf(runs, parameters, image);
 }
 
 QColor spectrogramBackground(const Colormap::Map &colormap, bool white)

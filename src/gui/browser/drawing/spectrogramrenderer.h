@@ -14,6 +14,7 @@ struct SpectrogramParameters : ColumnParameters {
     double colorUpper = 3;
     Colormap::Map colormap;                ///< empty: nothing is drawn
     bool reversedRows = false;             ///< the last bin on the bottom row
+    bool marksZeros = false;               ///< see markZeros()
     const RealMatrix *smoothing = nullptr; ///< binCount by binCount; null: off
 };
 

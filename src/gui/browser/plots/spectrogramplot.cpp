@@ -67,6 +67,14 @@ void SpectrogramPlot::setFillGaps(bool on)
     requestFullRedraw();
 }
 
+void SpectrogramPlot::setMarkZeros(bool on)
+{
+    if (on == m_marksZeros)
+        return;
+    m_marksZeros = on;
+    requestFullRedraw();
+}
+
 void SpectrogramPlot::setSmoothingCoef(double width)
 {
     if (sameValue(width, m_smoothingCoef))
@@ -198,6 +206,7 @@ void SpectrogramPlot::render(QImage &image, int first, int last, int offset)
     parameters.colormap = m_colormap;
     parameters.fillGaps = m_fillGaps;
     parameters.reversedRows = m_reversedRows;
+    parameters.marksZeros = m_marksZeros;
     parameters.smoothing = smoothing();
     const SpectrogramSource source{*entries, datastore()->seriesSpans(m_spectrumInfo.get())};
     renderSpectrogram(source, parameters, image, {first, last}, offset);

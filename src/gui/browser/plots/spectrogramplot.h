@@ -28,6 +28,7 @@ public:
 public Q_SLOTS:
     void setColorLimits(double lower, double upper); ///< decades
     void setFillGaps(bool on);
+    void setMarkZeros(bool on);
     void setSmoothingCoef(double width); ///< 0: off
     void setWhiteBackground(bool on);
     void setColormap(const Colormap::Map &colormap);
@@ -52,6 +53,7 @@ private:
     double m_colorUpper = 3;
     Colormap::Map m_colormap;
     bool m_fillGaps = false;
+    bool m_marksZeros = false;
     bool m_whiteBackground = true;
     bool m_reversedRows = false;
     double m_smoothingCoef = 0;

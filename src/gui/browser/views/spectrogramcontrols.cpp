@@ -3,6 +3,7 @@
 #include "gui/browser/controls/colorbar.h"
 #include "gui/browser/controls/colorlimitbox.h"
 #include "gui/browser/controls/colormapmenu.h"
+#include "gui/browser/controls/zeroswatch.h"
 #include "gui/common/menubutton.h"
 
 #include <QAction>
@@ -23,7 +24,8 @@ constexpr int spacing = 3;
 SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
     : QWidget(parent), m_spectraButton(new QToolButton(this)), m_optionsButton(new MenuButton(this)),
       m_smoothingLabel(new QLabel(tr("Smoothing:"), this)), m_smoothingBox(new QDoubleSpinBox(this)),
-      m_colorbar(new Colorbar(Qt::Horizontal, limits, this)), m_colormaps(new ColormapMenu(m_optionsButton))
+      m_colorbar(new Colorbar(Qt::Horizontal, limits, this)), m_colormaps(new ColormapMenu(m_optionsButton)),
+      m_zeroSwatch(new ZeroSwatch(this))
 {
     // Raised, so that both look like something to press.
     m_spectraButton->setText(tr("Spectrogram"));
@@ -38,6 +40,7 @@ SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
     m_smoothingBox->setRange(0.0, 10.0);
     m_smoothingLabel->hide();
     m_smoothingBox->hide();
+    m_zeroSwatch->hide();
     makeOptions();
 
     auto *const layout = new QHBoxLayout(this);
@@ -49,11 +52,15 @@ SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
     layout->addWidget(m_smoothingBox);
     layout->addStretch();
     layout->addWidget(new ColorLimitBox(limits, ColorLimitBox::Lower, this));
+    layout->addWidget(m_zeroSwatch);
     layout->addWidget(m_colorbar);
     layout->addWidget(new ColorLimitBox(limits, ColorLimitBox::Upper, this));
 
     connect(m_colorbar, &Colorbar::doubleClicked, this, &SpectrogramControls::fitRequested);
     connect(m_fillGapsAction, &QAction::toggled, this, &SpectrogramControls::fillGapsChanged);
+    connect(m_markZerosAction, &QAction::toggled, m_zeroSwatch, &QWidget::setVisible);
+    connect(m_markZerosAction, &QAction::toggled, this, &SpectrogramControls::markZerosChanged);
+    connect(m_lockAction, &QAction::toggled, this, &SpectrogramControls::lockColorsChanged);
     connect(m_smoothingAction, &QAction::toggled, this, &SpectrogramControls::showSmoothing);
     connect(m_smoothingBox, qOverload<double>(&QDoubleSpinBox::valueChanged), this, [this](double width) {
         if (isSmoothing())
@@ -64,12 +71,13 @@ SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
 void SpectrogramControls::makeOptions()
 {
     connect(addOption(tr("Fit color map")), &QAction::triggered, this, &SpectrogramControls::fitRequested);
-    m_fillGapsAction = addOption(tr("Fill gaps"), tr("Fill gaps between records"));
-    m_fillGapsAction->setCheckable(true);
+    m_fillGapsAction = addSwitch(tr("Fill gaps"), tr("Fill gaps between records"));
     m_fillGapsAction->setChecked(true);
-    m_smoothingAction = addOption(tr("Smoothing"), tr("Enable spectrum smoothing"));
-    m_smoothingAction->setCheckable(true);
+    m_smoothingAction = addSwitch(tr("Smoothing"), tr("Enable spectrum smoothing"));
     addOption(tr("Color map"))->setMenu(m_colormaps);
+    m_markZerosAction = addSwitch(tr("Mark zeros"), tr("Show values of 0 and below as stripes"));
+    m_lockAction = addSwitch(tr("Lock color limits"),
+                             tr("The same colors for the same values in all spectrograms whose limits are locked"));
 
     auto *const menu = new QMenu(m_optionsButton);
     menu->setToolTipsVisible(true);
@@ -86,6 +94,13 @@ QAction *SpectrogramControls::addOption(const QString &text, const QString &tool
     return action;
 }
 
+QAction *SpectrogramControls::addSwitch(const QString &text, const QString &toolTip)
+{
+    QAction *const action = addOption(text, toolTip);
+    action->setCheckable(true);
+    return action;
+}
+
 bool SpectrogramControls::fillsGaps() const
 {
     return m_fillGapsAction->isChecked();
@@ -94,6 +109,26 @@ bool SpectrogramControls::fillsGaps() const
 void SpectrogramControls::setFillGaps(bool on)
 {
     m_fillGapsAction->setChecked(on);
+}
+
+bool SpectrogramControls::marksZeros() const
+{
+    return m_markZerosAction->isChecked();
+}
+
+void SpectrogramControls::setMarkZeros(bool on)
+{
+    m_markZerosAction->setChecked(on);
+}
+
+bool SpectrogramControls::locksColors() const
+{
+    return m_lockAction->isChecked();
+}
+
+void SpectrogramControls::setLockColors(bool on)
+{
+    m_lockAction->setChecked(on);
 }
 
 bool SpectrogramControls::isSmoothing() const

@@ -13,6 +13,7 @@ namespace Tsb {
 
 class ColorLimits;
 class ColormapMenu;
+class ZeroSwatch;
 
 /// The row above the strips of a spectrogram view: the button for its list of spectra, options, smoothing, colour bar
 /// and limits. Owns the state of its options. The limits must live as long as the row.
@@ -30,6 +31,10 @@ public:
 
     bool fillsGaps() const;
     void setFillGaps(bool on);
+    bool marksZeros() const;
+    void setMarkZeros(bool on);
+    bool locksColors() const;
+    void setLockColors(bool on);
     bool isSmoothing() const;
     void setSmoothing(bool on);
     /// The width that smoothing has while it is on.
@@ -41,12 +46,15 @@ public:
 Q_SIGNALS:
     void fitRequested();
     void fillGapsChanged(bool on);
+    void markZerosChanged(bool on);
+    void lockColorsChanged(bool on);
     /// Another width is in use.
     void smoothingChanged(double width);
 
 private:
     void makeOptions();
     QAction *addOption(const QString &text, const QString &toolTip = QString());
+    QAction *addSwitch(const QString &text, const QString &toolTip);
     void showSmoothing(bool on);
 
     QToolButton *m_spectraButton;
@@ -55,8 +63,11 @@ private:
     QDoubleSpinBox *m_smoothingBox;
     Colorbar *m_colorbar;
     ColormapMenu *m_colormaps;
+    ZeroSwatch *m_zeroSwatch;
     QAction *m_fillGapsAction = nullptr;
     QAction *m_smoothingAction = nullptr;
+    QAction *m_markZerosAction = nullptr;
+    QAction *m_lockAction = nullptr;
     QList<QAction *> m_options;
 };
 

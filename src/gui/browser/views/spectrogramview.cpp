@@ -11,6 +11,7 @@
 #include "gui/browser/controls/spectraselectionwidget.h"
 #include "gui/browser/controls/viewlayout.h"
 #include "gui/browser/drawing/colorfit.h"
+#include "gui/browser/views/colorlock.h"
 #include "gui/browser/views/spectrogramcontrols.h"
 
 #include <QLabel>
@@ -58,7 +59,10 @@ SpectrogramView::SpectrogramView(QWidget *parent)
     restoreColormap();
 }
 
-SpectrogramView::~SpectrogramView() = default;
+SpectrogramView::~SpectrogramView()
+{
+    lockColors(false);
+}
 
 void SpectrogramView::connectControls()
 {
@@ -71,6 +75,9 @@ void SpectrogramView::connectControls()
     connect(m_controls, &SpectrogramControls::fitRequested, this, &SpectrogramView::fitScale);
     connect(m_controls, &SpectrogramControls::fillGapsChanged, this,
             [this](bool on) { forEachPlot([on](SpectrogramPlot &plot) { plot.setFillGaps(on); }); });
+    connect(m_controls, &SpectrogramControls::markZerosChanged, this,
+            [this](bool on) { forEachPlot([on](SpectrogramPlot &plot) { plot.setMarkZeros(on); }); });
+    connect(m_controls, &SpectrogramControls::lockColorsChanged, this, &SpectrogramView::lockColors);
     connect(m_controls, &SpectrogramControls::smoothingChanged, this, &SpectrogramView::smoothingChanged);
     connect(m_controls->colormaps(), &ColormapMenu::chosen, this, &SpectrogramView::restoreColormap);
     connect(m_controls->colormaps(), &ColormapMenu::previewed, this, &SpectrogramView::showColors);
@@ -97,6 +104,8 @@ void SpectrogramView::setUiInfo(std::shared_ptr<UiInfo> uiInfo)
 {
     if (m_uiInfo)
         disconnect(m_uiInfo.get(), nullptr, this, nullptr);
+    else if (uiInfo) // a new view
+        setColormap(uiInfo->defaultColormap(), isWhiteBackground());
     m_uiInfo = std::move(uiInfo);
     m_selectionWidget->setUiInfo(m_uiInfo);
     if (m_uiInfo)
@@ -154,6 +163,7 @@ void SpectrogramView::appendRow()
     connect(this, &SpectrogramView::requestColorLimits, plot, &SpectrogramPlot::setColorLimits);
     connect(this, &SpectrogramView::smoothingChanged, plot, &SpectrogramPlot::setSmoothingCoef);
     plot->setFillGaps(m_controls->fillsGaps());
+    plot->setMarkZeros(m_controls->marksZeros());
     plot->setSmoothingCoef(m_controls->usedSmoothing());
     plot->setColormap(m_controls->colormaps()->map());
     plot->setWhiteBackground(isWhiteBackground());
@@ -238,9 +248,32 @@ void SpectrogramView::highlightValue(double value)
 void SpectrogramView::fitScale()
 {
     DecadeHistogram histogram;
-    forEachPlot([&](SpectrogramPlot &plot) { plot.addVisibleValuesTo(histogram); });
+    if (m_colorLock && m_controls->locksColors())
+        m_colorLock->addVisibleValuesTo(histogram);
+    else
+        addVisibleValuesTo(histogram);
     if (const auto limits = colorLimits(histogram))
         m_limits->set(limits->first, limits->second);
+}
+
+void SpectrogramView::addVisibleValuesTo(DecadeHistogram &histogram)
+{
+    forEachPlot([&](SpectrogramPlot &plot) { plot.addVisibleValuesTo(histogram); });
+}
+
+void SpectrogramView::setColorLock(ColorLock *lock)
+{
+    lockColors(false);
+    m_colorLock = lock;
+    lockColors(m_controls->locksColors());
+}
+
+void SpectrogramView::lockColors(bool on)
+{
+    if (m_colorLock && on)
+        m_colorLock->join(m_limits, [this](DecadeHistogram &histogram) { addVisibleValuesTo(histogram); });
+    else if (m_colorLock)
+        m_colorLock->leave(m_limits);
 }
 
 double SpectrogramView::colorLower() const
@@ -308,6 +341,10 @@ QVariant SpectrogramView::settings() const
     map[SetupKeys::smoothingCoef] = m_controls->smoothingWidth();
     map[SetupKeys::colormap] = colormapName();
     map[SetupKeys::whiteBackground] = isWhiteBackground();
+    if (m_controls->marksZeros())
+        map[SetupKeys::markZeros] = true;
+    if (m_controls->locksColors())
+        map[SetupKeys::lockColors] = true;
     return map;
 }
 
@@ -325,7 +362,9 @@ void SpectrogramView::setSettings(const QVariant &settings)
 
     const auto limits = finiteRange(map, SetupKeys::colorLower, SetupKeys::colorUpper);
     setScaleGiven(limits && m_limits->set(limits->first, limits->second));
+    m_controls->setLockColors(boolOr(map, SetupKeys::lockColors, false));
     m_controls->setFillGaps(boolOr(map, SetupKeys::autoFillGaps, true));
+    m_controls->setMarkZeros(boolOr(map, SetupKeys::markZeros, false));
     m_controls->setSmoothingWidth(finiteNumber(map.value(SetupKeys::smoothingCoef)).value_or(0.0));
     m_controls->setSmoothing(boolOr(map, SetupKeys::smoothingEnabled, false));
 

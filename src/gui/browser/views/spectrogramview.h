@@ -5,6 +5,7 @@
 #include "gui/browser/plots/spectrogramplot.h"
 #include "gui/browser/views/multiplotview.h"
 
+#include <QPointer>
 #include <QSet>
 #include <QStringList>
 
@@ -33,6 +34,7 @@ public:
     void setColormap(const QString &name, bool white);
 
     QVector<CurveFigures> measure(const MeasuringCursors::Times &cursors) override;
+    void setColorLock(ColorLock *lock) override;
     QVariant settings() const override;
     void setSettings(const QVariant &settings) override;
 
@@ -66,10 +68,13 @@ private:
     void configureRow(const Row &row, const SpectMath::SpectrumInfoPointer &info);
     void showColors(const Colormap::Map &colormap, bool white);
     void restoreColormap();
+    void lockColors(bool on);
+    void addVisibleValuesTo(SpectMath::DecadeHistogram &histogram);
 
     std::shared_ptr<UiInfo> m_uiInfo;
     QSet<QString> m_visibleSpectra;
     ColorLimits *m_limits;
+    QPointer<ColorLock> m_colorLock; ///< null: there are no others
     SpectrogramControls *m_controls;
     SpectraSelectionWidget *m_selectionWidget; ///< a pop-up
     QFrame *m_noSpectraFrame;

@@ -7,6 +7,7 @@
 #include "gui/browser/plots/plot.h"
 #include "gui/browser/plots/scatterplot.h"
 #include "gui/browser/views/measuringcommands.h"
+#include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/stackdrawing.h"
 #include "gui/browser/views/view.h"
 #include "gui/browser/views/viewholder.h"
@@ -166,6 +167,7 @@ void TimeSeriesBrowser::addView(View *view)
     m_views.push_back(view);
     view->setUpdateTimer(&m_updateTimer);
     view->setMeasuringCursors(&m_cursors);
+    view->setColorLock(&m_colorLock);
     view->setTimeScale(timeScale());
     view->setUiInfo(m_uiInfo);
     view->setDatastore(m_datastore);
@@ -388,6 +390,12 @@ void TimeSeriesBrowser::allFitScale()
     activateLayouts();
     for (View *view : views())
         view->fitScale();
+}
+
+void TimeSeriesBrowser::setColormap(const QString &name)
+{
+    for (auto *view : findChildren<SpectrogramView *>())
+        view->setColormap(name, view->isWhiteBackground());
 }
 
 void TimeSeriesBrowser::fitUntoldScales()

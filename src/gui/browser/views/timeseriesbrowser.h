@@ -3,6 +3,7 @@
 #include "axis/measuringcursors.h"
 #include "axis/timescale.h"
 #include "columns/measurement.h"
+#include "gui/browser/views/colorlock.h"
 #include "gui/browser/views/plotadder.h"
 #include "gui/browser/views/viewkinds.h"
 #include "gui/common/picturefile.h"
@@ -113,6 +114,8 @@ public Q_SLOTS:
     void setDisableAutoscroll(bool on);
     /// Fits the scales of all views to the values in sight.
     void allFitScale();
+    /// Gives all spectrograms that colour map, each on its background.
+    void setColormap(const QString &name);
 
 Q_SIGNALS:
     void recordChosen(std::shared_ptr<Record> record);
@@ -158,6 +161,7 @@ private:
     std::shared_ptr<Record> m_currentRecord;
     QTimer m_updateTimer;
     MeasuringCursors m_cursors;
+    ColorLock m_colorLock;
     MeasuringCommands *m_measuring;
     QList<QAction *> m_viewActions;
     PictureCommands *m_pictures;

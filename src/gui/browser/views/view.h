@@ -19,6 +19,7 @@ class RecordNotes;
 
 namespace Tsb {
 
+class ColorLock;
 class Plot;
 class TitleButton;
 class ViewLayout;
@@ -44,6 +45,9 @@ public:
     virtual QVariant settings() const;
     /// Unsound parts of the settings count as absent; an invalid value changes nothing.
     virtual void setSettings(const QVariant &settings);
+
+    /// What may hold the view's colour limits equal to others', and may die before it. The base does nothing.
+    virtual void setColorLock(ColorLock *) {}
 
     /// Views that are about to go: what they keep of the store's values may be taken over. The base does nothing.
     virtual void setPredecessors(const QVector<View *> &) {}

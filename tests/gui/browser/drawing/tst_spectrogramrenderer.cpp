@@ -278,6 +278,51 @@ TEST_P(RandomStores, DirtyColumnsJoinTheRest)
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomStores, ::testing::ValuesIn(seeds(3)));
 
+/// The image that marks leave: bins of 0 and below in stripes to half way to their neighbours, neighbours with a value
+/// in their own colour up to there, and all else as without marks.
+QImage markedPlainly(QImage image, std::vector<double> values, const Tsb::SpectrogramParameters &p, int left, int right)
+{
+    if (p.reversedRows)
+        std::reverse(values.begin(), values.end());
+    const int H = image.height(), n = int(values.size()) - 1;
+    for (int k = 0; k < n; ++k) {
+        const int bottom = H - k * H / n, top = H - (k + 1) * H / n;
+        const double pair[] = {values[std::size_t(k) + 1], values[std::size_t(k)]};
+        if (!(pair[0] <= 0 || pair[1] <= 0))
+            continue;
+        for (int y = top; y < bottom; ++y) {
+            const double value = pair[y >= top + (bottom - top) / 2 ? 1 : 0];
+            const QRgb gray = y % 4 < 2 ? 0xFF787878 : 0xFFE8E8E8;
+            const double level = (std::log10(value) - p.colorLower) / (p.colorUpper - p.colorLower);
+            for (int x = left; x < right && !std::isnan(value); ++x)
+                image.setPixel(x, y, value > 0 ? p.colormap(level) : gray);
+        }
+    }
+    return image;
+}
+
+TEST(SpectrogramZeros, AreStripedUnlikeMissingValuesAndOnlyWhereTheyAreMarked)
+{
+    const std::vector<std::vector<double>> spectra{{10, 0, 100, 1000},   {0, 0, 0, 0},        {-5, 20, -1, nan},
+                                                   {nan, 0, inf, 30},    {0, 1e-300, 500, 0}, {10, 20, 30, 40},
+                                                   {nan, nan, nan, nan}, {nan, -0.0, nan, 1}};
+    for (const auto &values : spectra) {
+        for (const int height : {2, 9, 40}) {
+            for (const bool reversed : {false, true}) {
+                TestSeries series;
+                series.add(start + 5 * second, start + 15 * second, &values);
+                auto p = plainParameters(4);
+                p.reversedRows = reversed;
+                QImage plain = blank(20, height), marked = blank(20, height);
+                renderSpectrogram(series.source(), p, plain, {0, 20});
+                p.marksZeros = true;
+                renderSpectrogram(series.source(), p, marked, {0, 20});
+                EXPECT_EQ(marked, markedPlainly(plain, values, p, 5, 15)) << values[1] << ' ' << height << reversed;
+            }
+        }
+    }
+}
+
 TEST(SpectrogramExtremes, FarScalesAndTimesEnd)
 {
     TestSeries series;

@@ -1,6 +1,8 @@
 #include "gui/browser/controls/colorbar.h"
 #include "gui/browser/controls/expspinbox.h"
 #include "gui/browser/controls/spectraselectionwidget.h"
+#include "gui/browser/controls/zeroswatch.h"
+#include "gui/browser/views/colorlock.h"
 #include "gui/browser/views/spectrogramview.h"
 #include "support/gestures.h"
 #include "support/plotstore.h"
@@ -307,6 +309,72 @@ TEST_F(SpectrogramViewTest, SettingsComeBack)
     EXPECT_EQ(other.settings().toMap()["height"], 333);
     EXPECT_EQ(other.rows().size(), 0);
     EXPECT_EQ(other.colorUpper(), 4.25);
+}
+
+TEST_F(SpectrogramViewTest, ZerosAreMarkedAndTheBarSaysSo)
+{
+    choose({"a"});
+    addSpectrumRecord(store, 502, 508, testSpectrum(a, 0));
+    const QImage plain = picture();
+    const auto *swatch = view.findChild<Tsb::ZeroSwatch *>();
+    EXPECT_FALSE(swatch->isVisible());
+    action("Mark zeros").trigger();
+    EXPECT_TRUE(swatch->isVisible());
+    const QImage marked = picture();
+    EXPECT_NE(marked.pixel(505, 0), marked.pixel(505, 2)) << "stripes";
+    EXPECT_EQ(plain.copy(0, 0, 490, plain.height()), marked.copy(0, 0, 490, plain.height())) << "values";
+    choose({"a", "b"});
+    EXPECT_NE(picture(0).pixel(505, 0), picture(0).pixel(505, 2));
+    SpectrogramView other;
+    EXPECT_FALSE(other.settings().toMap().contains("markZeros"));
+    other.setSettings(view.settings());
+    EXPECT_TRUE(other.settings().toMap()["markZeros"].toBool());
+}
+
+TEST_F(SpectrogramViewTest, LockedLimitsAreCommonAndAreFittedToAllThatJoined)
+{
+    Tsb::ColorLock lock;
+    SpectrogramView others[2];
+    const auto limits = [](const SpectrogramView &v) { return QPair(v.colorLower(), v.colorUpper()); };
+    const auto setLocked = [](SpectrogramView &v, bool on) {
+        QVariantMap map = v.settings().toMap();
+        map["lockColors"] = on;
+        v.setSettings(map);
+    };
+    for (SpectrogramView *v : {&view, &others[0], &others[1]}) {
+        prepare(*v);
+        v->setColorLock(&lock);
+        v->setVisibleSpectra({QStringLiteral("id-a")});
+        settle();
+        v->setColorLimits(0, 1);
+    }
+    view.setColorLimits(1, 2);
+    action("Lock color limits").trigger();
+    setLocked(others[0], true);
+    EXPECT_EQ(limits(others[0]), QPair(1.0, 2.0)) << "the newcomer takes the others'";
+    others[0].lowSpinBoxChanged(20);
+    EXPECT_EQ(limits(view), limits(others[0]));
+    EXPECT_EQ(limits(others[1]), QPair(0.0, 1.0)) << "it isn't locked";
+
+    others[0].setTimeScale(TimeScale(testStart + Ticks(400 * ticksPerSecond), ticksPerSecond, 0));
+    view.setTimeScale(TimeScale(testStart - Ticks(400 * ticksPerSecond), ticksPerSecond, 0));
+    others[0].fitScale();
+    const auto common = limits(view);
+    EXPECT_EQ(common, limits(others[0]));
+    setLocked(others[0], false);
+    others[0].fitScale();
+    EXPECT_GT(others[0].colorLower(), common.first) << "its own values are the greater ones";
+    EXPECT_EQ(limits(view), common);
+    setLocked(others[0], true);
+    EXPECT_EQ(limits(others[0]), common);
+    {
+        SpectrogramView passing;
+        passing.setColorLock(&lock);
+        setLocked(passing, true);
+        EXPECT_EQ(limits(passing), common);
+    }
+    view.fitScale(); // without the one that is gone
+    EXPECT_EQ(limits(view), limits(others[0]));
 }
 
 TEST_F(SpectrogramViewTest, OddSettingsAreKeptOrRefused)
