@@ -111,5 +111,6 @@ void sizeDocks(QMainWindow &window)
     resize("currentrecordform", left, Qt::Horizontal);
     resize("electrometersView", qMin(wanted(tableCharacters), free - left), Qt::Horizontal);
     resize("logDock", metrics.lineSpacing() * logLines, Qt::Vertical);
-    resize("currentrecordform", metrics.lineSpacing() * formLines, Qt::Vertical);
+    // In a low window, or with large letters, the plot below it needs the height more.
+    resize("currentrecordform", qMin(metrics.lineSpacing() * formLines, window.height() / 3), Qt::Vertical);
 }

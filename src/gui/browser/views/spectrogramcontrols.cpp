@@ -18,6 +18,7 @@ namespace Tsb {
 namespace {
 
 constexpr int spacing = 3;
+constexpr int leastBarWidth = 48; ///< where there is little room the bar gives way before texts and numbers do
 
 } // namespace
 
@@ -41,6 +42,7 @@ SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
     m_smoothingLabel->hide();
     m_smoothingBox->hide();
     m_zeroSwatch->hide();
+    m_colorbar->setMinimumWidth(leastBarWidth);
     makeOptions();
 
     auto *const layout = new QHBoxLayout(this);
