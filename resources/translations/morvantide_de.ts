@@ -25,6 +25,10 @@
         <source>Click and drag left/right half of the colorscale to change minimum/maximum values.</source>
         <translation>Linke/rechte Hälfte der Farbskala ziehen, um den kleinsten/größten Wert zu ändern.</translation>
     </message>
+    <message>
+        <source>Color scale</source>
+        <translation>Farbskala</translation>
+    </message>
 </context>
 <context>
     <name>CommentEdit</name>
@@ -244,6 +248,10 @@ Die Grenzen sind durch Leerzeichen zu trennen: z. B. &quot;1 3 10&quot;</transla
         <source>Data export</source>
         <translation>Datenexport</translation>
     </message>
+    <message>
+        <source>Those from %1 to %2</source>
+        <translation>Die von %1 bis %2</translation>
+    </message>
 </context>
 <context>
     <name>DataExporting</name>
@@ -254,10 +262,6 @@ Die Grenzen sind durch Leerzeichen zu trennen: z. B. &quot;1 3 10&quot;</transla
     <message>
         <source>Data export</source>
         <translation>Datenexport</translation>
-    </message>
-    <message>
-        <source>Nothing to export: no record is in sight.</source>
-        <translation>Nichts zu exportieren: Kein Datensatz ist sichtbar.</translation>
     </message>
     <message>
         <source>Nothing to export: none of the setup&apos;s spectra is in memory.</source>
@@ -309,6 +313,10 @@ The log tells why.</source>
         <translation>%1 Zeilen konnten nicht geschrieben werden.
 Das Protokoll nennt den Grund.</translation>
     </message>
+    <message>
+        <source>Nothing to export: no record is in the time span.</source>
+        <translation>Nichts zu exportieren: Kein Datensatz liegt im Zeitraum.</translation>
+    </message>
 </context>
 <context>
     <name>DataSaverDialog</name>
@@ -347,6 +355,10 @@ Das Protokoll nennt den Grund.</translation>
     <message>
         <source>Choose folder for datafiles</source>
         <translation>Ordner für Datendateien wählen</translation>
+    </message>
+    <message>
+        <source>Data to save</source>
+        <translation>Zu speichernde Daten</translation>
     </message>
 </context>
 <context>
@@ -408,6 +420,10 @@ Das Protokoll nennt den Grund.</translation>
     <message>
         <source>%1: total %2 %3, GMD %4 %5, GSD %6, mode %7 %8</source>
         <translation>%1: gesamt %2 %3, GMD %4 %5, GSD %6, Modus %7 %8</translation>
+    </message>
+    <message>
+        <source>%1: inversion failed</source>
+        <translation>%1: Inversion fehlgeschlagen</translation>
     </message>
 </context>
 <context>
@@ -708,6 +724,229 @@ Alle Dateien (*)</translation>
     </message>
 </context>
 <context>
+    <name>KeyList</name>
+    <message>
+        <source>Selected record</source>
+        <translation>Gewählter Datensatz</translation>
+    </message>
+    <message>
+        <source>Time axis</source>
+        <translation>Zeitachse</translation>
+    </message>
+    <message>
+        <source>Drag</source>
+        <translation>Ziehen</translation>
+    </message>
+    <message>
+        <source>Moves through time; far above or below the axis it zooms</source>
+        <translation>Bewegt durch die Zeit; weit über oder unter der Achse vergrößert es</translation>
+    </message>
+    <message>
+        <source>Drag with the middle button</source>
+        <translation>Mit der mittleren Taste ziehen</translation>
+    </message>
+    <message>
+        <source>Rolls on, faster with the distance</source>
+        <translation>Rollt weiter, mit dem Abstand schneller</translation>
+    </message>
+    <message>
+        <source>Wheel</source>
+        <translation>Rad</translation>
+    </message>
+    <message>
+        <source>Zooms about the pointer</source>
+        <translation>Vergrößert um den Zeiger</translation>
+    </message>
+    <message>
+        <source>Double click</source>
+        <translation>Doppelklick</translation>
+    </message>
+    <message>
+        <source>Shows all of the data</source>
+        <translation>Zeigt alle Daten</translation>
+    </message>
+    <message>
+        <source>Plot over time</source>
+        <translation>Zeitreihendiagramm</translation>
+    </message>
+    <message>
+        <source>Click, drag</source>
+        <translation>Klicken, ziehen</translation>
+    </message>
+    <message>
+        <source>Selects the record under the pointer</source>
+        <translation>Wählt den Datensatz unter dem Zeiger</translation>
+    </message>
+    <message>
+        <source>Shift + click, Ctrl + drag</source>
+        <translation>Umschalt + Klick, Strg + Ziehen</translation>
+    </message>
+    <message>
+        <source>Selects the nearest record of the same mode</source>
+        <translation>Wählt den nächsten Datensatz derselben Betriebsart</translation>
+    </message>
+    <message>
+        <source>Moves through time; Ctrl and the left button do the same</source>
+        <translation>Bewegt durch die Zeit; Strg und die linke Taste tun dasselbe</translation>
+    </message>
+    <message>
+        <source>Up, Down</source>
+        <translation>Auf, Ab</translation>
+    </message>
+    <message>
+        <source>Previous and next record; with Ctrl of the same mode</source>
+        <translation>Voriger und nächster Datensatz; mit Strg derselben Betriebsart</translation>
+    </message>
+    <message>
+        <source>Page Up, Page Down</source>
+        <translation>Bild auf, Bild ab</translation>
+    </message>
+    <message>
+        <source>Ten pixels back and forth</source>
+        <translation>Zehn Pixel zurück und vor</translation>
+    </message>
+    <message>
+        <source>+, -</source>
+        <translation>+, -</translation>
+    </message>
+    <message>
+        <source>Zooms about the selected record</source>
+        <translation>Vergrößert um den gewählten Datensatz</translation>
+    </message>
+    <message>
+        <source>Esc</source>
+        <translation>Esc</translation>
+    </message>
+    <message>
+        <source>Unselects the record</source>
+        <translation>Hebt die Wahl des Datensatzes auf</translation>
+    </message>
+    <message>
+        <source>Frame of a plot over time</source>
+        <translation>Rahmen eines Zeitreihendiagramms</translation>
+    </message>
+    <message>
+        <source>Drag the left edge</source>
+        <translation>Am linken Rand ziehen</translation>
+    </message>
+    <message>
+        <source>Moves the plot among the others</source>
+        <translation>Verschiebt das Diagramm zwischen den anderen</translation>
+    </message>
+    <message>
+        <source>Drag the lower edge</source>
+        <translation>Am unteren Rand ziehen</translation>
+    </message>
+    <message>
+        <source>Sets the height</source>
+        <translation>Ändert die Höhe</translation>
+    </message>
+    <message>
+        <source>Right click</source>
+        <translation>Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Shows the plot&apos;s commands</source>
+        <translation>Zeigt die Befehle des Diagramms</translation>
+    </message>
+    <message>
+        <source>Value scale</source>
+        <translation>Werteskala</translation>
+    </message>
+    <message>
+        <source>Drag up or down</source>
+        <translation>Auf oder ab ziehen</translation>
+    </message>
+    <message>
+        <source>Moves the scale</source>
+        <translation>Verschiebt die Skala</translation>
+    </message>
+    <message>
+        <source>Drag left or right</source>
+        <translation>Nach links oder rechts ziehen</translation>
+    </message>
+    <message>
+        <source>Zooms</source>
+        <translation>Vergrößert oder verkleinert</translation>
+    </message>
+    <message>
+        <source>Fits the scale to the values in sight</source>
+        <translation>Passt die Skala an die sichtbaren Werte an</translation>
+    </message>
+    <message>
+        <source>Colour bar</source>
+        <translation>Farbskala</translation>
+    </message>
+    <message>
+        <source>Drag the left or right half</source>
+        <translation>Linke oder rechte Hälfte ziehen</translation>
+    </message>
+    <message>
+        <source>Sets the lower or upper limit</source>
+        <translation>Ändert die untere oder obere Grenze</translation>
+    </message>
+    <message>
+        <source>Drag with the right button</source>
+        <translation>Mit der rechten Taste ziehen</translation>
+    </message>
+    <message>
+        <source>Marks the values above the pointer</source>
+        <translation>Hebt die Werte über dem Zeiger hervor</translation>
+    </message>
+    <message>
+        <source>Moves the limit of that half</source>
+        <translation>Verschiebt die Grenze dieser Hälfte</translation>
+    </message>
+    <message>
+        <source>Fits the limits to the values in sight</source>
+        <translation>Passt die Grenzen an die sichtbaren Werte an</translation>
+    </message>
+    <message>
+        <source>Plot of the selected record</source>
+        <translation>Diagramm des gewählten Datensatzes</translation>
+    </message>
+    <message>
+        <source>Moves the axis under the pointer</source>
+        <translation>Verschiebt die Achse unter dem Zeiger</translation>
+    </message>
+    <message>
+        <source>Zooms the axis under the pointer</source>
+        <translation>Vergrößert die Achse unter dem Zeiger</translation>
+    </message>
+    <message>
+        <source>Double click, Home</source>
+        <translation>Doppelklick, Pos1</translation>
+    </message>
+    <message>
+        <source>Fits the axes</source>
+        <translation>Passt die Achsen an</translation>
+    </message>
+    <message>
+        <source>Shift + arrow keys</source>
+        <translation>Umschalt + Pfeiltasten</translation>
+    </message>
+    <message>
+        <source>Moves the axes</source>
+        <translation>Verschiebt die Achsen</translation>
+    </message>
+    <message>
+        <source>Comma, full stop</source>
+        <translation>Komma, Punkt</translation>
+    </message>
+    <message>
+        <source>Reads out the previous or next point</source>
+        <translation>Liest den vorigen oder nächsten Punkt ab</translation>
+    </message>
+    <message>
+        <source>Reads out another curve</source>
+        <translation>Liest eine andere Kurve ab</translation>
+    </message>
+    <message>
+        <source>Hides what is read out</source>
+        <translation>Verbirgt die Ablesung</translation>
+    </message>
+</context>
+<context>
     <name>LayoutKeeper</name>
     <message>
         <source>&amp;Window</source>
@@ -831,6 +1070,88 @@ Alle Dateien (*)</translation>
         <source>&amp;Help</source>
         <translation>&amp;Hilfe</translation>
     </message>
+    <message>
+        <source>Next record</source>
+        <translation>Nächster Datensatz</translation>
+    </message>
+    <message>
+        <source>Previous record</source>
+        <translation>Voriger Datensatz</translation>
+    </message>
+    <message>
+        <source>Next record of the same mode</source>
+        <translation>Nächster Datensatz derselben Betriebsart</translation>
+    </message>
+    <message>
+        <source>Previous record of the same mode</source>
+        <translation>Voriger Datensatz derselben Betriebsart</translation>
+    </message>
+</context>
+<context>
+    <name>MeasuringDock</name>
+    <message>
+        <source>Measuring</source>
+        <translation>Messen</translation>
+    </message>
+    <message>
+        <source>The keys 1 and 2 set cursors where the pointer is, over a plot or the time axis.</source>
+        <translation>Die Tasten 1 und 2 setzen Messlinien, wo der Zeiger ist: über einem Diagramm oder der Zeitachse.</translation>
+    </message>
+    <message>
+        <source>Values at the measuring cursors and between them</source>
+        <translation>Werte an den Messlinien und dazwischen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy selected rows or all</source>
+        <translation>Ausgewählte oder alle Zeilen &amp;kopieren</translation>
+    </message>
+</context>
+<context>
+    <name>MeasuringModel</name>
+    <message>
+        <source>%1 d %2</source>
+        <translation>%1 d %2</translation>
+    </message>
+    <message>
+        <source>Curve</source>
+        <translation>Kurve</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Cursor %1</source>
+        <translation>Messlinie %1</translation>
+    </message>
+    <message>
+        <source>Difference</source>
+        <translation>Differenz</translation>
+    </message>
+    <message>
+        <source>Least</source>
+        <translation>Kleinster</translation>
+    </message>
+    <message>
+        <source>Greatest</source>
+        <translation>Größter</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>The value of the record around %1</source>
+        <translation>Der Wert des Datensatzes um %1</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
 </context>
 <context>
     <name>MorvantideInfoWindow</name>
@@ -881,6 +1202,10 @@ Alle Dateien (*)</translation>
     <message>
         <source>Enter comment for spectrum</source>
         <translation>Kommentar zum Spektrum eingeben</translation>
+    </message>
+    <message>
+        <source>Spectra</source>
+        <translation>Spektren</translation>
     </message>
 </context>
 <context>
@@ -1264,6 +1589,14 @@ Alle Dateien (*)</translation>
         <source>Channel number</source>
         <translation>Kanalnummer</translation>
     </message>
+    <message>
+        <source>%1 in fA: %2</source>
+        <translation>%1 in fA: %2</translation>
+    </message>
+    <message>
+        <source>no values</source>
+        <translation>keine Werte</translation>
+    </message>
 </context>
 <context>
     <name>RecordViews::DiagnosticModel</name>
@@ -1389,6 +1722,17 @@ Alle Dateien (*)</translation>
     </message>
 </context>
 <context>
+    <name>RecordViews::RecordPlot</name>
+    <message>
+        <source>No record is selected</source>
+        <translation>Kein Datensatz ist gewählt</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
     <name>RecordViews::ReportView</name>
     <message>
         <source>Inversion report</source>
@@ -1416,6 +1760,10 @@ Alle Dateien (*)</translation>
     <message>
         <source>%1, held</source>
         <translation>%1, festgehalten</translation>
+    </message>
+    <message>
+        <source>no values</source>
+        <translation>keine Werte</translation>
     </message>
 </context>
 <context>
@@ -1471,10 +1819,6 @@ Alle Dateien (*)</translation>
     <message>
         <source>Choose which spectra are shown</source>
         <translation>Gezeigte Spektren wählen</translation>
-    </message>
-    <message>
-        <source>%1: inversion failed</source>
-        <translation>%1: Inversion fehlgeschlagen</translation>
     </message>
     <message>
         <source>Show all</source>
@@ -1763,6 +2107,17 @@ Alle Dateien (*)</translation>
     </message>
 </context>
 <context>
+    <name>Tsb::ColorLimitBox</name>
+    <message>
+        <source>Least value of the color scale</source>
+        <translation>Kleinster Wert der Farbskala</translation>
+    </message>
+    <message>
+        <source>Greatest value of the color scale</source>
+        <translation>Größter Wert der Farbskala</translation>
+    </message>
+</context>
+<context>
     <name>Tsb::ColormapMenu</name>
     <message>
         <source>Light background</source>
@@ -1799,10 +2154,75 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
     </message>
 </context>
 <context>
+    <name>Tsb::MeasuringCommands</name>
+    <message>
+        <source>Set cursor &amp;%1</source>
+        <translation>Messlinie &amp;%1 setzen</translation>
+    </message>
+    <message>
+        <source>&amp;Drop cursors</source>
+        <translation>Messlinien &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Zoom to span between cursors</source>
+        <translation>Auf Zeitraum zwischen den Messlinien &amp;vergrößern</translation>
+    </message>
+    <message>
+        <source>E&amp;xport span between cursors...</source>
+        <translation>Zeitraum zwischen den Messlinien e&amp;xportieren...</translation>
+    </message>
+    <message>
+        <source>&amp;Zoom to span</source>
+        <translation>Auf Zeitraum &amp;vergrößern</translation>
+    </message>
+    <message>
+        <source>Set &amp;cursors at its ends</source>
+        <translation>&amp;Messlinien an seine Enden setzen</translation>
+    </message>
+    <message>
+        <source>&amp;Export span...</source>
+        <translation>Zeitraum &amp;exportieren...</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::OpmodePlot</name>
+    <message>
+        <source>flag is raised</source>
+        <translation>Meldung liegt vor</translation>
+    </message>
+    <message>
+        <source>flag isn&apos;t raised</source>
+        <translation>Meldung liegt nicht vor</translation>
+    </message>
+    <message>
+        <source>unknown mode</source>
+        <translation>unbekannte Betriebsart</translation>
+    </message>
+    <message>
+        <source>%1, provisional</source>
+        <translation>%1, vorläufig</translation>
+    </message>
+</context>
+<context>
     <name>Tsb::OpmodeView</name>
     <message>
         <source>Opmode</source>
         <translation>Betriebsart</translation>
+    </message>
+    <message>
+        <source>Flag: %1</source>
+        <translation>Meldung: %1</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::Plot</name>
+    <message>
+        <source>No record is selected</source>
+        <translation>Kein Datensatz ist gewählt</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>
@@ -1841,6 +2261,14 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
     <message>
         <source>No spectra</source>
         <translation>Keine Spektren</translation>
+    </message>
+    <message>
+        <source>no value</source>
+        <translation>kein Wert</translation>
+    </message>
+    <message>
+        <source>%1, raw</source>
+        <translation>%1, roh</translation>
     </message>
 </context>
 <context>
@@ -1940,6 +2368,29 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
         <source>%1: no bound on this side</source>
         <translation>%1: keine Grenze auf dieser Seite</translation>
     </message>
+    <message>
+        <source>Concentration type</source>
+        <translation>Art der Konzentration</translation>
+    </message>
+    <message>
+        <source>Quantity of the range</source>
+        <translation>Größe des Bereichs</translation>
+    </message>
+    <message>
+        <source>Smaller limit</source>
+        <translation>Untere Grenze</translation>
+    </message>
+    <message>
+        <source>Larger limit</source>
+        <translation>Obere Grenze</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::SpectraSelectionWidget</name>
+    <message>
+        <source>Spectra</source>
+        <translation>Spektren</translation>
+    </message>
 </context>
 <context>
     <name>Tsb::SpectrogramControls</name>
@@ -1981,6 +2432,17 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
     </message>
 </context>
 <context>
+    <name>Tsb::SpectrogramPlot</name>
+    <message>
+        <source>no spectrum</source>
+        <translation>kein Spektrum</translation>
+    </message>
+    <message>
+        <source>total %1 %2, highest at %3 %4</source>
+        <translation>gesamt %1 %2, am höchsten bei %3 %4</translation>
+    </message>
+</context>
+<context>
     <name>Tsb::SpectrogramView</name>
     <message>
         <source>Distribution: %1</source>
@@ -1997,6 +2459,10 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
     <message>
         <source>Invalid spectrum</source>
         <translation>Ungültiges Spektrum</translation>
+    </message>
+    <message>
+        <source>Spectrogram: %1</source>
+        <translation>Spektrogramm: %1</translation>
     </message>
 </context>
 <context>
@@ -2016,12 +2482,24 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
         <source>Time zone: UTC%1</source>
         <translation>Zeitzone: UTC%1</translation>
     </message>
+    <message>
+        <source>Time axis</source>
+        <translation>Zeitachse</translation>
+    </message>
+    <message>
+        <source>Drag to pan and zoom, with Shift to mark a time span. The keys 1 and 2 set measuring cursors.</source>
+        <translation>Ziehen verschiebt und vergrößert, mit Umschalt markiert es einen Zeitraum. Die Tasten 1 und 2 setzen Messlinien.</translation>
+    </message>
 </context>
 <context>
     <name>Tsb::VerticalScaleWidget</name>
     <message>
         <source>Click and drag vertically to pan, horizontally to zoom. Double click to autoscale.</source>
         <translation>Senkrecht ziehen verschiebt, waagerecht ziehen vergrößert. Doppelklick passt an.</translation>
+    </message>
+    <message>
+        <source>Scale: %1</source>
+        <translation>Skala: %1</translation>
     </message>
 </context>
 <context>
@@ -2056,6 +2534,30 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
     <message>
         <source>Variables: %1</source>
         <translation>Variablen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>WindowKeys</name>
+    <message>
+        <source>&amp;Full screen</source>
+        <translation>&amp;Vollbild</translation>
+    </message>
+    <message>
+        <source>Go to &amp;filter</source>
+        <translation>Zum &amp;Filter</translation>
+    </message>
+    <message>
+        <source>&amp;Keys and gestures</source>
+        <translation>&amp;Tasten und Gesten</translation>
+    </message>
+    <message>
+        <source>To the filter line of the dock at hand</source>
+        <translation>Zur Filterzeile des aktuellen Docks</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>command and its key</comment>
+        <translation>%1 (%2)</translation>
     </message>
 </context>
 </TS>

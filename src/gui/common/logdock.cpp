@@ -31,6 +31,7 @@ LogDock::LogDock(QWidget *parent) : QDockWidget(tr("Log"), parent), m_edit(new Q
 {
     setObjectName(QStringLiteral("logDock"));
     m_edit->setReadOnly(true);
+    m_edit->setAccessibleName(tr("Log"));
     m_edit->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_edit->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_edit->setMaximumBlockCount(greatestBlockCount);

@@ -58,6 +58,11 @@ Times times(const Spectrometer::RecordHead &head)
     return result;
 }
 
+QString moment(const Spectrometer::RecordHead &head)
+{
+    return timeToString(localTime(head.beginTime, head.beginUtcOffset), QStringLiteral("%Y-%m-%d %H:%M:%S"));
+}
+
 QString notes(const Record &record)
 {
     const QString info = QStringLiteral("<div class=\"info\">%1</div>");

@@ -18,6 +18,9 @@ struct Times {
 };
 Times times(const Spectrometer::RecordHead &head);
 
+/// The local begin of a record, as "2024-05-31 12:30:00".
+QString moment(const Spectrometer::RecordHead &head);
+
 /// HTML of the notes about the record: that it is provisional, and its flags, as links whose address is the
 /// flag's place in the record. Empty if there is nothing. Of more than 1000 flags the rest is counted only.
 QString notes(const Record &record);

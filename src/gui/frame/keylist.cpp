@@ -13,10 +13,9 @@
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("KeyList", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(KeyList)
+};
 
 /// Without the mark of a letter, and without the dots that announce a dialog.
 QString commandText(const QAction &action)
@@ -73,7 +72,7 @@ QVector<KeySection> keysOfCommands(const QMainWindow &window)
     }
     for (const QDockWidget *dock : window.findChildren<QDockWidget *>())
         keys.add(dock->windowTitle(), dock->findChildren<QAction *>());
-    KeySection others{tr("Selected record"), {}};
+    KeySection others{Words::tr("Selected record"), {}};
     for (const QShortcut *shortcut : window.findChildren<QShortcut *>(QString(), Qt::FindDirectChildrenOnly)) {
         if (!shortcut->whatsThis().isEmpty())
             others.rows.append({keyTexts({shortcut->key()}), shortcut->whatsThis()});
@@ -86,46 +85,47 @@ QVector<KeySection> keysOfCommands(const QMainWindow &window)
 QVector<KeySection> gestures()
 {
     return {
-        {tr("Time axis"),
-         {{tr("Drag"), tr("Moves through time; far above or below the axis it zooms")},
-          {tr("Drag with the middle button"), tr("Rolls on, faster with the distance")},
-          {tr("Shift + drag"), tr("Marks a time span, to zoom to it or to export it")},
-          {tr("Drag a handle"), tr("Moves that measuring cursor")},
-          {tr("Wheel"), tr("Zooms about the pointer")},
-          {tr("Double click"), tr("Shows all of the data")}}},
-        {tr("Plot over time"),
-         {{tr("Click, drag"), tr("Selects the record under the pointer")},
-          {tr("Shift + click, Ctrl + drag"), tr("Selects the nearest record of the same mode")},
-          {tr("Drag with the middle button"), tr("Moves through time; Ctrl and the left button do the same")},
-          {tr("Wheel"), tr("Zooms about the pointer")},
-          {tr("Up, Down"), tr("Previous and next record; with Ctrl of the same mode")},
-          {tr("Page Up, Page Down"), tr("Ten pixels back and forth")},
-          {tr("+, -"), tr("Zooms about the selected record")},
-          {tr("1, 2"), tr("Sets a measuring cursor at the pointer, else at the selected record")},
-          {tr("Esc"), tr("Drops the measuring cursors; without any, unselects the record")}}},
-        {tr("Frame of a plot over time"),
-         {{tr("Drag the left edge"), tr("Moves the plot among the others")},
-          {tr("Drag the lower edge"), tr("Sets the height")},
-          {tr("Right click"), tr("Shows the plot's commands")}}},
-        {tr("Value scale"),
-         {{tr("Drag up or down"), tr("Moves the scale")},
-          {tr("Drag left or right"), tr("Zooms")},
-          {tr("Wheel"), tr("Zooms about the pointer")},
-          {tr("Double click"), tr("Fits the scale to the values in sight")}}},
-        {tr("Colour bar"),
-         {{tr("Drag the left or right half"), tr("Sets the lower or upper limit")},
-          {tr("Drag with the right button"), tr("Marks the values above the pointer")},
-          {tr("Wheel"), tr("Moves the limit of that half")},
-          {tr("Double click"), tr("Fits the limits to the values in sight")}}},
-        {tr("Plot of the selected record"),
-         {{tr("Drag"), tr("Moves the axis under the pointer")},
-          {tr("Wheel"), tr("Zooms the axis under the pointer")},
-          {tr("Double click, Home"), tr("Fits the axes")},
-          {tr("Shift + arrow keys"), tr("Moves the axes")},
-          {tr("+, -"), tr("Zooms")},
-          {tr("Comma, full stop"), tr("Reads out the previous or next point")},
-          {tr("Page Up, Page Down"), tr("Reads out another curve")},
-          {tr("Esc"), tr("Hides what is read out")}}},
+        {Words::tr("Time axis"),
+         {{Words::tr("Drag"), Words::tr("Moves through time; far above or below the axis it zooms")},
+          {Words::tr("Drag with the middle button"), Words::tr("Rolls on, faster with the distance")},
+          {Words::tr("Shift + drag"), Words::tr("Marks a time span, to zoom to it or to export it")},
+          {Words::tr("Drag a handle"), Words::tr("Moves that measuring cursor")},
+          {Words::tr("Wheel"), Words::tr("Zooms about the pointer")},
+          {Words::tr("Double click"), Words::tr("Shows all of the data")}}},
+        {Words::tr("Plot over time"),
+         {{Words::tr("Click, drag"), Words::tr("Selects the record under the pointer")},
+          {Words::tr("Shift + click, Ctrl + drag"), Words::tr("Selects the nearest record of the same mode")},
+          {Words::tr("Drag with the middle button"),
+           Words::tr("Moves through time; Ctrl and the left button do the same")},
+          {Words::tr("Wheel"), Words::tr("Zooms about the pointer")},
+          {Words::tr("Up, Down"), Words::tr("Previous and next record; with Ctrl of the same mode")},
+          {Words::tr("Page Up, Page Down"), Words::tr("Ten pixels back and forth")},
+          {Words::tr("+, -"), Words::tr("Zooms about the selected record")},
+          {Words::tr("1, 2"), Words::tr("Sets a measuring cursor at the pointer, else at the selected record")},
+          {Words::tr("Esc"), Words::tr("Drops the measuring cursors; without any, unselects the record")}}},
+        {Words::tr("Frame of a plot over time"),
+         {{Words::tr("Drag the left edge"), Words::tr("Moves the plot among the others")},
+          {Words::tr("Drag the lower edge"), Words::tr("Sets the height")},
+          {Words::tr("Right click"), Words::tr("Shows the plot's commands")}}},
+        {Words::tr("Value scale"),
+         {{Words::tr("Drag up or down"), Words::tr("Moves the scale")},
+          {Words::tr("Drag left or right"), Words::tr("Zooms")},
+          {Words::tr("Wheel"), Words::tr("Zooms about the pointer")},
+          {Words::tr("Double click"), Words::tr("Fits the scale to the values in sight")}}},
+        {Words::tr("Colour bar"),
+         {{Words::tr("Drag the left or right half"), Words::tr("Sets the lower or upper limit")},
+          {Words::tr("Drag with the right button"), Words::tr("Marks the values above the pointer")},
+          {Words::tr("Wheel"), Words::tr("Moves the limit of that half")},
+          {Words::tr("Double click"), Words::tr("Fits the limits to the values in sight")}}},
+        {Words::tr("Plot of the selected record"),
+         {{Words::tr("Drag"), Words::tr("Moves the axis under the pointer")},
+          {Words::tr("Wheel"), Words::tr("Zooms the axis under the pointer")},
+          {Words::tr("Double click, Home"), Words::tr("Fits the axes")},
+          {Words::tr("Shift + arrow keys"), Words::tr("Moves the axes")},
+          {Words::tr("+, -"), Words::tr("Zooms")},
+          {Words::tr("Comma, full stop"), Words::tr("Reads out the previous or next point")},
+          {Words::tr("Page Up, Page Down"), Words::tr("Reads out another curve")},
+          {Words::tr("Esc"), Words::tr("Hides what is read out")}}},
     };
 }
 

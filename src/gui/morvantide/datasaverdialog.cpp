@@ -70,6 +70,7 @@ DataSaverDialog::DataSaverDialog(Content content, const UiInfo &names, const QSt
     m_chooseFolderButton->setObjectName(QStringLiteral("chooseFolderButton"));
     m_variantEdit->setObjectName(QStringLiteral("variantLineEdit"));
     m_tree->setObjectName(QStringLiteral("resultsTreeView"));
+    m_tree->setAccessibleName(tr("Data to save"));
     m_problemLabel->setObjectName(QStringLiteral("problemLabel"));
     m_inversionVars->setObjectName(QStringLiteral("saveInversionVarsCheckBox"));
     m_progressBar->setObjectName(QStringLiteral("progressBar"));

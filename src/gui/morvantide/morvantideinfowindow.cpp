@@ -63,6 +63,7 @@ MorvantideInfoWindow::MorvantideInfoWindow(std::shared_ptr<UiInfo> uiInfo, QWidg
     setWindowTitle(tr("Spectrum information"));
     m_treeView->setObjectName(QStringLiteral("treeView"));
     m_treeView->setModel(m_model);
+    m_treeView->setAccessibleName(tr("Spectra"));
     m_treeView->setRootIsDecorated(false);
     m_treeView->setAllColumnsShowFocus(true);
     m_treeView->setUniformRowHeights(true);

@@ -37,6 +37,7 @@ Colorbar::Colorbar(Qt::Orientation orientation, Tsb::ColorLimits &limits, QWidge
     setSizePolicy(QSizePolicy::Preferred, sizePolicy().verticalPolicy());
     setCursor(Qt::OpenHandCursor);
     setMouseTracking(true);
+    setAccessibleName(tr("Color scale"));
     setStatusTip(tr("Click and drag left/right half of the colorscale to change minimum/maximum values."));
     updateLabelFont();
     connect(m_limits, &Tsb::ColorLimits::changed, this, qOverload<>(&Colorbar::update));

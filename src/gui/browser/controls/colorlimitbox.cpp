@@ -9,6 +9,7 @@ namespace Tsb {
 ColorLimitBox::ColorLimitBox(ColorLimits &limits, End end, QWidget *parent)
     : ExpSpinBox(parent), m_limits(limits), m_end(end)
 {
+    setAccessibleName(end == Lower ? tr("Least value of the color scale") : tr("Greatest value of the color scale"));
     setButtonSymbols(QAbstractSpinBox::NoButtons);
     setRange(1e-300, 1e300);
     showLimit();

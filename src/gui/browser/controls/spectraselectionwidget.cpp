@@ -43,6 +43,7 @@ SpectraSelectionWidget::SpectraSelectionWidget(bool popup, QWidget *parent)
       m_model(new QStandardItemModel(this))
 {
     m_listView->setWordWrap(true);
+    m_listView->setAccessibleName(tr("Spectra"));
     m_listView->setSelectionMode(QAbstractItemView::MultiSelection);
     m_listView->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_listView->setModel(m_model);

@@ -43,6 +43,7 @@ TimeView::TimeView(QWidget *parent, const Surroundings &surroundings)
     setContextMenuPolicy(Qt::ActionsContextMenu);
     setMouseTracking(true);
     setStatusTip(tr("Drag to pan and zoom, with Shift to mark a time span. The keys 1 and 2 set measuring cursors."));
+    setAccessibleName(tr("Time axis"));
     setTimeOffset(0);
     updateFontMetrics();
     connect(&m_navigator, &TimeNavigator::timeScaleChanged, this, &TimeView::timeScaleChanged);

@@ -111,6 +111,7 @@ void VerticalScaleWidget::setLabel(const QString &label)
         return;
     m_label = label;
     setToolTip(plainToolTip(title()));
+    setAccessibleName(tr("Scale: %1").arg(title().replace(QLatin1Char('\n'), QLatin1Char(' '))));
     invalidateCache();
 }
 

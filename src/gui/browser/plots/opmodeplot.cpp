@@ -81,11 +81,25 @@ void OpmodePlot::rebuildStyles()
     m_styles.push_back({QPen(Qt::NoPen), QBrush(noFlagColor), false});
 }
 
+bool OpmodePlot::isRaised(const Record &record) const
+{
+    return std::any_of(record.flags.begin(), record.flags.end(),
+                       [this](const auto &flag) { return flag->hash == m_flag.hash; });
+}
+
+QString OpmodePlot::valuesText(const Record &record) const
+{
+    if (m_mode == Flag)
+        return isRaised(record) ? tr("flag is raised") : tr("flag isn't raised");
+    const auto metadata = m_uiInfo ? m_uiInfo->metadata() : nullptr;
+    const QString mode = metadata ? metadata->opmodeName(record.opmode) : QString();
+    const QString text = mode.isEmpty() ? tr("unknown mode") : mode;
+    return record.provisional ? tr("%1, provisional").arg(text) : text;
+}
+
 std::uint8_t OpmodePlot::flagStyleOf(const Record &record) const
 {
-    const bool raised = std::any_of(record.flags.begin(), record.flags.end(),
-                                    [this](const auto &flag) { return flag->hash == m_flag.hash; });
-    return raised ? firstStyleOf(record.opmode, m_knownModes) : std::uint8_t(m_styles.size() - 1);
+    return isRaised(record) ? firstStyleOf(record.opmode, m_knownModes) : std::uint8_t(m_styles.size() - 1);
 }
 
 void OpmodePlot::showOpmode()

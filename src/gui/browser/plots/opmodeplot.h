@@ -36,6 +36,7 @@ public Q_SLOTS:
     void reloadSetup();
 
 protected:
+    QString valuesText(const Record &record) const override;
     void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags) override;
     void drawRange(QPainter &painter, int first, int last) override;
     void drawOverlay(QPainter &painter) override;
@@ -43,6 +44,7 @@ protected:
 
 private:
     void notesChanged(RecordTime first, RecordTime last);
+    bool isRaised(const Record &record) const;
     std::uint8_t flagStyleOf(const Record &record) const;
     void rebuildStyles();
 

@@ -5,6 +5,7 @@
 #include "gui/browser/drawing/cursorline.h"
 #include "gui/browser/drawing/recordmarker.h"
 #include "gui/browser/plots/updatedelayer.h"
+#include "gui/common/recordtext.h"
 #include "log/logger.h"
 
 #include <QKeyEvent>
@@ -26,6 +27,7 @@ Plot::Plot(QWidget *parent) : QFrame(parent)
 {
     setFrameStyle(frameStyleValue);
     setFocusPolicy(Qt::StrongFocus);
+    tellSelections();
 }
 
 Plot::~Plot() = default;
@@ -87,6 +89,19 @@ void Plot::setCurrentRecord(std::shared_ptr<Record> record)
         return;
     m_currentRecord = std::move(record);
     update();
+    noteSelectionChanged(this);
+}
+
+QString Plot::selectionText() const
+{
+    if (!m_currentRecord)
+        return tr("No record is selected");
+    return tr("%1: %2").arg(RecordText::moment(*m_currentRecord), valuesText(*m_currentRecord));
+}
+
+QString Plot::valuesText(const Record &) const
+{
+    return {};
 }
 
 PixelRange Plot::spanOf(const Record &record, int margin) const

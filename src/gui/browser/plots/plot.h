@@ -5,6 +5,7 @@
 #include "axis/timescale.h"
 #include "columns/measurement.h"
 #include "gui/browser/drawing/plotimage.h"
+#include "gui/common/selectiontext.h"
 #include "store/datastore.h"
 
 #include <QFrame>
@@ -25,7 +26,7 @@ constexpr int otherChange = 8;
 /// The base of every strip in the browser: draws a time range of the store into a cached image, keeps the image up to
 /// date by moving it and drawing only new and changed columns, and turns mouse and keys into record choices and
 /// requests to the time axis. Main thread only. The store may die before the plot.
-class Plot : public QFrame {
+class Plot : public QFrame, public SelectionText {
     Q_OBJECT
 public:
     explicit Plot(QWidget *parent = nullptr);
@@ -52,6 +53,8 @@ public:
     const QImage &image() const { return m_image.image(); }
     /// Draws the picture of paintEvent inside the contents rectangle, for a painter whose origin is the widget's.
     void paintContents(QPainter &painter);
+    /// The selected record's begin, and what valuesText() tells of it.
+    QString selectionText() const override;
 
 public Q_SLOTS:
     virtual void setTimeScale(TimeScale timescale);
@@ -73,6 +76,9 @@ Q_SIGNALS:
     void curvesChanged();
 
 protected:
+    /// What the plot shows of one record, as text.
+    virtual QString valuesText(const Record &record) const;
+
     // ---- drawing. In the image, column and row 0 are the top left of the contents rectangle.
     /// Draws the columns first .. last - 1 of the image and no other: the painter's clip doesn't bind direct pixel
     /// writes. The painter's device is the image; bits of it may be written.

@@ -12,4 +12,10 @@ QString scatterLabelLine(const QRgb color, const QString &name, double value, co
            (unit.isEmpty() ? QString() : QLatin1String(" (") + unit.toHtmlEscaped() + QLatin1Char(')'));
 }
 
+QString scatterValueText(const QString &name, double value, const QString &unit)
+{
+    const QString text = QStringLiteral("%1: %2").arg(name, QString::number(value, 'g', 6));
+    return unit.isEmpty() ? text : text + QLatin1Char(' ') + unit;
+}
+
 } // namespace Tsb

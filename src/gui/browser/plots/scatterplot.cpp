@@ -334,6 +334,14 @@ std::vector<ScatterPlot::Point> ScatterPlot::pointsOf(const Record &record) cons
     return points;
 }
 
+QString ScatterPlot::valuesText(const Record &record) const
+{
+    QStringList values;
+    for (const Point &point : pointsOf(record))
+        values << scatterValueText(point.name, point.value, point.unit);
+    return values.isEmpty() ? tr("no value") : values.join(QStringLiteral("; "));
+}
+
 std::vector<double> ScatterPlot::scaleValuesOf(const Record &record) const
 {
     std::vector<double> values;

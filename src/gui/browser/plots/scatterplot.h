@@ -53,6 +53,7 @@ Q_SIGNALS:
     void offScaleCounted(int count);
 
 protected:
+    QString valuesText(const Record &record) const override;
     void drawRange(QPainter &painter, int first, int last) override;
     void drawOverlay(QPainter &painter) override;
     void noteUpdated(int index, const std::shared_ptr<Record> &record, int flags) override;

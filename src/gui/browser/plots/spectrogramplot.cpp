@@ -106,11 +106,32 @@ std::shared_ptr<const Datastore::Series> SpectrogramPlot::series() const
     return datastore() && m_spectrumInfo ? datastore()->series(m_spectrumInfo.get()) : nullptr;
 }
 
-bool SpectrogramPlot::hasSpectrum(const Record &record) const
+std::shared_ptr<const SpectMath::Spectrum> SpectrogramPlot::spectrumOf(const Record &record) const
 {
-    return m_spectrumInfo && std::any_of(record.spectra.begin(), record.spectra.end(), [this](const auto &spectrum) {
-               return spectrum && spectrum->info == m_spectrumInfo;
-           });
+    if (!m_spectrumInfo)
+        return nullptr;
+    const auto found = std::find_if(record.spectra.begin(), record.spectra.end(), [this](const auto &spectrum) {
+        return spectrum && spectrum->info == m_spectrumInfo;
+    });
+    return found == record.spectra.end() ? nullptr : *found;
+}
+
+QString SpectrogramPlot::valuesText(const Record &record) const
+{
+    const auto spectrum = spectrumOf(record);
+    if (!spectrum || !spectrum->isValid())
+        return tr("no spectrum");
+    const RealVector &values = spectrum->concentrations;
+    const RealVector &points = m_spectrumInfo->nativePoints();
+    const RealVector weights = m_spectrumInfo->totalWeights(SpectMath::ConcentrationType::number);
+    const auto highest = std::size_t(std::max_element(values.begin(), values.end()) - values.begin());
+    if (highest >= points.size())
+        return tr("no spectrum");
+    const Unit &unit = m_spectrumInfo->scale == SpectMath::DistributionScale::mobility ? m_spectrumInfo->mobilityUnit
+                                                                                       : m_spectrumInfo->sizeUnit;
+    return tr("total %1 %2, highest at %3 %4")
+        .arg(QString::number(SpectMath::concentrationOf(*spectrum, weights), 'g', 4),
+             m_spectrumInfo->concentrationUnit.toString(), QString::number(points[highest], 'g', 3), unit.toString());
 }
 
 int SpectrogramPlot::binCount() const
@@ -144,7 +165,7 @@ PixelRange SpectrogramPlot::rangeOfUpdatedRecord(int index, const std::shared_pt
 PixelRange SpectrogramPlot::rangeOfRemovedRecord(int, const std::shared_ptr<Record> &record)
 {
     // Columns that neighbours lend to a gap get right at the next redraw.
-    return hasSpectrum(*record) ? spanOf(*record, 1) : PixelRange();
+    return spectrumOf(*record) ? spanOf(*record, 1) : PixelRange();
 }
 
 void SpectrogramPlot::addVisibleValuesTo(DecadeHistogram &histogram)
@@ -215,7 +236,7 @@ void SpectrogramPlot::render(QImage &image, int first, int last, int offset)
 void SpectrogramPlot::drawOverlay(QPainter &painter)
 {
     const QRect area = contentsRect();
-    if (currentRecord() && hasSpectrum(*currentRecord())) {
+    if (currentRecord() && spectrumOf(*currentRecord())) {
         const auto column = [&](RecordTime time) {
             return saturatedPixel(std::floor(area.left() + timeScale().positionOf(time)));
         };

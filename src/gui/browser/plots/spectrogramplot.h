@@ -34,6 +34,8 @@ public Q_SLOTS:
     void setColormap(const Colormap::Map &colormap);
 
 protected:
+    /// Its total number concentration, and where its distribution is highest.
+    QString valuesText(const Record &record) const override;
     void drawRange(QPainter &painter, int first, int last) override;
     void clearRange(QPainter &painter, int first, int last) override;
     void drawOverlay(QPainter &painter) override;
@@ -43,7 +45,7 @@ protected:
 
 private:
     std::shared_ptr<const Datastore::Series> series() const; ///< null without a store, spectrum or series
-    bool hasSpectrum(const Record &record) const;
+    std::shared_ptr<const SpectMath::Spectrum> spectrumOf(const Record &record) const; ///< null: it has none
     int binCount() const;
     const RealMatrix *smoothing();
     void render(QImage &image, int first, int last, int offset);

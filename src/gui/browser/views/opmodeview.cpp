@@ -56,6 +56,7 @@ void OpmodeView::showOpmode()
     m_label->hide();
     setFixedHeight(heightOf(0));
     setToolTip(tr("Opmode"));
+    plot()->setAccessibleName(tr("Opmode"));
     plot()->showOpmode();
 }
 
@@ -67,6 +68,7 @@ void OpmodeView::showFlag(const QString &flagData)
     m_label->show();
     setFixedHeight(heightOf(std::min(m_label->sizeHint().height(), m_label->maximumHeight())));
     setToolTip(plainToolTip(message));
+    plot()->setAccessibleName(tr("Flag: %1").arg(message.simplified()));
     plot()->showFlag(*flag);
 }
 

@@ -172,7 +172,9 @@ void ScatterPlotView::refreshLabel()
         else if (const auto variable = metadata->variable(m_settings.parameterName))
             unit = variable->unit;
     }
-    m_scale->setLabel(scatterScaleLabel(m_settings, name, unit));
+    const QString label = scatterScaleLabel(m_settings, name, unit);
+    m_scale->setLabel(label);
+    plot()->setAccessibleName(QString(label).replace(QLatin1Char('\n'), QLatin1Char(' ')));
 }
 
 void ScatterPlotView::chooseDefaults(ScatterPlotSettings &settings) const

@@ -100,6 +100,7 @@ QComboBox *ScatterPropertiesRow::addCombo(const QString &toolTip)
 {
     auto *combo = new QComboBox(this);
     combo->setToolTip(toolTip);
+    combo->setAccessibleName(toolTip);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     layout()->addWidget(combo);
     return combo;
@@ -112,6 +113,7 @@ void ScatterPropertiesRow::makeFractionForm()
     form->setContentsMargins(0, 0, 0, 0);
     form->setSpacing(spacing);
     m_concentrationCombo = new QComboBox(m_fractionForm);
+    m_concentrationCombo->setAccessibleName(tr("Concentration type"));
     for (const auto &item : {std::make_pair(tr("Number"), ConcentrationType::number),
                              std::make_pair(tr("Diameter"), ConcentrationType::diameter),
                              std::make_pair(tr("Surface"), ConcentrationType::surface),
@@ -119,11 +121,14 @@ void ScatterPropertiesRow::makeFractionForm()
         m_concentrationCombo->addItem(item.first, int(item.second));
     m_totalCheck = new QCheckBox(tr("Total"), m_fractionForm);
     m_fractionScaleCombo = new QComboBox(m_fractionForm);
+    m_fractionScaleCombo->setAccessibleName(tr("Quantity of the range"));
     m_fractionScaleCombo->addItem(tr("Diameter"), int(DistributionScale::diameter));
     m_fractionScaleCombo->addItem(tr("Mobility"), int(DistributionScale::mobility));
     m_rangeLabel = new QLabel(m_fractionForm);
     m_smallerLimit = new ExpSpinBox(m_fractionForm);
     m_largerLimit = new ExpSpinBox(m_fractionForm);
+    m_smallerLimit->setAccessibleName(tr("Smaller limit"));
+    m_largerLimit->setAccessibleName(tr("Larger limit"));
     for (ExpSpinBox *limit : {m_smallerLimit, m_largerLimit})
         limit->setRange(0, std::numeric_limits<double>::max());
     for (QWidget *widget : {static_cast<QWidget *>(m_concentrationCombo), static_cast<QWidget *>(m_totalCheck),

@@ -36,6 +36,7 @@ SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
     m_spectraButton->setCheckable(true);
     m_optionsButton->setText(tr("Options"));
     m_optionsButton->setAutoRaise(false);
+    m_smoothingBox->setAccessibleName(tr("Smoothing"));
     m_smoothingBox->setDecimals(1);
     m_smoothingBox->setSingleStep(0.1);
     m_smoothingBox->setRange(0.0, 10.0);

@@ -188,6 +188,7 @@ void SpectrogramView::configureRow(const Row &row, const SpectMath::SpectrumInfo
     if (!axis) {
         row.plot->setSpectrum(nullptr, false);
         row.scale->setLabel(tr("Invalid spectrum"));
+        row.plot->setAccessibleName(row.scale->label());
         row.scale->setToolTip(row.scale->label());
         row.scale->setIcon(QPixmap());
         row.scale->setMinMax(0, 1, true);
@@ -195,6 +196,7 @@ void SpectrogramView::configureRow(const Row &row, const SpectMath::SpectrumInfo
     }
     const QString name = m_uiInfo->spectrumName(info.get());
     row.plot->setSpectrum(info, axis->reversedRows);
+    row.plot->setAccessibleName(tr("Spectrogram: %1").arg(name));
     row.scale->setMinMax(axis->bottom, axis->top, true);
     row.scale->setLabel(QStringLiteral("%1\n(%2)").arg(name, info->concentrationUnit.toString()));
     const QColor color = m_uiInfo->spectrumColor(info.get());

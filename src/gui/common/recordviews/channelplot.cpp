@@ -121,6 +121,18 @@ void ChannelPlot::hideValues()
     m_rawCurve->setVisible(false);
 }
 
+QString ChannelPlot::valuesText() const
+{
+    QStringList texts;
+    for (const PlotReadout::Series &series : readoutSeries()) {
+        QStringList values;
+        for (int i = 0; i < series.points.size(); ++i)
+            values << QStringLiteral("%1: %2").arg(series.pointNames[i], QString::number(series.points[i].y(), 'g', 4));
+        texts << tr("%1 in fA: %2").arg(series.name, values.join(QStringLiteral(", ")));
+    }
+    return texts.isEmpty() ? tr("no values") : texts.join(QStringLiteral("; "));
+}
+
 QVector<PlotReadout::Series> ChannelPlot::readoutSeries() const
 {
     QVector<PlotReadout::Series> all;

@@ -24,6 +24,7 @@ public:
     void hideValues();
 
 protected:
+    QString valuesText() const override;
     QVector<PlotReadout::Series> readoutSeries() const override;
     void changeEvent(QEvent *event) override;
 

@@ -60,7 +60,9 @@ QWidget *DiagnosticView::makeContents()
     m_treeView->header()->resizeSection(DiagnosticModel::ValueColumn, valueWidth);
     m_filterEdit = new QLineEdit(contents);
     m_filterEdit->setObjectName(QStringLiteral("filterLine"));
+    m_treeView->setAccessibleName(tr("Record variable list"));
     m_filterEdit->setPlaceholderText(tr("Filter by name"));
+    m_filterEdit->setAccessibleName(m_filterEdit->placeholderText());
     m_filterEdit->setToolTip(tr("Variables whose name or unit holds every word. A word behind \"!\" is one that they "
                                 "must not hold."));
     auto *const layout = new QVBoxLayout(contents);

@@ -1,5 +1,6 @@
 #include "gui/common/recordviews/electrometersplot.h"
 
+#include "gui/common/recordtext.h"
 #include "gui/common/recordviews/channelplot.h"
 #include "gui/common/recordviews/plotpicture.h"
 
@@ -44,6 +45,7 @@ ElectrometersPlot::ElectrometersPlot(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
     setObjectName(QStringLiteral("electrometersPlotView"));
     setWindowTitle(tr("Electrometer signal plot"));
     m_plot->setPlainAxisTitle(QwtPlot::yLeft, tr("Current (fA)"));
+    m_plot->setAccessibleName(windowTitle());
     setWidget(m_plot);
     makeActions();
 }
@@ -98,6 +100,7 @@ void ElectrometersPlot::clearTitle()
 
 void ElectrometersPlot::refreshRecord()
 {
+    m_plot->setRecordMoment(record() ? RecordText::moment(*record()) : QString());
     if (!record()) {
         clearTitle();
         m_plot->hideValues();

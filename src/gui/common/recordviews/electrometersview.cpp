@@ -46,6 +46,7 @@ ElectrometersView::ElectrometersView(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
 void ElectrometersView::setupTree()
 {
     m_treeView->setModel(m_model);
+    m_treeView->setAccessibleName(windowTitle());
     m_treeView->setRootIsDecorated(false);
     m_treeView->setAllColumnsShowFocus(true);
     m_treeView->setSelectionMode(QAbstractItemView::ExtendedSelection);

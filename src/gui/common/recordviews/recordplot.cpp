@@ -52,6 +52,7 @@ double contrast(const QColor &lighter, const QColor &darker)
 RecordPlot::RecordPlot(QWidget *parent)
     : QwtPlot(parent), m_grid(new QwtPlotGrid), m_readout(new PlotReadout(this, [this] { return readoutSeries(); }))
 {
+    tellSelections();
     setAutoReplot(false);
     setFocusPolicy(Qt::StrongFocus);
     setContentsMargins(margin, margin, 2 * margin, margin);
@@ -145,6 +146,17 @@ void RecordPlot::setAxisSubject(int axis, const QString &subject)
     own.isAutomatic = !own.isFitted || known->isAutomatic;
     if (own.isFitted)
         setAxisScale(axis, known->ends.minValue(), known->ends.maxValue());
+}
+
+void RecordPlot::setRecordMoment(const QString &moment)
+{
+    m_recordMoment = moment;
+    noteSelectionChanged(this);
+}
+
+QString RecordPlot::selectionText() const
+{
+    return m_recordMoment.isEmpty() ? tr("No record is selected") : tr("%1: %2").arg(m_recordMoment, valuesText());
 }
 
 QSize RecordPlot::minimumSizeHint() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui/common/recordviews/plotreadout.h"
+#include "gui/common/selectiontext.h"
 
 #include <QHash>
 
@@ -18,7 +19,7 @@ class PanZoomHelper;
 /// PanZoomHelper) or locked both. Keys do what the mouse does: + and - zoom, Shift with an arrow pans, Home fits, comma
 /// and full stop step the read-out through the points, Page Up and Page Down through the series, Esc hides it.
 /// The frame of the canvas is coloured while the plot has the focus.
-class RecordPlot : public QwtPlot {
+class RecordPlot : public QwtPlot, public SelectionText {
     Q_OBJECT
 public:
     explicit RecordPlot(QWidget *parent = nullptr);
@@ -32,6 +33,10 @@ public:
     /// Tells the quantity and the kind of scale that an axis shows. Each subject has its own range: where the user has
     /// moved or locked the axis, it comes back with its subject, and a new subject is fitted by the next replot().
     void setAxisSubject(int axis, const QString &subject);
+    /// When the record whose values are shown begins, as the text tells it; empty: none is shown.
+    void setRecordMoment(const QString &moment);
+    /// That moment, and what valuesText() tells.
+    QString selectionText() const override;
     PlotReadout *readout() const { return m_readout; }
 
     /// For a picture that others see.
@@ -51,6 +56,8 @@ public Q_SLOTS:
     void fitAxes();
 
 protected:
+    /// The shown values as text.
+    virtual QString valuesText() const { return {}; }
     /// A colour that was chosen for a light ground, as it can be seen here: lighter on a dark ground.
     QColor legible(const QColor &color) const;
     /// What the read-out tells of. Asked when the pointer moves.
@@ -89,6 +96,7 @@ private:
     PlotReadout *m_readout;
     Axis m_horizontal;
     Axis m_vertical;
+    QString m_recordMoment;
     bool m_areLocked = false;
 };
 

@@ -16,6 +16,7 @@ ReportView::ReportView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, Qt::Wind
 {
     setObjectName(QStringLiteral("reportView"));
     setWindowTitle(tr("Inversion report"));
+    m_browser->setAccessibleName(tr("Inversion report"));
     m_browser->setOpenLinks(false);
     m_browser->setLineWrapMode(QTextEdit::NoWrap); // wide tables scroll
     m_pages->addWidget(makeButtonPage());

@@ -64,6 +64,7 @@ QWidget *VarGridView::makeGridPage()
     m_layoutButton->setMenu(new QMenu(m_layoutButton));
     m_tableView = new QTableView(page);
     m_tableView->setModel(m_model);
+    m_tableView->setAccessibleName(tr("Record variables"));
     m_tableView->setShowGrid(false);
     m_tableView->setCornerButtonEnabled(false);
     m_tableView->setTabKeyNavigation(false);

@@ -69,4 +69,10 @@ QString summaryText(const DistributionSummary &summary, const SpectMath::Spectru
              numberText(summary.mode, 3), size);
 }
 
+QString summaryText(const SpectMath::Spectrum &spectrum, const QString &name)
+{
+    return spectrum.status == 0 ? summaryText(distributionSummary(spectrum), *spectrum.info, name)
+                                : Words::tr("%1: inversion failed").arg(name);
+}
+
 } // namespace RecordViews

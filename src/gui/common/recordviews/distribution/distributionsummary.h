@@ -20,5 +20,7 @@ DistributionSummary distributionSummary(const SpectMath::Spectrum &spectrum);
 
 /// One line without an end.
 QString summaryText(const DistributionSummary &summary, const SpectMath::SpectrumInfo &info, const QString &name);
+/// The same, or that the inversion failed, of a spectrum with a description.
+QString summaryText(const SpectMath::Spectrum &spectrum, const QString &name);
 
 } // namespace RecordViews

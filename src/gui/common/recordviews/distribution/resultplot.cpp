@@ -1,5 +1,7 @@
 #include "gui/common/recordviews/distribution/resultplot.h"
 
+#include "gui/common/recordviews/distribution/distributionsummary.h"
+
 #include <QEvent>
 
 #include <qwt_plot_item.h>
@@ -97,6 +99,14 @@ void ResultPlot::showSpectra(const ShownSpectra &shown, const ShownSpectra &held
         names << one.name;
     setAccessibleName(tr("Distribution plot: %1").arg(names.join(QStringLiteral(", "))));
     replot();
+}
+
+QString ResultPlot::valuesText() const
+{
+    QStringList texts;
+    for (const ShownSpectrum &one : m_shown.spectra)
+        texts << summaryText(*one.spectrum, one.name);
+    return texts.isEmpty() ? tr("no values") : texts.join(QStringLiteral("; "));
 }
 
 void ResultPlot::showTraces(Traces &traces, const ShownSpectra &spectra, SpectrumItems::Look look,

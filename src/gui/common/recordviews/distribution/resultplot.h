@@ -29,6 +29,7 @@ public:
     void showSpectra(const ShownSpectra &shown, const ShownSpectra &held);
 
 protected:
+    QString valuesText() const override;
     QVector<PlotReadout::Series> readoutSeries() const override;
     void changeEvent(QEvent *event) override;
 

@@ -46,6 +46,13 @@ void ResultPlots::setSinglePlot(bool on)
     forgetPlaces();
 }
 
+void ResultPlots::showSpectra(const ShownSpectra &shown, const QString &moment)
+{
+    showSpectra(shown);
+    for (ResultPlot *plot : qAsConst(m_plots))
+        plot->setRecordMoment(moment);
+}
+
 void ResultPlots::showSpectra(const ShownSpectra &shown)
 {
     m_shown = shown;

@@ -15,8 +15,9 @@ class ResultPlots : public QScrollArea {
 public:
     explicit ResultPlots(std::shared_ptr<const PlotOptions> options, QWidget *parent = nullptr);
 
-    /// In the order of their descriptions. One replot for each plot.
-    void showSpectra(const ShownSpectra &shown);
+    /// In the order of their descriptions. One replot for each plot. The moment is that of their record, empty without
+    /// one.
+    void showSpectra(const ShownSpectra &shown, const QString &moment);
     /// Another layout or another choice of spectra: the next spectra get as many plots as they need.
     void setSinglePlot(bool on);
     bool isSinglePlot() const { return m_isSinglePlot; }
@@ -35,6 +36,7 @@ public Q_SLOTS:
     void fitAxes();
 
 private:
+    void showSpectra(const ShownSpectra &shown);
     void makePlaces(int count);
     ShownSpectra heldLike(const ShownSpectrum &shown) const;
 

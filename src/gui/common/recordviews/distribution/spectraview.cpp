@@ -1,6 +1,7 @@
 #include "gui/common/recordviews/distribution/spectraview.h"
 
 #include "gui/common/iconhelp.h"
+#include "gui/common/recordtext.h"
 #include "gui/common/recordviews/distribution/distributionsummary.h"
 #include "gui/common/recordviews/distribution/resultplots.h"
 #include "gui/common/recordviews/distribution/spectraviewdialog.h"
@@ -155,7 +156,7 @@ void SpectraView::refreshRecord()
     if (!record())
         m_hold->setChecked(false); // what is held belongs to data that go away
     const ShownSpectra shown = chosenSpectra(recordSpectra());
-    m_plots->showSpectra(shown);
+    m_plots->showSpectra(shown, record() ? RecordText::moment(*record()) : QString());
     showSummary(shown);
     if (!record())
         m_summary->hide();
@@ -194,9 +195,7 @@ void SpectraView::showSummary(const ShownSpectra &shown)
 {
     QStringList lines;
     for (const ShownSpectrum &one : shown) {
-        lines << (one.spectrum->status == 0
-                      ? summaryText(distributionSummary(*one.spectrum), *one.spectrum->info, one.name)
-                      : tr("%1: inversion failed").arg(one.name));
+        lines << summaryText(*one.spectrum, one.name);
     }
     m_summary->setLines(lines);
 }
