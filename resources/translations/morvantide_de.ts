@@ -541,7 +541,7 @@ Das Protokoll nennt den Grund.</translation>
     </message>
     <message>
         <source>General export settings</source>
-        <translation>Allgemeine Exporteinstellungen</translation>
+        <translation>Allgemeine Einstellungen</translation>
     </message>
     <message>
         <source>Fields</source>
@@ -602,6 +602,13 @@ Alle Dateien (*)</translation>
     <message>
         <source>Plot flag</source>
         <translation>Meldung darstellen</translation>
+    </message>
+</context>
+<context>
+    <name>FlagMark</name>
+    <message>
+        <source>of the chosen flag</source>
+        <translation>aus der gewählten Meldung</translation>
     </message>
 </context>
 <context>
@@ -1613,7 +1620,7 @@ Alle Dateien (*)</translation>
     <name>RecordViews::DiagnosticView</name>
     <message>
         <source>Record variable list</source>
-        <translation>Liste der Variablen</translation>
+        <translation>Variablenliste</translation>
     </message>
     <message>
         <source>Filter by name</source>
@@ -1663,7 +1670,7 @@ Alle Dateien (*)</translation>
     <name>RecordViews::ElectrometersPlot</name>
     <message>
         <source>Electrometer signal plot</source>
-        <translation>Diagramm der Elektrometersignale</translation>
+        <translation>Elektrometerdiagramm</translation>
     </message>
     <message>
         <source>Current (fA)</source>
@@ -1790,11 +1797,11 @@ Alle Dateien (*)</translation>
     </message>
     <message>
         <source>Settings</source>
-        <translation>Einstellungen</translation>
+        <translation>Optionen</translation>
     </message>
     <message>
         <source>Lock axes</source>
-        <translation>Achsen festhalten</translation>
+        <translation>Achsen fest</translation>
     </message>
     <message>
         <source>Lock axes: they stay as they are when another record is shown</source>
@@ -1806,7 +1813,7 @@ Alle Dateien (*)</translation>
     </message>
     <message>
         <source>Hold</source>
-        <translation>Festhalten</translation>
+        <translation>Halten</translation>
     </message>
     <message>
         <source>Hold curves: those of this record stay in grey when another one is shown</source>
@@ -1954,11 +1961,11 @@ Alle Dateien (*)</translation>
     <name>ScatterPlot</name>
     <message>
         <source>Reverse current root mean square error</source>
-        <translation>Mittlerer quadratischer Fehler der Rückrechnung</translation>
+        <translation>RMS-Fehler der Rückrechnung</translation>
     </message>
     <message>
         <source>Reverse current mean abs error</source>
-        <translation>Mittlerer absoluter Fehler der Rückrechnung</translation>
+        <translation>Mittlerer Fehlerbetrag der Rückrechnung</translation>
     </message>
     <message>
         <source>Total current error</source>
@@ -2087,7 +2094,7 @@ Alle Dateien (*)</translation>
     </message>
     <message>
         <source>%1 records</source>
-        <translation>%1 Datensätze</translation>
+        <translation>%1 Datens.</translation>
     </message>
     <message>
         <source>0 minutes ago</source>

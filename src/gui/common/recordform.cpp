@@ -18,9 +18,10 @@ namespace {
 
 constexpr int leastNoteLines = 2;
 
-const char notesStyle[] = "a { text-decoration: none; color: palette(window-text); } a.info { color: palette(dark); } "
-                          "a.failure { font-weight: bold; } div.info { color: palette(dark); } "
-                          "div { margin-bottom: 0.2em; }";
+const char notesStyle[] =
+    "a { text-decoration: none; color: palette(window-text); } a.info { color: palette(dark); font-style: italic; } "
+    "a.failure { font-weight: bold; } div.info { color: palette(dark); font-style: italic; } "
+    "div { margin-bottom: 0.2em; }";
 
 /// Wide enough for the widest contents from the start, so that the form doesn't jump from record to record. What is
 /// wider still, as a mode's name from a file may be, doesn't push the dock open.

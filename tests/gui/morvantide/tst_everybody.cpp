@@ -186,6 +186,22 @@ TEST_F(Everybody, HearsFromEachPlotWhichRecordIsSelectedAndItsValue)
     EXPECT_GT(count, 12);
 }
 
+TEST_F(Everybody, GoesDownThroughEachDockByTab)
+{
+    showAll();
+    for (const QDockWidget *dock : window->findChildren<QDockWidget *>()) {
+        int bottom = 0;
+        for (QWidget *one = dock->nextInFocusChain(); one != dock; one = one->nextInFocusChain()) {
+            if (!dock->widget() || !dock->widget()->isAncestorOf(one) || one->isHidden() || one->focusProxy() ||
+                !(one->focusPolicy() & Qt::TabFocus))
+                continue;
+            const int top = one->mapTo(dock, QPoint()).y();
+            EXPECT_GE(top + one->height(), bottom) << placeOf(one).toStdString();
+            bottom = top;
+        }
+    }
+}
+
 TEST_F(Everybody, ReadsEachTextInGerman)
 {
     German german;

@@ -167,12 +167,23 @@ void OpmodePlot::notesChanged(RecordTime first, RecordTime last)
             {NoteMarks::columnOf(first, timeScale()), NoteMarks::columnOf(last, timeScale()) + NoteMarks::markWidth});
 }
 
+/// The note at a column, else the mode of the record there, which the colour alone tells few.
+QString OpmodePlot::textAt(int column)
+{
+    if (m_notes)
+        if (const auto note = NoteMarks::noteAt(*m_notes, timeScale(), column))
+            return note->text;
+    const auto record = findRecord(timeScale().tickAt(column), 0);
+    return record && spanOf(*record, 0).intersects({column, column + 1}) ? valuesText(*record) : QString();
+}
+
 bool OpmodePlot::event(QEvent *event)
 {
-    if (event->type() == QEvent::ToolTip && m_notes && m_mode == Opmode) {
+    if (event->type() == QEvent::ToolTip && m_mode == Opmode) {
         const auto *help = static_cast<QHelpEvent *>(event);
-        if (const auto note = NoteMarks::noteAt(*m_notes, timeScale(), help->x() - contentsRect().left())) {
-            QToolTip::showText(help->globalPos(), RecordNotes::toolTip(note->text), this);
+        const QString text = textAt(help->x() - contentsRect().left());
+        if (!text.isEmpty()) {
+            QToolTip::showText(help->globalPos(), RecordNotes::toolTip(text), this);
             return true;
         }
     }

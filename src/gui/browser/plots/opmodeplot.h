@@ -43,6 +43,7 @@ protected:
     bool event(QEvent *event) override;
 
 private:
+    QString textAt(int column);
     void notesChanged(RecordTime first, RecordTime last);
     bool isRaised(const Record &record) const;
     std::uint8_t flagStyleOf(const Record &record) const;

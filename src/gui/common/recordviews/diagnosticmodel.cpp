@@ -1,6 +1,7 @@
 #include "gui/common/recordviews/diagnosticmodel.h"
 
 #include "gui/common/recordviews/diagnosticvalue.h"
+#include "gui/common/recordviews/flagmark.h"
 #include "util/numeric.h"
 
 #include <QBrush>
@@ -81,7 +82,8 @@ void DiagnosticModel::setHighlights(const QStringList &names)
     m_highlights = names;
     findHighlightedGroups();
     if (!m_rows.empty())
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1), {Qt::ForegroundRole});
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1),
+                           {Qt::ForegroundRole, Qt::FontRole, Qt::AccessibleDescriptionRole});
 }
 
 void DiagnosticModel::findHighlightedGroups()
@@ -210,10 +212,8 @@ QVariant DiagnosticModel::data(const QModelIndex &index, int role) const
         return int((isName ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
     case Qt::ToolTipRole:
         return toolTip(group);
-    case Qt::ForegroundRole:
-        return m_isHighlighted[std::size_t(groupIndex)] ? QVariant(QBrush(Qt::red)) : QVariant();
     default:
-        return {};
+        return m_isHighlighted[std::size_t(groupIndex)] ? flagMark(role) : QVariant();
     }
 }
 

@@ -69,6 +69,7 @@ QWidget *DiagnosticView::makeContents()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_filterEdit);
     layout->addWidget(m_treeView);
+    QWidget::setTabOrder(m_filterEdit, m_treeView);
     return contents;
 }
 

@@ -1,6 +1,7 @@
 #include "gui/common/recordviews/electrometersmodel.h"
 
 #include "gui/common/recordviews/electrometertext.h"
+#include "gui/common/recordviews/flagmark.h"
 
 #include <QBrush>
 
@@ -43,7 +44,8 @@ void ElectrometersModel::setHighlights(const QList<int> &electrometers)
     m_highlights = electrometers;
     m_highlightedRows = QSet<int>(electrometers.begin(), electrometers.end());
     if (m_rowCount > 0)
-        Q_EMIT dataChanged(index(0, 0), index(m_rowCount - 1, ColumnCount - 1), {Qt::ForegroundRole});
+        Q_EMIT dataChanged(index(0, 0), index(m_rowCount - 1, ColumnCount - 1),
+                           {Qt::ForegroundRole, Qt::FontRole, Qt::AccessibleDescriptionRole});
 }
 
 int ElectrometersModel::rowCount(const QModelIndex &parent) const
@@ -89,12 +91,10 @@ QVariant ElectrometersModel::data(const QModelIndex &index, int role) const
         return text(index.row(), index.column());
     case Qt::TextAlignmentRole:
         return int((index.column() == NameColumn ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
-    case Qt::ForegroundRole:
-        return m_highlightedRows.contains(index.row()) ? QVariant(QBrush(Qt::red)) : QVariant();
     case Qt::UserRole:
         return index.row();
     default:
-        return {};
+        return m_highlightedRows.contains(index.row()) ? flagMark(role) : QVariant();
     }
 }
 

@@ -1,5 +1,6 @@
 #include "gui/common/recordviews/vargridviewmodel.h"
 
+#include "gui/common/recordviews/flagmark.h"
 #include "util/valueformat.h"
 
 #include <QBrush>
@@ -84,6 +85,12 @@ QVariant VarGridViewModel::headerData(int section, Qt::Orientation orientation, 
     return {};
 }
 
+bool VarGridViewModel::isHighlighted(const VarGridCell &cell) const
+{
+    return std::any_of(cell.variables.begin(), cell.variables.end(),
+                       [this](const QString &name) { return m_highlights.contains(name); });
+}
+
 QVariant VarGridViewModel::cellData(const VarGridCell &cell, int role) const
 {
     switch (role) {
@@ -93,17 +100,17 @@ QVariant VarGridViewModel::cellData(const VarGridCell &cell, int role) const
         QFont font = m_font;
         if (cell.fontWeight >= 0)
             font.setWeight(cell.fontWeight);
+        font.setUnderline(isHighlighted(cell));
         return font;
     }
     case Qt::TextAlignmentRole:
         return int(cell.alignment);
-    case Qt::ForegroundRole: {
-        const bool isHighlighted = std::any_of(cell.variables.begin(), cell.variables.end(),
-                                               [this](const QString &name) { return m_highlights.contains(name); });
-        if (isHighlighted)
-            return QBrush(QColor(Qt::red));
+    case Qt::ForegroundRole:
+        if (isHighlighted(cell))
+            return flagMark(role);
         return cell.color.isValid() ? QBrush(cell.color) : QVariant();
-    }
+    case Qt::AccessibleDescriptionRole:
+        return isHighlighted(cell) ? flagMark(role) : QVariant();
     default:
         return {};
     }

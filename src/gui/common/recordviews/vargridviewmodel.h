@@ -43,6 +43,7 @@ private:
     {
         return std::size_t(section) + (m_layout.firstColumnIsHeader ? 1 : 0);
     }
+    bool isHighlighted(const VarGridCell &cell) const;
     QVariant cellData(const VarGridCell &cell, int role) const;
     QString text(const VarGridCell &cell) const;
     void valuesChanged();

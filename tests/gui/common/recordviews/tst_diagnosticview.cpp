@@ -146,6 +146,7 @@ TEST(DiagnosticView, StepsChangeValuesAlone)
     settle();
     EXPECT_EQ(shown.cell(0, 1), "1");
     EXPECT_EQ(shown.cell(0, 1, Qt::ForegroundRole).value<QBrush>(), QBrush(Qt::red));
+    EXPECT_TRUE(shown.cell(0, 1, Qt::FontRole).value<QFont>().underline()); // not by colour alone
     EXPECT_EQ(shown.cell(1, 1, Qt::ForegroundRole), QVariant());
 
     shown.metadata->variables << testMetadata({}, {}, {"c"})->variables; // the same object, grown

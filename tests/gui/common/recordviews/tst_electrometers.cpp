@@ -146,6 +146,7 @@ TEST(ElectrometersView, ShowsARowForEach)
     EXPECT_EQ(changes.size(), 2);
     shown.ui->setHighlights({}, {-1, 1, 7});
     EXPECT_EQ(shown.cell(1, 2, Qt::ForegroundRole).value<QBrush>(), QBrush(Qt::red));
+    EXPECT_TRUE(shown.cell(1, 2, Qt::FontRole).value<QFont>().underline()); // not by colour alone
     EXPECT_EQ(shown.cell(0, 2, Qt::ForegroundRole), QVariant());
 
     shown.metadata = testMetadata({}, {"only"});

@@ -81,8 +81,10 @@ TEST(VarGridView, ShowsTheValuesOfTheRecord)
 
     v.ui->setHighlights({"p"}, {});
     EXPECT_EQ(v.table->model()->index(0, 0).data(Qt::ForegroundRole).value<QBrush>().color(), QColor(Qt::red));
+    EXPECT_TRUE(v.table->model()->index(0, 0).data(Qt::FontRole).value<QFont>().underline());
     v.ui->setHighlights({}, {});
     EXPECT_FALSE(v.table->model()->index(0, 0).data(Qt::ForegroundRole).isValid());
+    EXPECT_FALSE(v.table->model()->index(0, 0).data(Qt::FontRole).value<QFont>().underline());
 
     QSignalSpy requests(v.ui.get(), &UiInfo::requestVariableScatterplot);
     v.table->setCurrentIndex(v.table->model()->index(0, 0));

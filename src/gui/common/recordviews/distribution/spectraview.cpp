@@ -83,6 +83,7 @@ SpectraView::SpectraView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, Qt::Wi
     layout->addWidget(m_summary);
     setWidget(contents);
     setupToolbar(bar);
+    setTabOrder(bar->widgetForAction(bar->actions().last()), m_plots->seenPlots().first());
     setupContextMenu();
 }
 
