@@ -72,6 +72,201 @@
     </message>
 </context>
 <context>
+    <name>Complaint</name>
+    <message>
+        <source>%1 more invalid custom limits.</source>
+        <translation>%1 weitere ungültige eigene Grenzen.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; must be %2, but was %3</source>
+        <translation>&apos;%1&apos; muss %2 sein, war aber %3</translation>
+    </message>
+    <message>
+        <source>A field was left out: a table has no more than %1 columns.</source>
+        <translation>Ein Feld wurde ausgelassen: Eine Tabelle hat höchstens %1 Spalten.</translation>
+    </message>
+    <message>
+        <source>Failed to create directory &apos;%1&apos;</source>
+        <translation>Der Ordner &apos;%1&apos; konnte nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Invalid concentration type &apos;%1&apos;.</source>
+        <translation>Ungültige Art der Konzentration &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Invalid custom fraction scale &apos;%1&apos;.</source>
+        <translation>Ungültige Skala eigener Fraktionen &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Invalid custom limit &apos;%1&apos;.</source>
+        <translation>Ungültige eigene Grenze &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Invalid decade fraction scale &apos;%1&apos;.</source>
+        <translation>Ungültige Skala der Fraktionen je Dekade &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Invalid distribution &apos;%1&apos;.</source>
+        <translation>Ungültige Verteilung &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Invalid field separator &apos;%1&apos;.</source>
+        <translation>Ungültiger Feldtrenner &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Invalid mass unit &apos;%1&apos;.</source>
+        <translation>Ungültige Masseneinheit &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Invalid material density %1.</source>
+        <translation>Ungültige Materialdichte %1.</translation>
+    </message>
+    <message>
+        <source>Invalid number of fractions per decade: %1.</source>
+        <translation>Ungültige Zahl von Fraktionen je Dekade: %1.</translation>
+    </message>
+    <message>
+        <source>Invalid range of decade fractions: %1 to %2.</source>
+        <translation>Ungültiger Bereich der Fraktionen je Dekade: %1 bis %2.</translation>
+    </message>
+    <message>
+        <source>Invalid scale &apos;%1&apos;.</source>
+        <translation>Ungültige Skala &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>It has no list &quot;fields&quot;</source>
+        <translation>Es fehlt die Liste &quot;fields&quot;</translation>
+    </message>
+    <message>
+        <source>It has no map &quot;general&quot;</source>
+        <translation>Es fehlt die Abbildung &quot;general&quot;</translation>
+    </message>
+    <message>
+        <source>It is of version %1, which is too new</source>
+        <translation>Die Version %1 ist zu neu</translation>
+    </message>
+    <message>
+        <source>It isn&apos;t a map</source>
+        <translation>Es ist keine Abbildung</translation>
+    </message>
+    <message>
+        <source>No output file is named.</source>
+        <translation>Keine Ausgabedatei ist genannt.</translation>
+    </message>
+    <message>
+        <source>The fraction of plot %1 isn&apos;t bounded by two limits above 0: no field was added.</source>
+        <translation>Die Fraktion von Diagramm %1 hat keine zwei Grenzen über 0: Kein Feld wurde hinzugefügt.</translation>
+    </message>
+    <message>
+        <source>The grid of &quot;%1&quot; has no decades.</source>
+        <translation>Das Gitter von &quot;%1&quot; hat keine Dekaden.</translation>
+    </message>
+    <message>
+        <source>The output file&apos;s name can&apos;t be one.</source>
+        <translation>Der Name der Ausgabedatei ist keiner.</translation>
+    </message>
+    <message>
+        <source>The time format is too long.</source>
+        <translation>Das Zeitformat ist zu lang.</translation>
+    </message>
+    <message>
+        <source>Unable to open file &apos;%1&apos;</source>
+        <translation>Die Datei &apos;%1&apos; kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Unable to write file &apos;%1&apos;: %2</source>
+        <translation>Die Datei &apos;%1&apos; kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>Unknown electrometer &apos;%1&apos;.</source>
+        <translation>Unbekanntes Elektrometer &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Unknown field type &apos;%1&apos;.</source>
+        <translation>Unbekannte Feldart &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Unknown spectrum &apos;%1&apos;.</source>
+        <translation>Unbekanntes Spektrum &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>Unknown variable &apos;%1&apos;.</source>
+        <translation>Unbekannte Variable &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has no points in %2.</source>
+        <translation>&quot;%1&quot; hat keine Punkte in %2.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is named as a file of data or settings.</source>
+        <translation>&quot;%1&quot; heißt wie eine Datei von Daten oder Einstellungen.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is one of the files to read.</source>
+        <translation>&quot;%1&quot; ist eine der zu lesenden Dateien.</translation>
+    </message>
+    <message>
+        <source>It is a device</source>
+        <translation>Es ist ein Gerät</translation>
+    </message>
+    <message>
+        <source>It is a folder</source>
+        <translation>Es ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>It is a pipe</source>
+        <translation>Es ist eine Pipe</translation>
+    </message>
+    <message>
+        <source>It is a socket</source>
+        <translation>Es ist ein Socket</translation>
+    </message>
+    <message>
+        <source>Not a regular file</source>
+        <translation>Keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>it stands, but might be lost in a power failure: %1</source>
+        <translation>sie steht, könnte aber bei Stromausfall verloren gehen: %1</translation>
+    </message>
+    <message>
+        <source>File name too long</source>
+        <translation>Dateiname zu lang</translation>
+    </message>
+    <message>
+        <source>File too large</source>
+        <translation>Datei zu groß</translation>
+    </message>
+    <message>
+        <source>Input/output error</source>
+        <translation>Ein-/Ausgabefehler</translation>
+    </message>
+    <message>
+        <source>Is a directory</source>
+        <translation>Ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>No space left on device</source>
+        <translation>Kein Platz mehr auf dem Gerät</translation>
+    </message>
+    <message>
+        <source>No such file or directory</source>
+        <translation>Datei oder Ordner gibt es nicht</translation>
+    </message>
+    <message>
+        <source>Not a directory</source>
+        <translation>Ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>Permission denied</source>
+        <translation>Zugriff verweigert</translation>
+    </message>
+    <message>
+        <source>Read-only file system</source>
+        <translation>Dateisystem ist schreibgeschützt</translation>
+    </message>
+</context>
+<context>
     <name>ConcentrationFieldForm</name>
     <message>
         <source>Spectra:</source>

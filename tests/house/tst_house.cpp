@@ -205,6 +205,24 @@ TEST(House, MarkersAreFilledInOnePass)
     expectNone(faults);
 }
 
+/// A window translates what others complain of by the complaint's words.
+TEST(House, ComplaintsThatTheWindowTranslatesAreMadeSomewhere)
+{
+    const QString window = "src/gui/common/complainttext.cpp";
+    QString others;
+    for (const QString &file : sources())
+        if (file != window)
+            others += textOf(file);
+    static const QRegularExpression pattern(R"re("Complaint", (".*"))re");
+    const QString ours = textOf(window).section("systemWords", 0, 0);
+    int count = 0;
+    for (auto it = pattern.globalMatch(ours); it.hasNext(); ++count) {
+        const QString words = it.next().captured(1);
+        EXPECT_TRUE(others.contains(words)) << qPrintable(words);
+    }
+    EXPECT_GT(count, 30);
+}
+
 /// Who filters or searches the log goes by a few areas. A plot's line of debugging tells its place instead.
 TEST(House, LogAreasAreTheFewThatAreKnown)
 {

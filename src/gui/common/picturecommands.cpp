@@ -1,5 +1,7 @@
 #include "gui/common/picturecommands.h"
 
+#include "gui/common/complainttext.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -82,7 +84,7 @@ void PictureCommands::save()
     m_folder = QFileInfo(path).path();
     const QString reason = PictureFile::write(m_drawing(), path, chosen(dialog.selectedNameFilter()).ratio);
     if (!reason.isNull())
-        tell(tr("Save picture"), tr("Failed to write \"%1\": %2").arg(path, reason));
+        tell(tr("Save picture"), tr("Failed to write \"%1\": %2").arg(path, complaintText(reason)));
 }
 
 void PictureCommands::tell(const QString &title, const QString &text)

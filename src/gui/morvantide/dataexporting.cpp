@@ -7,6 +7,7 @@
 #include "gui/browser/controls/plaintooltip.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/complainttext.h"
 #include "gui/common/dataexport/plotfields.h"
 #include "log/logger.h"
 
@@ -18,6 +19,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -124,8 +126,10 @@ void DataExporting::giveExportTsbSetup()
     if (!m_dialog)
         return;
     m_dialog->addFields(fields);
-    if (!errors.isEmpty())
-        showResult(errors.join(QLatin1Char('\n')));
+    QStringList shown;
+    std::transform(errors.begin(), errors.end(), std::back_inserter(shown), complaintText);
+    if (!shown.isEmpty())
+        showResult(shown.join(QLatin1Char('\n')));
     else if (fields.isEmpty())
         showResult(tr("No plot shows a concentration that can be exported."));
 }
@@ -170,7 +174,7 @@ void DataExporting::requestExport(const QVariantMap &setup)
     try {
         exportAs(m_source.setupOf(setup, setupPath()));
     } catch (const DataExport::SetupError &error) {
-        tell(error.message());
+        tell(complaintText(error.message()));
     }
     if (m_retiredDialog)
         m_retiredDialog->deleteLater();
@@ -180,7 +184,7 @@ void DataExporting::exportAs(const DataExport::ExportSetup &setup)
 {
     const QString fault = DataExport::ExportNaming(setup.general, nullptr).fault();
     if (!fault.isNull())
-        return tell(fault);
+        return tell(complaintText(fault));
     const auto places = m_source.places(m_dialog ? m_dialog->timeSpan() : std::nullopt);
     if (places.first == places.second)
         return tell(tr("Nothing to export: no record is in the time span."));
@@ -199,7 +203,7 @@ void DataExporting::exportAs(const DataExport::ExportSetup &setup)
     const QStringList targets = DataExport::exportTargets(setup.general, table, data.metadata, records);
     const QString reason = refusal(targets);
     if (!reason.isNull())
-        return tell(reason);
+        return tell(complaintText(reason));
     const QStringList existing = DataExport::existingOf(targets);
     if (!existing.isEmpty() && !mayReplace(existing))
         return;

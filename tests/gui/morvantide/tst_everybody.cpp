@@ -1,6 +1,7 @@
 #include "gui/morvantide/reviewwindow.h"
 
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/common/complainttext.h"
 #include "gui/common/dataexport/dataexportdialog.h"
 #include "gui/common/recordtext.h"
 #include "gui/common/recordviews/distribution/spectraview.h"
@@ -211,6 +212,9 @@ TEST_F(Everybody, ReadsEachTextInGerman)
     showAll();
     lookAtAll();
     window.reset();
+    EXPECT_EQ(complaintText("Unable to write file 'a%1': No space left on device"),
+              "Die Datei 'a%1' kann nicht geschrieben werden: Kein Platz mehr auf dem Gerät");
+    EXPECT_EQ(complaintText("of another kind"), "of another kind");
     QCoreApplication::removeTranslator(&german);
     EXPECT_TRUE(german.missing.isEmpty()) << german.missing.join('\n').toStdString();
 }

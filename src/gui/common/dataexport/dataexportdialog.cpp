@@ -2,6 +2,7 @@
 
 #include "dataexport/dataexporter.h"
 #include "gui/browser/controls/plaintooltip.h"
+#include "gui/common/complainttext.h"
 #include "gui/common/dataexport/exportpreview.h"
 #include "gui/common/dataexport/exportsample.h"
 #include "gui/common/dataexport/exportsetuptree.h"
@@ -241,7 +242,7 @@ void DataExportDialog::tell(const QString &text, const QString &reason)
 {
     QMessageBox box(QMessageBox::Warning, tr("Data export"), text, QMessageBox::Ok, this);
     box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(Tsb::plainToolTip(reason));
+    box.setInformativeText(Tsb::plainToolTip(complaintText(reason)));
     box.exec();
 }
 

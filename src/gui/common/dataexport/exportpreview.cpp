@@ -1,6 +1,7 @@
 #include "gui/common/dataexport/exportpreview.h"
 
 #include "gui/browser/controls/plaintooltip.h"
+#include "gui/common/complainttext.h"
 #include "gui/common/dataexport/exportsample.h"
 
 #include <QDir>
@@ -67,7 +68,9 @@ void ExportPreview::showSample(const ExportSample &sample)
         text += QLatin1Char('\n') + tr("The first %1 of %2 columns are shown.")
                                         .arg(QString::number(sample.titles.size()), QString::number(sample.columns));
     m_files->setText(text);
-    QStringList errors = sample.errors.mid(0, shownErrors);
+    QStringList errors;
+    for (const QString &error : sample.errors.mid(0, shownErrors))
+        errors << complaintText(error);
     if (sample.errors.size() > shownErrors)
         errors << tr("%1 more complaints.").arg(sample.errors.size() - shownErrors);
     m_errors->setText(errors.join(QLatin1Char('\n')));
