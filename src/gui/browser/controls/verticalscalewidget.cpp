@@ -110,9 +110,7 @@ void VerticalScaleWidget::setLabel(const QString &label)
     if (label == m_label)
         return;
     m_label = label;
-    setToolTip(plainToolTip(title()));
-    setAccessibleName(tr("Scale: %1").arg(title().replace(QLatin1Char('\n'), QLatin1Char(' '))));
-    invalidateCache();
+    tellTitle();
 }
 
 void VerticalScaleWidget::setNotice(const QString &notice)
@@ -120,7 +118,13 @@ void VerticalScaleWidget::setNotice(const QString &notice)
     if (notice == m_notice)
         return;
     m_notice = notice;
+    tellTitle();
+}
+
+void VerticalScaleWidget::tellTitle()
+{
     setToolTip(plainToolTip(title()));
+    setAccessibleName(tr("Scale: %1").arg(title().replace(QLatin1Char('\n'), QLatin1Char(' '))));
     invalidateCache();
 }
 

@@ -65,6 +65,7 @@ private:
     void drawScale(QPainter &painter);
     /// Draws the ticks and returns the width of the widest label.
     int drawTicks(QPainter &painter) const;
+    void tellTitle();
     QString title() const;
     void drawTitle(QPainter &painter, int freeWidth) const;
     void drawCursor(QPainter &painter) const;
