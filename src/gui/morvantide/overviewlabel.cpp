@@ -1,6 +1,7 @@
 #include "gui/morvantide/overviewlabel.h"
 
 #include "datafiles/reading/datafinder.h"
+#include "gui/browser/controls/plaintooltip.h"
 #include "log/logger.h"
 
 #include <QDir>
@@ -12,10 +13,24 @@ namespace {
 constexpr int delay = 300;      // ms
 constexpr int longestSlice = 8; // ms
 constexpr int lineCount = 2;
+constexpr int mostModes = 10;
+constexpr int mostVariables = 100;
+constexpr int longestName = 50;
 
 QString counted(int count, const QString &one, const QString &many)
 {
     return count == 1 ? one : many.arg(count);
+}
+
+/// The first names, so that a folder of a million of them, or of long ones, keeps no window waiting.
+QString listed(const QStringList &names, int most)
+{
+    QStringList first;
+    for (const QString &name : names.mid(0, most))
+        first << (name.size() <= longestName ? name : name.left(longestName) + QStringLiteral("..."));
+    if (names.size() > most)
+        first << QStringLiteral("...");
+    return first.join(QStringLiteral(", "));
 }
 
 QString textOf(const FolderOverview &overview)
@@ -25,7 +40,7 @@ QString textOf(const FolderOverview &overview)
           << counted(overview.files, OverviewLabel::tr("1 file"), OverviewLabel::tr("%1 files"))
           << QLocale::c().formattedDataSize(overview.bytes, 1, QLocale::DataSizeSIFormat);
     if (!overview.modes.isEmpty())
-        parts << OverviewLabel::tr("modes: %1").arg(overview.modes.join(QStringLiteral(", ")));
+        parts << OverviewLabel::tr("modes: %1").arg(listed(overview.modes, mostModes));
     if (!overview.variables.isEmpty())
         parts << counted(overview.variables.size(), OverviewLabel::tr("1 variable"), OverviewLabel::tr("%1 variables"));
     if (overview.withoutHeader > 0)
@@ -64,6 +79,7 @@ void OverviewLabel::setChoice(const QVariantMap &choice)
 void OverviewLabel::begin()
 {
     clear();
+    setToolTip(QString());
     const QString folder = m_choice.value(QStringLiteral("folderName")).toString();
     if (folder.isEmpty() || !QFileInfo(folder).isDir())
         return;
@@ -89,7 +105,7 @@ void OverviewLabel::tell()
 {
     const FolderOverview overview = m_survey->overview();
     setText(textOf(overview));
-    setToolTip(overview.variables.isEmpty() ? QString()
-                                            : tr("Variables: %1").arg(overview.variables.join(QStringLiteral(", "))));
+    if (!overview.variables.isEmpty())
+        setToolTip(Tsb::plainToolTip(tr("Variables: %1").arg(listed(overview.variables, mostVariables))));
     m_survey.reset();
 }

@@ -82,7 +82,18 @@ TEST(DataChooserDialog, TellsWhatTheChosenFilesHoldBeforeTheyAreRead)
     tells("1 without a header");
     d.dialog.setChoice({{"variant", "none"}});
     tells("No file matches.");
+    EXPECT_EQ(label->toolTip(), QString()) << "that of the choice before";
     EXPECT_EQ(log.complaints(), QStringList()) << "they are told when the files are read";
+    QByteArray names;
+    for (int i = 0; i < 5000; ++i)
+        names += ", <b>" + QByteArray::number(i).repeated(50);
+    writeFile(folder.filePath("20190912-many.diagnostics"),
+              "# Quilvane flags\n# opmodes: [a" + names + "]\n# parameters: [a" + names + "]\nbegin_time\n");
+    d.dialog.setChoice({{"variant", "many"}});
+    tells("modes: a, <b>0");
+    EXPECT_LT(label->text().size(), 1000) << "megabytes would keep the window waiting";
+    EXPECT_LT(label->toolTip().size(), 10'000);
+    EXPECT_TRUE(label->toolTip().contains("&lt;b&gt;")) << "names are no markup";
 }
 
 TEST(DataChooserDialog, StartsTodayWithTheBlockVariant)
