@@ -1,7 +1,6 @@
 #include "gui/morvantide/overviewlabel.h"
 
 #include "datafiles/reading/datafinder.h"
-#include "gui/browser/controls/plaintooltip.h"
 #include "log/logger.h"
 
 #include <QDir>
@@ -106,6 +105,8 @@ void OverviewLabel::tell()
     const FolderOverview overview = m_survey->overview();
     setText(textOf(overview));
     if (!overview.variables.isEmpty())
-        setToolTip(Tsb::plainToolTip(tr("Variables: %1").arg(listed(overview.variables, mostVariables))));
+        setToolTip(QLatin1String("<qt>") + // several lines; names are no markup
+                   tr("Variables: %1").arg(listed(overview.variables, mostVariables)).toHtmlEscaped() +
+                   QLatin1String("</qt>"));
     m_survey.reset();
 }
