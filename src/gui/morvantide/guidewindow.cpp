@@ -13,7 +13,7 @@
 namespace {
 
 constexpr QSize firstSize(860, 760);
-constexpr int sideMargin = 30; ///< pixels that a picture leaves free, for margins and the scroll bar
+constexpr int sideMargin = 90; ///< pixels that a picture leaves free, for margins and the scroll bar
 
 /// A picture that is wider than the page would have to be scrolled sideways.
 class Pages : public QTextBrowser {

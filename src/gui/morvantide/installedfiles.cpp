@@ -27,6 +27,15 @@ QStringList sharedFolders(const QString &applicationFolder)
     return folders;
 }
 
+QStringList layoutsIn(const QStringList &folders)
+{
+    QStringList paths;
+    for (const QString &folder : folders)
+        for (const QFileInfo &file : QDir(folder).entryInfoList({QStringLiteral("*.windowsetup")}, QDir::Files))
+            paths << file.absoluteFilePath();
+    return paths;
+}
+
 QString layoutToRestore(const QString &ownLayout, const QStringList &sharedFolders)
 {
     if (QFileInfo::exists(ownLayout))

@@ -12,6 +12,9 @@ bool belongsToSystem(const QString &applicationFolder);
 /// The folders with layouts for all users, the first first: those of a system's program alone.
 QStringList sharedFolders(const QString &applicationFolder);
 
+/// All layout files in these folders; absolute paths.
+QStringList layoutsIn(const QStringList &folders);
+
 /// The layout file for data whose own one doesn't exist: that of the first of these folders that has one for all data,
 /// else the data's own.
 QString layoutToRestore(const QString &ownLayout, const QStringList &sharedFolders);

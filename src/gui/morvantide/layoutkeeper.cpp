@@ -385,9 +385,10 @@ void LayoutKeeper::listFoundLayouts()
 {
     m_foundMenu->clear();
     const QDir folder(m_dataFolder);
-    const QStringList paths = windowSetupsFor(folder).mid(0, mostFound);
+    const QStringList shared = InstalledFiles::layoutsIn(m_sharedFolders);
+    const QStringList paths = (windowSetupsFor(folder) + shared).mid(0, mostFound);
     for (const QString &path : paths) {
-        QString text = folder.relativeFilePath(path);
+        QString text = shared.contains(path) ? path : folder.relativeFilePath(path);
         QAction *const action = m_foundMenu->addAction(text.replace(QLatin1Char('&'), QLatin1String("&&")));
         action->setCheckable(true);
         action->setChecked(path == m_windowSetupPath);

@@ -51,6 +51,7 @@ TEST_F(InstalledFilesTest, LayoutsForAllUsersServeDataWithoutTheirOwn)
     EXPECT_EQ(layoutToRestore(own, folders), own);
     const QString shared = make("shared/default.windowsetup");
     EXPECT_EQ(layoutToRestore(own, folders), shared);
+    EXPECT_EQ(layoutsIn(folders), QStringList{shared});
     make("data/own.windowsetup");
     EXPECT_EQ(layoutToRestore(own, folders), own);
 }
