@@ -12,10 +12,11 @@
 #include "gui/common/logbox.h"
 #include "gui/common/logdock.h"
 #include "gui/frame/abouttext.h"
+#include "gui/frame/busymessage.h"
 #include "gui/frame/docklayout.h"
 #include "gui/frame/framedocks.h"
-#include "gui/frame/menumnemonics.h"
 #include "gui/frame/measuringdock.h"
+#include "gui/frame/menumnemonics.h"
 #include "gui/frame/opencomments.h"
 #include "gui/frame/recordsteps.h"
 #include "gui/frame/windowgeometry.h"
@@ -417,5 +418,6 @@ void MainWindowBase::setBrowsingEnabled(bool on)
 void MainWindowBase::showInversionStats()
 {
     const Datastore none;
+    const BusyMessage message(*this, tr("Working out the statistics..."), datastore() ? datastore()->size() : 0);
     m_logger.log(Log::Info, InversionStatistics::report(datastore() ? *datastore() : none));
 }

@@ -8,6 +8,7 @@
 #include "gui/common/recordviews/reportview.h"
 #include "gui/common/vargridparser.h"
 #include "gui/frame/addplotbutton.h"
+#include "gui/frame/busymessage.h"
 #include "gui/frame/framedocks.h"
 #include "gui/frame/opencomments.h"
 #include "gui/frame/windowkeys.h"
@@ -251,6 +252,7 @@ void MorvantideMainWindow::showAgain(const DataLoader::Result &result)
 
 void MorvantideMainWindow::showData(FileReader &reader, const Rereading *kept)
 {
+    const BusyMessage message(*this, tr("Drawing the plots..."), reader.datastore()->size());
     DpVariant variant;
     variant.name = variant.shortName = m_request.variant;
     reader.metadata()->dpVariants.insert(0, variant);
