@@ -80,6 +80,17 @@ public:
         ASSERT_GT(places.size(), which) << text.toStdString();
         Screen::click(places[which].center() + beside);
     }
+    /// The menu gives each entry a letter that is underlined, whichever is free.
+    static std::vector<QRect> placesOfEntry(const QString &command)
+    {
+        std::vector<QRect> places = Screen::placesOf(command);
+        for (int letter = 0; letter < command.size() && !command.contains('&'); ++letter) {
+            if (command[letter].isLetter())
+                for (const QRect &place : Screen::placesOf(QString(command).insert(letter, '&')))
+                    places.push_back(place);
+        }
+        return places;
+    }
     /// What else has the text of the command stands there before.
     static void choose(const QString &menu, const QString &command)
     {
@@ -87,7 +98,7 @@ public:
         ASSERT_NO_FATAL_FAILURE(clickText(menu));
         std::vector<QRect> entries;
         ASSERT_TRUE(Screen::waitUntil([&] {
-            entries = Screen::placesOf(command);
+            entries = placesOfEntry(command);
             const auto wasThere = [&](const QRect &place) {
                 return std::find(before.begin(), before.end(), place) != before.end();
             };
@@ -169,7 +180,7 @@ public:
             files << path(QString("%1.inverter").arg(name));
             writeFile(files.last(), text.replace("inverter_name: demo", "inverter_name: fresh"));
         }
-        ASSERT_NO_FATAL_FAILURE(choose("Spectra", "Reinvert..."));
+        ASSERT_NO_FATAL_FAILURE(choose("&Spectra", "Reinvert..."));
         ASSERT_NO_FATAL_FAILURE(answer("Open inverters", '"' + files.join("\" \"") + '"'));
         ASSERT_NO_FATAL_FAILURE(waitForWords("Reinversion finished!"));
         ASSERT_NO_FATAL_FAILURE(waitForWindow(mainTitle));
@@ -177,7 +188,7 @@ public:
     }
     void discardOne()
     {
-        ASSERT_NO_FATAL_FAILURE(choose("Spectra", "Spectra info"));
+        ASSERT_NO_FATAL_FAILURE(choose("&Spectra", "Spectra info"));
         ASSERT_NO_FATAL_FAILURE(waitForWindow("Spectrum information"));
         ASSERT_NO_FATAL_FAILURE(clickText("fresh", 1));
         ASSERT_NO_FATAL_FAILURE(clickText("Discard"));
@@ -265,7 +276,7 @@ public:
     }
     void findReinvertedSpectra()
     {
-        ASSERT_NO_FATAL_FAILURE(choose("Spectra", "Spectra info"));
+        ASSERT_NO_FATAL_FAILURE(choose("&Spectra", "Spectra info"));
         ASSERT_NO_FATAL_FAILURE(waitForWindow("Spectrum information"));
         EXPECT_EQ(Screen::waitForText("fresh").size(), 1U);
         keepPicture("spectra-of-the-saved-variant");
