@@ -122,6 +122,25 @@ TEST_F(FrameDocksTest, StandInTheirDefaultPlaces)
     }
 }
 
+TEST_F(FrameDocksTest, ALayoutOfAProgramWithoutADockLeavesItInSight)
+{
+    const QByteArray state = window.saveState(2);
+    QMainWindow later;
+    later.setCentralWidget(new QTextEdit(&later));
+    FrameDocks laterDocks(ui, &later);
+    auto *const added = new QDockWidget(QStringLiteral("Added"), &later);
+    added->setObjectName(QStringLiteral("measuringDock"));
+    laterDocks.add(added, {});
+    laterDocks.makeAll();
+    later.resize(1280, 800);
+    later.show();
+    settle();
+    ASSERT_TRUE(later.restoreState(state, 2));
+    settle();
+    EXPECT_FALSE(added->isHidden() || added->isFloating());
+    EXPECT_TRUE(later.tabifiedDockWidgets(later.findChild<QDockWidget *>("logDock")).contains(added));
+}
+
 TEST_F(FrameDocksTest, CostNothingWhileTheyAreUnseen)
 {
     for (QDockWidget *each : all())

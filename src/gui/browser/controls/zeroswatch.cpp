@@ -8,7 +8,7 @@ namespace Tsb {
 
 namespace {
 
-constexpr int margin = 4; ///< pixels beside the text
+constexpr int margin = 8; ///< pixels beside the text, where stripes are seen
 
 const QString &label()
 {
