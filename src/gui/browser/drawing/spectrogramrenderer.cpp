@@ -232,7 +232,8 @@ void paintRows(Lookup &lookup, const LevelTable &levels, const Runs &runs, int b
     }
 }
 
-void markZerosOf(const std::vector<ColumnRun> &runs, const SpectrogramParameters &p, QImage &image)
+/// Not inlined: the loops that every picture runs stay as the compiler lays them out alone.
+[[gnu::noinline]] void markZerosOf(const std::vector<ColumnRun> &runs, const SpectrogramParameters &p, QImage &image)
 {
     const auto colorOf = [&p, span = p.colorUpper - p.colorLower](double value) {
         return p.colormap(heldNumber((std::log10(value) - p.colorLower) / span));
