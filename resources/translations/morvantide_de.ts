@@ -9,6 +9,13 @@
     </message>
 </context>
 <context>
+    <name>AddPlotButton</name>
+    <message>
+        <source>Add plot</source>
+        <translation>Diagramm hinzufügen</translation>
+    </message>
+</context>
+<context>
     <name>ChoiceButton</name>
     <message>
         <source>Select all</source>
@@ -28,6 +35,25 @@
     <message>
         <source>Color scale</source>
         <translation>Farbskala</translation>
+    </message>
+</context>
+<context>
+    <name>ColormapChoice</name>
+    <message>
+        <source>Default color map</source>
+        <translation>Voreingestellte Farbskala</translation>
+    </message>
+    <message>
+        <source>%1 (color-blind safe)</source>
+        <translation>%1 (bei Farbfehlsichtigkeit geeignet)</translation>
+    </message>
+    <message>
+        <source>New spectrograms begin with this map</source>
+        <translation>Neue Spektrogramme beginnen mit dieser Skala</translation>
+    </message>
+    <message>
+        <source>Color-blind safe colors for spectrograms? &lt;a href=&quot;%1&quot;&gt;Use them&lt;/a&gt; or &lt;a href=&quot;%2&quot;&gt;keep the usual&lt;/a&gt;</source>
+        <translation>Farben für Spektrogramme, die auch bei Farbfehlsichtigkeit zu unterscheiden sind? &lt;a href=&quot;%1&quot;&gt;Verwenden&lt;/a&gt; oder &lt;a href=&quot;%2&quot;&gt;die üblichen behalten&lt;/a&gt;</translation>
     </message>
 </context>
 <context>
@@ -683,6 +709,29 @@ Das Protokoll nennt den Grund.</translation>
     </message>
 </context>
 <context>
+    <name>EmptyWindow</name>
+    <message>
+        <source>&amp;Recent folders:</source>
+        <translation>&amp;Zuletzt geöffnet:</translation>
+    </message>
+    <message>
+        <source>No data are open</source>
+        <translation>Keine Daten sind geöffnet</translation>
+    </message>
+    <message>
+        <source>Recent folders</source>
+        <translation>Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>A click opens the folder; Return shows the choice first</source>
+        <translation>Ein Klick öffnet den Ordner; die Eingabetaste zeigt zuerst die Auswahl</translation>
+    </message>
+    <message>
+        <source>Or drop a folder, or files of data, on this window.</source>
+        <translation>Oder einen Ordner oder Datendateien auf dieses Fenster ziehen.</translation>
+    </message>
+</context>
+<context>
     <name>ExportFieldKinds</name>
     <message>
         <source>Add concentrations</source>
@@ -915,6 +964,45 @@ Alle Dateien (*)</translation>
     </message>
 </context>
 <context>
+    <name>GuideWindow</name>
+    <message>
+        <source>Page of the user guide</source>
+        <translation>Seite des Handbuchs</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>&amp;Contents</source>
+        <translation>&amp;Inhalt</translation>
+    </message>
+    <message>
+        <source>Find in page</source>
+        <translation>Auf der Seite suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Next</source>
+        <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>&amp;Open in browser</source>
+        <translation>Im &amp;Browser öffnen</translation>
+    </message>
+    <message>
+        <source>User guide</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>User guide: %1</source>
+        <translation>Handbuch: %1</translation>
+    </message>
+    <message>
+        <source>No program was found that shows this page: %1</source>
+        <translation>Kein Programm wurde gefunden, das diese Seite zeigt: %1</translation>
+    </message>
+</context>
+<context>
     <name>InverterLoader</name>
     <message>
         <source>Reading inverters</source>
@@ -1018,10 +1106,6 @@ Alle Dateien (*)</translation>
     <message>
         <source>Esc</source>
         <translation>Esc</translation>
-    </message>
-    <message>
-        <source>Unselects the record</source>
-        <translation>Hebt die Wahl des Datensatzes auf</translation>
     </message>
     <message>
         <source>Frame of a plot over time</source>
@@ -1146,6 +1230,34 @@ Alle Dateien (*)</translation>
     <message>
         <source>Hides what is read out</source>
         <translation>Verbirgt die Ablesung</translation>
+    </message>
+    <message>
+        <source>Shift + drag</source>
+        <translation>Umschalt + ziehen</translation>
+    </message>
+    <message>
+        <source>Marks a time span, to zoom to it or to export it</source>
+        <translation>Markiert einen Zeitraum, um auf ihn zu vergrößern oder ihn zu exportieren</translation>
+    </message>
+    <message>
+        <source>Drag a handle</source>
+        <translation>An einem Griff ziehen</translation>
+    </message>
+    <message>
+        <source>Moves that measuring cursor</source>
+        <translation>Verschiebt diese Messlinie</translation>
+    </message>
+    <message>
+        <source>1, 2</source>
+        <translation>1, 2</translation>
+    </message>
+    <message>
+        <source>Sets a measuring cursor at the pointer, else at the selected record</source>
+        <translation>Setzt eine Messlinie am Zeiger, sonst am gewählten Datensatz</translation>
+    </message>
+    <message>
+        <source>Drops the measuring cursors; without any, unselects the record</source>
+        <translation>Entfernt die Messlinien; gibt es keine, hebt es die Wahl des Datensatzes auf</translation>
     </message>
 </context>
 <context>
@@ -1409,32 +1521,16 @@ Alle Dateien (*)</translation>
         <source>Spectra</source>
         <translation>Spektren</translation>
     </message>
+    <message>
+        <source>%1 of %2 records have this spectrum</source>
+        <translation>%1 von %2 Datensätzen haben dieses Spektrum</translation>
+    </message>
 </context>
 <context>
     <name>MorvantideMainWindow</name>
     <message>
         <source>Viewing and analysis of data measured with aerosol and ion mobility spectrometers.</source>
         <translation>Betrachtung und Auswertung von Messdaten aus Aerosol- und Ionenmobilitätsspektrometern.</translation>
-    </message>
-    <message>
-        <source>Open data folder...</source>
-        <translation>Datenordner öffnen...</translation>
-    </message>
-    <message>
-        <source>Open folder</source>
-        <translation>Ordner öffnen</translation>
-    </message>
-    <message>
-        <source>Manually select data files...</source>
-        <translation>Datendateien einzeln wählen...</translation>
-    </message>
-    <message>
-        <source>Manually select files</source>
-        <translation>Dateien wählen</translation>
-    </message>
-    <message>
-        <source>Add plot</source>
-        <translation>Diagramm hinzufügen</translation>
     </message>
     <message>
         <source> (incomplete)</source>
@@ -1457,26 +1553,12 @@ Alle Dateien (*)</translation>
         <translation>Spektren</translation>
     </message>
     <message>
-        <source>%1 of %2 records have this spectrum</source>
-        <translation>%1 von %2 Datensätzen haben dieses Spektrum</translation>
-    </message>
-    <message>
         <source>Reinvert...</source>
         <translation>Neu invertieren...</translation>
     </message>
     <message>
         <source>Cancel reinversion</source>
         <translation>Neuinversion abbrechen</translation>
-    </message>
-    <message>
-        <source>0000 records/s</source>
-        <translation>0000 Datensätze/s</translation>
-    </message>
-    <message>
-        <source>Data inversion rate in records per second
-(optionally also inversion queue length)</source>
-        <translation>Inversionsrate in Datensätzen je Sekunde
-(gegebenenfalls auch Länge der Warteschlange)</translation>
     </message>
     <message>
         <source>An inversion already in progress.</source>
@@ -1487,12 +1569,43 @@ Alle Dateien (*)</translation>
         <translation>Die laufende Inversion abbrechen?</translation>
     </message>
     <message>
-        <source>%1 records/s</source>
-        <translation>%1 Datensätze/s</translation>
+        <source>Read again</source>
+        <translation>Neu lesen</translation>
     </message>
     <message>
-        <source>%1 records/s (%2 in queue)</source>
-        <translation>%1 Datensätze/s (%2 warten)</translation>
+        <source>&amp;Spectra</source>
+        <translation>&amp;Spektren</translation>
+    </message>
+</context>
+<context>
+    <name>OpenCommands</name>
+    <message>
+        <source>Open data folder...</source>
+        <translation>Datenordner öffnen...</translation>
+    </message>
+    <message>
+        <source>Manually select data files...</source>
+        <translation>Datendateien einzeln wählen...</translation>
+    </message>
+    <message>
+        <source>Recent folders</source>
+        <translation>Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>Open folder</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>Manually select files</source>
+        <translation>Dateien wählen</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Forget them</source>
+        <translation>Liste leeren</translation>
     </message>
 </context>
 <context>
@@ -1667,6 +1780,25 @@ Alle Dateien (*)</translation>
     <message>
         <source>Stopping after this file</source>
         <translation>Abbruch nach dieser Datei</translation>
+    </message>
+</context>
+<context>
+    <name>RecentFolders</name>
+    <message>
+        <source>until %1</source>
+        <translation>bis %1</translation>
+    </message>
+    <message>
+        <source>from %1</source>
+        <translation>ab %1</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>old-style files</source>
+        <translation>alte Dateien</translation>
     </message>
 </context>
 <context>
@@ -2130,6 +2262,31 @@ Alle Dateien (*)</translation>
     </message>
 </context>
 <context>
+    <name>ReinversionProgress</name>
+    <message>
+        <source>0000 records/s</source>
+        <translation>0000 Datensätze/s</translation>
+    </message>
+    <message>
+        <source>Data inversion rate in records per second
+(optionally also inversion queue length)</source>
+        <translation>Inversionsrate in Datensätzen je Sekunde
+(gegebenenfalls auch Länge der Warteschlange)</translation>
+    </message>
+    <message>
+        <source>Progress of the reinversion</source>
+        <translation>Fortschritt der Neuinversion</translation>
+    </message>
+    <message>
+        <source>%1 records/s</source>
+        <translation>%1 Datensätze/s</translation>
+    </message>
+    <message>
+        <source>%1 records/s (%2 in queue)</source>
+        <translation>%1 Datensätze/s (%2 warten)</translation>
+    </message>
+</context>
+<context>
     <name>SaveWarnings</name>
     <message>
         <source>%1 day file of the variant &quot;%2&quot; is there already: rows are added to it.</source>
@@ -2503,6 +2660,10 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
         <source>Show noise level</source>
         <translation>Rauschpegel zeigen</translation>
     </message>
+    <message>
+        <source>off scale: %1</source>
+        <translation>außerhalb der Skala: %1</translation>
+    </message>
 </context>
 <context>
     <name>Tsb::ScatterPropertiesRow</name>
@@ -2632,6 +2793,26 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
         <source>Color map</source>
         <translation>Farbskala</translation>
     </message>
+    <message>
+        <source>Choose the spectra</source>
+        <translation>Spektren wählen</translation>
+    </message>
+    <message>
+        <source>Mark zeros</source>
+        <translation>Nullen kennzeichnen</translation>
+    </message>
+    <message>
+        <source>Show values of 0 and below as stripes</source>
+        <translation>Werte von 0 und darunter als Streifen zeigen</translation>
+    </message>
+    <message>
+        <source>Lock color limits</source>
+        <translation>Farbgrenzen festhalten</translation>
+    </message>
+    <message>
+        <source>The same colors for the same values in all spectrograms whose limits are locked</source>
+        <translation>Gleiche Farben für gleiche Werte in allen Spektrogrammen mit festgehaltenen Grenzen</translation>
+    </message>
 </context>
 <context>
     <name>Tsb::SpectrogramPlot</name>
@@ -2720,6 +2901,28 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
     </message>
 </context>
 <context>
+    <name>Tsb::ZeroSwatch</name>
+    <message>
+        <source>Stripes mark values of 0 and below</source>
+        <translation>Streifen kennzeichnen Werte von 0 und darunter</translation>
+    </message>
+</context>
+<context>
+    <name>UserGuide</name>
+    <message>
+        <source>&amp;User guide</source>
+        <translation>&amp;Handbuch</translation>
+    </message>
+    <message>
+        <source>User guide</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>The user guide isn&apos;t installed.</source>
+        <translation>Das Handbuch ist nicht installiert.</translation>
+    </message>
+</context>
+<context>
     <name>VariableFieldForm</name>
     <message>
         <source>Filter by name</source>
@@ -2741,18 +2944,6 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
 <context>
     <name>WindowKeys</name>
     <message>
-        <source>&amp;Full screen</source>
-        <translation>&amp;Vollbild</translation>
-    </message>
-    <message>
-        <source>Go to &amp;filter</source>
-        <translation>Zum &amp;Filter</translation>
-    </message>
-    <message>
-        <source>&amp;Keys and gestures</source>
-        <translation>&amp;Tasten und Gesten</translation>
-    </message>
-    <message>
         <source>To the filter line of the dock at hand</source>
         <translation>Zur Filterzeile des aktuellen Docks</translation>
     </message>
@@ -2760,6 +2951,18 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
         <source>%1 (%2)</source>
         <comment>command and its key</comment>
         <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Vollbild</translation>
+    </message>
+    <message>
+        <source>Go to filter</source>
+        <translation>Zum Filter</translation>
+    </message>
+    <message>
+        <source>Keys and gestures</source>
+        <translation>Tasten und Gesten</translation>
     </message>
 </context>
 </TS>

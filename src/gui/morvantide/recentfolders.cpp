@@ -11,10 +11,9 @@ const QString foldersKey = QStringLiteral("datachooserOldPaths");
 const QString choicesKey = QStringLiteral("datachooserOldChoices");
 const QString folderName = QStringLiteral("folderName");
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("RecentFolders", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(RecentFolders)
+};
 
 QString spanText(const QVariantMap &choice)
 {
@@ -25,8 +24,8 @@ QString spanText(const QVariantMap &choice)
     };
     const QString begin = limit("limitBegin", "beginTime"), end = limit("limitEnd", "endTime");
     if (begin.isEmpty())
-        return end.isEmpty() ? QString() : tr("until %1").arg(end);
-    return end.isEmpty() ? tr("from %1").arg(begin) : tr("%1 to %2").arg(begin, end);
+        return end.isEmpty() ? QString() : Words::tr("until %1").arg(end);
+    return end.isEmpty() ? Words::tr("from %1").arg(begin) : Words::tr("%1 to %2").arg(begin, end);
 }
 
 } // namespace
@@ -84,7 +83,7 @@ QString recentFolderText(const QVariantMap &choice)
 {
     QStringList parts;
     if (choice.value(QStringLiteral("legacyFiles")).toBool())
-        parts << tr("old-style files");
+        parts << Words::tr("old-style files");
     else
         parts << choice.value(QStringLiteral("variant")).toString();
     parts << spanText(choice);
