@@ -1259,6 +1259,14 @@ Alle Dateien (*)</translation>
         <source>Drops the measuring cursors; without any, unselects the record</source>
         <translation>Entfernt die Messlinien; gibt es keine, hebt es die Wahl des Datensatzes auf</translation>
     </message>
+    <message>
+        <source>Up, Down, +, -, Home</source>
+        <translation>Auf, Ab, +, -, Pos1</translation>
+    </message>
+    <message>
+        <source>Moves, zooms and fits the scale that Tab has reached</source>
+        <translation>Verschiebt, vergrößert und passt die Skala an, die Tab erreicht hat</translation>
+    </message>
 </context>
 <context>
     <name>LayoutKeeper</name>

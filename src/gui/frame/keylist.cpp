@@ -110,6 +110,7 @@ QVector<KeySection> gestures()
         {Words::tr("Value scale"),
          {{Words::tr("Drag up or down"), Words::tr("Moves the scale")},
           {Words::tr("Drag left or right"), Words::tr("Zooms")},
+          {Words::tr("Up, Down, +, -, Home"), Words::tr("Moves, zooms and fits the scale that Tab has reached")},
           {Words::tr("Wheel"), Words::tr("Zooms about the pointer")},
           {Words::tr("Double click"), Words::tr("Fits the scale to the values in sight")}}},
         {Words::tr("Colour bar"),

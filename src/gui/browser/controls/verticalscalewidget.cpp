@@ -5,9 +5,11 @@
 #include "axis/zoomfactor.h"
 #include "gui/browser/controls/plaintooltip.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QStyleOptionFocusRect>
 
 #include <algorithm>
 #include <cmath>
@@ -21,6 +23,7 @@ constexpr int labelGap = 6; ///< from a label's right end to the edge
 constexpr int titleMargin = 2;
 constexpr int wordGap = 4; ///< between a line of the title and the numbers
 constexpr double cursorOpacity = 0.9;
+constexpr double keyStep = 0.1; ///< of the height
 } // namespace
 
 VerticalScaleWidget::VerticalScaleWidget(QWidget *parent) : QFrame(parent)
@@ -146,6 +149,7 @@ void VerticalScaleWidget::setReadOnly(bool on)
     if (on == m_readOnly)
         return;
     m_readOnly = on;
+    setFocusPolicy(on ? Qt::NoFocus : Qt::TabFocus); // a click leaves the keys to the plot
     m_dragging = false;
     setCursor(on ? Qt::ArrowCursor : Qt::OpenHandCursor);
     setStatusTip(on ? QString()
@@ -192,6 +196,11 @@ void VerticalScaleWidget::paintEvent(QPaintEvent *)
     }
     if (m_cursorVisible && !m_label.isEmpty() && m_rangeValid && m_scale.valid)
         drawCursor(painter);
+    if (hasFocus()) {
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    }
 }
 
 void VerticalScaleWidget::renderCache(const QSize &pixmapSize, qreal ratio)
@@ -296,6 +305,34 @@ void VerticalScaleWidget::drawCursor(QPainter &painter) const
     painter.drawLine(right - 3, y, right, y);
     painter.drawText(QRect(area.x(), top, area.width() - labelGap, m_lineHeight), Qt::AlignRight | Qt::AlignVCenter,
                      text);
+}
+
+// ---- keys
+
+void VerticalScaleWidget::keyPressEvent(QKeyEvent *event)
+{
+    const int height = contentsRect().height();
+    ValueScale scale = m_scale.rebased(height / 2.0);
+    switch (m_readOnly ? Qt::Key_unknown : event->key()) {
+    case Qt::Key_Up: // to greater values
+        scale.originPixel -= height * keyStep;
+        break;
+    case Qt::Key_Down:
+        scale.originPixel += height * keyStep;
+        break;
+    case Qt::Key_Plus:
+        scale.valuePerPixel *= zoomOfSteps(1);
+        break;
+    case Qt::Key_Minus:
+        scale.valuePerPixel *= zoomOfSteps(-1);
+        break;
+    case Qt::Key_Home:
+        return Q_EMIT requestAutoscale();
+    default:
+        return QFrame::keyPressEvent(event);
+    }
+    if (scale.isUsable(height))
+        setScale(scale, true);
 }
 
 // ---- mouse

@@ -67,7 +67,8 @@ void ScatterPlotView::makeProperties()
     m_properties->showSettings(m_settings);
     connectProperties();
     viewLayout()->insertRow(0, m_properties, nullptr);
-    setTabOrder(m_properties->lastForTab(), plot());
+    setTabOrder(m_properties->lastForTab(), m_scale);
+    setTabOrder(m_scale, plot());
 }
 
 /// The user's choices in the row. Another quantity has other units and is fitted; the same one of another place or

@@ -71,6 +71,26 @@ TEST_F(VerticalScaleTest, ScaleFollowsTheRangeAndBack)
     EXPECT_DOUBLE_EQ(widget.scale().value(100), 60);
 }
 
+TEST_F(VerticalScaleTest, KeysDoWhatTheMouseDoes)
+{
+    const struct {
+        int key;
+        double minimum, maximum;
+    } table[] = {{Qt::Key_Up, 10, 110}, {Qt::Key_Down, 0, 100}, {Qt::Key_Plus, 5, 95}, {Qt::Key_Minus, 0, 100}};
+    for (const auto &row : table) {
+        QTest::keyClick(&widget, Qt::Key(row.key));
+        EXPECT_NEAR(widget.minimum(), row.minimum, 1e-9) << row.key;
+        EXPECT_NEAR(widget.maximum(), row.maximum, 1e-9) << row.key;
+    }
+    QSignalSpy fits(&widget, &VerticalScaleWidget::requestAutoscale);
+    QTest::keyClick(&widget, Qt::Key_Home);
+    EXPECT_EQ(fits.size(), 1);
+    widget.setReadOnly(true);
+    QTest::keyClick(&widget, Qt::Key_Up);
+    EXPECT_EQ(widget.minimum(), 0);
+    EXPECT_EQ(widget.focusPolicy(), Qt::NoFocus);
+}
+
 TEST_F(VerticalScaleTest, AbsurdRangesArePaintedWithoutTrouble)
 {
     for (auto [lower, upper] : std::vector<std::pair<double, double>>{{nan, nan},
