@@ -223,6 +223,18 @@ TEST(House, ComplaintsThatTheWindowTranslatesAreMadeSomewhere)
     EXPECT_GT(count, 30);
 }
 
+/// Somebody else is sent the log, and searches it by its words.
+TEST(House, LogEntriesAreNotTranslated)
+{
+    static const QRegularExpression call(R"re(\blog\(\s*Log::\w+,\s*(\w+::)*(tr|translate)\()re");
+    EXPECT_TRUE(call.match("m_logger.log(\n    Log::Warning, Words::tr(\"x\"));").hasMatch());
+    QStringList faults;
+    for (const QString &file : sources())
+        if (textOf(file).contains(call))
+            faults << file;
+    expectNone(faults);
+}
+
 /// Who filters or searches the log goes by a few areas. A plot's line of debugging tells its place instead.
 TEST(House, LogAreasAreTheFewThatAreKnown)
 {
