@@ -3,6 +3,7 @@
 #include "demo/zipwriter.h"
 #include "log/logger.h"
 #include "spectra/inverterfiles.h"
+#include "spectra/smoothing.h"
 #include "util/filereplacement.h"
 
 #include <QDir>
@@ -60,7 +61,13 @@ RealMatrix interpolation(const RealVector &classes, const RealVector &points)
     return matrix;
 }
 
-QByteArray inverterText(const Instrument &instrument, Mode mode, Polarity polarity)
+/// What tells two sets of inverters of the instrument apart.
+struct Variety {
+    QByteArray name, comment;
+    double smoothing; ///< the width, in published points, of the window that goes over the densities
+};
+
+QByteArray inverterText(const Instrument &instrument, const Variety &variety, Mode mode, Polarity polarity)
 {
     const RealVector classes = classPoints(mode);
     const RealVector points = publishedPoints(mode);
@@ -71,8 +78,8 @@ QByteArray inverterText(const Instrument &instrument, Mode mode, Polarity polari
     QByteArray text = "# Inverter of the demonstration mobility spectrometer\n";
     text += "format: 1\n";
     text += "name: " + modeText + " " + polarityText + "\n";
-    text += "inverter_name: demo\n";
-    text += "comment: Inverts the made-up instrument\n";
+    text += "inverter_name: " + variety.name + "\n";
+    text += "comment: " + variety.comment + "\n";
     text += "opmode: " + modeText + "\n";
     text += "electrometer_group: " + polarityText + "\n";
     text += "yunit: 1/cm^3\n";
@@ -89,7 +96,9 @@ QByteArray inverterText(const Instrument &instrument, Mode mode, Polarity polari
     text += QByteArray("  unit: ") + (ions ? "cm^2/s/V" : "nm") + "\n";
     text += "  points: " + listText(points) + "\n";
     text += matrixText("instrument_matrix", instrument.matrix(mode, polarity, classes), matrixMult);
-    text += matrixText("posttransform", interpolation(classes, points), 1);
+    const RealMatrix smoothing = SpectMath::smoothingWindowMatrix(publishedCount, variety.smoothing);
+    const RealMatrix published = boost::numeric::ublas::prod(interpolation(classes, points), smoothing);
+    text += matrixText("posttransform", published, 1);
     return text;
 }
 
@@ -116,6 +125,7 @@ RealVector classPoints(Mode mode)
 
 std::vector<InverterFile> makeInverterFiles(const Instrument &instrument)
 {
+    const Variety plain{"demo", "Inverts the made-up instrument", 0};
     std::vector<InverterFile> files;
     for (Mode mode : {Mode::Ions, Mode::Particles})
         for (Polarity polarity : {Polarity::Negative, Polarity::Positive}) {
@@ -123,7 +133,7 @@ std::vector<InverterFile> makeInverterFiles(const Instrument &instrument)
             file.mode = mode;
             file.polarity = polarity;
             file.name = QStringLiteral("%1-%2.inverter").arg(modeName(mode), polarityName(polarity));
-            file.text = inverterText(instrument, mode, polarity);
+            file.text = inverterText(instrument, plain, mode, polarity);
             file.inverter = SpectMath::readInverterText(file.text, file.name, unitTable());
             files.push_back(std::move(file));
         }
@@ -148,6 +158,15 @@ bool writeInverterFiles(const std::vector<InverterFile> &files, const QString &f
     }
     written = writeFile(target.filePath(QStringLiteral("demo.invmap")), map) && written;
     return writeFile(target.filePath(QStringLiteral("demo.sinp")), pack.finish()) && written;
+}
+
+bool writeSmoothPack(const Instrument &instrument, const QString &path)
+{
+    const Variety smooth{"smooth", "Smooths over neighbouring sizes", 4};
+    ZipWriter pack;
+    for (const InverterFile &file : makeInverterFiles(instrument))
+        pack.add(file.name.toUtf8(), inverterText(instrument, smooth, file.mode, file.polarity));
+    return writeFile(path, pack.finish());
 }
 
 } // namespace Demo

@@ -31,5 +31,8 @@ std::vector<InverterFile> makeInverterFiles(const Instrument &instrument);
 /// Writes the files, "demo.invmap" that names them, and the pack "demo.sinp" with all of them into a folder, which is
 /// made. False if that failed; the reason is logged.
 bool writeInverterFiles(const std::vector<InverterFile> &files, const QString &folder);
+/// Writes a pack of inverters that are called "smooth": the same but for smoothing over neighbouring points. False if
+/// that failed; the reason is logged.
+bool writeSmoothPack(const Instrument &instrument, const QString &path);
 
 } // namespace Demo

@@ -56,8 +56,10 @@ int main(int argc, char **argv)
     ProgressLine::clear();
     const bool comments = Demo::writeComments(campaign, path);
     const bool layouts = Demo::writeGridLayouts(path);
+    const QDir folder(path);
     const bool inverters =
-        Demo::writeInverterFiles(campaign.inverterFiles(), QDir(path).filePath(QStringLiteral("inverters")));
+        Demo::writeInverterFiles(campaign.inverterFiles(), folder.filePath(QStringLiteral("inverters"))) &&
+        Demo::writeSmoothPack(campaign.instrument(), folder.filePath(QStringLiteral("smooth.sinp")));
     std::cout << counts.written << " rows in \"" << options->folder << "\"\n";
     if (counts.lost > 0)
         std::cerr << counts.lost << " rows could not be written.\n";

@@ -211,7 +211,7 @@ TEST_F(DemoFilesTest, Program)
     };
     const QString out = path("new/folder");
     EXPECT_EQ(run({out, "--days", "2", "--interval", "3600", "--seed", "9"}), 0);
-    EXPECT_EQ(filesIn(out).size(), 8);
+    EXPECT_EQ(filesIn(out).size(), 9);
     const QByteArray before = allBytes(out);
     EXPECT_EQ(run({out}), 2); // never adds to a folder that holds something
     EXPECT_EQ(allBytes(out), before);

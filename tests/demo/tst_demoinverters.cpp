@@ -48,6 +48,21 @@ TEST_F(DemoInverters, MapAndPackHoldTheFiles)
     }
 }
 
+TEST_F(DemoInverters, SmoothPackHasInvertersOfAnotherNameThatSmooth)
+{
+    ASSERT_TRUE(Demo::writeSmoothPack(campaign.instrument(), path("smooth.sinp")));
+    const SpectMath::InverterList smooth = SpectMath::loadInverters(path("smooth.sinp"), unitTable(), nullptr);
+    ASSERT_EQ(smooth.size(), 4u);
+    for (std::size_t i = 0; i < smooth.size(); ++i) {
+        EXPECT_EQ(smooth[i]->info()->inverterName, "smooth");
+        const SpectMath::Inverter &plain = *campaign.inverterFiles()[i].inverter;
+        EXPECT_EQ(smooth[i]->info()->name, plain.info()->name);
+        const auto &matrix = smooth[i]->settings().postTransform, &plainMatrix = plain.settings().postTransform;
+        EXPECT_LT(norm_frobenius(matrix), 0.9 * norm_frobenius(plainMatrix));
+        EXPECT_NEAR(norm_1(matrix), norm_1(plainMatrix), 0.3) << "nothing is lost";
+    }
+}
+
 TEST_F(DemoInverters, OtherUnpackersTakeThePack)
 {
     QProcess python; // checks names, sizes and checksums of all entries
