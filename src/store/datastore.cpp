@@ -241,6 +241,12 @@ void Datastore::mergeRecords(std::vector<std::shared_ptr<Record>> &&records)
     }
 }
 
+void Datastore::takeIn(const std::shared_ptr<Record> &record)
+{
+    const int index = insertAt(lowerBoundIndex(record->beginTime), record);
+    Q_EMIT updated(index, record, RecordCameIn);
+}
+
 void Datastore::clear()
 {
     m_records.clear();
@@ -287,7 +293,8 @@ void Datastore::addOrReplace(const Spectrometer::FullRecordPointer &fullRecord, 
     if (index == size() || static_cast<const Spectrometer::RecordHead &>(*at(index)) != *fullRecord) {
         index = insertAt(index, makeRecord(*fullRecord));
     } else if (replace) {
-        static_cast<Spectrometer::FullRecord &>(*at(index)) = *fullRecord;
+        if (at(index) != fullRecord)
+            static_cast<Spectrometer::FullRecord &>(*at(index)) = *fullRecord;
         updateMarks(index);
         flag = DataReplaced;
     }

@@ -97,6 +97,8 @@ public:
     }
     /// Gives many spectra their entries, in ascending order of their records' beginTime, as SpectrumIndex::enter().
     void enterSpectra(std::vector<SpectrumRecord> &&entries) { m_spectra.enter(std::move(entries)); }
+    /// Inserts a record at its lowerBound, itself and no copy, and tells it as one that came in.
+    void takeIn(const std::shared_ptr<Record> &record);
     /// Forgets all records and series, for lack of memory. Allocates nothing, and emits nothing.
     void clear();
 
@@ -109,6 +111,7 @@ public Q_SLOTS:
     // replaced or added, a head that the store doesn't know.
     void addFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
     void updateFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
+    /// A record of the store itself, whose values were changed in place, is told as one whose data were replaced.
     void upsertFullRecord(const Spectrometer::FullRecordPointer &fullRecord);
     /// Entries of the record's former spectra stay in their series: only those under the new list's keys are replaced.
     void replaceSpectra(const SpectMath::SpectrumRecordPointer &spectrum_record);

@@ -6,8 +6,14 @@
 
 std::optional<FileId> fileIdOf(const QString &path)
 {
+    const std::optional<FileState> state = fileStateOf(path);
+    return state ? std::optional<FileId>(state->id) : std::nullopt;
+}
+
+std::optional<FileState> fileStateOf(const QString &path)
+{
     struct stat status {};
     if (::stat(QFile::encodeName(path).constData(), &status) != 0)
         return {};
-    return FileId(status.st_dev, status.st_ino);
+    return FileState{FileId(status.st_dev, status.st_ino), status.st_size};
 }

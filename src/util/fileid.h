@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -10,3 +11,11 @@ using FileId = std::pair<quint64, quint64>;
 
 /// Nothing for a file that doesn't exist or can't be looked at.
 std::optional<FileId> fileIdOf(const QString &path);
+
+/// Which file it is, and its bytes.
+struct FileState {
+    FileId id;
+    std::int64_t size = 0;
+};
+/// The same.
+std::optional<FileState> fileStateOf(const QString &path);

@@ -52,6 +52,7 @@ bool readElectrometers(const Llama::MapNode &header, FileReaderState &state)
 
     state.electrometerCount = count;
     state.electrometerCountKnown = true;
+    state.order.noteElectrometers();
     metadata.totalElectrometers = count;
     metadata.electrometerNames.resize(count);
     const Llama::ListNode names = namesNode.toList();

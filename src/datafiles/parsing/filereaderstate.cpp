@@ -3,9 +3,21 @@
 #include "datafiles/parsing/headerlimits.h"
 #include "records/recordflagparser.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr int mostFlags = 100000;
+
+/// Equal descriptions may differ in their points, and in texts.
+bool isSameInAll(const SpectMath::SpectrumInfo &a, const SpectMath::SpectrumInfo &b)
+{
+    const auto areEqual = [](const auto &x, const auto &y) {
+        return std::equal(x.begin(), x.end(), y.begin(), y.end());
+    };
+    return a.inverterName == b.inverterName && a.comment == b.comment && areEqual(a.radii, b.radii) &&
+           areEqual(a.mobilities, b.mobilities);
+}
 
 } // namespace
 
@@ -32,22 +44,28 @@ std::unique_ptr<FileReaderState> FileReaderState::makeForecast() const
 int FileReaderState::addOpmode(const QString &name)
 {
     const auto found = m_opmodeIndex.constFind(name);
-    if (found != m_opmodeIndex.constEnd())
+    if (found != m_opmodeIndex.constEnd()) {
+        order.noteName(FileOrder::Opmodes, *found);
         return *found;
+    }
     const int index = opmodeNames.size();
     metadata->opmodes.erase(metadata->opmodes.begin() + index, metadata->opmodes.end()); // what lack of memory left
     metadata->opmodes.append(Opmode(index, name));
     opmodeNames.append(name);
     budget.hold(MemoryBudget::ofName(name.size()));
     m_opmodeIndex.insert(name, index);
+    order.noteName(FileOrder::Opmodes, index);
     return index;
 }
 
 int FileReaderState::variableOf(const QString &name, const QString &humanname, const QString &unit)
 {
     const auto found = m_variableIndex.constFind(name);
-    if (found != m_variableIndex.constEnd())
-        return metadata->variables.at(*found)->valueIndex;
+    if (found != m_variableIndex.constEnd()) {
+        const Spectrometer::SystemVariable &variable = *metadata->variables.at(*found);
+        order.noteName(FileOrder::Variables, *found, variable.humanname == humanname && variable.unit == unit);
+        return variable.valueIndex;
+    }
     const int count = variableNames.size() + 1;
     checkHeaderCount(count, isAffordable(0, electrometerCount, count));
     auto variable = std::make_shared<Spectrometer::SystemVariable>();
@@ -62,6 +80,7 @@ int FileReaderState::variableOf(const QString &name, const QString &humanname, c
     budget.hold(2 * MemoryBudget::ofName(name.size() + humanname.size() + unit.size()));
     metadata->variableCount = variableNames.size();
     m_variableIndex.insert(name, variable->index);
+    order.noteName(FileOrder::Variables, variable->index);
     return variable->valueIndex;
 }
 
@@ -86,8 +105,11 @@ SpectMath::SpectrumInfoPointer FileReaderState::shareSpectrum(const std::shared_
                                                               bool rename, const Log::Logger &logger)
 {
     const auto known = spectrumInfos.value(info->hash);
-    if (known && *known == *info)
+    if (known && *known == *info) {
+        if (order.isChecking())
+            order.noteName(FileOrder::Spectra, spectrumOrder.indexOf(known), isSameInAll(*known, *info));
         return known;
+    }
     const std::size_t bytes = MemoryBudget::ofDescription(info->nativePoints().size());
     checkHeaderCount(spectrumInfos.size(), isAffordable(bytes));
     if (known) {
@@ -102,6 +124,7 @@ SpectMath::SpectrumInfoPointer FileReaderState::shareSpectrum(const std::shared_
     }
     budget.hold(bytes);
     spectrumInfos.insert(info->hash, info);
+    order.noteName(FileOrder::Spectra, spectrumOrder.size());
     spectrumOrder.append(info);
     return info;
 }
@@ -110,6 +133,7 @@ void FileReaderState::addSpectrum(const std::shared_ptr<Record> &record, const S
                                   std::shared_ptr<SpectMath::Spectrum> spectrum)
 {
     spectrum->info = info;
+    order.noteSpectrum(*record);
     record->spectra.push_back(std::move(spectrum));
     records.addSpectrum(record, record->spectra.back());
 }
@@ -124,6 +148,7 @@ bool FileReaderState::takeSpectra(std::size_t bytes)
 
 bool FileReaderState::takeSeries(const QVector<SpectMath::SpectrumInfoPointer> &infos)
 {
+    order.noteSpectra(infos);
     std::size_t bytes = 0;
     for (const auto &info : infos)
         if (!m_withSeries.contains(info.get()))
@@ -135,6 +160,16 @@ bool FileReaderState::takeSeries(const QVector<SpectMath::SpectrumInfoPointer> &
     for (const auto &info : infos)
         m_withSeries.insert(info.get());
     return true;
+}
+
+void FileReaderState::noteFound(const std::shared_ptr<Record> &record, const QString &mode)
+{
+    const bool isSame = knownOpmode(mode) == record->opmode;
+    order.noteFoundMode(*record, isSame);
+    if (isSame)
+        addOpmode(mode); // in a read this row may be the first one of its moment
+    if (changes)
+        changes->push_back({record, record->flags.size()});
 }
 
 void FileReaderState::widen(Record &record, NumberGroups groups) const

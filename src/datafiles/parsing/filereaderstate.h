@@ -1,5 +1,6 @@
 #pragma once
 
+#include "datafiles/parsing/fileorder.h"
 #include "datafiles/parsing/memorybudget.h"
 #include "datafiles/parsing/newrecord.h"
 #include "datafiles/parsing/recordcollector.h"
@@ -38,6 +39,14 @@ struct FileReaderState {
     QVector<SpectMath::SpectrumInfoPointer> spectrumOrder; ///< the descriptions in order of first appearance
     RecordCollector records;
     MemoryBudget budget;
+    FileOrder order;
+
+    /// A record that was there before a row, and its flags then.
+    struct ChangedRecord {
+        std::shared_ptr<Record> record;
+        std::size_t flagsBefore;
+    };
+    std::vector<ChangedRecord> *changes = nullptr; ///< where rows note the records that they change; may be null
 
     /// The mode of that name, added if it isn't known.
     int addOpmode(const QString &name);
@@ -79,6 +88,9 @@ struct FileReaderState {
     /// is counted, if that is more than the read may hold.
     bool takeSpectra(std::size_t bytes);
     bool takeSeries(const QVector<SpectMath::SpectrumInfoPointer> &infos);
+
+    /// A row of that mode belongs to a record that was there before, and is to change it.
+    void noteFound(const std::shared_ptr<Record> &record, const QString &mode);
 
 private:
     static std::size_t bytesPerRecord(int electrometers, int variables);

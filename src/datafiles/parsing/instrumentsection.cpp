@@ -33,12 +33,18 @@ QVariant withoutNulls(const QVariant &value)
 void readInstrumentSettings(const Llama::MapNode &header, FileReaderState &state)
 {
     const Llama::Node node = header.get(QStringLiteral("instrument configuration"));
-    if (node.exists && node.value.type() == QVariant::Map && !state.instrumentSettingsTaken) {
+    if (!node.exists || node.value.type() != QVariant::Map)
+        return;
+    if (state.instrumentSettingsTaken) {
+        if (state.order.isChecking())
+            state.order.noteOtherSettings(withoutNulls(node.value).toMap() == state.metadata->instrumentSettings);
+    } else {
         const std::size_t bytes = MemoryBudget::perTreeNode * std::size_t(Spectrometer::nodesOf(node.value));
         checkHeaderCount(0, state.isAffordable(bytes));
         state.budget.hold(bytes);
         state.metadata->instrumentSettings = withoutNulls(node.value).toMap();
         state.instrumentSettingsTaken = true;
+        state.order.noteSettings();
     }
 }
 

@@ -81,6 +81,7 @@ bool NewLineReader::readRow(QByteArray bytes)
         record->opmode = addOpmode(trimmed(m_fields[2]));
         break;
     case RowPlace::found:
+        noteFound(record, trimmed(m_fields[2]));
         break;
     }
     FieldCursor fields(m_fields, 3);
@@ -129,6 +130,7 @@ bool NewLineReader::placeRow(ParsedRow &row, ParsedRows &rows)
         placed.record->opmode = addOpmode(row.mode);
         break;
     case RowPlace::found:
+        noteFound(placed.record, row.mode);
         break;
     }
     if (m_header.fileKind == FileKind::spectra)
@@ -159,6 +161,12 @@ int NewLineReader::addOpmode(TextView name)
         m_lastModeIndex = m_state->addOpmode(stringOf(name));
     }
     return m_lastModeIndex;
+}
+
+void NewLineReader::noteFound(const std::shared_ptr<Record> &record, TextView mode)
+{
+    if (m_state->order.isChecking())
+        m_state->noteFound(record, stringOf(mode));
 }
 
 /// Reads the numbers; the result is the field of flags, if the row has one.
@@ -201,7 +209,12 @@ bool NewLineReader::readFlags(TextView field, Record &record)
 {
     if (!m_header.hasFlagsField())
         return false;
-    return m_header.fileKind == FileKind::diagnostics ? readFlagLevels(field, record) : readFlagIds(field, record);
+    const std::size_t before = record.flags.size();
+    const bool complained =
+        m_header.fileKind == FileKind::diagnostics ? readFlagLevels(field, record) : readFlagIds(field, record);
+    if (record.flags.size() > before)
+        m_state->order.noteFlags(record, before);
+    return complained;
 }
 
 bool NewLineReader::readFlagLevels(TextView levels, Record &record)

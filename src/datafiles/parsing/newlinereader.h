@@ -23,6 +23,7 @@ private:
     bool complain(const QString &text);
     bool readFlagDefinition(TextView text);
     RowHead readHead(TextView line, FieldSplitter &fields, RowTimes *times) const;
+    void noteFound(const std::shared_ptr<Record> &record, TextView mode);
     int addOpmode(TextView name);
     TextView readValues(FieldCursor &fields, const RowNumbers &numbers) const;
     void copyValues(const RowNumbers &from, const RowNumbers &to) const;

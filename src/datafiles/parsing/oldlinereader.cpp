@@ -30,6 +30,7 @@ bool OldLineReader::readRow(QByteArray line)
         return complain(QStringLiteral("Failed to read end time"));
     if (m_state->isOutside(times))
         return false;
+    m_state->order.contradict(); // a later row may tell the mode that this one doesn't
     std::shared_ptr<Record> record;
     if (placeRecord(times, layout().groups, *m_state, &record) == RowPlace::refused)
         return complain(refusedRowText());
@@ -93,6 +94,7 @@ bool OldLineReader::parseRow(ParsedRow &row, RowExpectation expected, FieldSplit
 
 bool OldLineReader::placeRow(ParsedRow &row, ParsedRows &rows)
 {
+    m_state->order.contradict();
     const PlacedRow placed = placeParsedRow(row, rows, layout().groups, *m_state);
     if (placed.place == RowPlace::refused)
         return complain(refusedRowText());

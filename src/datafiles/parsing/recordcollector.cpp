@@ -45,11 +45,11 @@ void RecordCollector::addSpectrum(const std::shared_ptr<Record> &record,
     m_spectra.push_back({record, spectrum, 0});
 }
 
-void RecordCollector::merge()
+RecordCollector::News RecordCollector::take()
 {
-    std::vector<std::shared_ptr<Record>> records = std::exchange(m_ascending, {});
+    News news{std::exchange(m_ascending, {}), std::exchange(m_spectra, {})};
+    std::vector<std::shared_ptr<Record>> &records = news.records;
     std::map<RecordTime, std::shared_ptr<Record>> strays = std::exchange(m_strays, {});
-    std::vector<SpectrumRecord> spectra = std::exchange(m_spectra, {});
     if (!strays.empty()) {
         const auto middle = std::ptrdiff_t(records.size());
         for (auto &stray : strays)
@@ -57,6 +57,12 @@ void RecordCollector::merge()
         std::inplace_merge(records.begin(), records.begin() + middle, records.end(),
                            [](const auto &a, const auto &b) { return a->beginTime < b->beginTime; });
     }
+    return news;
+}
+
+void RecordCollector::merge()
+{
+    auto [records, spectra] = take();
     m_store->mergeRecords(std::move(records));
     const auto inOrder = [](const SpectrumRecord &a, const SpectrumRecord &b) {
         return a.record->beginTime < b.record->beginTime;

@@ -30,6 +30,14 @@ public:
     /// Forgets everything.
     void clear();
 
+    /// What merge() would hand over: new records in ascending order, and spectra in the order of rows.
+    struct News {
+        std::vector<std::shared_ptr<Record>> records;
+        std::vector<SpectrumRecord> spectra;
+    };
+    /// Gives it to a caller who hands it over to the store instead.
+    News take();
+
     /// Records in the store and beside it.
     std::size_t recordCount() const
     {

@@ -28,7 +28,10 @@ RowPlace placeRecord(const RowTimes &times, NumberGroups groups, FileReaderState
             return RowPlace::refused;
         *record = makeRecord(times);
         state.records.add(*record);
+    } else {
+        state.order.noteFound(**record, times, groups);
     }
+    state.order.noteRow(times.begin, groups);
     state.widen(**record, groups);
     return known ? RowPlace::found : RowPlace::made;
 }
@@ -43,7 +46,10 @@ PlacedRow placeParsedRow(ParsedRow &row, ParsedRows &rows, NumberGroups groups, 
         placed.record = row.record ? std::move(row.record) : makeRecord(row.times);
         state.records.add(placed.record);
         ++rows.newRecords;
+    } else {
+        state.order.noteFound(*placed.record, row.times, groups);
     }
+    state.order.noteRow(row.times.begin, groups);
     if (!hasNumbers(*placed.record, groups)) {
         placed.hasNumbers = row.hasOwnNumbers;
         if (row.hasOwnNumbers)

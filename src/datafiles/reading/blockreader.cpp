@@ -1,7 +1,6 @@
 #include "datafiles/reading/blockreader.h"
 
 #include "datafiles/parsing/filereadererror.h"
-#include "datafiles/parsing/parsedrows.h"
 #include "datafiles/reading/readstatistics.h"
 
 BlockReader::BlockReader(const QString &fileName, FileReaderState *state, const Log::Logger &logger,
@@ -66,6 +65,7 @@ void BlockReader::endHeader(const QByteArray &line)
     try {
         m_reader = m_header.makeReader(columnRow, m_state);
     } catch (const FileReaderError &error) {
+        m_state->order.noteBadHeader();
         m_logger.log(
             Log::Warning,
             QStringLiteral("File %1, header at rows %2 to %3: %4. Subsequent data rows will not be read.")
@@ -84,11 +84,24 @@ void BlockReader::readDataLine(const QByteArray &line)
         complainOfRow();
 }
 
-void BlockReader::placeRows(ParsedRows &rows)
+void BlockReader::resume(const QByteArrayList &lines, int row)
+{
+    const Log::Silence silence;
+    ReadStatistics uncounted;
+    ReadStatistics *const counted = std::exchange(m_statistics, &uncounted);
+    for (const QByteArray &line : lines)
+        readLine(line);
+    m_statistics = counted;
+    m_errorRun = ErrorRun(m_fileName);
+    m_row = row;
+}
+
+void BlockReader::placeRows(ParsedRows &rows, std::size_t first, std::size_t count)
 {
     const LineReader *parser = nullptr, *reader = nullptr; // the last ones that were compared
     bool fit = false;
-    for (ParsedRow &row : rows.rows) {
+    for (std::size_t i = first; i < first + count; ++i) {
+        ParsedRow &row = rows.rows[i];
         if (row.parser && m_reader && (row.parser != parser || m_reader.get() != reader)) {
             parser = row.parser;
             reader = m_reader.get();

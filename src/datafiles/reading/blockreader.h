@@ -1,7 +1,10 @@
 #pragma once
 
+#include "datafiles/parsing/parsedrows.h"
 #include "datafiles/reading/errorrun.h"
 #include "datafiles/reading/headerlines.h"
+
+#include <QByteArrayList>
 
 struct ReadStatistics;
 
@@ -14,7 +17,12 @@ public:
 
     void readLine(const QByteArray &line);
     /// Takes the next lines of the file, of which some were parsed. The rows are used up.
-    void placeRows(ParsedRows &rows);
+    void placeRows(ParsedRows &rows) { placeRows(rows, 0, rows.rows.size()); }
+    /// Takes some of them.
+    void placeRows(ParsedRows &rows, std::size_t first, std::size_t count);
+    /// Goes on behind that many lines, which were read before: these lead to the block at hand. Logs and counts
+    /// nothing.
+    void resume(const QByteArrayList &lines, int row);
     /// Counts and complains about a line that was too long to be read.
     void skipLine();
     /// The file's end.

@@ -18,6 +18,7 @@ std::shared_ptr<const DataFile> DataFile::open(const QString &path)
         return nullptr;
     ::posix_fadvise(file->m_descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
     file->m_size = status.st_size;
+    file->m_id = FileId(status.st_dev, status.st_ino);
     return file;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "util/fileid.h"
 
 #include <cstdint>
 #include <memory>
@@ -16,6 +16,7 @@ public:
 
     /// When it was opened.
     std::int64_t size() const { return m_size; }
+    const FileId &id() const { return m_id; }
     /// Reads from an offset on, up to `size` bytes. The result is the number of bytes, 0 at the end of the file; -1 if
     /// the device fails, and errno tells how.
     std::int64_t read(std::int64_t offset, char *bytes, std::size_t size) const;
@@ -25,4 +26,5 @@ private:
 
     int m_descriptor = -1;
     std::int64_t m_size = 0;
+    FileId m_id;
 };

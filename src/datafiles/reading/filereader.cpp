@@ -32,7 +32,9 @@ int FileReader::readFile(const QString &path)
         m_logger.log(Log::Warning, QStringLiteral("Failed to open '%1'").arg(path));
         return 0;
     }
+    m_state.order.enter(path);
     BlockReader blocks(QFileInfo(path).fileName(), &m_state, m_logger, &m_statistics);
+    m_stretches.push_back({path, lines.file()->id()});
     try {
         readLines(lines, blocks);
     } catch (...) {
@@ -40,6 +42,7 @@ int FileReader::readFile(const QString &path)
         throw;
     }
     m_state.records.merge();
+    m_stretches.back().readTo(*lines.file(), lines.offset());
     return blocks.rowCount();
 }
 
@@ -47,22 +50,27 @@ int FileReader::readFile(const QString &path, ReadAhead &ahead, int index)
 {
     if (!ahead.next(index))
         return readFile(path);
+    m_state.order.enter(path);
     const int width = knownWidth();
+    const std::shared_ptr<const DataFile> file = ahead.dataFile();
+    m_stretches.push_back({path, file->id()});
+    std::int64_t end = 0;
     BlockReader blocks(QFileInfo(path).fileName(), &m_state, m_logger, &m_statistics);
     try {
-        placeChunks(ahead, index, blocks);
+        end = placeChunks(ahead, index, blocks);
     } catch (...) {
         m_state.records.merge(); // what was read until then stays
         throw;
     }
     m_state.records.merge();
+    m_stretches.back().readTo(*file, end);
     if (knownWidth() > width)
         ahead.setKnown(m_state.makeForecast());
     return blocks.rowCount();
 }
 
 /// From the one that comes next to the last one of the file.
-void FileReader::placeChunks(ReadAhead &ahead, int index, BlockReader &blocks)
+std::int64_t FileReader::placeChunks(ReadAhead &ahead, int index, BlockReader &blocks)
 {
     std::int64_t placed = 0; // bytes
     for (;;) {
@@ -72,8 +80,10 @@ void FileReader::placeChunks(ReadAhead &ahead, int index, BlockReader &blocks)
             lines.open(ahead.dataFile(), placed);
             ahead.skipTo(index + 1);
             readLines(lines, blocks);
-            return;
+            return lines.offset();
         }
+        if (m_halfRowsAwaited && !chunk.isLastLineEnded())
+            chunk.rows.rows.pop_back();
         blocks.placeRows(chunk.rows);
         ahead.learn();
         if (chunk.linesEnd() > placed)
@@ -84,6 +94,7 @@ void FileReader::placeChunks(ReadAhead &ahead, int index, BlockReader &blocks)
         ahead.next(index);
     }
     blocks.finish();
+    return placed;
 }
 
 void FileReader::countBytes(std::int64_t bytes)
@@ -99,7 +110,7 @@ void FileReader::readLines(LineScanner &lines, BlockReader &blocks)
     QByteArray line;
     for (;;) {
         const LineScanner::Found found = lines.next(&line);
-        if (found == LineScanner::Found::end)
+        if (found == LineScanner::Found::end || (m_halfRowsAwaited && !lines.isLineEnded()))
             break;
         if (found == LineScanner::Found::tooLong)
             blocks.skipLine();

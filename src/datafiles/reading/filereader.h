@@ -1,6 +1,7 @@
 #pragma once
 
 #include "datafiles/parsing/filereaderstate.h"
+#include "datafiles/reading/filestretch.h"
 #include "datafiles/reading/readstatistics.h"
 
 #include <QStringList>
@@ -27,6 +28,10 @@ public:
     /// The operating mode of old-style records whose files tell none; empty leaves it unknown.
     void setAssumedOpmode(const QString &name) { m_assumedOpmode = name; }
 
+    /// A last line without a line feed is a row that is still being written, and stays unread. Else it is a row like
+    /// others.
+    void setHalfRowsAwaited(bool on) { m_halfRowsAwaited = on; }
+
     /// Reads a file; the result is its number of lines. Throws FileReaderError when the file as a whole fails; records
     /// read until then stay. Throws std::bad_alloc; the store is sound then, but may lack records of the file.
     int readFile(const QString &path);
@@ -51,16 +56,25 @@ public:
     /// The same by hash, for the next read.
     const SpectrumMap &spectrumMap() const { return m_state.spectrumInfos; }
     const ReadStatistics &statistics() const { return m_statistics; }
+    ReadStatistics &statistics() { return m_statistics; }
+    /// How far each file was read, in the order of the read.
+    const std::vector<FileStretch> &stretches() const { return m_stretches; }
+    bool areHalfRowsAwaited() const { return m_halfRowsAwaited; }
+    /// For one who goes on with the read.
+    FileReaderState &state() { return m_state; }
 
 private:
     void readLines(LineScanner &lines, BlockReader &blocks);
-    void placeChunks(ReadAhead &ahead, int index, BlockReader &blocks);
+    /// The result is the offset that was come to.
+    std::int64_t placeChunks(ReadAhead &ahead, int index, BlockReader &blocks);
     void countBytes(std::int64_t bytes);
     int knownWidth() const { return m_state.variableNames.size() + m_state.electrometerCount; }
 
     Log::Logger m_logger;
     FileReaderState m_state;
     ReadStatistics m_statistics;
+    std::vector<FileStretch> m_stretches;
+    bool m_halfRowsAwaited = false;
     QString m_assumedOpmode;
     std::function<void(std::int64_t)> m_byteCounter;
 };

@@ -25,10 +25,11 @@ bool LineScanner::open(const QString &path)
     return m_file != nullptr;
 }
 
-void LineScanner::open(std::shared_ptr<const DataFile> file, std::int64_t offset)
+void LineScanner::open(std::shared_ptr<const DataFile> file, std::int64_t offset, std::int64_t end)
 {
     m_file = std::move(file);
     m_offset = offset;
+    m_limit = end;
 }
 
 LineScanner::Found LineScanner::next(QByteArray *line)
@@ -41,6 +42,7 @@ LineScanner::Found LineScanner::next(QByteArray *line)
         return skipLine();
     if (!lineEnd && m_begin == m_end)
         return Found::end;
+    m_isLineEnded = lineEnd != nullptr;
     *line = QByteArray::fromRawData(m_buffer.get() + m_begin, int(end - m_begin));
     m_begin = std::min(end + 1, m_end);
     m_scanned = m_begin;
@@ -62,7 +64,8 @@ bool LineScanner::fill()
     if (m_atEnd)
         return false;
     makeRoom();
-    const std::int64_t got = m_file->read(m_offset, m_buffer.get() + m_end, blockSize);
+    const auto wanted = std::size_t(std::min<std::int64_t>(blockSize, m_limit - m_offset));
+    const std::int64_t got = wanted > 0 ? m_file->read(m_offset, m_buffer.get() + m_end, wanted) : 0;
     if (got < 0)
         throw FileReaderError(QString::fromLocal8Bit(std::strerror(errno)));
     m_atEnd = got == 0;

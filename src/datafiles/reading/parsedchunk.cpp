@@ -20,6 +20,7 @@ void ParsedChunk::start(std::int64_t begin, std::int64_t end, bool isLast)
     m_linesEnd = -1;
     m_size = 0;
     m_atFileEnd = false;
+    m_isLastLineEnded = true;
     m_next = m_linesLimit = nullptr;
     isWhole = false;
     clear();
@@ -61,6 +62,7 @@ bool ParsedChunk::load(const DataFile &file)
     if (!m_isLast && !readLastLine(file))
         return false;
     m_linesEnd = offsetOf(m_size);
+    m_isLastLineEnded = m_bytes.get()[m_size - 1] == '\n';
     char *begin = m_bytes.get() + first, *end = m_bytes.get() + m_size;
     m_next = begin;
     m_linesLimit = std::memchr(begin, '\r', std::size_t(end - begin)) ? std::remove(begin, end, '\r') : end;

@@ -34,6 +34,8 @@ public:
     bool isLast() const { return m_isLast; }
     /// The offset behind the last line, or a negative one if no line begins in the chunk.
     std::int64_t linesEnd() const { return m_linesEnd; }
+    /// Whether the last line has a line feed.
+    bool isLastLineEnded() const { return m_isLastLineEnded; }
     /// Memory that all of it takes.
     std::size_t memory() const { return m_capacity + m_blocksMemory + rows.memory(); }
     /// A block whose header stands in the chunk.
@@ -58,6 +60,7 @@ private:
     std::size_t m_blocksMemory = 0;
     std::size_t m_size = 0;
     bool m_atFileEnd = false;
+    bool m_isLastLineEnded = true;
     const char *m_next = nullptr;
     const char *m_linesLimit = nullptr;
 };

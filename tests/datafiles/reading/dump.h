@@ -12,10 +12,31 @@ public:
     explicit Dump(const FileReader &reader)
     {
         const auto &statistics = reader.statistics();
+        QDebug(&m_text) << statistics.rows << statistics.ignoredRows << statistics.bytes;
+        describeContents(reader);
+    }
+    /// Without the counts of the read.
+    static QString contentsOf(const FileReader &reader)
+    {
+        Dump dump;
+        dump.describeContents(reader);
+        return dump.text();
+    }
+    static QString textOf(const Record &record)
+    {
+        Dump dump;
+        dump.describe(record);
+        return dump.text();
+    }
+    const QString &text() const { return m_text; }
+
+private:
+    Dump() = default;
+    void describeContents(const FileReader &reader)
+    {
         const auto &metadata = *reader.metadata();
-        QDebug(&m_text) << statistics.rows << statistics.ignoredRows << statistics.bytes << metadata.instrumentSettings
-                        << metadata.totalElectrometers << metadata.electrometerNames << metadata.variableCount
-                        << metadata.electrometerGroups.keys();
+        QDebug(&m_text) << metadata.instrumentSettings << metadata.totalElectrometers << metadata.electrometerNames
+                        << metadata.variableCount << metadata.electrometerGroups.keys();
         for (const auto &group : metadata.electrometerGroups)
             QDebug(&m_text) << group.first << group.end;
         for (const auto &variable : metadata.variables)
@@ -32,9 +53,6 @@ public:
                     m_text +=
                         number(&*entry.record) + number(&*entry.spectrum) + QString::number(entry.nearestGap) + '\n';
     }
-    const QString &text() const { return m_text; }
-
-private:
     void describe(const SpectMath::SpectrumInfo &info)
     {
         QDebug(&m_text) << number(&info) << info.name << info.inverterName << info.comment << info.hash;
