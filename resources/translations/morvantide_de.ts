@@ -1545,6 +1545,10 @@ Alle Dateien (*)</translation>
         <translation> (unvollständig)</translation>
     </message>
     <message>
+        <source> (following)</source>
+        <translation> (folgt)</translation>
+    </message>
+    <message>
         <source>Export data...</source>
         <translation>Daten exportieren...</translation>
     </message>

@@ -79,9 +79,13 @@ QString setupIn(const QDir &folder)
 
 QStringList findDataFiles(const QVariantMap &choice)
 {
-    const QString pattern = namePattern(choice);
-    QRegExp name(pattern, Qt::CaseSensitive);
-    logger().log(Log::Debug, QStringLiteral("Looking for files matching: %1").arg(pattern));
+    logger().log(Log::Debug, QStringLiteral("Looking for files matching: %1").arg(namePattern(choice)));
+    return listDataFiles(choice);
+}
+
+QStringList listDataFiles(const QVariantMap &choice)
+{
+    QRegExp name(namePattern(choice), Qt::CaseSensitive);
     const DateSpan span(choice);
     QStringList files;
     const QDir folder(choice.value(QStringLiteral("folderName")).toString());

@@ -9,6 +9,8 @@
 /// "beginTime", "endTime" (QDateTime), "limitBegin", "limitEnd", "variant" (a pattern, as it stands) and "legacyFiles".
 /// The span is compared with the dates in the file names alone.
 QStringList findDataFiles(const QVariantMap &choice);
+/// The same; nothing is logged.
+QStringList listDataFiles(const QVariantMap &choice);
 
 /// The window setup file for a data folder: the only one there or in its parent, else "default.windowsetup". The answer
 /// may not exist.

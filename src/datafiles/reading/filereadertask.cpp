@@ -24,6 +24,7 @@ FileReaderTask::FileReaderTask(std::shared_ptr<FileReader> reader, const FileRea
 {
     m_settings.files.sort(Qt::CaseSensitive);
     m_reader->setAssumedOpmode(settings.assumedOpmode);
+    m_reader->setHalfRowsAwaited(settings.areHalfRowsAwaited);
 }
 
 FileReaderTask::~FileReaderTask()

@@ -20,6 +20,7 @@ struct FileReaderSettings {
     QString assumedOpmode;        ///< of old-style records whose files tell none; empty: unknown
     int threads = 0;              ///< that parse rows, the reading one included; 0: one for each processor
     std::size_t chunkBytes = 0;   ///< of a file, that a thread parses at a time; 0: as suits the threads
+    bool areHalfRowsAwaited = false; ///< a last line without a line feed stays unread
     std::function<void()> parsed; ///< is called on a parsing thread whenever it has parsed a chunk; may be empty
 };
 

@@ -35,6 +35,7 @@ public:
     void showDialog(const QSettings &settings);
     /// The same with the records of that span chosen.
     void showDialogFor(const ExportSource::Span &span, const QSettings &settings);
+    bool isRunning() const { return m_isRunning; }
     /// Ends the export that is under way.
     void stop();
 

@@ -21,6 +21,7 @@ public:
     void setReadVariant(const QString &variant);
     /// Comes back when the dialog is closed. One at a time.
     void run(const std::shared_ptr<Datastore> &store, QSettings &settings);
+    bool isRunning() const { return !m_dialog.isNull(); }
     /// Ends the writing that is under way, or closes the dialog.
     void stop();
 

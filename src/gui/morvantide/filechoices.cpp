@@ -4,7 +4,9 @@
 #include "gui/morvantide/datachooserdialog.h"
 #include "gui/morvantide/recentfolders.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QSettings>
 
 namespace {
@@ -45,6 +47,18 @@ DataRequest DataRequest::again() const
     if (!choice.isEmpty())
         request.files = findDataFiles(choice);
     return request;
+}
+
+QStringList DataRequest::pathsNow() const
+{
+    const QDir directory(folder);
+    QStringList paths;
+    for (const QString &name : choice.isEmpty() ? files : listDataFiles(choice)) {
+        const QString path = directory.filePath(name);
+        if (!choice.isEmpty() || QFileInfo::exists(path))
+            paths.append(path);
+    }
+    return paths;
 }
 
 std::optional<DataRequest> FileChoices::askForFiles()

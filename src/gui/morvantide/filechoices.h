@@ -19,6 +19,8 @@ struct DataRequest {
 
     /// The same once more: with the files that the choice finds now.
     DataRequest again() const;
+    /// The paths of the files that a read of it would take now. Logs nothing; any thread.
+    QStringList pathsNow() const;
 };
 
 /// Asks the user for files and folders, and keeps the last choice in the settings. Both outlive it.

@@ -9,6 +9,7 @@
 #include "gui/common/vargridparser.h"
 #include "gui/frame/addplotbutton.h"
 #include "gui/frame/busymessage.h"
+#include "gui/frame/followcommand.h"
 #include "gui/frame/framedocks.h"
 #include "gui/frame/opencomments.h"
 #include "gui/frame/windowkeys.h"
@@ -90,6 +91,12 @@ void MorvantideMainWindow::setupActions()
     m_readAgainAction->setShortcut(Qt::Key_F5);
     connect(m_open, &OpenCommands::chosen, this, &MorvantideMainWindow::openFiles);
     connect(m_readAgainAction, &QAction::triggered, this, &MorvantideMainWindow::readAgain);
+    m_follow = new FollowCommand(this);
+    m_follow->setMayChange([this] { return mayChangeRecords(); });
+    connect(m_follow, &FollowCommand::changed, this, [this] { setTitle(m_isIncomplete); });
+    connect(m_follow, &FollowCommand::readAgainWanted, this, &MorvantideMainWindow::readAgain);
+    connect(&m_follow->following(), &FolderFollowing::flagsCame, this,
+            [this](const auto &flagged) { statusDock()->addRecord(flagged); });
     setupKeepingActions();
 }
 
@@ -108,8 +115,9 @@ void MorvantideMainWindow::setupToolbar()
 void MorvantideMainWindow::setupMenus()
 {
     MainWindowBase::setupMenus();
-    fileMenu()->insertActions(actions().quit, {m_open->folderAction(), m_open->filesAction(),
-                                               m_open->recentMenu()->menuAction(), m_readAgainAction});
+    fileMenu()->insertActions(actions().quit,
+                              {m_open->folderAction(), m_open->filesAction(), m_open->recentMenu()->menuAction(),
+                               m_readAgainAction, m_follow->action()});
     fileMenu()->insertSeparator(actions().quit);
     fileMenu()->insertActions(actions().quit, {m_exportAction, m_saveAction});
     fileMenu()->insertSeparator(actions().quit);
@@ -134,7 +142,16 @@ void MorvantideMainWindow::setTitle(bool incomplete)
         title = QStringLiteral("%1 - %2").arg(QDir(QDir(m_folderPath).absolutePath()).dirName(), appName());
     if (incomplete)
         title += tr(" (incomplete)");
+    if (m_follow->isOn() && !m_folderPath.isNull())
+        title += tr(" (following)");
+    m_isIncomplete = incomplete;
     setWindowTitle(title.replace(QLatin1String("[*]"), QLatin1String("[*][*]"))); // which means a mark of changes
+}
+
+/// Others read records and their names on threads of their own, or between two turns of the event loop.
+bool MorvantideMainWindow::mayChangeRecords() const
+{
+    return !isReading() && !m_reinversion.hasThreads() && !m_saving.isRunning() && !m_exporting.isRunning();
 }
 
 void MorvantideMainWindow::terminateSignal()
@@ -203,6 +220,7 @@ void MorvantideMainWindow::startReading()
     settings.folder = m_request.folder;
     settings.assumedOpmode = m_request.assumedOpmode;
     settings.windowSetup = m_layouts->chosenPath();
+    settings.areHalfRowsAwaited = m_follow->isOn();
     m_loader.start(settings);
 }
 
@@ -231,7 +249,7 @@ void MorvantideMainWindow::fileReaderFinished(const DataLoader::Result &result)
         closeData();
         return;
     }
-    showData(*result.reader);
+    showData(result.reader);
     setTitle(result.cancelled);
 }
 
@@ -239,6 +257,7 @@ void MorvantideMainWindow::showAgain(const DataLoader::Result &result)
 {
     if (result.cancelled || result.reader->datastore()->isEmpty()) {
         logger().log(Log::Warning, QStringLiteral("The data stay as they were read before"));
+        m_follow->readFailed(result.cancelled);
         return;
     }
     const Rereading kept(*uiInfo(), m_inverters.inverters());
@@ -246,12 +265,13 @@ void MorvantideMainWindow::showAgain(const DataLoader::Result &result)
     m_layouts->hold();
     closeData();
     m_folderPath = folder;
-    showData(*result.reader, &kept);
+    showData(result.reader, &kept);
     setTitle(false);
 }
 
-void MorvantideMainWindow::showData(FileReader &reader, const Rereading *kept)
+void MorvantideMainWindow::showData(const std::shared_ptr<FileReader> &read, const Rereading *kept)
 {
+    FileReader &reader = *read;
     const BusyMessage message(*this, tr("Drawing the plots..."), reader.datastore()->size());
     DpVariant variant;
     variant.name = variant.shortName = m_request.variant;
@@ -276,6 +296,7 @@ void MorvantideMainWindow::showData(FileReader &reader, const Rereading *kept)
     m_layouts->showData();
     m_layouts->updateActions();
     m_open->setOpen(true);
+    m_follow->setData(read, m_request.folder, [request = m_request] { return request.pathsNow(); });
     // Keys go to the data now, not to whatever had the focus before there were any.
     if (auto *plot = browser()->findChild<Tsb::Plot *>())
         plot->setFocus();
@@ -289,6 +310,7 @@ void MorvantideMainWindow::closeData()
     if (isReinverting())
         cancelReinvert();
     m_folderPath = QString();
+    m_follow->closeData(m_layouts->isHolding());
     setTitle(false);
     m_layouts->closeData();
     clearWindowSetup();

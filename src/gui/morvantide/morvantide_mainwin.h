@@ -15,6 +15,7 @@
 
 class ColormapChoice;
 class MorvantideInfoWindow;
+class FollowCommand;
 class OpenCommands;
 class Rereading;
 class ReinversionProgress;
@@ -86,9 +87,10 @@ private:
     void openFiles(const DataRequest &request);
     void startReading();
     /// Data that are read again bring something along; else null.
-    void showData(FileReader &reader, const Rereading *kept = nullptr);
+    void showData(const std::shared_ptr<FileReader> &reader, const Rereading *kept = nullptr);
     void showAgain(const DataLoader::Result &result);
     void setTitle(bool incomplete);
+    bool mayChangeRecords() const;
 
     // ---- keeping the result
     void setupKeepingActions();
@@ -104,9 +106,11 @@ private:
     DataLoader m_loader;
     DataRequest m_request; ///< of the open data or the read under way
     bool m_readsAgain = false;
+    bool m_isIncomplete = false; ///< the read was cancelled
     QString m_folderPath;
     OpenCommands *m_open = nullptr;
     QAction *m_readAgainAction = nullptr;
+    FollowCommand *m_follow = nullptr;
 
     QAction *m_exportAction = nullptr;
     QAction *m_saveAction = nullptr;

@@ -19,6 +19,8 @@ public:
     ~Reinversion() override;
 
     bool isRunning() const { return !m_inversionQueue.isNull(); }
+    /// Also while the threads of a cancelled run have yet to end: they read records.
+    bool hasThreads() const { return !children().isEmpty(); }
     /// Results of the run under way that came in so far.
     int recordsDone() const { return m_done; }
     /// The records of the run under way; interim ones count until they are met.

@@ -1,0 +1,208 @@
+#include "datafiles/reading/folderfollowing.h"
+
+#include "datafiles/reading/filereader.h"
+#include "util/workerthread.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int regularLookMs = 5000;
+constexpr int leastDistanceMs = 50; ///< between two looks
+constexpr int lookShare = 10;       ///< looks take no more than this part of the time
+constexpr int longestSliceMs = 8;   ///< the last rows of a slice take a moment more
+constexpr int placingRetryMs = 100;
+constexpr int mostWatched = 32; ///< files
+constexpr unsigned long patienceMs = 5000;
+
+} // namespace
+
+FolderFollowing::FolderFollowing(QObject *parent)
+    : QObject(parent), m_logger(QStringLiteral("filereader")),
+      m_placing(
+          longestSliceMs, [this] { return placeSome(); }, [this] { placed(); })
+{
+    m_regularLook.setInterval(regularLookMs);
+    m_nextLook.setSingleShot(true);
+    m_nextLook.setInterval(leastDistanceMs);
+    m_nextPlacing.setSingleShot(true);
+    m_nextPlacing.setInterval(placingRetryMs);
+    connect(&m_regularLook, &QTimer::timeout, this, &FolderFollowing::look);
+    connect(&m_nextLook, &QTimer::timeout, this, &FolderFollowing::ask);
+    connect(&m_nextPlacing, &QTimer::timeout, this, [this] { m_placing.start(); });
+}
+
+FolderFollowing::~FolderFollowing()
+{
+    stop();
+    for (const QPointer<QThread> &thread : m_retired) {
+        if (!thread)
+            continue;
+        thread->disconnect(thread, nullptr, thread, nullptr);
+        if (thread->wait(patienceMs)) // deleting a thread that runs on would end the program
+            delete thread;
+    }
+}
+
+void FolderFollowing::start(std::shared_ptr<FileReader> reader, const QString &folder, FileFinder findFiles)
+{
+    stop();
+    m_folder = folder;
+    FolderFollower::Settings settings;
+    settings.folder = folder;
+    settings.findFiles = std::move(findFiles);
+    settings.stretches = reader->stretches();
+    settings.areHalfRowsAwaited = reader->areHalfRowsAwaited();
+    settings.known = reader->makeForecast();
+    watchNewest(settings.stretches);
+    m_follower = std::make_shared<FolderFollower>(std::move(settings));
+    m_placer = std::make_unique<AppendedRowPlacer>(std::move(reader));
+    m_placer->setFlagsTeller([this](const auto &flagged) { Q_EMIT flagsCame(flagged); });
+    m_news = std::make_shared<Mailbox<News>>(this, "takeNews");
+
+    m_thread = new WorkerThread;
+    m_thread->setObjectName(QStringLiteral("following"));
+    m_worker = new QObject;
+    m_worker->moveToThread(m_thread);
+    connect(m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
+    m_thread->start(QThread::LowPriority);
+    m_regularLook.start();
+    look();
+}
+
+void FolderFollowing::stop()
+{
+    if (!isFollowing())
+        return;
+    m_regularLook.stop();
+    m_nextLook.stop();
+    m_nextPlacing.stop();
+    m_placing.stop();
+    m_watcher.reset();
+    m_watched.clear();
+    m_news->detach();
+    m_news.reset();
+    m_follower.reset();
+    m_placer.reset();
+    m_thread->quit();
+    m_retired.erase(std::remove(m_retired.begin(), m_retired.end(), nullptr), m_retired.end());
+    m_retired.push_back(m_thread);
+    m_thread = nullptr;
+    m_worker = nullptr;
+    m_isBusy = m_isLookDue = m_isLost = false;
+}
+
+// ---- looking
+
+void FolderFollowing::watchNewest(const std::vector<FileStretch> &stretches)
+{
+    m_watcher = std::make_unique<QFileSystemWatcher>();
+    m_watcher->addPath(m_folder);
+    const std::size_t count = std::min(stretches.size(), std::size_t(mostWatched));
+    std::for_each(stretches.end() - std::ptrdiff_t(count), stretches.end(),
+                  [this](const FileStretch &stretch) { watch(stretch.path); });
+    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, &FolderFollowing::look);
+    connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, &FolderFollowing::look);
+}
+
+/// A folder's own notifications tell of new files, and not of files that grow.
+void FolderFollowing::watch(const QString &path)
+{
+    if (!m_watched.isEmpty() && m_watched.last() == path)
+        return;
+    if (!m_watched.removeOne(path))
+        m_watcher->addPath(path);
+    m_watched.append(path);
+    if (m_watched.size() > mostWatched)
+        m_watcher->removePath(m_watched.takeFirst());
+}
+
+void FolderFollowing::look()
+{
+    m_isLookDue = true;
+    if (isFollowing() && !m_isBusy && !m_nextLook.isActive())
+        m_nextLook.start();
+}
+
+void FolderFollowing::ask()
+{
+    m_isBusy = true;
+    m_isLookDue = false;
+    m_asked.start();
+    QMetaObject::invokeMethod(
+        m_worker,
+        [follower = m_follower, box = m_news] {
+            News news;
+            news.found = follower->next(&news.rows);
+            box->put([&news](News &held) { held = std::move(news); });
+        },
+        Qt::QueuedConnection);
+}
+
+void FolderFollowing::takeNews()
+{
+    if (!m_news || !m_isBusy)
+        return;
+    News news = m_news->take();
+    tellLoss(news.found == FolderFollower::Found::lost);
+    switch (news.found) {
+    case FolderFollower::Found::rows:
+        watch(news.rows.path);
+        m_placer->take(std::move(news.rows));
+        m_placing.start();
+        break;
+    case FolderFollower::Found::contradiction:
+        contradict();
+        break;
+    case FolderFollower::Found::nothing:
+    case FolderFollower::Found::lost:
+        m_isBusy = false;
+        m_nextLook.setInterval(std::max(leastDistanceMs, int(m_asked.elapsed()) * lookShare));
+        if (m_isLookDue)
+            m_nextLook.start();
+        break;
+    }
+}
+
+void FolderFollowing::tellLoss(bool isLost)
+{
+    if (std::exchange(m_isLost, isLost) == isLost)
+        return;
+    if (isLost) {
+        m_logger.log(Log::Warning,
+                     QStringLiteral("The folder '%1' can't be read. Following waits until it can.").arg(m_folder));
+    } else {
+        m_logger.log(Log::Info, QStringLiteral("The folder '%1' is back.").arg(m_folder));
+        m_watcher->addPath(m_folder);
+        for (const QString &path : qAsConst(m_watched))
+            m_watcher->addPath(path);
+    }
+}
+
+// ---- placing
+
+bool FolderFollowing::placeSome()
+{
+    if (!m_mayPlace || m_mayPlace())
+        return m_placer->placeSome();
+    m_nextPlacing.start();
+    return false;
+}
+
+void FolderFollowing::placed()
+{
+    if (m_nextPlacing.isActive())
+        return;
+    if (m_placer->isContradicted())
+        contradict();
+    else
+        ask(); // there may be more
+}
+
+/// Stays busy: nothing more is looked for.
+void FolderFollowing::contradict()
+{
+    m_logger.log(Log::Info, QStringLiteral("Files of '%1' have changed where they were read already.").arg(m_folder));
+    Q_EMIT contradicted();
+}

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "datafiles/reading/appendedrowplacer.h"
+#include "datafiles/reading/folderfollower.h"
+#include "log/logger.h"
+#include "util/mailbox.h"
+#include "util/slicedwork.h"
+
+#include <QElapsedTimer>
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <QPointer>
+#include <QThread>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+class FileReader;
+
+/// Follows the folder of the open data: what is appended to its files is parsed on a thread and comes into the store in
+/// slices. The system tells of changes, and every 5 s there is a look for file systems that don't. Main thread only.
+class FolderFollowing : public QObject {
+    Q_OBJECT
+public:
+    using FileFinder = std::function<QStringList()>;
+
+    explicit FolderFollowing(QObject *parent = nullptr);
+    /// Waits at most 5 s for a look that is under way; a thread that takes longer is left behind.
+    ~FolderFollowing() override;
+
+    /// Goes on with a read, which is over. The finder is called on another thread for the paths of all files that a
+    /// read would take by then.
+    void start(std::shared_ptr<FileReader> reader, const QString &folder, FileFinder findFiles);
+    /// What isn't in the store by now doesn't come any more.
+    void stop();
+    bool isFollowing() const { return m_placer != nullptr; }
+    /// Rows wait while this is false: records and names don't change then. It is asked often.
+    void setMayPlace(std::function<bool()> mayPlace) { m_mayPlace = std::move(mayPlace); }
+    /// Looks as soon as it can.
+    void look();
+    /// Rows that came into the store since the start, headers and comments among them.
+    int rowsPlaced() const { return m_placer ? m_placer->rowsPlaced() : 0; }
+
+Q_SIGNALS:
+    /// Only another read tells what there is now. Following goes on only after that.
+    void contradicted();
+    /// Flags came to a record that was there: its head, and these flags alone.
+    void flagsCame(const Spectrometer::FullRecordPointer &flagged);
+
+private Q_SLOTS:
+    void takeNews();
+
+private:
+    struct News {
+        FolderFollower::Found found = FolderFollower::Found::nothing;
+        AppendedRows rows;
+    };
+
+    void watchNewest(const std::vector<FileStretch> &stretches);
+    void watch(const QString &path);
+    void ask();
+    bool placeSome();
+    void placed();
+    void tellLoss(bool isLost);
+    void contradict();
+
+    const Log::Logger m_logger;
+    std::function<bool()> m_mayPlace;
+    QString m_folder;
+    QPointer<QThread> m_thread;                 ///< null while nothing is followed
+    QObject *m_worker = nullptr;                ///< lives on the thread, and goes with it
+    std::shared_ptr<FolderFollower> m_follower; ///< the worker's alone
+    std::shared_ptr<Mailbox<News>> m_news;
+    std::unique_ptr<AppendedRowPlacer> m_placer; ///< null while nothing is followed
+    SlicedWork m_placing;
+    std::unique_ptr<QFileSystemWatcher> m_watcher;
+    QStringList m_watched; ///< files, those that grew last at the end
+    QTimer m_regularLook;
+    QTimer m_nextLook;    ///< runs while a look is due but for its distance from the last one
+    QTimer m_nextPlacing; ///< runs while rows have to wait
+    QElapsedTimer m_asked;
+    bool m_isBusy = false; ///< from a look to the last of its rows in the store
+    bool m_isLookDue = false;
+    bool m_isLost = false;
+    std::vector<QPointer<QThread>> m_retired; ///< that were told to end
+};

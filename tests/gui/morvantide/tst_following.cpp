@@ -1,0 +1,211 @@
+#include "datafiles/reading/filereadertask.h"
+#include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/morvantide/datasaverdialog.h"
+#include "gui/morvantide/dayfolder.h"
+#include "gui/morvantide/windowtest.h"
+#include "support/livewriting.h"
+
+namespace {
+
+class FollowingWindow : public WindowTest {
+protected:
+    int recordCount() const { return window->datastore() ? window->datastore()->size() : -1; }
+    void open(const QString &folder)
+    {
+        startOpening(folder);
+        waitForRead();
+        ASSERT_TRUE(window->datastore());
+    }
+    void follow() { action("Follow folder")->trigger(); }
+    bool comesTo(int count)
+    {
+        return QTest::qWaitFor([&] { return !window->isReading() && recordCount() == count; }, 20000);
+    }
+    static QByteArray row(int second)
+    {
+        const auto text = [](int s) {
+            return timeToString(recordTimeFromTicks((1546300800 + qint64(s)) * ticksPerSecond)).toUtf8();
+        };
+        return text(second) + '\t' + text(second + 1) + "\tions\t\n";
+    }
+    void append(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(data.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::Append) && file.write(bytes) == bytes.size());
+    }
+
+    const QByteArray header = "# Quilvane flags\n# \nbegin_time\tend_time\topmode\tflags\n";
+    const QString day = "20190101-block.flags";
+    DayFolder data;
+};
+
+// ---- what the user sees
+
+TEST_F(FollowingWindow, TakesInRowsAndNewDays)
+{
+    data.write(day, header + row(0));
+    window->show();
+    EXPECT_FALSE(action("Follow folder")->isEnabled());
+    open(data.path());
+    const QString title = window->windowTitle();
+    follow();
+    EXPECT_EQ(window->windowTitle(), title + " (following)");
+    window->setFollowLast(true);
+    append(day, row(1) + row(2).left(30));
+    ASSERT_TRUE(comesTo(2));
+    EXPECT_EQ(window->shownRecord(), window->datastore()->at(1));
+    append(day, row(2).mid(30));
+    data.write("20190102-block.flags", header + row(86400));
+    ASSERT_TRUE(comesTo(4));
+    EXPECT_EQ(window->shownRecord(), window->datastore()->at(3));
+
+    follow();
+    EXPECT_EQ(window->windowTitle(), title);
+    append(day, row(3));
+    QTest::qWait(300);
+    EXPECT_EQ(recordCount(), 4);
+    follow();
+    EXPECT_TRUE(comesTo(5));
+    window->closeData();
+    EXPECT_FALSE(action("Follow folder")->isChecked());
+    EXPECT_EQ(window->windowTitle(), "Morvantide");
+}
+
+TEST_F(FollowingWindow, ReadsAgainWhereAFileWasReplaced)
+{
+    data.write(day, header + row(0) + row(1));
+    open(data.path());
+    follow();
+    const auto store = window->datastore();
+    append(day, row(2));
+    ASSERT_TRUE(comesTo(3));
+    EXPECT_EQ(window->datastore(), store);
+    data.write(day, header + row(7));
+    ASSERT_TRUE(comesTo(1));
+    EXPECT_TRUE(window->windowTitle().endsWith("(following)"));
+    append(day, row(8));
+    EXPECT_TRUE(comesTo(2)) << "it goes on";
+}
+
+TEST_F(FollowingWindow, TellsALossOnce)
+{
+    data.write(day, header + row(0));
+    open(data.path());
+    follow();
+    const QString away = data.path() + "-away";
+    ASSERT_TRUE(QDir().rename(data.path(), away));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return log().contains("can't be read"); }, 10000));
+    QTest::qWait(6000); // another look
+    ASSERT_TRUE(QDir().rename(away, data.path()));
+    append(day, row(1));
+    EXPECT_TRUE(comesTo(2));
+    EXPECT_EQ(log().count("can't be read"), 1);
+    EXPECT_EQ(log().count("is back"), 1);
+}
+
+TEST_F(FollowingWindow, RowsWaitForTheEndOfASave)
+{
+    data.write(day, header + row(0));
+    open(data.path());
+    follow();
+    withDialog<DataSaverDialog>([this](DataSaverDialog &dialog) {
+        append(day, row(1));
+        QTest::qWait(400);
+        EXPECT_EQ(recordCount(), 1);
+        dialog.reject();
+    });
+    window->saveData();
+    EXPECT_TRUE(comesTo(2));
+}
+
+TEST_F(FollowingWindow, MayBeClosedAndOpenedAtAnyMoment)
+{
+    QByteArray text = header;
+    for (int i = 0; i < 20000; ++i)
+        text += row(i);
+    data.write(day, text);
+    for (int i = 0; i < 10; ++i) {
+        open(data.path());
+        follow();
+        append(day, row(20000 + 2 * i) + row(20001 + 2 * i));
+        data.write(QString("2019010%1-block.flags").arg(2 + i % 7), header + row(86400 * (1 + i % 7)));
+        QTest::qWait(i * 20);
+        if (i % 2)
+            window->closeData();
+    }
+    open(data.path());
+    EXPECT_EQ(recordCount(), 20027);
+    follow();
+    window.reset();
+}
+
+// ---- an instrument that writes all the time
+
+class LiveWindow : public WindowTest {
+protected:
+    bool isEqual(const Record &a, const Record &b) const
+    {
+        const auto same = [](const auto &x, const auto &y) {
+            return x.size() == y.size() && std::equal(x.begin(), x.end(), y.begin(), [](double p, double q) {
+                       return p == q || (std::isnan(p) && std::isnan(q));
+                   });
+        };
+        const auto spectra = [&](const auto &x, const auto &y) {
+            return x->info->hash == y->info->hash && same(x->concentrations, y->concentrations);
+        };
+        return static_cast<const Spectrometer::RecordHead &>(a) == b && same(a.currents, b.currents) &&
+               same(a.variables, b.variables) && same(a.voltages, b.voltages) && a.flags.size() == b.flags.size() &&
+               std::equal(a.spectra.begin(), a.spectra.end(), b.spectra.begin(), b.spectra.end(), spectra);
+    }
+    void expectWhatAReadGives(const GrowingFolder &folder) const
+    {
+        const auto reader =
+            std::make_shared<FileReader>(FileReader::SpectrumMap(), earliestRecordTime, latestRecordTime);
+        FileReaderSettings settings;
+        settings.folder = folder.path();
+        settings.files = QDir(folder.path()).entryList(QDir::Files);
+        FileReaderTask(reader, settings).run();
+        const Datastore &found = *window->datastore(), &expected = *reader->datastore();
+        ASSERT_EQ(found.size(), expected.size());
+        ASSERT_EQ(found.size(), folder.count());
+        for (int i = 0; i < found.size(); ++i)
+            ASSERT_TRUE(isEqual(*found.at(i), *expected.at(i))) << i;
+    }
+    void follow(int seconds)
+    {
+        GrowingFolder folder;
+        folder.write(10000);
+        folder.flush(true);
+        window->resize(1400, 900);
+        window->show();
+        startOpening(folder.path());
+        waitForRead();
+        ASSERT_TRUE(window->datastore());
+        action("Follow folder")->trigger();
+        window->setFollowLast(true);
+        const auto store = window->datastore();
+        QTest::qWait(500);
+
+        const LoopTurns turns = turnWhileWriting(folder, seconds);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return window->datastore()->size() == folder.count(); }, 20000));
+        QTest::qWait(300); // spectra of the last record
+        EXPECT_EQ(window->datastore(), store) << "it was read again";
+        std::printf(
+            "%d records; %zu turns of the event loop: longest %.1f ms, %.1f ms of work, 99.9 %% below %.1f ms\n",
+            folder.count(), turns.count, turns.longest, turns.longestWork, turns.percentile999);
+        expectWhatAReadGives(folder);
+    }
+};
+
+TEST_F(LiveWindow, MissesAndDoublesNoRow)
+{
+    follow(3);
+}
+
+/// Run once, apart from the others.
+TEST_F(LiveWindow, DISABLED_MissesAndDoublesNoRowInAMinute)
+{
+    follow(60);
+}
+
+} // namespace
