@@ -191,7 +191,7 @@ protected:
         QTest::qWait(300); // spectra of the last record
         EXPECT_EQ(window->datastore(), store) << "it was read again";
         std::printf(
-            "%d records; %zu turns of the event loop: longest %.1f ms, %.1f ms of work, 99.9 %% below %.1f ms\n",
+            "%d records; %zu turns of the event loop with work: longest %.1f ms, %.1f ms of work, 99.9 %% below %.1f ms\n",
             folder.count(), turns.count, turns.longest, turns.longestWork, turns.percentile999);
         expectWhatAReadGives(folder);
     }
