@@ -856,6 +856,17 @@ Alle Dateien (*)</translation>
     </message>
 </context>
 <context>
+    <name>FollowCommand</name>
+    <message>
+        <source>Follow folder</source>
+        <translation>Ordner folgen</translation>
+    </message>
+    <message>
+        <source>Takes in what is appended to the files, and the files of new days</source>
+        <translation>Nimmt auf, was an die Dateien angehängt wird, und die Dateien neuer Tage</translation>
+    </message>
+</context>
+<context>
     <name>FrameDocks</name>
     <message>
         <source>Selected record</source>
@@ -1408,6 +1419,10 @@ Alle Dateien (*)</translation>
         <source>Previous record of the same mode</source>
         <translation>Voriger Datensatz derselben Betriebsart</translation>
     </message>
+    <message>
+        <source>Working out the statistics...</source>
+        <translation>Die Statistik wird berechnet...</translation>
+    </message>
 </context>
 <context>
     <name>MeasuringDock</name>
@@ -1587,6 +1602,10 @@ Alle Dateien (*)</translation>
     <message>
         <source>&amp;Spectra</source>
         <translation>&amp;Spektren</translation>
+    </message>
+    <message>
+        <source>Drawing the plots...</source>
+        <translation>Die Diagramme werden gezeichnet...</translation>
     </message>
 </context>
 <context>

@@ -356,18 +356,18 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
             commands[menu->text()].append(command->text());
     }
     EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "&Spectra", "&View", "&Window", "&Help"}));
-    EXPECT_EQ(commands["&File"], (QStringList{"Open data folder...", "Manually select data files...", "Recent folders",
-                                              "Read again", "", "Export data...", "Save data...", "", "&Quit"}));
+    EXPECT_EQ(commands["&File"],
+              (QStringList{"Open data folder...", "Manually select data files...", "Recent folders", "Read again",
+                           "Follow folder", "", "Export data...", "Save data...", "", "&Quit"}));
     EXPECT_EQ(commands["&Window"], (QStringList{"Save layout", "Save layout copy...", "Restore layout...",
                                                 "Layouts of the data", "Restore default layout", "Undo restore", "",
                                                 "Autosave layout", "Keep time span and record"}));
     EXPECT_EQ(commands["&Spectra"],
               (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
-    EXPECT_EQ(commands["&View"],
-              (QStringList{"Log", "Selected record", "Record variable list", "Record variables", "Inversion report",
-                           "Electrometer signals", "Electrometer signal plot", "Distribution plot", "Comment list",
-                           "Diagnostic status", "Measuring", "", "Go to filter", "Full screen", "",
-                           "Default color map"}));
+    EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Record variable list", "Record variables",
+                                              "Inversion report", "Electrometer signals", "Electrometer signal plot",
+                                              "Distribution plot", "Comment list", "Diagnostic status", "Measuring", "",
+                                              "Go to filter", "Full screen", "", "Default color map"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");

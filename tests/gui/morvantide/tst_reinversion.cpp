@@ -7,10 +7,11 @@
 
 #include <QElapsedTimer>
 #include <QLabel>
-#include <QProgressBar>
 #include <QMessageBox>
 #include <QPointer>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QSignalSpy>
 
@@ -136,7 +137,7 @@ TEST_F(ReinversionTest, EveryRecordGetsTheSameSpectraWhateverTheWorkers)
     EXPECT_EQ(text.count("] Starting reinversion"), 3);
     EXPECT_EQ(text.count("] Reinversion finished!"), 3);
     // The day files' spectra have the same hashes.
-    EXPECT_EQ(text.count("] Removing existing spectrum 'ions neg' with same hash as 'ions neg'"), 3);
+    EXPECT_EQ(text.count("] Removing existing spectrum 'ions neg' with same hash as 'ions neg' (3 times)"), 1);
     EXPECT_EQ(text.count("] Removing spectrum 'particles pos' from memory."), 3);
     EXPECT_EQ(QSettings(path("morvantide.conf"), QSettings::IniFormat).value("lastreinvpath").toString(),
               path("inverters"));
@@ -202,7 +203,7 @@ TEST_F(ReinversionTest, AnInverterThatComesTwiceRunsOnce)
     reinvert({map, "inverters/demo.sinp"}); // the same four in each
     EXPECT_EQ(window->inverters().size(), 4u);
     expectSpectraOf(loaded(map));
-    EXPECT_EQ(log().count("Removing existing spectrum"), 8);
+    EXPECT_EQ(log().count(QRegularExpression("Removing existing spectrum.*\\(2 times\\)")), 4);
 }
 
 TEST_F(ReinversionTest, ErrorsCostTheirInverterAlone)
