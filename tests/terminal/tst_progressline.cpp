@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
+#include <poll.h>
 #include <pty.h>
 #include <unistd.h>
 
@@ -26,13 +26,18 @@ private:
     int m_former;
 };
 
-/// The bytes that wait in a pipe or a terminal.
+/// The bytes that come out of a pipe or a terminal, which hands them over in parts, until it is quiet.
 QByteArray readAll(int end)
 {
-    fcntl(end, F_SETFL, O_NONBLOCK);
-    QByteArray bytes(4096, 0);
-    const ssize_t size = read(end, bytes.data(), std::size_t(bytes.size()));
-    bytes.truncate(std::max(int(size), 0));
+    constexpr int quietMs = 100;
+    QByteArray bytes;
+    for (pollfd poller{end, POLLIN, 0}; poll(&poller, 1, quietMs) > 0;) {
+        char some[4096];
+        const ssize_t size = read(end, some, sizeof some);
+        if (size <= 0)
+            break;
+        bytes.append(some, int(size));
+    }
     return bytes;
 }
 

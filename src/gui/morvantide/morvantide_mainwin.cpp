@@ -261,10 +261,8 @@ void MorvantideMainWindow::showAgain(const DataLoader::Result &result)
         return;
     }
     const Rereading kept(*uiInfo(), m_inverters.inverters());
-    const QString folder = m_folderPath;
     m_layouts->hold();
     closeData();
-    m_folderPath = folder;
     showData(result.reader, &kept);
     setTitle(false);
 }
@@ -272,6 +270,7 @@ void MorvantideMainWindow::showAgain(const DataLoader::Result &result)
 void MorvantideMainWindow::showData(const std::shared_ptr<FileReader> &read, const Rereading *kept)
 {
     FileReader &reader = *read;
+    m_folderPath = m_request.folder; // which was closed meanwhile, perhaps
     const BusyMessage message(*this, tr("Drawing the plots..."), reader.datastore()->size());
     DpVariant variant;
     variant.name = variant.shortName = m_request.variant;
