@@ -54,7 +54,7 @@ void drawPointsOfRecords(BareScatter &plot, const Datastore &store, const std::v
     painter.fillRect(image.rect(), Qt::white);
     for (const auto &record : store.records()) {
         const double x = plot.timeScale().positionOf(record->midTime);
-        const double y = image.height() - plot.scale().pixel(Tsb::slotValue(record->variables, 0));
+        const double y = image.height() - plot.scale().pixel(record->variables[0]);
         QPointF points[8];
         int n = 0;
         for (int dy = -1; dy <= 1; ++dy)
