@@ -19,6 +19,7 @@ public:
 
     /// Takes rows of a file that follow those it got of the file before. There must be none left.
     void take(AppendedRows rows);
+    bool hasRows() const { return m_rows.chunk != nullptr; }
     /// Places the next few rows; tells whether some are left.
     bool placeSome();
     /// Only another read of all files tells what there is. What was placed stays.

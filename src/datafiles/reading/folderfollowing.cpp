@@ -90,7 +90,24 @@ void FolderFollowing::stop()
     m_retired.push_back(m_thread);
     m_thread = nullptr;
     m_worker = nullptr;
-    m_isBusy = m_isLookDue = m_isLost = false;
+    m_isBusy = m_isLookDue = m_isLost = m_isPaused = m_isContradicted = false;
+}
+
+void FolderFollowing::setPaused(bool on)
+{
+    if (!isFollowing() || std::exchange(m_isPaused, on) == on)
+        return;
+    if (on) {
+        m_nextLook.stop();
+        m_nextPlacing.stop();
+        m_placing.stop();
+    } else if (m_placer->hasRows()) {
+        startPlacing();
+    } else if (m_isContradicted) {
+        Q_EMIT contradicted();
+    } else {
+        look();
+    }
 }
 
 // ---- looking
@@ -121,7 +138,7 @@ void FolderFollowing::watch(const QString &path)
 void FolderFollowing::look()
 {
     m_isLookDue = true;
-    if (isFollowing() && !m_isBusy && !m_nextLook.isActive())
+    if (isFollowing() && !m_isPaused && !m_isBusy && !m_nextLook.isActive())
         m_nextLook.start();
 }
 
@@ -150,7 +167,7 @@ void FolderFollowing::takeNews()
     case FolderFollower::Found::rows:
         watch(news.rows.path);
         m_placer->take(std::move(news.rows));
-        m_placing.start();
+        startPlacing();
         break;
     case FolderFollower::Found::contradiction:
         contradict();
@@ -160,7 +177,7 @@ void FolderFollowing::takeNews()
         m_isBusy = false;
         m_nextLook.setInterval(std::max(leastDistanceMs, int(m_asked.elapsed()) * lookShare));
         if (m_isLookDue)
-            m_nextLook.start();
+            look();
         break;
     }
 }
@@ -181,6 +198,12 @@ void FolderFollowing::tellLoss(bool isLost)
 }
 
 // ---- placing
+
+void FolderFollowing::startPlacing()
+{
+    if (!m_isPaused)
+        m_placing.start();
+}
 
 bool FolderFollowing::placeSome()
 {
@@ -203,6 +226,8 @@ void FolderFollowing::placed()
 /// Stays busy: nothing more is looked for.
 void FolderFollowing::contradict()
 {
+    m_isContradicted = true;
     m_logger.log(Log::Info, QStringLiteral("Files of '%1' have changed where they were read already.").arg(m_folder));
-    Q_EMIT contradicted();
+    if (!m_isPaused)
+        Q_EMIT contradicted();
 }

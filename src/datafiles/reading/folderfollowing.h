@@ -32,8 +32,11 @@ public:
     /// Goes on with a read, which is over. The finder is called on another thread for the paths of all files that a
     /// read would take by then.
     void start(std::shared_ptr<FileReader> reader, const QString &folder, FileFinder findFiles);
-    /// What isn't in the store by now doesn't come any more.
+    /// What isn't in the store by now doesn't come any more. A start behind this must be with another read: the rows
+    /// of this one would come twice.
     void stop();
+    /// Nothing is looked for, and rows that were found wait, until this is undone.
+    void setPaused(bool on);
     bool isFollowing() const { return m_placer != nullptr; }
     /// Rows wait while this is false: records and names don't change then. It is asked often.
     void setMayPlace(std::function<bool()> mayPlace) { m_mayPlace = std::move(mayPlace); }
@@ -61,6 +64,7 @@ private:
     void watch(const QString &path);
     void ask();
     bool placeSome();
+    void startPlacing();
     void placed();
     void tellLoss(bool isLost);
     void contradict();
@@ -83,5 +87,7 @@ private:
     bool m_isBusy = false; ///< from a look to the last of its rows in the store
     bool m_isLookDue = false;
     bool m_isLost = false;
+    bool m_isPaused = false;
+    bool m_isContradicted = false;
     std::vector<QPointer<QThread>> m_retired; ///< that were told to end
 };

@@ -57,12 +57,14 @@ void FollowCommand::closeData(bool isReadAgain)
 
 void FollowCommand::setOn(bool on)
 {
-    if (on && m_reader) {
+    if (on && m_following.isFollowing()) {
+        m_following.setPaused(false);
+    } else if (on && m_reader) {
         m_following.start(m_reader, m_folder, m_findFiles);
     } else {
         m_readAgain.stop();
         m_isReadWanted = false;
-        m_following.stop();
+        m_following.setPaused(true);
     }
     Q_EMIT changed(on);
 }

@@ -103,6 +103,26 @@ TEST_F(FollowingWindow, TellsALossOnce)
     EXPECT_EQ(log().count("is back"), 1);
 }
 
+TEST_F(FollowingWindow, NothingIsDoubledWhenItGoesOn)
+{
+    const QString spectra = "20190101-block-ions.spectra";
+    const auto spectrum = [](int second) { return row(second).replace("\t\n", "\t1\t2\t1\t2\n"); };
+    data.write(spectra, "# Quilvane spectra\n# spectra:\n# - {name: ions, xpoints: [1, 2], xunit: nm, yunit: 1/cm^3, "
+                        "scale: radius, hash: h}\nbegin_time\tend_time\topmode\n" +
+                            spectrum(0));
+    open(data.path());
+    follow();
+    append(spectra, spectrum(1));
+    ASSERT_TRUE(comesTo(2));
+    follow();
+    append(spectra, spectrum(2));
+    follow();
+    ASSERT_TRUE(comesTo(3));
+    QTest::qWait(200);
+    for (const auto &record : window->datastore()->records())
+        EXPECT_EQ(record->spectra.size(), 1u);
+}
+
 TEST_F(FollowingWindow, RowsWaitForTheEndOfASave)
 {
     data.write(day, header + row(0));
@@ -190,9 +210,9 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([&] { return window->datastore()->size() == folder.count(); }, 20000));
         QTest::qWait(300); // spectra of the last record
         EXPECT_EQ(window->datastore(), store) << "it was read again";
-        std::printf(
-            "%d records; %zu turns of the event loop with work: longest %.1f ms, %.1f ms of work, 99.9 %% below %.1f ms\n",
-            folder.count(), turns.count, turns.longest, turns.longestWork, turns.percentile999);
+        std::printf("%d records; %zu turns of the event loop with work: longest %.1f ms, %.1f ms of work, 99.9 %% "
+                    "below %.1f ms\n",
+                    folder.count(), turns.count, turns.longest, turns.longestWork, turns.percentile999);
         expectWhatAReadGives(folder);
     }
 };
