@@ -8,11 +8,15 @@ namespace {
 
 constexpr std::int64_t tailSize = 64;
 
-QByteArray tailOf(const DataFile &file, std::int64_t end)
+/// Nothing if the device fails.
+std::optional<QByteArray> tailOf(const DataFile &file, std::int64_t end)
 {
     QByteArray tail(int(std::min(tailSize, end)), '\0');
     const std::int64_t got = file.read(end - tail.size(), tail.data(), std::size_t(tail.size()));
-    return got == tail.size() ? tail : QByteArray();
+    if (got < 0)
+        return {};
+    tail.truncate(int(got));
+    return tail;
 }
 
 } // namespace
@@ -20,10 +24,13 @@ QByteArray tailOf(const DataFile &file, std::int64_t end)
 void FileStretch::readTo(const DataFile &file, std::int64_t offset)
 {
     end = offset;
-    tail = tailOf(file, end);
+    tail = tailOf(file, end).value_or(QByteArray());
 }
 
-bool FileStretch::isIn(const DataFile &file) const
+std::optional<bool> FileStretch::isIn(const DataFile &file) const
 {
-    return end >= 0 && file.id() == id && tailOf(file, end) == tail;
+    if (end < 0 || file.id() != id)
+        return false;
+    const auto present = tailOf(file, end);
+    return present ? std::optional<bool>(*present == tail) : std::nullopt;
 }

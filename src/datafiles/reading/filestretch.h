@@ -5,6 +5,7 @@
 #include <QByteArray>
 
 #include <cstdint>
+#include <optional>
 
 class DataFile;
 
@@ -17,6 +18,6 @@ struct FileStretch {
 
     /// The file was read to there.
     void readTo(const DataFile &file, std::int64_t offset);
-    /// Whether the bytes before the end are still those.
-    bool isIn(const DataFile &file) const;
+    /// Whether the bytes before the end are still those. Nothing if the device fails.
+    std::optional<bool> isIn(const DataFile &file) const;
 };

@@ -58,6 +58,8 @@ FolderFollower::Found FolderFollower::next(AppendedRows *rows)
     const QString path = m_grown.front();
     File &file = m_files[path];
     const Found found = parse(path, file, rows);
+    if (found == Found::lost)
+        file.looked = file.stretch.end; // these rows are to be found again
     if (found != Found::rows || file.stretch.end >= file.looked)
         m_grown.pop_front();
     return found;
@@ -67,48 +69,55 @@ FolderFollower::Found FolderFollower::look()
 {
     QStringList paths = m_settings.findFiles();
     paths.sort(Qt::CaseSensitive);
-    const bool isOneKnown = std::any_of(paths.begin(), paths.end(),
-                                        [this](const QString &path) { return m_files.find(path) != m_files.end(); });
-    if (!QDir(m_settings.folder).exists() || (!isOneKnown && !m_files.empty()))
+    if (!QDir(m_settings.folder).exists() || (paths.isEmpty() && !m_files.empty()))
         return Found::lost;
     for (const auto &file : m_files)
         if (!file.second.stretch.path.isNull() && !std::binary_search(paths.begin(), paths.end(), file.first))
             return Found::contradiction;
+    bool isOneReadable = paths.isEmpty();
     for (const QString &path : qAsConst(paths)) {
         const Found found = lookAt(path, m_files[path]);
+        isOneReadable = isOneReadable || found != Found::lost;
         if (found == Found::contradiction)
             return found;
         if (found == Found::rows)
             m_grown.push_back(path);
     }
+    if (!isOneReadable)
+        return Found::lost;
     return m_grown.empty() ? Found::nothing : Found::rows;
 }
 
-/// Tells whether whole lines came.
+/// Tells whether whole lines came. A file that is there, and can't be read now, is lost: another look may find it well.
 FolderFollower::Found FolderFollower::lookAt(const QString &path, File &file)
 {
     FileStretch &stretch = file.stretch;
     const bool isNew = stretch.path.isNull();
     const auto state = fileStateOf(path);
-    if (!isNew && state && state->id == stretch.id && state->size == file.looked)
+    if (!state)
+        return Found::lost;
+    if (!isNew && state->id == stretch.id && state->size == file.looked)
         return Found::nothing;
     if (!isNew && stretch.end < 0)
-        return std::exchange(file.looked, state ? state->size : -1) < 0 ? Found::nothing : Found::contradiction;
+        return std::exchange(file.looked, state->size) < 0 ? Found::nothing : Found::contradiction;
     const auto data = DataFile::open(path);
     if (!data)
-        return isNew ? Found::nothing : Found::contradiction;
+        return Found::lost;
     if (isNew) {
         stretch = {path, data->id()};
         stretch.readTo(*data, 0);
         file.isResumed = true; // nothing comes before its first line
     }
-    if (data->size() < file.looked || !stretch.isIn(*data) || !isHalfRowCompleted(*data, file))
+    const auto isThere = stretch.isIn(*data);
+    if (!isThere)
+        return Found::lost;
+    if (data->size() < file.looked || !*isThere || !isHalfRowCompleted(*data, file))
         return Found::contradiction;
     if (data->size() == file.looked)
         return Found::nothing;
     const std::int64_t end = endOfLines(*data, file.looked, data->size());
     if (end < 0)
-        return Found::nothing; // another look may have more luck
+        return Found::lost;
     if (end == file.looked) {
         file.looked = data->size();
         return Found::nothing;
@@ -137,7 +146,10 @@ bool FolderFollower::isHalfRowCompleted(const DataFile &data, const File &file) 
 FolderFollower::Found FolderFollower::parse(const QString &path, File &file, AppendedRows *rows)
 {
     const auto data = DataFile::open(path);
-    if (!data || !file.stretch.isIn(*data))
+    const auto isThere = data ? file.stretch.isIn(*data) : std::nullopt;
+    if (!isThere)
+        return Found::lost;
+    if (!*isThere)
         return Found::contradiction;
     *rows = AppendedRows();
     rows->path = path;

@@ -26,7 +26,7 @@ public:
         nothing,
         rows,
         contradiction, ///< a file shrank, was replaced or has gone: only a read of all files tells what there is now
-        lost           ///< the folder, or all that was in it
+        lost           ///< the folder, or all that was in it; nothing that is there can be read
     };
 
     explicit FolderFollower(Settings settings);

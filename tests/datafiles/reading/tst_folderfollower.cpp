@@ -4,6 +4,7 @@
 #include "datafiles/reading/dump.h"
 #include "datafiles/reading/folderfollower.h"
 #include "datafiles/reading/reading.h"
+#include "support/failingcalls.h"
 
 #include <QFile>
 
@@ -15,9 +16,10 @@ class Following : public Reading {
 protected:
     QStringList paths() const
     {
-        QStringList all;
+        QStringList all = listed;
         for (const QString &name : QDir(folder.path()).entryList(QDir::Files))
-            all.append(folder.filePath(name));
+            if (listed.isEmpty())
+                all.append(folder.filePath(name));
         return all;
     }
     void append(const QString &name, const QByteArray &bytes) const
@@ -91,6 +93,7 @@ protected:
                                        << qPrintable(expected.mid(std::max(at - 60, 0), 200));
     }
 
+    QStringList listed; ///< paths, if not all
     QObject context;
     std::shared_ptr<FileReader> followed;
     QHash<const Record *, QString> told; ///< records as they were when they were last told
@@ -286,6 +289,11 @@ TEST_F(FollowedFile, AskForAnotherReadWhereTheyContradictIt)
              QFile::rename(folder.filePath("other"), folder.filePath(name));
          }},
         {"gone", [&] { QFile::remove(folder.filePath(name)); }},
+        {"others in the place of all",
+         [&] {
+             for (const QString &path : paths())
+                 QFile::rename(path, path + ".2.flags");
+         }},
         {"another mode", [&] { append(name, row(3, "new")); }},
         {"another description", [&] { append(name, electrometers); }},
         {"the rest of a row that was taken for a row", [&] { append("a.flags", "x\n"); }},
@@ -319,6 +327,35 @@ TEST_F(FollowedFile, ALostFolderIsTakenUpAgain)
         EXPECT_EQ(look(), FolderFollower::Found::nothing);
     }
     EXPECT_EQ(recordCount(), 3);
+}
+
+TEST_F(FollowedFile, FilesThatCantBeReadAreWaitedFor)
+{
+    using Found = FolderFollower::Found;
+    const QString other = "a.flags";
+    write(name, header + row(0));
+    write(other, header + row(100));
+    startFollowing();
+    listed = paths(); // as by a server that has gone
+    const auto rename = [this](const QString &from, const QString &to) {
+        ASSERT_TRUE(QFile::rename(folder.filePath(from), folder.filePath(to)));
+    };
+    rename(name, "x");
+    append(other, row(101));
+    EXPECT_EQ(look(), Found::nothing) << "of the others";
+    EXPECT_EQ(recordCount(), 3);
+    rename(other, "y");
+    EXPECT_EQ(look(), Found::lost);
+    rename("x", name);
+    rename("y", other);
+    append(name, row(1));
+    {
+        FailingCalls device(1);
+        EXPECT_EQ(look(), Found::nothing);
+        EXPECT_TRUE(device.failed());
+    }
+    EXPECT_EQ(look(), Found::nothing);
+    EXPECT_EQ(recordCount(), 4);
 }
 
 } // namespace
