@@ -16,4 +16,5 @@ struct AppendedRows {
     QByteArrayList context;
     int rowsBefore = 0;
     std::unique_ptr<ParsedChunk> chunk;
+    bool isMoreFound = false; ///< more rows were found by the same look
 };

@@ -62,6 +62,7 @@ FolderFollower::Found FolderFollower::next(AppendedRows *rows)
         file.looked = file.stretch.end; // these rows are to be found again
     if (found != Found::rows || file.stretch.end >= file.looked)
         m_grown.pop_front();
+    rows->isMoreFound = !m_grown.empty();
     return found;
 }
 

@@ -1,9 +1,13 @@
 #include "datafiles/reading/folderfollowing.h"
 
 #include "datafiles/reading/filereader.h"
+#include "datafiles/reading/folderwatch.h"
 #include "util/workerthread.h"
 
+#include <QElapsedTimer>
+
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -12,7 +16,6 @@ constexpr int leastDistanceMs = 50; ///< between two looks
 constexpr int lookShare = 10;       ///< looks take no more than this part of the time
 constexpr int longestSliceMs = 8;   ///< the last rows of a slice take a moment more
 constexpr int placingRetryMs = 100;
-constexpr int mostWatched = 32; ///< files
 constexpr unsigned long patienceMs = 5000;
 
 } // namespace
@@ -54,19 +57,16 @@ void FolderFollowing::start(std::shared_ptr<FileReader> reader, const QString &f
     settings.stretches = reader->stretches();
     settings.areHalfRowsAwaited = reader->areHalfRowsAwaited();
     settings.known = reader->makeForecast();
-    watchNewest(settings.stretches);
+    QStringList paths;
+    for (const FileStretch &stretch : settings.stretches)
+        paths.append(stretch.path);
     m_follower = std::make_shared<FolderFollower>(std::move(settings));
     m_placer = std::make_unique<AppendedRowPlacer>(std::move(reader));
     m_placer->setFlagsTeller([this](const auto &flagged) { Q_EMIT flagsCame(flagged); });
     m_news = std::make_shared<Mailbox<News>>(this, "takeNews");
 
-    m_thread = new WorkerThread;
-    m_thread->setObjectName(QStringLiteral("following"));
-    m_worker = new QObject;
-    m_worker->moveToThread(m_thread);
-    connect(m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
-    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
-    m_thread->start(QThread::LowPriority);
+    startThread();
+    watch(paths.mid(std::max(0, paths.size() - FolderWatch::mostFiles))); // the newest
     m_regularLook.start();
     look();
 }
@@ -79,8 +79,7 @@ void FolderFollowing::stop()
     m_nextLook.stop();
     m_nextPlacing.stop();
     m_placing.stop();
-    m_watcher.reset();
-    m_watched.clear();
+    disconnect(m_watch, nullptr, this, nullptr);
     m_news->detach();
     m_news.reset();
     m_follower.reset();
@@ -89,8 +88,9 @@ void FolderFollowing::stop()
     m_retired.erase(std::remove(m_retired.begin(), m_retired.end(), nullptr), m_retired.end());
     m_retired.push_back(m_thread);
     m_thread = nullptr;
-    m_worker = nullptr;
+    m_watch = nullptr;
     m_isBusy = m_isLookDue = m_isLost = m_isPaused = m_isContradicted = false;
+    m_busyMs = 0;
 }
 
 void FolderFollowing::setPaused(bool on)
@@ -112,27 +112,28 @@ void FolderFollowing::setPaused(bool on)
 
 // ---- looking
 
-void FolderFollowing::watchNewest(const std::vector<FileStretch> &stretches)
+/// The watch lives on the thread: whatever asks the folder's file system may wait for it.
+void FolderFollowing::startThread()
 {
-    m_watcher = std::make_unique<QFileSystemWatcher>();
-    m_watcher->addPath(m_folder);
-    const std::size_t count = std::min(stretches.size(), std::size_t(mostWatched));
-    std::for_each(stretches.end() - std::ptrdiff_t(count), stretches.end(),
-                  [this](const FileStretch &stretch) { watch(stretch.path); });
-    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, &FolderFollowing::look);
-    connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, &FolderFollowing::look);
+    m_thread = new WorkerThread;
+    m_thread->setObjectName(QStringLiteral("following"));
+    m_watch = new FolderWatch(m_folder);
+    m_watch->moveToThread(m_thread);
+    connect(m_watch, &FolderWatch::changed, this, &FolderFollowing::look);
+    connect(m_thread, &QThread::finished, m_watch, &QObject::deleteLater);
+    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
+    m_thread->start(QThread::LowPriority);
 }
 
-/// A folder's own notifications tell of new files, and not of files that grow.
-void FolderFollowing::watch(const QString &path)
+void FolderFollowing::watch(const QStringList &paths)
 {
-    if (!m_watched.isEmpty() && m_watched.last() == path)
-        return;
-    if (!m_watched.removeOne(path))
-        m_watcher->addPath(path);
-    m_watched.append(path);
-    if (m_watched.size() > mostWatched)
-        m_watcher->removePath(m_watched.takeFirst());
+    QMetaObject::invokeMethod(
+        m_watch,
+        [watch = m_watch, paths] {
+            for (const QString &path : paths)
+                watch->watch(path);
+        },
+        Qt::QueuedConnection);
 }
 
 void FolderFollowing::look()
@@ -146,12 +147,19 @@ void FolderFollowing::ask()
 {
     m_isBusy = true;
     m_isLookDue = false;
-    m_asked.start();
     QMetaObject::invokeMethod(
-        m_worker,
+        m_watch,
         [follower = m_follower, box = m_news] {
+            QElapsedTimer clock;
+            clock.start();
             News news;
-            news.found = follower->next(&news.rows);
+            try {
+                news.found = follower->next(&news.rows);
+            } catch (const std::bad_alloc &) { // a read tells it
+                news = News();
+                news.found = FolderFollower::Found::contradiction;
+            }
+            news.ms = int(clock.elapsed());
             box->put([&news](News &held) { held = std::move(news); });
         },
         Qt::QueuedConnection);
@@ -163,9 +171,11 @@ void FolderFollowing::takeNews()
         return;
     News news = m_news->take();
     tellLoss(news.found == FolderFollower::Found::lost);
+    m_busyMs += news.ms;
+    m_isMoreFound = news.rows.isMoreFound;
     switch (news.found) {
     case FolderFollower::Found::rows:
-        watch(news.rows.path);
+        watch({news.rows.path});
         m_placer->take(std::move(news.rows));
         startPlacing();
         break;
@@ -174,12 +184,18 @@ void FolderFollowing::takeNews()
         break;
     case FolderFollower::Found::nothing:
     case FolderFollower::Found::lost:
-        m_isBusy = false;
-        m_nextLook.setInterval(std::max(leastDistanceMs, int(m_asked.elapsed()) * lookShare));
-        if (m_isLookDue)
-            look();
+        rest();
         break;
     }
+}
+
+/// Until it is told of a change, and not before a while: rows may come all the time.
+void FolderFollowing::rest()
+{
+    m_isBusy = false;
+    m_nextLook.setInterval(std::max(leastDistanceMs, std::exchange(m_busyMs, 0) * lookShare));
+    if (m_isLookDue)
+        look();
 }
 
 void FolderFollowing::tellLoss(bool isLost)
@@ -191,9 +207,8 @@ void FolderFollowing::tellLoss(bool isLost)
                      QStringLiteral("The folder '%1' can't be read. Following waits until it can.").arg(m_folder));
     } else {
         m_logger.log(Log::Info, QStringLiteral("The folder '%1' is back.").arg(m_folder));
-        m_watcher->addPath(m_folder);
-        for (const QString &path : qAsConst(m_watched))
-            m_watcher->addPath(path);
+        QMetaObject::invokeMethod(
+            m_watch, [watch = m_watch] { watch->renew(); }, Qt::QueuedConnection);
     }
 }
 
@@ -217,10 +232,14 @@ void FolderFollowing::placed()
 {
     if (m_nextPlacing.isActive())
         return;
-    if (m_placer->isContradicted())
+    if (m_placer->isContradicted()) {
         contradict();
-    else
-        ask(); // there may be more
+    } else if (m_isMoreFound) {
+        ask();
+    } else {
+        m_isLookDue = true; // more may have come, and not all files are watched
+        rest();
+    }
 }
 
 /// Stays busy: nothing more is looked for.

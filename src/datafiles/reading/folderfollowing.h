@@ -6,10 +6,9 @@
 #include "util/mailbox.h"
 #include "util/slicedwork.h"
 
-#include <QElapsedTimer>
-#include <QFileSystemWatcher>
 #include <QObject>
 #include <QPointer>
+#include <QStringList>
 #include <QThread>
 #include <QTimer>
 
@@ -17,6 +16,7 @@
 #include <memory>
 
 class FileReader;
+class FolderWatch;
 
 /// Follows the folder of the open data: what is appended to its files is parsed on a thread and comes into the store in
 /// slices. The system tells of changes, and every 5 s there is a look for file systems that don't. Main thread only.
@@ -58,11 +58,13 @@ private:
     struct News {
         FolderFollower::Found found = FolderFollower::Found::nothing;
         AppendedRows rows;
+        int ms = 0; ///< that it took
     };
 
-    void watchNewest(const std::vector<FileStretch> &stretches);
-    void watch(const QString &path);
+    void startThread();
+    void watch(const QStringList &paths);
     void ask();
+    void rest();
     bool placeSome();
     void startPlacing();
     void placed();
@@ -73,19 +75,18 @@ private:
     std::function<bool()> m_mayPlace;
     QString m_folder;
     QPointer<QThread> m_thread;                 ///< null while nothing is followed
-    QObject *m_worker = nullptr;                ///< lives on the thread, and goes with it
+    FolderWatch *m_watch = nullptr;             ///< lives on the thread, and goes with it
     std::shared_ptr<FolderFollower> m_follower; ///< the worker's alone
     std::shared_ptr<Mailbox<News>> m_news;
     std::unique_ptr<AppendedRowPlacer> m_placer; ///< null while nothing is followed
     SlicedWork m_placing;
-    std::unique_ptr<QFileSystemWatcher> m_watcher;
-    QStringList m_watched; ///< files, those that grew last at the end
     QTimer m_regularLook;
-    QTimer m_nextLook;    ///< runs while a look is due but for its distance from the last one
-    QTimer m_nextPlacing; ///< runs while rows have to wait
-    QElapsedTimer m_asked;
+    QTimer m_nextLook;     ///< runs while a look is due but for its distance from the last one
+    QTimer m_nextPlacing;  ///< runs while rows have to wait
+    int m_busyMs = 0;      ///< of the thread, since the last rest
     bool m_isBusy = false; ///< from a look to the last of its rows in the store
     bool m_isLookDue = false;
+    bool m_isMoreFound = false; ///< than the rows at hand
     bool m_isLost = false;
     bool m_isPaused = false;
     bool m_isContradicted = false;

@@ -3,9 +3,11 @@
 #include "datafiles/reading/dayfiles.h"
 #include "datafiles/reading/dump.h"
 #include "datafiles/reading/folderfollower.h"
+#include "datafiles/reading/folderfollowing.h"
 #include "datafiles/reading/reading.h"
 #include "support/failingcalls.h"
 
+#include <QEventLoop>
 #include <QFile>
 
 namespace {
@@ -356,6 +358,25 @@ TEST_F(FollowedFile, FilesThatCantBeReadAreWaitedFor)
     }
     EXPECT_EQ(look(), Found::nothing);
     EXPECT_EQ(recordCount(), 4);
+}
+
+TEST_F(FollowedFile, ThatAlwaysGrowsLeavesTheDiskInPeace)
+{
+    write(name, header + row(0));
+    read();
+    std::atomic<int> looks{0};
+    FolderFollowing following;
+    following.start(reader, folder.path(), [&] {
+        append(name, row(++looks));
+        QThread::msleep(20);
+        return paths();
+    });
+    QEventLoop loop;
+    QTimer::singleShot(1500, &loop, &QEventLoop::quit);
+    loop.exec();
+    EXPECT_GT(looks, 1);
+    EXPECT_LT(looks, 10);
+    EXPECT_GT(following.rowsPlaced(), 0);
 }
 
 } // namespace
