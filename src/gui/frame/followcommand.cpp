@@ -4,14 +4,17 @@
 
 #include <QAction>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int retryMs = 500;
-constexpr int distanceMs = 15000; ///< between two reads
+constexpr int readShare = 10; ///< reads take no more than this part of the time
 
 } // namespace
 
-FollowCommand::FollowCommand(QObject *parent) : QObject(parent), m_action(new QAction(tr("Follow folder"), this))
+FollowCommand::FollowCommand(QObject *parent, int leastDistanceMs)
+    : QObject(parent), m_leastDistanceMs(leastDistanceMs), m_action(new QAction(tr("Follow folder"), this))
 {
     m_action->setCheckable(true);
     m_action->setEnabled(false);
@@ -46,6 +49,7 @@ void FollowCommand::setData(std::shared_ptr<FileReader> reader, const QString &f
 
 void FollowCommand::closeData(bool isReadAgain)
 {
+    noteReadEnd();
     m_readAgain.stop();
     m_isReadWanted = false;
     m_following.stop();
@@ -74,7 +78,8 @@ void FollowCommand::setOn(bool on)
 void FollowCommand::readAgainSoon()
 {
     m_isReadWanted = true;
-    const qint64 left = m_sinceRead.isValid() ? distanceMs - m_sinceRead.elapsed() : 0;
+    const qint64 distance = std::max<qint64>(m_leastDistanceMs, m_readMs * readShare);
+    const qint64 left = m_sinceRead.isValid() ? distance - m_sinceRead.elapsed() : 0;
     m_readAgain.start(int(std::max<qint64>(left, 0)));
 }
 
@@ -85,13 +90,22 @@ void FollowCommand::readAgainIfPossible()
         return;
     }
     m_sinceRead.start();
+    m_isReading = true;
     Q_EMIT readAgainWanted();
+}
+
+void FollowCommand::noteReadEnd()
+{
+    if (m_isReading)
+        m_readMs = m_sinceRead.elapsed();
+    m_isReading = false;
 }
 
 void FollowCommand::readFailed(bool cancelled)
 {
     if (!m_isReadWanted)
         return;
+    noteReadEnd();
     if (cancelled)
         m_action->setChecked(false);
     else

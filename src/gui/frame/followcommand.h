@@ -13,11 +13,11 @@ class QAction;
 
 /// The command that follows the folder of the open data, until it is chosen again or other data are opened. Where the
 /// files contradict what was read, it asks for another read and goes on behind that, at once the first time, and then
-/// with some distance. Main thread only.
+/// with some distance, so that reads take no more than a tenth of the time. Main thread only.
 class FollowCommand : public QObject {
     Q_OBJECT
 public:
-    explicit FollowCommand(QObject *parent);
+    explicit FollowCommand(QObject *parent, int leastDistanceMs = 15000);
 
     QAction *action() const { return m_action; }
     bool isOn() const;
@@ -41,7 +41,9 @@ private:
     void setOn(bool on);
     void readAgainSoon();
     void readAgainIfPossible();
+    void noteReadEnd();
 
+    const int m_leastDistanceMs; ///< from one read to the next
     QAction *m_action;
     FolderFollowing m_following;
     std::function<bool()> m_mayChange;
@@ -50,5 +52,7 @@ private:
     FolderFollowing::FileFinder m_findFiles;
     QTimer m_readAgain; ///< runs from a contradiction to the read
     bool m_isReadWanted = false;
+    bool m_isReading = false;  ///< as it was asked for
     QElapsedTimer m_sinceRead; ///< that was asked for
+    qint64 m_readMs = 0;       ///< that it took
 };

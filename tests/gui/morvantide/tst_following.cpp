@@ -1,9 +1,12 @@
 #include "datafiles/reading/filereadertask.h"
 #include "gui/browser/views/timeseriesbrowser.h"
+#include "gui/frame/followcommand.h"
 #include "gui/morvantide/datasaverdialog.h"
 #include "gui/morvantide/dayfolder.h"
 #include "gui/morvantide/windowtest.h"
 #include "support/livewriting.h"
+
+#include <QSignalSpy>
 
 namespace {
 
@@ -162,6 +165,19 @@ TEST_F(FollowingWindow, MayBeClosedAndOpenedAtAnyMoment)
     EXPECT_EQ(recordCount(), 20027);
     follow();
     window.reset();
+}
+
+TEST(FollowCommandTest, ReadsThatTakeLongAreFarApart)
+{
+    FollowCommand command(nullptr, 10);
+    QSignalSpy wanted(&command, &FollowCommand::readAgainWanted);
+    command.action()->setChecked(true);
+    Q_EMIT command.following().contradicted();
+    ASSERT_TRUE(wanted.wait(1000));
+    QTest::qWait(100); // the read
+    command.readFailed(false);
+    EXPECT_FALSE(wanted.wait(500));
+    EXPECT_TRUE(wanted.wait(2000));
 }
 
 // ---- an instrument that writes all the time
