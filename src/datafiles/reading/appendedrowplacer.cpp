@@ -109,8 +109,7 @@ void AppendedRowPlacer::tellNew(const std::shared_ptr<Record> &record)
     static_cast<Spectrometer::RecordHead &>(*spectra) = *record;
     spectra->spectra.swap(record->spectra);
     m_state.datastore->takeIn(record);
-    if (!spectra->spectra.empty())
-        m_state.datastore->addSpectra(spectra);
+    addSpectra(spectra);
 }
 
 /// Each record once, however many rows it got.
@@ -145,7 +144,16 @@ void AppendedRowPlacer::tellSpectra(const std::shared_ptr<Record> &record, std::
     const auto first = record->spectra.end() - std::ptrdiff_t(count);
     added->spectra.assign(first, record->spectra.end());
     record->spectra.erase(first, record->spectra.end());
-    m_state.datastore->addSpectra(added);
+    addSpectra(added);
+}
+
+void AppendedRowPlacer::addSpectra(const std::shared_ptr<SpectMath::SpectrumRecord> &added)
+{
+    auto &spectra = added->spectra;
+    const auto isUnwanted = [this](const auto &spectrum) { return m_isWanted && !m_isWanted(spectrum->info.get()); };
+    spectra.erase(std::remove_if(spectra.begin(), spectra.end(), isUnwanted), spectra.end());
+    if (!spectra.empty())
+        m_state.datastore->addSpectra(added);
 }
 
 void AppendedRowPlacer::tellFlags(const Record &record, std::size_t first)

@@ -30,12 +30,17 @@ public:
     /// empty.
     void setFlagsTeller(std::function<void(const Spectrometer::FullRecordPointer &)> tell) { m_tellFlags = tell; }
 
+    /// Spectra of descriptions for which it is false don't come into the store. May be empty.
+    using SpectrumFilter = std::function<bool(const SpectMath::SpectrumInfo *)>;
+    void setSpectrumFilter(SpectrumFilter isWanted) { m_isWanted = std::move(isWanted); }
+
 private:
     BlockReader &blocksOf(const AppendedRows &rows);
     void tell();
     void tellNew(const std::shared_ptr<Record> &record);
     void tellChanged(const std::vector<SpectrumRecord> &spectra);
     void tellSpectra(const std::shared_ptr<Record> &record, std::size_t count);
+    void addSpectra(const std::shared_ptr<SpectMath::SpectrumRecord> &added);
     void tellFlags(const Record &record, std::size_t first);
 
     std::shared_ptr<FileReader> m_reader;
@@ -44,6 +49,7 @@ private:
     std::map<QString, std::unique_ptr<BlockReader>> m_blocks;
     std::vector<FileReaderState::ChangedRecord> m_changes; ///< by the rows that are being placed
     std::function<void(const Spectrometer::FullRecordPointer &)> m_tellFlags;
+    SpectrumFilter m_isWanted;
     AppendedRows m_rows;
     std::size_t m_next = 0; ///< of those rows
     int m_rowsPlaced = 0;

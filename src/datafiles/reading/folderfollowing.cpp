@@ -63,6 +63,7 @@ void FolderFollowing::start(std::shared_ptr<FileReader> reader, const QString &f
     m_follower = std::make_shared<FolderFollower>(std::move(settings));
     m_placer = std::make_unique<AppendedRowPlacer>(std::move(reader));
     m_placer->setFlagsTeller([this](const auto &flagged) { Q_EMIT flagsCame(flagged); });
+    m_placer->setSpectrumFilter(m_isWanted);
     m_news = std::make_shared<Mailbox<News>>(this, "takeNews");
 
     startThread();

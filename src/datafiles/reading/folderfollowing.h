@@ -40,6 +40,8 @@ public:
     bool isFollowing() const { return m_placer != nullptr; }
     /// Rows wait while this is false: records and names don't change then. It is asked often.
     void setMayPlace(std::function<bool()> mayPlace) { m_mayPlace = std::move(mayPlace); }
+    /// From the next start on.
+    void setSpectrumFilter(AppendedRowPlacer::SpectrumFilter isWanted) { m_isWanted = std::move(isWanted); }
     /// Looks as soon as it can.
     void look();
     /// Rows that came into the store since the start, headers and comments among them.
@@ -73,6 +75,7 @@ private:
 
     const Log::Logger m_logger;
     std::function<bool()> m_mayPlace;
+    AppendedRowPlacer::SpectrumFilter m_isWanted;
     QString m_folder;
     QPointer<QThread> m_thread;                 ///< null while nothing is followed
     FolderWatch *m_watch = nullptr;             ///< lives on the thread, and goes with it

@@ -14,6 +14,12 @@ UiInfo::InfoPointer UiInfo::spectrumById(const QString &id) const
     return found == m_spectrumInfos.end() ? nullptr : *found;
 }
 
+bool UiInfo::isKnown(InfoKey info) const
+{
+    return std::any_of(m_spectrumInfos.begin(), m_spectrumInfos.end(),
+                       [info](const InfoPointer &known) { return known.get() == info; });
+}
+
 void UiInfo::setData(std::shared_ptr<const Spectrometer::RecordMetadata> metadata, const QList<InfoPointer> &infos)
 {
     clear();

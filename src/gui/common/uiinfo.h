@@ -31,6 +31,7 @@ public:
     const QList<InfoPointer> &spectrumInfos() const { return m_spectrumInfos; }
     /// The description of that id (its hash), or null.
     InfoPointer spectrumById(const QString &id) const;
+    bool isKnown(InfoKey info) const;
 
     // These emit nothing (but highlightsChanged): call publish() when all is in place.
     /// Takes over a read's descriptions. Colours given before stay with descriptions of the same hash.

@@ -97,6 +97,7 @@ void MorvantideMainWindow::setupActions()
     connect(m_follow, &FollowCommand::readAgainWanted, this, &MorvantideMainWindow::readAgain);
     connect(&m_follow->following(), &FolderFollowing::flagsCame, this,
             [this](const auto &flagged) { statusDock()->addRecord(flagged); });
+    m_follow->following().setSpectrumFilter([this](UiInfo::InfoKey info) { return uiInfo()->isKnown(info); });
     setupKeepingActions();
 }
 

@@ -111,7 +111,7 @@ TEST_F(FollowingWindow, TellsALossOnce)
     EXPECT_EQ(log().count("is back"), 1);
 }
 
-TEST_F(FollowingWindow, NothingIsDoubledWhenItGoesOn)
+TEST_F(FollowingWindow, SpectraComeOnceAndNotWhereTheyWereRemoved)
 {
     const QString spectra = "20190101-block-ions.spectra";
     const auto spectrum = [](int second) { return row(second).replace("\t\n", "\t1\t2\t1\t2\n"); };
@@ -129,6 +129,13 @@ TEST_F(FollowingWindow, NothingIsDoubledWhenItGoesOn)
     QTest::qWait(200);
     for (const auto &record : window->datastore()->records())
         EXPECT_EQ(record->spectra.size(), 1u);
+
+    window->removeSpectrum(window->uiInfo()->spectrumInfos().first().get());
+    append(spectra, spectrum(3));
+    ASSERT_TRUE(comesTo(4));
+    QTest::qWait(200);
+    EXPECT_TRUE(window->datastore()->at(3)->spectra.empty()) << "it was removed";
+    EXPECT_TRUE(window->datastore()->spectrumSeries().isEmpty());
 }
 
 TEST_F(FollowingWindow, RowsWaitForTheEndOfASave)
