@@ -2,6 +2,7 @@
 
 #include "datafiles/reading/filereader.h"
 #include "datafiles/reading/folderwatch.h"
+#include "util/postedcalls.h"
 #include "util/workerthread.h"
 
 #include <QElapsedTimer>
@@ -90,6 +91,7 @@ void FolderFollowing::stop()
     m_retired.push_back(m_thread);
     m_thread = nullptr;
     m_watch = nullptr;
+    m_calls = nullptr;
     m_isBusy = m_isLookDue = m_isLost = m_isPaused = m_isContradicted = false;
     m_busyMs = 0;
 }
@@ -119,6 +121,7 @@ void FolderFollowing::startThread()
     m_thread = new WorkerThread;
     m_thread->setObjectName(QStringLiteral("following"));
     m_watch = new FolderWatch(m_folder);
+    m_calls = new PostedCalls(m_watch);
     m_watch->moveToThread(m_thread);
     connect(m_watch, &FolderWatch::changed, this, &FolderFollowing::look);
     connect(m_thread, &QThread::finished, m_watch, &QObject::deleteLater);
@@ -128,13 +131,10 @@ void FolderFollowing::startThread()
 
 void FolderFollowing::watch(const QStringList &paths)
 {
-    QMetaObject::invokeMethod(
-        m_watch,
-        [watch = m_watch, paths] {
-            for (const QString &path : paths)
-                watch->watch(path);
-        },
-        Qt::QueuedConnection);
+    m_calls->post([watch = m_watch, paths] {
+        for (const QString &path : paths)
+            watch->watch(path);
+    });
 }
 
 void FolderFollowing::look()
@@ -148,22 +148,19 @@ void FolderFollowing::ask()
 {
     m_isBusy = true;
     m_isLookDue = false;
-    QMetaObject::invokeMethod(
-        m_watch,
-        [follower = m_follower, box = m_news] {
-            QElapsedTimer clock;
-            clock.start();
-            News news;
-            try {
-                news.found = follower->next(&news.rows);
-            } catch (const std::bad_alloc &) { // a read tells it
-                news = News();
-                news.found = FolderFollower::Found::contradiction;
-            }
-            news.ms = int(clock.elapsed());
-            box->put([&news](News &held) { held = std::move(news); });
-        },
-        Qt::QueuedConnection);
+    m_calls->post([follower = m_follower, box = m_news] {
+        QElapsedTimer clock;
+        clock.start();
+        News news;
+        try {
+            news.found = follower->next(&news.rows);
+        } catch (const std::bad_alloc &) { // a read tells it
+            news = News();
+            news.found = FolderFollower::Found::contradiction;
+        }
+        news.ms = int(clock.elapsed());
+        box->put([&news](News &held) { held = std::move(news); });
+    });
 }
 
 void FolderFollowing::takeNews()
@@ -208,8 +205,7 @@ void FolderFollowing::tellLoss(bool isLost)
                      QStringLiteral("The folder '%1' can't be read. Following waits until it can.").arg(m_folder));
     } else {
         m_logger.log(Log::Info, QStringLiteral("The folder '%1' is back.").arg(m_folder));
-        QMetaObject::invokeMethod(
-            m_watch, [watch = m_watch] { watch->renew(); }, Qt::QueuedConnection);
+        m_calls->post([watch = m_watch] { watch->renew(); });
     }
 }
 

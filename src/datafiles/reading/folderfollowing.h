@@ -17,6 +17,7 @@
 
 class FileReader;
 class FolderWatch;
+class PostedCalls;
 
 /// Follows the folder of the open data: what is appended to its files is parsed on a thread and comes into the store in
 /// slices. The system tells of changes, and every 5 s there is a look for file systems that don't. Main thread only.
@@ -79,6 +80,7 @@ private:
     QString m_folder;
     QPointer<QThread> m_thread;                 ///< null while nothing is followed
     FolderWatch *m_watch = nullptr;             ///< lives on the thread, and goes with it
+    PostedCalls *m_calls = nullptr;             ///< of that thread, a child of the watch
     std::shared_ptr<FolderFollower> m_follower; ///< the worker's alone
     std::shared_ptr<Mailbox<News>> m_news;
     std::unique_ptr<AppendedRowPlacer> m_placer; ///< null while nothing is followed
