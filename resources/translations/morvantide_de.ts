@@ -1646,6 +1646,10 @@ Alle Dateien (*)</translation>
         <translation>Keine Datei passt.</translation>
     </message>
     <message>
+        <source>No file of these days; the folder has %1 to %2.</source>
+        <translation>Keine Datei dieser Tage; der Ordner hat %1 bis %2.</translation>
+    </message>
+    <message>
         <source>Looking at %1 files...</source>
         <translation>%1 Dateien werden angesehen...</translation>
     </message>

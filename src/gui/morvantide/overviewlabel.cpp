@@ -3,9 +3,13 @@
 #include "datafiles/reading/datafinder.h"
 #include "log/logger.h"
 
+#include <QDate>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
+
+#include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -30,6 +34,20 @@ QString listed(const QStringList &names, int most)
     if (names.size() > most)
         first << QStringLiteral("...");
     return first.join(QStringLiteral(", "));
+}
+
+/// Where it is the span alone that leaves every file out, the days that there are.
+QString nothingMatches(QVariantMap choice)
+{
+    choice[QStringLiteral("limitBegin")] = choice[QStringLiteral("limitEnd")] = false;
+    std::vector<QDate> days;
+    for (const QString &file : findDataFiles(choice))
+        days.push_back(dayOfDataFile(file));
+    if (days.empty())
+        return OverviewLabel::tr("No file matches.");
+    const auto [first, last] = std::minmax_element(days.begin(), days.end());
+    return OverviewLabel::tr("No file of these days; the folder has %1 to %2.")
+        .arg(first->toString(Qt::ISODate), last->toString(Qt::ISODate));
 }
 
 QString textOf(const FolderOverview &overview)
@@ -88,7 +106,7 @@ void OverviewLabel::begin()
     m_next = 0;
     m_survey.emplace();
     if (m_files.isEmpty())
-        return setText(tr("No file matches."));
+        return setText(nothingMatches(m_choice));
     setText(tr("Looking at %1 files...").arg(m_files.size()));
     m_work.start();
 }
