@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -20,11 +21,39 @@
 #include <QStyle>
 #include <QToolButton>
 
+#include <utility>
+
 namespace {
 
 constexpr int listDelay = 300; // ms
 const QStringList commonVariants{QStringLiteral("block"), QStringLiteral("10s"), QStringLiteral("1s")};
 const QStringList commonModes{QStringLiteral("ions"), QStringLiteral("particles")};
+
+/// Takes a date that is typed where all of the old one is selected, or in front of it. The base ignores digits there
+/// until a part is selected, and skips a part at a hyphen behind a part that is complete.
+class TypedDateEdit : public QDateTimeEdit {
+public:
+    using QDateTimeEdit::QDateTimeEdit;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        const QLineEdit &line = *lineEdit();
+        const bool atStart = !line.hasSelectedText() && line.cursorPosition() == 0;
+        const bool isDigit = !event->text().isEmpty() && event->text().front().isDigit();
+        if (isDigit && (atStart || line.selectedText() == line.text()))
+            setSelectedSection(sectionAt(0));
+        const bool isBehindPart = std::exchange(m_wentOn, false);
+        if (isBehindPart && event->text() == QLatin1String("-"))
+            return;
+        const Section part = currentSection();
+        QDateTimeEdit::keyPressEvent(event);
+        m_wentOn = isDigit && currentSection() != part;
+    }
+
+private:
+    bool m_wentOn = false; ///< the last digit completed a part
+};
 
 QComboBox *makeEditableBox(const QString &name, int characters, QWidget *parent)
 {
@@ -100,7 +129,7 @@ QWidget *DataChooserDialog::makeFolderRow()
 
 QDateTimeEdit *DataChooserDialog::makeDateEdit(const QString &name)
 {
-    auto *edit = new QDateTimeEdit(QDateTime::currentDateTime(), this);
+    auto *edit = new TypedDateEdit(QDateTime::currentDateTime(), this);
     edit->setObjectName(name);
     edit->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
     edit->setCalendarPopup(true);

@@ -78,7 +78,9 @@ TEST(DataChooserDialog, TellsWhatTheChosenFilesHoldBeforeTheyAreRead)
     tells("2 days; 2 files; 270 bytes; modes: ions, offset; 1 variable");
     d.dialog.setChoice({{"limitEnd", true}, {"endTime", day(9, 12)}});
     tells("1 day; 1 file;");
-    d.dialog.setChoice({{"variant", "1s"}});
+    d.dialog.setChoice({{"endTime", day(9, 11)}});
+    tells("No file of these days; the folder has 2019-09-12 to 2019-09-13.");
+    d.dialog.setChoice({{"endTime", day(9, 12)}, {"variant", "1s"}});
     tells("1 without a header");
     d.dialog.setChoice({{"variant", "none"}});
     tells("No file matches.");
@@ -94,6 +96,18 @@ TEST(DataChooserDialog, TellsWhatTheChosenFilesHoldBeforeTheyAreRead)
     EXPECT_LT(label->text().size(), 1000) << "megabytes would keep the window waiting";
     EXPECT_LT(label->toolTip().size(), 10'000);
     EXPECT_TRUE(label->toolTip().contains("&lt;b&gt;")) << "names are no markup";
+}
+
+TEST(DataChooserDialog, ADateThatIsTypedReplacesTheYearToo)
+{
+    for (const auto before : {QKeySequence::SelectAll, QKeySequence::MoveToStartOfLine}) {
+        Dialog d;
+        d.click("timespan7dButton");
+        auto *const edit = d.find<QDateTimeEdit>("beginTimeEdit");
+        QTest::keySequence(edit, before);
+        QTest::keyClicks(edit, "2019-05-17");
+        EXPECT_EQ(edit->date(), QDate(2019, 5, 17)) << int(before);
+    }
 }
 
 TEST(DataChooserDialog, StartsTodayWithTheBlockVariant)
