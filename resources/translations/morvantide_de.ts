@@ -2782,6 +2782,10 @@ Sie lautet JJJJ-MM-TT oder JJJJ-MM-TT HH:MM:SS.</translation>
         <source>Larger limit</source>
         <translation>Obere Grenze</translation>
     </message>
+    <message>
+        <source>Choose the spectra</source>
+        <translation>Spektren wählen</translation>
+    </message>
 </context>
 <context>
     <name>Tsb::SpectraSelectionWidget</name>

@@ -42,7 +42,6 @@ QToolButton *makeButton(const QString &text, QWidget *parent)
 {
     auto *button = new QToolButton(parent);
     button->setText(text);
-    button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     return button;
 }
@@ -69,6 +68,7 @@ ScatterPropertiesRow::ScatterPropertiesRow(QWidget *parent) : QWidget(parent)
     row->addWidget(m_titleButton);
     m_optionsButton = new MenuButton(this);
     m_optionsButton->setText(tr("Options"));
+    m_optionsButton->setAutoRaise(false); // raised as the others: something to press
     m_optionsButton->setFocusPolicy(Qt::TabFocus);
     row->addWidget(m_optionsButton);
 
@@ -82,6 +82,9 @@ ScatterPropertiesRow::ScatterPropertiesRow(QWidget *parent) : QWidget(parent)
     row->addWidget(m_fractionForm);
 
     m_spectraButton = makeButton(tr("Spectra"), this);
+    m_spectraButton->setToolTip(tr("Choose the spectra"));
+    m_spectraButton->setArrowType(Qt::DownArrow);
+    m_spectraButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_spectra = new SpectraSelectionWidget(true, this);
     row->addWidget(m_spectraButton);
     row->addStretch();
