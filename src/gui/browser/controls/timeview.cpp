@@ -286,14 +286,17 @@ void TimeView::paintAxis(QPainter &painter, const QSize &size) const
     const int bottom = size.height();
     const QPen pen(palette().color(QPalette::WindowText));
     painter.setPen(pen);
+    int freeFrom = -size.width(); // large fonts leave out labels that would touch the one before
     for (const TimeTick &tick : axis.ticks) {
         if (tick.drawn)
             painter.drawLine(tick.x, bottom - 2, tick.x, bottom);
         const int width = metrics.horizontalAdvance(tick.label);
-        if (tick.label.isEmpty() || tick.x - width / 2 > size.width())
+        const int left = tick.x - width / 2;
+        if (tick.label.isEmpty() || left > size.width() || left < freeFrom)
             continue;
-        painter.drawText(QRect(tick.x - width / 2, m_lineHeight, width, m_lineHeight),
-                         Qt::AlignHCenter | Qt::TextDontClip, tick.label);
+        freeFrom = left + width + metrics.horizontalAdvance(QLatin1Char(' '));
+        painter.drawText(QRect(left, m_lineHeight, width, m_lineHeight), Qt::AlignHCenter | Qt::TextDontClip,
+                         tick.label);
     }
     for (const TimeGroup &group : axis.groups) {
         const GroupPlacing placing = groupPlacing(group, size.width(), metrics.horizontalAdvance(group.text));
