@@ -53,7 +53,11 @@ protected:
         settle();
     }
     Tsb::TimeSeriesBrowser &browser() const { return *window->browser(); }
-    QImage picture() const { return browser().grab().toImage(); }
+    QImage picture() const
+    {
+        QTest::qWait(250); // values off a scale are counted a moment after its drawing
+        return browser().grab().toImage();
+    }
     QDockWidget *dock(const QString &name) const { return window->findChild<QDockWidget *>(name); }
     /// Of the docks, in the window or outside; empty for hidden ones.
     QMap<QString, QRect> places() const
