@@ -30,7 +30,8 @@ std::string valueCases(const CLI::App &app, const std::string &indent)
         if (option->get_type_size() == 0)
             continue; // a flag
         const std::string words = valueWords(*option);
-        lines += indent + CLI::detail::join(namesOf(*option), "|") + ") value=yes how=(" + words + ") ;;\n";
+        lines.append(indent).append(CLI::detail::join(namesOf(*option), "|"));
+        lines.append(") value=yes how=(").append(words).append(") ;;\n");
     }
     return lines;
 }

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <utility>
 
 class BlockReader;
 class FileReader;
@@ -28,7 +29,10 @@ public:
 
     /// Is called for flags that came to a record that was there before, with its head and these flags alone. May be
     /// empty.
-    void setFlagsTeller(std::function<void(const Spectrometer::FullRecordPointer &)> tell) { m_tellFlags = tell; }
+    void setFlagsTeller(std::function<void(const Spectrometer::FullRecordPointer &)> tell)
+    {
+        m_tellFlags = std::move(tell);
+    }
 
     /// Spectra of descriptions for which it is false don't come into the store. May be empty.
     using SpectrumFilter = std::function<bool(const SpectMath::SpectrumInfo *)>;

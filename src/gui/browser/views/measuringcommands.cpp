@@ -11,7 +11,7 @@
 namespace Tsb {
 
 MeasuringCommands::MeasuringCommands(MeasuringCursors *cursors, TimeView *axis,
-                                     std::function<RecordTime(int which)> place, QWidget *widget)
+                                     const std::function<RecordTime(int which)> &place, QWidget *widget)
     : QObject(widget), m_cursors(cursors), m_axis(axis), m_spanMenu(new QMenu(widget))
 {
     for (int which = 0; which < MeasuringCursors::count; ++which)

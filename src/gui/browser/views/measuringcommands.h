@@ -23,7 +23,7 @@ class MeasuringCommands : public QObject {
     Q_OBJECT
 public:
     /// `place` tells where a key sets a cursor. All outlive the commands, which the widget owns.
-    MeasuringCommands(MeasuringCursors *cursors, TimeView *axis, std::function<RecordTime(int which)> place,
+    MeasuringCommands(MeasuringCursors *cursors, TimeView *axis, const std::function<RecordTime(int which)> &place,
                       QWidget *widget);
 
     const QList<QAction *> &actions() const { return m_actions; }
