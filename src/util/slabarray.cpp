@@ -59,7 +59,7 @@ char *mapAligned(std::size_t bytes)
 SlabHead *makeSlab(std::size_t bytes, std::int64_t references)
 {
     char *memory = mapAligned(bytes);
-    if (bytes >= slabSize)
+    if (bytes == slabSize)
         madvise(memory, bytes, MADV_HUGEPAGE); // the first touch of many small pages costs more than parsing a row
     auto *head = new (memory) SlabHead;
     head->mappedBytes = bytes;

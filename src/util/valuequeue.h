@@ -1,7 +1,5 @@
 #pragma once
 
-#include "util/slabarray.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <memory>
@@ -9,20 +7,9 @@
 #include <utility>
 #include <vector>
 
-/// An allocator that leaves new elements without a value uninitialized. Large arrays lie on huge pages: the first touch
-/// of many small ones costs more than most values.
+/// An allocator that leaves new elements without a value uninitialized.
 template<typename T>
 struct UnsetAllocator : std::allocator<T> {
-    static constexpr std::size_t fewest = (std::size_t(2) << 20) / sizeof(T); ///< elements of a large array
-
-    T *allocate(std::size_t n) { return n < fewest ? std::allocator<T>::allocate(n) : SlabAllocator<T>().allocate(n); }
-    void deallocate(T *p, std::size_t n) noexcept
-    {
-        if (n < fewest)
-            std::allocator<T>::deallocate(p, n);
-        else
-            SlabAllocator<T>().deallocate(p, n);
-    }
     template<typename U>
     struct rebind {
         using other = UnsetAllocator<U>;
