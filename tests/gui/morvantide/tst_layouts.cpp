@@ -1,3 +1,4 @@
+#include "gui/browser/controls/colorbar.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/browser/views/view.h"
@@ -20,6 +21,20 @@
 namespace {
 
 constexpr int twoHours = 7200;
+
+/// The largest difference of a color's part between two images of one size; 255 for images of two sizes.
+/// The library of fonts makes outlines of letters that come out up to 4 apart from one window to the next.
+int farthest(const QImage &left, const QImage &right)
+{
+    if (left.size() != right.size())
+        return 255;
+    const QImage a = left.convertToFormat(QImage::Format_RGB32);
+    const QImage b = right.convertToFormat(QImage::Format_RGB32);
+    int farthest = 0;
+    for (int i = 0; i < a.sizeInBytes(); ++i)
+        farthest = std::max(farthest, std::abs(a.constBits()[i] - b.constBits()[i]));
+    return farthest;
+}
 
 /// A demonstration with few records, a window of one size upon it, and the layouts beside the data.
 class Layouts : public ReviewWindow {
@@ -65,6 +80,13 @@ protected:
         QMap<QString, QRect> all;
         for (const QDockWidget *one : window->findChildren<QDockWidget *>())
             all[one->objectName()] = one->isHidden() ? QRect() : QRect(one->mapTo(one->window(), {}), one->size());
+        return all;
+    }
+    QVector<QPair<double, double>> colorLimits() const
+    {
+        QVector<QPair<double, double>> all;
+        for (const Colorbar *bar : browser().findChildren<Colorbar *>())
+            all.append({bar->lower(), bar->upper()});
         return all;
     }
     /// The area of each dock, and how many others share its tabs; 0 for one outside, or hidden.
@@ -125,6 +147,7 @@ TEST_F(Layouts, TheNextRunShowsTheSamePictureAndDocks)
     settleDrawing();
     const QImage image = picture();
     const auto docks = places();
+    const auto limits = colorLimits();
     setAutosave(true);
     restart();
     EXPECT_EQ(places(), docks) << "before there are data";
@@ -133,9 +156,8 @@ TEST_F(Layouts, TheNextRunShowsTheSamePictureAndDocks)
     EXPECT_EQ(places(), docks);
     EXPECT_EQ(browser().views().size(), before + 1);
     EXPECT_TRUE(action("Autosave layout")->isChecked());
-    const QImage again = picture();
-    EXPECT_EQ(again.size(), image.size());
-    EXPECT_TRUE(again == image);
+    EXPECT_EQ(colorLimits(), limits);
+    EXPECT_LE(farthest(picture(), image), 8);
 }
 
 TEST_F(Layouts, ALayoutThatCannotBeRestoredAsAWholeIsKept)
