@@ -17,10 +17,7 @@ using SpectMath::decadesOf;
 
 namespace {
 
-double itself(double number)
-{
-    return number;
-}
+constexpr auto itself = [](double number) { return number; }; // no function: a call costs as much as to read the number
 
 constexpr int markerMargin = 3; ///< a marker reaches beyond its record's own columns
 
@@ -86,6 +83,21 @@ void ScatterPlot::reloadSetup()
     rebuildLines();
 }
 
+template<typename ValueOfNumber>
+void ScatterPlot::addRecordLine(RecordSlot slot, ValueOfNumber valueOf, bool paleRegular, bool paleIrregular)
+{
+    ScatterLines::RecordLine line;
+    if (auto former = takeOver(slot))
+        line = std::move(*former);
+    else
+        line.values.setValueOfNumber(slot, valueOf);
+    line.colors.clear();
+    for (const QColor &color : m_uiInfo->opmodeColors())
+        for (const bool pale : {paleRegular, paleIrregular})
+            line.colors.push_back(opaque(pale ? paleTint(color) : color));
+    m_lines.add(std::move(line));
+}
+
 void ScatterPlot::rebuildLines()
 {
     m_lines.clear();
@@ -109,20 +121,6 @@ void ScatterPlot::rebuildLines()
     } else {
         rebuildSpectrumLines();
     }
-}
-
-void ScatterPlot::addRecordLine(RecordSlot slot, ValueOfNumber valueOf, bool paleRegular, bool paleIrregular)
-{
-    ScatterLines::RecordLine line;
-    if (auto former = takeOver(slot))
-        line = std::move(*former);
-    else
-        line.values.setValueOfNumber(slot, valueOf);
-    line.colors.clear();
-    for (const QColor &color : m_uiInfo->opmodeColors())
-        for (const bool pale : {paleRegular, paleIrregular})
-            line.colors.push_back(opaque(pale ? paleTint(color) : color));
-    m_lines.add(std::move(line));
 }
 
 void ScatterPlot::rebuildSpectrumLines()

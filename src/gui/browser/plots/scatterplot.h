@@ -71,7 +71,7 @@ private:
 
     void countOffScale();
     void rebuildLines();
-    using ValueOfNumber = double (*)(double);
+    template<typename ValueOfNumber>
     void addRecordLine(RecordSlot slot, ValueOfNumber valueOf, bool paleRegular, bool paleIrregular);
     void rebuildSpectrumLines();
     std::optional<ScatterLines::RecordLine> takeOver(const RecordSlot &slot);
