@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <map>
+#include <random>
+#include <vector>
+
+/// Searches for faults that need many tries: calls that fail, processes that are killed, events by chance.
+///
+/// A lane is a program of this folder that gives its kinds of trials to runLane(). Each kind first has to find a fault
+/// that is planted for it; one that doesn't isn't counted. Then the trials of all kinds run by turns, until the time is
+/// over or the goals are reached. What was counted stands in a file, from which the next run goes on, so that figures
+/// add up.
+namespace Faults {
+
+/// What trials have counted and measured, by name.
+struct Tally {
+    std::map<QString, qint64> counts;
+    /// How often values were measured, by the hundredfold of their natural logarithm.
+    std::map<QString, std::map<int, qint64>> measured;
+
+    void measure(const QString &name, double value);
+    /// Of the measured values, the one that this share of them doesn't exceed, on one in a hundred exactly.
+    double quantile(const QString &name, double share) const;
+};
+
+/// One trial. All that it draws by chance follows from its number, so that it can be run again.
+class Trial {
+public:
+    Trial(qint64 which, bool withPlanted, Tally &tally);
+
+    const qint64 number;
+    const bool isPlanted; ///< whether the planted fault is in, which the trial has to find
+    std::mt19937_64 random;
+
+    /// A whole number from low to high, both included.
+    int pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); }
+    /// A folder of the trial's own, which is kept if the trial fails.
+    QString folder() const { return m_folder.path(); }
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    void count(const QString &what, qint64 by = 1) { m_tally.counts[what] += by; }
+    void measure(const QString &what, double value) { m_tally.measure(what, value); }
+    /// Tells a fault. The first one stands.
+    void fail(const QString &what);
+    /// Fails with `what` unless `holds`; returns it.
+    bool require(bool holds, const QString &what);
+    const QString &failure() const { return m_failure; } ///< empty if there was none
+    void keepFolder(const QString &target);
+
+private:
+    Tally &m_tally;
+    QTemporaryDir m_folder;
+    QString m_failure;
+};
+
+struct Kind {
+    QString name;
+    qint64 goal = 0; ///< trials that a long run comes to
+    std::function<void(Trial &)> run;
+    int plantedTrials = 100; ///< by so many of them the planted fault has to be found
+};
+
+/// The lane's main function: 0 if nothing was found, 1 if something was, 2 for a wrong command line. Needs an
+/// application object. The options:
+///
+///   --seconds N     how long to search; 60
+///   --state FILE    what was counted; by itself beside the program
+///   --kind NAME     this kind alone
+///   --trial N       one trial of that kind, the folder of which stays
+///   --planted       with it, the planted fault
+///   --table         tells what was counted, as rows of a table, and ends
+int runLane(const QString &lane, const std::vector<Kind> &kinds);
+
+} // namespace Faults
