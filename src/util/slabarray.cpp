@@ -1,6 +1,7 @@
 #include "util/slabarray.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
@@ -83,6 +84,9 @@ class Cutter {
 public:
     void *cut(std::size_t bytes)
     {
+        for (Returned &returned : m_returned)
+            if (returned.bytes == bytes)
+                return std::exchange(returned, Returned()).piece;
         if (!m_slab || m_used + bytes > slabSize) {
             retire();
             retireAtEnd();
@@ -96,17 +100,31 @@ public:
         return piece;
     }
 
-    /// Takes back the piece that was cut last; false if it is another.
+    /// Takes back a piece of the slab that is being cut; false if it is of another one. What a view works out for a
+    /// moment while records come in would leave holes between them.
     bool giveBack(void *piece, std::size_t bytes)
     {
-        if (!m_slab || static_cast<char *>(piece) + bytes != reinterpret_cast<char *>(m_slab) + m_used)
+        if (!m_slab || slabOf(piece) != m_slab)
             return false;
-        m_used -= bytes;
-        --m_handedOut;
+        if (static_cast<char *>(piece) + bytes == reinterpret_cast<char *>(m_slab) + m_used) {
+            m_used -= bytes;
+            --m_handedOut;
+            return true;
+        }
+        Returned &place = m_returned[m_nextReturned++ % m_returned.size()];
+        if (place.bytes != 0)
+            dropReferences(m_slab, 1);
+        place = {piece, bytes};
         return true;
     }
 
 private:
+    /// A piece that is to be handed out again; still one of those handed out.
+    struct Returned {
+        void *piece = nullptr;
+        std::size_t bytes = 0; ///< 0: there is none
+    };
+
     /// Not by a destructor: the C library ends the process where it finds no memory to take note of a thread's first
     /// one. Of its keys it can keep some in the thread itself.
     void retireAtEnd()
@@ -122,6 +140,8 @@ private:
     }
     void retire()
     {
+        for (Returned &returned : m_returned)
+            m_handedOut -= std::exchange(returned, Returned()).bytes != 0 ? 1 : 0;
         if (m_slab)
             dropReferences(m_slab, bias - m_handedOut);
         m_slab = nullptr;
@@ -130,6 +150,8 @@ private:
     SlabHead *m_slab = nullptr;
     std::size_t m_used = 0;
     std::int64_t m_handedOut = 0;
+    std::array<Returned, 8> m_returned;
+    unsigned m_nextReturned = 0;
 };
 
 #ifndef SLAB_USES_HEAP

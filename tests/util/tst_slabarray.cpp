@@ -42,6 +42,22 @@ TEST(SlabArray, PiecesLargerThanASlabAndEmptyOnes)
     EXPECT_THROW(Slab::allocate(std::size_t(-8)), std::bad_alloc);
 }
 
+#ifndef __SANITIZE_ADDRESS__
+TEST(SlabArray, WhatIsHeldForAMomentLeavesNoHoles)
+{
+    std::thread([] { // with a slab of its own
+        std::vector<SlabArray> kept;
+        for (int i = 0; i < 1000; ++i) {
+            const SlabArray values(28), deviations(28), points(29);
+            kept.emplace_back(16, double(i));
+        }
+        EXPECT_LT(kept.back().begin() - kept.front().begin(), 1000 * 16 + 200);
+        for (int i = 0; i < 1000; ++i)
+            EXPECT_EQ(kept[std::size_t(i)][15], i);
+    }).join();
+}
+#endif
+
 TEST(SlabArray, PiecesAreReleasedOnOtherThreads)
 {
     std::vector<RealVector> made;
