@@ -14,6 +14,7 @@ BlockReader::~BlockReader() = default;
 void BlockReader::countLine(std::size_t size)
 {
     ++m_row;
+    m_isRow = false;
     ++m_statistics->rows;
     m_state->budget.addBytesRead(std::int64_t(size) + 1);
 }
@@ -80,6 +81,7 @@ void BlockReader::readDataLine(const QByteArray &line)
         ignoreLine();
         return;
     }
+    m_isRow = !line.startsWith('#');
     if (m_reader->readRow(line))
         complainOfRow();
 }
@@ -112,6 +114,7 @@ void BlockReader::placeRows(ParsedRows &rows, std::size_t first, std::size_t cou
             continue;
         }
         countLine(row.line.size());
+        m_isRow = true;
         if (!row.isOutside && m_reader->placeRow(row, rows))
             complainOfRow();
     }
@@ -154,4 +157,7 @@ void BlockReader::finish()
 {
     logRun();
     dropOpenHeader();
+    if (m_isRow && !m_isLineEnded)
+        m_logger.log(Log::Warning,
+                     QStringLiteral("The last row of '%1' has no line end and may be cut off").arg(m_fileName));
 }

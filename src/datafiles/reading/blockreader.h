@@ -25,7 +25,9 @@ public:
     void resume(const QByteArrayList &lines, int row);
     /// Counts and complains about a line that was too long to be read.
     void skipLine();
-    /// The file's end.
+    /// Whether the last line that was taken has a line feed; it has, unless told otherwise.
+    void setLineEnded(bool ended) { m_isLineEnded = ended; }
+    /// The file's end. A last row without a line feed is complained of.
     void finish();
     int rowCount() const { return m_row; }
 
@@ -44,6 +46,8 @@ private:
     Log::Logger m_logger;
     ReadStatistics *m_statistics;
     int m_row = 0; ///< of the present line, from 1
+    bool m_isRow = false; ///< the present line went to a line reader, and is no comment
+    bool m_isLineEnded = true;
     bool m_inHeader = false;
     int m_headerLineCount = 0; ///< of the open header
     HeaderLines m_header;

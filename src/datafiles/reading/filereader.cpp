@@ -82,9 +82,12 @@ std::int64_t FileReader::placeChunks(ReadAhead &ahead, int index, BlockReader &b
             readLines(lines, blocks);
             return lines.offset();
         }
-        if (m_halfRowsAwaited && !chunk.isLastLineEnded())
+        const bool isHalfRowAwaited = m_halfRowsAwaited && !chunk.isLastLineEnded();
+        if (isHalfRowAwaited)
             chunk.rows.rows.pop_back();
         blocks.placeRows(chunk.rows);
+        if (chunk.linesEnd() >= 0)
+            blocks.setLineEnded(isHalfRowAwaited || chunk.isLastLineEnded());
         ahead.learn();
         if (chunk.linesEnd() > placed)
             countBytes(chunk.linesEnd() - placed);
@@ -116,6 +119,7 @@ void FileReader::readLines(LineScanner &lines, BlockReader &blocks)
             blocks.skipLine();
         else
             blocks.readLine(line);
+        blocks.setLineEnded(lines.isLineEnded());
     }
     blocks.finish();
 }

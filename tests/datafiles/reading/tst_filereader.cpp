@@ -138,6 +138,36 @@ TEST_F(FileReading, ComplaintsFoldOnlyWhileTheyAreEqual)
     EXPECT_EQ(complaints().size(), 4);
 }
 
+TEST_F(FileReading, ARowCutOffInsideANumberWasTakenForAWholeOneInSilence)
+{
+    const QByteArray header(currentsHeader), whole = row(0, "1\t2\t3\t4\t5\t66.25");
+    const struct {
+        QByteArray text;
+        int records;
+        bool isTold;
+    } cases[] = {
+        {header + whole, 1, false},
+        {header + whole.chopped(3), 1, true},
+        {header + whole + row(1, "1\t2\t3\t4\t5\t6").chopped(1) + '\r', 2, true},
+        {header + whole + "# remark", 1, false},
+        {header + whole + header.chopped(1), 1, false},
+        {whole.chopped(1), 0, false}, // of no block
+    };
+    for (const auto &c : cases) {
+        for (const int count : {1, 2}) {
+            threads = count;
+            chunkBytes = 40;
+            write("1.currents", c.text);
+            read();
+            EXPECT_EQ(recordCount(), c.records);
+            EXPECT_EQ(complaints(), c.isTold
+                                        ? QStringList("The last row of '1.currents' has no line end and may be cut off")
+                                        : QStringList())
+                << c.text.constData() << count;
+        }
+    }
+}
+
 TEST_F(FileReading, FlagsAreOneObjectOverBlocksButIdsHoldInOne)
 {
     const QByteArray a("# flag a: low flow\n");
