@@ -94,6 +94,7 @@ std::unique_ptr<PlainFileOutput::File> PlainFileOutput::makeFile(const QString &
                                                                  const FileHeader::Lines &header)
 {
     auto file = std::make_unique<File>(pattern, header);
+    file->warningCallback = [logger = m_logger](const QString &message) { logger.log(Log::Warning, message); };
     file->closeCallback = [this](const QString &name, qint64 rows, const QString &failure) {
         countClosed(name, rows, failure);
     };
@@ -110,8 +111,13 @@ void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, c
     keys[QStringLiteral("dataproc variant")] = variant.name;
 
     const Log::Logger logger = m_logger;
-    const auto recordsFile = [&](const QString &suffix, const FileHeader::Lines &header) {
+    const auto dayFile = [&](const QString &suffix, const FileHeader::Lines &header) {
         auto file = makeFile(stem + suffix, header);
+        file->findHeldRows = m_applied.passOverHeldRows;
+        return file;
+    };
+    const auto recordsFile = [&](const QString &suffix, const FileHeader::Lines &header) {
+        auto file = dayFile(suffix, header);
         file->messageCallback = [logger, name = variant.name](const QString &message) {
             logger.log(Log::Debug, QStringLiteral("Updated %1 records file:\n%2").arg(name, message));
         };
@@ -132,8 +138,8 @@ void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, c
             continue;
         auto spectraFile = std::make_shared<SpectraFile>();
         spectraFile->spectra = infos;
-        spectraFile->file = makeFile(QStringLiteral("%1-%2.spectra").arg(stem, nameInPattern(modeName)),
-                                     FileHeader::spectraHeader(keys, modeName, infos, m_applied.inversionVars));
+        spectraFile->file = dayFile(QStringLiteral("-%1.spectra").arg(nameInPattern(modeName)),
+                                    FileHeader::spectraHeader(keys, modeName, infos, m_applied.inversionVars));
         spectraFile->file->messageCallback = [logger, name = variant.name, modeName](const QString &message) {
             logger.log(Log::Debug, QStringLiteral("Updated %1 %2 spectra file:\n%3").arg(name, modeName, message));
         };
@@ -163,14 +169,19 @@ void PlainFileOutput::closeFiles()
 
 // ---- rows
 
-template<typename MakeRow>
-PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime localTime, MakeRow makeRow)
+template<typename PutFields>
+PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime localTime, PutFields putFields,
+                                                     const Flags *flags)
 {
     bool written = false;
     try {
         file.openFor(localTime);
         m_row->clear();
-        makeRow(*m_row);
+        putFields(*m_row);
+        if (file.findHeldRows && isHeld(file, flags))
+            return RowResult::Held;
+        if (flags)
+            putFlags(file, *flags);
         m_row->endLine();
         file.append(m_row->data(), m_row->size());
         file.flagIds.commit();
@@ -184,6 +195,30 @@ PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime loca
     }
     ++(written ? m_counts.written : m_counts.lost);
     return written ? RowResult::Written : RowResult::Lost;
+}
+
+/// Whether the file holds the row whose fields are at hand. Counts it then.
+bool PlainFileOutput::isHeld(File &file, const Flags *flags)
+{
+    QByteArrayList texts;
+    for (const auto &flag : flags ? *flags : Flags())
+        if (flag)
+            texts << FlagIds::writtenText(flag->text);
+    const auto held = file.heldRows.take(QByteArray::fromRawData(m_row->data(), int(m_row->size())), texts);
+    m_counts.held += held != HeldRows::Held::No;
+    m_counts.differing += held == HeldRows::Held::Different;
+    return held != HeldRows::Held::No;
+}
+
+/// The last field, and the lines that define its flags before the row.
+void PlainFileOutput::putFlags(File &file, const Flags &flags)
+{
+    QByteArray definitions, field;
+    for (const auto &flag : flags)
+        if (flag)
+            field += '!' + file.flagIds.idOf(flag, &definitions);
+    m_row->addField(field);
+    m_row->putBefore(definitions);
 }
 
 RowFields PlainFileOutput::fields() const
@@ -273,17 +308,7 @@ PlainFileOutput::RowResult PlainFileOutput::writeRecordRow(const FullRecord &rec
     const StdFiles *const files = filesOf(record.dpVariantId);
     if (!files || !files->records || record.provisional)
         return RowResult::Skipped;
-    File &file = *files->records;
-    return writeRow(file, localTime(record.beginTime, record.beginUtcOffset), [&](RowText &row) {
-        QByteArray definitions;
-        QByteArray flags;
-        for (const auto &flag : record.flags)
-            if (flag)
-                flags += '!' + file.flagIds.idOf(flag, &definitions);
-        row.putBytes(definitions);
-        putFields(row);
-        row.addField(flags); // whose ids depend on the rows before
-    });
+    return writeRow(*files->records, localTime(record.beginTime, record.beginUtcOffset), putFields, &record.flags);
 }
 
 template<typename PutFields>

@@ -15,6 +15,7 @@
 #include <QVector>
 
 #include <memory>
+#include <vector>
 
 namespace Spectrometer {
 
@@ -24,7 +25,8 @@ class RowText;
 
 /// Writes records to day files of tab-separated text, each opened with a header that describes it. A file that already
 /// ends in a block of the same header is continued. Every row is in the file when its writer returns; one that could
-/// not be written is logged under "filewriter", the file ends where it ended before, and the output goes on.
+/// not be written is logged under "filewriter", the file ends where it ended before, and the output goes on. What is
+/// cut off at the end of a file that is continued goes into "NAME.torn" beside it, which is logged.
 ///
 /// Lives on one thread; settings() and setSettings() may be called from any.
 class PlainFileOutput : public QObject {
@@ -53,13 +55,19 @@ public:
         std::shared_ptr<const RecordMetadata> metadata; ///< without it nothing is written
         QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectra; ///< to write, by the name of the operating mode
         QString remark;                                                 ///< free
+        /// Rows stay unwritten whose begin, end and mode a file holds when it is opened, as the rows of a writer that
+        /// was killed: when it writes all again, the files are as if it hadn't been.
+        bool passOverHeldRows = false;
     };
 
-    /// The fate of a row: `Skipped` is one that the settings or the record don't ask for.
-    enum class RowResult { Written, Skipped, Lost };
+    /// The fate of a row: `Skipped` is one that the settings or the record don't ask for, `Held` one that the file
+    /// holds.
+    enum class RowResult { Written, Skipped, Held, Lost };
     struct RowCounts {
         qint64 written = 0;
         qint64 lost = 0;
+        qint64 held = 0;      ///< passed over
+        qint64 differing = 0; ///< of these, which the file holds with other values or flags
     };
 
     explicit PlainFileOutput(const Settings &settings, QObject *parent = nullptr);
@@ -120,9 +128,13 @@ Q_SIGNALS:
 private:
     StdFiles *filesOf(int dpVariantId) const;
     void makeVariantFiles(int id, const VariantSettings &variant, const QVariantMap &commonKeys);
-    /// Opens the file for that local time and appends the row that `makeRow(row)` fills.
-    template<typename MakeRow>
-    RowResult writeRow(File &file, RecordTime localTime, MakeRow makeRow);
+    using Flags = std::vector<std::shared_ptr<RecordFlag>>;
+    /// Opens the file for that local time and appends the row of the fields that `putFields(row)` puts, and one with
+    /// these flags if there is a list.
+    template<typename PutFields>
+    RowResult writeRow(File &file, RecordTime localTime, PutFields putFields, const Flags *flags = nullptr);
+    bool isHeld(File &file, const Flags *flags);
+    void putFlags(File &file, const Flags &flags);
     template<typename PutFields>
     RowResult writeSpectraRow(const RecordHead &head, bool provisional, PutFields putFields);
     template<typename PutFields>

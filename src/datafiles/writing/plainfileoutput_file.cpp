@@ -1,26 +1,26 @@
 #include "datafiles/writing/plainfileoutput_file.h"
 
-#include "datafiles/writing/plainfileoutput_match.h"
+#include "datafiles/writing/continuedfile.h"
+#include "datafiles/writing/torntail.h"
 #include "util/filecalls.h"
+#include "util/fileid.h"
 #include "util/lockedfile.h"
+#include "util/textescape.h"
 #include "util/timeformat.h"
 
 #include <QDir>
 #include <QFileInfo>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstring>
-#include <vector>
+#include <utility>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Spectrometer {
 
 namespace {
-
-constexpr std::size_t readPiece = 1 << 16;
 
 /// No code finer than a day in the pattern, "%s" and "%f" included.
 bool hasOnlyDayCodes(const QString &pattern)
@@ -43,6 +43,12 @@ QByteArray joined(const QList<QByteArray> &lines)
     for (const QByteArray &line : lines)
         text += line + '\n';
     return text;
+}
+
+bool isNameOf(int descriptor, const QString &name)
+{
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && fileIdOf(name) == FileId(status.st_dev, status.st_ino);
 }
 
 } // namespace
@@ -72,6 +78,8 @@ void OutputFile::close()
     m_currentName.clear();
     m_handle = -1;
     rowCount = 0;
+    m_missingHeader.clear();
+    heldRows.clear();
     flagIds.clear();
 }
 
@@ -98,15 +106,12 @@ void OutputFile::openFor(RecordTime localTime)
     m_message = m_file ? QStringLiteral("closing \"%2\"\nopening \"%1\"").arg(name, m_currentName)
                        : QStringLiteral("opening \"%1\"").arg(name);
     close();
-    const bool existed = QFileInfo::exists(name);
+    m_isNew = !QFileInfo::exists(name);
     try {
         openNamed(name);
         checkHeader();
     } catch (const FileOutputError &) {
-        // Without its header a file must not be written to. What was made for it goes again.
-        if (!existed && m_file)
-            FileCalls::current().unlink(QFile::encodeName(name).constData());
-        close();
+        giveUp();
         throw;
     }
     if (messageCallback && !m_message.isEmpty())
@@ -130,7 +135,9 @@ void OutputFile::openNamed(const QString &name)
     if (handle < 0)
         throw FileOutputError(QStringLiteral("Failed to open file \"%1\". Data was lost!").arg(name));
     const auto file = std::make_shared<LockedFile>(name);
-    if (!file->open(handle, QIODevice::ReadWrite) || !file->lock(LockedFile::WriteLock, false)) {
+    // A file that another has taken the name of, between the opening and the lock, would be lost with all its rows.
+    if (!file->open(handle, QIODevice::ReadWrite) || !file->lock(LockedFile::WriteLock, false) ||
+        !isNameOf(handle, name)) {
         calls.close(handle);
         throw FileOutputError(QStringLiteral("Failed to lock file \"%1\" for writing. Data was lost!").arg(name));
     }
@@ -139,64 +146,69 @@ void OutputFile::openNamed(const QString &name)
     m_handle = handle;
 }
 
-int OutputFile::matchedHeader(bool *endsInLine)
-{
-    // A line that is longer than all header lines can't match, however long it is.
-    int longest = 0;
-    for (const QByteArray &line : m_header)
-        longest = std::max(longest, line.size());
-    HeaderMatch match(m_header);
-    QByteArray line; // at hand, as far as it matters
-    const auto extend = [&](const char *begin, const char *end) {
-        line.append(begin, int(std::min<std::ptrdiff_t>(end - begin, longest + 2 - line.size())));
-    };
-    const auto endLine = [&] {
-        if (line.endsWith('\r'))
-            line.chop(1);
-        match.addLine(line);
-        line.resize(0);
-    };
-
-    std::vector<char> piece(readPiece);
-    ssize_t size = ::lseek(m_handle, 0, SEEK_SET) < 0 ? -1 : 0;
-    *endsInLine = true;
-    while (size >= 0 && (size = FileCalls::current().read(m_handle, piece.data(), piece.size())) > 0) {
-        const char *begin = piece.data(), *const end = begin + size;
-        while (const void *feed = std::memchr(begin, '\n', std::size_t(end - begin))) {
-            extend(begin, static_cast<const char *>(feed));
-            endLine();
-            begin = static_cast<const char *>(feed) + 1;
-        }
-        extend(begin, end);
-        *endsInLine = begin == end;
-    }
-    if (size < 0)
-        throw FileOutputError(QStringLiteral("Failed to read file \"%1\": %2. Data was lost!")
-                                  .arg(m_currentName, qt_error_string(errno)));
-    if (!*endsInLine)
-        endLine();
-    m_message += match.message();
-    return match.matched();
-}
-
 void OutputFile::checkHeader()
 {
-    QByteArray text = joined(m_header);
-    if (matchHeader && !m_header.isEmpty()) {
-        bool endsInLine = true;
-        if (matchedHeader(&endsInLine) == m_header.size())
-            text.clear();
-        if (!endsInLine)
-            text.prepend('\n');
-    } else {
-        m_message += QStringLiteral("\nwriting header");
+    m_missingHeader = joined(m_header);
+    if (m_header.isEmpty())
+        return;
+    ContinuedFile file(m_header, findHeldRows ? &heldRows : nullptr);
+    if (!file.read(FileCalls::current(), m_handle))
+        throw FileOutputError(QStringLiteral("Failed to read file \"%1\": %2. Data was lost!")
+                                  .arg(m_currentName, qt_error_string(errno)));
+    if (file.soundEnd() < file.size())
+        moveTail(file);
+    m_message += matchHeader ? file.match().message() : QStringLiteral("\nwriting header");
+    if (matchHeader && file.match().isComplete()) {
+        m_missingHeader.clear();
+        flagIds = file.takeFlags();
     }
+    if (!findHeldRows)
+        writeHeader();
+}
+
+void OutputFile::moveTail(const ContinuedFile &file)
+{
+    const QString tornName = TornTail::fileFor(m_currentName);
+    const QString reason = TornTail::move(m_handle, m_currentName, file.soundEnd(), file.size());
+    if (!reason.isNull())
+        throw FileOutputError(
+            fillMarkers(QStringLiteral("Failed to move the cut off end of file \"%1\" to \"%2\": %3. Data was lost!"),
+                        {m_currentName, tornName, reason}));
+    if (warningCallback)
+        warningCallback(
+            fillMarkers(QStringLiteral("The last %1 of '%2' was cut off. Its %3 bytes were moved to '%4'"),
+                        {file.endsInHeader() ? QStringLiteral("header") : QStringLiteral("row"),
+                         QFileInfo(m_currentName).fileName(), QString::number(qint64(file.size() - file.soundEnd())),
+                         QFileInfo(tornName).fileName()}));
+}
+
+void OutputFile::writeHeader()
+{
+    const QByteArray text = std::exchange(m_missingHeader, QByteArray());
     if (!text.isEmpty())
-        append(text.constData(), std::size_t(text.size()));
-    flagIds.clear();
+        write(text.constData(), std::size_t(text.size()));
+}
+
+/// Without its header a file must not be written to. What was made for it goes again.
+void OutputFile::giveUp()
+{
+    if (m_file && m_isNew && ::lseek(m_handle, 0, SEEK_END) == 0)
+        FileCalls::current().unlink(QFile::encodeName(m_currentName).constData());
+    close();
 }
 
 void OutputFile::append(const char *bytes, std::size_t size)
+{
+    try {
+        writeHeader();
+    } catch (const FileOutputError &) {
+        giveUp();
+        throw;
+    }
+    write(bytes, size);
+}
+
+void OutputFile::write(const char *bytes, std::size_t size)
 {
     // Past QFile's own buffer: what a full disk refused would stay in it and reach the file with a later row.
     FileCalls &calls = FileCalls::current();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "datafiles/writing/heldrows.h"
 #include "datafiles/writing/plainfileoutput_flags.h"
 #include "util/recordtime.h"
 
@@ -13,6 +14,8 @@
 class LockedFile;
 
 namespace Spectrometer {
+
+class ContinuedFile;
 
 /// A failure that costs a row. The message names the loss.
 class FileOutputError {
@@ -32,8 +35,9 @@ public:
     OutputFile(const QString &pattern, const QList<QByteArray> &header);
     virtual ~OutputFile();
 
-    /// Makes sure that the file of that local time is open and ends in the right header. Throws FileOutputError, with
-    /// no file open then.
+    /// Makes sure that the file of that local time is open and ends in the right header. What was cut off at its end
+    /// while it was written is moved out of it, and told; where that fails the file stays as it is. Throws
+    /// FileOutputError, with no file open then.
     void openFor(RecordTime localTime);
     /// Appends the bytes, which end in a line feed, as a whole or not at all: after a failed or short write the file is
     /// cut back to where it ended. Throws FileOutputError.
@@ -46,10 +50,13 @@ public:
     /// The name that openFor was last asked for, though it may have failed; the pattern for a time that has none.
     const QString &wantedName() const { return m_wantedName; }
 
-    qint64 rowCount = 0;                                         ///< of this opening; counted by the caller of append()
-    bool matchHeader = true;                                     ///< continue a file whose last header is this one
-    FlagIds flagIds;                                             ///< of this opening
+    qint64 rowCount = 0;       ///< of this opening; counted by the caller of append()
+    bool matchHeader = true;   ///< continue a file whose last header is this one
+    bool findHeldRows = false; ///< at an opening; a header is written with the first row then
+    HeldRows heldRows;         ///< by the file when it was opened, if they are to be found
+    FlagIds flagIds;           ///< of the block that the file ends in
     std::function<void(const QString &message)> messageCallback; ///< gets the report of an opening
+    std::function<void(const QString &message)> warningCallback; ///< is told what an opening had to mend
     /// Told of each closing: the file's name, its rows, and why it failed, which is null if it didn't.
     std::function<void(const QString &name, qint64 rows, const QString &failure)> closeCallback;
 
@@ -60,16 +67,20 @@ protected:
 private:
     QString nameFor(RecordTime localTime);
     void openNamed(const QString &name);
-    /// Reads the whole file; *endsInLine is false if its last line lacks its line feed. Throws FileOutputError.
-    int matchedHeader(bool *endsInLine);
+    void moveTail(const ContinuedFile &file);
+    void writeHeader();
+    void write(const char *bytes, std::size_t size);
+    void giveUp();
 
     std::shared_ptr<LockedFile> m_file;
     QString m_currentName;
     QString m_wantedName;
     QString m_pattern;
     QList<QByteArray> m_header;
+    QByteArray m_missingHeader; ///< to be written before anything else
     QString m_message;
     int m_handle = -1;
+    bool m_isNew = false; ///< there was none before this opening
 
     bool m_onlyDayCodes; ///< the pattern gives one name for all times of a day
     std::int64_t m_namedDay = -1;

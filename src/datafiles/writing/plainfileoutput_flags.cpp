@@ -8,13 +8,30 @@ namespace Spectrometer {
 
 namespace {
 
-QByteArray definitionLine(const QByteArray &id, const QString &text)
-{
-    const QByteArray written = text.contains(QLatin1Char('\n')) ? '"' + escapeText(text).toUtf8() + '"' : text.toUtf8();
-    return "# flag " + id + ": " + written + '\n';
-}
+constexpr char definitionStart[] = "# flag ";
 
 } // namespace
+
+QByteArray FlagIds::writtenText(const QString &text)
+{
+    return text.contains(QLatin1Char('\n')) ? '"' + escapeText(text).toUtf8() + '"' : text.toUtf8();
+}
+
+void FlagIds::readDefinition(const QByteArray &line)
+{
+    const int begin = int(sizeof definitionStart) - 1, colon = line.indexOf(": ", begin);
+    if (line.startsWith(definitionStart) && colon > begin)
+        m_texts.insert(line.mid(begin, colon - begin), line.mid(colon + 2));
+}
+
+QByteArrayList FlagIds::textsOf(const QByteArray &field) const
+{
+    QByteArrayList texts;
+    if (field.startsWith('!'))
+        for (const QByteArray &id : field.mid(1).split('!'))
+            texts << m_texts.value(id, id);
+    return texts;
+}
 
 QByteArray FlagIds::idOf(const FlagPointer &flag, QByteArray *definitions)
 {
@@ -23,17 +40,18 @@ QByteArray FlagIds::idOf(const FlagPointer &flag, QByteArray *definitions)
         return known->second;
 
     const QByteArray digest = QCryptographicHash::hash(flag->text.toUtf8(), QCryptographicHash::Sha1).toHex();
+    const QByteArray text = writtenText(flag->text);
     QByteArray id;
     for (int length = 2; length <= digest.size(); ++length) {
         id = digest.left(length);
         const auto taken = m_texts.constFind(id);
         if (taken == m_texts.constEnd()) {
-            m_texts.insert(id, flag->text);
+            m_texts.insert(id, text);
             m_newTexts.push_back(id);
-            *definitions += definitionLine(id, flag->text);
+            *definitions += definitionStart + id + ": " + text + '\n';
             break;
         }
-        if (*taken == flag->text)
+        if (*taken == text)
             break;
     }
     m_ids.emplace(flag, id);

@@ -10,19 +10,19 @@ namespace Spectrometer {
 class HeaderMatch {
 public:
     /// The header must have lines, and outlive this object.
-    explicit HeaderMatch(const QList<QByteArray> &header) : m_header(header) {}
+    explicit HeaderMatch(const QList<QByteArray> &header) : m_header(&header) {}
 
     /// A first header line starts a match from any state; a complete header stays matched through the rows that follow
     /// it; inside a header any line that differs ends the match.
     void addLine(const QByteArray &line);
 
     int matched() const { return m_matched; }
-    bool isComplete() const { return m_matched == m_header.size(); }
+    bool isComplete() const { return m_matched == m_header->size(); }
     /// "\nmatching header found", or the difference found and that a header is appended.
     QString message() const;
 
 private:
-    const QList<QByteArray> &m_header;
+    const QList<QByteArray> *m_header;
     int m_matched = 0;
 };
 

@@ -52,6 +52,15 @@ void RowText::putBytes(const QByteArray &bytes)
     putBytes(bytes.constData(), std::size_t(bytes.size()));
 }
 
+void RowText::putBefore(const QByteArray &bytes)
+{
+    const auto size = std::size_t(bytes.size());
+    char *const begin = room(size) - m_size;
+    std::memmove(begin + size, begin, m_size);
+    std::memcpy(begin, bytes.constData(), size);
+    m_size += size;
+}
+
 void RowText::putFields(const RowText &fields)
 {
     putBytes(fields.data(), fields.size());

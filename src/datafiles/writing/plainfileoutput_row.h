@@ -27,6 +27,8 @@ public:
     /// Bytes outside the fields, before them or at the end of the line.
     void putBytes(const QByteArray &bytes);
     void putBytes(const char *bytes, std::size_t size);
+    /// Before all that is there.
+    void putBefore(const QByteArray &bytes);
 
     /// Puts in fields that were made elsewhere; others may follow them on the line.
     void putFields(const RowText &fields);

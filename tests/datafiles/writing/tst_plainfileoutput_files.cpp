@@ -87,6 +87,7 @@ TEST_F(OutputTest, ContinuesOnlyAfterTheSameLastHeader)
     output.closeFiles();
     const QByteArray block = contentOf(path(recordsName));
     const QByteArray header = block.left(block.lastIndexOf('\n', -2) + 1);
+    const QByteArray yaml = header.left(header.lastIndexOf(QByteArrayLiteral("\n"), -2) + 1);
     const QByteArray otherHeader = "# Quilvane records\n# other: 1\n# \nbegin_time\n";
 
     const struct {
@@ -94,42 +95,144 @@ TEST_F(OutputTest, ContinuesOnlyAfterTheSameLastHeader)
         QByteArray before;
         int headersAfter;
         const char *message;
+        QByteArray torn; ///< the end of it that was cut off
     } cases[] = {
-        {"the same", block, 1, "\nmatching header found"},
-        {"an empty file", "", 1, "\nno matching header found"},
-        {"no line feed at the end", block.chopped(1), 1, "\nmatching header found"},
-        {"another block behind", block + otherHeader + "row\n", 3, "\nno matching header found"},
-        {"the column row missing", header.left(header.lastIndexOf(QByteArrayLiteral("\n"), -2) + 1), 2,
-         "\npartial header match ("},
-        {"a line too long for any header", block + QByteArray(300000, 'x') + '\n', 1, "\nmatching header found"},
-        {"two of them", block + block, 2, "\nmatching header found"},
+        {"the same", block, 1, "\nmatching header found", ""},
+        {"an empty file", "", 1, "\nno matching header found", ""},
+        {"another block behind", block + otherHeader + "row\n", 3, "\nno matching header found", ""},
+        {"a line too long for any header", block + QByteArray(300000, 'x') + '\n', 1, "\nmatching header found", ""},
+        {"two of them", block + block, 2, "\nmatching header found", ""},
+        {"part of a row", block, 1, "\nmatching header found", "2019-09-12 12:17:52.000000+02:00\t2019"},
+        {"part of a flag", block, 1, "\nmatching header found", "# flag ab: {ty"},
+        {"all of a row but its line feed", header, 1, "\nmatching header found", block.mid(header.size()).chopped(1)},
+        {"a header without its column row", "", 1, "\nno matching header found", yaml},
+        {"part of a column row", block, 1, "\nmatching header found", header.chopped(1)},
+        {"two parts of headers", block + otherHeader, 3, "\nno matching header found", "# Quilvane records\n" + yaml},
     };
     for (const auto &c : cases) {
-        writeFile(path(recordsName), c.before);
+        writeFile(path(recordsName), c.before + c.torn);
+        QFile::remove(path(recordsName + ".torn"));
         messages.clear();
         EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written) << c.name;
         output.closeFiles();
         const QByteArray after = contentOf(path(recordsName));
         EXPECT_EQ(headersIn(after), c.headersAfter) << c.name;
         EXPECT_TRUE(after.startsWith(c.before)) << c.name;
-        EXPECT_TRUE(messages.join(QString()).contains(QLatin1String(c.message)))
-            << c.name << qPrintable(messages.join(QString()));
+        const QString told = messages.join(QString());
+        EXPECT_TRUE(told.contains(QLatin1String(c.message))) << c.name << qPrintable(told);
         EXPECT_EQ(rows(path(recordsName)).last().left(19), "2019-09-12 12:17:52") << c.name;
+        EXPECT_EQ(QFile::exists(path(recordsName + ".torn")), !c.torn.isEmpty()) << c.name;
+        EXPECT_EQ(contentOf(path(recordsName + ".torn")), c.torn) << c.name;
+        EXPECT_EQ(
+            told.contains(
+                QString("was cut off. Its %1 bytes were moved to '20190912-block.records.torn'").arg(c.torn.size())),
+            !c.torn.isEmpty())
+            << c.name << qPrintable(told);
     }
 }
 
-TEST_F(OutputTest, FlagsAreDefinedAnewAtEachOpening)
+TEST_F(OutputTest, EndsThatWereCutOffAreGatheredLineByLine)
 {
-    PlainFileOutput output(settings);
+    settings.logFile = true;
+    for (const char *torn : {"first", "second\tx"}) {
+        for (const QString &name : {path(recordsName), path("20190912.log")})
+            writeFile(name, contentOf(name) + torn);
+        PlainFileOutput output(settings);
+        EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
+        output.addLogEntry({Log::Info, "area", "words", QDateTime::fromSecsSinceEpoch(1568283412)});
+    }
+    for (const QString &name : {path(recordsName), path("20190912.log")}) {
+        EXPECT_EQ(contentOf(name + ".torn"), "first\nsecond\tx");
+        EXPECT_FALSE(contentOf(name).contains("first") || contentOf(name).contains("second"));
+    }
+    // Where they can't be kept they stay.
+    QFile::remove(path(recordsName + ".torn"));
+    QDir().mkpath(path(recordsName + ".torn"));
+    const QByteArray before = contentOf(path(recordsName)) + "third";
+    writeFile(path(recordsName), before);
+    EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
+    EXPECT_EQ(contentOf(path(recordsName)), before);
+    EXPECT_EQ(errors.value(0),
+              QString("Failed to move the cut off end of file \"%1\" to \"%1.torn\": %2. Data was lost!")
+                  .arg(path(recordsName), qt_error_string(EISDIR)));
+}
+
+TEST_F(OutputTest, FlagsOfAContinuedBlockAreNotDefinedAgain)
+{
     Spectrometer::FullRecord flagged = record();
-    flagged.flags = {flagOf("leak")};
-    output.writeRecordRow(flagged);
-    output.writeRecordRow(flagged);
-    output.closeFiles();
-    output.writeRecordRow(flagged);
+    flagged.flags = {flagOf("leak"), flagOf("two\nlines")};
+    for (int opening = 0; opening < 3; ++opening)
+        PlainFileOutput(settings).writeRecordRow(flagged);
     const QByteArray text = contentOf(path(recordsName));
     EXPECT_EQ(text.count("\n# flag "), 2);
     EXPECT_EQ(headersIn(text), 1);
+
+    // The same id for another text, as others may have chosen it.
+    const QByteArray id = text.mid(text.indexOf("# flag ") + 7, 2);
+    writeFile(path(recordsName), text + "# flag " + id + ": drift\n");
+    flagged.flags.pop_back();
+    PlainFileOutput(settings).writeRecordRow(flagged);
+    EXPECT_EQ(contentOf(path(recordsName)).count(": leak\n"), 2);
+    EXPECT_EQ(rows(path(recordsName)).last().split('!').last().size(), 3);
+}
+
+TEST_F(OutputTest, ContinuedAfterACutAtAnyByteItIsAsNeverCut)
+{
+    settings.passOverHeldRows = true;
+    settings.variants[0].spectra = false;
+    std::vector<Spectrometer::FullRecord> records;
+    for (int i = 0; i < 4; ++i)
+        records.push_back(record(i / 2)); // pairs with the same times and mode
+    records[1].flags = {flagOf("leak"), flagOf("two\nlines")};
+    records[3].flags = {flagOf("drift"), flagOf("leak")};
+    records[3].variables[0] = 1;
+    const auto writeAll = [&](PlainFileOutput &output) {
+        for (const auto &one : records)
+            output.writeRecordRow(one);
+        output.closeFiles();
+        return output.counts();
+    };
+    PlainFileOutput output(settings);
+    EXPECT_EQ(writeAll(output).written, 4);
+    const QByteArray whole = contentOf(path(recordsName));
+    for (int size = 0; size <= whole.size(); ++size) {
+        writeFile(path(recordsName), whole.left(size));
+        PlainFileOutput again(settings);
+        const auto counts = writeAll(again);
+        ASSERT_TRUE(contentOf(path(recordsName)) == whole) << size << contentOf(path(recordsName)).constData();
+        const QByteArray kept = whole.left(whole.left(size).lastIndexOf('\n') + 1);
+        EXPECT_EQ(counts.held, kept.count("\n2019-"));
+        EXPECT_EQ(counts.held + counts.written, 4);
+        EXPECT_EQ(counts.differing, 0);
+    }
+}
+
+TEST_F(OutputTest, HeldRowsThatDifferInValuesOrFlagsAreCounted)
+{
+    PlainFileOutput(settings).writeRecordRow(record());
+    const QByteArray held = contentOf(path(recordsName));
+    settings.passOverHeldRows = true;
+    Spectrometer::FullRecord other = record();
+    const auto expectHeld = [&](int differing) {
+        PlainFileOutput output(settings);
+        EXPECT_EQ(output.writeRecordRow(other), Result::Held);
+        EXPECT_EQ(output.counts().differing, differing);
+        output.closeFiles();
+        EXPECT_EQ(contentOf(path(recordsName)), held) << "a header without rows";
+    };
+    expectHeld(0);
+    metadata->instrumentSettings["id"] = 7; // another header
+    expectHeld(0);
+    other.flags = {flagOf("leak")};
+    expectHeld(1);
+    other.flags.clear();
+    other.variables[0] += 1;
+    expectHeld(1);
+    // A row that lacks fields is none.
+    metadata->instrumentSettings.clear();
+    writeFile(path(recordsName), held.left(held.lastIndexOf('\t', -4)) + '\n');
+    PlainFileOutput output(settings);
+    EXPECT_EQ(output.writeRecordRow(other), Result::Written);
 }
 
 TEST_F(OutputTest, FilesByLocalDayWithSafeNames)
@@ -208,7 +311,7 @@ TEST_F(OutputTest, FullDiskAtTheHeaderLeavesNoFile)
         EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
     }
     EXPECT_FALSE(QFile::exists(path(recordsName)));
-    const QByteArray old = "something of old";
+    const QByteArray old = "something of old\n";
     writeFile(path(recordsName), old);
     {
         FullDisk disk(100);
@@ -221,14 +324,22 @@ TEST_F(OutputTest, FullDiskAtTheHeaderLeavesNoFile)
 
 TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
 {
+    enum { New, Continued, CutOff, CutOffAgain };
     QStringList ends;
-    for (bool continued : {false, true}) {
+    const QString torn = path(recordsName + ".torn");
+    for (int file : {New, Continued, CutOff, CutOffAgain}) {
         for (int nth = 1; nth > 0; ++nth) {
             QFile::remove(path(recordsName));
+            QFile::remove(torn);
             errors.clear();
-            if (continued)
+            if (file != New)
                 PlainFileOutput(settings).writeRecordRow(record());
-            const QByteArray before = contentOf(path(recordsName));
+            const QByteArray before = contentOf(path(recordsName)), end = file >= CutOff ? "2019" : "";
+            const QByteArray tornBefore = file == CutOffAgain ? "old" : "", tornAfter = tornBefore + "\n2019";
+            if (file >= CutOff)
+                writeFile(path(recordsName), before + end);
+            if (file == CutOffAgain)
+                writeFile(torn, tornBefore);
             PlainFileOutput output(settings);
             const char *failed = nullptr;
             {
@@ -245,6 +356,9 @@ TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
             const QByteArray after = contentOf(path(recordsName));
             EXPECT_TRUE(after.startsWith(before));
             EXPECT_EQ(headersIn(after), after.isEmpty() ? 0 : 1);
+            const bool isMoved = !end.isEmpty() && after != before + end;
+            EXPECT_EQ(contentOf(torn), !isMoved ? tornBefore : file == CutOff ? end : tornAfter);
+            EXPECT_EQ(QFile::exists(torn), isMoved || file == CutOffAgain);
             if (failed)
                 ends << QString(lost ? "%1 lost" : "%1").arg(failed);
             else
@@ -252,7 +366,8 @@ TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
         }
     }
     ends.removeDuplicates();
-    EXPECT_EQ(ends, (QStringList{"open lost", "read lost", "write lost", "close lost"}));
+    EXPECT_EQ(ends, (QStringList{"open lost", "read lost", "write lost", "close lost", "pread lost", "fsync lost",
+                                 "ftruncate lost", "close"}));
 }
 
 TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
@@ -270,6 +385,27 @@ TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
     first.closeFiles();
     EXPECT_EQ(second.writeRecordRow(record()), Result::Written);
     EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
+}
+
+TEST_F(OutputTest, RowsOfAFileThatLosesItsNameBeforeTheLockWereLostInSilence)
+{
+    PlainFileOutput(settings).writeRecordRow(record());
+    struct Replacing : FileCalls {
+        Replacing() { setCurrent(this); }
+        ~Replacing() override { setCurrent(nullptr); }
+        int open(const char *path, int flags, mode_t mode) override
+        {
+            const int descriptor = FileCalls::open(path, flags, mode);
+            QFile::remove(QFile::decodeName(path));
+            writeFile(QFile::decodeName(path), "by another\n");
+            return descriptor;
+        }
+    };
+    {
+        const Replacing calls;
+        EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
+    }
+    EXPECT_EQ(contentOf(path(recordsName)), "by another\n");
 }
 
 TEST_F(OutputTest, PlacesThatCannotBeWritten)
