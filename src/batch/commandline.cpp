@@ -97,14 +97,16 @@ void addReadOptions(CLI::App *command, Words &words)
 }
 
 /// The folder to write to, and how.
-void addOutputOptions(CLI::App *command, Words &words, SaveOptions &options, const char *variantHelp)
+void addOutputOptions(CLI::App *command, Words &words, SaveOptions &options, const char *variantHelp,
+                      const char *appendHelp)
 {
     command->add_option("--output", words.outputFolder, "The folder to write to; made if it doesn't exist")
         ->required()
         ->type_name("FOLDER");
     command->add_option("--output-variant", words.outputVariant, variantHelp);
     command->add_flag("--inversion-vars", options.inversionVars, "Write the residuals of the currents beside spectra");
-    command->add_flag("--append", options.append, "Continue files that exist");
+    CLI::Option *const append = command->add_flag("--append", options.append, appendHelp);
+    command->add_flag("--overwrite", options.overwrite, "Replace files that exist, each as a whole")->excludes(append);
 }
 
 void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &options)
@@ -118,7 +120,8 @@ void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &option
         ->expected(1, 1 << 20)
         ->allow_extra_args();
     addOutputOptions(command, words, options.save,
-                     "Variant in the written files' names; else the one read with \"-reinv\" behind it");
+                     "Variant in the written files' names; else the one read with \"-reinv\" behind it",
+                     "Continue files that exist");
     command->add_flag("--records", words.records, "Write full records beside spectra");
     command->add_flag("--only-new", options.onlyNew, "Leave out spectra that were read");
 }
@@ -134,7 +137,7 @@ void addExportOptions(CLI::App *command, Words &words, ExportOptions &options)
     command->add_flag("--overwrite", options.overwrite, "Replace files that exist");
 }
 
-void addRenderOptions(CLI::App *command, Words &words)
+void addRenderOptions(CLI::App *command, Words &words, RenderOptions &options)
 {
     const CLI::Validator moment(
         [](const std::string &text) {
@@ -161,6 +164,7 @@ void addRenderOptions(CLI::App *command, Words &words)
     command->add_option("--scale", words.scale, "2 draws text and lines twice as fine, in twice as many pixels")
         ->capture_default_str()
         ->check(CLI::IsMember({"1", "2"}));
+    command->add_flag("--overwrite", options.overwrite, "Replace the file if it exists");
 }
 
 ReadOptions folderOptions(const Words &words)
@@ -252,7 +256,8 @@ CommandLineParser::State::State(Pictures pictures)
 
     save = app.add_subcommand("save", "Reads day files and writes them anew");
     addReadOptions(save, words);
-    addOutputOptions(save, words, result.save, "Variant in the written files' names; else the one read");
+    addOutputOptions(save, words, result.save, "Variant in the written files' names; else the one read",
+                     "Continue files that exist, with the rows that they don't hold");
     save->add_flag("--no-records", words.noRecords, "Write spectra alone");
 
     reinvert = app.add_subcommand("reinvert", "Inverts the records anew and writes their spectra");
@@ -263,7 +268,7 @@ CommandLineParser::State::State(Pictures pictures)
 
     if (pictures == Pictures::Present) {
         render = app.add_subcommand("render", "Draws the plots of the window as a picture; needs no display");
-        addRenderOptions(render, words);
+        addRenderOptions(render, words, result.render);
     }
 }
 

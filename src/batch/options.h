@@ -31,7 +31,8 @@ struct SaveOptions {
     QString outputVariant;
     bool records = true;
     bool inversionVars = false;
-    bool append = false;
+    bool append = false;    ///< continues files that exist
+    bool overwrite = false; ///< replaces them; not with `append`
 };
 
 struct ReinvertOptions {
@@ -50,11 +51,12 @@ struct ExportOptions {
 struct RenderOptions {
     ReadOptions read; ///< without dates: days outside the span are read too, as the window does
     QString outputFile;
-    QSize size;        ///< logical pixels; empty: the default width, and the height that the stack asks for
-    QString from;      ///< a day or a moment, local at the first record; empty: from the first record on
-    QString to;        ///< likewise; a day is shown to its end
-    QString setupFile; ///< empty: the default stack
-    int scale = 1;     ///< pixels of the file for each logical pixel along an edge
+    QSize size;             ///< logical pixels; empty: the default width, and the height that the stack asks for
+    QString from;           ///< a day or a moment, local at the first record; empty: from the first record on
+    QString to;             ///< likewise; a day is shown to its end
+    QString setupFile;      ///< empty: the default stack
+    int scale = 1;          ///< pixels of the file for each logical pixel along an edge
+    bool overwrite = false; ///< replaces a file that exists
 };
 
 } // namespace Batch

@@ -27,13 +27,17 @@ void Outcome::tellWriting(const Spectrometer::PlainFileOutput::RowCounts &counts
                           const FolderRead &read, const MessageCollector &messages)
 {
     outputLost = outputLost || counts.lost > 0;
-    nothingFound = counts.written == 0 && !outputLost && !interrupted;
+    nothingFound = counts.written == 0 && counts.held == 0 && !outputLost && !interrupted;
     tell(QStringLiteral("%1 rows written to \"%2\"").arg(QString::number(counts.written), folder));
+    if (counts.held > 0)
+        tell(QStringLiteral("%1 rows were passed over, since the files hold them already; %2 of them differ.")
+                 .arg(QString::number(counts.held), QString::number(counts.differing)));
     if (nothingFound)
         tell(QStringLiteral("Nothing to write: the records have none of what is to be saved."));
     if (counts.lost > 0)
         tell(QStringLiteral("%1 rows could not be written.").arg(counts.lost));
     tellReading(read, messages);
+    complaints = complaints || counts.differing > 0;
     if (interrupted)
         tell(QStringLiteral("Stopped: later days were not written."));
 }

@@ -1,8 +1,13 @@
 #include "batch/recordwriting.h"
 
 #include "batch/interrupt.h"
+#include "batch/messagecollector.h"
+#include "batch/outcome.h"
 #include "batch/savetargets.h"
+#include "batch/stagedoutput.h"
 #include "terminal/progressline.h"
+
+#include <QDir>
 
 namespace Batch {
 
@@ -24,7 +29,7 @@ bool writeInOrder(Spectrometer::PlainFileOutput &output, const Datastore &store,
                   const Spectrometer::SpectraSource &spectraOf)
 {
     QString day;
-    return Spectrometer::writeRecords(output, store, jobs, spectraOf, [&](int done) {
+    const bool isComplete = Spectrometer::writeRecords(output, store, jobs, spectraOf, [&](int done) {
         if (done == store.size())
             return true;
         const QString thisDay = dayText(*store.at(done));
@@ -38,6 +43,25 @@ bool writeInOrder(Spectrometer::PlainFileOutput &output, const Datastore &store,
                 done / double(store.size()));
         return true;
     });
+    output.closeFiles();
+    ProgressLine::clear();
+    return isComplete;
+}
+
+Spectrometer::PlainFileOutput::RowCounts moveOut(StagedOutput &staged, const QString &folder,
+                                                 const Spectrometer::PlainFileOutput &output, Outcome &outcome)
+{
+    const auto counts = output.counts();
+    qint64 standing = 0;
+    if (counts.lost > 0) {
+        tell(QStringLiteral("\"%1\" is left as it was, since rows are missing.").arg(folder));
+    } else {
+        const StagedOutput::Moved moved = staged.moveOut();
+        outcome.outputLost = !moved.complete;
+        for (const QString &name : moved.names)
+            standing += output.rowsOfClosedFiles().value(QDir(staged.path()).filePath(name));
+    }
+    return {standing, counts.written + counts.lost - standing};
 }
 
 } // namespace Batch

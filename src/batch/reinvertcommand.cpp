@@ -11,10 +11,7 @@
 #include "spectra/inverterchoice.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/orderedinversion.h"
-#include "terminal/progressline.h"
 
-#include <QDir>
-#include <QHash>
 #include <QSet>
 
 namespace Batch {
@@ -103,42 +100,14 @@ private:
     SpectMath::SpectrumPointerList m_spectra;
 };
 
-/// What was written into the folder to work in.
-struct Written {
-    bool complete; ///< not interrupted
-    PlainFileOutput::RowCounts counts;
-    QHash<QString, qint64> rows; ///< by path
-};
-
-Written invertAndWrite(const ReinvertOptions &options, const FileReader &reader, const InverterList &inverters,
-                       const Selection &selection, const QString &folder)
+/// False if it was interrupted.
+bool invertAndWrite(const ReinvertOptions &options, const FileReader &reader, const InverterList &inverters,
+                    const Selection &selection, PlainFileOutput &output)
 {
-    PlainFileOutput::Settings settings = outputSettings(options.save, reader, selection.byMode);
-    settings.folder = folder;
-    PlainFileOutput output(settings);
     MergedSpectra spectra(reader, inverters, selection, options.save.read.jobs);
-    const bool complete = writeInOrder(
+    return writeInOrder(
         output, *reader.datastore(), options.save.read.jobs, QStringLiteral("Inverting"),
         [&spectra](const Record &record) -> const SpectMath::SpectrumPointerList & { return spectra.next(record); });
-    output.closeFiles();
-    ProgressLine::clear();
-    return {complete, output.counts(), output.rowsOfClosedFiles()};
-}
-
-/// Puts the files into their folder, unless rows of them are missing, and makes the counts those of what stands there.
-void moveOut(StagedOutput &staged, const QString &folder, Written &written, Outcome &outcome)
-{
-    const qint64 all = written.counts.written + written.counts.lost;
-    qint64 standing = 0;
-    if (written.counts.lost > 0) {
-        tell(QStringLiteral("\"%1\" is left as it was, since rows are missing.").arg(folder));
-    } else {
-        const StagedOutput::Moved moved = staged.moveOut();
-        outcome.outputLost = !moved.complete;
-        for (const QString &name : moved.names)
-            standing += written.rows.value(QDir(staged.path()).filePath(name));
-    }
-    written.counts = {standing, all - standing};
 }
 
 Outcome reinvert(const ReinvertOptions &options, const MessageCollector &messages)
@@ -176,15 +145,19 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
 
     StagedOutput staged(save.outputFolder);
     Outcome outcome;
-    outcome.outputLost = !staged.isValid() || !staged.bringIn(targets);
+    outcome.outputLost = !staged.isValid() || (save.append && !staged.bringIn(targets));
     if (outcome.outputLost)
         return outcome;
-    Written written = invertAndWrite(options, *read.reader, inverters, selection, staged.path());
-    outcome.interrupted = !written.complete;
-    moveOut(staged, save.outputFolder, written, outcome);
+    if (save.overwrite)
+        staged.replace(targets);
+    PlainFileOutput::Settings settings = outputSettings(save, *read.reader, selection.byMode);
+    settings.folder = staged.path();
+    PlainFileOutput output(settings);
+    outcome.interrupted = !invertAndWrite(options, *read.reader, inverters, selection, output);
+    const PlainFileOutput::RowCounts counts = moveOut(staged, save.outputFolder, output, outcome);
     if (!options.onlyNew)
         Spectrometer::warnOfSpectraWithoutMode(*read.reader->datastore());
-    outcome.tellWriting(written.counts, save.outputFolder, read, messages);
+    outcome.tellWriting(counts, save.outputFolder, read, messages);
     return outcome;
 }
 

@@ -6,14 +6,42 @@
 #include "batch/outputfolder.h"
 #include "batch/recordwriting.h"
 #include "batch/savetargets.h"
+#include "batch/stagedoutput.h"
 #include "datafiles/reading/datafinder.h"
-#include "terminal/progressline.h"
+
+#include <memory>
 
 namespace Batch {
 
 namespace {
 
 using Spectrometer::PlainFileOutput;
+
+/// Writes into the folder itself, where a later run can continue what this one leaves, or, to replace files, aside.
+Outcome write(const SaveOptions &options, const FolderRead &read, const SpectraByMode &spectra,
+              const QStringList &targets, const MessageCollector &messages)
+{
+    PlainFileOutput::Settings settings = outputSettings(options, *read.reader, spectra);
+    settings.passOverHeldRows = options.append;
+    Outcome outcome;
+    std::unique_ptr<StagedOutput> staged;
+    if (options.overwrite) {
+        staged = std::make_unique<StagedOutput>(options.outputFolder);
+        outcome.outputLost = !staged->isValid();
+        if (outcome.outputLost)
+            return outcome;
+        staged->replace(targets);
+        settings.folder = staged->path();
+    }
+    PlainFileOutput output(settings);
+    outcome.interrupted =
+        !writeInOrder(output, *read.reader->datastore(), options.read.jobs, QStringLiteral("Writing"),
+                      [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
+    const auto counts = staged ? moveOut(*staged, options.outputFolder, output, outcome) : output.counts();
+    Spectrometer::warnOfSpectraWithoutMode(*read.reader->datastore());
+    outcome.tellWriting(counts, options.outputFolder, read, messages);
+    return outcome;
+}
 
 Outcome save(const SaveOptions &options, const MessageCollector &messages)
 {
@@ -25,7 +53,8 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
         reason = refusal(options, inputs, expectedTargets(options, inputs));
     if (!reason.isEmpty())
         return refused(reason);
-    reason = unwritableFolder(options.outputFolder);
+    reason =
+        options.overwrite ? StagedOutput::obstacleTo(options.outputFolder) : unwritableFolder(options.outputFolder);
     if (!reason.isEmpty())
         return outputLost(reason);
 
@@ -36,20 +65,9 @@ Outcome save(const SaveOptions &options, const MessageCollector &messages)
         return nothing(QStringLiteral("Nothing found"));
     // Rows may begin on other days, and belong to other modes, than the names of their files tell.
     const SpectraByMode spectra = spectraByMode(*read.reader);
-    reason = refusal(options, inputs, targetsOf(options, *read.reader, spectra));
-    if (!reason.isEmpty())
-        return refused(reason);
-
-    PlainFileOutput output(outputSettings(options, *read.reader, spectra));
-    Outcome outcome;
-    outcome.interrupted =
-        !writeInOrder(output, *read.reader->datastore(), options.read.jobs, QStringLiteral("Writing"),
-                      [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
-    output.closeFiles();
-    ProgressLine::clear();
-    Spectrometer::warnOfSpectraWithoutMode(*read.reader->datastore());
-    outcome.tellWriting(output.counts(), options.outputFolder, read, messages);
-    return outcome;
+    const QStringList targets = targetsOf(options, *read.reader, spectra);
+    reason = refusal(options, inputs, targets);
+    return reason.isEmpty() ? write(options, read, spectra, targets, messages) : refused(reason);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "util/timeformat.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QRegExp>
 #include <QSet>
 
@@ -106,10 +107,12 @@ QString refusal(const SaveOptions &options, const QStringList &inputs, const QSt
         if (inputIds.contains(*id))
             return QStringLiteral("\"%1\" is one of the files to read. Give another --output or --output-variant.")
                 .arg(path);
-        if (!options.append)
-            return QStringLiteral(
-                       "\"%1\" exists. Use --append to continue files, or give another --output or --output-variant.")
+        if (!options.append && !options.overwrite)
+            return QStringLiteral("\"%1\" exists. Use --append to continue files or --overwrite to replace them, or "
+                                  "give another --output or --output-variant.")
                 .arg(path);
+        if (options.overwrite && !QFileInfo(path).isFile())
+            return QStringLiteral("\"%1\" can't be replaced, since it isn't a file.").arg(path);
     }
     return QString();
 }

@@ -2,7 +2,9 @@
 
 #include "batch/messagecollector.h"
 #include "batch/outputfolder.h"
+#include "datafiles/writing/torntail.h"
 #include "util/filereplacement.h"
+#include "util/lockedfile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -47,33 +49,55 @@ QString StagedOutput::target(const QString &name) const
     return QDir(m_folder).filePath(name);
 }
 
+void StagedOutput::noteState(const QString &name)
+{
+    const QFileInfo file(target(name));
+    if (file.exists())
+        m_existing.insert(name, {file.size(), file.lastModified()});
+}
+
 bool StagedOutput::bringIn(const QStringList &names)
 {
-    for (const QString &name : names) {
-        const QFileInfo file(target(name));
-        if (!file.exists())
+    QStringList all = names;
+    for (const QString &name : names)
+        all << TornTail::fileFor(name);
+    for (const QString &name : qAsConst(all)) {
+        noteState(name);
+        if (!m_existing.contains(name))
             continue;
-        m_broughtIn.insert(name, {file.size(), file.lastModified()});
-        const QString reason = copyFile(file.filePath(), m_staging->filePath(name), ExistingFile::Kept);
+        const QString reason = copyFile(target(name), m_staging->filePath(name), ExistingFile::Kept);
         if (reason.isNull())
             continue;
-        tell(QStringLiteral("\"%1\" could not be copied: %2").arg(file.filePath(), reason));
+        tell(QStringLiteral("\"%1\" could not be copied: %2").arg(target(name), reason));
         return false;
     }
     return true;
 }
 
+void StagedOutput::replace(const QStringList &names)
+{
+    for (const QString &name : names)
+        noteState(name);
+}
+
 bool StagedOutput::isUntouched(const QString &name) const
 {
     const QFileInfo file(target(name));
-    const auto before = m_broughtIn.constFind(name);
-    if (before == m_broughtIn.constEnd())
+    const auto before = m_existing.constFind(name);
+    if (before == m_existing.constEnd())
         return !file.exists();
     return file.exists() && file.size() == before->size && file.lastModified() == before->modified;
 }
 
-QString StagedOutput::faultOf(const QString &name) const
+QString StagedOutput::faultOf(const QString &name)
 {
+    if (m_existing.contains(name) && QFileInfo::exists(target(name))) {
+        m_locked.push_back(std::make_unique<LockedFile>(target(name)));
+        if (!m_locked.back()->open(QIODevice::ReadWrite))
+            return m_locked.back()->errorString();
+        if (!m_locked.back()->lock(LockedFile::WriteLock, false))
+            return QStringLiteral("another program is writing it");
+    }
     return isUntouched(name) ? syncFile(m_staging->filePath(name))
                              : QStringLiteral("it was written by others in the meantime");
 }
@@ -81,7 +105,7 @@ QString StagedOutput::faultOf(const QString &name) const
 void StagedOutput::takeBack(QStringList *names) const
 {
     const auto takesBack = [this](const QString &name) {
-        return !m_broughtIn.contains(name) &&
+        return !m_existing.contains(name) &&
                moveFile(target(name), m_staging->filePath(name), ExistingFile::Kept).isNull();
     };
     names->erase(std::remove_if(names->begin(), names->end(), takesBack), names->end());
@@ -90,9 +114,12 @@ void StagedOutput::takeBack(QStringList *names) const
 StagedOutput::Moved StagedOutput::moveOut()
 {
     Moved moved;
-    const QStringList names = QDir(m_staging->path()).entryList(QDir::Files, QDir::Name);
+    QStringList names = QDir(m_staging->path()).entryList(QDir::Files, QDir::Name);
+    // What was cut off has to stand before the file that lacks it does.
+    std::stable_partition(names.begin(), names.end(),
+                          [](const QString &name) { return name.endsWith(TornTail::fileFor(QString())); });
     const auto move = [&](const QString &name) {
-        const auto existing = m_broughtIn.contains(name) ? ExistingFile::Replaced : ExistingFile::Kept;
+        const auto existing = m_existing.contains(name) ? ExistingFile::Replaced : ExistingFile::Kept;
         return moveFile(m_staging->filePath(name), target(name), existing);
     };
     for (const QString &name : names) {
@@ -105,8 +132,10 @@ StagedOutput::Moved StagedOutput::moveOut()
     if (!folderFault.isEmpty())
         tell(folderFault);
     moved.complete = moved.complete && folderFault.isEmpty();
-    if (!moved.complete)
+    if (!moved.complete) {
+        m_locked.clear();
         return moved;
+    }
 
     for (const QString &name : names) {
         const QString reason = move(name);
@@ -119,6 +148,7 @@ StagedOutput::Moved StagedOutput::moveOut()
         moved.complete = false;
         break;
     }
+    m_locked.clear();
     const QString reason = syncFolder(m_folder);
     if (!reason.isNull())
         tell(QStringLiteral("The files in \"%1\" might be lost in a power failure: %2").arg(m_folder, reason));

@@ -7,6 +7,9 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <vector>
+
+class LockedFile;
 
 namespace Batch {
 
@@ -32,12 +35,15 @@ public:
     /// Where to write.
     QString path() const { return m_staging->path(); }
 
-    /// Brings the target files that exist to the temporary folder, to be continued there. Faults are told.
+    /// Brings the target files that exist to the temporary folder, to be continued there, with what was cut off of them
+    /// before. Faults are told.
     bool bringIn(const QStringList &names);
-    /// Moves all files to their folder, which is made, in place of those that were brought in. Nothing is moved if one
-    /// file can't be, as far as that can be seen beforehand: it isn't on the disk, or its target came into being, or
-    /// was changed, in the meantime. If a move fails, those files are taken back that took no other's place. Faults are
-    /// told.
+    /// Lets files take the places of these target files.
+    void replace(const QStringList &names);
+    /// Moves all files to their folder, which is made, in place of those that were brought in or are to be replaced.
+    /// Nothing is moved if one file can't be, as far as that can be seen beforehand: it isn't on the disk, or its
+    /// target came into being, or was changed, in the meantime, or is locked by a writer. If a move fails, those files
+    /// are taken back that took no other's place. Faults are told.
     Moved moveOut();
 
 private:
@@ -47,14 +53,16 @@ private:
     };
 
     bool isUntouched(const QString &name) const;
-    /// The reason why the file can't be moved; null if there is none.
-    QString faultOf(const QString &name) const;
+    void noteState(const QString &name);
+    /// The reason why the file can't be moved; null if there is none, and then nobody writes its target.
+    QString faultOf(const QString &name);
     void takeBack(QStringList *names) const;
     QString target(const QString &name) const;
 
     QString m_folder; ///< absolute, without links
     std::unique_ptr<QTemporaryDir> m_staging;
-    QHash<QString, State> m_broughtIn;
+    QHash<QString, State> m_existing;                  ///< targets that may be replaced
+    std::vector<std::unique_ptr<LockedFile>> m_locked; ///< of them, those whose turn has come
 };
 
 } // namespace Batch

@@ -6,6 +6,7 @@
 #include "batch/savecommand.h"
 #include "batch/summarytext.h"
 #include "support/demodata.h"
+#include "util/lockedfile.h"
 
 #include <nlohmann/json.hpp>
 
@@ -176,7 +177,10 @@ TEST_F(DayFolder, EveryWayOfEndingHasItsStatus)
           "ignored\n" + recordsHeader() +
               "2019-09-12 12:00:00\t2019-09-12 12:01:00\tions\t1\t2\t1\t1\t1\t1\t1\t1\t1\t\n");
     write("file", "");
+    QDir().mkpath(path("folder/20190912-block.records"));
+    write("other/20190912-block.records", contentOf("in/20190912-block.records").replace("\t20.5\t\n", "\t20.25\t\n"));
     expectEndings("save.txt");
+    EXPECT_EQ(contentOf("new/20190912-block.records").count("\n2019-"), 3);
 }
 
 TEST_F(DayFolder, AFileThatIsReadIsNeverWrittenUnderAnyName)
@@ -235,25 +239,89 @@ TEST_F(DayFolder, AFileCallThatFailsInASaveIsToldWithItsStatus)
     Batch::SaveOptions options;
     options.read.folder = path("in");
     options.read.variant = options.outputVariant = "block";
-    options.outputFolder = path("before");
+    options.outputFolder = path("whole");
     ASSERT_EQ(Batch::runSave(options), 0);
     options.outputFolder = path("out");
-    for (bool append : {false, true}) {
-        options.append = append;
+    const auto sortedLines = [this](const QString &name) {
+        QByteArrayList lines = contentOf(name).split('\n');
+        std::sort(lines.begin(), lines.end());
+        return lines;
+    };
+    enum { New, Append, Overwrite };
+    for (int way : {New, Append, Overwrite}) {
+        options.append = way == Append;
+        options.overwrite = way == Overwrite;
+        QMap<QString, QByteArray> before;
+        for (const QString &name : way == New ? QStringList() : names("whole")) {
+            const QByteArray whole = contentOf("whole/" + name);
+            before[name] = way == Append ? whole.left(whole.lastIndexOf('\n', -2) + 1) : "# Quilvane of old\n";
+        }
         const auto run = [&] {
             QDir(path("out")).removeRecursively();
-            for (const QString &name : append ? names("before") : QStringList())
-                write("out/" + name, contentOf("before/" + name));
+            for (auto file = before.cbegin(); file != before.cend(); ++file)
+                write("out/" + file.key(), *file);
             return Batch::runSave(options);
         };
         const auto check = [&](int status, const QByteArray &words) {
-            EXPECT_EQ(words.contains("5 rows written"), status == 0);
-            for (const QString &name : names("out"))
-                EXPECT_EQ(contentOf("out/" + name).count("# Quilvane"), 1) << qPrintable(name);
+            const bool stands = status == 0 || words.contains("The files in \"");
+            EXPECT_EQ(words.contains("5 rows written"), stands && way != Append);
+            if (way == Append && stands) {
+                EXPECT_TRUE(words.contains("\n3 rows were passed over, since the files hold them already; 0 of them"));
+            }
+            for (const QString &name : names("out")) {
+                const QByteArray content = contentOf("out/" + name), whole = contentOf("whole/" + name);
+                EXPECT_EQ(content.count("# Quilvane"), 1) << qPrintable(name);
+                EXPECT_TRUE(content == whole || (!stands && content.startsWith(before.value(name))))
+                    << qPrintable(name);
+                EXPECT_TRUE(content == whole || way != Overwrite || content == before.value(name)) << qPrintable(name);
+            }
+            EXPECT_TRUE(QDir(path()).entryList({"*unfinished*"}).isEmpty());
+            Batch::SaveOptions again = options;
+            again.append = way != Overwrite;
+            EXPECT_EQ(Batch::runSave(again), 0);
+            for (const QString &name : names("whole")) // whose rows may stand in another order now
+                EXPECT_EQ(sortedLines("out/" + name), sortedLines("whole/" + name)) << qPrintable(name);
         };
         QStringList ends{"close 0", "close 1", "open 1", "read 1", "unlink 0", "write 1"};
+        if (way == Overwrite)
+            ends << "fsync 1"
+                 << "rename 1";
+        ends.sort();
         EXPECT_EQ(endsOfFailingRuns(run, check), ends);
     }
+}
+
+TEST_F(DayFolder, AFileThatIsBeingWrittenIsNotReplaced)
+{
+    writeDay("in");
+    writeDay("out");
+    const QByteArray before = contentOf("out/20190912-block.records");
+    LockedFile writer(path("out/20190912-block.records"));
+    ASSERT_TRUE(writer.open(QIODevice::ReadWrite) && writer.lock(LockedFile::WriteLock, false));
+    const QStringList arguments{"save", "{}/in", "--variant", "block", "--output", "{}/out", "--overwrite"};
+    const Ended ended = run(arguments);
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_TRUE(ended.errors.contains("another program is writing it")) << ended.errors.constData();
+    EXPECT_EQ(contentOf("out/20190912-block.records"), before);
+    writer.close();
+    EXPECT_EQ(run(arguments).code, 0);
+}
+
+TEST_F(DayFolder, WhatIsCutOffOfAContinuedFileIsToldAndKept)
+{
+    writeDay("in");
+    const QStringList arguments{"save", "{}/in", "--variant", "block", "--output", "{}/out", "--append"};
+    EXPECT_EQ(run(arguments).code, 0);
+    const QByteArray whole = contentOf("out/20190912-block.records");
+    write("out/20190912-block.records", whole.chopped(5));
+    const Ended ended = run(arguments);
+    EXPECT_EQ(ended.code, 3);
+    EXPECT_TRUE(ended.errors.contains("moved to '20190912-block.records.torn'")) << ended.errors.constData();
+    EXPECT_EQ(contentOf("out/20190912-block.records"), whole);
+    EXPECT_EQ(names("out").size(), 3);
+    EXPECT_EQ(run({"save", "{}/out", "--variant", "block", "--output", "{}/again"}).code, 0)
+        << "read with the day files";
+    EXPECT_EQ(names("again").size(), 2);
 }
 
 TEST_F(DayFolder, NamesOfFoldersAreTakenAsBytesUnderThePlainLocale)

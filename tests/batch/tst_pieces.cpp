@@ -85,6 +85,36 @@ TEST_F(Pieces, OfRunsThatWereStoppedAreWholeDays)
     EXPECT_GT(left, 0);
 }
 
+TEST_F(Pieces, OfARunThatWasKilledAgainAndAgainAreAsOfOneThatWasNot)
+{
+    const QStringList common{"save", path("demo"), "--variant", "block", "--append", "--output"};
+    ASSERT_EQ(run(common + QStringList{"{}/whole"}).code, 0);
+    const auto bytesIn = [this](const QString &folder) {
+        qint64 bytes = 0;
+        for (const QString &name : names(folder))
+            bytes += QFileInfo(path(folder + '/' + name)).size();
+        return bytes;
+    };
+    const qint64 all = bytesIn("whole");
+    int kills = 0;
+    for (int part = 1; part < 10; ++part) {
+        QProcess process;
+        process.start(QStringLiteral(BATCH_PROGRAM), common + QStringList{path("pieces")});
+        while (process.state() != QProcess::NotRunning && bytesIn("pieces") < all * part / 10)
+            process.waitForFinished(1);
+        process.kill();
+        process.waitForFinished();
+        kills += process.exitStatus() == QProcess::CrashExit;
+    }
+    EXPECT_GT(kills, 0);
+    const Ended ended = run(common + QStringList{"{}/pieces"});
+    EXPECT_TRUE(ended.errors.contains(" rows were passed over, since the files hold them already; 0 of them differ."))
+        << ended.errors.constData();
+    for (const QString &name : names("pieces").filter(".torn"))
+        QFile::remove(path("pieces/" + name));
+    expectEqual();
+}
+
 TEST_F(Pieces, CanNotShareOneTable)
 {
     write("s.exportsetup", contentOf("s.exportsetup").replace("file_name_add_date: true, ", ""));

@@ -8,6 +8,7 @@
 #include "batch/render/offscreen.h"
 #include "batch/render/stackpicture.h"
 #include "datafiles/reading/datafinder.h"
+#include "util/fileid.h"
 #include "util/filereplacement.h"
 #include "windowsetup/setupfile.h"
 #include "windowsetup/setupkeys.h"
@@ -15,6 +16,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace Batch {
 
@@ -40,11 +43,11 @@ bool readSetup(const QString &path, QVariant *views, QString *fault)
 }
 
 /// False with words: no file, or a whole one, stands there then.
-bool write(const QByteArray &content, const QString &path)
+bool write(const QByteArray &content, const QString &path, bool overwrite)
 {
     QString reason = makeFolder(QFileInfo(path).absolutePath());
     if (reason.isEmpty())
-        reason = replaceFile(path, content, ExistingFile::Kept);
+        reason = replaceFile(path, content, overwrite ? ExistingFile::Replaced : ExistingFile::Kept);
     if (!reason.isEmpty())
         tell(QStringLiteral("\"%1\" could not be written: %2").arg(path, reason));
     return reason.isEmpty();
@@ -72,12 +75,32 @@ Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRe
     if (!fault.isNull())
         return outputLost(fault);
     Outcome outcome;
-    outcome.outputLost = !write(content, options.outputFile);
+    outcome.outputLost = !write(content, options.outputFile, options.overwrite);
     if (!outcome.outputLost)
         tell(QStringLiteral("%1 x %2 pixels written to \"%3\"")
                  .arg(QString::number(size.width()), QString::number(size.height()), options.outputFile));
     outcome.tellReading(read, messages);
     return outcome;
+}
+
+/// The reason why the picture's file may not be written; empty if it may.
+QString refusal(const RenderOptions &options, const QStringList &inputs)
+{
+    const QFileInfo target(options.outputFile);
+    if (!target.exists() && !target.isSymLink())
+        return unusableFolder(target.absolutePath());
+    if (!options.overwrite)
+        return QStringLiteral("\"%1\" exists. Use --overwrite to replace it, or give another name to --output.")
+            .arg(options.outputFile);
+    if (target.exists() && !target.isFile())
+        return QStringLiteral("\"%1\" can't be replaced, since it isn't a file.").arg(options.outputFile);
+    QStringList files{options.setupFile};
+    for (const QString &input : inputs)
+        files << QDir(options.read.folder).filePath(input);
+    const auto id = fileIdOf(options.outputFile);
+    const bool isRead =
+        id && std::any_of(files.begin(), files.end(), [&](const QString &file) { return fileIdOf(file) == id; });
+    return isRead ? QStringLiteral("\"%1\" is one of the files to read.").arg(options.outputFile) : QString();
 }
 
 } // namespace
@@ -87,11 +110,7 @@ Outcome render(const RenderOptions &options, const MessageCollector &messages)
     const QStringList inputs = matchingFiles(options.read);
     if (inputs.isEmpty())
         return nothing(nothingMatchedText(options.read.folder));
-    const QFileInfo target(options.outputFile);
-    if (target.exists() || target.isSymLink())
-        return refused(
-            QStringLiteral("\"%1\" exists. Give another name to --output, or remove it.").arg(options.outputFile));
-    QString fault = unusableFolder(target.absolutePath());
+    QString fault = refusal(options, inputs);
     if (!fault.isEmpty())
         return refused(fault);
     QVariant setup;
@@ -100,7 +119,7 @@ Outcome render(const RenderOptions &options, const MessageCollector &messages)
     fault = Offscreen::fontFault();
     if (!fault.isEmpty())
         return nothing(fault);
-    fault = unwritableFolder(target.absolutePath());
+    fault = unwritableFolder(QFileInfo(options.outputFile).absolutePath());
     if (!fault.isEmpty())
         return outputLost(fault);
 

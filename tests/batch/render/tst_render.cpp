@@ -302,6 +302,7 @@ TEST_F(Render, RefusesWithWords)
     write("broken.windowsetup", "timeseries: [\n");
     write("short.windowsetup", "timeseries: [{type: opmode}]\n");
     ASSERT_EQ(::mkfifo(QFile::encodeName(path("pipe.windowsetup")).constData(), 0600), 0);
+    ASSERT_TRUE(QFile::link(path("demo/20190514-block.records"), path("link.png")));
     expectEndings("render.txt");
     EXPECT_FALSE(QFile::exists(path("new.png")));
     EXPECT_EQ(contentOf("here.png"), "a picture of somebody's");
@@ -368,17 +369,27 @@ TEST_F(Render, AFileCallThatFailsIsToldWithItsStatus)
     options.read.variant = "block";
     options.outputFile = path("new/a.png");
     options.size = {400, 600};
-    const auto run = [&] {
-        QDir(path("new")).removeRecursively();
-        const Batch::MessageCollector messages(true, Batch::MessageCollector::AllButToolkit);
-        return Batch::render(options, messages).exitStatus();
-    };
-    const auto check = [&](int status, const QByteArray &words) {
-        EXPECT_EQ(words.contains("pixels written"), status == 0);
-        EXPECT_EQ(picture("new/a.png").isNull(), status != 0 && !words.contains("might be lost in a power failure"));
-    };
-    EXPECT_EQ(endsOfFailingRuns(run, check),
-              (QStringList{"close 0", "close 1", "fsync 1", "open 1", "renameToFree 1", "unlink 0", "write 1"}));
+    for (const bool overwrite : {false, true}) {
+        options.overwrite = overwrite;
+        const auto run = [&] {
+            QDir(path("new")).removeRecursively();
+            if (overwrite)
+                write("new/a.png", "old");
+            const Batch::MessageCollector messages(true, Batch::MessageCollector::AllButToolkit);
+            return Batch::render(options, messages).exitStatus();
+        };
+        const auto check = [&](int status, const QByteArray &words) {
+            EXPECT_EQ(words.contains("pixels written"), status == 0);
+            const bool isMissing = status != 0 && !words.contains("might be lost in a power failure");
+            EXPECT_EQ(picture("new/a.png").isNull(), isMissing);
+            EXPECT_EQ(contentOf("new/a.png") == "old", isMissing && overwrite);
+        };
+        QStringList ends{"close 0",  "close 1", "fsync 1", "open 1", overwrite ? "rename 1" : "renameToFree 1",
+                         "unlink 0", "write 1"};
+        if (overwrite)
+            ends.insert(2, "fchmod 1");
+        EXPECT_EQ(endsOfFailingRuns(run, check), ends);
+    }
 }
 
 TEST_F(Render, NeedsNoDisplayNorTheUsersDesktopButAFont)
