@@ -1,0 +1,412 @@
+// A library to be preloaded (LD_PRELOAD) into a program that writes files. Its calls on paths below one folder are
+// numbered from 1 on; one of them, or all from one on, can be made to fail, and all can be recorded. Other paths are
+// left alone. The environment tells what to do:
+//
+//   FAULTS_BELOW   the folder, without links
+//   FAULTS_AT      the number of the call
+//   FAULTS_WAY     a number of errno; "short": a write takes half of its bytes; "swallow": a write that isn't done is
+//                  said to be; "careless": one that fails is
+//   FAULTS_EVER    set: the later calls fail as well, those alone that need room where there is no more room
+//   FAULTS_RECORD  the file that gets each call: a line NAME OK INODE SIZE OFFSET PATH PATH with tabs in between, and
+//   behind
+//                  that of a write its bytes and a line feed. OK is 1, or 0 for a call that failed by itself or was let
+//                  fail.
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <string>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int shortWrite = -1;
+constexpr int swallowedWrite = -2;
+constexpr int carelessWrite = -3;
+
+template<typename Function>
+Function *systems(const char *name)
+{
+    return reinterpret_cast<Function *>(::dlsym(RTLD_NEXT, name));
+}
+
+ssize_t writeReally(int descriptor, const void *bytes, std::size_t size)
+{
+    static auto *const call = systems<ssize_t(int, const void *, std::size_t)>("write");
+    return call(descriptor, bytes, size);
+}
+
+int openReally(const char *path, int flags, mode_t mode)
+{
+    static auto *const call = systems<int(const char *, int, ...)>("open");
+    return call(path, flags, mode);
+}
+
+std::string variable(const char *name)
+{
+    const char *text = std::getenv(name);
+    return text ? text : "";
+}
+
+struct Plan {
+    std::string below = variable("FAULTS_BELOW");
+    long at = std::atol(variable("FAULTS_AT").c_str());
+    int way = 0;
+    bool ever = std::getenv("FAULTS_EVER") != nullptr;
+    int record = -1;
+
+    Plan()
+    {
+        const std::string text = variable("FAULTS_WAY");
+        way = text == "short"      ? shortWrite
+              : text == "swallow"  ? swallowedWrite
+              : text == "careless" ? carelessWrite
+                                   : std::atoi(text.c_str());
+        const std::string path = variable("FAULTS_RECORD");
+        if (!path.empty())
+            record = openReally(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+    }
+    /// Whether a call of that name fails where the disk has no more room.
+    static bool needsRoom(const std::string &name)
+    {
+        return name == "create" || name == "write" || name == "fsync" || name == "rename" || name == "link" ||
+               name == "mkdir";
+    }
+    /// Zero, or how the call of that name and number goes wrong.
+    int faultOf(const std::string &name, long number) const
+    {
+        const bool isHit =
+            number == at || (ever && at > 0 && number > at && (needsRoom(name) || (way != ENOSPC && way != EDQUOT)));
+        return isHit ? way : 0;
+    }
+};
+
+const Plan &plan()
+{
+    static const Plan instance;
+    return instance;
+}
+
+/// Absolute; links within it stay.
+std::string absolutePath(int folder, const char *path)
+{
+    if (path[0] == '/')
+        return path;
+    std::array<char, PATH_MAX> text{};
+    if (folder == AT_FDCWD)
+        return ::getcwd(text.data(), text.size()) ? std::string(text.data()) + '/' + path : path;
+    const std::string link = "/proc/self/fd/" + std::to_string(folder);
+    const ssize_t size = ::readlink(link.c_str(), text.data(), text.size() - 1);
+    return size > 0 ? std::string(text.data(), std::size_t(size)) + '/' + path : path;
+}
+
+std::string pathOf(int descriptor)
+{
+    const int error = errno;
+    std::array<char, PATH_MAX> text{};
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    const ssize_t size = ::readlink(link.c_str(), text.data(), text.size() - 1);
+    errno = error;
+    return size > 0 ? std::string(text.data(), std::size_t(size)) : std::string();
+}
+
+bool isBelow(const std::string &path)
+{
+    const std::string &folder = plan().below;
+    return !folder.empty() && path.compare(0, folder.size(), folder) == 0 &&
+           (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+/// One call on a path below the folder.
+class Watched {
+public:
+    Watched(const char *name, std::string path, std::string target = {})
+        : m_name(name), m_path(std::move(path)), m_target(std::move(target)),
+          m_isWatched(isBelow(m_path) || isBelow(m_target)), m_fault(m_isWatched ? plan().faultOf(m_name, ++count) : 0)
+    {
+    }
+
+    /// Zero, or how the call goes wrong.
+    int fault() const { return m_fault; }
+
+    /// Does the call, or lets it fail, and records it.
+    template<typename Call>
+    auto run(Call call)
+    {
+        if (m_fault > 0) {
+            errno = m_fault;
+            return done(decltype(call())(-1));
+        }
+        return done(call());
+    }
+
+    template<typename Result>
+    Result done(Result result, int descriptor = -1, const void *bytes = nullptr, off_t offset = 0)
+    {
+        if (!m_isWatched || plan().record < 0)
+            return result;
+        const int error = errno;
+        struct stat status {};
+        const bool isKnown =
+            (descriptor >= 0 && ::fstat(descriptor, &status) == 0) || ::lstat(m_path.c_str(), &status) == 0;
+        const std::string line = m_name + '\t' + (result >= 0 ? '1' : '0') + '\t' +
+                                 std::to_string(isKnown ? status.st_ino : 0) + '\t' + std::to_string(long(result)) +
+                                 '\t' + std::to_string(long(offset)) + '\t' + m_path + '\t' + m_target + '\n';
+        static std::mutex mutex;
+        const std::lock_guard<std::mutex> lock(mutex);
+        writeReally(plan().record, line.data(), line.size());
+        if (bytes && result >= 0) {
+            writeReally(plan().record, bytes, std::size_t(result));
+            writeReally(plan().record, "\n", 1);
+        }
+        errno = error;
+        return result;
+    }
+
+private:
+    static std::atomic<long> count;
+
+    const std::string m_name;
+    const std::string m_path, m_target;
+    const bool m_isWatched;
+    const int m_fault;
+};
+
+std::atomic<long> Watched::count{0};
+
+template<typename Open>
+int watchedOpen(int folder, const char *path, int flags, Open open)
+{
+    const std::string absolute = absolutePath(folder, path);
+    if (!isBelow(absolute))
+        return open();
+    struct stat status {};
+    const bool isNamed = (flags & O_TMPFILE) != O_TMPFILE;
+    const bool creates = !isNamed || ((flags & O_CREAT) != 0 && ::stat(absolute.c_str(), &status) != 0);
+    Watched call(creates                  ? "create"
+                 : (flags & O_TRUNC) != 0 ? "openempty"
+                                          : "open",
+                 absolute, isNamed ? "" : "nameless");
+    if (call.fault() > 0) {
+        errno = call.fault();
+        return call.done(-1);
+    }
+    const int descriptor = open();
+    return call.done(descriptor, descriptor);
+}
+
+mode_t modeOf(int flags, va_list arguments)
+{
+    return (flags & (O_CREAT | O_TMPFILE)) != 0 ? mode_t(va_arg(arguments, int)) : 0;
+}
+
+template<typename Sync>
+int watchedSync(int descriptor, Sync sync)
+{
+    Watched call("fsync", pathOf(descriptor));
+    if (call.fault() > 0) {
+        errno = call.fault();
+        return call.done(-1, descriptor);
+    }
+    return call.done(sync(descriptor), descriptor);
+}
+
+template<typename Truncate>
+int watchedTruncate(int descriptor, off_t size, Truncate truncate)
+{
+    Watched call("ftruncate", pathOf(descriptor));
+    if (call.fault() > 0) {
+        errno = call.fault();
+        return call.done(-1, descriptor, nullptr, size);
+    }
+    return call.done(truncate(descriptor, size), descriptor, nullptr, size);
+}
+
+} // namespace
+
+// The names and arguments of these functions are the C library's.
+// NOLINTBEGIN
+extern "C" {
+
+int open(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeOf(flags, arguments);
+    va_end(arguments);
+    return watchedOpen(AT_FDCWD, path, flags, [=] { return openReally(path, flags, mode); });
+}
+
+int open64(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeOf(flags, arguments);
+    va_end(arguments);
+    return watchedOpen(AT_FDCWD, path, flags, [=] { return openReally(path, flags, mode); });
+}
+
+int openat(int folder, const char *path, int flags, ...)
+{
+    static auto *const call = systems<int(int, const char *, int, ...)>("openat");
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeOf(flags, arguments);
+    va_end(arguments);
+    return watchedOpen(folder, path, flags, [=] { return call(folder, path, flags, mode); });
+}
+
+int openat64(int folder, const char *path, int flags, ...)
+{
+    static auto *const call = systems<int(int, const char *, int, ...)>("openat64");
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeOf(flags, arguments);
+    va_end(arguments);
+    return watchedOpen(folder, path, flags, [=] { return call(folder, path, flags, mode); });
+}
+
+int __open_2(const char *path, int flags)
+{
+    return watchedOpen(AT_FDCWD, path, flags, [=] { return openReally(path, flags, 0); });
+}
+
+int __open64_2(const char *path, int flags)
+{
+    return watchedOpen(AT_FDCWD, path, flags, [=] { return openReally(path, flags, 0); });
+}
+
+ssize_t read(int descriptor, void *bytes, size_t size)
+{
+    static auto *const call = systems<ssize_t(int, void *, size_t)>("read");
+    Watched watched("read", pathOf(descriptor));
+    return watched.run([=] { return call(descriptor, bytes, size); });
+}
+
+ssize_t write(int descriptor, const void *bytes, size_t size)
+{
+    Watched watched("write", pathOf(descriptor));
+    const int fault = watched.fault();
+    if (fault > 0) {
+        errno = fault;
+        return watched.done(ssize_t(-1), descriptor);
+    }
+    if (fault == swallowedWrite)
+        return watched.done(ssize_t(size), descriptor, bytes, ::lseek(descriptor, 0, SEEK_CUR));
+    const ssize_t written = writeReally(descriptor, bytes, fault == shortWrite ? (size + 1) / 2 : size);
+    if (fault == carelessWrite)
+        return watched.done(ssize_t(size), descriptor);
+    const int error = errno;
+    const off_t end = ::lseek(descriptor, 0, SEEK_CUR);
+    errno = error;
+    return watched.done(written, descriptor, bytes, end - off_t(written));
+}
+
+int fsync(int descriptor)
+{
+    static auto *const call = systems<int(int)>("fsync");
+    return watchedSync(descriptor, call);
+}
+
+int fdatasync(int descriptor)
+{
+    static auto *const call = systems<int(int)>("fdatasync");
+    return watchedSync(descriptor, call);
+}
+
+int ftruncate(int descriptor, off_t size) noexcept
+{
+    static auto *const call = systems<int(int, off_t)>("ftruncate");
+    return watchedTruncate(descriptor, size, call);
+}
+
+int ftruncate64(int descriptor, off64_t size) noexcept
+{
+    static auto *const call = systems<int(int, off64_t)>("ftruncate64");
+    return watchedTruncate(descriptor, size, call);
+}
+
+int fchmod(int descriptor, mode_t mode) noexcept
+{
+    static auto *const call = systems<int(int, mode_t)>("fchmod");
+    Watched watched("fchmod", pathOf(descriptor));
+    return watched.run([=] { return call(descriptor, mode); });
+}
+
+int close(int descriptor)
+{
+    static auto *const call = systems<int(int)>("close");
+    Watched watched("close", pathOf(descriptor));
+    const int closed = call(descriptor); // the descriptor is gone in any case
+    return watched.run([=] { return closed; });
+}
+
+int rename(const char *from, const char *to) noexcept
+{
+    static auto *const call = systems<int(const char *, const char *)>("rename");
+    Watched watched("rename", absolutePath(AT_FDCWD, from), absolutePath(AT_FDCWD, to));
+    return watched.run([=] { return call(from, to); });
+}
+
+int renameat2(int fromFolder, const char *from, int toFolder, const char *to, unsigned int flags) noexcept
+{
+    static auto *const call = systems<int(int, const char *, int, const char *, unsigned int)>("renameat2");
+    Watched watched("rename", absolutePath(fromFolder, from), absolutePath(toFolder, to));
+    return watched.run([=] { return call(fromFolder, from, toFolder, to, flags); });
+}
+
+int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags) noexcept
+{
+    static auto *const call = systems<int(int, const char *, int, const char *, int)>("linkat");
+    Watched watched("link", absolutePath(toFolder, to), from);
+    return watched.run([=] { return call(fromFolder, from, toFolder, to, flags); });
+}
+
+int link(const char *from, const char *to) noexcept
+{
+    static auto *const call = systems<int(const char *, const char *)>("link");
+    Watched watched("link", absolutePath(AT_FDCWD, to), from);
+    return watched.run([=] { return call(from, to); });
+}
+
+int unlink(const char *path) noexcept
+{
+    static auto *const call = systems<int(const char *)>("unlink");
+    Watched watched("unlink", absolutePath(AT_FDCWD, path));
+    return watched.run([=] { return call(path); });
+}
+
+int unlinkat(int folder, const char *path, int flags) noexcept
+{
+    static auto *const call = systems<int(int, const char *, int)>("unlinkat");
+    Watched watched((flags & AT_REMOVEDIR) != 0 ? "rmdir" : "unlink", absolutePath(folder, path));
+    return watched.run([=] { return call(folder, path, flags); });
+}
+
+int mkdir(const char *path, mode_t mode) noexcept
+{
+    static auto *const call = systems<int(const char *, mode_t)>("mkdir");
+    Watched watched("mkdir", absolutePath(AT_FDCWD, path));
+    return watched.run([=] { return call(path, mode); });
+}
+
+int rmdir(const char *path) noexcept
+{
+    static auto *const call = systems<int(const char *)>("rmdir");
+    Watched watched("rmdir", absolutePath(AT_FDCWD, path));
+    return watched.run([=] { return call(path); });
+}
+
+} // extern "C"
+// NOLINTEND

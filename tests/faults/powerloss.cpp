@@ -1,0 +1,219 @@
+// Lets the power fail behind every call by which a file is written, by what a record of the calls says.
+//
+// What the disk holds then: all changes of folders up to one of those since the last fsync of a folder, in their order,
+// as a journal keeps them; and of each file the bytes of its last fsync, with the beginning of what came behind it, or
+// all of it, or nothing. A name given by rename may so be there without the bytes.
+
+#include "faults/lane.h"
+#include "faults/shim.h"
+#include "faults/writers.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace {
+
+using namespace Faults;
+
+constexpr qint64 drawn = 20; // trials with bytes kept by chance, for each of those that keep all or nothing
+
+/// The disk behind some calls.
+class Disk {
+public:
+    Disk(const Contents &before, QString folder) : m_folder(std::move(folder))
+    {
+        for (const auto &[name, bytes] : before) {
+            const quint64 file = ++m_lastFile;
+            m_files[file] = {bytes, bytes};
+            m_names[m_folder + '/' + name] = file;
+        }
+        m_durableNames = m_names;
+    }
+
+    void apply(const Call &call)
+    {
+        if (!call.isDone)
+            return;
+        if (call.name == "create" || call.name == "mkdir") {
+            m_byInode[call.file] = ++m_lastFile;
+            m_files[m_lastFile] = {};
+            if (call.target != "nameless")
+                change(call.path + (call.name == "mkdir" ? "/" : ""), m_lastFile);
+        } else if (call.name == "open" || call.name == "openempty") {
+            m_byInode[call.file] = m_names.count(call.path) != 0 ? m_names[call.path] : 0;
+            if (call.name == "openempty")
+                m_files[m_byInode[call.file]].now.clear();
+        } else if (call.name == "write") {
+            QByteArray &now = m_files[m_byInode[call.file]].now;
+            now.replace(int(call.offset), call.bytes.size(), call.bytes);
+        } else if (call.name == "ftruncate") {
+            m_files[m_byInode[call.file]].now.resize(int(call.offset));
+        } else if (call.name == "fsync") {
+            sync(call);
+        } else if (call.name == "link") {
+            change(call.path, m_byInode[call.file]);
+        } else if (call.name == "rename") {
+            const quint64 file = m_names[call.path];
+            change(call.path, 0, call.target, file);
+        } else if (call.name == "unlink" || call.name == "rmdir") {
+            change(call.path + (call.name == "rmdir" ? "/" : ""), 0);
+        }
+    }
+
+    /// The changes of folders that may be lost: all, or only the later ones.
+    std::size_t openChanges() const { return m_changes.size(); }
+
+    /// What is found after the power has come back, with so many of the open changes. `kept` tells how many of the
+    /// bytes are there that may be lost.
+    Contents afterLoss(std::size_t changes, const std::function<int(int)> &kept) const
+    {
+        auto names = m_durableNames;
+        for (std::size_t i = 0; i < changes; ++i)
+            for (const auto &[name, file] : m_changes[i])
+                names[name] = file;
+        Contents found;
+        for (const auto &[name, file] : names)
+            if (file != 0)
+                found[name.mid(m_folder.size() + 1)] = m_files.at(file).afterLoss(kept);
+        return found;
+    }
+
+private:
+    struct File {
+        QByteArray durable, now;
+
+        QByteArray afterLoss(const std::function<int(int)> &kept) const
+        {
+            // What a file loses at its end, or gets in other places, the journal keeps at once.
+            if (!now.startsWith(durable))
+                return now;
+            return now.left(durable.size() + kept(now.size() - durable.size()));
+        }
+    };
+    using Names = std::map<QString, quint64>; ///< of files; 0 where there is none any more
+
+    void change(const QString &name, quint64 file) { change(name, file, name, file); }
+    void change(const QString &name, quint64 file, const QString &other, quint64 otherFile)
+    {
+        m_names[name] = file;
+        m_names[other] = otherFile;
+        m_changes.push_back({{name, file}, {other, otherFile}});
+    }
+    void sync(const Call &call)
+    {
+        const bool isFolder =
+            call.path == m_folder || (m_names.count(call.path + '/') != 0 && m_names[call.path + '/'] != 0);
+        if (!isFolder) {
+            File &file = m_files[m_byInode[call.file]];
+            file.durable = file.now;
+            return;
+        }
+        m_durableNames = m_names;
+        m_changes.clear();
+    }
+
+    QString m_folder;
+    quint64 m_lastFile = 0;
+    std::map<quint64, File> m_files;
+    std::map<quint64, quint64> m_byInode; ///< inodes are given to others when a file is gone
+    Names m_names, m_durableNames;
+    std::vector<Names> m_changes; ///< since the last fsync of a folder
+};
+
+class PowerLoss {
+public:
+    explicit PowerLoss(const Writer &writer) : m_writer(writer)
+    {
+        const QTemporaryDir folder;
+        m_calls = recordOf(writer, folder.path());
+        m_folder = watchedFolder(folder.path());
+        m_planted = planted();
+    }
+
+    qint64 trials() const { return qint64(m_calls.size() + 1) * (1 + drawn); }
+
+    void run(Trial &trial) const
+    {
+        const std::vector<Call> &calls = trial.isPlanted ? m_planted : m_calls;
+        const auto count = qint64(calls.size()) + 1;
+        const qint64 behind = trial.number % count;
+        Disk disk(m_writer.before, m_folder);
+        for (qint64 i = 0; i < behind; ++i)
+            disk.apply(calls[std::size_t(i)]);
+        const std::vector<std::function<int(int)>> all{[](int) { return 0; }, [](int bytes) { return bytes; }};
+        const std::vector<std::function<int(int)>> some{[&trial](int bytes) { return trial.pick(0, bytes); }};
+        for (std::size_t changes = 0; changes <= disk.openChanges(); ++changes)
+            for (const auto &kept : trial.number < count ? all : some) {
+                const QString fault = faultOf(disk.afterLoss(changes, kept), behind == count - 1);
+                trial.count("disks");
+                if (!fault.isNull())
+                    trial.fail(QString("behind call %1, %2, with %3 changes of folders: %4")
+                                   .arg(QString::number(behind),
+                                        behind > 0 ? calls[std::size_t(behind) - 1].name : "the start",
+                                        QString::number(changes), fault));
+            }
+    }
+
+private:
+    /// The same calls as a careless writer does them: without an fsync; or, where rows are put behind others, each file
+    /// written anew from its beginning.
+    std::vector<Call> planted() const
+    {
+        std::vector<Call> calls;
+        for (Call call : m_calls) {
+            if (call.name == "fsync")
+                continue;
+            if (m_writer.manner == Writer::Appends && call.name == "open")
+                call.name = "openempty";
+            calls.push_back(call);
+        }
+        // What its head tells is known at last to one that makes a new file.
+        if (m_writer.manner == Writer::Appends && m_writer.before.empty()) {
+            const auto head =
+                std::find_if(calls.begin(), calls.end(), [](const Call &call) { return call.name == "write"; });
+            std::rotate(head, head + 1, calls.end());
+        }
+        return calls;
+    }
+
+    QString faultOf(const Contents &found, bool isDone) const
+    {
+        if (m_writer.manner == Writer::Appends)
+            return faultOfRows(found);
+        if (isDone && m_writer.lasts &&
+            !std::includes(found.begin(), found.end(), m_writer.after.begin(), m_writer.after.end()))
+            return "what was said to be done isn't there";
+        return m_writer.faultOf(found, false);
+    }
+
+    /// Null if each file holds the old rows, and a beginning of the new ones.
+    QString faultOfRows(const Contents &found) const
+    {
+        for (const auto &[name, bytes] : m_writer.before)
+            if (found.count(name) == 0 || !found.at(name).startsWith(bytes))
+                return name + " has lost old rows";
+        for (const auto &[name, bytes] : found)
+            if (m_writer.after.count(name) != 0 && !m_writer.after.at(name).startsWith(bytes))
+                return name + " holds something else than rows";
+        return {};
+    }
+
+    const Writer &m_writer;
+    QString m_folder;
+    std::vector<Call> m_calls, m_planted;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    std::vector<Kind> kinds;
+    for (const Writer &writer : writers()) {
+        const auto loss = std::make_shared<PowerLoss>(writer);
+        kinds.push_back({writer.name, loss->trials(), [loss](Trial &trial) { loss->run(trial); }, 500});
+    }
+    return runLane("powerloss", kinds);
+}

@@ -1,0 +1,287 @@
+#include "faults/writers.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <csignal>
+
+#include <sys/resource.h>
+
+namespace Faults {
+
+namespace {
+
+constexpr int longestRun = 120'000; // ms
+constexpr int cutRows = 3;
+
+const QString batch = QStringLiteral(FAULTS_BATCH);
+const QString driver = QStringLiteral(FAULTS_DRIVER);
+
+class LimitedProcess : public QProcess {
+public:
+    qint64 largestFile = -1;
+
+protected:
+    void setupChildProcess() override
+    {
+        if (largestFile < 0)
+            return;
+        const rlimit limit{rlim_t(largestFile), rlim_t(largestFile)};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        std::signal(SIGXFSZ, SIG_DFL); // to ignore it is the program's own affair
+    }
+};
+
+bool isFolder(const QString &name)
+{
+    return name.endsWith('/');
+}
+
+/// Whether the rows behind `old` are some of those of `all`, in their order and whole. A flag is defined above the
+/// first row that has it, which may be a later one.
+bool holdsRows(const QByteArray &bytes, const QByteArray &old, const QByteArray &all)
+{
+    if (!bytes.startsWith(old) || !bytes.endsWith('\n'))
+        return false;
+    const QByteArray definition("# flag ");
+    const QList<QByteArray> rows = all.split('\n');
+    QSet<QByteArray> defined;
+    auto next = rows.begin();
+    for (const QByteArray &row : bytes.split('\n')) {
+        const bool isDefinition = row.startsWith(definition);
+        const QList<QByteArray> flags = row.mid(row.lastIndexOf('\t') + 1).split('!').mid(1);
+        const auto isKnown = [&](const QByteArray &flag) { return row.startsWith('#') || defined.contains(flag); };
+        if (isDefinition)
+            defined.insert(row.mid(definition.size()).split(':').first());
+        else
+            next = std::find(next, rows.end(), row);
+        if (isDefinition ? !rows.contains(row) : next++ == rows.end())
+            return false;
+        if (!std::all_of(flags.begin(), flags.end(), isKnown))
+            return false;
+    }
+    return true;
+}
+
+bool holdsAll(const Contents &found, const Contents &wanted)
+{
+    return std::all_of(wanted.begin(), wanted.end(), [&found](const auto &file) {
+        const auto there = found.find(file.first);
+        return there != found.end() && there->second == file.second;
+    });
+}
+
+Contents withoutLastRows(Contents contents)
+{
+    for (auto &[name, bytes] : contents) {
+        for (int i = 0; i < cutRows && !bytes.isEmpty(); ++i)
+            bytes.truncate(bytes.lastIndexOf('\n', -2) + 1);
+    }
+    return contents;
+}
+
+/// The data that the writers begin from.
+class Stage {
+public:
+    std::vector<Writer> writers()
+    {
+        runProgram({QStringLiteral(FAULTS_DEMO), "--days", "2", "--interval", "3600", path("in")}, {});
+        layDown({{"s.exportsetup", "quilvane_data_export_version: 1\n"
+                                   "general: {file_name_add_date: true, time_zone: local}\n"
+                                   "fields:\n- {type: electrometer}\n"}},
+                m_folder.path());
+        const QStringList common{path("in"), "--variant", "block", "--jobs", "1"};
+        const QStringList save = QStringList{batch, "save"} + common + QStringList{"--output", "{}/out"};
+        const QStringList reinvert =
+            QStringList{batch, "reinvert"} + common +
+            QStringList{"--inverters", path("in/inverters"), "--output", "{}/out", "--records"};
+        const QStringList table = QStringList{batch, "export"} + common +
+                                  QStringList{"--setup", path("s.exportsetup"), "--output", "{}/out/t.txt"};
+        add("rows", Writer::Appends, save, {});
+        add("append", Writer::Appends, save + QStringList{"--append"}, withoutLastRows(m_writers.back().after));
+        add("reinvert", Writer::Replaces, reinvert, {});
+        add("reinvert-append", Writer::Replaces, reinvert + QStringList{"--append"},
+            withoutLastRows(m_writers.back().after));
+        add("export", Writer::Replaces, table + QStringList{"--overwrite"},
+            {{"out/", {}}, {"out/t-20190514.txt", "old"}, {"out/u.txt", "other"}});
+#ifdef FAULTS_RENDER
+        add("picture", Writer::Replaces,
+            QStringList{batch, "render"} + common + QStringList{"--size", "500x400", "--output", "{}/out/p.png"}, {});
+#endif
+        add("comments", Writer::Replaces, {driver, "comments", "{}"},
+            {{"20190912-block.comments",
+              "#Record comments\n2019-09-12 10:00:00.000000+00:00\t2019-09-12 10:01:00.000000+00:00\tions\tolder\n"}});
+        add("layouts", Writer::Replaces, {driver, "layouts", "{}"},
+            {{"a.windowsetup", "version: 2\n"}, {"b.windowsetup", "version: 1\n"}, {"b.windowsetup.bak", "oldest"}});
+        add("settings", Writer::Replaces, {driver, "settings", "{}"},
+            {{"settings.ini", "[General]\nversion=2\nkept=here\n"}});
+        m_writers.back().lasts = false; // but the old or the new ones do
+        return std::move(m_writers);
+    }
+
+private:
+    QString path(const QString &name) const
+    {
+        return m_folder.filePath(name);
+    }
+    void add(const QString &name, Writer::Manner manner, const QStringList &command, const Contents &before)
+    {
+        Writer writer{name, manner, command, before, {}, true};
+        layDown(before, path(name));
+        const Ending ending = writer.run(path(name));
+        writer.after = contentsOf(path(name));
+        if (ending.status != 0 || writer.after == before)
+            qFatal("%s can't write: %d, %s", qPrintable(name), ending.status, ending.words.constData());
+        m_writers.push_back(writer);
+    }
+
+    QTemporaryDir m_folder;
+    std::vector<Writer> m_writers;
+};
+
+} // namespace
+
+Contents contentsOf(const QString &folder)
+{
+    Contents contents;
+    QDirIterator each(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (each.hasNext()) {
+        const QString name = QDir(folder).relativeFilePath(each.next());
+        QFile file(each.filePath());
+        if (each.fileInfo().isDir())
+            contents[name + '/'] = {};
+        else
+            contents[name] = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+    }
+    return contents;
+}
+
+void layDown(const Contents &contents, const QString &folder)
+{
+    QDir().mkpath(folder);
+    for (const auto &[name, bytes] : contents) {
+        QFile file(QDir(folder).filePath(name));
+        const bool isDone = isFolder(name) ? QDir(folder).mkpath(name)
+                                           : file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        if (!isDone)
+            qFatal("%s can't be laid down", qPrintable(file.fileName()));
+    }
+}
+
+Ending runProgram(const QStringList &command, const QStringList &variables, qint64 largestFile)
+{
+    LimitedProcess process;
+    process.largestFile = largestFile;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &variable : variables)
+        environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
+    environment.insert("LC_ALL", "C");
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(command.first(), command.mid(1));
+    Ending ending;
+    const bool isEnded = process.waitForFinished(longestRun);
+    if (!isEnded) {
+        process.kill();
+        process.waitForFinished();
+    }
+    ending.words = process.readAll();
+    if (isEnded && process.exitStatus() == QProcess::NormalExit)
+        ending.status = process.exitCode();
+    return ending;
+}
+
+Ending Writer::run(const QString &folder, const QStringList &variables, qint64 largestFile) const
+{
+    QStringList words = command;
+    return runProgram(words.replaceInStrings("{}", folder), variables, largestFile);
+}
+
+QString Writer::faultOf(const Ending &ending, const Contents &found, bool mayLeave) const
+{
+    static const QRegularExpression complaint(
+        "not (be )?(made|written|copied|lost|saved)|Failed|Unable|[Cc]an't|might be lost");
+    const QString told =
+        QStringLiteral(" (status %1: %2)").arg(QString::number(ending.status), QString::fromUtf8(ending.words));
+    if (ending.status != 1 && !ending.isSuccess())
+        return "No such end" + told;
+    if (ending.isSuccess() && !holdsAll(found, after))
+        return "A success that is none" + told;
+    if (!ending.isSuccess() && !complaint.match(QString::fromUtf8(ending.words)).hasMatch())
+        return "Not a word of the failure" + told;
+    const QString fault = faultOf(found, mayLeave);
+    if (!fault.isNull())
+        return fault + told;
+    for (const auto &[file, bytes] : found)
+        if (!mayLeave && before.count(file) == 0 && after.count(file) == 0)
+            return file + " is left" + told;
+    return {};
+}
+
+QString Writer::faultOf(const Contents &found, bool mayLeave) const
+{
+    const auto in = [](const Contents &contents, const QString &path) {
+        const auto at = contents.find(path);
+        return at == contents.end() ? QByteArray() : at->second;
+    };
+    for (const auto &[file, bytes] : before) {
+        const bool isGone = found.count(file) == 0;
+        if (isGone && !isFolder(file) && in(found, file + ".bak") != bytes)
+            return file + " is gone";
+    }
+    for (const auto &[file, bytes] : found) {
+        if (after.count(file) == 0 || bytes == in(after, file) ||
+            (before.count(file) != 0 && bytes == in(before, file)))
+            continue;
+        const bool isRemains = mayLeave && bytes.isEmpty();
+        if (!isRemains && (manner != Appends || !holdsRows(bytes, in(before, file), in(after, file))))
+            return file + " is neither old nor new";
+    }
+    return {};
+}
+
+bool Writer::isContinuedTwice(const Contents &found) const
+{
+    return name == "reinvert-append" && found != before;
+}
+
+QString Writer::faultOfSecondRun(const QString &folder) const
+{
+    const Contents found = contentsOf(folder);
+    Ending ending = run(folder);
+    if (ending.status == 2) { // for it writes over nothing
+        for (const auto &[file, bytes] : after)
+            if (!isFolder(file))
+                QFile::remove(QDir(folder).filePath(file));
+        ending = run(folder);
+    }
+    const Contents now = contentsOf(folder);
+    const bool isContinued = manner == Appends && !before.empty();
+    const bool holds = std::all_of(after.begin(), after.end(), [&](const auto &wantedFile) {
+        const auto there = now.find(wantedFile.first);
+        if (there == now.end() || !isContinued)
+            return there != now.end() && there->second == wantedFile.second;
+        const QList<QByteArray> rows = there->second.split('\n'), wanted = wantedFile.second.split('\n');
+        return std::all_of(wanted.begin(), wanted.end(), [&](const QByteArray &row) { return rows.contains(row); });
+    });
+    if (!ending.isSuccess() || !holds)
+        return QStringLiteral("A second try failed (status %1: %2)")
+            .arg(QString::number(ending.status), QString::fromUtf8(ending.words));
+    return {};
+}
+
+const std::vector<Writer> &writers()
+{
+    static Stage stage; // the commands name its files
+    static const std::vector<Writer> all = stage.writers();
+    return all;
+}
+
+} // namespace Faults
