@@ -13,6 +13,7 @@
 #include "spectra/spectrum.h"
 #include "util/buildinfo.h"
 #include "util/programlocale.h"
+#include "windowsetup/settingsformat.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -84,7 +85,7 @@ QIcon windowIcon()
 /// The user's choice, or what the system tells.
 QStringList languages()
 {
-    const QSettings settings(applicationSettingsFile(), QSettings::IniFormat);
+    const QSettings settings(applicationSettingsFile(), WindowSetup::settingsFormat());
     const QString chosen = settings.value(QStringLiteral("language")).toString();
     return chosen.isEmpty() ? QLocale::system().uiLanguages() : QStringList{chosen};
 }

@@ -2,6 +2,7 @@
 // with words if one of them can't be written.
 
 #include "datafiles/writing/commentwriting.h"
+#include "windowsetup/settingsformat.h"
 #include "windowsetup/setupfile.h"
 
 #include <QCoreApplication>
@@ -41,7 +42,7 @@ QString writeLayouts(const QDir &folder)
 
 QString writeSettings(const QDir &folder)
 {
-    QSettings settings(folder.filePath("settings.ini"), QSettings::IniFormat);
+    QSettings settings(folder.filePath("settings.ini"), WindowSetup::settingsFormat());
     settings.setValue("version", 3);
     settings.setValue("MainWindow/geometry", QByteArray(500, 'x'));
     settings.sync();

@@ -23,6 +23,7 @@
 #include "gui/morvantide/settingsfile.h"
 #include "gui/morvantide/userguide.h"
 #include "spectra/inverterfiles.h"
+#include "windowsetup/settingsformat.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -68,7 +69,9 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
 
     if (!settingsFile.startsWith(QCoreApplication::applicationDirPath()))
         logger().log(Log::Info, QStringLiteral("Settings are kept in '%1'.").arg(settingsFile));
-    setSettings(std::make_unique<QSettings>(settingsFile, QSettings::IniFormat));
+    setSettings(std::make_unique<QSettings>(settingsFile, WindowSetup::settingsFormat()));
+    if (this->settings()->status() != QSettings::NoError)
+        logger().log(Log::Warning, QStringLiteral("The settings could not be read from '%1'.").arg(settingsFile));
     m_open->setSettings(this->settings());
     const QSize titleBar(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     resize(firstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize() - titleBar));
@@ -134,6 +137,10 @@ void MorvantideMainWindow::storeMainWindowState()
 {
     MainWindowBase::storeMainWindowState();
     m_layouts->storeDocks();
+    settings()->sync();
+    if (settings()->status() != QSettings::NoError)
+        logger().log(Log::Error,
+                     QStringLiteral("The settings could not be saved to '%1'.").arg(settings()->fileName()));
 }
 
 void MorvantideMainWindow::setTitle(bool incomplete)

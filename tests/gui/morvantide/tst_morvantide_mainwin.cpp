@@ -5,7 +5,10 @@
 #include "gui/morvantide/dayfolder.h"
 #include "gui/morvantide/readprogressdialog.h"
 #include "gui/morvantide/windowtest.h"
+#include "support/files.h"
+#include "support/fulldisk.h"
 #include "support/gestures.h"
+#include "support/logcatcher.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -302,6 +305,22 @@ TEST_F(MorvantideMainWindowTest, KeepsItsGeometryAndNothingOfOlderSettings)
     EXPECT_GT(window->width(), 790);
     EXPECT_EQ(settings().allKeys(), (QStringList{"colormapoffered", "version"}))
         << settings().allKeys().join(' ').toStdString();
+}
+
+TEST_F(MorvantideMainWindowTest, SettingsThatAFullDiskRefusesAreToldAndTheOldOnesStay)
+{
+    window->show();
+    window->close();
+    const QByteArray old = ::contentOf(settingsFile());
+    ASSERT_GT(old.size(), 100);
+    window->resize(801, 602);
+    const LogCatcher log;
+    {
+        const FullDisk disk(100);
+        window->close();
+    }
+    EXPECT_EQ(log.complaints(), QStringList{"The settings could not be saved to '" + settingsFile() + "'."});
+    EXPECT_EQ(::contentOf(settingsFile()), old);
 }
 
 TEST_F(MorvantideMainWindowTest, NewSpectrogramsTakeTheChosenMapAndTheSafeOneIsOfferedOnce)

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QSettings>
+
+namespace WindowSetup {
+
+/// The text that QSettings::IniFormat writes and reads, kept safely: what could not be written whole isn't put into the
+/// file's place, which Qt does where the disk is full; and a file isn't written over that could not be read, which Qt
+/// takes for an empty one. In both cases the old file stays and QSettings::status() tells. The bytes are on the disk before
+/// the name is.
+///
+///     QSettings settings(path, WindowSetup::settingsFormat());
+///
+/// All objects for one file have to be of this format, on one thread.
+QSettings::Format settingsFormat();
+
+} // namespace WindowSetup
