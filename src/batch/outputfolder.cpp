@@ -1,5 +1,6 @@
 #include "batch/outputfolder.h"
 
+#include "util/filecalls.h"
 #include "util/filereplacement.h"
 
 #include <QDir>
@@ -55,7 +56,9 @@ QString unwritableFolder(const QString &folder)
     QStringList made;
     QString reason = makeFolderNoting(folder, &made);
     if (reason.isEmpty()) {
-        const FileReplacement trial(QDir(folder).filePath(QStringLiteral(".morvantide-batch")));
+        const QString name = QDir(folder).filePath(QStringLiteral(".morvantide-batch"));
+        FileCalls::current().unlink(QFile::encodeName(name + QStringLiteral(".tmp")).constData()); // of a killed run
+        const FileReplacement trial(name);
         if (!trial.error().isNull())
             reason = QStringLiteral("Files could not be written to the folder \"%1\": %2").arg(folder, trial.error());
     }

@@ -15,7 +15,7 @@ bool isNamedAsData(const QString &path)
     static const QSet<QString> suffixes{"records", "diagnostics", "currents",    "spectra",     "flags",
                                         "rawdata", "comments",    "windowsetup", "inverter",    "sinv",
                                         "invmap",  "sinp",        "zip",         "exportsetup", "sig",
-                                        "log",     "nds",         "conf",        "yaml"};
+                                        "log",     "nds",         "conf",        "yaml",        "torn"};
     return suffixes.contains(QFileInfo(path).suffix().toLower());
 }
 

@@ -314,11 +314,12 @@ TEST_F(DayFolder, WhatIsCutOffOfAContinuedFileIsToldAndKept)
     EXPECT_EQ(run(arguments).code, 0);
     const QByteArray whole = contentOf("out/20190912-block.records");
     write("out/20190912-block.records", whole.chopped(5));
+    write("out/.morvantide-batch.tmp", "");
     const Ended ended = run(arguments);
     EXPECT_EQ(ended.code, 3);
     EXPECT_TRUE(ended.errors.contains("moved to '20190912-block.records.torn'")) << ended.errors.constData();
     EXPECT_EQ(contentOf("out/20190912-block.records"), whole);
-    EXPECT_EQ(names("out").size(), 3);
+    EXPECT_EQ(QDir(path("out")).entryList(QDir::Files | QDir::Hidden).size(), 3);
     EXPECT_EQ(run({"save", "{}/out", "--variant", "block", "--output", "{}/again"}).code, 0)
         << "read with the day files";
     EXPECT_EQ(names("again").size(), 2);

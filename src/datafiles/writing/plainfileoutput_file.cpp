@@ -101,7 +101,8 @@ void OutputFile::openFor(RecordTime localTime)
 {
     m_wantedName = m_pattern;
     const QString name = m_wantedName = nameFor(localTime);
-    if (m_file && name == m_currentName)
+    // Rows that others wrote without a lock may have ended the block, or be cut off.
+    if (m_file && name == m_currentName && ::lseek(m_handle, 0, SEEK_END) == m_end)
         return;
     m_message = m_file ? QStringLiteral("closing \"%2\"\nopening \"%1\"").arg(name, m_currentName)
                        : QStringLiteral("opening \"%1\"").arg(name);
@@ -155,7 +156,8 @@ void OutputFile::checkHeader()
     if (!file.read(FileCalls::current(), m_handle))
         throw FileOutputError(QStringLiteral("Failed to read file \"%1\": %2. Data was lost!")
                                   .arg(m_currentName, qt_error_string(errno)));
-    if (file.soundEnd() < file.size())
+    m_end = file.soundEnd();
+    if (m_end < file.size())
         moveTail(file);
     m_message += matchHeader ? file.match().message() : QStringLiteral("\nwriting header");
     if (matchHeader && file.match().isComplete()) {
@@ -220,6 +222,7 @@ void OutputFile::write(const char *bytes, std::size_t size)
             close(); // the next opening mends the broken line
         throw FileOutputError(QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!").arg(name, reason));
     }
+    m_end = end + off_t(size);
 }
 
 void OutputFile::settle()

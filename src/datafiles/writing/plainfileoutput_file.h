@@ -11,6 +11,8 @@
 #include <functional>
 #include <memory>
 
+#include <sys/types.h>
+
 class LockedFile;
 
 namespace Spectrometer {
@@ -35,9 +37,9 @@ public:
     OutputFile(const QString &pattern, const QList<QByteArray> &header);
     virtual ~OutputFile();
 
-    /// Makes sure that the file of that local time is open and ends in the right header. What was cut off at its end
-    /// while it was written is moved out of it, and told; where that fails the file stays as it is. Throws
-    /// FileOutputError, with no file open then.
+    /// Makes sure that the file of that local time is open and ends in the right header, whatever others have written.
+    /// What was cut off at its end while it was written is moved out of it, and told; where that fails the file stays
+    /// as it is. Throws FileOutputError, with no file open then.
     void openFor(RecordTime localTime);
     /// Appends the bytes, which end in a line feed, as a whole or not at all: after a failed or short write the file is
     /// cut back to where it ended. Throws FileOutputError.
@@ -80,6 +82,7 @@ private:
     QByteArray m_missingHeader; ///< to be written before anything else
     QString m_message;
     int m_handle = -1;
+    off_t m_end = 0;      ///< of the file, by what was read and written
     bool m_isNew = false; ///< there was none before this opening
 
     bool m_onlyDayCodes; ///< the pattern gives one name for all times of a day

@@ -53,12 +53,15 @@ public:
     EndsFile(const EndsFile &) = delete;
     EndsFile &operator=(const EndsFile &) = delete;
 
-    QString open()
+    /// Made, it has the permissions of the other file.
+    QString open(int other)
     {
-        // Without waiting for a pipe's other end.
-        m_descriptor =
-            m_calls.open(QFile::encodeName(m_name).constData(), O_RDWR | O_CREAT | O_APPEND | O_NONBLOCK, 0666);
         struct stat status {};
+        if (::fstat(other, &status) != 0)
+            return systemsWords();
+        // Without waiting for a pipe's other end.
+        m_descriptor = m_calls.open(QFile::encodeName(m_name).constData(), O_RDWR | O_CREAT | O_APPEND | O_NONBLOCK,
+                                    status.st_mode & 0666);
         if (m_descriptor < 0 || ::fstat(m_descriptor, &status) != 0)
             return systemsWords();
         if (!S_ISREG(status.st_mode))
@@ -105,7 +108,7 @@ QString move(int descriptor, const QString &name, off_t begin, off_t end)
 {
     FileCalls &calls = FileCalls::current();
     EndsFile ends(calls, fileFor(name));
-    QString reason = ends.open();
+    QString reason = ends.open(descriptor);
     if (!reason.isNull())
         return reason;
     reason = ends.add(descriptor, begin, end);

@@ -28,7 +28,8 @@ TEST_F(Folder, FilesByVariant)
 {
     touch({"2019-09-12.records", "20190912.records", "2019-09-12-10s.records", "20190912-10s-foo.spectra",
            "20190912-block.flags", "20190912-block.rawdata", "20190912-BLOCK.records", "2019-09-12.sig",
-           "2019-09-12.log", "2019-09-12.ions.nds", "x20190912.records", "20190912.records~"});
+           "2019-09-12.log", "2019-09-12.ions.nds", "x20190912.records", "20190912.records~", "20190912.records.torn",
+           "20190912-block-ions.spectra.torn", "2019-09-12.ions.nds.torn"});
     const struct {
         QVariantMap choice;
         QStringList files;
@@ -38,6 +39,7 @@ TEST_F(Folder, FilesByVariant)
         {{{"variant", "block"}}, {"20190912-block.flags"}},
         {{{"variant", "1?0s"}}, {"2019-09-12-10s.records", "20190912-10s-foo.spectra"}},
         {{{"variant", "("}}, {}},
+        {{{"variant", ".*n"}}, {}},
         {{{"variant", "10s"}, {"legacyFiles", true}}, {"2019-09-12.ions.nds", "2019-09-12.log", "2019-09-12.sig"}},
     };
     for (const auto &c : cases)
@@ -87,7 +89,7 @@ TEST_F(Folder, WhatItHoldsWhenNothingMatched)
 {
     EXPECT_TRUE(nothingMatchedText(folder.path()).endsWith("holds: no day files"));
     touch({"20190912-10s.records", "20190912-10s-a-b.spectra", "20190912-block-ions.spectra", "2019-09-12.records",
-           "2019-09-12-ions.spectra", "2019-09-12.sig", "2019-09-12.log", "notes.txt"});
+           "2019-09-12-ions.spectra", "2019-09-12.sig", "2019-09-12.log", "notes.txt", "20190912-x.records.torn"});
     const FolderContents contents = folderContents(folder.path());
     EXPECT_EQ(contents.variants, QStringList({"10s", "block"}));
     EXPECT_EQ(contents.unmarkedFiles, 2);

@@ -275,6 +275,21 @@ TEST_F(FollowedFile, AHalfRowWaitsForItsRest)
     EXPECT_TRUE(complaints().isEmpty());
 }
 
+TEST_F(FollowedFile, AHalfRowThatIsMovedAwayLeavesTheRowsBehindIt)
+{
+    for (const int more : {0, 1, 3}) { // rows, before it is looked at again
+        write(name, header + row(0));
+        startFollowing();
+        append(name, row(1).left(25));
+        EXPECT_EQ(look(), FolderFollower::Found::nothing);
+        QFile::resize(folder.filePath(name), (header + row(0)).size());
+        for (int i = 0; i < more; ++i)
+            append(name, row(2 + i));
+        EXPECT_EQ(look(), more == 0 ? FolderFollower::Found::contradiction : FolderFollower::Found::nothing);
+        EXPECT_EQ(recordCount(), 1 + more);
+    }
+}
+
 TEST_F(FollowedFile, AskForAnotherReadWhereTheyContradictIt)
 {
     using Change = std::function<void()>;

@@ -387,6 +387,27 @@ TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
     EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
 }
 
+TEST_F(OutputTest, RowsBehindWhatAStrangerAppendedStoodUnderItsHeaderOrInItsHalfRow)
+{
+    PlainFileOutput output(settings);
+    const auto append = [this](const QByteArray &text) {
+        QFile file(path(recordsName));
+        ASSERT_TRUE(file.open(QIODevice::Append) && file.write(text) == text.size());
+    };
+    output.writeRecordRow(record());
+    append("# Quilvane records\n# \nbegin_time\nby another\n");
+    output.writeRecordRow(record(1));
+    append("half");
+    output.writeRecordRow(record(2));
+    output.closeFiles();
+    const QByteArray text = contentOf(path(recordsName));
+    EXPECT_EQ(headersIn(text), 3);
+    EXPECT_EQ(rows(path(recordsName)).size(), 2);
+    EXPECT_EQ(text.count("by another\n"), 1);
+    EXPECT_EQ(contentOf(path(recordsName + ".torn")), "half");
+    EXPECT_EQ(output.rowsOfClosedFiles().value(path(recordsName)), 3);
+}
+
 TEST_F(OutputTest, RowsOfAFileThatLosesItsNameBeforeTheLockWereLostInSilence)
 {
     PlainFileOutput(settings).writeRecordRow(record());
