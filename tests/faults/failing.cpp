@@ -125,7 +125,7 @@ int main(int argc, char **argv)
     for (const Writer &writer : writers()) {
         const auto failing = std::make_shared<FailingWriter>(writer);
         kinds.push_back(
-            {writer.name, walks * failing->failures(), [failing](Trial &trial) { failing->run(trial); }, 5});
+            {writer.name, failing->failures(), [failing](Trial &trial) { failing->run(trial); }, 5, writingPrograms()});
     }
     return runLane("failing", kinds);
 }

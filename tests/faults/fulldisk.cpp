@@ -26,9 +26,9 @@ constexpr int page = 4096;
 
 qint64 sizeOf(const Contents &contents)
 {
-    qint64 size = page;
+    qint64 size = 0;
     for (const auto &[name, bytes] : contents)
-        size += (bytes.size() / page + 2) * page;
+        size += (bytes.size() + page - 1) / page * page;
     return size;
 }
 
@@ -80,7 +80,8 @@ bool mountMemory(const QString &folder, qint64 bytes, int files, unsigned long f
 void writeIntoMemory(Trial &trial)
 {
     const Writer &writer = writers()[std::size_t(trial.pick(0, int(writers().size()) - 1))];
-    const int least = int(sizeOf(writer.before)), most = int(sizeOf(writer.before) + sizeOf(writer.after));
+    const qint64 old = sizeOf(writer.before), grown = writer.manner == Writer::Appends ? old : 0;
+    const int least = int(old) + page, most = int(old + sizeOf(writer.after) - grown) + page;
     const bool isFewFiles = !trial.isPlanted && trial.pick(0, 3) == 0;
     const int bytes = isFewFiles ? most : trial.pick(least, most);
     const int files = isFewFiles ? int(writer.before.size()) + trial.pick(2, 10) : 1000;
@@ -132,9 +133,10 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     std::vector<Kind> kinds;
     for (const Writer &writer : writers())
-        kinds.push_back({writer.name, ofWriter, [&writer](Trial &trial) { writeUnderLimit(trial, writer); }, 30});
+        kinds.push_back({writer.name, ofWriter, [&writer](Trial &trial) { writeUnderLimit(trial, writer); }, 30,
+                         writingPrograms()});
     if (mounts)
-        kinds.push_back({"memory", ofMemory, writeIntoMemory, 30});
+        kinds.push_back({"memory", ofMemory, writeIntoMemory, 30, writingPrograms()});
     else
         std::puts("No file system may be mounted here, so that none that is full was tried");
     return runLane("fulldisk", kinds);

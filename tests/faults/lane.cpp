@@ -32,6 +32,7 @@ struct Standing {
     qint64 next = 0; ///< the number of the next trial
     double seconds = 0;
     QString plantedFoundBy; ///< the program that found the planted fault last
+    QString subject;        ///< of the trials before `next`
     std::map<qint64, QString> findings;
     Tally tally;
 
@@ -48,8 +49,9 @@ struct Standing {
         }
         for (const auto &[trial, text] : findings)
             found[QString::number(trial)] = text;
-        return {{"next", double(next)}, {"seconds", seconds},   {"planted found by", plantedFoundBy},
-                {"counts", counts},     {"measured", measured}, {"findings", found}};
+        return {
+            {"subject", subject}, {"next", double(next)}, {"seconds", seconds}, {"planted found by", plantedFoundBy},
+            {"counts", counts},   {"measured", measured}, {"findings", found}};
     }
     static Standing of(const QJsonObject &json)
     {
@@ -57,6 +59,7 @@ struct Standing {
         standing.next = qint64(json["next"].toDouble());
         standing.seconds = json["seconds"].toDouble();
         standing.plantedFoundBy = json["planted found by"].toString();
+        standing.subject = json["subject"].toString();
         const QJsonObject counts = json["counts"].toObject(), measured = json["measured"].toObject(),
                           found = json["findings"].toObject();
         for (auto i = counts.begin(); i != counts.end(); ++i)
@@ -82,6 +85,12 @@ public:
             const QJsonObject all = QJsonDocument::fromJson(file.readAll()).object();
             for (const Kind &kind : m_kinds)
                 m_standings[kind.name] = Standing::of(all[kind.name].toObject());
+        }
+        for (const Kind &kind : m_kinds) {
+            Standing &now = standing(kind);
+            if (now.subject != kind.subject)
+                now.next = 0;
+            now.subject = kind.subject;
         }
         const QFileInfo program(QCoreApplication::applicationFilePath());
         m_program = program.lastModified().toString(Qt::ISODate) + ' ' + QString::number(program.size());

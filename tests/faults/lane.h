@@ -63,6 +63,7 @@ struct Kind {
     qint64 goal = 0; ///< trials that a long run comes to
     std::function<void(Trial &)> run;
     int plantedTrials = 100; ///< by so many of them the planted fault has to be found
+    QString subject = {};    ///< what is tried, such as the time of its build: the numbers begin anew when it changes
 };
 
 /// The lane's main function: 0 if nothing was found, 1 if something was, 2 for a wrong command line. Needs an

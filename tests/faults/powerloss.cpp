@@ -213,7 +213,8 @@ int main(int argc, char **argv)
     std::vector<Kind> kinds;
     for (const Writer &writer : writers()) {
         const auto loss = std::make_shared<PowerLoss>(writer);
-        kinds.push_back({writer.name, loss->trials(), [loss](Trial &trial) { loss->run(trial); }, 500});
+        kinds.push_back(
+            {writer.name, loss->trials(), [loss](Trial &trial) { loss->run(trial); }, 500, writingPrograms()});
     }
     return runLane("powerloss", kinds);
 }

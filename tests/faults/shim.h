@@ -25,9 +25,6 @@ struct Call {
 /// What the environment needs for the folder's calls to be watched.
 QStringList shimVariables(const QString &folder);
 
-/// How often a lane walks through all that it has to try.
-inline constexpr qint64 walks = 20;
-
 /// The folder in which recordOf() has the calls done.
 QString watchedFolder(const QString &folder);
 /// The calls of an undisturbed run on the writer's folder, which is made here.

@@ -1,8 +1,10 @@
 #include "faults/writers.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
@@ -275,6 +277,14 @@ QString Writer::faultOfSecondRun(const QString &folder) const
         return QStringLiteral("A second try failed (status %1: %2)")
             .arg(QString::number(ending.status), QString::fromUtf8(ending.words));
     return {};
+}
+
+QString writingPrograms()
+{
+    QStringList builds;
+    for (const QString &program : {batch, driver})
+        builds << QFileInfo(program).lastModified().toString(Qt::ISODateWithMs);
+    return builds.join(' ');
 }
 
 const std::vector<Writer> &writers()

@@ -53,6 +53,9 @@ struct Writer {
     QString faultOfSecondRun(const QString &folder) const;
 };
 
+/// Another text for each build of the programs that write.
+QString writingPrograms();
+
 /// All of them. The first call makes their data, which takes some seconds.
 const std::vector<Writer> &writers();
 
