@@ -142,13 +142,12 @@ public:
 
     /// Does the call, or lets it fail, and records it.
     template<typename Call>
-    auto run(Call call)
+    auto run(Call call, int descriptor = -1, off_t offset = 0)
     {
-        if (m_fault > 0) {
-            errno = m_fault;
-            return done(decltype(call())(-1));
-        }
-        return done(call());
+        if (m_fault <= 0)
+            return done(call(), descriptor, nullptr, offset);
+        errno = m_fault;
+        return done(decltype(call())(-1), descriptor, nullptr, offset);
     }
 
     template<typename Result>
@@ -208,34 +207,15 @@ int watchedOpen(int folder, const char *path, int flags, Open open)
 
 mode_t modeOf(int flags, va_list arguments)
 {
-    return (flags & (O_CREAT | O_TMPFILE)) != 0 ? mode_t(va_arg(arguments, int)) : 0;
-}
-
-template<typename Sync>
-int watchedSync(int descriptor, Sync sync)
-{
-    Watched call("fsync", pathOf(descriptor));
-    if (call.fault() > 0) {
-        errno = call.fault();
-        return call.done(-1, descriptor);
-    }
-    return call.done(sync(descriptor), descriptor);
-}
-
-template<typename Truncate>
-int watchedTruncate(int descriptor, off_t size, Truncate truncate)
-{
-    Watched call("ftruncate", pathOf(descriptor));
-    if (call.fault() > 0) {
-        errno = call.fault();
-        return call.done(-1, descriptor, nullptr, size);
-    }
-    return call.done(truncate(descriptor, size), descriptor, nullptr, size);
+    const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+    return creates ? mode_t(va_arg(arguments, int)) : 0;
 }
 
 } // namespace
 
-// The names and arguments of these functions are the C library's.
+// The names and arguments of these functions are the C library's. Sizes have 64 bits under either name.
+static_assert(sizeof(off_t) == sizeof(off64_t));
+
 // NOLINTBEGIN
 extern "C" {
 
@@ -248,14 +228,7 @@ int open(const char *path, int flags, ...)
     return watchedOpen(AT_FDCWD, path, flags, [=] { return openReally(path, flags, mode); });
 }
 
-int open64(const char *path, int flags, ...)
-{
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
-    va_end(arguments);
-    return watchedOpen(AT_FDCWD, path, flags, [=] { return openReally(path, flags, mode); });
-}
+int open64(const char *path, int flags, ...) __attribute__((alias("open")));
 
 int openat(int folder, const char *path, int flags, ...)
 {
@@ -267,25 +240,14 @@ int openat(int folder, const char *path, int flags, ...)
     return watchedOpen(folder, path, flags, [=] { return call(folder, path, flags, mode); });
 }
 
-int openat64(int folder, const char *path, int flags, ...)
-{
-    static auto *const call = systems<int(int, const char *, int, ...)>("openat64");
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
-    va_end(arguments);
-    return watchedOpen(folder, path, flags, [=] { return call(folder, path, flags, mode); });
-}
+int openat64(int folder, const char *path, int flags, ...) __attribute__((alias("openat")));
 
 int __open_2(const char *path, int flags)
 {
     return watchedOpen(AT_FDCWD, path, flags, [=] { return openReally(path, flags, 0); });
 }
 
-int __open64_2(const char *path, int flags)
-{
-    return watchedOpen(AT_FDCWD, path, flags, [=] { return openReally(path, flags, 0); });
-}
+int __open64_2(const char *path, int flags) __attribute__((alias("__open_2")));
 
 ssize_t read(int descriptor, void *bytes, size_t size)
 {
@@ -316,26 +278,25 @@ ssize_t write(int descriptor, const void *bytes, size_t size)
 int fsync(int descriptor)
 {
     static auto *const call = systems<int(int)>("fsync");
-    return watchedSync(descriptor, call);
+    Watched watched("fsync", pathOf(descriptor));
+    return watched.run([=] { return call(descriptor); }, descriptor);
 }
 
 int fdatasync(int descriptor)
 {
     static auto *const call = systems<int(int)>("fdatasync");
-    return watchedSync(descriptor, call);
+    Watched watched("fsync", pathOf(descriptor));
+    return watched.run([=] { return call(descriptor); }, descriptor);
 }
 
 int ftruncate(int descriptor, off_t size) noexcept
 {
     static auto *const call = systems<int(int, off_t)>("ftruncate");
-    return watchedTruncate(descriptor, size, call);
+    Watched watched("ftruncate", pathOf(descriptor));
+    return watched.run([=] { return call(descriptor, size); }, descriptor, size);
 }
 
-int ftruncate64(int descriptor, off64_t size) noexcept
-{
-    static auto *const call = systems<int(int, off64_t)>("ftruncate64");
-    return watchedTruncate(descriptor, size, call);
-}
+int ftruncate64(int descriptor, off64_t size) noexcept __attribute__((alias("ftruncate")));
 
 int fchmod(int descriptor, mode_t mode) noexcept
 {
