@@ -92,6 +92,7 @@ public:
                 now.next = 0;
             now.subject = kind.subject;
         }
+        takeEndedTrial();
         const QFileInfo program(QCoreApplication::applicationFilePath());
         m_program = program.lastModified().toString(Qt::ISODate) + ' ' + QString::number(program.size());
     }
@@ -120,6 +121,7 @@ public:
             }
         }
         save();
+        QFile::remove(runningFile());
         for (const Kind &kind : m_kinds)
             tell(summary(kind));
         return isSound;
@@ -161,6 +163,29 @@ private:
             .arg(QFileInfo(m_stateFile).absoluteDir().filePath(m_name), kind.name, QString::number(number));
     }
 
+    QString runningFile() const { return m_stateFile + ".running"; }
+    /// So that the next run knows the trial, should it end this program.
+    void noteRunning(const Kind &kind, qint64 number) const
+    {
+        QFile file(runningFile());
+        if (file.open(QIODevice::WriteOnly))
+            file.write((QString::number(number) + ' ' + kind.name).toUtf8());
+    }
+    void takeEndedTrial()
+    {
+        QFile file(runningFile());
+        if (!file.open(QIODevice::ReadOnly))
+            return;
+        const QString text = QString::fromUtf8(file.readAll());
+        const qint64 number = text.section(' ', 0, 0).toLongLong();
+        for (const Kind &kind : m_kinds) {
+            if (kind.name != text.section(' ', 1))
+                continue;
+            standing(kind).findings[number] = "The program ended in it";
+            standing(kind).next = std::max(standing(kind).next, number + 1);
+        }
+    }
+
     bool findsPlanted(const Kind &kind)
     {
         if (standing(kind).plantedFoundBy == m_program)
@@ -188,6 +213,7 @@ private:
         for (const auto &[number, text] : known) {
             Tally tally;
             Trial trial(number, false, tally);
+            noteRunning(kind, number);
             kind.run(trial);
             if (trial.failure().isEmpty()) {
                 standing(kind).findings.erase(number);
@@ -206,6 +232,7 @@ private:
         QElapsedTimer timer;
         timer.start();
         Trial trial(number, false, now.tally);
+        noteRunning(kind, number);
         kind.run(trial);
         now.seconds += double(timer.elapsed()) / 1000;
         if (!trial.failure().isEmpty()) {

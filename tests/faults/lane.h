@@ -14,7 +14,7 @@
 /// A lane is a program of this folder that gives its kinds of trials to runLane(). Each kind first has to find a fault
 /// that is planted for it; one that doesn't isn't counted. Then the trials of all kinds run by turns, until the time is
 /// over or the goals are reached. What was counted stands in a file, from which the next run goes on, so that figures
-/// add up.
+/// add up. A trial that ends the program is a finding of the next run.
 namespace Faults {
 
 /// What trials have counted and measured, by name.
