@@ -1,6 +1,7 @@
 #include "batch/commandline.h"
 #include "batch/exportcommand.h"
 #include "batch/interrupt.h"
+#include "batch/outcome.h"
 #include "batch/reinvertcommand.h"
 #ifdef MORVANTIDE_BATCH_RENDER
 #include "batch/render/rendercommand.h"
@@ -28,18 +29,20 @@ int run(const Batch::CommandLine &line, int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);
     setProgramLocale();
-    switch (line.command) {
-    case Batch::CommandLine::Summary:
-        return Batch::runSummary(line.summary);
-    case Batch::CommandLine::Save:
-        return Batch::runSave(line.save);
-    case Batch::CommandLine::Reinvert:
-        return Batch::runReinvert(line.reinvert);
-    case Batch::CommandLine::Export:
-        return Batch::runExport(line.exported);
-    default:
-        return line.exitStatus;
-    }
+    return Batch::runCommand([&line] {
+        switch (line.command) {
+        case Batch::CommandLine::Summary:
+            return Batch::runSummary(line.summary);
+        case Batch::CommandLine::Save:
+            return Batch::runSave(line.save);
+        case Batch::CommandLine::Reinvert:
+            return Batch::runReinvert(line.reinvert);
+        case Batch::CommandLine::Export:
+            return Batch::runExport(line.exported);
+        default:
+            return line.exitStatus;
+        }
+    });
 }
 
 } // namespace
@@ -56,7 +59,7 @@ int main(int argc, char **argv)
     Batch::Interrupt::install();
 #ifdef MORVANTIDE_BATCH_RENDER
     if (line.command == Batch::CommandLine::Render)
-        return Batch::runRender(line.render);
+        return Batch::runCommand([&line] { return Batch::runRender(line.render); });
 #endif
     return run(line, argc, argv);
 }

@@ -3,6 +3,9 @@
 #include "batch/folderread.h"
 #include "batch/messagecollector.h"
 
+#include <cstdio>
+#include <new>
+
 namespace Batch {
 
 int Outcome::exitStatus() const
@@ -72,6 +75,16 @@ Outcome nothing(const QString &reason)
 Outcome outputLost(const QString &reason)
 {
     return ended(&Outcome::outputLost, reason);
+}
+
+int runCommand(const std::function<int()> &command)
+{
+    try {
+        return command();
+    } catch (const std::bad_alloc &) {
+        std::fputs("Not enough memory\n", stderr); // which needs none
+        return ExitStatus::NothingDone;
+    }
 }
 
 } // namespace Batch

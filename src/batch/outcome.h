@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace Batch {
 
 class MessageCollector;
@@ -47,5 +49,11 @@ Outcome refused(const QString &reason);
 Outcome nothing(const QString &reason);
 /// The output can't be written.
 Outcome outputLost(const QString &reason);
+
+// ----
+
+/// Runs a command, the result of which is the exit status. One that runs out of memory has done nothing, or a part,
+/// which is told.
+int runCommand(const std::function<int()> &command);
 
 } // namespace Batch

@@ -6,7 +6,9 @@
 #include <QCoreApplication>
 #include <QScopedValueRollback>
 
+#include <cstdio>
 #include <cstdlib>
+#include <new>
 
 namespace Log {
 
@@ -40,12 +42,17 @@ QString bareFileName(const char *file)
     return path.mid(std::max(path.lastIndexOf(QLatin1Char('/')), path.lastIndexOf(QLatin1Char('\\'))) + 1);
 }
 
-void handleQtMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
+/// Qt calls it in destructors, which no exception may leave.
+void handleQtMessage(QtMsgType type, const QMessageLogContext &context, const QString &message) noexcept
 {
-    const QString source =
-        QStringLiteral("qt.%1:%2:%3")
-            .arg(QString::fromUtf8(context.category), bareFileName(context.file), QString::number(context.line));
-    RootLogger::instance().post({levelOf(type), source, message, QDateTime::currentDateTime()});
+    try {
+        const QString source =
+            QStringLiteral("qt.%1:%2:%3")
+                .arg(QString::fromUtf8(context.category), bareFileName(context.file), QString::number(context.line));
+        RootLogger::instance().post({levelOf(type), source, message, QDateTime::currentDateTime()});
+    } catch (const std::bad_alloc &) {
+        std::fputs("Not enough memory for a message\n", stderr);
+    }
 }
 
 } // namespace

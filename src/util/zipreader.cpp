@@ -6,6 +6,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <memory>
 
 #include <zlib.h>
 
@@ -101,6 +102,7 @@ QByteArray inflateRaw(const QByteArray &compressed, qint64 declaredSize, qint64 
         qWarning("QZip: Z_MEM_ERROR: Not enough memory");
         return {};
     }
+    const std::unique_ptr<z_stream, int (*)(z_streamp)> ended(&stream, inflateEnd); // where memory runs out, too
     stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(compressed.constData()));
     stream.avail_in = uInt(compressed.size());
 
@@ -130,7 +132,6 @@ QByteArray inflateRaw(const QByteArray &compressed, qint64 declaredSize, qint64 
         out.resize(int(std::min<qint64>(qint64(out.size()) * 2, limit)));
     }
     *inflatedBytes += qint64(stream.total_out);
-    inflateEnd(&stream);
     if (failure) {
         qWarning("%s", failure);
         return {};

@@ -10,8 +10,8 @@
 
 /// Reads zip archives, as far as packs of inverter files need it: stored and deflated entries of a single-file archive.
 /// Nothing in the file is believed beyond the bytes that are there: an entry ends where the next local header, the
-/// directory or the file does, whichever size it declares. Inflation is bounded. Never throws; complaints go out as Qt
-/// warnings. The checksum isn't looked at. One reader belongs to one thread.
+/// directory or the file does, whichever size it declares. Inflation is bounded. Complaints go out as Qt warnings, and
+/// nothing is thrown but std::bad_alloc. The checksum isn't looked at. One reader belongs to one thread.
 class QZipReader {
 public:
     struct FileInfo {

@@ -325,6 +325,13 @@ TEST_F(DayFolder, WhatIsCutOffOfAContinuedFileIsToldAndKept)
     EXPECT_EQ(names("again").size(), 2);
 }
 
+TEST_F(DayFolder, ACommandThatRunsOutOfMemoryIsTold)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Batch::runCommand([]() -> int { throw std::bad_alloc(); }), Batch::ExitStatus::NothingDone);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Not enough memory\n");
+}
+
 TEST_F(DayFolder, NamesOfFoldersAreTakenAsBytesUnderThePlainLocale)
 {
     writeDay("in");

@@ -2,6 +2,7 @@
 
 #include "support/files.h"
 #include "support/logcatcher.h"
+#include "support/shortmemory.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -225,6 +226,20 @@ TEST_F(Logging, ThreadsWriteWholeLines)
     for (const QString &name : filesIn(directory.path()))
         rows += contentOf(directory.filePath(name)).count("\tinfo\tinversion\t");
     EXPECT_EQ(rows, 800);
+}
+
+TEST_F(Logging, AQtMessageForWhichThereIsNoMemoryThrowsNothing)
+{
+    if (!ShortMemory::isPossible)
+        GTEST_SKIP() << "the sanitizer has an allocator of its own";
+    Log::installQtMessageHandler();
+    const QtMessageHandler handler = qInstallMessageHandler(nullptr);
+    for (int nth = 1, failures = 0; failures == 0; ++nth) {
+        const QString text = QString::number(nth);
+        ShortMemory::letFail(false, nth, 1);
+        EXPECT_NO_THROW(handler(QtWarningMsg, {}, text));
+        failures = ShortMemory::failures.exchange(0);
+    }
 }
 
 } // namespace

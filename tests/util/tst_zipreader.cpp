@@ -2,6 +2,7 @@
 
 #include "demo/zipwriter.h"
 #include "support/expected.h"
+#include "support/shortmemory.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -94,6 +95,27 @@ TEST_F(ZipReading, ABombStopsAtItsBound)
     EXPECT_EQ(inflationLimit(0), 16 << 20);
     EXPECT_EQ(inflationLimit(qint64(1) << 40), 64 << 20);
     EXPECT_EQ(inflationLimit(20 << 20), 20 << 20);
+}
+
+TEST_F(ZipReading, WhatWasBegunIsGivenBackWhereMemoryRunsOut)
+{
+    if (!ShortMemory::isPossible)
+        GTEST_SKIP() << "the sanitizer has an allocator of its own";
+    const QString path = write(ZipWriter().add(entry("x", QByteArray(1000, 'x'))).finish());
+    for (const bool isFirst : {true, false}) // which leaves what is kept for ever
+        for (int nth = 1, failures = 0; failures == 0; ++nth) {
+            const long held = ShortMemory::held;
+            try {
+                QZipReader zip(path);
+                zip.count();
+                ShortMemory::letFail(false, nth, 1);
+                zip.fileData("x");
+            } catch (const std::bad_alloc &) {
+            }
+            failures = ShortMemory::failures.exchange(0);
+            warnings = QStringList();
+            ASSERT_TRUE(isFirst || ShortMemory::held <= held) << nth;
+        }
 }
 
 /// The archive with a number put into the directory's entry of that index.
