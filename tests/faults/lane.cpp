@@ -280,6 +280,15 @@ void Tally::measure(const QString &name, double value)
     ++measured[name][int(std::lround(binsPerUnit * std::log(std::max(value, 1e-9))))];
 }
 
+void Tally::add(const Tally &other)
+{
+    for (const auto &[name, by] : other.counts)
+        counts[name] += by;
+    for (const auto &[name, bins] : other.measured)
+        for (const auto &[bin, times] : bins)
+            measured[name][bin] += times;
+}
+
 double Tally::quantile(const QString &name, double share) const
 {
     const auto found = measured.find(name);

@@ -24,6 +24,7 @@ struct Tally {
     std::map<QString, std::map<int, qint64>> measured;
 
     void measure(const QString &name, double value);
+    void add(const Tally &other);
     /// Of the measured values, the one that this share of them doesn't exceed, on one in a hundred exactly.
     double quantile(const QString &name, double share) const;
 };
@@ -45,6 +46,8 @@ public:
 
     void count(const QString &what, qint64 by = 1) { m_tally.counts[what] += by; }
     void measure(const QString &what, double value) { m_tally.measure(what, value); }
+    /// What another process has counted and measured for this trial.
+    void add(const Tally &other) { m_tally.add(other); }
     /// Tells a fault. The first one stands.
     void fail(const QString &what);
     /// Fails with `what` unless `holds`; returns it.

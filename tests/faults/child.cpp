@@ -1,0 +1,281 @@
+#include "faults/child.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTimer>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <thread>
+
+#include <execinfo.h>
+#include <fcntl.h>
+#include <linux/landlock.h>
+#include <pthread.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+namespace Faults {
+
+namespace {
+
+constexpr int patience = 20;      ///< seconds without a turn
+constexpr double leastTurn = 0.1; ///< ms; shorter ones are idle, and many
+
+QString firstLineOf(const QString &file, const QStringList &marks)
+{
+    QFile text(file);
+    if (!text.open(QIODevice::ReadOnly))
+        return {};
+    while (!text.atEnd()) {
+        const QString line = QString::fromUtf8(text.readLine()).trimmed();
+        for (const QString &mark : marks)
+            if (line.contains(mark))
+                return line;
+    }
+    return {};
+}
+
+/// Lines of the child are a word, a number and a text, with tabs between.
+void take(ChildEnd &end, const QList<QByteArray> &fields)
+{
+    if (fields.size() != 3)
+        return;
+    const QString text = QString::fromUtf8(fields[2]);
+    if (fields[0] == "count")
+        end.tally.counts[text] += fields[1].toLongLong();
+    else if (fields[0] == "measure")
+        end.tally.measure(text, fields[1].toDouble());
+    else if (fields[0] == "fail" && end.failure.isEmpty())
+        end.failure = text;
+}
+
+QString deathOf(const QProcess &process, const QString &errors)
+{
+    const QString told = firstLineOf(errors, {"ERROR: ", "WARNING: ThreadSanitizer", "runtime error", "FATAL", "ASSERT",
+                                              "terminate called", "qFatal"});
+    if (process.exitStatus() == QProcess::CrashExit)
+        return QString("it died of signal %1. %2").arg(QString::number(process.exitCode()), told);
+    return QString("its exit status was %1. %2").arg(QString::number(process.exitCode()), told);
+}
+
+} // namespace
+
+ChildEnd runChild(const QString &folder, const QStringList &words, int secondsAtMost)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"HOME", "TMPDIR", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
+        environment.insert(name, folder);
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    environment.insert("QT_NO_GLIB", "1"); // whose turns of the event loop can't be told from each other
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(folder);
+    const QString errors = QDir(folder).filePath("stderr");
+    process.setStandardErrorFile(errors);
+    process.start(QCoreApplication::applicationFilePath(), QStringList{"--child", folder} + words);
+    ChildEnd end;
+    QElapsedTimer sinceStart, sinceEnding;
+    sinceStart.start();
+    bool isOver = false;
+    while (!isOver) {
+        isOver = process.state() == QProcess::NotRunning ||
+                 (!process.waitForReadyRead(1000) && process.state() == QProcess::NotRunning);
+        while (process.canReadLine()) {
+            const QByteArray line = process.readLine().chopped(1);
+            if (line == "ending")
+                sinceEnding.start();
+            take(end, line.split('\t'));
+        }
+        if (!isOver && sinceStart.elapsed() > secondsAtMost * 1000) {
+            process.kill();
+            process.waitForFinished();
+            end.failure = QString("it hadn't ended after %1 s").arg(secondsAtMost);
+            return end;
+        }
+    }
+    end.msToExit = sinceEnding.isValid() ? double(sinceEnding.elapsed()) : 0;
+    if (end.failure.isEmpty() && (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0))
+        end.failure = deathOf(process, errors);
+    return end;
+}
+
+ChildEnd runChild(Trial &trial, const QStringList &words, int secondsAtMost)
+{
+    ChildEnd end = runChild(trial.folder(), trial.isPlanted ? words + QStringList{"planted"} : words, secondsAtMost);
+    trial.add(end.tally);
+    if (!end.failure.isEmpty())
+        trial.fail(end.failure);
+    return end;
+}
+
+namespace Child {
+
+namespace {
+
+std::atomic<qint64> lastTurn{0};
+bool hasFailed = false;
+
+qint64 now()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+double workMs()
+{
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) * 1e-6;
+}
+
+void tell(const char *word, const QString &value, const QString &text)
+{
+    QString line = text;
+    std::printf("%s\t%s\t%s\n", word, qPrintable(value), qPrintable(line.replace('\n', ' ').replace('\t', ' ')));
+    std::fflush(stdout);
+}
+
+void writeStack(int)
+{
+    void *frames[60];
+    ::backtrace_symbols_fd(frames, ::backtrace(frames, 60), STDERR_FILENO);
+}
+
+[[maybe_unused]] void writeStackAndDie(int signal)
+{
+    writeStack(signal);
+    ::signal(signal, SIG_DFL);
+    ::raise(signal);
+}
+
+/// Nothing is written outside of the folder, whatever the child is driven to: the kernel refuses it.
+void confine(const QString &folder)
+{
+    constexpr auto write = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_DIR |
+                           LANDLOCK_ACCESS_FS_REMOVE_FILE | LANDLOCK_ACCESS_FS_MAKE_DIR | LANDLOCK_ACCESS_FS_MAKE_REG |
+                           LANDLOCK_ACCESS_FS_MAKE_SYM | LANDLOCK_ACCESS_FS_MAKE_SOCK | LANDLOCK_ACCESS_FS_REFER;
+    landlock_ruleset_attr attributes{};
+    attributes.handled_access_fs = write;
+    const int rules = int(::syscall(SYS_landlock_create_ruleset, &attributes, sizeof attributes.handled_access_fs, 0));
+    if (rules < 0)
+        qFatal("This kernel can't confine a process to a folder");
+    for (const QString &place : {folder, QString("/dev/null")}) {
+        landlock_path_beneath_attr beneath{};
+        beneath.allowed_access = place == folder ? write : LANDLOCK_ACCESS_FS_WRITE_FILE;
+        beneath.parent_fd = ::open(place.toLocal8Bit().constData(), O_PATH | O_CLOEXEC);
+        if (::syscall(SYS_landlock_add_rule, rules, LANDLOCK_RULE_PATH_BENEATH, &beneath, 0) != 0)
+            qFatal("A rule of the folder was refused");
+        ::close(beneath.parent_fd);
+    }
+    ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    if (::syscall(SYS_landlock_restrict_self, rules, 0) != 0)
+        qFatal("The process could not be confined to its folder");
+    ::close(rules);
+}
+
+int entries(const char *folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+}
+
+} // namespace
+
+QStringList words(int argc, char **argv)
+{
+    QStringList all;
+    for (int i = 2; argc > 2 && qstrcmp(argv[1], "--child") == 0 && i < argc; ++i)
+        all << QString::fromLocal8Bit(argv[i]);
+    return all;
+}
+
+void enter(const QString &folder)
+{
+    const rlimit none{0, 0};
+    ::setrlimit(RLIMIT_CORE, &none);
+    void *frame = nullptr;
+    ::backtrace(&frame, 1); // loads what it needs
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
+        ::signal(signal, writeStackAndDie);
+#endif
+    confine(folder);
+}
+
+void watchTurns(bool measureTurns)
+{
+    lastTurn = now();
+    auto *pulse = new QTimer(qApp); // a loop that has nothing to do turns too
+    pulse->start(500);
+    double begun = workMs();
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, qApp,
+                     [measureTurns, begun]() mutable {
+                         lastTurn = now();
+                         const double ms = workMs() - begun;
+                         if (measureTurns && ms > leastTurn)
+                             measure("ms of a turn", ms);
+                         begun = workMs();
+                     });
+    ::signal(SIGUSR1, writeStack);
+    std::thread([mainThread = ::pthread_self()] {
+        while (now() - lastTurn < patience * 1000)
+            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        ::pthread_kill(mainThread, SIGUSR1);
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        std::printf("fail\t0\tthe event loop made no turn for %d s\n", patience);
+        std::fflush(stdout);
+        ::_exit(3);
+    }).detach();
+}
+
+void count(const QString &what, qint64 by)
+{
+    tell("count", QString::number(by), what);
+}
+
+void measure(const QString &what, double value)
+{
+    tell("measure", QString::number(value), what);
+}
+
+void fail(const QString &what)
+{
+    if (!std::exchange(hasFailed, true))
+        tell("fail", "0", what);
+}
+
+bool require(bool holds, const QString &what)
+{
+    if (!holds)
+        fail(what);
+    return holds;
+}
+
+void sayEnding()
+{
+    std::printf("ending\n");
+    std::fflush(stdout);
+}
+
+int threads()
+{
+    return entries("/proc/self/task");
+}
+
+int descriptors()
+{
+    return entries("/proc/self/fd");
+}
+
+} // namespace Child
+
+} // namespace Faults
