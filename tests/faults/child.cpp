@@ -45,18 +45,21 @@ QString firstLineOf(const QString &file, const QStringList &marks)
     return {};
 }
 
-/// Lines of the child are a word, a number and a text, with tabs between.
-void take(ChildEnd &end, const QList<QByteArray> &fields)
+/// Lines of the child are a word, a number and a text, with tabs between. False for another one, of its log.
+bool take(ChildEnd &end, const QList<QByteArray> &fields)
 {
     if (fields.size() != 3)
-        return;
+        return false;
     const QString text = QString::fromUtf8(fields[2]);
     if (fields[0] == "count")
         end.tally.counts[text] += fields[1].toLongLong();
     else if (fields[0] == "measure")
         end.tally.measure(text, fields[1].toDouble());
+    else if (fields[0] == "at")
+        end.last = fields[1].toLongLong();
     else if (fields[0] == "fail" && end.failure.isEmpty())
         end.failure = text;
+    return true;
 }
 
 QString deathOf(const QProcess &process, const QString &errors)
@@ -83,6 +86,9 @@ ChildEnd runChild(const QString &folder, const QStringList &words, int secondsAt
     const QString errors = QDir(folder).filePath("stderr");
     process.setStandardErrorFile(errors);
     process.start(QCoreApplication::applicationFilePath(), QStringList{"--child", folder} + words);
+    QFile log(QDir(folder).filePath("log"));
+    if (!log.open(QIODevice::WriteOnly))
+        return {"there is no log", {}, 0, 0};
     ChildEnd end;
     QElapsedTimer sinceStart, sinceEnding;
     sinceStart.start();
@@ -94,7 +100,8 @@ ChildEnd runChild(const QString &folder, const QStringList &words, int secondsAt
             const QByteArray line = process.readLine().chopped(1);
             if (line == "ending")
                 sinceEnding.start();
-            take(end, line.split('\t'));
+            else if (!take(end, line.split('\t')))
+                log.write(line + '\n');
         }
         if (!isOver && sinceStart.elapsed() > secondsAtMost * 1000) {
             process.kill();
@@ -123,7 +130,7 @@ namespace Child {
 namespace {
 
 std::atomic<qint64> lastTurn{0};
-bool hasFailed = false;
+std::atomic<bool> hasFailed{false};
 
 qint64 now()
 {
@@ -211,7 +218,7 @@ void enter(const QString &folder)
     confine(folder);
 }
 
-void watchTurns(bool measureTurns)
+void watchTurns(bool measureTurns, int patience)
 {
     lastTurn = now();
     auto *pulse = new QTimer(qApp); // a loop that has nothing to do turns too
@@ -226,7 +233,7 @@ void watchTurns(bool measureTurns)
                          begun = workMs();
                      });
     ::signal(SIGUSR1, writeStack);
-    std::thread([mainThread = ::pthread_self()] {
+    std::thread([mainThread = ::pthread_self(), patience] {
         while (now() - lastTurn < patience * 1000)
             std::this_thread::sleep_for(std::chrono::milliseconds(200));
         ::pthread_kill(mainThread, SIGUSR1);
@@ -249,7 +256,7 @@ void measure(const QString &what, double value)
 
 void fail(const QString &what)
 {
-    if (!std::exchange(hasFailed, true))
+    if (!hasFailed.exchange(true))
         tell("fail", "0", what);
 }
 

@@ -14,11 +14,27 @@ namespace Faults {
 WindowApplication::WindowApplication(int &argc, char **argv) : m_application(argc, argv)
 {
     Log::installQtMessageHandler();
+    // Entries come on any thread.
+    connect(&Log::RootLogger::instance(), &Log::RootLogger::newEntry, this, &WindowApplication::judge,
+            Qt::DirectConnection);
     registerResources();
     setProgramLocale();
     QApplication::setQuitOnLastWindowClosed(false);
     for (const char *scheme : {"file", "http", "https", "mailto"})
         QDesktopServices::setUrlHandler(scheme, this, "ignore");
+}
+
+void WindowApplication::judge(const Log::Entry &entry)
+{
+    static const std::pair<const char *, const char *> counted[] = {
+        {"Starting reinversion", "reinversions"},      {"Reinversion cancelled", "reinversions cancelled"},
+        {"Saving was stopped", "saves cancelled"},     {" rows written to ", "saves and exports"},
+        {"Can not open files while", "refused reads"}, {"The data stay as they were", "failed reads"}};
+    for (const auto &[words, name] : counted)
+        if (entry.message.contains(QLatin1String(words)))
+            Child::count(name);
+    if (entry.message.contains(QLatin1String("software bug")))
+        Child::fail(entry.message);
 }
 
 void LoadedWindow::makeWindow()

@@ -2,6 +2,7 @@
 
 #include "faults/child.h"
 #include "gui/morvantide/morvantide_mainwin.h"
+#include "log/logger.h"
 
 #include <QApplication>
 #include <QTest>
@@ -14,7 +15,8 @@ class QAction;
 
 namespace Faults {
 
-/// An application object as the program has it.
+/// An application object as the program has it. Counts what the log tells, and fails where that tells of a fault of the
+/// program.
 class WindowApplication : public QObject {
     Q_OBJECT
 public:
@@ -24,6 +26,8 @@ public Q_SLOTS:
     void ignore(const QUrl &) {}
 
 private:
+    static void judge(const Log::Entry &entry);
+
     QApplication m_application;
 };
 
