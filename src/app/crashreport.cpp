@@ -76,11 +76,25 @@ void writeHead(int file, const CrashReport::Crash &crash, SignalText &text)
     text.writeTo(file);
 }
 
-void writeStack(int file)
+void *frames[deepestStack]; // one report is written, and the handler's stack is small
+
+/// Returns the number of frames.
+int writeAddresses(int file, SignalText &text)
 {
-    static void *frames[deepestStack]; // one report is written, and the handler's stack is small
+    const int count = backtrace(frames, deepestStack);
+    text.clear();
+    text.text("\nstack addresses:");
+    for (int i = 0; i < count; ++i)
+        text.text(" ").hexadecimal(reinterpret_cast<std::uintptr_t>(frames[i]));
+    text.text("\n");
+    text.writeTo(file);
+    return count;
+}
+
+void writeStack(int file, int count)
+{
     writeAll(file, "\nstack:\n", 8);
-    backtrace_symbols_fd(frames, backtrace(frames, deepestStack), file);
+    backtrace_symbols_fd(frames, count, file);
 }
 
 void writeMemoryMap(int file)
@@ -110,22 +124,22 @@ void CrashReport::prepare()
 
 void CrashReport::write(const char *folder, const Crash &crash)
 {
-    static SignalText text;
-    text.clear();
-    text.text(folder).text("/crash-").decimal(getpid()).text("-").decimal(time(nullptr)).text(".txt");
+    static SignalText name, text;
+    name.clear();
+    name.text(folder).text("/crash-").decimal(getpid()).text("-").decimal(time(nullptr)).text(".txt");
     mkdir(folder, 0777);
-    int file = open(text.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
-    if (file >= 0) {
-        text.text("\n");
-        const char saying[] = "The program crashed. Report: ";
-        writeAll(STDERR_FILENO, saying, sizeof saying - 1);
-        text.writeTo(STDERR_FILENO);
-    } else {
-        file = STDERR_FILENO;
-    }
+    const int opened = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+    const int file = opened >= 0 ? opened : STDERR_FILENO;
+    // The functions' names come last, since another thread that loads a library makes the search for them wait, and
+    // what is said after them, since nobody may read it.
     writeHead(file, crash, text);
-    writeStack(file);
+    const int count = writeAddresses(file, text);
     writeMemoryMap(file);
-    if (file != STDERR_FILENO)
-        close(file);
+    writeStack(file, count);
+    if (opened < 0)
+        return;
+    close(opened);
+    text.clear();
+    text.text("The program crashed. Report: ").text(name.c_str()).text("\n");
+    text.writeTo(STDERR_FILENO);
 }

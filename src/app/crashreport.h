@@ -18,7 +18,9 @@ struct Crash {
 void prepare();
 
 /// Makes the folder if need be, and in it "crash-<pid>-<seconds since the epoch>.txt". Writes the report there, or to
-/// the standard error if no file can be had, and says on the standard error which.
+/// the standard error if no file can be had, and then says on the standard error which. It may wait for ever for
+/// another thread that loads a library, with all but the functions' names written, or for the reader of the standard
+/// error.
 void write(const char *folder, const Crash &crash);
 
 } // namespace CrashReport

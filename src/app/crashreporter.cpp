@@ -21,7 +21,7 @@ namespace {
 
 constexpr int crashSignals[] = {SIGSEGV, SIGABRT, SIGFPE, SIGILL, SIGBUS};
 constexpr int crashSignalCount = int(sizeof crashSignals / sizeof *crashSignals);
-constexpr unsigned reportPatience = 20; // seconds, for a report that hangs
+constexpr unsigned reportPatience = 4; // seconds, for a report that hangs
 constexpr int mostArguments = 8;
 constexpr int highestDescriptor = 65536;
 

@@ -7,8 +7,8 @@
 /// signal, address, stack and memory map; the process then ends by that signal.
 ///
 /// In the moment of a crash nothing is allocated, locked or asked of Qt: all that is needed is made ready at install. A
-/// crash or a hang while the report is written costs the rest of the report, and not the restart. Overflows of a
-/// thread's stack are reported where the thread has an AlternateStack.
+/// crash while the report is written, or a hang of four seconds, costs the rest of the report, and not the restart.
+/// Overflows of a thread's stack are reported where the thread has an AlternateStack.
 namespace CrashReporter {
 
 struct Settings {
