@@ -19,6 +19,8 @@ namespace RecordViews {
 namespace {
 
 constexpr int leastWidth = 16, leastHeight = 6; // characters, lines
+constexpr int lowHeight = 10; // lines: a plot that is lower has fewer ticks
+constexpr int usualTicks = 8, fewTicks = 3;
 constexpr double keyZoom = 0.8;
 constexpr double keyPan = 0.1; ///< of an axis
 constexpr int margin = 4;      ///< pixels around the plot
@@ -255,6 +257,16 @@ bool RecordPlot::pressReadoutKey(const QKeyEvent &event)
 }
 
 // ---- looks
+
+void RecordPlot::resizeEvent(QResizeEvent *event)
+{
+    const int ticks = height() < lowHeight * fontMetrics().lineSpacing() ? fewTicks : usualTicks;
+    if (ticks != axisMaxMajor(yLeft)) {
+        setAxisMaxMajor(yLeft, ticks);
+        replot();
+    }
+    QwtPlot::resizeEvent(event);
+}
 
 void RecordPlot::changeEvent(QEvent *event)
 {

@@ -18,6 +18,7 @@ namespace {
 
 constexpr int mostNames = 20;          ///< in a title
 constexpr int longestName = 80;        ///< characters in a title
+constexpr int leastTitledHeight = 10;  ///< lines: a plot that is lower has no title of the vertical axis
 const QColor heldColor(140, 140, 140); // seen on white and on black
 
 QString titleName(const QString &name)
@@ -90,7 +91,7 @@ void ResultPlot::showSpectra(const ShownSpectra &shown, const ShownSpectra &held
     if (first)
         setTitles(*first, axis);
     setAxisSubject(xBottom, axisTitle(xBottom).text());
-    setAxisSubject(yLeft, axisTitle(yLeft).text() + (m_isLog ? QStringLiteral(", logarithmic") : QString()));
+    setAxisSubject(yLeft, m_verticalTitle + (m_isLog ? QStringLiteral(", logarithmic") : QString()));
     QwtText title(coloredNames(), QwtText::RichText);
     title.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
     setTitle(title);
@@ -165,10 +166,23 @@ void ResultPlot::changeEvent(QEvent *event)
 void ResultPlot::setTitles(const SpectMath::SpectrumInfo &first, SpectMath::DistributionScale axis)
 {
     setPlainAxisTitle(xBottom, horizontalTitle(first, axis));
-    setPlainAxisTitle(yLeft, verticalTitle(first, *m_options, axis));
+    m_verticalTitle = verticalTitle(first, *m_options, axis);
+    fitVerticalTitle();
     const SpectMath::SpectrumInfo &info = first;
     readout()->setUnits((axis == SpectMath::DistributionScale::mobility ? info.mobilityUnit : info.sizeUnit).toString(),
                         info.concentrationUnitOf(m_options->verticalQuantity).toString());
+}
+
+void ResultPlot::fitVerticalTitle()
+{
+    const bool isLow = height() < leastTitledHeight * fontMetrics().lineSpacing();
+    setPlainAxisTitle(yLeft, isLow ? QString() : m_verticalTitle);
+}
+
+void ResultPlot::resizeEvent(QResizeEvent *event)
+{
+    fitVerticalTitle();
+    RecordPlot::resizeEvent(event);
 }
 
 QString ResultPlot::coloredNames() const

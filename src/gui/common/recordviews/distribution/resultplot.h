@@ -32,6 +32,7 @@ protected:
     QString valuesText() const override;
     QVector<PlotReadout::Series> readoutSeries() const override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     class ExtentItem;
@@ -48,6 +49,7 @@ private:
     void setScaleKind();
     void setExtents();
     void setTitles(const SpectMath::SpectrumInfo &first, SpectMath::DistributionScale axis);
+    void fitVerticalTitle();
     QString coloredNames() const;
     QVector<QPointF> readoutPoints(const DistributionValues &drawn) const;
 
@@ -56,6 +58,7 @@ private:
     DisplaySmoothing m_smoothing;
     Traces m_shown;
     Traces m_held;
+    QString m_verticalTitle;
     bool m_isLog = false;
 };
 

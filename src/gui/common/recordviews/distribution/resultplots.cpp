@@ -8,7 +8,9 @@ namespace RecordViews {
 
 namespace {
 
-constexpr int leastHeight = 10; ///< of a plot, in lines of text
+// Of a plot, in lines of text.
+constexpr int leastHeight = 10;
+constexpr int leastHeightAlone = 6; ///< there is less of it in a small dock, and all of it is seen
 
 } // namespace
 
@@ -31,13 +33,20 @@ void ResultPlots::makePlaces(int count)
     m_places = std::max(m_places, count);
     while (m_plots.size() < m_places) {
         auto *const plot = new ResultPlot(m_options, widget());
-        plot->setMinimumHeight(leastHeight * fontMetrics().lineSpacing());
         plot->setAxesLocked(m_areAxesLocked);
         m_layout->addWidget(plot);
         m_plots.append(plot);
     }
-    for (int i = 0; i < m_plots.size(); ++i)
+    const int lines = m_places == 1 ? leastHeightAlone : leastHeight;
+    for (int i = 0; i < m_plots.size(); ++i) {
+        m_plots[i]->setMinimumHeight(lines * fontMetrics().lineSpacing());
         m_plots[i]->setVisible(i < m_places);
+    }
+}
+
+QSize ResultPlots::minimumSizeHint() const
+{
+    return {QScrollArea::minimumSizeHint().width(), leastHeightAlone * fontMetrics().lineSpacing()};
 }
 
 void ResultPlots::setSinglePlot(bool on)

@@ -15,6 +15,9 @@ class ResultPlots : public QScrollArea {
 public:
     explicit ResultPlots(std::shared_ptr<const PlotOptions> options, QWidget *parent = nullptr);
 
+    /// Room for one low plot.
+    QSize minimumSizeHint() const override;
+
     /// In the order of their descriptions. One replot for each plot. The moment is that of their record, empty without
     /// one.
     void showSpectra(const ShownSpectra &shown, const QString &moment);

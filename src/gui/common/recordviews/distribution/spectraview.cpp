@@ -79,7 +79,7 @@ SpectraView::SpectraView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, Qt::Wi
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(bar);
-    layout->addWidget(m_plots, 1);
+    layout->addWidget(m_plots); // without a stretch, which would take its room for the text
     layout->addWidget(m_summary);
     setWidget(contents);
     setupToolbar(bar);

@@ -1,6 +1,7 @@
 #include "gui/common/recordviews/distribution/summarytext.h"
 
 #include <QResizeEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 
 #include <algorithm>
@@ -10,7 +11,7 @@ namespace RecordViews {
 
 namespace {
 
-constexpr int mostRows = 8;
+constexpr int mostRows = 8, leastRows = 2;
 
 /// Lines break behind commas and colons, so that a number keeps its name and its unit. Copied text has plain blanks.
 QString keptTogether(QString text)
@@ -31,7 +32,7 @@ SummaryText::SummaryText(QWidget *parent) : QPlainTextEdit(parent)
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setTabChangesFocus(true);
     setFrameShape(NoFrame);
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Maximum);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     viewport()->setAutoFillBackground(false); // it stands in the dock as a label does
     hide();
@@ -58,7 +59,7 @@ void SummaryText::fitHeight()
     for (QTextBlock block = document()->firstBlock(); block.isValid(); block = block.next())
         needed += blockBoundingRect(block).height();
     const int most = mostRows * fontMetrics().lineSpacing();
-    setVerticalScrollBarPolicy(needed > most ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(needed > std::min(most, this->height()) ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
     const int height = std::max(m_height, std::min(int(std::ceil(needed)), most));
     if (height == m_height)
         return;
@@ -71,12 +72,19 @@ QSize SummaryText::sizeHint() const
     return {0, m_height};
 }
 
+QSize SummaryText::minimumSizeHint() const
+{
+    const int least = leastRows * fontMetrics().lineSpacing() + int(std::ceil(2 * document()->documentMargin()));
+    return {0, std::min(m_height, least)};
+}
+
 void SummaryText::resizeEvent(QResizeEvent *event)
 {
     QPlainTextEdit::resizeEvent(event);
     if (event->oldSize().width() != event->size().width())
         m_height = 0;
     fitHeight();
+    verticalScrollBar()->setValue(0); // a lower view would show the last lines
 }
 
 } // namespace RecordViews

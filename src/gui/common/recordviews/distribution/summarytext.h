@@ -4,9 +4,10 @@
 
 namespace RecordViews {
 
-/// Some lines of text to read and to copy, wrapped at the width and no higher than they need, up to eight rows. The
-/// height doesn't shrink while the number of lines stays or there are none for a while, so that what stands above it
-/// doesn't jump from record to record. Hidden until there are lines.
+/// Some lines of text to read and to copy, wrapped at the width and no higher than they need, up to eight rows; where
+/// there is little room, two rows to scroll in. The wanted height doesn't shrink while the number of lines stays or
+/// there are none for a while, so that what stands above it doesn't jump from record to record. Hidden until there are
+/// lines.
 class SummaryText : public QPlainTextEdit {
     Q_OBJECT
 public:
@@ -15,7 +16,7 @@ public:
     void setLines(const QStringList &lines);
 
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
+    QSize minimumSizeHint() const override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;

@@ -314,6 +314,22 @@ TEST(SpectraView, TellsEachCurveInALine)
     EXPECT_FALSE(text->isVisible());
 }
 
+TEST(SpectraView, InALowDockTheTextGivesWayToAPlotThatIsSeenWhole)
+{
+    Window w;
+    QFont font = w.view.font();
+    font.setPointSizeF(20);
+    w.view.setFont(font);
+    w.show({spectrum(w.neg, realVector({0, 100, 0})), spectrum(w.pos, realVector({1, 2, 3}))});
+    w.view.resize(400, w.view.minimumSizeHint().height() + 5);
+    settle();
+    const ResultPlot *plot = w.plots()[0];
+    EXPECT_EQ(plot->visibleRegion().boundingRect(), plot->rect());
+    EXPECT_GT(plot->canvas()->height(), plot->fontMetrics().lineSpacing());
+    EXPECT_LE(plot->axisScaleDiv(QwtPlot::yLeft).ticks(QwtScaleDiv::MajorTick).size(), 4);
+    EXPECT_GE(w.view.findChild<QPlainTextEdit *>()->height(), 2 * plot->fontMetrics().lineSpacing());
+}
+
 TEST(SpectraView, ChosenSpectraAreShown)
 {
     Window w;
