@@ -172,10 +172,10 @@ int dayFileCount(const QString &folder, const QString &variant, const QStringLis
                              [&name](const QString &entry) { return name.exactMatch(entry); }));
 }
 
-QString nothingMatchedText(const QString &folder)
+QString nothingMatchedText(const QString &folder, QChar between)
 {
     if (!QFileInfo(folder).isDir())
-        return QStringLiteral("No file matches the choice. There is no folder '%1'").arg(folder);
+        return QStringLiteral("No file matches the choice.%1There is no folder '%2'").arg(between, folder);
     const FolderContents contents = folderContents(folder);
     QStringList parts;
     if (!contents.variants.isEmpty())
@@ -185,5 +185,5 @@ QString nothingMatchedText(const QString &folder)
     if (contents.legacyFiles > 0)
         parts.append(QStringLiteral("%1 old-style files").arg(contents.legacyFiles));
     const QString holds = parts.isEmpty() ? QStringLiteral("no day files") : parts.join(QStringLiteral(", "));
-    return QStringLiteral("No file matches the choice. The folder '%1' holds: %2").arg(folder, holds);
+    return QStringLiteral("No file matches the choice.%1The folder '%2'%1holds: %3").arg(between, folder, holds);
 }

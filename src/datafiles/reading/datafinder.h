@@ -31,5 +31,5 @@ FolderContents folderContents(const QString &folder);
 /// How many day files of any kind the folder holds for an averaging variant of exactly that name; spectra files count
 /// for these operating modes.
 int dayFileCount(const QString &folder, const QString &variant, const QStringList &modes);
-/// The text for a user whose choice matched no file.
-QString nothingMatchedText(const QString &folder);
+/// The text for a user whose choice matched no file; its three statements are parted by that character.
+QString nothingMatchedText(const QString &folder, QChar between = QLatin1Char(' '));

@@ -32,7 +32,8 @@ DataRequest FileChoices::take(const QVariantMap &choice)
 {
     const QString folder = choice.value(QStringLiteral("folderName")).toString();
     m_settings->setValue(choiceKey, choice);
-    RecentFolders(*m_settings).add(choice);
+    if (QFileInfo(folder).isDir())
+        RecentFolders(*m_settings).add(choice);
     // Old-style files have no variant, whatever the box says.
     const bool isLegacy = choice.value(QStringLiteral("legacyFiles")).toBool();
     const QString variant = choice.value(QStringLiteral("variant")).toString();

@@ -253,7 +253,7 @@ void MorvantideMainWindow::fileReaderFinished(const DataLoader::Result &result)
     if (result.reader->datastore()->isEmpty()) {
         logger().log(Log::Error, QStringLiteral("Nothing found"));
         if (m_request.files.isEmpty())
-            logger().log(Log::Warning, nothingMatchedText(m_request.folder));
+            logger().log(Log::Warning, nothingMatchedText(m_request.folder, QLatin1Char('\n')));
         closeData();
         return;
     }

@@ -95,6 +95,8 @@ TEST_F(Folder, WhatItHoldsWhenNothingMatched)
     EXPECT_EQ(contents.unmarkedFiles, 2);
     EXPECT_EQ(contents.legacyFiles, 2);
     EXPECT_TRUE(nothingMatchedText(folder.path()).contains("\"10s\", \"block\""));
+    EXPECT_TRUE(nothingMatchedText(folder.path(), '\n').contains("choice.\nThe folder '" + folder.path() + "'\nholds: "))
+        << "a line for each statement, in a log that wraps none";
 }
 
 TEST(MemoryWarning, AboveHalfOfWhatIsFree)

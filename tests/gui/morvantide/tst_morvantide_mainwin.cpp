@@ -142,6 +142,10 @@ TEST_F(MorvantideMainWindowTest, NothingFoundLeavesAnEmptyWindow)
     EXPECT_EQ(recordCount(), -1);
     EXPECT_EQ(log().count("Nothing found"), 2);
     EXPECT_EQ(log().count("holds:"), before) << "files matched, but held no rows";
+
+    const QStringList recent = settings().value("datachooserOldPaths").toStringList();
+    open({{"folderName", data.path() + "/none"}});
+    EXPECT_EQ(settings().value("datachooserOldPaths").toStringList(), recent) << "a folder that there isn't";
 }
 
 TEST_F(MorvantideMainWindowTest, AnotherFolderTakesThePlaceOfTheFirst)

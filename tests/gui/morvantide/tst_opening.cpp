@@ -98,8 +98,10 @@ TEST_F(OpeningTest, TheEmptyWindowOffersWhatWasOpenLast)
     open();
     EXPECT_FALSE(emptyWindow()->isVisible());
     ASSERT_EQ(offeredBy([this] { window->showDataDirChoice(); })["limitBegin"], false);
+    QDir().mkpath(path("elsewhere"));
     startOpening(path("elsewhere"), {{"variant", "10s"}, {"limitBegin", true}, {"beginTime", day}});
     waitForRead();
+    QDir().rmdir(path("elsewhere"));
     EXPECT_TRUE(emptyWindow()->isVisible()) << "nothing was there";
     EXPECT_EQ(recent()->item(0)->text(), path("elsewhere") + " (10s, from 2019-09-12)");
     EXPECT_EQ(recent()->item(1)->text(), path("demo") + " (block)");

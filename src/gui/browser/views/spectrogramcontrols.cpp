@@ -23,7 +23,8 @@ constexpr int leastBarWidth = 48; ///< where there is little room the bar gives 
 } // namespace
 
 SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
-    : QWidget(parent), m_spectraButton(new QToolButton(this)), m_optionsButton(new MenuButton(this)),
+    : QWidget(parent), m_buttonRow(new QHBoxLayout), m_colorRow(new QHBoxLayout), m_rows(new QHBoxLayout(this)),
+      m_spectraButton(new QToolButton(this)), m_optionsButton(new MenuButton(this)),
       m_smoothingLabel(new QLabel(tr("Smoothing:"), this)), m_smoothingBox(new QDoubleSpinBox(this)),
       m_colorbar(new Colorbar(Qt::Horizontal, limits, this)), m_colormaps(new ColormapMenu(m_optionsButton)),
       m_zeroSwatch(new ZeroSwatch(this))
@@ -46,18 +47,19 @@ SpectrogramControls::SpectrogramControls(ColorLimits &limits, QWidget *parent)
     m_colorbar->setMinimumWidth(leastBarWidth);
     makeOptions();
 
-    auto *const layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(spacing);
-    layout->addWidget(m_spectraButton);
-    layout->addWidget(m_optionsButton);
-    layout->addWidget(m_smoothingLabel);
-    layout->addWidget(m_smoothingBox);
-    layout->addStretch();
-    layout->addWidget(new ColorLimitBox(limits, ColorLimitBox::Lower, this));
-    layout->addWidget(m_zeroSwatch);
-    layout->addWidget(m_colorbar);
-    layout->addWidget(new ColorLimitBox(limits, ColorLimitBox::Upper, this));
+    m_rows->setContentsMargins(0, 0, 0, 0);
+    for (QBoxLayout *row : {m_rows, m_buttonRow, m_colorRow})
+        row->setSpacing(spacing);
+    for (QWidget *widget :
+         std::initializer_list<QWidget *>{m_spectraButton, m_optionsButton, m_smoothingLabel, m_smoothingBox})
+        m_buttonRow->addWidget(widget);
+    m_buttonRow->addStretch();
+    m_colorRow->addWidget(new ColorLimitBox(limits, ColorLimitBox::Lower, this));
+    m_colorRow->addWidget(m_zeroSwatch);
+    m_colorRow->addWidget(m_colorbar);
+    m_colorRow->addWidget(new ColorLimitBox(limits, ColorLimitBox::Upper, this));
+    m_rows->addLayout(m_buttonRow);
+    m_rows->addLayout(m_colorRow);
 
     connect(m_colorbar, &Colorbar::doubleClicked, this, &SpectrogramControls::fitRequested);
     connect(m_fillGapsAction, &QAction::toggled, this, &SpectrogramControls::fillGapsChanged);
@@ -102,6 +104,25 @@ QAction *SpectrogramControls::addSwitch(const QString &text, const QString &tool
     QAction *const action = addOption(text, toolTip);
     action->setCheckable(true);
     return action;
+}
+
+void SpectrogramControls::fitRows()
+{
+    const int needed = m_buttonRow->sizeHint().width() + spacing + m_colorRow->sizeHint().width();
+    m_rows->setDirection(width() < needed ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+}
+
+void SpectrogramControls::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    fitRows();
+}
+
+void SpectrogramControls::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        fitRows();
 }
 
 bool SpectrogramControls::fillsGaps() const
@@ -158,6 +179,7 @@ void SpectrogramControls::showSmoothing(bool on)
 {
     m_smoothingLabel->setVisible(on);
     m_smoothingBox->setVisible(on);
+    fitRows();
     Q_EMIT smoothingChanged(usedSmoothing());
 }
 

@@ -5,6 +5,7 @@
 
 class Colorbar;
 class QAction;
+class QBoxLayout;
 class QDoubleSpinBox;
 class QLabel;
 class QToolButton;
@@ -16,7 +17,8 @@ class ColormapMenu;
 class ZeroSwatch;
 
 /// The row above the strips of a spectrogram view: the button for its list of spectra, options, smoothing, colour bar
-/// and limits. Owns the state of its options. The limits must live as long as the row.
+/// and limits; where it is too narrow for their texts, colour bar and limits have a row of their own. Owns the state of
+/// its options. The limits must live as long as the row.
 class SpectrogramControls : public QWidget {
     Q_OBJECT
 public:
@@ -51,12 +53,20 @@ Q_SIGNALS:
     /// Another width is in use.
     void smoothingChanged(double width);
 
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
 private:
     void makeOptions();
+    void fitRows();
     QAction *addOption(const QString &text, const QString &toolTip = QString());
     QAction *addSwitch(const QString &text, const QString &toolTip);
     void showSmoothing(bool on);
 
+    QBoxLayout *m_buttonRow;
+    QBoxLayout *m_colorRow;
+    QBoxLayout *m_rows; ///< both, beside each other or one below the other
     QToolButton *m_spectraButton;
     QToolButton *m_optionsButton;
     QLabel *m_smoothingLabel;

@@ -163,6 +163,30 @@ TEST_F(SpectrogramViewTest, TheFirstChoiceIsFittedAndLaterOnesAreNot)
     EXPECT_EQ(view.colorLower(), 0);
 }
 
+TEST_F(SpectrogramViewTest, ANarrowHeadOfLargeTextsCutsNoneOfThem)
+{
+    for (double points : {9, 20}) {
+        QFont font = view.font();
+        font.setPointSizeF(points);
+        view.setFont(font);
+        const int width = view.fontMetrics().horizontalAdvance("Spectrogram") * 3;
+        view.resize(width, 400);
+        settle();
+        const auto buttons = view.findChildren<QToolButton *>();
+        for (const auto *button : buttons) {
+            if (button->isVisible() && button->parent()->inherits("Tsb::SpectrogramControls")) {
+                EXPECT_GE(button->width(), button->sizeHint().width()) << points << qPrintable(button->text());
+            }
+        }
+        EXPECT_GE(low().width(), low().sizeHint().width()) << points;
+        EXPECT_GE(high().width(), high().sizeHint().width()) << points;
+        EXPECT_GT(bar().mapTo(&view, QPoint()).y(), bar().height() / 2) << "a row of its own";
+        view.resize(3 * width, 400);
+        settle();
+        EXPECT_LT(bar().mapTo(&view, QPoint()).y(), bar().height() / 2) << "one row";
+    }
+}
+
 TEST_F(SpectrogramViewTest, AFitToTheLimitsThatTheBarShowsAlreadySetsThem)
 {
     Datastore between;
