@@ -107,6 +107,10 @@ public:
                                   QStringList{"--setup", path("s.exportsetup"), "--output", "{}/out/t.txt"};
         add("rows", Writer::Appends, save, {});
         add("append", Writer::Appends, save + QStringList{"--append"}, withoutLastRows(m_writers.back().after));
+        Contents old = m_writers.front().after;
+        for (auto &[name, bytes] : old)
+            bytes = bytes.isEmpty() ? bytes : "old\n";
+        add("overwrite", Writer::Replaces, save + QStringList{"--overwrite"}, old);
         add("reinvert", Writer::Replaces, reinvert, {});
         add("reinvert-append", Writer::Replaces, reinvert + QStringList{"--append"},
             withoutLastRows(m_writers.back().after));
@@ -115,6 +119,8 @@ public:
 #ifdef FAULTS_RENDER
         add("picture", Writer::Replaces,
             QStringList{batch, "render"} + common + QStringList{"--size", "500x400", "--output", "{}/out/p.png"}, {});
+        add("picture-overwrite", Writer::Replaces, m_writers.back().command + QStringList{"--overwrite"},
+            {{"out/", {}}, {"out/p.png", "old"}});
 #endif
         add("comments", Writer::Replaces, {driver, "comments", "{}"},
             {{"20190912-block.comments",
