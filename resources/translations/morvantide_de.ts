@@ -347,36 +347,12 @@ Die Grenzen sind durch Leerzeichen zu trennen: z. B. &quot;1 3 10&quot;</transla
         <translation>Daten wählen - Morvantide</translation>
     </message>
     <message>
-        <source>Data folder:</source>
-        <translation>Datenordner:</translation>
-    </message>
-    <message>
         <source>Choose a folder</source>
         <translation>Ordner wählen</translation>
     </message>
     <message>
         <source>Limit time span</source>
         <translation>Zeitraum begrenzen</translation>
-    </message>
-    <message>
-        <source>Start:</source>
-        <translation>Beginn:</translation>
-    </message>
-    <message>
-        <source>End:</source>
-        <translation>Ende:</translation>
-    </message>
-    <message>
-        <source>All</source>
-        <translation>Alle</translation>
-    </message>
-    <message>
-        <source>Last 7 days</source>
-        <translation>Letzte 7 Tage</translation>
-    </message>
-    <message>
-        <source>Last 30 days</source>
-        <translation>Letzte 30 Tage</translation>
     </message>
     <message>
         <source>Select:</source>
@@ -387,14 +363,6 @@ Die Grenzen sind durch Leerzeichen zu trennen: z. B. &quot;1 3 10&quot;</transla
         <translation>Suchen nach</translation>
     </message>
     <message>
-        <source>Averaging period</source>
-        <translation>Mittelungszeit</translation>
-    </message>
-    <message>
-        <source>Old-style sig/log/nds datafiles</source>
-        <translation>Alte sig-/log-/nds-Dateien</translation>
-    </message>
-    <message>
         <source>unknown</source>
         <translation>unbekannt</translation>
     </message>
@@ -403,12 +371,44 @@ Die Grenzen sind durch Leerzeichen zu trennen: z. B. &quot;1 3 10&quot;</transla
         <translation>Spektren von Datensätzen unbekannter Betriebsart können nicht gespeichert werden</translation>
     </message>
     <message>
-        <source>Operating mode where files tell none:</source>
-        <translation>Betriebsart, wo Dateien keine nennen:</translation>
-    </message>
-    <message>
         <source>Choose folder with datafiles</source>
         <translation>Ordner mit Datendateien wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Data folder:</source>
+        <translation>&amp;Datenordner:</translation>
+    </message>
+    <message>
+        <source>&amp;Start:</source>
+        <translation>&amp;Beginn:</translation>
+    </message>
+    <message>
+        <source>&amp;End:</source>
+        <translation>&amp;Ende:</translation>
+    </message>
+    <message>
+        <source>&amp;All</source>
+        <translation>A&amp;lle</translation>
+    </message>
+    <message>
+        <source>Last &amp;7 days</source>
+        <translation>Letzte &amp;7 Tage</translation>
+    </message>
+    <message>
+        <source>Last &amp;30 days</source>
+        <translation>Letzte &amp;30 Tage</translation>
+    </message>
+    <message>
+        <source>A&amp;veraging period</source>
+        <translation>&amp;Mittelungszeit</translation>
+    </message>
+    <message>
+        <source>O&amp;ld-style sig/log/nds datafiles</source>
+        <translation>Alte s&amp;ig-/log-/nds-Dateien</translation>
+    </message>
+    <message>
+        <source>Operating &amp;mode where files tell none:</source>
+        <translation>Betriebsart, &amp;wo Dateien keine nennen:</translation>
     </message>
 </context>
 <context>
@@ -2498,6 +2498,29 @@ Alle Dateien (*)</translation>
     <message>
         <source>%1:%2 hours ago</source>
         <translation>vor %1:%2 Stunden</translation>
+    </message>
+</context>
+<context>
+    <name>Tsb::ArrangingCommands</name>
+    <message>
+        <source>Move plot up</source>
+        <translation>Diagramm nach oben schieben</translation>
+    </message>
+    <message>
+        <source>Move plot down</source>
+        <translation>Diagramm nach unten schieben</translation>
+    </message>
+    <message>
+        <source>Make plot higher</source>
+        <translation>Diagramm höher machen</translation>
+    </message>
+    <message>
+        <source>Make plot lower</source>
+        <translation>Diagramm niedriger machen</translation>
+    </message>
+    <message>
+        <source>The plot that has the keyboard focus</source>
+        <translation>Das Diagramm, das den Tastaturfokus hat</translation>
     </message>
 </context>
 <context>

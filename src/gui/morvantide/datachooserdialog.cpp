@@ -114,7 +114,7 @@ QWidget *DataChooserDialog::makeFolderRow()
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     m_folder = makeEditableBox(QStringLiteral("folderNameComboBox"), 45, row);
-    auto *label = new QLabel(tr("Data folder:"), row);
+    auto *label = new QLabel(tr("&Data folder:"), row);
     label->setBuddy(m_folder);
     auto *button = new QToolButton(row);
     button->setObjectName(QStringLiteral("chooseFolderButton"));
@@ -140,18 +140,18 @@ QDateTimeEdit *DataChooserDialog::makeDateEdit(const QString &name)
 QGroupBox *DataChooserDialog::makeTimespanBox()
 {
     auto *box = new QGroupBox(tr("Limit time span"), this);
-    m_limitBegin = new QCheckBox(tr("Start:"), box);
+    m_limitBegin = new QCheckBox(tr("&Start:"), box);
     m_limitBegin->setObjectName(QStringLiteral("limitBeginCheckBox"));
     m_beginTime = makeDateEdit(QStringLiteral("beginTimeEdit"));
-    m_limitEnd = new QCheckBox(tr("End:"), box);
+    m_limitEnd = new QCheckBox(tr("&End:"), box);
     m_limitEnd->setObjectName(QStringLiteral("limitEndCheckBox"));
     m_endTime = makeDateEdit(QStringLiteral("endTimeEdit"));
     connect(m_limitBegin, &QCheckBox::toggled, m_beginTime, &QWidget::setEnabled);
     connect(m_limitEnd, &QCheckBox::toggled, m_endTime, &QWidget::setEnabled);
 
-    auto *all = makeButton(QStringLiteral("allTimespanButton"), tr("All"), box);
-    auto *week = makeButton(QStringLiteral("timespan7dButton"), tr("Last 7 days"), box);
-    auto *month = makeButton(QStringLiteral("timespan30dButton"), tr("Last 30 days"), box);
+    auto *all = makeButton(QStringLiteral("allTimespanButton"), tr("&All"), box);
+    auto *week = makeButton(QStringLiteral("timespan7dButton"), tr("Last &7 days"), box);
+    auto *month = makeButton(QStringLiteral("timespan30dButton"), tr("Last &30 days"), box);
     connect(all, &QPushButton::clicked, this, &DataChooserDialog::selectAllTimespan);
     connect(week, &QPushButton::clicked, this, &DataChooserDialog::selectLast7Days);
     connect(month, &QPushButton::clicked, this, &DataChooserDialog::selectLast30Days);
@@ -174,13 +174,13 @@ QGroupBox *DataChooserDialog::makeTimespanBox()
 QGroupBox *DataChooserDialog::makeKindBox()
 {
     auto *box = new QGroupBox(tr("Look for"), this);
-    m_averagingVariant = new QRadioButton(tr("Averaging period"), box);
+    m_averagingVariant = new QRadioButton(tr("A&veraging period"), box);
     m_averagingVariant->setObjectName(QStringLiteral("averagingVariantRadioButton"));
     m_averagingVariant->setChecked(true);
     m_variant = makeEditableBox(QStringLiteral("variantComboBox"), 12, box);
     m_variant->addItems(commonVariants);
-    m_variant->setAccessibleName(m_averagingVariant->text());
-    m_legacyFiles = new QRadioButton(tr("Old-style sig/log/nds datafiles"), box);
+    m_variant->setAccessibleName(m_averagingVariant->text().remove(QLatin1Char('&')));
+    m_legacyFiles = new QRadioButton(tr("O&ld-style sig/log/nds datafiles"), box);
     m_legacyFiles->setObjectName(QStringLiteral("legacyFilesRadioButton"));
     connect(m_averagingVariant, &QRadioButton::toggled, m_variant, &QWidget::setEnabled);
 
@@ -202,7 +202,7 @@ QLayout *DataChooserDialog::makeModeRow(QWidget *box)
     m_assumedOpmode->clearEditText();
     m_assumedOpmode->lineEdit()->setPlaceholderText(tr("unknown"));
     m_assumedOpmode->setToolTip(tr("Spectra of records of an unknown mode can't be saved"));
-    auto *label = new QLabel(tr("Operating mode where files tell none:"), box);
+    auto *label = new QLabel(tr("Operating &mode where files tell none:"), box);
     label->setBuddy(m_assumedOpmode);
     auto *row = new QHBoxLayout;
     row->addSpacing(style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +

@@ -97,6 +97,7 @@ void MorvantideMainWindow::setupActions()
     m_follow = new FollowCommand(this);
     m_follow->setMayChange([this] { return mayChangeRecords(); });
     connect(m_follow, &FollowCommand::changed, this, [this] { setTitle(m_isIncomplete); });
+    connect(m_follow, &FollowCommand::changed, browser(), &Tsb::TimeSeriesBrowser::setGrowing);
     connect(m_follow, &FollowCommand::readAgainWanted, this, &MorvantideMainWindow::readAgain);
     connect(&m_follow->following(), &FolderFollowing::flagsCame, this,
             [this](const auto &flagged) { statusDock()->addRecord(flagged); });

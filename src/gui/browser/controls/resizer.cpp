@@ -51,7 +51,13 @@ void Resizer::mouseMoveEvent(QMouseEvent *event)
 {
     if (!m_dragging || !m_target)
         return QWidget::mouseMoveEvent(event);
-    int height = m_startHeight + event->globalY() - m_pressPosition.y();
+    setTargetHeight(m_startHeight + event->globalY() - m_pressPosition.y());
+}
+
+void Resizer::setTargetHeight(int height)
+{
+    if (!m_target)
+        return;
     height = std::max({height, m_target->minimumSizeHint().height(), m_minimumHeight});
     if (m_maximumHeight > 0)
         height = std::min(height, m_maximumHeight);

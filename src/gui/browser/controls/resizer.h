@@ -14,6 +14,8 @@ public:
     void setMinimumTargetHeight(int height) { m_minimumHeight = height; }
     /// -1: none.
     void setMaximumTargetHeight(int height) { m_maximumHeight = height; }
+    /// That height, or the nearest one that is allowed; tells nobody.
+    void setTargetHeight(int height);
     QSize sizeHint() const override;
 
 Q_SIGNALS:

@@ -302,6 +302,22 @@ void ScatterPlotView::fitScale()
     const double lower = range.first - margin, upper = range.second + margin;
     if (range.first < range.second && std::isfinite(lower) && std::isfinite(upper))
         m_scale->setMinMax(lower, upper, true);
+    m_fitted = {m_scale->minimum(), m_scale->maximum()};
+}
+
+void ScatterPlotView::growScale()
+{
+    const std::pair<double, double> scale(m_scale->minimum(), m_scale->maximum());
+    if (scale != m_fitted)
+        return;
+    const auto range = plot()->minMax();
+    const double margin = (range.second - range.first) * 0.05;
+    const double lower = range.first < scale.first ? range.first - margin : scale.first;
+    const double upper = range.second > scale.second ? range.second + margin : scale.second;
+    if (std::make_pair(lower, upper) == scale || !std::isfinite(upper - lower))
+        return;
+    m_scale->setMinMax(lower, upper, true);
+    m_fitted = {m_scale->minimum(), m_scale->maximum()};
 }
 
 void ScatterPlotView::fitIfOffScale()

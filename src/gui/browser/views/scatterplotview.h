@@ -5,6 +5,8 @@
 
 #include <QSet>
 
+#include <utility>
+
 class QAction;
 
 namespace Tsb {
@@ -48,6 +50,7 @@ public Q_SLOTS:
     void setPropertiesVisible(bool visible);
     void setDatalabelsEnabled(bool on);
     void fitScale() override;
+    void growScale() override;
     /// Shifts the scale, keeping its span, so that the current record's values are in view.
     void showSelectedValue();
     void reloadSetup();
@@ -69,6 +72,7 @@ private:
     ScatterPlotSettings m_settings;
     VerticalScaleWidget *m_scale;
     ScatterPropertiesRow *m_properties = nullptr;
+    std::pair<double, double> m_fitted{0, 0}; ///< the ends of the vertical scale as they were fitted last
     Resizer *m_resizer;
     QAction *m_labelAction = nullptr;
     QAction *m_propertiesAction = nullptr;

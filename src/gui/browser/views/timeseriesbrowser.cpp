@@ -6,6 +6,7 @@
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
 #include "gui/browser/plots/scatterplot.h"
+#include "gui/browser/views/arrangingcommands.h"
 #include "gui/browser/views/measuringcommands.h"
 #include "gui/browser/views/spectrogramview.h"
 #include "gui/browser/views/stackdrawing.h"
@@ -65,7 +66,15 @@ TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
     m_measuring = new MeasuringCommands(
         &m_cursors, timeView(), [this](int which) { return placeForCursor(which); }, this);
     connect(m_measuring, &MeasuringCommands::exportRequested, this, &TimeSeriesBrowser::spanExportRequested);
+    m_arranging = new ArrangingCommands(m_viewHolder, this);
+    connect(m_arranging, &ArrangingCommands::arranged, this, &TimeSeriesBrowser::ensureViewVisible);
     makeViewActions();
+    m_growTimer.setSingleShot(true);
+    m_growTimer.setInterval(updatePeriod);
+    connect(&m_growTimer, &QTimer::timeout, this, [this] {
+        for (View *view : views())
+            view->growScale();
+    });
     m_updateTimer.start(updatePeriod);
 }
 
@@ -76,7 +85,8 @@ void TimeSeriesBrowser::makeViewActions()
     connect(autoscale, &QAction::triggered, this, &TimeSeriesBrowser::allFitScale);
     connect(closeAll, &QAction::triggered, this, &TimeSeriesBrowser::closeAllViews);
     m_pictures = new PictureCommands(this, [this] { return drawing(); }, {1, 2, 4});
-    m_viewActions << autoscale << closeAll << m_pictures->saveAction() << m_pictures->copyAction();
+    m_viewActions << autoscale << closeAll << m_pictures->saveAction() << m_pictures->copyAction()
+                  << m_arranging->actions();
     updateViewActions();
 }
 
@@ -132,6 +142,10 @@ void TimeSeriesBrowser::setDatastore(Datastore *datastore)
         view->setDatastore(datastore);
     if (datastore) {
         connect(datastore, &Datastore::updated, this, &TimeSeriesBrowser::curvesChanged);
+        connect(datastore, &Datastore::updated, this, [this] {
+            if (m_isGrowing && !m_growTimer.isActive())
+                m_growTimer.start();
+        });
         connect(datastore, &Datastore::removed, this, &TimeSeriesBrowser::curvesChanged);
     }
     Q_EMIT curvesChanged();

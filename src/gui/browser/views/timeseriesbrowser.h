@@ -24,6 +24,7 @@ class QScrollArea;
 
 namespace Tsb {
 
+class ArrangingCommands;
 class Header;
 class MeasuringCommands;
 class TimeNavigator;
@@ -50,6 +51,9 @@ public:
     void setNotes(const RecordNotes *notes);
     /// Whether all plots hear of changes of the store, see Plot::setListening.
     void setListening(bool on);
+    /// Whether vertical scales that are as they were fitted last grow with the values that come into sight. Off at
+    /// first.
+    void setGrowing(bool on) { m_isGrowing = on; }
     /// Draws all plots anew. Changes that came one after the other may have left traces between their columns.
     void redrawPlots();
     /// The lasting views in the order of display: a list of maps with "type" and, for a view that has any, "settings".
@@ -160,9 +164,12 @@ private:
     QPointer<const RecordNotes> m_notes;
     std::shared_ptr<Record> m_currentRecord;
     QTimer m_updateTimer;
+    QTimer m_growTimer; ///< runs from a change of the store to what growing scales make of it
+    bool m_isGrowing = false;
     MeasuringCursors m_cursors;
     ColorLock m_colorLock;
     MeasuringCommands *m_measuring;
+    ArrangingCommands *m_arranging;
     QList<QAction *> m_viewActions;
     PictureCommands *m_pictures;
     bool m_timeCursorVisible = false;

@@ -76,6 +76,9 @@ public Q_SLOTS:
     virtual void setCurrentRecord(std::shared_ptr<Record> record);
     /// Fits the vertical or the colour scale to the values in sight.
     virtual void fitScale();
+    /// Makes a vertical scale that is as it was fitted last, so that nobody touched it, larger by the values in sight
+    /// that lie beyond. The base does nothing.
+    virtual void growScale() {}
 
 Q_SIGNALS:
     void recordChosen(std::shared_ptr<Record> record);

@@ -8,6 +8,8 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace Tsb {
 
 int dropIndex(const QVector<QRect> &items, int placeholderIndex, int spacing, int y)
@@ -82,6 +84,16 @@ void ViewHolder::addView(View *view)
     view->setParent(this);
     m_layout->insertWidget(m_layout->count() - fixedItemCount, view);
     view->show();
+}
+
+void ViewHolder::moveView(View *view, int places)
+{
+    const int place = m_layout->indexOf(view);
+    const int wanted = std::clamp(place + places, 0, viewItemCount() - 1);
+    if (isDragging() || place < 0 || wanted == place)
+        return;
+    m_layout->removeWidget(view);
+    m_layout->insertWidget(wanted, view);
 }
 
 int ViewHolder::viewItemCount() const

@@ -27,6 +27,8 @@ public:
     void setLastRow(QWidget *row);
     /// Appends a view to the views.
     void addView(View *view);
+    /// By that many places, down if positive; to the end at most. Nothing while a view is being dragged.
+    void moveView(View *view, int places);
     /// The views in the order of display, one that is being dragged at the place kept for it; those that are closing
     /// are left out.
     QVector<View *> viewsInOrder() const;

@@ -10,6 +10,7 @@
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QHash>
 #include <QTest>
@@ -101,6 +102,63 @@ TEST_F(BrowserPlotsTest, TheMenuHasEveryKind)
         EXPECT_EQ(view<Tsb::ScatterPlotView>(i + 1)->plotSettings().type, types[i]);
     }
     EXPECT_NE(view<Tsb::OpmodeView>(5), nullptr);
+}
+
+TEST_F(BrowserPlotsTest, KeysMoveTheViewWithTheFocusAndChangeItsHeight)
+{
+    browser.addDiagnosticPlot("temperature");
+    browser.addOpmodePlot();
+    settle();
+    const auto order = [this] {
+        QString types;
+        for (const QVariant &one : browser.setup().toList())
+            types += one.toMap()["type"].toString() + ' ';
+        return types.toStdString();
+    };
+    Tsb::View *const scatter = browser.views()[0];
+    auto *const plot = scatter->findChild<Tsb::Plot *>();
+    browser.activateWindow();
+    plot->setFocus();
+    const auto press = [&](Qt::Key key) {
+        QTest::keyClick(plot, key, Qt::ControlModifier | Qt::ShiftModifier);
+        settle();
+    };
+    const std::string above = order(), below = "opmode scatterplot ";
+    for (const auto &[key, wanted] : {std::pair(Qt::Key_Down, below), std::pair(Qt::Key_Down, below),
+                                      std::pair(Qt::Key_Up, above), std::pair(Qt::Key_Up, above)}) {
+        press(key);
+        EXPECT_EQ(order(), wanted) << int(key);
+        EXPECT_EQ(QApplication::focusWidget(), plot);
+    }
+    const int height = scatter->height();
+    press(Qt::Key_PageDown);
+    EXPECT_GT(scatter->height(), height);
+    for (int i = 0; i < 20; ++i)
+        press(Qt::Key_PageUp);
+    EXPECT_LT(scatter->height(), height);
+    EXPECT_GE(scatter->height(), scatter->minimumSizeHint().height());
+}
+
+TEST_F(BrowserPlotsTest, AScaleThatNobodyTouchedGrowsWithACurveThatIsFollowed)
+{
+    browser.addDiagnosticPlot("temperature");
+    browser.allFitScale();
+    auto *const scale = view<Tsb::ScatterPlotView>(0)->scaleWidget();
+    const auto greatestAfter = [&](double value) {
+        auto full = testRecord(2900, 2910 + value, 0);
+        full->variables = RealVector(1, value);
+        store.upsertFullRecord(full);
+        QTest::qWait(700);
+        return scale->maximum();
+    };
+    const double least = scale->minimum(), greatest = scale->maximum();
+    EXPECT_EQ(greatestAfter(5), greatest);
+    browser.setGrowing(true);
+    EXPECT_GT(greatestAfter(6), 6);
+    EXPECT_GT(greatestAfter(7), 7) << "and again";
+    EXPECT_EQ(scale->minimum(), least);
+    scale->setMinMax(0, 2, true); // as the user does
+    EXPECT_EQ(greatestAfter(8), 2);
 }
 
 TEST_F(BrowserPlotsTest, RequestsOpenTheRightPlot)

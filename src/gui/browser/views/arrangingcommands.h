@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+
+class QAction;
+
+namespace Tsb {
+
+class View;
+class ViewHolder;
+
+/// The commands that move the view with the keyboard focus up and down, and make it higher and lower: by keys what
+/// drags of a view and of its grip do. They do nothing where no view has the focus.
+class ArrangingCommands : public QObject {
+    Q_OBJECT
+public:
+    /// Their keys work while something in the parent has the focus. The holder must live as long.
+    ArrangingCommands(ViewHolder *holder, QWidget *parent);
+
+    const QList<QAction *> &actions() const { return m_actions; }
+
+Q_SIGNALS:
+    /// The view has another place or height.
+    void arranged(QWidget *view);
+
+private:
+    template<typename Arrange>
+    void add(const QString &text, int key, Arrange arrange);
+    View *focusedView() const;
+    void resize(View *view, int steps);
+
+    ViewHolder *m_holder;
+    QList<QAction *> m_actions;
+};
+
+} // namespace Tsb
