@@ -3,7 +3,9 @@
 #include "util/filecalls.h"
 
 #include <QDataStream>
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QSet>
 
@@ -215,6 +217,14 @@ QSettings::Format settingsFormat()
     static const QSettings::Format format =
         QSettings::registerFormat(QStringLiteral("ini"), readSettings, writeSettings, Qt::CaseSensitive);
     return format;
+}
+
+void removeNamelessLock(const QString &settingsFile)
+{
+    constexpr qint64 namingTime = 100; // ms; it takes microseconds
+    const QFileInfo lock(settingsFile + QStringLiteral(".lock"));
+    if (lock.isFile() && lock.size() == 0 && lock.lastModified().msecsTo(QDateTime::currentDateTime()) > namingTime)
+        QFile::remove(lock.filePath());
 }
 
 } // namespace WindowSetup

@@ -14,4 +14,8 @@ namespace WindowSetup {
 /// All objects for one file have to be of this format, on one thread.
 QSettings::Format settingsFormat();
 
+/// Removes the lock of a settings file that a killed process has made and not yet put its name into: Qt would wait half
+/// a minute for it with the first setting that is written. To be called before that.
+void removeNamelessLock(const QString &settingsFile);
+
 } // namespace WindowSetup

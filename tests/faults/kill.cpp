@@ -19,8 +19,9 @@ namespace {
 using namespace Faults;
 
 constexpr int measuredRuns = 5;
-constexpr int longestTrial = 10'000; // ms
-constexpr int pieces = 8;            ///< of a file that the planted fault writes
+constexpr int longestTrial = 10'000;        // ms
+constexpr useconds_t restartTime = 150'000; ///< before which no program is started anew
+constexpr int pieces = 8;                   ///< of a file that the planted fault writes
 
 /// The planted fault: the files in their places, bit by bit, the bits in the wrong order.
 [[noreturn]] void writeInPlace(const Contents &after, const QString &folder, int us)
@@ -98,6 +99,8 @@ public:
             trial.require(found == m_writer.after, "A run that wasn't killed came to something else");
         if (!trial.failure().isEmpty())
             return;
+        if (found.count("settings.ini.lock") != 0)
+            ::usleep(restartTime);
         const QString other = m_writer.manner == Writer::Appends ? faultOfContinued(trial.folder())
                               : trial.number % 4 == 0 && !m_writer.isContinuedTwice(found)
                                   ? m_writer.faultOfSecondRun(trial.folder())

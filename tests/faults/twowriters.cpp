@@ -62,14 +62,25 @@ Spectrometer::PlainFileOutput::Settings settingsOf(const QString &folder)
     return settings;
 }
 
-/// Writes one row after the other, opening the file anew for some at a time. What was said written is noted, a line for
-/// each, in the writer's own file. Ends when it is killed.
+/// The file in which a writer notes what was said written, a line for each row.
+int notesOf(int writer, const QString &folder)
+{
+    return ::open(qPrintable(folder + QString("/../written-%1").arg(writer)), O_CREAT | O_WRONLY | O_APPEND, 0600);
+}
+
+void note(int notes, const Record &row)
+{
+    const QByteArray text = QByteArray::number(qint64(ticksOf(row.beginTime))) + '\n';
+    if (::write(notes, text.constData(), std::size_t(text.size())) != text.size())
+        ::_exit(1);
+}
+
+/// Writes one row after the other, opening the file anew for some at a time. Ends when it is killed.
 [[noreturn]] void writeRows(int writer, const QString &folder, unsigned seed, int rowsOfOpening)
 {
     std::minstd_rand random(seed);
     Log::RootLogger::instance().setFilter([](const Log::Entry &) { return false; });
-    const int notes =
-        ::open(qPrintable(folder + QString("/../written-%1").arg(writer)), O_CREAT | O_WRONLY | O_APPEND, 0600);
+    const int notes = notesOf(writer, folder);
     for (int number = 0;;) {
         Spectrometer::PlainFileOutput output(settingsOf(folder));
         for (int i = 0; i < rowsOfOpening; ++i) {
@@ -78,9 +89,7 @@ Spectrometer::PlainFileOutput::Settings settingsOf(const QString &folder)
                 ::usleep(random() % 300);
                 break;
             }
-            const QByteArray note = QByteArray::number(qint64(ticksOf(row.beginTime))) + '\n';
-            if (::write(notes, note.constData(), std::size_t(note.size())) != note.size())
-                ::_exit(1);
+            note(notes, row);
             ++number;
         }
         output.closeFiles();
@@ -107,8 +116,10 @@ Spectrometer::PlainFileOutput::Settings settingsOf(const QString &folder)
 }
 
 /// The planted fault: rows in two pieces, without a lock.
-[[noreturn]] void writeTornRows(int writer, const QString &path)
+[[noreturn]] void writeTornRows(int writer, const QString &folder)
 {
+    const int notes = notesOf(writer, folder);
+    const QString path = folder + '/' + fileName;
     for (int number = 0;; ++number) {
         const int file = ::open(qPrintable(path), O_WRONLY | O_APPEND);
         const Record row = rowOf(writer, number);
@@ -116,12 +127,10 @@ Spectrometer::PlainFileOutput::Settings settingsOf(const QString &folder)
         for (int i = 0; i < 4 * channels; ++i)
             line += '\t' + QByteArray::number(row.currents[0]);
         line += "\t\n";
-        if (file >= 0) {
-            const ssize_t half = ::write(file, line.constData(), std::size_t(line.size() / 2));
-            ::usleep(200);
-            if (half < 0 || ::write(file, line.constData() + half, std::size_t(line.size() - half)) < 0)
-                ::_exit(1);
-        }
+        const ssize_t half = ::write(file, line.constData(), std::size_t(line.size() / 2));
+        ::usleep(200);
+        if (file >= 0 && ::write(file, line.constData() + half, std::size_t(line.size() - half)) > 0)
+            note(notes, row);
         ::close(file);
         ::usleep(100);
     }
@@ -210,7 +219,7 @@ void write(Trial &trial, bool withStranger)
     for (int writer = 0; writer < writers; ++writer)
         processes.push_back(inProcess([&] {
             if (trial.isPlanted && writer == 1)
-                writeTornRows(writer, path);
+                writeTornRows(writer, folder);
             writeRows(writer, folder, unsigned(trial.number * 10 + writer + 1), rowsOfOpening);
         }));
     if (withStranger)
@@ -226,8 +235,7 @@ void write(Trial &trial, bool withStranger)
         }
     }
     endAll(processes);
-    if (!withStranger)
-        checkRows(trial, folder);
+    checkRows(trial, folder);
     const QString fault = faultOf(*readFile(folder), true);
     trial.require(fault.isNull(), fault);
 }

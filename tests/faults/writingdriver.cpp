@@ -42,6 +42,7 @@ QString writeLayouts(const QDir &folder)
 
 QString writeSettings(const QDir &folder)
 {
+    WindowSetup::removeNamelessLock(folder.filePath("settings.ini"));
     QSettings settings(folder.filePath("settings.ini"), WindowSetup::settingsFormat());
     settings.setValue("version", 3);
     settings.setValue("MainWindow/geometry", QByteArray(500, 'x'));

@@ -118,3 +118,20 @@ TEST_F(SettingsFormat, WhatOthersWroteAndWhatWasRemovedIsMerged)
     EXPECT_FALSE(found("mine").isValid());
     EXPECT_EQ(found("other"), "later");
 }
+
+TEST_F(SettingsFormat, ANamelessLockOfAKilledProcessHeldUpTheNextStartForHalfAMinute)
+{
+    const struct {
+        QByteArray text;
+        int ms; ///< its age
+        bool isRemoved;
+    } locks[] = {{"", 1000, true}, {"", 0, false}, {"1\nmorvantide\nhost\n", 1000, false}};
+    for (const auto &lock : locks) {
+        writeFile(path("s.ini.lock"), lock.text);
+        QFile file(path("s.ini.lock"));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite) &&
+                    file.setFileTime(QDateTime::currentDateTime().addMSecs(-lock.ms), QFile::FileModificationTime));
+        WindowSetup::removeNamelessLock(path());
+        EXPECT_EQ(QFile::exists(path("s.ini.lock")), !lock.isRemoved) << lock.text.constData() << lock.ms;
+    }
+}

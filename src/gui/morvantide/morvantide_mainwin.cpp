@@ -69,6 +69,7 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
 
     if (!settingsFile.startsWith(QCoreApplication::applicationDirPath()))
         logger().log(Log::Info, QStringLiteral("Settings are kept in '%1'.").arg(settingsFile));
+    WindowSetup::removeNamelessLock(settingsFile);
     setSettings(std::make_unique<QSettings>(settingsFile, WindowSetup::settingsFormat()));
     if (this->settings()->status() != QSettings::NoError)
         logger().log(Log::Warning, QStringLiteral("The settings could not be read from '%1'.").arg(settingsFile));
