@@ -18,6 +18,7 @@
 #include <fcntl.h>
 #include <linux/landlock.h>
 #include <pthread.h>
+#include <sys/personality.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -71,15 +72,22 @@ QString deathOf(const QProcess &process, const QString &errors)
     return QString("its exit status was %1. %2").arg(QString::number(process.exitCode()), told);
 }
 
+/// With addresses that are the same in every run, by which sets of pointers are ordered.
+class SteadyProcess : public QProcess {
+protected:
+    void setupChildProcess() override { ::personality(ADDR_NO_RANDOMIZE); }
+};
+
 } // namespace
 
 ChildEnd runChild(const QString &folder, const QStringList &words, int secondsAtMost)
 {
-    QProcess process;
+    SteadyProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"HOME", "TMPDIR", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
         environment.insert(name, folder);
     environment.insert("QT_QPA_PLATFORM", "offscreen");
+    environment.insert("QT_HASH_SEED", "0");
     environment.insert("QT_NO_GLIB", "1"); // whose turns of the event loop can't be told from each other
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(folder);

@@ -8,6 +8,8 @@
 
 #include <QAction>
 #include <QDesktopServices>
+#include <QFileDialog>
+#include <QLineEdit>
 
 namespace Faults {
 
@@ -54,9 +56,9 @@ QAction *LoadedWindow::action(const QString &text) const
     return nullptr;
 }
 
-void LoadedWindow::startOpening(const QString &name) const
+void LoadedWindow::startOpening(const QString &folder) const
 {
-    const QVariantMap choice{{"folderName", path(name)}, {"variant", "block"}, {"legacyFiles", false}};
+    const QVariantMap choice{{"folderName", folder}, {"variant", "block"}, {"legacyFiles", false}};
     answer<DataChooserDialog>([choice](DataChooserDialog &dialog) {
         dialog.setChoice(choice);
         dialog.accept();
@@ -64,9 +66,19 @@ void LoadedWindow::startOpening(const QString &name) const
     window->showDataDirChoice();
 }
 
-bool LoadedWindow::open(const QString &name) const
+void LoadedWindow::invert(const QStringList &files) const
 {
-    startOpening(name);
+    answer<QFileDialog>([files](QFileDialog &dialog) {
+        dialog.setDirectory(QFileInfo(files.first()).path());
+        dialog.findChild<QLineEdit *>("fileNameEdit")->setText('"' + files.join("\" \"") + '"');
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    window->reinvert();
+}
+
+bool LoadedWindow::open(const QString &folder) const
+{
+    startOpening(folder);
     return Child::require(QTest::qWaitFor([this] { return !window->isReading(); }, 120000) && window->datastore(),
                           "the data weren't read");
 }

@@ -42,8 +42,10 @@ public:
     /// The command of that text, without the mark of its letter.
     QAction *action(const QString &text) const;
     /// Goes through the dialog, and comes back with the read under way.
-    void startOpening(const QString &name) const;
-    bool open(const QString &name) const;
+    void startOpening(const QString &folder) const;
+    bool open(const QString &folder) const;
+    /// Chooses those files, whole paths, in the dialog.
+    void invert(const QStringList &files) const;
     /// Does something with the modal dialog of that kind which comes up.
     template<class Dialog, class Act>
     static void answer(const Act &act)

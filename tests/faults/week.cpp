@@ -55,7 +55,7 @@ public:
     {
         QDir().rename(m_growing.path(), m_window.path("data"));
         QFile::link(m_window.path("data"), m_growing.path());
-        if (!m_window.open("data"))
+        if (!m_window.open(m_window.path("data")))
             return;
         showViews();
         m_window.action("Follow folder")->trigger();

@@ -1,0 +1,175 @@
+#include "faults/longwork.h"
+
+#include "gui/common/dataexport/dataexportdialog.h"
+#include "gui/morvantide/datasaverdialog.h"
+#include "gui/morvantide/readprogressdialog.h"
+
+#include <QAction>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressDialog>
+#include <QPushButton>
+
+namespace Faults {
+
+namespace {
+
+qint64 linesIn(const QString &path, bool *isEnded = nullptr)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray text = file.readAll();
+    if (isEnded)
+        *isEnded = text.isEmpty() || text.endsWith('\n');
+    return text.count('\n');
+}
+
+} // namespace
+
+QString LongWork::nameOf(Kind kind)
+{
+    return QStringList{"read", "loading of inverters", "reinversion", "save", "export"}[kind];
+}
+
+LongWork::LongWork(LoadedWindow &window, const QString &data) : m_window(window), m_data(data) {}
+
+QString LongWork::target(const QString &name) const
+{
+    return m_window.path("made/" + name + QString::number(m_round));
+}
+
+void LongWork::start(Kind kind)
+{
+    ++m_round;
+    const QString inverters = QFileInfo(m_data).path() + "/inverters";
+    switch (kind) {
+    case read:
+        return m_window.startOpening(m_data);
+    case loading: {
+        QStringList all; // the folder's files many times over, so that it takes a while
+        for (const QString &name : QDir(inverters).entryList({"*.inverter"}, QDir::Files))
+            all << inverters + '/' + name;
+        for (int i = 0; i < 4; ++i)
+            all << all;
+        return m_window.window->findChild<InverterLoader *>()->start(all);
+    }
+    case reinversion:
+        return m_window.invert({inverters + "/demo.invmap"});
+    case save:
+        LoadedWindow::answer<DataSaverDialog>([this](DataSaverDialog &dialog) {
+            m_saver = &dialog;
+            dialog.findChild<QLineEdit *>("folderEdit")->setText(target("save"));
+            dialog.saveData();
+            dialog.reject();
+        });
+        return m_window.window->saveData();
+    case exporting:
+        QVariantList spectra;
+        for (const auto &info : m_window.window->uiInfo()->spectrumInfos())
+            spectra << info->hash;
+        m_window.window->showExportData();
+        auto *dialog = m_window.window->findChild<DataExportDialog *>();
+        Q_EMIT dialog->requestExport(
+            {{"general", QVariantMap{{"output_file", target("table")}}},
+             {"fields", QVariantList{QVariantMap{{"type", "spectrum"}, {"spectra", spectra}, {"uncertainties", true}},
+                                     QVariantMap{{"type", "electrometer"}}}}});
+        QCoreApplication::processEvents(); // in which it is made
+    }
+}
+
+void LongWork::cancel(Kind kind)
+{
+    switch (kind) {
+    case read: {
+        m_window.window->cancelFileReader();
+        const auto *dialog = m_window.window->findChild<ReadProgressDialog *>();
+        Child::require(dialog && dialog->findChild<QLabel *>()->text() == "Stopping after this file" &&
+                           !dialog->findChild<QPushButton *>()->isEnabled(),
+                       "the dialog of a read doesn't say at once that it stops");
+        return;
+    }
+    case loading:
+        return m_window.window->findChild<InverterLoader *>()->cancel();
+    case reinversion:
+        return m_window.window->cancelReinvert();
+    case save:
+        if (m_saver)
+            m_saver->reject();
+        return;
+    case exporting:
+        if (auto *progress = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()))
+            progress->cancel();
+    }
+}
+
+bool LongWork::isBusy(Kind kind) const
+{
+    switch (kind) {
+    case read:
+        return m_window.window->isReading();
+    case loading:
+        return m_window.window->findChild<InverterLoader *>()->isLoading();
+    case reinversion:
+        return m_window.window->findChild<Reinversion *>()->hasThreads();
+    case save:
+        return m_saver && m_saver->isSaving();
+    case exporting:
+        return qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()) != nullptr;
+    }
+    return false;
+}
+
+void LongWork::judge(Kind kind, bool wasCancelled) const
+{
+    MorvantideMainWindow &window = *m_window.window;
+    const int count = window.datastore() ? window.datastore()->size() : 0;
+    if (kind == read) {
+        Child::require(wasCancelled || count > 0, "nothing was read");
+        Child::require(count == 0 || m_recordCount == 0 || count == m_recordCount ||
+                           window.windowTitle().contains("(incomplete)"),
+                       "data that were read in part aren't said to be incomplete");
+    }
+    if (kind == loading && wasCancelled)
+        Child::require(window.inverters().empty() && !window.isReinverting(), "inverters came in after all");
+    if (kind == reinversion)
+        Child::require(!window.isReinverting() && !m_window.action("Cancel reinversion")->isEnabled(),
+                       "a reinversion that is over is offered to be cancelled");
+    if (kind == exporting) {
+        const qint64 rows = linesIn(target("table")) - 1;
+        Child::require(rows == (wasCancelled ? -2 : count) || rows == count, QString("a table has %1 rows").arg(rows));
+    }
+    const QString complaint = complaintOfFiles(m_window.path("made"));
+    Child::require(complaint.isEmpty(), complaint);
+}
+
+QString LongWork::complaintOfFiles(const QString &folder)
+{
+    QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        bool isEnded = false;
+        linesIn(path, &isEnded);
+        if (!isEnded || path.endsWith(".unfinished"))
+            return "a file was left unfinished: " + path;
+    }
+    return {};
+}
+
+void LongWork::clear(Kind kind)
+{
+    if (kind == read) {
+        if (const auto store = m_window.window->datastore())
+            m_recordCount = std::max(m_recordCount, store->size());
+        m_window.window->closeData();
+    }
+    if (kind == loading || kind == reinversion) {
+        m_window.window->closeData(); // spectra that came in, and what is still coming
+        m_window.open(m_data);
+    }
+}
+
+} // namespace Faults

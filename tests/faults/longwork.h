@@ -1,0 +1,44 @@
+#pragma once
+
+#include "faults/loadedwindow.h"
+
+#include <QPointer>
+
+#include <functional>
+
+class DataSaverDialog;
+
+namespace Faults {
+
+/// Starts what takes long in the program's window, and cancels it as a user does. Main thread only.
+class LongWork {
+public:
+    enum Kind { read, loading, reinversion, save, exporting };
+    static constexpr int kinds = exporting + 1;
+    static QString nameOf(Kind kind);
+
+    /// The data folder, beside which "inverters" lies. Tables and files come into "made" below the window's folder.
+    LongWork(LoadedWindow &window, const QString &data);
+
+    /// Comes back before the end or behind it.
+    void start(Kind kind);
+    void cancel(Kind kind);
+    bool isBusy(Kind kind) const;
+    /// What there is after that work, cancelled or not: fails where something passes for complete and isn't.
+    void judge(Kind kind, bool wasCancelled) const;
+    /// The same of files alone, which may be asked by another process.
+    static QString complaintOfFiles(const QString &folder);
+    /// Brings the window back to where the work can be started anew.
+    void clear(Kind kind);
+
+private:
+    QString target(const QString &name) const;
+
+    LoadedWindow &m_window;
+    const QString m_data;
+    int m_recordCount = 0; ///< of the whole data, once they were read
+    int m_round = 0;
+    QPointer<DataSaverDialog> m_saver;
+};
+
+} // namespace Faults
