@@ -2522,6 +2522,10 @@ Alle Dateien (*)</translation>
         <source>The plot that has the keyboard focus</source>
         <translation>Das Diagramm, das den Tastaturfokus hat</translation>
     </message>
+    <message>
+        <source>Arrange plot</source>
+        <translation>Diagramm anordnen</translation>
+    </message>
 </context>
 <context>
     <name>Tsb::ColorLimitBox</name>

@@ -201,7 +201,7 @@ void MainWindowBase::setupMenus()
     m_viewMenu = menuBar()->addMenu(tr("&View"));
     m_viewMenu->addActions(m_docks->toggleActions());
     m_viewMenu->addSeparator();
-    m_viewMenu->addActions({m_keys->filterAction(), m_keys->fullScreenAction()});
+    m_viewMenu->addActions({m_browser->arrangingAction(), m_keys->filterAction(), m_keys->fullScreenAction()});
 
     m_helpMenu = menuBar()->addMenu(tr("&Help"));
     m_helpMenu->addActions({m_keys->pageAction(), m_actions.about});

@@ -390,7 +390,7 @@ TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
     EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Record variable list", "Record variables",
                                               "Inversion report", "Electrometer signals", "Electrometer signal plot",
                                               "Distribution plot", "Comment list", "Diagnostic status", "Measuring", "",
-                                              "Go to filter", "Full screen", "", "Default color map"}));
+                                              "Arrange plot", "Go to filter", "Full screen", "", "Default color map"}));
 
     QStringList buttons;
     const auto *bar = window->findChild<QToolBar *>("toolBar");

@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QMenu>
 
 namespace Tsb {
 
@@ -15,7 +16,8 @@ constexpr int heightStep = 20; // pixels
 
 } // namespace
 
-ArrangingCommands::ArrangingCommands(ViewHolder *holder, QWidget *parent) : QObject(parent), m_holder(holder)
+ArrangingCommands::ArrangingCommands(ViewHolder *holder, QWidget *parent)
+    : QObject(parent), m_holder(holder), m_menu(new QMenu(tr("Arrange plot"), parent))
 {
     const auto mover = [this](int places) { return [=](View *view) { m_holder->moveView(view, places); }; };
     const auto resizer = [this](int steps) { return [=](View *view) { resize(view, steps); }; };
@@ -23,7 +25,7 @@ ArrangingCommands::ArrangingCommands(ViewHolder *holder, QWidget *parent) : QObj
     add(tr("Move plot down"), Qt::Key_Down, mover(1));
     add(tr("Make plot higher"), Qt::Key_PageDown, resizer(1));
     add(tr("Make plot lower"), Qt::Key_PageUp, resizer(-1));
-    parent->addActions(m_actions);
+    parent->addActions(m_menu->actions());
 }
 
 template<typename Arrange>
@@ -39,7 +41,12 @@ void ArrangingCommands::add(const QString &text, int key, Arrange arrange)
             Q_EMIT arranged(view);
         }
     });
-    m_actions << action;
+    m_menu->addAction(action);
+}
+
+QAction *ArrangingCommands::menuAction() const
+{
+    return m_menu->menuAction();
 }
 
 View *ArrangingCommands::focusedView() const

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QList>
 #include <QObject>
 
 class QAction;
+class QMenu;
 
 namespace Tsb {
 
@@ -18,7 +18,8 @@ public:
     /// Their keys work while something in the parent has the focus. The holder must live as long.
     ArrangingCommands(ViewHolder *holder, QWidget *parent);
 
-    const QList<QAction *> &actions() const { return m_actions; }
+    /// The menu that has them.
+    QAction *menuAction() const;
 
 Q_SIGNALS:
     /// The view has another place or height.
@@ -31,7 +32,7 @@ private:
     void resize(View *view, int steps);
 
     ViewHolder *m_holder;
-    QList<QAction *> m_actions;
+    QMenu *m_menu;
 };
 
 } // namespace Tsb

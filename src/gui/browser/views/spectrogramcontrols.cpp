@@ -13,6 +13,8 @@
 #include <QMenu>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace Tsb {
 
 namespace {
@@ -108,7 +110,8 @@ QAction *SpectrogramControls::addSwitch(const QString &text, const QString &tool
 
 void SpectrogramControls::fitRows()
 {
-    const int needed = m_buttonRow->sizeHint().width() + spacing + m_colorRow->sizeHint().width();
+    const int bar = std::max(m_colorbar->sizeHint().width(), leastBarWidth);
+    const int needed = m_buttonRow->sizeHint().width() + spacing + m_colorRow->sizeHint().width() - bar + leastBarWidth;
     m_rows->setDirection(width() < needed ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 

@@ -85,8 +85,7 @@ void TimeSeriesBrowser::makeViewActions()
     connect(autoscale, &QAction::triggered, this, &TimeSeriesBrowser::allFitScale);
     connect(closeAll, &QAction::triggered, this, &TimeSeriesBrowser::closeAllViews);
     m_pictures = new PictureCommands(this, [this] { return drawing(); }, {1, 2, 4});
-    m_viewActions << autoscale << closeAll << m_pictures->saveAction() << m_pictures->copyAction()
-                  << m_arranging->actions();
+    m_viewActions << autoscale << closeAll << m_pictures->saveAction() << m_pictures->copyAction();
     updateViewActions();
 }
 
@@ -110,6 +109,11 @@ TimeSeriesBrowser::~TimeSeriesBrowser()
 TimeView *TimeSeriesBrowser::timeView() const
 {
     return m_header->timeView();
+}
+
+QAction *TimeSeriesBrowser::arrangingAction() const
+{
+    return m_arranging->menuAction();
 }
 
 TimeScale TimeSeriesBrowser::timeScale() const

@@ -74,6 +74,8 @@ public:
     const QList<QAction *> &addPlotActions() const;
     /// The actions that concern all views.
     const QList<QAction *> &viewActions() const { return m_viewActions; }
+    /// The menu that puts the view with the focus elsewhere, or makes it higher or lower.
+    QAction *arrangingAction() const;
     /// The actions of measuring, with their keys.
     const QList<QAction *> &measuringActions() const;
     MeasuringCursors *measuringCursors() { return &m_cursors; }
