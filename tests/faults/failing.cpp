@@ -92,7 +92,7 @@ private:
     QString faultOf(const Failure &failure, const Ending &ending, const Contents &found) const
     {
         const bool isPassing = failure.way == "short" || failure.way == QString::number(EINTR);
-        if (isPassing && (ending.status != 0 || found != m_writer.after))
+        if (isPassing && (!ending.isSuccess() || found != m_writer.after))
             return QString("not done as if nothing had happened (status %1: %2)")
                 .arg(QString::number(ending.status), QString::fromUtf8(ending.words));
         const bool isRemoval = failure.name == "unlink" || failure.name == "rmdir";

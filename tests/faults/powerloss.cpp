@@ -192,12 +192,15 @@ private:
     QString faultOfRows(const Contents &found) const
     {
         for (const auto &[name, bytes] : m_writer.before)
-            if (found.count(name) == 0 || !found.at(name).startsWith(bytes))
+            if (found.count(name) == 0 || !found.at(name).startsWith(bytes.left(bytes.lastIndexOf('\n') + 1)))
                 return name + " has lost old rows";
-        for (const auto &[name, bytes] : found)
-            if (m_writer.after.count(name) != 0 && !m_writer.after.at(name).startsWith(bytes))
+        for (const auto &[name, bytes] : found) {
+            const auto old = m_writer.before.find(name), all = m_writer.after.find(name);
+            const bool isOld = old != m_writer.before.end() && old->second == bytes;
+            if (!isOld && all != m_writer.after.end() && !all->second.startsWith(bytes))
                 return name + " holds something else than rows";
-        return {};
+        }
+        return m_writer.faultOfTornRows(found);
     }
 
     const Writer &m_writer;

@@ -54,7 +54,7 @@ std::vector<Call> recordOf(const Writer &writer, const QString &folder)
     layDown(writer.before, place);
     const Ending ending = writer.run(place, shimVariables(place) << "FAULTS_RECORD=" + record);
     QFile file(record);
-    if (ending.status != 0 || contentsOf(place) != writer.after || !file.open(QIODevice::ReadOnly))
+    if (!ending.isSuccess() || contentsOf(place) != writer.after || !file.open(QIODevice::ReadOnly))
         qFatal("%s writes something else when it is watched: %s", qPrintable(writer.name), ending.words.constData());
     return callsIn(file.readAll());
 }

@@ -47,6 +47,8 @@ struct Writer {
     /// The same for the files alone: each is the old one or the new one, or holds whole rows behind the old ones. An
     /// empty one is something that was left.
     QString faultOf(const Contents &found, bool mayLeave) const;
+    /// Null if a row that was cut off, of a file that is continued, is still there or was put aside.
+    QString faultOfTornRows(const Contents &found) const;
     /// Whether the command, given again, would continue once more what it has continued already.
     bool isContinuedTwice(const Contents &found) const;
     /// Null if the command, given again, brings about what an undisturbed run does.
