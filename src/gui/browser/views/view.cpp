@@ -1,6 +1,7 @@
 #include "gui/browser/views/view.h"
 
 #include "columns/setupvalues.h"
+#include "gui/browser/controls/actionsmenu.h"
 #include "gui/browser/controls/titlebutton.h"
 #include "gui/browser/controls/viewlayout.h"
 #include "gui/browser/plots/plot.h"
@@ -28,7 +29,7 @@ View::View(QWidget *parent)
     setTemporary(false);
     connect(m_closeButton, &TitleButton::clicked, this, &View::closeClicked);
 
-    setContextMenuPolicy(Qt::ActionsContextMenu);
+    offerActionsMenu(this);
     auto *close = new QAction(namedIcon(QStringLiteral("remove")), tr("Close"), this);
     auto *below = new QAction(tr("Close this and below"), this);
     connect(close, &QAction::triggered, this, &View::discard);

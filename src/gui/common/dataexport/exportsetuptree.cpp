@@ -1,5 +1,6 @@
 #include "gui/common/dataexport/exportsetuptree.h"
 
+#include "gui/browser/controls/actionsmenu.h"
 #include "gui/browser/controls/plaintooltip.h"
 #include "gui/common/dataexport/exportfieldkinds.h"
 #include "gui/common/dataexport/exportfieldpage.h"
@@ -82,7 +83,7 @@ void ExportSetupTree::makeActions()
     for (QAction *action : {m_up, m_down, m_remove})
         action->setShortcutContext(Qt::WidgetShortcut);
     m_tree->addActions({m_up, m_down, m_remove});
-    m_tree->setContextMenuPolicy(Qt::ActionsContextMenu);
+    Tsb::offerActionsMenu(m_tree);
     connect(m_up, &QAction::triggered, this, [this] { moveCurrent(-1); });
     connect(m_down, &QAction::triggered, this, [this] { moveCurrent(1); });
     connect(m_remove, &QAction::triggered, this, &ExportSetupTree::removeCurrent);

@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QMenu>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -20,6 +21,7 @@
 #include <QSplitter>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
@@ -631,6 +633,21 @@ TEST_F(BrowserTest, ARequestedViewIsScrolledIntoSight)
     browser->ensureViewVisible(doomed);
     delete doomed;
     settle();
+}
+
+TEST_F(BrowserTest, AViewMayGoBehindItsContextMenu)
+{
+    StripView *const view = addStrip();
+    bool hadMenu = false;
+    QTimer::singleShot(100, browser.get(), [&] {
+        hadMenu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        browser->setSetup(QVariantList()); // as where other data are shown
+    });
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, view->mapToGlobal({5, 5}));
+    QApplication::sendEvent(view, &event);
+    QTest::qWait(200);
+    EXPECT_TRUE(hadMenu);
+    EXPECT_FALSE(QApplication::activePopupWidget());
 }
 
 TEST_F(BrowserTest, DiesWithItsViewsOpen)
