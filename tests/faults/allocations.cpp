@@ -16,6 +16,7 @@
 #include "windowsetup/setupfile.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 
@@ -126,13 +127,15 @@ QByteArray writeAndReadComments(const QString &folder)
     return found.toUtf8();
 }
 
-QByteArray writeAndReadLayout(const QString &folder)
+QByteArray writeAndReadLayout(const QString &from, const QString &folder)
 {
     const QString path = QDir(folder).filePath("a.windowsetup");
-    const QString reason = WindowSetup::writeSetupFile(path, WindowSetup::readDefaultSetup().setup);
+    const WindowSetup::SetupFile source = WindowSetup::readSetupFile(from);
+    const bool isSound = source.condition == WindowSetup::SetupFile::Sound;
+    const QString reason = isSound ? WindowSetup::writeSetupFile(path, source.setup) : QString();
     const WindowSetup::SetupFile read = WindowSetup::readSetupFile(path);
     endShortage();
-    tellAll({reason, read.complaint});
+    tellAll({source.complaint, reason, read.complaint});
     return Llama::yamlDump(read.setup);
 }
 
@@ -221,14 +224,13 @@ public:
         }
     }
     const QString &name() const { return m_scenario.name; }
+    qint64 goal() const { return m_allocations > firstOnes ? firstOnes + spreadOnes : m_allocations; }
 
     void run(Trial &trial) const
     {
         const qint64 rest = std::max<qint64>(m_allocations - firstOnes, 0);
         const qint64 nth = trial.number < firstOnes ? trial.number + 1
                                                     : firstOnes + 1 + (trial.number - firstOnes) * rest / spreadOnes;
-        if (nth > m_allocations + 20) // that there are fewer is no work for a trial
-            return trial.count("beyond the last");
         const QString work = begin(trial.folder());
         *isInLibrary = false;
         int ends[2];
@@ -371,7 +373,7 @@ std::vector<Scenario> scenarios(const QString &data)
              });
          }},
         {"comments", writeAndReadComments},
-        {"layout", writeAndReadLayout},
+        {"layout", [data](const QString &folder) { return writeAndReadLayout(data + "/values.yaml", folder); }},
         {"yaml", [data](const QString &) { return loadAndDumpYaml(data + "/values.yaml"); }}};
 }
 
@@ -391,13 +393,17 @@ int main(int argc, char **argv)
     QDir().rename(place.filePath("inverters"), data + "/inverters");
     writeFile(data + "/s.exportsetup", "quilvane_data_export_version: 1\ngeneral: {time_zone: local}\n"
                                        "fields:\n- {type: electrometer}\n");
-    writeFile(data + "/values.yaml", "a: [1, 2.5, {x: &y \"text\", z: *y}]\nb:\n- |\n  long\n  text\n- !!str 5\n");
+    QByteArray values;
+    for (int i = 0; i < 60; ++i)
+        values += "key " + QByteArray::number(i) + ": [1, 2.5, {x: &y \"text\", z: *y}, !!str 5, 'a\n  b']\n";
+    writeFile(data + "/values.yaml", values);
     std::vector<std::shared_ptr<Search>> searches;
     for (const Scenario &scenario : scenarios(data))
         searches.push_back(
             std::make_shared<Search>(scenario, place.path(), scenario.name == "save" || scenario.name == "comments"));
+    const QString built = QFileInfo(QCoreApplication::applicationFilePath()).lastModified().toString(Qt::ISODateWithMs);
     std::vector<Kind> kinds;
     for (const auto &search : searches)
-        kinds.push_back({search->name(), firstOnes + spreadOnes, [search](Trial &trial) { search->run(trial); }});
+        kinds.push_back({search->name(), search->goal(), [search](Trial &trial) { search->run(trial); }, 100, built});
     return runLane("allocations", kinds);
 }

@@ -11,6 +11,7 @@
 #include "support/files.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 
@@ -350,9 +351,10 @@ int main(int argc, char **argv)
         else
             oldSmall.tryCut(trial, trial.number - small.bytes());
     };
+    const QString built = QFileInfo(QCoreApplication::applicationFilePath()).lastModified().toString(Qt::ISODateWithMs);
     return runLane("mutatedfolders", {{"2 % of bytes", 8000, withBytes(0.02)},
                                       {"0.1 % of bytes", 8000, withBytes(0.001)},
                                       {"lines", 8000, withLines},
-                                      {"cut at each byte", small.bytes() + oldSmall.bytes(), cut},
+                                      {"cut at each byte", small.bytes() + oldSmall.bytes(), cut, 100, built},
                                       {"inverters", 4000, [&](Trial &trial) { inverters.run(trial); }}});
 }
