@@ -7,6 +7,7 @@
 #include "windowsetup/windowstate.h"
 
 #include <QDockWidget>
+#include <QLayout>
 #include <QMainWindow>
 #include <QToolBar>
 
@@ -29,6 +30,18 @@ QStringList namesOfParts(const QMainWindow &window)
     return names;
 }
 
+/// Restores while nothing lays out the window. The toolkit shows the tab bars of docks one by one, and each lays out a
+/// window that has changed, by which the very set of bars that it goes through is replaced.
+bool restoreWithoutLayout(QMainWindow &window, const QByteArray &bytes)
+{
+    QLayout *const layout = window.layout();
+    layout->setEnabled(false);
+    const bool isRestored = window.restoreState(bytes, stateVersion);
+    layout->setEnabled(true);
+    layout->activate();
+    return isRestored;
+}
+
 } // namespace
 
 void storeDockState(QVariantMap &map, const QMainWindow &window)
@@ -46,7 +59,7 @@ QString restoreDockState(QMainWindow &window, const QVariantMap &map)
                              : WindowSetup::isSoundWindowState(state.bytes, stateVersion, namesOfParts(window));
     if (!state.bytes.isEmpty() && !isSound)
         return QStringLiteral("\"%1\" is no arrangement of this window's docks").arg(WindowSetup::Keys::state);
-    if (state.bytes.isEmpty() || !window.restoreState(state.bytes, stateVersion))
+    if (state.bytes.isEmpty() || !restoreWithoutLayout(window, state.bytes))
         Log::Logger(QStringLiteral("gui")).log(Log::Debug, QStringLiteral("Failed to restore window state. "));
     setDockCorners(window); // the toolkit stores them too
     return {};

@@ -1,12 +1,15 @@
 #include "gui/common/recordviews/recordplot.h"
 #include "gui/frame/docklayout.h"
+#include "gui/frame/dockstate.h"
 #include "gui/frame/framedocks.h"
 #include "support/gestures.h"
 #include "support/instrument.h"
 #include "support/realvector.h"
 
 #include <QDockWidget>
+#include <QLayout>
 #include <QMainWindow>
+#include <QTabBar>
 #include <QTextEdit>
 #include <QTreeView>
 
@@ -176,4 +179,36 @@ TEST_F(FrameDocksTest, CostNothingWhileTheyAreUnseen)
     settle();
     expectWork(0, 1);
     EXPECT_EQ(dock("electrometersView")->findChild<QTreeView *>()->model()->index(0, 3).data().toString(), "6.000");
+}
+
+/// The toolkit goes through the set of its tab bars while it shows them, and lays out with another set: of the first
+/// one nothing is left then.
+TEST_F(FrameDocksTest, NothingLaysOutTheWindowWhileTabsAreRestored)
+{
+    struct LaysOut : QObject {
+        QLayout *layout = nullptr;
+        int tabBars = 0, layouts = 0;
+        bool eventFilter(QObject *watched, QEvent *event) override
+        {
+            if (event->type() == QEvent::Show && qobject_cast<QTabBar *>(watched)) {
+                ++tabBars;
+                layout->invalidate();
+                layouts += layout->activate(); // as the toolkit does where anything has changed
+            }
+            return false;
+        }
+    } laysOut;
+    laysOut.layout = window.layout();
+    QVariantMap tabbed;
+    storeDockState(tabbed, window);
+    for (QDockWidget *one : all())
+        window.addDockWidget(Qt::LeftDockWidgetArea, one); // which takes it out of its tabs
+    settle();
+    qApp->installEventFilter(&laysOut);
+    EXPECT_EQ(restoreDockState(window, tabbed), QString());
+    qApp->removeEventFilter(&laysOut);
+    EXPECT_GT(laysOut.tabBars, 1);
+    EXPECT_EQ(laysOut.layouts, 0);
+    window.layout()->invalidate();
+    EXPECT_TRUE(window.layout()->activate()) << "it can be laid out again";
 }
