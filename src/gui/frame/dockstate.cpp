@@ -35,6 +35,8 @@ QStringList namesOfParts(const QMainWindow &window)
 bool restoreWithoutLayout(QMainWindow &window, const QByteArray &bytes)
 {
     QLayout *const layout = window.layout();
+    if (!window.isVisible()) // then it shows none
+        return window.restoreState(bytes, stateVersion);
     layout->setEnabled(false);
     const bool isRestored = window.restoreState(bytes, stateVersion);
     layout->setEnabled(true);
