@@ -162,6 +162,9 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     std::vector<Kind> kinds;
     for (const Writer &writer : writers()) {
+        // A row that was torn before can't be told from one that the kill tore; failing calls and lost power go there.
+        if (writer.name == "append-torn")
+            continue;
         const auto victim = std::make_shared<Victim>(writer);
         kinds.push_back({writer.name, 10000, [victim](Trial &trial) { victim->run(trial); }});
     }
