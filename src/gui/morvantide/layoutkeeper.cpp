@@ -157,7 +157,8 @@ void LayoutKeeper::hold()
 
 void LayoutKeeper::showHeld()
 {
-    const Held held = *std::exchange(m_held, {});
+    const Held held = std::move(*m_held);
+    m_held.reset();
     m_windowSetupPath = held.path;
     m_mayOverwrite = held.mayOverwrite;
     m_layout.restore(held.setup, WindowSetup::RecordViews | WindowSetup::Timeseries);
