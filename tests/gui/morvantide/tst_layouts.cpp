@@ -28,11 +28,15 @@ int farthest(const QImage &left, const QImage &right)
 {
     if (left.size() != right.size())
         return 255;
-    const QImage a = left.convertToFormat(QImage::Format_RGB32);
-    const QImage b = right.convertToFormat(QImage::Format_RGB32);
     int farthest = 0;
-    for (int i = 0; i < a.sizeInBytes(); ++i)
-        farthest = std::max(farthest, std::abs(a.constBits()[i] - b.constBits()[i]));
+    for (int y = 0; y < left.height(); ++y) {
+        for (int x = 0; x < left.width(); ++x) {
+            const QRgb a = left.pixel(x, y); // to convert whole images, the toolkit starts threads of its own
+            const QRgb b = right.pixel(x, y);
+            farthest = std::max({farthest, std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                                 std::abs(qBlue(a) - qBlue(b))});
+        }
+    }
     return farthest;
 }
 
