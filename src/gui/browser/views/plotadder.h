@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QVector>
 
 #include <memory>
 
@@ -23,7 +24,9 @@ public:
     /// Takes the view, wires it and gives it the present state.
     virtual void addView(View *view) = 0;
     /// Brings all layouts up to date, so that the sizes of plots can be asked.
-    virtual void activateLayouts() = 0;
+    virtual void activateLayouts() const = 0;
+    /// In the order of creation, those that are closing left out.
+    virtual QVector<View *> views() const = 0;
     virtual void ensureViewVisible(QWidget *widget) = 0;
     /// False when the stack has all the views that it should get from other views' requests.
     virtual bool hasRoom() const = 0;

@@ -5,7 +5,6 @@
 #include "gui/browser/controls/header.h"
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/plots/plot.h"
-#include "gui/browser/plots/scatterplot.h"
 #include "gui/browser/views/arrangingcommands.h"
 #include "gui/browser/views/measuringcommands.h"
 #include "gui/browser/views/spectrogramview.h"
@@ -38,7 +37,7 @@ constexpr int dragScrollMargin = 30;
 TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, std::vector<ViewKind> kinds)
     : QWidget(parent), m_uiInfo(std::move(uiInfo)), m_kinds(std::move(kinds)), m_header(new Header(this)),
       m_scrollArea(new QScrollArea(this)), m_viewHolder(new ViewHolder),
-      m_plotAdder(new PlotAdder(*this, m_kinds, m_uiInfo, this))
+      m_plotAdder(new PlotAdder(*this, m_kinds, m_uiInfo, this)), m_scales(new ScaleFitting(*this, this))
 {
     const int frameWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
     m_scrollArea->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -69,12 +68,6 @@ TimeSeriesBrowser::TimeSeriesBrowser(std::shared_ptr<UiInfo> uiInfo, QWidget *pa
     m_arranging = new ArrangingCommands(m_viewHolder, this);
     connect(m_arranging, &ArrangingCommands::arranged, this, &TimeSeriesBrowser::ensureViewVisible);
     makeViewActions();
-    m_growTimer.setSingleShot(true);
-    m_growTimer.setInterval(updatePeriod);
-    connect(&m_growTimer, &QTimer::timeout, this, [this] {
-        for (View *view : views())
-            view->growScale();
-    });
     m_updateTimer.start(updatePeriod);
 }
 
@@ -138,18 +131,17 @@ PictureFile::Drawing TimeSeriesBrowser::drawing()
 
 void TimeSeriesBrowser::setDatastore(Datastore *datastore)
 {
-    if (m_datastore)
+    if (m_datastore) {
         m_datastore->disconnect(this);
+        m_datastore->disconnect(m_scales);
+    }
     m_datastore = datastore;
     m_cursors.drop();
     for (View *view : m_views)
         view->setDatastore(datastore);
     if (datastore) {
         connect(datastore, &Datastore::updated, this, &TimeSeriesBrowser::curvesChanged);
-        connect(datastore, &Datastore::updated, this, [this] {
-            if (m_isGrowing && !m_growTimer.isActive())
-                m_growTimer.start();
-        });
+        connect(datastore, &Datastore::updated, m_scales, &ScaleFitting::valuesChanged);
         connect(datastore, &Datastore::removed, this, &TimeSeriesBrowser::curvesChanged);
     }
     Q_EMIT curvesChanged();
@@ -222,7 +214,7 @@ void TimeSeriesBrowser::addDefaultStack()
 {
     m_plotAdder->addDefaultStack();
     allFitScale(); // each view once
-    settleBeforePainting();
+    ScaleFitting::settleBeforePainting();
 }
 
 void TimeSeriesBrowser::addOpmodePlot()
@@ -373,7 +365,7 @@ void TimeSeriesBrowser::scrollTo(int height)
 
 // ---- for all views
 
-void TimeSeriesBrowser::activateLayouts()
+void TimeSeriesBrowser::activateLayouts() const
 {
     // A plot's width is asked for to fit to it, so it must be that of the layout to come; layouts settle with the event
     // loop.
@@ -385,29 +377,9 @@ void TimeSeriesBrowser::activateLayouts()
         view->activateLayout();
 }
 
-/// New views have posted events that would come behind the painting that the first of them asked for, and have most of
-/// it done once more.
-void TimeSeriesBrowser::settleBeforePainting()
-{
-    for (const QEvent::Type type : {QEvent::LayoutRequest, QEvent::UpdateLater})
-        QCoreApplication::sendPostedEvents(nullptr, type);
-}
-
-void TimeSeriesBrowser::workOutSeenValues()
-{
-    QVector<ScatterPlot *> seen;
-    for (ScatterPlot *plot : findChildren<ScatterPlot *>()) {
-        if (!plot->visibleRegion().isEmpty())
-            seen.append(plot);
-    }
-    ScatterPlot::workOutValues(seen);
-}
-
 void TimeSeriesBrowser::allFitScale()
 {
-    activateLayouts();
-    for (View *view : views())
-        view->fitScale();
+    m_scales->fitAll();
 }
 
 void TimeSeriesBrowser::setColormap(const QString &name)
@@ -418,13 +390,7 @@ void TimeSeriesBrowser::setColormap(const QString &name)
 
 void TimeSeriesBrowser::fitUntoldScales()
 {
-    activateLayouts();
-    for (View *view : views()) {
-        if (!view->isScaleGiven())
-            view->fitScale();
-    }
-    settleBeforePainting();
-    workOutSeenValues();
+    m_scales->fitUntold();
 }
 
 void TimeSeriesBrowser::fitTimescale(RecordTime begin, RecordTime end)

@@ -5,6 +5,7 @@
 #include "columns/measurement.h"
 #include "gui/browser/views/colorlock.h"
 #include "gui/browser/views/plotadder.h"
+#include "gui/browser/views/scalefitting.h"
 #include "gui/browser/views/viewkinds.h"
 #include "gui/common/picturefile.h"
 #include "gui/common/recordnotes.h"
@@ -51,9 +52,8 @@ public:
     void setNotes(const RecordNotes *notes);
     /// Whether all plots hear of changes of the store, see Plot::setListening.
     void setListening(bool on);
-    /// Whether vertical scales that are as they were fitted last grow with the values that come into sight. Off at
-    /// first.
-    void setGrowing(bool on) { m_isGrowing = on; }
+    /// See ScaleFitting::setGrowing.
+    void setGrowing(bool on) { m_scales->setGrowing(on); }
     /// Draws all plots anew. Changes that came one after the other may have left traces between their columns.
     void redrawPlots();
     /// The lasting views in the order of display: a list of maps with "type" and, for a view that has any, "settings".
@@ -83,8 +83,7 @@ public:
     QVector<CurveFigures> measure() const;
     TimeScale timeScale() const;
     TimeView *timeView() const;
-    /// In the order of creation, those that are closing left out.
-    QVector<View *> views() const;
+    QVector<View *> views() const override;
     /// What a picture of the stack holds, see stackDrawing().
     PictureFile::Drawing drawing();
     bool hasViews() const { return !views().isEmpty(); }
@@ -147,10 +146,8 @@ private:
     void makeViewActions();
     void updateViewActions();
     void connectView(View *view);
-    void activateLayouts() override;
+    void activateLayouts() const override;
     bool hasRoom() const override;
-    void settleBeforePainting();
-    void workOutSeenValues();
     void zoom(int step);
     RecordTime placeForCursor(int which) const;
     void makeCurrent(const std::shared_ptr<Record> &record, Scroll bring);
@@ -161,13 +158,12 @@ private:
     QScrollArea *m_scrollArea;
     ViewHolder *m_viewHolder;
     PlotAdder *m_plotAdder;
+    ScaleFitting *m_scales;
     std::vector<View *> m_views; ///< in the order of creation; children of the holder
     QPointer<Datastore> m_datastore;
     QPointer<const RecordNotes> m_notes;
     std::shared_ptr<Record> m_currentRecord;
     QTimer m_updateTimer;
-    QTimer m_growTimer; ///< runs from a change of the store to what growing scales make of it
-    bool m_isGrowing = false;
     MeasuringCursors m_cursors;
     ColorLock m_colorLock;
     MeasuringCommands *m_measuring;
