@@ -262,7 +262,9 @@ public:
         else
             trial.count("done without");
         const Files files = filesBelow(work);
-        const bool hasReadAll = !contentOf(QDir(work).filePath(wordsName)).contains("Skipping");
+        const QByteArray words = contentOf(QDir(work).filePath(wordsName));
+        const bool hasReadAll = !words.contains("Skipping") && !words.contains("will not be read") &&
+                                !words.contains("Errors reading inverters");
         for (const auto &[name, bytes] : files) {
             const auto whole = m_files.find(name);
             const bool isSound = whole != m_files.end() && (bytes == whole->second || bytes.isEmpty() ||

@@ -213,8 +213,9 @@ void SoundRows::walk(int file, const DamagedFile &damaged)
 }
 
 /// Any reader may take it for a row of any of its times.
-void SoundRows::noteChanged(int file, const QByteArray &line)
+void SoundRows::noteChanged(int file, QByteArray line)
 {
+    line.replace("\r", ""); // wherever it stands, it counts for nothing
     for (const char separator : {'\t', ','})
         for (const QByteArray &field : line.split(separator).mid(0, 2)) {
             const qint64 time = timeOf(field);
@@ -250,7 +251,7 @@ QString SoundRows::faultOf(const Row &row, const FileReader &reader) const
         return "there is no record";
     const auto isDue = [&](Part part) {
         const auto changed = m_changed.find(part);
-        return (parts & part) && (row.electrometersKnown || !(part & (Head | electrometers))) &&
+        return (parts & part) && (row.electrometersKnown || !(part == Head || (parts & electrometers))) &&
                (changed == m_changed.end() || !changed->second.contains(row.time));
     };
     if (isDue(Head) &&

@@ -43,7 +43,7 @@ private:
     };
 
     void walk(int file, const DamagedFile &damaged);
-    void noteChanged(int file, const QByteArray &line);
+    void noteChanged(int file, QByteArray line);
     QString faultOf(const Row &row, const FileReader &reader) const;
     const Record *soundRecord(int file, qint64 time) const;
 
