@@ -100,17 +100,21 @@ void FileCalls::setCurrent(FileCalls *calls)
     replacedCalls = calls;
 }
 
+std::size_t writeAsMany(FileCalls &calls, int descriptor, const char *bytes, std::size_t size)
+{
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t written = calls.write(descriptor, bytes + done, size - done);
+        if (written == 0)
+            errno = EIO; // nothing was written and no reason given: asking again might never end
+        if (written <= 0)
+            break;
+        done += std::size_t(written);
+    }
+    return done;
+}
+
 bool writeAll(FileCalls &calls, int descriptor, const char *bytes, std::size_t size)
 {
-    while (size > 0) {
-        const ssize_t written = calls.write(descriptor, bytes, size);
-        if (written <= 0) {
-            if (written == 0)
-                errno = EIO; // nothing was written and no reason given: asking again might never end
-            return false;
-        }
-        bytes += written;
-        size -= std::size_t(written);
-    }
-    return true;
+    return writeAsMany(calls, descriptor, bytes, size) == size;
 }

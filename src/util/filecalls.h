@@ -31,5 +31,7 @@ public:
     static void setCurrent(FileCalls *calls);
 };
 
-/// Writes all bytes, in several calls if need be. False with errno set if not all could be written.
+/// Writes all bytes, in several calls if need be. Returns how many were written; fewer than all with errno set.
+std::size_t writeAsMany(FileCalls &calls, int descriptor, const char *bytes, std::size_t size);
+/// The same. False with errno set if not all could be written.
 bool writeAll(FileCalls &calls, int descriptor, const char *bytes, std::size_t size);

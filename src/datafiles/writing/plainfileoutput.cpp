@@ -14,6 +14,8 @@ namespace Spectrometer {
 
 namespace {
 
+constexpr int mostLooks = 20; // at a file into which others write, for one row
+
 /// A part of a path with time codes that holds none itself.
 QString withoutCodes(QString part)
 {
@@ -175,15 +177,8 @@ PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime loca
 {
     bool written = false;
     try {
-        file.openFor(localTime);
-        m_row->clear();
-        putFields(*m_row);
-        if (file.findHeldRows && isHeld(file, flags))
+        if (!appendRow(file, localTime, putFields, flags))
             return RowResult::Held;
-        if (flags)
-            putFlags(file, *flags);
-        m_row->endLine();
-        file.append(m_row->data(), m_row->size());
         file.flagIds.commit();
         ++file.rowCount;
         written = true;
@@ -195,6 +190,29 @@ PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime loca
     }
     ++(written ? m_counts.written : m_counts.lost);
     return written ? RowResult::Written : RowResult::Lost;
+}
+
+template<typename PutFields>
+bool PlainFileOutput::appendRow(File &file, RecordTime localTime, PutFields putFields, const Flags *flags)
+{
+    for (int look = 1;; ++look) {
+        try {
+            file.openFor(localTime);
+            m_row->clear();
+            putFields(*m_row);
+            if (file.findHeldRows && isHeld(file, flags))
+                return false;
+            if (flags)
+                putFlags(file, *flags);
+            m_row->endLine();
+            file.append(m_row->data(), m_row->size());
+            return true;
+        } catch (const OvertakenError &) {
+            if (look == mostLooks)
+                throw;
+            file.flagIds.rollBack();
+        }
+    }
 }
 
 /// Whether the file holds the row whose fields are at hand. Counts it then.

@@ -133,6 +133,9 @@ private:
     /// these flags if there is a list.
     template<typename PutFields>
     RowResult writeRow(File &file, RecordTime localTime, PutFields putFields, const Flags *flags = nullptr);
+    /// The same without counting. False if the file holds the row. Throws FileOutputError.
+    template<typename PutFields>
+    bool appendRow(File &file, RecordTime localTime, PutFields putFields, const Flags *flags);
     bool isHeld(File &file, const Flags *flags);
     void putFlags(File &file, const Flags &flags);
     template<typename PutFields>

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -21,6 +22,8 @@
 namespace Spectrometer {
 
 namespace {
+
+constexpr off_t mostLookedAt = 1 << 16; // bytes that others have written; more of them count as a header
 
 /// No code finer than a day in the pattern, "%s" and "%f" included.
 bool hasOnlyDayCodes(const QString &pattern)
@@ -128,11 +131,12 @@ void OutputFile::openNamed(const QString &name)
         if (!QFileInfo::exists(folder) && !QDir().mkpath(folder))
             throw FileOutputError(QStringLiteral("Failed to create path \"%1\". Data was lost!").arg(folder));
     }
+    // Programs that take no lock may write at any moment: only the system finds the end and writes there at once.
+    const int flags = O_RDWR | O_APPEND | O_CREAT | O_NONBLOCK;
     // A pipe or a device under this name would never end when it is searched for headers.
     FileCalls &calls = FileCalls::current();
-    const int handle = target.exists() && !target.isFile()
-                           ? -1
-                           : calls.open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_NONBLOCK, 0666);
+    const int handle =
+        target.exists() && !target.isFile() ? -1 : calls.open(QFile::encodeName(name).constData(), flags, 0666);
     if (handle < 0)
         throw FileOutputError(QStringLiteral("Failed to open file \"%1\". Data was lost!").arg(name));
     const auto file = std::make_shared<LockedFile>(name);
@@ -150,6 +154,7 @@ void OutputFile::openNamed(const QString &name)
 void OutputFile::checkHeader()
 {
     m_missingHeader = joined(m_header);
+    m_end = ::lseek(m_handle, 0, SEEK_END);
     if (m_header.isEmpty())
         return;
     ContinuedFile file(m_header, findHeldRows ? &heldRows : nullptr);
@@ -213,16 +218,39 @@ void OutputFile::append(const char *bytes, std::size_t size)
 void OutputFile::write(const char *bytes, std::size_t size)
 {
     // Past QFile's own buffer: what a full disk refused would stay in it and reach the file with a later row.
-    FileCalls &calls = FileCalls::current();
-    const off_t end = ::lseek(m_handle, 0, SEEK_END);
-    if (end < 0 || !writeAll(calls, m_handle, bytes, size)) {
-        const QString name = m_currentName;
-        const QString reason = qt_error_string(errno);
-        if (end >= 0 && calls.ftruncate(m_handle, end) != 0)
-            close(); // the next opening mends the broken line
-        throw FileOutputError(QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!").arg(name, reason));
+    const std::size_t written = writeAsMany(FileCalls::current(), m_handle, bytes, size);
+    const bool isWritten = written == size;
+    const QString reason = isWritten ? QStringLiteral("Others keep writing into it") : qt_error_string(errno);
+    const off_t end = written > 0 ? ::lseek(m_handle, 0, SEEK_CUR) : m_end;
+    const off_t begin = end - off_t(written);
+    if (isWritten && mayBegin(begin)) {
+        m_end = end;
+        return;
     }
-    m_end = end + off_t(size);
+    const QString message = QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!");
+    const QString name = m_currentName;
+    takeBack(begin, end);
+    if (!isWritten)
+        throw FileOutputError(message.arg(name, reason));
+    close();
+    throw OvertakenError(message.arg(name, reason));
+}
+
+/// Whether bytes that begin there stand in a line of their own in the block that the file was found to end in.
+bool OutputFile::mayBegin(off_t begin) const
+{
+    if (begin <= m_end)
+        return true;
+    QByteArray others(int(std::min<off_t>(begin - m_end, mostLookedAt)), '\0');
+    const ssize_t size = FileCalls::current().pread(m_handle, others.data(), std::size_t(others.size()), m_end);
+    return size == begin - m_end && others.endsWith('\n') && !others.startsWith('#') && !others.contains("\n#");
+}
+
+/// What others have written behind the bytes stays, and the bytes too then.
+void OutputFile::takeBack(off_t begin, off_t end)
+{
+    if (begin < end && (::lseek(m_handle, 0, SEEK_END) != end || FileCalls::current().ftruncate(m_handle, begin) != 0))
+        close(); // the next opening mends a broken line
 }
 
 void OutputFile::settle()

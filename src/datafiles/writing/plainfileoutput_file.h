@@ -29,6 +29,13 @@ private:
     QString m_message;
 };
 
+/// Others, without the lock, put something into the file that these bytes must not follow, such as a header, since the
+/// file was looked at. The bytes were taken back, and no file is open. They can be written behind another openFor().
+class OvertakenError : public FileOutputError {
+public:
+    using FileOutputError::FileOutputError;
+};
+
 /// One kind of day file: the name pattern, the header, and the file of the present day if one is open. The lock is held
 /// for as long as the file is open.
 class OutputFile {
@@ -41,8 +48,8 @@ public:
     /// What was cut off at its end while it was written is moved out of it, and told; where that fails the file stays
     /// as it is. Throws FileOutputError, with no file open then.
     void openFor(RecordTime localTime);
-    /// Appends the bytes, which end in a line feed, as a whole or not at all: after a failed or short write the file is
-    /// cut back to where it ended. Throws FileOutputError.
+    /// Appends the bytes, which end in a line feed, as a whole or not at all: of a failed or short write the file is
+    /// rid again, unless others have written behind it. Throws FileOutputError.
     void append(const char *bytes, std::size_t size);
     /// After an append: tests the lock, and sets the file's modification time to the present. Throws FileOutputError.
     void settle();
@@ -72,6 +79,8 @@ private:
     void moveTail(const ContinuedFile &file);
     void writeHeader();
     void write(const char *bytes, std::size_t size);
+    bool mayBegin(off_t begin) const;
+    void takeBack(off_t begin, off_t end);
     void giveUp();
 
     std::shared_ptr<LockedFile> m_file;
@@ -82,7 +91,7 @@ private:
     QByteArray m_missingHeader; ///< to be written before anything else
     QString m_message;
     int m_handle = -1;
-    off_t m_end = 0;      ///< of the file, by what was read and written
+    off_t m_end = 0;      ///< of the file, by what was read and written; a line ends there
     bool m_isNew = false; ///< there was none before this opening
 
     bool m_onlyDayCodes; ///< the pattern gives one name for all times of a day

@@ -408,6 +408,64 @@ TEST_F(OutputTest, RowsBehindWhatAStrangerAppendedStoodUnderItsHeaderOrInItsHalf
     EXPECT_EQ(output.rowsOfClosedFiles().value(path(recordsName)), 3);
 }
 
+TEST_F(OutputTest, ARowWasWrittenOverWhatAStrangerAppendedBetweenTheLookAndTheRow)
+{
+    // Appends before the nth write; the first is that of the header.
+    struct Stranger : FileCalls {
+        explicit Stranger(QString file, QByteArray words, int nth, int more = 1)
+            : name(std::move(file)), text(std::move(words)), first(nth), last(nth + more)
+        {
+            setCurrent(this);
+        }
+        ~Stranger() override { setCurrent(nullptr); }
+        ssize_t write(int descriptor, const char *bytes, std::size_t size) override
+        {
+            ++writes;
+            QFile file(name);
+            if (writes >= first && writes < last && file.open(QIODevice::Append | QIODevice::Unbuffered))
+                file.write(text);
+            return FileCalls::write(descriptor, bytes, size);
+        }
+        const QString name;
+        const QByteArray text;
+        const int first, last;
+        int writes = 0;
+    };
+    PlainFileOutput(settings).writeRecordRow(record());
+    const QByteArray block = contentOf(path(recordsName)), row = rows(path(recordsName)).last() + '\n',
+                     header = block.chopped(row.size());
+    const QByteArray line(300, 's'), other = "# Quilvane records\n# \nbegin_time\n";
+    const struct {
+        QByteArray strange;
+        int before; ///< which write
+        QByteArray after, torn;
+    } cases[] = {
+        {line + '\n', 2, header + line + '\n' + row, ""},
+        {line + '\n', 1, line + '\n' + header + row, ""},
+        {other, 2, header + other + header + row, ""},
+        {other, 1, other + header + row, ""},
+        {line, 2, header + row, line},
+        {line, 1, header + row, line},
+        {"# flag ab: x\n", 2, header + "# flag ab: x\n" + row, ""},
+    };
+    for (const auto &c : cases) {
+        QFile::remove(path(recordsName));
+        QFile::remove(path(recordsName + ".torn"));
+        const Stranger stranger(path(recordsName), c.strange, c.before);
+        PlainFileOutput output(settings);
+        EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
+        EXPECT_EQ(contentOf(path(recordsName)), c.after);
+        EXPECT_EQ(contentOf(path(recordsName + ".torn")), c.torn);
+    }
+    // One that never rests costs the row.
+    const QByteArray before = contentOf(path(recordsName));
+    const Stranger stranger(path(recordsName), "# x\n", 1, 1000);
+    PlainFileOutput output(settings);
+    EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
+    EXPECT_EQ(contentOf(path(recordsName)).replace("# x\n", ""), QByteArray(before).replace("# x\n", ""));
+    EXPECT_TRUE(errors.value(0).contains("Others keep writing into it"));
+}
+
 TEST_F(OutputTest, RowsOfAFileThatLosesItsNameBeforeTheLockWereLostInSilence)
 {
     PlainFileOutput(settings).writeRecordRow(record());
