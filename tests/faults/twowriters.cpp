@@ -97,8 +97,7 @@ void note(int notes, const Record &row)
     }
 }
 
-/// A stranger: lines and headers of its own, without any lock. They are whole, since a part of a line that comes in the
-/// microseconds between a writer's look at the file and its row is joined to that row.
+/// A stranger: lines and headers of its own, without any lock, one of four in two pieces.
 [[noreturn]] void writeStrangely(const QString &path, unsigned seed)
 {
     std::minstd_rand random(seed);
@@ -108,8 +107,10 @@ void note(int notes, const Record &row)
         if (random() % 10 == 0)
             line = "# Quilvane records\n# total electrometers: 3\n# electrometer groups: {a: [0, 2]}\n"
                    "# electrometer names: [a, b, c]\nbegin_time\tflags\n";
-        if (file >= 0 && ::write(file, line.constData(), std::size_t(line.size())) < 0)
-            ::_exit(1);
+        const int first = random() % 4 == 0 ? int(random()) % line.size() : line.size();
+        for (const QByteArray &piece : {line.left(first), line.mid(first)})
+            if (file >= 0 && ::write(file, piece.constData(), std::size_t(piece.size())) < 0)
+                ::_exit(1);
         ::close(file);
         ::usleep(random() % 4000);
     }

@@ -246,11 +246,22 @@ bool OutputFile::mayBegin(off_t begin) const
     return size == begin - m_end && others.endsWith('\n') && !others.startsWith('#') && !others.contains("\n#");
 }
 
-/// What others have written behind the bytes stays, and the bytes too then.
+/// Where others have written behind the bytes, these become a comment.
 void OutputFile::takeBack(off_t begin, off_t end)
 {
-    if (begin < end && (::lseek(m_handle, 0, SEEK_END) != end || FileCalls::current().ftruncate(m_handle, begin) != 0))
-        close(); // the next opening mends a broken line
+    if (begin == end)
+        return;
+    FileCalls &calls = FileCalls::current();
+    const bool isLast = ::lseek(m_handle, 0, SEEK_END) == end;
+    if (isLast && calls.ftruncate(m_handle, begin) == 0)
+        return;
+    if (!isLast && ::fcntl(m_handle, F_SETFL, 0) == 0 && ::lseek(m_handle, begin, SEEK_SET) == begin) {
+        QByteArray comment(int(end - begin), ' ');
+        comment.front() = '#';
+        comment.back() = '\n';
+        writeAll(calls, m_handle, comment.constData(), std::size_t(comment.size()));
+    }
+    close(); // the next opening mends a broken line
 }
 
 void OutputFile::settle()

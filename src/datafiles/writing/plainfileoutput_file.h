@@ -48,8 +48,8 @@ public:
     /// What was cut off at its end while it was written is moved out of it, and told; where that fails the file stays
     /// as it is. Throws FileOutputError, with no file open then.
     void openFor(RecordTime localTime);
-    /// Appends the bytes, which end in a line feed, as a whole or not at all: of a failed or short write the file is
-    /// rid again, unless others have written behind it. Throws FileOutputError.
+    /// Appends the bytes, which end in a line feed, as a whole or not at all: what was written of them in vain is cut
+    /// off again, or becomes a comment where others have written behind it. Throws FileOutputError.
     void append(const char *bytes, std::size_t size);
     /// After an append: tests the lock, and sets the file's modification time to the present. Throws FileOutputError.
     void settle();

@@ -410,10 +410,11 @@ TEST_F(OutputTest, RowsBehindWhatAStrangerAppendedStoodUnderItsHeaderOrInItsHalf
 
 TEST_F(OutputTest, ARowWasWrittenOverWhatAStrangerAppendedBetweenTheLookAndTheRow)
 {
-    // Appends before the nth write; the first is that of the header.
+    // Appends before the nth write, of which the first is that of the header, and behind it.
     struct Stranger : FileCalls {
-        explicit Stranger(QString file, QByteArray words, int nth, int more = 1)
-            : name(std::move(file)), text(std::move(words)), first(nth), last(nth + more)
+        Stranger(QString file, QByteArray words, int nth, int more = 1, QByteArray wordsBehind = {})
+            : name(std::move(file)), text(std::move(words)), behind(std::move(wordsBehind)), first(nth),
+              last(nth + more)
         {
             setCurrent(this);
         }
@@ -422,12 +423,16 @@ TEST_F(OutputTest, ARowWasWrittenOverWhatAStrangerAppendedBetweenTheLookAndTheRo
         {
             ++writes;
             QFile file(name);
-            if (writes >= first && writes < last && file.open(QIODevice::Append | QIODevice::Unbuffered))
+            const bool isAt = writes >= first && writes < last && file.open(QIODevice::Append | QIODevice::Unbuffered);
+            if (isAt)
                 file.write(text);
-            return FileCalls::write(descriptor, bytes, size);
+            const ssize_t written = FileCalls::write(descriptor, bytes, size);
+            if (isAt)
+                file.write(behind);
+            return written;
         }
         const QString name;
-        const QByteArray text;
+        const QByteArray text, behind;
         const int first, last;
         int writes = 0;
     };
@@ -438,7 +443,7 @@ TEST_F(OutputTest, ARowWasWrittenOverWhatAStrangerAppendedBetweenTheLookAndTheRo
     const struct {
         QByteArray strange;
         int before; ///< which write
-        QByteArray after, torn;
+        QByteArray after, torn, behind;
     } cases[] = {
         {line + '\n', 2, header + line + '\n' + row, ""},
         {line + '\n', 1, line + '\n' + header + row, ""},
@@ -447,11 +452,13 @@ TEST_F(OutputTest, ARowWasWrittenOverWhatAStrangerAppendedBetweenTheLookAndTheRo
         {line, 2, header + row, line},
         {line, 1, header + row, line},
         {"# flag ab: x\n", 2, header + "# flag ab: x\n" + row, ""},
+        {line + '\n', 2, header + line + '\n' + row + line, "", line},
+        {other, 2, header + other + '#' + QByteArray(row.size() - 2, ' ') + '\n' + other + header + row, "", other},
     };
     for (const auto &c : cases) {
         QFile::remove(path(recordsName));
         QFile::remove(path(recordsName + ".torn"));
-        const Stranger stranger(path(recordsName), c.strange, c.before);
+        const Stranger stranger(path(recordsName), c.strange, c.before, 1, c.behind);
         PlainFileOutput output(settings);
         EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
         EXPECT_EQ(contentOf(path(recordsName)), c.after);
