@@ -97,15 +97,15 @@ void addReadOptions(CLI::App *command, Words &words)
 }
 
 /// The folder to write to, and how.
-void addOutputOptions(CLI::App *command, Words &words, SaveOptions &options, const char *variantHelp,
-                      const char *appendHelp)
+void addOutputOptions(CLI::App *command, Words &words, SaveOptions &options, const char *variantHelp)
 {
     command->add_option("--output", words.outputFolder, "The folder to write to; made if it doesn't exist")
         ->required()
         ->type_name("FOLDER");
     command->add_option("--output-variant", words.outputVariant, variantHelp);
     command->add_flag("--inversion-vars", options.inversionVars, "Write the residuals of the currents beside spectra");
-    CLI::Option *const append = command->add_flag("--append", options.append, appendHelp);
+    CLI::Option *const append =
+        command->add_flag("--append", options.append, "Continue files that exist, with the rows that they don't hold");
     command->add_flag("--overwrite", options.overwrite, "Replace files that exist, each as a whole")->excludes(append);
 }
 
@@ -120,8 +120,7 @@ void addReinvertOptions(CLI::App *command, Words &words, ReinvertOptions &option
         ->expected(1, 1 << 20)
         ->allow_extra_args();
     addOutputOptions(command, words, options.save,
-                     "Variant in the written files' names; else the one read with \"-reinv\" behind it",
-                     "Continue files that exist");
+                     "Variant in the written files' names; else the one read with \"-reinv\" behind it");
     command->add_flag("--records", words.records, "Write full records beside spectra");
     command->add_flag("--only-new", options.onlyNew, "Leave out spectra that were read");
 }
@@ -256,8 +255,7 @@ CommandLineParser::State::State(Pictures pictures)
 
     save = app.add_subcommand("save", "Reads day files and writes them anew");
     addReadOptions(save, words);
-    addOutputOptions(save, words, result.save, "Variant in the written files' names; else the one read",
-                     "Continue files that exist, with the rows that they don't hold");
+    addOutputOptions(save, words, result.save, "Variant in the written files' names; else the one read");
     save->add_flag("--no-records", words.noRecords, "Write spectra alone");
 
     reinvert = app.add_subcommand("reinvert", "Inverts the records anew and writes their spectra");

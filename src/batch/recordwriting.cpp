@@ -61,7 +61,7 @@ Spectrometer::PlainFileOutput::RowCounts moveOut(StagedOutput &staged, const QSt
         for (const QString &name : moved.names)
             standing += output.rowsOfClosedFiles().value(QDir(staged.path()).filePath(name));
     }
-    return {standing, counts.written + counts.lost - standing};
+    return {standing, counts.written + counts.lost - standing, counts.held, counts.differing};
 }
 
 } // namespace Batch

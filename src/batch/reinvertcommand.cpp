@@ -152,6 +152,8 @@ Outcome reinvert(const ReinvertOptions &options, const MessageCollector &message
         staged.replace(targets);
     PlainFileOutput::Settings settings = outputSettings(save, *read.reader, selection.byMode);
     settings.folder = staged.path();
+    if (save.append) // spectra of other inverters stand under other headers
+        settings.passOver = PlainFileOutput::PassOver::RowsOfTheSameHeader;
     PlainFileOutput output(settings);
     outcome.interrupted = !invertAndWrite(options, *read.reader, inverters, selection, output);
     const PlainFileOutput::RowCounts counts = moveOut(staged, save.outputFolder, output, outcome);

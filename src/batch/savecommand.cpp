@@ -22,7 +22,8 @@ Outcome write(const SaveOptions &options, const FolderRead &read, const SpectraB
               const QStringList &targets, const MessageCollector &messages)
 {
     PlainFileOutput::Settings settings = outputSettings(options, *read.reader, spectra);
-    settings.passOverHeldRows = options.append;
+    if (options.append)
+        settings.passOver = PlainFileOutput::PassOver::RowsOfAnyHeader;
     Outcome outcome;
     std::unique_ptr<StagedOutput> staged;
     if (options.overwrite) {

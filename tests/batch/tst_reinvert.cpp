@@ -128,9 +128,12 @@ TEST_F(Reinvert, EveryWayOfEndingHasItsStatus)
     write("strange.inverter", contentOf("other.inverter").replace("opmode: particles", "opmode: fog"));
     write("unit.inverter", contentOf("other.inverter").replace("yunit: 1/cm^3", "yunit: 1/cm^^3"));
     write("file", "not a folder");
-    EXPECT_EQ(run(arguments("{}/other.inverter", "{}/out")).code, 0);
+    EXPECT_EQ(run(arguments("{}/inverters/particles-neg.inverter", "{}/out")).code, 0);
     const QByteArray before = contentOf("out/" + particles.arg("block-reinv"));
-    expectEndings("reinvert.txt"); // one of them appends
+    expectEndings("reinvert.txt"); // one of them appends the rows of another inverter
+    const Ended again = run(arguments("{}/other.inverter", "{}/out", {"--append"}));
+    EXPECT_EQ(again.code, 0);
+    EXPECT_TRUE(again.errors.contains(" were passed over, since the files hold them already; 0 of them differ"));
     EXPECT_EQ(rows("out/" + particles.arg("block-reinv")), 2 * before.count("\n2019-"));
     EXPECT_TRUE(contentOf("out/" + particles.arg("block-reinv")).startsWith(before));
     EXPECT_FALSE(QDir(path("none")).exists());
@@ -171,16 +174,19 @@ TEST_F(Reinvert, OfWhichAFileCallFailsLeavesTheFolderAsItWas)
             ends.sort();
         }
         const QString one = "out/" + ions.arg("block");
+        const QByteArray whole = contentOf("demo/" + ions.arg("block"));
         const auto run = [&] {
             QDir(path("out")).removeRecursively();
-            if (append)
-                write(one, contentOf("demo/" + ions.arg("block")));
+            if (append) // all but the last row
+                write(one, whole.left(whole.lastIndexOf('\n', -2) + 1));
             return Batch::runReinvert(options);
         };
         const auto check = [&](int status, const QByteArray &words) {
             const bool stands = status == 0 || words.contains("The files in \"");
             EXPECT_EQ(names("out").size(), append ? 1 : stands ? 3 : 0);
-            EXPECT_EQ(rows(one), (append + stands) * rows("demo/" + ions.arg("block")));
+            const int all = rows("demo/" + ions.arg("block"));
+            EXPECT_EQ(rows(one), stands ? all : append ? all - 1 : 0);
+            EXPECT_TRUE(!append || !stands || contentOf(one) == whole);
             EXPECT_EQ(words.contains("\n0 rows written") || !words.contains("rows written"), !stands);
             EXPECT_TRUE(isTidy());
         };

@@ -72,7 +72,8 @@ public:
         const Contents found = contentsOf(trial.path("w"));
         trial.count(QString("status %1").arg(ending.status));
         const QString fault = faultOf(failure, ending, found);
-        const QString again = fault.isNull() ? faultOfSecondRun(trial, ending, found) : QString();
+        const bool isDone = ending.isSuccess() && m_writer.manner == Writer::Replaces;
+        const QString again = fault.isNull() && !isDone ? m_writer.faultOfSecondRun(trial.path("w")) : QString();
         for (const QString &text : {fault, again})
             if (!text.isNull())
                 trial.fail(QString("call %1, %2, fails with %3%4: %5")
@@ -98,17 +99,6 @@ private:
         const bool isRemoval = failure.name == "unlink" || failure.name == "rmdir";
         const bool isBroken = failure.ever && failure.way == QString::number(EIO);
         return m_writer.faultOf(ending, found, isRemoval || isBroken);
-    }
-
-    QString faultOfSecondRun(Trial &trial, const Ending &ending, const Contents &found) const
-    {
-        if (ending.isSuccess() && m_writer.manner == Writer::Replaces)
-            return {};
-        if (m_writer.isContinuedTwice(found)) {
-            trial.count("continued in part");
-            return {};
-        }
-        return m_writer.faultOfSecondRun(trial.path("w"));
     }
 
     const Writer &m_writer;

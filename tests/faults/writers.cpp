@@ -302,11 +302,6 @@ QString Writer::faultOf(const Contents &found, bool mayLeave) const
     return faultOfTornRows(found);
 }
 
-bool Writer::isContinuedTwice(const Contents &found) const
-{
-    return name == "reinvert-append" && found != before;
-}
-
 QString Writer::faultOfSecondRun(const QString &folder) const
 {
     const Contents found = contentsOf(folder);

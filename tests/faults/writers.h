@@ -49,8 +49,6 @@ struct Writer {
     QString faultOf(const Contents &found, bool mayLeave) const;
     /// Null if a row that was cut off, of a file that is continued, is still there or was put aside.
     QString faultOfTornRows(const Contents &found) const;
-    /// Whether the command, given again, would continue once more what it has continued already.
-    bool isContinuedTwice(const Contents &found) const;
     /// Null if the command, given again, brings about what an undisturbed run does.
     QString faultOfSecondRun(const QString &folder) const;
 };

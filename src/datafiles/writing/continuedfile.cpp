@@ -18,8 +18,8 @@ constexpr int longestLine = 64 << 20; // a longer one is neither a flag nor a ro
 
 } // namespace
 
-ContinuedFile::ContinuedFile(const QList<QByteArray> &header, HeldRows *held)
-    : m_header(header), m_held(held), m_match(header), m_matchBefore(header)
+ContinuedFile::ContinuedFile(const QList<QByteArray> &header, HeldRows *held, bool underAnyHeader)
+    : m_header(header), m_held(held), m_underAnyHeader(underAnyHeader), m_match(header), m_matchBefore(header)
 {
     for (const QByteArray &line : header)
         m_longestHeaderLine = std::max(m_longestHeaderLine, line.size());
@@ -88,6 +88,8 @@ void ContinuedFile::openHeader()
 
 void ContinuedFile::holdRow()
 {
+    if (!m_match.isComplete() && !m_underAnyHeader)
+        return;
     // A row that lacks fields is passed over by readers, too.
     if (m_match.isComplete() && m_line.count('\t') < m_header.last().count('\t'))
         return;

@@ -18,8 +18,9 @@ class HeldRows;
 /// the writer's own header, and which flags that block defines.
 class ContinuedFile {
 public:
-    /// The header must have lines. The rows go to `held`, which may be null. Both must outlive this object.
-    ContinuedFile(const QList<QByteArray> &header, HeldRows *held);
+    /// The header must have lines. The rows under it, or under any header, go to `held`, which may be null. Both must
+    /// outlive this object.
+    ContinuedFile(const QList<QByteArray> &header, HeldRows *held, bool underAnyHeader);
 
     /// Reads the file from its beginning on, in pieces. False with errno set if that fails.
     bool read(FileCalls &calls, int descriptor);
@@ -40,6 +41,7 @@ private:
 
     const QList<QByteArray> &m_header;
     HeldRows *m_held;
+    bool m_underAnyHeader;
     int m_longestHeaderLine = 0;
     QByteArray m_line; ///< as far as it is at hand and matters
     off_t m_size = 0;

@@ -115,7 +115,8 @@ void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, c
     const Log::Logger logger = m_logger;
     const auto dayFile = [&](const QString &suffix, const FileHeader::Lines &header) {
         auto file = makeFile(stem + suffix, header);
-        file->findHeldRows = m_applied.passOverHeldRows;
+        file->findHeldRows = m_applied.passOver != PassOver::Nothing;
+        file->findUnderAnyHeader = m_applied.passOver == PassOver::RowsOfAnyHeader;
         return file;
     };
     const auto recordsFile = [&](const QString &suffix, const FileHeader::Lines &header) {

@@ -44,6 +44,11 @@ public:
         bool spectra = true;
     };
 
+    /// Which rows stay unwritten: none, or those whose begin, end and mode a file holds when it is opened, under the
+    /// same header or under any. So a writer that was killed can write all again, and the files are as if it hadn't
+    /// been.
+    enum class PassOver { Nothing, RowsOfTheSameHeader, RowsOfAnyHeader };
+
     struct Settings {
         QString folder;                       ///< made when the first row comes, if it doesn't exist
         QString fileNamePattern;              ///< time codes, such as "%Y%m%d", expanded by the row's local time
@@ -55,9 +60,7 @@ public:
         std::shared_ptr<const RecordMetadata> metadata; ///< without it nothing is written
         QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectra; ///< to write, by the name of the operating mode
         QString remark;                                                 ///< free
-        /// Rows stay unwritten whose begin, end and mode a file holds when it is opened, as the rows of a writer that
-        /// was killed: when it writes all again, the files are as if it hadn't been.
-        bool passOverHeldRows = false;
+        PassOver passOver = PassOver::Nothing;
     };
 
     /// The fate of a row: `Skipped` is one that the settings or the record don't ask for, `Held` one that the file

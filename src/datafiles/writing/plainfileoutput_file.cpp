@@ -157,7 +157,7 @@ void OutputFile::checkHeader()
     m_end = ::lseek(m_handle, 0, SEEK_END);
     if (m_header.isEmpty())
         return;
-    ContinuedFile file(m_header, findHeldRows ? &heldRows : nullptr);
+    ContinuedFile file(m_header, findHeldRows ? &heldRows : nullptr, findUnderAnyHeader);
     if (!file.read(FileCalls::current(), m_handle))
         throw FileOutputError(QStringLiteral("Failed to read file \"%1\": %2. Data was lost!")
                                   .arg(m_currentName, qt_error_string(errno)));

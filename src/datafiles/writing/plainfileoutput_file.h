@@ -59,11 +59,12 @@ public:
     /// The name that openFor was last asked for, though it may have failed; the pattern for a time that has none.
     const QString &wantedName() const { return m_wantedName; }
 
-    qint64 rowCount = 0;       ///< of this opening; counted by the caller of append()
-    bool matchHeader = true;   ///< continue a file whose last header is this one
-    bool findHeldRows = false; ///< at an opening; a header is written with the first row then
-    HeldRows heldRows;         ///< by the file when it was opened, if they are to be found
-    FlagIds flagIds;           ///< of the block that the file ends in
+    qint64 rowCount = 0;             ///< of this opening; counted by the caller of append()
+    bool matchHeader = true;         ///< continue a file whose last header is this one
+    bool findHeldRows = false;       ///< at an opening; a header is written with the first row then
+    bool findUnderAnyHeader = false; ///< not under this one alone
+    HeldRows heldRows;               ///< by the file when it was opened, if they are to be found
+    FlagIds flagIds;                 ///< of the block that the file ends in
     std::function<void(const QString &message)> messageCallback; ///< gets the report of an opening
     std::function<void(const QString &message)> warningCallback; ///< is told what an opening had to mend
     /// Told of each closing: the file's name, its rows, and why it failed, which is null if it didn't.

@@ -178,7 +178,7 @@ TEST_F(OutputTest, FlagsOfAContinuedBlockAreNotDefinedAgain)
 
 TEST_F(OutputTest, ContinuedAfterACutAtAnyByteItIsAsNeverCut)
 {
-    settings.passOverHeldRows = true;
+    settings.passOver = PlainFileOutput::PassOver::RowsOfAnyHeader;
     settings.variants[0].spectra = false;
     std::vector<Spectrometer::FullRecord> records;
     for (int i = 0; i < 4; ++i)
@@ -211,7 +211,7 @@ TEST_F(OutputTest, HeldRowsThatDifferInValuesOrFlagsAreCounted)
 {
     PlainFileOutput(settings).writeRecordRow(record());
     const QByteArray held = contentOf(path(recordsName));
-    settings.passOverHeldRows = true;
+    settings.passOver = PlainFileOutput::PassOver::RowsOfAnyHeader;
     Spectrometer::FullRecord other = record();
     const auto expectHeld = [&](int differing) {
         PlainFileOutput output(settings);
@@ -221,7 +221,12 @@ TEST_F(OutputTest, HeldRowsThatDifferInValuesOrFlagsAreCounted)
         EXPECT_EQ(contentOf(path(recordsName)), held) << "a header without rows";
     };
     expectHeld(0);
+    settings.passOver = PlainFileOutput::PassOver::RowsOfTheSameHeader;
+    expectHeld(0);
     metadata->instrumentSettings["id"] = 7; // another header
+    EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(other), Result::Written);
+    writeFile(path(recordsName), held);
+    settings.passOver = PlainFileOutput::PassOver::RowsOfAnyHeader;
     expectHeld(0);
     other.flags = {flagOf("leak")};
     expectHeld(1);
