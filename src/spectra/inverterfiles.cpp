@@ -181,7 +181,7 @@ void Walk::visitFile(const QString &path)
         complain("Could not open file '%1'", path);
         return;
     }
-    makeOne(file.read(largestInverterText + 1), path);
+    makeOne(readUpTo(file, largestInverterText + 1), path);
 }
 
 void Walk::makeOne(const QByteArray &bytes, const QString &path)

@@ -171,7 +171,7 @@ QStringList readInverterMap(const QString &path)
     QFile file(path);
     if (!openRegularFile(file))
         throw InverterFileError(fillMarkers(QStringLiteral("Unable to open '%1'"), {path}));
-    const QByteArray bytes = file.read(largestInverterText + 1);
+    const QByteArray bytes = readUpTo(file, largestInverterText + 1);
     if (bytes.size() > largestInverterText)
         throw badStructure(path);
 

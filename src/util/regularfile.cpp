@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <sys/stat.h>
@@ -33,4 +34,15 @@ bool openRegularFile(QFile &file, QString *reason)
     if (reason)
         *reason = why;
     return why.isNull();
+}
+
+QByteArray readUpTo(QFile &file, qint64 mostBytes)
+{
+    constexpr qint64 block = 64 << 10;
+    QByteArray bytes, more;
+    do {
+        more = file.read(std::min(block, mostBytes - bytes.size()));
+        bytes += more;
+    } while (!more.isEmpty());
+    return bytes;
 }

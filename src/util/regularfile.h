@@ -12,3 +12,7 @@ QString whyNotRegularFile(const QString &path);
 
 /// Opens a regular file for reading. False: `reason` (may be null) says why not.
 bool openRegularFile(QFile &file, QString *reason = nullptr);
+
+/// The bytes from the file's position to its end, but at most `mostBytes`. Memory is taken for the bytes that are
+/// there; QIODevice::read() takes it for as many as it may read.
+QByteArray readUpTo(QFile &file, qint64 mostBytes);

@@ -30,7 +30,7 @@ SetupFile notOpened(const QString &path)
 SetupFile readFrom(QFile &file)
 {
     const QString path = file.fileName();
-    const QByteArray text = file.read(mostBytes + 1);
+    const QByteArray text = readUpTo(file, mostBytes + 1);
     if (file.error() != QFileDevice::NoError)
         return notUnderstood(path, file.errorString());
     if (text.size() > mostBytes)

@@ -39,3 +39,15 @@ TEST(RegularFile, IsToldFromWhatWouldBlockOrNeverEndBeforeItIsOpened)
         EXPECT_EQ(reason, c.reason) << qPrintable(c.path);
     }
 }
+
+TEST(RegularFile, IsReadUpToABoundForWhichNoMemoryIsTaken)
+{
+    const QTemporaryDir folder;
+    const QByteArray text(150'000, 'x');
+    writeFile(folder.filePath("file"), text);
+    for (const qint64 most : {qint64(0), qint64(65'536), qint64(149'999), qint64(150'000), qint64(1) << 40}) {
+        QFile file(folder.filePath("file"));
+        ASSERT_TRUE(openRegularFile(file));
+        EXPECT_EQ(readUpTo(file, most).size(), std::min<qint64>(most, text.size()));
+    }
+}

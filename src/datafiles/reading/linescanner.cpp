@@ -8,7 +8,8 @@
 
 namespace {
 
-constexpr std::size_t blockSize = std::size_t(1) << 20;
+constexpr std::int64_t largestBlock = 1 << 20;
+constexpr std::int64_t blockBeyondSize = 16 << 10;
 
 /// Takes the carriage returns out; the result is the new end.
 char *removeCarriageReturns(char *begin, char *end)
@@ -63,8 +64,10 @@ bool LineScanner::fill()
 {
     if (m_atEnd)
         return false;
-    makeRoom();
-    const auto wanted = std::size_t(std::min<std::int64_t>(blockSize, m_limit - m_offset));
+    // A small file takes little memory. What was added to it since it was opened comes in small blocks.
+    const std::int64_t known = std::max(blockBeyondSize, m_file->size() - m_offset);
+    const auto wanted = std::size_t(std::min({largestBlock, known, m_limit - m_offset}));
+    makeRoom(wanted);
     const std::int64_t got = wanted > 0 ? m_file->read(m_offset, m_buffer.get() + m_end, wanted) : 0;
     if (got < 0)
         throw FileReaderError(QString::fromLocal8Bit(std::strerror(errno)));
@@ -77,11 +80,11 @@ bool LineScanner::fill()
     return got > 0;
 }
 
-/// Moves the unfinished line to the front of the buffer, and makes the buffer hold another block behind it.
-void LineScanner::makeRoom()
+/// Moves the unfinished line to the front of the buffer, and makes the buffer hold that many bytes behind it.
+void LineScanner::makeRoom(std::size_t bytes)
 {
     const std::size_t kept = m_end - m_begin;
-    const std::size_t needed = kept + blockSize;
+    const std::size_t needed = kept + bytes;
     char *from = m_buffer.get() + m_begin;
     if (needed > m_capacity) {
         const std::size_t capacity = std::max(needed, 2 * m_capacity);

@@ -7,8 +7,8 @@
 #include <functional>
 #include <limits>
 
-/// Finds the lines of one file in blocks of 1 MiB, all in one buffer that grows with the longest line. Carriage returns
-/// are left out wherever they stand, as a text device would. The file may grow or shrink while it is read.
+/// Finds the lines of one file in blocks of up to 1 MiB, all in one buffer that grows with the longest line. Carriage
+/// returns are left out wherever they stand, as a text device would. The file may grow or shrink while it is read.
 class LineScanner {
 public:
     static constexpr std::size_t longestLine = std::size_t(256) << 20;
@@ -37,7 +37,7 @@ public:
 private:
     char *findLineEnd();
     bool fill();
-    void makeRoom();
+    void makeRoom(std::size_t bytes);
     Found skipLine();
 
     std::shared_ptr<const DataFile> m_file;
