@@ -16,8 +16,9 @@ RowNumbers RowNumbers::of(RecordNumbers &numbers)
             numbers.voltages.begin(), numbers.variables.begin()};
 }
 
-RowNumbers RowNumbers::in(double *numbers, std::size_t electrometers)
+RowNumbers RowNumbers::in(double *numbers, const RowLayout &layout)
 {
+    const std::size_t electrometers = layout.groups.any() ? layout.electrometers : 0;
     return {numbers, numbers + electrometers, numbers + 2 * electrometers, numbers + 3 * electrometers,
             numbers + 4 * electrometers};
 }
@@ -37,13 +38,13 @@ RowNumbers ParsedRows::addNumbers(ParsedRow &row, RowExpectation expected, const
     }
     row.firstNumber = numbers.size();
     numbers.resize(numbers.size() + count, noValue);
-    return RowNumbers::in(numbers.data() + row.firstNumber, layout.electrometers);
+    return RowNumbers::in(numbers.data() + row.firstNumber, layout);
 }
 
 RowNumbers ParsedRows::numbersOf(ParsedRow &row)
 {
     return row.hasOwnNumbers ? RowNumbers::of(row.ownNumbers)
-                             : RowNumbers::in(numbers.data() + row.firstNumber, row.parser->layout().electrometers);
+                             : RowNumbers::in(numbers.data() + row.firstNumber, row.parser->layout());
 }
 
 void ParsedRows::addSpectrum(ParsedRow &row, int column, std::shared_ptr<SpectMath::Spectrum> spectrum)

@@ -19,8 +19,9 @@ struct RowNumbers {
 
     static RowNumbers of(Record &record);
     static RowNumbers of(RecordNumbers &numbers);
-    /// In one stretch: four times as many as there are electrometers, and then the variables.
-    static RowNumbers in(double *numbers, std::size_t electrometers);
+    /// In one stretch: four times as many as there are electrometers, and then the variables. Of rows without any group
+    /// of numbers nothing stands there, and `numbers` may be null.
+    static RowNumbers in(double *numbers, const RowLayout &layout);
 };
 
 /// One line of a block, parsed before its record is known. Texts are views into the line.
