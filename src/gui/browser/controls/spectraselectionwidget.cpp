@@ -152,6 +152,15 @@ void SpectraSelectionWidget::popUpBelow(const QWidget *button)
     m_listView->setFocus();
 }
 
+bool SpectraSelectionWidget::event(QEvent *event)
+{
+    // The view behind a pop-up is its parent, and would take the keys of its own commands: Escape would not close the
+    // list.
+    if (isWindow() && event->type() == QEvent::ShortcutOverride)
+        event->accept();
+    return QWidget::event(event);
+}
+
 void SpectraSelectionWidget::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);

@@ -37,6 +37,7 @@ Q_SIGNALS:
     void selectionChanged(QSet<QString> ids);
 
 protected:
+    bool event(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 

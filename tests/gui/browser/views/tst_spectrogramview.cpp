@@ -444,6 +444,24 @@ TEST_F(SpectrogramViewTest, TheListChoosesSpectra)
     EXPECT_FALSE(list->isVisible());
 }
 
+TEST_F(SpectrogramViewTest, KeysInTheListOfSpectraDontReachTheCommandsOfTheViewBehindIt)
+{
+    auto *const list = view.findChild<Tsb::SpectraSelectionWidget *>();
+    QAction command;
+    command.setShortcuts({Qt::Key_1, Qt::Key_Escape});
+    command.setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    view.addAction(&command);
+    const QSignalSpy given(&command, &QAction::triggered);
+    view.activateWindow();
+    view.showSettingsForm(true);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(list));
+    QTest::keyClick(list->windowHandle(), Qt::Key_1);
+    EXPECT_TRUE(list->isVisible());
+    QTest::keyClick(list->windowHandle(), Qt::Key_Escape);
+    EXPECT_FALSE(list->isVisible());
+    EXPECT_EQ(given.size(), 0);
+}
+
 TEST_F(SpectrogramViewTest, TheValueCursorShowsOnItsScale)
 {
     choose({"a"});
