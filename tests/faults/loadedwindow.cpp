@@ -29,9 +29,13 @@ WindowApplication::WindowApplication(int &argc, char **argv) : m_application(arg
 void WindowApplication::judge(const Log::Entry &entry)
 {
     static const std::pair<const char *, const char *> counted[] = {
-        {"Starting reinversion", "reinversions"},      {"Reinversion cancelled", "reinversions cancelled"},
-        {"Saving was stopped", "saves cancelled"},     {" rows written to ", "saves and exports"},
-        {"Can not open files while", "refused reads"}, {"The data stay as they were", "failed reads"}};
+        {"Starting reinversion", "reinversions"},
+        {"Reinversion cancelled", "reinversions cancelled"},
+        {"Reinversion finished", "reinversions finished or cancelled"},
+        {"Saving was stopped", "saves cancelled"},
+        {" rows written to ", "saves and exports"},
+        {"Can not open files while", "refused reads"},
+        {"The data stay as they were", "failed reads"}};
     for (const auto &[words, name] : counted)
         if (entry.message.contains(QLatin1String(words)))
             Child::count(name);

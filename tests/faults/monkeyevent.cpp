@@ -20,7 +20,8 @@ constexpr std::array<ActionKind, MonkeyEvent::actions> kinds{{{"key", 24},
                                                               {"answer", 9},
                                                               {"dock", 3},
                                                               {"resize", 2},
-                                                              {"grow", 2}}};
+                                                              {"grow", 2},
+                                                              {"work", 8}}};
 
 int randomWait(std::mt19937_64 &random)
 {

@@ -12,8 +12,8 @@ namespace Faults {
 /// Something that a user does without a thought. What it hits depends on what is there when it comes, by numbers of its
 /// own alone, so that a list of events stays of use when some of them are left out.
 struct MonkeyEvent {
-    enum Action { key, type, click, doubleClick, hover, drag, wheel, command, answer, dock, resize, grow };
-    static constexpr int actions = grow + 1;
+    enum Action { key, type, click, doubleClick, hover, drag, wheel, command, answer, dock, resize, grow, work };
+    static constexpr int actions = work + 1;
     static constexpr int span = 10000; ///< numbers are below it
 
     Action action = key;

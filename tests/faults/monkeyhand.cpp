@@ -142,6 +142,8 @@ void MonkeyHand::act(const MonkeyEvent &event)
     case MonkeyEvent::grow:
         m_growing.write(1 + event.below(0, 20));
         return m_growing.flush(event.below(1, 2) == 0);
+    case MonkeyEvent::work:
+        return startWork(event);
     }
 }
 
@@ -269,6 +271,31 @@ void MonkeyHand::giveCommand(const MonkeyEvent &event)
             open << one;
     if (!open.isEmpty())
         open[event.below(0, open.size())]->trigger();
+}
+
+/// What takes long, by its command. Its dialog is answered at once in three of four times, and left to later events
+/// else.
+void MonkeyHand::startWork(const MonkeyEvent &event)
+{
+    static constexpr std::array<const char *, 8> commands{"Reinvert...",   "Reinvert...",        "Reinvert...",
+                                                          "Save data...",  "Export data...",     "Read again",
+                                                          "Follow folder", "Open data folder..."};
+    if (QApplication::activeModalWidget())
+        return answer(event);
+    if (QApplication::activePopupWidget())
+        return;
+    QAction *action = m_window.action(commands[std::size_t(event.below(3, int(commands.size())))]);
+    if (!action->isEnabled())
+        action = m_window.action("Open data folder...");
+    if (event.below(4, 4) != 0)
+        m_steps.push_back([this, event] { answer(event); });
+    if (event.below(5, 2) == 0) // often before the reinversion, or another one, has ended
+        QTimer::singleShot(event.numbers[5] / 10, m_window.window.get(),
+                           [cancel = m_window.action("Cancel reinversion")] {
+                               if (!QApplication::activeModalWidget())
+                                   cancel->trigger();
+                           });
+    action->trigger();
 }
 
 void MonkeyHand::moveDock(const MonkeyEvent &event)

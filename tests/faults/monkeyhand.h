@@ -40,6 +40,7 @@ private:
     void drag(const MonkeyEvent &event);
     void turn(const MonkeyEvent &event);
     void giveCommand(const MonkeyEvent &event);
+    void startWork(const MonkeyEvent &event);
     void moveDock(const MonkeyEvent &event);
     void resize(const MonkeyEvent &event);
 
