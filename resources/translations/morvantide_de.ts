@@ -521,22 +521,32 @@ Die Grenzen sind durch Leerzeichen zu trennen: z. B. &quot;1 3 10&quot;</transla
         <translation>Der Export wurde abgebrochen.</translation>
     </message>
     <message>
-        <source>%1 rows written to &quot;%2&quot;</source>
-        <translation>%1 Zeilen in &quot;%2&quot; geschrieben</translation>
-    </message>
-    <message>
-        <source>%1 rows written to %2 files in &quot;%3&quot;</source>
-        <translation>%1 Zeilen in %2 Dateien in &quot;%3&quot; geschrieben</translation>
-    </message>
-    <message>
-        <source>%1 rows could not be written.
-The log tells why.</source>
-        <translation>%1 Zeilen konnten nicht geschrieben werden.
-Das Protokoll nennt den Grund.</translation>
-    </message>
-    <message>
         <source>Nothing to export: no record is in the time span.</source>
         <translation>Nichts zu exportieren: Kein Datensatz liegt im Zeitraum.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n rows written to &quot;%1&quot;</source>
+        <translation>
+            <numerusform>%n Zeile in &quot;%1&quot; geschrieben</numerusform>
+            <numerusform>%n Zeilen in &quot;%1&quot; geschrieben</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n rows written to %1 files in &quot;%2&quot;</source>
+        <translation>
+            <numerusform>%n Zeile in %1 Dateien in &quot;%2&quot; geschrieben</numerusform>
+            <numerusform>%n Zeilen in %1 Dateien in &quot;%2&quot; geschrieben</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n rows could not be written.
+The log tells why.</source>
+        <translation>
+            <numerusform>%n Zeile konnte nicht geschrieben werden.
+Das Protokoll nennt den Grund.</numerusform>
+            <numerusform>%n Zeilen konnten nicht geschrieben werden.
+Das Protokoll nennt den Grund.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -768,9 +778,12 @@ Das Protokoll nennt den Grund.</translation>
         <source>The first %1 of %2 columns are shown.</source>
         <translation>Die ersten %1 von %2 Spalten werden gezeigt.</translation>
     </message>
-    <message>
-        <source>%1 more complaints.</source>
-        <translation>%1 weitere Beanstandungen.</translation>
+    <message numerus="yes">
+        <source>%n more complaints.</source>
+        <translation>
+            <numerusform>%n weitere Beanstandung.</numerusform>
+            <numerusform>%n weitere Beanstandungen.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1544,9 +1557,12 @@ Alle Dateien (*)</translation>
         <source>Spectra</source>
         <translation>Spektren</translation>
     </message>
-    <message>
-        <source>%1 of %2 records have this spectrum</source>
-        <translation>%1 von %2 Datensätzen haben dieses Spektrum</translation>
+    <message numerus="yes">
+        <source>%n of %1 records have this spectrum</source>
+        <translation>
+            <numerusform>%n von %1 Datensätzen hat dieses Spektrum</numerusform>
+            <numerusform>%n von %1 Datensätzen haben dieses Spektrum</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1650,44 +1666,47 @@ Alle Dateien (*)</translation>
         <translation>Keine Datei dieser Tage; der Ordner hat %1 bis %2.</translation>
     </message>
     <message>
-        <source>Looking at %1 files...</source>
-        <translation>%1 Dateien werden angesehen...</translation>
-    </message>
-    <message>
         <source>Variables: %1</source>
         <translation>Variablen: %1</translation>
-    </message>
-    <message>
-        <source>1 day</source>
-        <translation>1 Tag</translation>
-    </message>
-    <message>
-        <source>%1 days</source>
-        <translation>%1 Tage</translation>
-    </message>
-    <message>
-        <source>1 file</source>
-        <translation>1 Datei</translation>
-    </message>
-    <message>
-        <source>%1 files</source>
-        <translation>%1 Dateien</translation>
     </message>
     <message>
         <source>modes: %1</source>
         <translation>Betriebsarten: %1</translation>
     </message>
-    <message>
-        <source>1 variable</source>
-        <translation>1 Variable</translation>
+    <message numerus="yes">
+        <source>%n days</source>
+        <translation>
+            <numerusform>%n Tag</numerusform>
+            <numerusform>%n Tage</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 variables</source>
-        <translation>%1 Variablen</translation>
+    <message numerus="yes">
+        <source>%n files</source>
+        <translation>
+            <numerusform>%n Datei</numerusform>
+            <numerusform>%n Dateien</numerusform>
+        </translation>
     </message>
-    <message>
-        <source>%1 without a header</source>
-        <translation>%1 ohne Kopf</translation>
+    <message numerus="yes">
+        <source>%n variables</source>
+        <translation>
+            <numerusform>%n Variable</numerusform>
+            <numerusform>%n Variablen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n without a header</source>
+        <translation>
+            <numerusform>%n ohne Kopf</numerusform>
+            <numerusform>%n ohne Kopf</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Looking at %n files...</source>
+        <translation>
+            <numerusform>%n Datei wird angesehen...</numerusform>
+            <numerusform>%n Dateien werden angesehen...</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1932,12 +1951,15 @@ Alle Dateien (*)</translation>
 <context>
     <name>RecordViews</name>
     <message>
-        <source>Add %1 plots to the browser?</source>
-        <translation>%1 Diagramme zu den Zeitreihen hinzufügen?</translation>
-    </message>
-    <message>
         <source>Plot selected</source>
         <translation>Ausgewählte darstellen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Add %n plots to the browser?</source>
+        <translation>
+            <numerusform>%n Diagramm zu den Zeitreihen hinzufügen?</numerusform>
+            <numerusform>%n Diagramme zu den Zeitreihen hinzufügen?</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2324,14 +2346,6 @@ Alle Dateien (*)</translation>
 <context>
     <name>SaveWarnings</name>
     <message>
-        <source>%1 day file of the variant &quot;%2&quot; is there already: rows are added to it.</source>
-        <translation>%1 Tagesdatei der Variante &quot;%2&quot; gibt es schon: Zeilen werden angehängt.</translation>
-    </message>
-    <message>
-        <source>%1 day files of the variant &quot;%2&quot; are there already: rows are added to them.</source>
-        <translation>%1 Tagesdateien der Variante &quot;%2&quot; gibt es schon: Zeilen werden angehängt.</translation>
-    </message>
-    <message>
         <source>Folder does not exist. It will be created.</source>
         <translation>Den Ordner gibt es nicht. Er wird angelegt.</translation>
     </message>
@@ -2342,6 +2356,13 @@ Alle Dateien (*)</translation>
     <message>
         <source>A reinversion is running: spectra that it hasn&apos;t made yet will be missing.</source>
         <translation>Eine Neuinversion läuft: Spektren, die noch ausstehen, werden fehlen.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n day files of the variant &quot;%1&quot; are there already: rows are added to them.</source>
+        <translation>
+            <numerusform>%n Tagesdatei der Variante &quot;%1&quot; gibt es schon: Zeilen werden angehängt.</numerusform>
+            <numerusform>%n Tagesdateien der Variante &quot;%1&quot; gibt es schon: Zeilen werden angehängt.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2480,10 +2501,6 @@ Alle Dateien (*)</translation>
         <translation>und %1 weitere</translation>
     </message>
     <message>
-        <source>%1 records</source>
-        <translation>%1 Datens.</translation>
-    </message>
-    <message>
         <source>0 minutes ago</source>
         <translation>vor 0 Minuten</translation>
     </message>
@@ -2498,6 +2515,13 @@ Alle Dateien (*)</translation>
     <message>
         <source>%1:%2 hours ago</source>
         <translation>vor %1:%2 Stunden</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n records</source>
+        <translation>
+            <numerusform>%n Datens.</numerusform>
+            <numerusform>%n Datens.</numerusform>
+        </translation>
     </message>
 </context>
 <context>

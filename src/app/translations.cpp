@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <memory>
 
 namespace {
 
@@ -24,6 +25,13 @@ public:
     }
 };
 
+/// Null where there are none.
+QTranslator *textsOf(const QString &language)
+{
+    auto texts = std::make_unique<QTranslator>(QCoreApplication::instance());
+    return texts->load(QStringLiteral(":/translations/morvantide_%1.qm").arg(language)) ? texts.release() : nullptr;
+}
+
 } // namespace
 
 QString Translations::install(const QStringList &languages)
@@ -31,12 +39,10 @@ QString Translations::install(const QStringList &languages)
     for (const QString &one : languages) {
         const QString language = one.section(QRegularExpression(QStringLiteral("[-_]")), 0, 0).toLower();
         if (language == QLatin1String("en") || language == QLatin1String("c"))
-            return {};
-        auto *const texts = new QTranslator(QCoreApplication::instance());
-        if (!texts->load(QStringLiteral(":/translations/morvantide_%1.qm").arg(language))) {
-            delete texts;
+            break;
+        auto *const texts = textsOf(language);
+        if (!texts)
             continue;
-        }
         auto *const toolkit = new ToolkitTexts(QCoreApplication::instance());
         if (toolkit->load(QStringLiteral("qtbase_%1").arg(language),
                           QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
@@ -44,5 +50,7 @@ QString Translations::install(const QStringList &languages)
         QCoreApplication::installTranslator(texts);
         return language;
     }
+    if (auto *const plurals = textsOf(QStringLiteral("en")))
+        QCoreApplication::installTranslator(plurals);
     return {};
 }

@@ -96,7 +96,7 @@ Texts byCount(const FlagCounts &counts)
         rows += QStringLiteral("<tr><td><a href='%3/flag'>%1 %2</a></td>"
                                "<td align='right' class='comment'>%4</td></tr>")
                     .arg(tag(*status->flag), status->flag->message.toHtmlEscaped(),
-                         FlagCounts::keyOf(status->flag.get()), Words::tr("%1 records").arg(status->count));
+                         FlagCounts::keyOf(status->flag.get()), Words::tr("%n records", nullptr, status->count));
     }
     return {table(rows, all.size()), sums.summary()};
 }

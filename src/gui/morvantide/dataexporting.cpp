@@ -260,10 +260,10 @@ bool DataExporting::addRecords(DataExport::DataExporter &exporter, const Datasto
 void DataExporting::tellEnd(const DataExport::DataExporter::Result &result, const QStringList &targets)
 {
     logger().log(Log::Info, DataExport::resultText(result, targets));
-    const QString rows = QString::number(result.rows);
-    showResult(targets.size() == 1 ? tr("%1 rows written to \"%2\"").arg(rows, targets.first())
-                                   : tr("%1 rows written to %2 files in \"%3\"")
-                                         .arg(rows, QString::number(result.files), QFileInfo(targets.first()).path()));
+    const int rows = int(result.rows);
+    showResult(targets.size() == 1 ? tr("%n rows written to \"%1\"", nullptr, rows).arg(targets.first())
+                                   : tr("%n rows written to %1 files in \"%2\"", nullptr, rows)
+                                         .arg(QString::number(result.files), QFileInfo(targets.first()).path()));
     if (result.lost > 0)
-        tell(tr("%1 rows could not be written.\nThe log tells why.").arg(result.lost));
+        tell(tr("%n rows could not be written.\nThe log tells why.", nullptr, int(result.lost)));
 }

@@ -96,8 +96,8 @@ MorvantideInfoWindow::~MorvantideInfoWindow() = default;
 QString MorvantideInfoWindow::recordsText(const Datastore *store, UiInfo::InfoKey spectrum)
 {
     const auto series = store ? store->series(spectrum) : nullptr;
-    return tr("%1 of %2 records have this spectrum")
-        .arg(QString::number(series ? series->size() : 0), QString::number(store ? store->size() : 0));
+    return tr("%n of %1 records have this spectrum", nullptr, series ? int(series->size()) : 0)
+        .arg(store ? store->size() : 0);
 }
 
 void MorvantideInfoWindow::setRecordsText(RecordsText text)

@@ -20,11 +20,6 @@ constexpr int mostModes = 10;
 constexpr int mostVariables = 100;
 constexpr int longestName = 50;
 
-QString counted(int count, const QString &one, const QString &many)
-{
-    return count == 1 ? one : many.arg(count);
-}
-
 /// The first names, so that a folder of a million of them, or of long ones, keeps no window waiting.
 QString listed(const QStringList &names, int most)
 {
@@ -53,15 +48,15 @@ QString nothingMatches(QVariantMap choice)
 QString textOf(const FolderOverview &overview)
 {
     QStringList parts;
-    parts << counted(overview.days, OverviewLabel::tr("1 day"), OverviewLabel::tr("%1 days"))
-          << counted(overview.files, OverviewLabel::tr("1 file"), OverviewLabel::tr("%1 files"))
+    parts << OverviewLabel::tr("%n days", nullptr, overview.days)
+          << OverviewLabel::tr("%n files", nullptr, overview.files)
           << QLocale::c().formattedDataSize(overview.bytes, 1, QLocale::DataSizeSIFormat);
     if (!overview.modes.isEmpty())
         parts << OverviewLabel::tr("modes: %1").arg(listed(overview.modes, mostModes));
     if (!overview.variables.isEmpty())
-        parts << counted(overview.variables.size(), OverviewLabel::tr("1 variable"), OverviewLabel::tr("%1 variables"));
+        parts << OverviewLabel::tr("%n variables", nullptr, overview.variables.size());
     if (overview.withoutHeader > 0)
-        parts << OverviewLabel::tr("%1 without a header").arg(overview.withoutHeader);
+        parts << OverviewLabel::tr("%n without a header", nullptr, overview.withoutHeader);
     return parts.join(QStringLiteral("; "));
 }
 
@@ -107,7 +102,7 @@ void OverviewLabel::begin()
     m_survey.emplace();
     if (m_files.isEmpty())
         return setText(nothingMatches(m_choice));
-    setText(tr("Looking at %1 files...").arg(m_files.size()));
+    setText(tr("Looking at %n files...", nullptr, m_files.size()));
     m_work.start();
 }
 

@@ -18,10 +18,8 @@ QString row(const QString &text)
 
 QString dayFilesText(int count, const QString &variant)
 {
-    const QString text =
-        count == 1 ? Words::tr("%1 day file of the variant \"%2\" is there already: rows are added to it.")
-                   : Words::tr("%1 day files of the variant \"%2\" are there already: rows are added to them.");
-    return text.arg(QString::number(count), variant.toHtmlEscaped());
+    return Words::tr("%n day files of the variant \"%1\" are there already: rows are added to them.", nullptr, count)
+        .arg(variant.toHtmlEscaped());
 }
 
 } // namespace

@@ -77,7 +77,7 @@ TEST(DataChooserDialog, TellsWhatTheChosenFilesHoldBeforeTheyAreRead)
     d.dialog.setChoice({{"folderName", folder.path()}, {"variant", "block"}});
     tells("2 days; 2 files; 270 bytes; modes: ions, offset; 1 variable");
     d.dialog.setChoice({{"limitEnd", true}, {"endTime", day(9, 12)}});
-    tells("1 day; 1 file;");
+    tells("1 days; 1 files;");
     d.dialog.setChoice({{"endTime", day(9, 11)}});
     tells("No file of these days; the folder has 2019-09-12 to 2019-09-13.");
     d.dialog.setChoice({{"endTime", day(9, 12)}, {"variant", "1s"}});

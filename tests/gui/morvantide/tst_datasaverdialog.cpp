@@ -242,7 +242,7 @@ TEST_F(Saving, WarnsOfWhatStandsInTheFolder)
         writeFile(output() + "/" + name);
     EXPECT_FALSE(found().contains("already"));
     writeFile(output() + "/" + own[0]);
-    EXPECT_TRUE(found().contains("1 day file of the variant \"a/b.c\""));
+    EXPECT_TRUE(found().contains("1 day files of the variant \"a/b.c\""));
     writeFile(output() + "/" + own[1]);
     EXPECT_TRUE(found().contains("2 day files of the variant"));
     dialog->setVariant("<b>");

@@ -72,7 +72,7 @@ void ExportPreview::showSample(const ExportSample &sample)
     for (const QString &error : sample.errors.mid(0, shownErrors))
         errors << complaintText(error);
     if (sample.errors.size() > shownErrors)
-        errors << tr("%1 more complaints.").arg(sample.errors.size() - shownErrors);
+        errors << tr("%n more complaints.", nullptr, sample.errors.size() - shownErrors);
     m_errors->setText(errors.join(QLatin1Char('\n')));
     m_errors->setVisible(!errors.isEmpty());
 }

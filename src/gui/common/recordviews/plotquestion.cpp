@@ -15,9 +15,9 @@ bool confirmPlots(QWidget *parent, int count)
 {
     if (count <= mostUnasked)
         return count > 0;
-    const QString question = QCoreApplication::translate("RecordViews", "Add %1 plots to the browser?");
-    return QMessageBox::question(parent, QCoreApplication::translate("RecordViews", "Plot selected"),
-                                 question.arg(count)) == QMessageBox::Yes;
+    const QString question = QCoreApplication::translate("RecordViews", "Add %n plots to the browser?", nullptr, count);
+    return QMessageBox::question(parent, QCoreApplication::translate("RecordViews", "Plot selected"), question) ==
+           QMessageBox::Yes;
 }
 
 } // namespace RecordViews
