@@ -16,6 +16,8 @@ namespace {
 
 constexpr int highlightAlpha = 176;
 constexpr int cursorAlpha = 80;
+constexpr int neighboursDelay = 200; // ms
+constexpr int widestPad = 6;         // columns that a record lends to a gap, and one for rounding
 
 /// The image behind a painter whose bits can be written as opaque colours; null for any other device.
 QImage *writableImage(QPainter &painter)
@@ -36,7 +38,12 @@ QImage *writableImage(QPainter &painter)
 
 } // namespace
 
-SpectrogramPlot::SpectrogramPlot(QWidget *parent) : Plot(parent) {}
+SpectrogramPlot::SpectrogramPlot(QWidget *parent) : Plot(parent)
+{
+    m_neighboursTimer.setSingleShot(true);
+    m_neighboursTimer.setInterval(neighboursDelay);
+    connect(&m_neighboursTimer, &QTimer::timeout, this, &SpectrogramPlot::redrawNeighbours);
+}
 
 // ---- parameters; each change is a full redraw
 
@@ -164,8 +171,32 @@ PixelRange SpectrogramPlot::rangeOfUpdatedRecord(int index, const std::shared_pt
 
 PixelRange SpectrogramPlot::rangeOfRemovedRecord(int, const std::shared_ptr<Record> &record)
 {
-    // Columns that neighbours lend to a gap get right at the next redraw.
-    return spectrumOf(*record) ? spanOf(*record, 1) : PixelRange();
+    if (!spectrumOf(*record))
+        return {};
+    if (m_fillGaps)
+        redrawNeighboursSoon(*record);
+    return spanOf(*record, 1);
+}
+
+void SpectrogramPlot::redrawNeighboursSoon(const Record &changed)
+{
+    const bool isFirst = !m_neighboursTimer.isActive();
+    m_changedBegin = isFirst ? changed.beginTime : std::min(m_changedBegin, changed.beginTime);
+    m_changedEnd = isFirst ? effectiveEnd(changed) : std::max(m_changedEnd, effectiveEnd(changed));
+    if (isFirst)
+        m_neighboursTimer.start();
+}
+
+void SpectrogramPlot::redrawNeighbours()
+{
+    if (!series())
+        return;
+    const SpanIndex &spans = datastore()->seriesSpans(m_spectrumInfo.get());
+    const std::size_t first = spans.lowerBound(ticksOf(m_changedBegin)),
+                      after = spans.lowerBound(ticksOf(m_changedEnd));
+    const RecordTime begin = first > 0 ? recordTimeFromTicks(spans.begin(first - 1)) : m_changedBegin;
+    const RecordTime end = after < spans.size() ? recordTimeFromTicks(spans.end(after)) : m_changedEnd;
+    requestRedraw({timeScale().pixelAt(begin) - widestPad, timeScale().pixelAt(end) + widestPad + 1});
 }
 
 void SpectrogramPlot::addVisibleValuesTo(DecadeHistogram &histogram)

@@ -5,6 +5,8 @@
 #include "spectra/spectruminfo.h"
 #include "util/numeric.h"
 
+#include <QTimer>
+
 namespace Tsb {
 
 /// One spectrum as an image: time to the right, bins upward, colour for log10 of the values. The drawing is
@@ -49,6 +51,9 @@ private:
     int binCount() const;
     const RealMatrix *smoothing();
     void render(QImage &image, int first, int last, int offset);
+    /// How far a record reaches into a gap depends on the record at the other side, which may have come since.
+    void redrawNeighboursSoon(const Record &changed);
+    void redrawNeighbours();
 
     SpectMath::SpectrumInfoPointer m_spectrumInfo;
     double m_colorLower = 1;
@@ -60,6 +65,8 @@ private:
     bool m_reversedRows = false;
     double m_smoothingCoef = 0;
     RealMatrix m_smoothingMatrix; ///< 0 by 0 until it is needed
+    QTimer m_neighboursTimer;     ///< runs from a change in the store to the redraw of the records beside it
+    RecordTime m_changedBegin{}, m_changedEnd{}; ///< of all changes since it runs
 };
 
 } // namespace Tsb

@@ -51,7 +51,6 @@ protected:
     {
         store.addFullRecord(values(testRecord(next, next + length, count++ % 2)));
         invert(store.records().back());
-        touch(*store.records().back());
         next += length + (noise() < 0.1 ? 7 * length : noise() < 0.3 ? 2 : 0);
     }
     void changeValues(const std::shared_ptr<Record> &record)
@@ -59,7 +58,6 @@ protected:
         auto full = std::make_shared<Spectrometer::FullRecord>();
         static_cast<Spectrometer::RecordHead &>(*full) = *record;
         store.updateFullRecord(values(full));
-        touch(*record);
     }
     void invert(const std::shared_ptr<Record> &record)
     {
@@ -68,9 +66,7 @@ protected:
         spectrum->concentrations[2] = noise() < 0.1 ? 0 : 500 * noise();
         spectrum->currentRmsError = noise();
         store.addSpectra(resultFor(*record, {spectrum}));
-        touch(*record);
     }
-    void touch(const Record &record) { touched.emplace_back(record.beginTime, record.endTime); }
     void burst(int size)
     {
         for (int i = 0; i < size; ++i) {
@@ -137,7 +133,6 @@ protected:
     static constexpr int length = 10; ///< of a record, in seconds
     double next = 0;
     int count = 0;
-    std::vector<std::pair<RecordTime, RecordTime>> touched; ///< what changed since the vector was cleared
     QList<SpectMath::SpectrumInfoPointer> infos{testInfo("ions neg", testGrid(6)),
                                                 testInfo("particles neg", testGrid(6))};
     Spectrometer::RecordMetadataPointer metadata = testMetadata({"ions", "particles"}, {"e0", "e1"}, {"temperature"});
@@ -174,17 +169,13 @@ TEST_P(LiveDataTest, ThousandsOfRecordsInBurstsEqualAFullRedraw)
     }
 }
 
-/// Neighbours lend their columns to gaps, and take them back only at the next redraw.
-TEST_P(LiveDataTest, WithFilledGapsOnlyTheColumnsBesideAChangeMayDiffer)
+TEST_P(LiveDataTest, GapsAreFilledUpToRecordsThatComeInLater)
 {
     burst(1400);
     open(true);
     browser.timeView()->setTimeScale({testStart + Ticks(std::int64_t(next) * ticksPerSecond), 4 * ticksPerSecond, 500});
     settle();
     browser.grab();
-    touched.clear();
-    QObject::connect(&store, &Datastore::removed, &store,
-                     [this](int, const std::shared_ptr<Record> &record) { touch(*record); });
     for (int round = 0; round < 20; ++round) {
         for (int i = 0; i < 3; ++i) {
             comeIn();
@@ -194,28 +185,10 @@ TEST_P(LiveDataTest, WithFilledGapsOnlyTheColumnsBesideAChangeMayDiffer)
         settle();
         browser.grab();
     }
-    const auto images = pictures();
-    ASSERT_EQ(images.size(), 8u);
-    std::vector<bool> free(std::size_t(images[0].first.width()), true);
-    for (const auto &span : touched) {
-        const int first = browser.timeScale().pixelAt(span.first) - 6,
-                  last = browser.timeScale().pixelAt(span.second) + 6;
-        for (int x = std::max(first, 0); x <= last && x < int(free.size()); ++x)
-            free[std::size_t(x)] = false;
-    }
-    const auto compared = std::count(free.begin(), free.end(), true);
-    EXPECT_GT(compared, 200);
-    EXPECT_LT(compared, int(free.size()) - 100);
-    for (std::size_t i = 0; i < images.size(); ++i) {
-        const bool spectrogram = i >= 6;
-        for (int x = 0; x < int(free.size()); ++x) {
-            if (spectrogram && !free[std::size_t(x)])
-                continue;
-            ASSERT_EQ(images[i].first.copy(x, 0, 1, images[i].first.height()),
-                      images[i].second.copy(x, 0, 1, images[i].second.height()))
-                << "plot " << i << ", column " << x;
-        }
-    }
+    QTest::qWait(300); // a moment later than the records themselves
+    int index = 0;
+    for (const auto &images : pictures())
+        EXPECT_TRUE(images.first == images.second) << "plot " << index++;
 }
 
 } // namespace
