@@ -4,6 +4,9 @@
 #include "gui/browser/controls/timeview.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCursor>
+#include <QEvent>
 #include <QMenu>
 
 #include <utility>
@@ -12,11 +15,13 @@ namespace Tsb {
 
 MeasuringCommands::MeasuringCommands(MeasuringCursors *cursors, TimeView *axis,
                                      const std::function<RecordTime(int which)> &place, QWidget *widget)
-    : QObject(widget), m_cursors(cursors), m_axis(axis), m_spanMenu(new QMenu(widget))
+    : QObject(widget), m_widget(widget), m_cursors(cursors), m_axis(axis), m_spanMenu(new QMenu(widget))
 {
     for (int which = 0; which < MeasuringCursors::count; ++which)
-        m_set[std::size_t(which)] = addAction(tr("Set cursor &%1").arg(which + 1), Qt::Key_1 + which,
-                                              [=] { m_cursors->set(which, place(which)); });
+        m_set[std::size_t(which)] = addAction(tr("Set cursor &%1").arg(which + 1), Qt::Key_1 + which, [=] {
+            m_cursors->set(which, place(which));
+            takeFocus();
+        });
     m_drop = addAction(tr("&Drop cursors"), Qt::Key_Escape, [this] { m_cursors->drop(); });
     m_zoom = addAction(tr("&Zoom to span between cursors"), 0, [this] { zoomTo(m_cursors->span()); });
     m_export = addAction(tr("E&xport span between cursors..."), 0, [this] {
@@ -24,6 +29,7 @@ MeasuringCommands::MeasuringCommands(MeasuringCursors *cursors, TimeView *axis,
         Q_EMIT exportRequested(span.first, span.second);
     });
     widget->addActions(m_actions);
+    widget->installEventFilter(this);
 
     m_spanMenu->setObjectName(QStringLiteral("spanMenu"));
     m_spanMenu->addAction(tr("&Zoom to span"), this, [this] { zoomTo(m_span); });
@@ -49,6 +55,28 @@ QAction *MeasuringCommands::addAction(const QString &text, int key, Slot slot)
     connect(action, &QAction::triggered, this, slot);
     m_actions << action;
     return action;
+}
+
+/// A number is for the plots where the pointer is over them, whatever has the focus.
+bool MeasuringCommands::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Enter || event->type() == QEvent::Leave) {
+        for (QAction *action : m_set)
+            action->setShortcutContext(event->type() == QEvent::Enter ? Qt::WindowShortcut
+                                                                      : Qt::WidgetWithChildrenShortcut);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+/// So that Esc means the cursors, once they were set while the focus was elsewhere in the window.
+void MeasuringCommands::takeFocus()
+{
+    if (m_widget->isAncestorOf(QApplication::focusWidget()) || !m_widget->underMouse())
+        return;
+    QWidget *target = m_widget->childAt(m_widget->mapFromGlobal(QCursor::pos()));
+    while (target && target != m_widget && (target->focusPolicy() & Qt::ClickFocus) == 0)
+        target = target->parentWidget();
+    (target ? target : m_widget)->setFocus(Qt::MouseFocusReason);
 }
 
 void MeasuringCommands::setEnabled(bool on)

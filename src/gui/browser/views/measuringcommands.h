@@ -18,7 +18,8 @@ namespace Tsb {
 class TimeView;
 
 /// The commands of measuring: set a cursor, drop both, zoom to the span between them, export it; and the menu of a span
-/// that was marked on the time axis. Keys work in the widget and its children.
+/// that was marked on the time axis. Keys work in the widget and its children; those that set a cursor in its whole
+/// window while the pointer is over it.
 class MeasuringCommands : public QObject {
     Q_OBJECT
 public:
@@ -36,10 +37,13 @@ Q_SIGNALS:
 private:
     template<typename Slot>
     QAction *addAction(const QString &text, int key, Slot slot);
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void takeFocus();
     void updateActions();
     void zoomTo(const std::pair<RecordTime, RecordTime> &span);
     void showSpanMenu(RecordTime begin, RecordTime end, const QPoint &at);
 
+    QWidget *m_widget;
     MeasuringCursors *m_cursors;
     TimeView *m_axis;
     std::array<QAction *, MeasuringCursors::count> m_set;

@@ -19,6 +19,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -180,6 +181,36 @@ TEST_F(BrowserTest, KeysSetMeasuringCursorsAndEscDropsThemBeforeItUnselects)
     browser->measuringCursors()->set(0, testStart);
     browser->setDatastore(nullptr);
     EXPECT_FALSE(cursors.areAny()) << "other data";
+}
+
+TEST_F(BrowserTest, NumbersSetCursorsUnderThePointerThoughAnotherPartOfTheWindowHasTheFocus)
+{
+    QWidget window;
+    QTableWidget table(1, 1, &window); // in which a number begins a search
+    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    browser->setParent(&window);
+    browser->show();
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto press = [&](int key) {
+        QTest::keyClick(window.focusWidget(), Qt::Key(key));
+        return browser->measuringCursors()->areAny();
+    };
+    const auto point = [&](QEvent::Type type) {
+        QEvent event(type);
+        browser->setAttribute(Qt::WA_UnderMouse, type == QEvent::Enter);
+        QCoreApplication::sendEvent(browser.get(), &event);
+    };
+    table.setFocus();
+    EXPECT_FALSE(press(Qt::Key_1));
+    point(QEvent::Enter);
+    EXPECT_TRUE(press(Qt::Key_1));
+    EXPECT_FALSE(press(Qt::Key_Escape)) << "the focus has gone along";
+    table.setFocus();
+    point(QEvent::Leave);
+    EXPECT_FALSE(press(Qt::Key_1));
+    browser->setParent(nullptr);
 }
 
 TEST_F(BrowserTest, AMarkedSpanOffersItsCommandsAndGoesWithThem)
