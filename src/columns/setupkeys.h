@@ -15,6 +15,7 @@ inline constexpr char spectrogramView[] = "spectrogram";
 
 // Settings of views.
 inline constexpr char height[] = "height";
+inline constexpr char isScaleFitted[] = "isScaleFitted"; ///< written where it is: nobody set the scale or the colours
 
 // ... of a mode strip; its type is "opmode" or "flag".
 inline constexpr char flag[] = "flag";

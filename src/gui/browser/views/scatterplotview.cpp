@@ -362,6 +362,8 @@ QVariant ScatterPlotView::settings() const
     if (std::isfinite(m_scale->minimum()) && std::isfinite(m_scale->maximum())) {
         map[SetupKeys::scaleMin] = m_scale->minimum();
         map[SetupKeys::scaleMax] = m_scale->maximum();
+        if (m_fitted == std::pair(m_scale->minimum(), m_scale->maximum()))
+            map[SetupKeys::isScaleFitted] = true;
     }
     return map;
 }
@@ -391,6 +393,8 @@ void ScatterPlotView::setSettings(const QVariant &settings)
         return showType(type);
     prepareType(type, m_settings.visibleSpectra);
     m_scale->setMinMax(range->first, range->second, true);
+    if (boolOr(map, SetupKeys::isScaleFitted, false))
+        m_fitted = {m_scale->minimum(), m_scale->maximum()};
 }
 
 } // namespace Tsb

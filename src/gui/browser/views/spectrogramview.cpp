@@ -17,6 +17,7 @@
 #include <QLabel>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Tsb {
@@ -249,13 +250,34 @@ void SpectrogramView::highlightValue(double value)
 
 void SpectrogramView::fitScale()
 {
+    const auto limits = limitsInSight();
+    if (limits && m_limits->set(limits->first, limits->second))
+        m_fitted = {m_limits->lower(), m_limits->upper()};
+}
+
+void SpectrogramView::growScale()
+{
+    if (!m_limits->areSet())
+        return fitScale();
+    const std::pair<double, double> colors(m_limits->lower(), m_limits->upper());
+    if (colors != m_fitted)
+        return;
+    const auto limits = limitsInSight();
+    if (!limits || (limits->first >= colors.first && limits->second <= colors.second))
+        return;
+    m_limits->set(std::min(limits->first, colors.first), std::max(limits->second, colors.second));
+    m_fitted = {m_limits->lower(), m_limits->upper()};
+}
+
+/// None where no value is in sight. Of all views whose colors are locked, they are common.
+std::optional<std::pair<double, double>> SpectrogramView::limitsInSight()
+{
     DecadeHistogram histogram;
     if (m_colorLock && m_controls->locksColors())
         m_colorLock->addVisibleValuesTo(histogram);
     else
         addVisibleValuesTo(histogram);
-    if (const auto limits = colorLimits(histogram))
-        m_limits->set(limits->first, limits->second);
+    return colorLimits(histogram);
 }
 
 void SpectrogramView::addVisibleValuesTo(DecadeHistogram &histogram)
@@ -337,6 +359,8 @@ QVariant SpectrogramView::settings() const
     if (m_limits->areSet()) {
         map[SetupKeys::colorLower] = m_limits->lower();
         map[SetupKeys::colorUpper] = m_limits->upper();
+        if (m_fitted == std::pair(m_limits->lower(), m_limits->upper()))
+            map[SetupKeys::isScaleFitted] = true;
     }
     map[SetupKeys::autoFillGaps] = m_controls->fillsGaps();
     map[SetupKeys::smoothingEnabled] = m_controls->isSmoothing();
@@ -364,6 +388,8 @@ void SpectrogramView::setSettings(const QVariant &settings)
 
     const auto limits = finiteRange(map, SetupKeys::colorLower, SetupKeys::colorUpper);
     setScaleGiven(limits && m_limits->set(limits->first, limits->second));
+    if (isScaleGiven() && boolOr(map, SetupKeys::isScaleFitted, false))
+        m_fitted = {m_limits->lower(), m_limits->upper()};
     m_controls->setLockColors(boolOr(map, SetupKeys::lockColors, false));
     m_controls->setFillGaps(boolOr(map, SetupKeys::autoFillGaps, true));
     m_controls->setMarkZeros(boolOr(map, SetupKeys::markZeros, false));

@@ -9,6 +9,9 @@
 #include <QSet>
 #include <QStringList>
 
+#include <optional>
+#include <utility>
+
 class QFrame;
 
 namespace Tsb {
@@ -42,6 +45,7 @@ public Q_SLOTS:
     void setUiInfo(std::shared_ptr<UiInfo> uiInfo) override;
     /// Fits the colour limits to the values in view; without values they stay.
     void fitScale() override;
+    void growScale() override;
     void setVisibleSpectra(QSet<QString> ids) override;
     void setSmoothingEnabled(bool on);
     void showSettingsForm(bool visible);
@@ -70,11 +74,13 @@ private:
     void restoreColormap();
     void lockColors(bool on);
     void addVisibleValuesTo(SpectMath::DecadeHistogram &histogram);
+    std::optional<std::pair<double, double>> limitsInSight();
 
     std::shared_ptr<UiInfo> m_uiInfo;
     QSet<QString> m_visibleSpectra;
     ColorLimits *m_limits;
-    QPointer<ColorLock> m_colorLock; ///< null: there are no others
+    std::pair<double, double> m_fitted{0, 0}; ///< the limits as they were fitted last
+    QPointer<ColorLock> m_colorLock;          ///< null: there are no others
     SpectrogramControls *m_controls;
     SpectraSelectionWidget *m_selectionWidget; ///< a pop-up
     QFrame *m_noSpectraFrame;

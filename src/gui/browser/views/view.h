@@ -76,8 +76,8 @@ public Q_SLOTS:
     virtual void setCurrentRecord(std::shared_ptr<Record> record);
     /// Fits the vertical or the colour scale to the values in sight.
     virtual void fitScale();
-    /// Makes a vertical scale that is as it was fitted last, so that nobody touched it, larger by the values in sight
-    /// that lie beyond. The base does nothing.
+    /// Makes a vertical scale, or the limits of colours, that are as they were fitted last, so that nobody touched
+    /// them, larger by the values in sight that lie beyond. The base does nothing.
     virtual void growScale() {}
 
 Q_SIGNALS:

@@ -143,13 +143,13 @@ TEST_F(BrowserPlotsTest, AScaleThatNobodyTouchedGrowsWithACurveThatIsFollowed)
 {
     browser.addDiagnosticPlot("temperature");
     browser.allFitScale();
-    auto *const scale = view<Tsb::ScatterPlotView>(0)->scaleWidget();
+    const auto *const scale = view<Tsb::ScatterPlotView>(0)->scaleWidget();
     const auto greatestAfter = [&](double value) {
         auto full = testRecord(2900, 2910 + value, 0);
         full->variables = RealVector(1, value);
         store.upsertFullRecord(full);
         QTest::qWait(700);
-        return scale->maximum();
+        return view<Tsb::ScatterPlotView>(0)->scaleWidget()->maximum();
     };
     const double least = scale->minimum(), greatest = scale->maximum();
     EXPECT_EQ(greatestAfter(5), greatest);
@@ -157,8 +157,32 @@ TEST_F(BrowserPlotsTest, AScaleThatNobodyTouchedGrowsWithACurveThatIsFollowed)
     EXPECT_GT(greatestAfter(6), 6);
     EXPECT_GT(greatestAfter(7), 7) << "and again";
     EXPECT_EQ(scale->minimum(), least);
-    scale->setMinMax(0, 2, true); // as the user does
-    EXPECT_EQ(greatestAfter(8), 2);
+    browser.setSetup(browser.setup()); // as when the data are read again
+    EXPECT_GT(greatestAfter(8), 8) << "and when it has come back";
+    view<Tsb::ScatterPlotView>(0)->scaleWidget()->setMinMax(0, 2, true); // as the user does
+    EXPECT_EQ(greatestAfter(9), 2);
+}
+
+TEST_F(BrowserPlotsTest, ColorsThatNobodySetGrowWithSpectraThatAreFollowed)
+{
+    auto *const first = new Tsb::SpectrogramView;
+    browser.addView(first);
+    first->setVisibleSpectra({infos[0]->hash});
+    browser.allFitScale();
+    const auto upperAfter = [&](double value) {
+        for (int i = 0; i < 100; ++i)
+            addSpectrumRecord(store, 100 + i * 10.0, 110 + i * 10.0, testSpectrum(infos[0], value));
+        QTest::qWait(700);
+        return view<Tsb::SpectrogramView>(0)->colorUpper();
+    };
+    const double upper = first->colorUpper();
+    EXPECT_EQ(upperAfter(1e7), upper);
+    browser.setGrowing(true);
+    EXPECT_GE(upperAfter(1e8), 8);
+    browser.setSetup(browser.setup());
+    EXPECT_GE(upperAfter(1e9), 9) << "also when they have come back";
+    view<Tsb::SpectrogramView>(0)->setColorLimits(1, 2);
+    EXPECT_EQ(upperAfter(1e10), 2);
 }
 
 TEST_F(BrowserPlotsTest, RequestsOpenTheRightPlot)
