@@ -1,5 +1,6 @@
 #include "batch/outputfolder.h"
 
+#include "batch/messagecollector.h"
 #include "util/filecalls.h"
 #include "util/filereplacement.h"
 
@@ -72,6 +73,14 @@ QString makeFolder(const QString &folder)
 {
     QStringList made;
     return makeFolderNoting(folder, &made);
+}
+
+bool bringNamesToDisk(const QString &folder)
+{
+    const QString reason = syncFolder(folder);
+    if (!reason.isNull())
+        tell(QStringLiteral("The files in \"%1\" might be lost in a power failure: %2").arg(folder, reason));
+    return reason.isNull();
 }
 
 } // namespace Batch

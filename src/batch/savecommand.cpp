@@ -34,11 +34,14 @@ Outcome write(const SaveOptions &options, const FolderRead &read, const SpectraB
         staged->replace(targets);
         settings.folder = staged->path();
     }
+    settings.syncFiles = !staged;
     PlainFileOutput output(settings);
     outcome.interrupted =
         !writeInOrder(output, *read.reader->datastore(), options.read.jobs, QStringLiteral("Writing"),
                       [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
     const auto counts = staged ? moveOut(*staged, options.outputFolder, output, outcome) : output.counts();
+    if (!staged && counts.written + counts.held > 0)
+        outcome.outputLost = !bringNamesToDisk(options.outputFolder);
     Spectrometer::warnOfSpectraWithoutMode(*read.reader->datastore());
     outcome.tellWriting(counts, options.outputFolder, read, messages);
     return outcome;

@@ -149,10 +149,7 @@ StagedOutput::Moved StagedOutput::moveOut()
         break;
     }
     m_locked.clear();
-    const QString reason = syncFolder(m_folder);
-    if (!reason.isNull())
-        tell(QStringLiteral("The files in \"%1\" might be lost in a power failure: %2").arg(m_folder, reason));
-    moved.complete = moved.complete && reason.isNull();
+    moved.complete = bringNamesToDisk(m_folder) && moved.complete;
     return moved;
 }
 

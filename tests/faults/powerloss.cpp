@@ -180,12 +180,10 @@ private:
 
     QString faultOf(const Contents &found, bool isDone) const
     {
-        if (m_writer.manner == Writer::Appends)
-            return faultOfRows(found);
         if (isDone && m_writer.lasts &&
             !std::includes(found.begin(), found.end(), m_writer.after.begin(), m_writer.after.end()))
             return "what was said to be done isn't there";
-        return m_writer.faultOf(found, false);
+        return m_writer.manner == Writer::Appends ? faultOfRows(found) : m_writer.faultOf(found, false);
     }
 
     /// Null if each file holds the old rows, and a beginning of the new ones.

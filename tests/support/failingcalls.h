@@ -2,6 +2,7 @@
 
 #include "util/filecalls.h"
 
+#include <atomic>
 #include <cerrno>
 
 /// While it lives, one of the calls by which files are written fails, the nth of all from one on, as a full or broken
@@ -61,7 +62,7 @@ private:
         return true;
     }
 
-    int m_left;
+    std::atomic<int> m_left; // several threads bring files to the disk
     int m_error;
-    const char *m_failed = nullptr;
+    std::atomic<const char *> m_failed{nullptr};
 };

@@ -43,7 +43,9 @@ struct PlainFileOutput::StdFiles {
 };
 
 PlainFileOutput::PlainFileOutput(const Settings &settings, QObject *parent)
-    : QObject(parent), m_logger(QStringLiteral("filewriter")), m_settings(settings), m_row(std::make_unique<RowText>())
+    : QObject(parent), m_logger(QStringLiteral("filewriter")), m_settings(settings),
+      m_closing([this](const ClosingFiles::File &file, const QString &failure) { countClosed(file, failure); }),
+      m_row(std::make_unique<RowText>())
 {
     applySettings();
 }
@@ -95,11 +97,9 @@ void PlainFileOutput::applySettings()
 std::unique_ptr<PlainFileOutput::File> PlainFileOutput::makeFile(const QString &pattern,
                                                                  const FileHeader::Lines &header)
 {
-    auto file = std::make_unique<File>(pattern, header);
+    auto file = std::make_unique<File>(pattern, header, m_closing);
     file->warningCallback = [logger = m_logger](const QString &message) { logger.log(Log::Warning, message); };
-    file->closeCallback = [this](const QString &name, qint64 rows, const QString &failure) {
-        countClosed(name, rows, failure);
-    };
+    file->syncAtClose = m_applied.syncFiles;
     return file;
 }
 
@@ -168,6 +168,7 @@ void PlainFileOutput::closeFiles()
     for (File *file : {m_rawFile.get(), m_logFile.get()})
         if (file)
             file->close();
+    m_closing.finish();
 }
 
 // ---- rows
@@ -178,8 +179,10 @@ PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime loca
 {
     bool written = false;
     try {
-        if (!appendRow(file, localTime, putFields, flags))
+        if (!appendRow(file, localTime, putFields, flags)) {
+            ++file.heldCount;
             return RowResult::Held;
+        }
         file.flagIds.commit();
         ++file.rowCount;
         written = true;
@@ -253,13 +256,15 @@ void PlainFileOutput::logLoss(const QString &fileName, const QString &message)
     m_logger.log(Log::Error, message);
 }
 
-void PlainFileOutput::countClosed(const QString &fileName, qint64 rows, const QString &failure)
+void PlainFileOutput::countClosed(const ClosingFiles::File &file, const QString &failure)
 {
+    const qint64 all = file.rowCount + file.heldCount;
     if (failure.isNull()) {
-        m_rowsOfClosedFiles[fileName] += rows;
-    } else if (rows > 0) {
-        m_counts.written -= rows;
-        m_counts.lost += rows;
+        m_rowsOfClosedFiles[file.name] += file.rowCount;
+    } else if (all > 0) {
+        m_counts.written -= file.rowCount;
+        m_counts.held -= file.heldCount;
+        m_counts.lost += all;
         m_logger.log(Log::Error, failure);
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "datafiles/writing/closingfiles.h"
 #include "log/logger.h"
 #include "records/rawrecord.h"
 #include "records/record.h"
@@ -61,6 +62,7 @@ public:
         QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectra; ///< to write, by the name of the operating mode
         QString remark;                                                 ///< free
         PassOver passOver = PassOver::Nothing;
+        bool syncFiles = false; ///< a file's rows are on the disk when it is closed; its name may not be
     };
 
     /// The fate of a row: `Skipped` is one that the settings or the record don't ask for, `Held` one that the file
@@ -110,7 +112,7 @@ public:
     /// The rows of all kinds since the object was made.
     RowCounts counts() const { return m_counts; }
     /// Closes and unlocks all files; the next rows open them again. Where a closing fails, which is logged, all rows
-    /// since the opening count as lost.
+    /// since the opening count as lost, those that were passed over, too.
     void closeFiles();
     /// The rows that were written to each file that was closed, by its path.
     const QHash<QString, qint64> &rowsOfClosedFiles() const { return m_rowsOfClosedFiles; }
@@ -151,13 +153,14 @@ private:
     RowResult writeDiagnosticsRow(const FullRecord &record, PutFields putFields);
     RowFields fields() const;
     void logLoss(const QString &fileName, const QString &message);
-    void countClosed(const QString &fileName, qint64 rows, const QString &failure);
+    void countClosed(const ClosingFiles::File &file, const QString &failure);
     std::unique_ptr<File> makeFile(const QString &pattern, const QList<QByteArray> &header);
 
     Log::Logger m_logger;
     mutable QMutex m_settingsMutex; ///< guards m_settings
     Settings m_settings;
-    Settings m_applied; ///< those that the files were made from
+    Settings m_applied;     ///< those that the files were made from
+    ClosingFiles m_closing; ///< of all that follow
     QHash<int, std::shared_ptr<StdFiles>> m_files;
     std::unique_ptr<File> m_rawFile;
     std::unique_ptr<File> m_logFile;

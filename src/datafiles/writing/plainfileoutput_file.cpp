@@ -1,5 +1,6 @@
 #include "datafiles/writing/plainfileoutput_file.h"
 
+#include "datafiles/writing/closingfiles.h"
 #include "datafiles/writing/continuedfile.h"
 #include "datafiles/writing/torntail.h"
 #include "util/filecalls.h"
@@ -56,8 +57,8 @@ bool isNameOf(int descriptor, const QString &name)
 
 } // namespace
 
-OutputFile::OutputFile(const QString &pattern, const QList<QByteArray> &header)
-    : m_pattern(pattern), m_header(header), m_onlyDayCodes(hasOnlyDayCodes(pattern))
+OutputFile::OutputFile(const QString &pattern, const QList<QByteArray> &header, ClosingFiles &closing)
+    : m_closing(closing), m_pattern(pattern), m_header(header), m_onlyDayCodes(hasOnlyDayCodes(pattern))
 {
 }
 
@@ -70,17 +71,13 @@ void OutputFile::close()
 {
     if (m_file) {
         m_file->close(); // which unlocks it; the descriptor is ours
-        const bool closed = FileCalls::current().close(m_handle) == 0;
-        const QString failure = closed ? QString()
-                                       : QStringLiteral("Failed to close file \"%1\": %2. Data was lost!")
-                                             .arg(m_currentName, qt_error_string(errno));
-        if (closeCallback)
-            closeCallback(m_currentName, rowCount, failure);
+        m_closing.add({m_handle, m_currentName, rowCount, heldCount}, syncAtClose && rowCount + heldCount > 0);
     }
     m_file.reset();
     m_currentName.clear();
     m_handle = -1;
     rowCount = 0;
+    heldCount = 0;
     m_missingHeader.clear();
     heldRows.clear();
     flagIds.clear();

@@ -17,6 +17,7 @@ class LockedFile;
 
 namespace Spectrometer {
 
+class ClosingFiles;
 class ContinuedFile;
 
 /// A failure that costs a row. The message names the loss.
@@ -40,8 +41,8 @@ public:
 /// for as long as the file is open.
 class OutputFile {
 public:
-    /// `pattern` is a path with time codes.
-    OutputFile(const QString &pattern, const QList<QByteArray> &header);
+    /// `pattern` is a path with time codes. Files that are closed go to `closing`, which must outlive this object.
+    OutputFile(const QString &pattern, const QList<QByteArray> &header, ClosingFiles &closing);
     virtual ~OutputFile();
 
     /// Makes sure that the file of that local time is open and ends in the right header, whatever others have written.
@@ -53,13 +54,15 @@ public:
     void append(const char *bytes, std::size_t size);
     /// After an append: tests the lock, and sets the file's modification time to the present. Throws FileOutputError.
     void settle();
-    /// A failure, which may have cost every row of this opening, goes to the callback.
+    /// A failure may have cost every row of this opening.
     void close();
 
     /// The name that openFor was last asked for, though it may have failed; the pattern for a time that has none.
     const QString &wantedName() const { return m_wantedName; }
 
+    bool syncAtClose = false;        ///< brings what is written, now or before, to the disk
     qint64 rowCount = 0;             ///< of this opening; counted by the caller of append()
+    qint64 heldCount = 0;            ///< of this opening, the rows that were passed over; counted by the caller
     bool matchHeader = true;         ///< continue a file whose last header is this one
     bool findHeldRows = false;       ///< at an opening; a header is written with the first row then
     bool findUnderAnyHeader = false; ///< not under this one alone
@@ -67,8 +70,6 @@ public:
     FlagIds flagIds;                 ///< of the block that the file ends in
     std::function<void(const QString &message)> messageCallback; ///< gets the report of an opening
     std::function<void(const QString &message)> warningCallback; ///< is told what an opening had to mend
-    /// Told of each closing: the file's name, its rows, and why it failed, which is null if it didn't.
-    std::function<void(const QString &name, qint64 rows, const QString &failure)> closeCallback;
 
 protected:
     /// Continues the block that the open file ends in, or appends a new header.
@@ -84,6 +85,7 @@ private:
     void takeBack(off_t begin, off_t end);
     void giveUp();
 
+    ClosingFiles &m_closing;
     std::shared_ptr<LockedFile> m_file;
     QString m_currentName;
     QString m_wantedName;

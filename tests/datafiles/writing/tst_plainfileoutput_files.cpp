@@ -336,6 +336,7 @@ TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
         for (int nth = 1; nth > 0; ++nth) {
             QFile::remove(path(recordsName));
             QFile::remove(torn);
+            settings.syncFiles = file == New;
             errors.clear();
             if (file != New)
                 PlainFileOutput(settings).writeRecordRow(record());
@@ -371,8 +372,41 @@ TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
         }
     }
     ends.removeDuplicates();
-    EXPECT_EQ(ends, (QStringList{"open lost", "read lost", "write lost", "close lost", "pread lost", "fsync lost",
+    EXPECT_EQ(ends, (QStringList{"open lost", "read lost", "write lost", "fsync lost", "close lost", "pread lost",
                                  "ftruncate lost", "close"}));
+}
+
+TEST_F(OutputTest, RowsCountAsLostThatDoNotComeToTheDiskThoughTheyStoodInTheFileBefore)
+{
+    struct BrokenDisk : FileCalls {
+        explicit BrokenDisk(int reason) : error(reason) { setCurrent(this); }
+        ~BrokenDisk() override { setCurrent(nullptr); }
+        int fsync(int) override
+        {
+            errno = error;
+            return -1;
+        }
+        const int error;
+    };
+    PlainFileOutput(settings).writeRecordRow(record());
+    settings.passOver = PlainFileOutput::PassOver::RowsOfAnyHeader;
+    settings.syncFiles = true;
+    for (int error : {EIO, EINVAL}) { // the second: a file system that has no such call
+        const BrokenDisk disk(error);
+        PlainFileOutput output(settings);
+        EXPECT_EQ(output.writeRecordRow(record()), Result::Held);
+        EXPECT_EQ(output.writeSpectraRow(withSpectrum()), Result::Written);
+        output.closeFiles();
+        const bool isLost = error == EIO;
+        EXPECT_EQ(output.counts().lost, isLost ? 2 : 0);
+        EXPECT_EQ(output.counts().held, isLost ? 0 : 1);
+        EXPECT_EQ(errors.size(), isLost ? 2 : 0);
+        EXPECT_EQ(errors.count(QString("Failed to bring file \"%1\" to the disk: %2. Data was lost!")
+                                   .arg(path(recordsName), qt_error_string(EIO))),
+                  errors.size() / 2);
+        errors.clear();
+        QFile::remove(path("20190912-block-ions.spectra"));
+    }
 }
 
 TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
