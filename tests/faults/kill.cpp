@@ -22,6 +22,7 @@ constexpr int measuredRuns = 5;
 constexpr int longestTrial = 10'000;        // ms
 constexpr useconds_t restartTime = 150'000; ///< before which no program is started anew
 constexpr int pieces = 8;                   ///< of a file that the planted fault writes
+const QString torn = QStringLiteral(".torn");
 
 /// The planted fault: the files in their places, bit by bit, the bits in the wrong order.
 [[noreturn]] void writeInPlace(const Contents &after, const QString &folder, int us)
@@ -91,17 +92,18 @@ public:
 
         Contents found = contentsOf(trial.folder());
         const QString moment = QString(", killed after %1 of %2 us").arg(us).arg(m_us);
+        Contents tails;
         if (m_writer.manner == Writer::Appends)
-            cutTornTails(trial, found);
+            tails = cutTornTails(trial, found);
         const QString fault = m_writer.faultOf(found, true);
         trial.require(fault.isNull(), fault + moment);
-        if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
+        if (WIFEXITED(status) && Ending{WEXITSTATUS(status), {}}.isSuccess())
             trial.require(found == m_writer.after, "A run that wasn't killed came to something else");
         if (!trial.failure().isEmpty())
             return;
         if (found.count("settings.ini.lock") != 0)
             ::usleep(restartTime);
-        const QString other = m_writer.manner == Writer::Appends ? faultOfContinued(trial.folder())
+        const QString other = m_writer.manner == Writer::Appends ? faultOfContinued(trial.folder(), tails)
                               : trial.number % 4 == 0            ? m_writer.faultOfSecondRun(trial.folder())
                                                                  : QString();
         trial.require(other.isNull(), other + moment);
@@ -120,19 +122,42 @@ private:
             writeInPlace(m_writer.after, folder, m_us);
         runCommand(words);
     }
-    /// A file may end in a part of the row that was being written.
-    static void cutTornTails(Trial &trial, Contents &found)
+    /// A file may end in a part of the row that was being written, unless it is still the old one. Returns the parts.
+    Contents cutTornTails(Trial &trial, Contents &found) const
     {
+        Contents tails;
         for (auto &[name, bytes] : found) {
-            if (bytes.isEmpty() || bytes.endsWith('\n'))
+            const auto old = m_writer.before.find(name);
+            const bool isOld = old != m_writer.before.end() && old->second == bytes;
+            if (bytes.isEmpty() || bytes.endsWith('\n') || name.endsWith(torn) || isOld)
                 continue;
-            bytes.truncate(bytes.lastIndexOf('\n') + 1);
+            tails[name] = bytes.mid(bytes.lastIndexOf('\n') + 1);
+            bytes.chop(tails[name].size());
             trial.count("torn tails");
         }
+        return tails;
+    }
+    /// Null if beside each file stands what was cut off of it, and no more.
+    QString faultOfTails(const Contents &found, const Contents &tails) const
+    {
+        for (const auto &[name, tail] : tails)
+            if (found.count(name + torn) == 0 || !found.at(name + torn).split('\n').contains(tail))
+                return "What was cut off of " + name + " is lost";
+        for (const auto &[name, bytes] : m_writer.after) {
+            if (found.count(name + torn) == 0)
+                continue;
+            QByteArrayList lines = bytes.split('\n');
+            if (m_writer.before.count(name) != 0)
+                lines << m_writer.before.at(name).split('\n').last();
+            for (const QByteArray &line : found.at(name + torn).split('\n'))
+                if (std::none_of(lines.begin(), lines.end(), [&](const auto &whole) { return whole.startsWith(line); }))
+                    return name + torn + " holds what nobody wrote";
+        }
+        return m_writer.faultOfTornRows(found);
     }
     /// Killed and continued is the same as never killed, but for what was cut off, or not begun, which stands beside
     /// it.
-    QString faultOfContinued(const QString &folder) const
+    QString faultOfContinued(const QString &folder, const Contents &tails) const
     {
         Writer continued = m_writer;
         if (!continued.command.contains("--append"))
@@ -141,13 +166,15 @@ private:
         const QString told = QString(" (status %1: %2)").arg(ending.status).arg(QString::fromUtf8(ending.words));
         if (!ending.isSuccess())
             return "It couldn't be continued" + told;
-        Contents found = contentsOf(folder);
-        for (auto file = found.begin(); file != found.end();)
-            file = file->first.endsWith(".torn") || file->first.endsWith(".tmp") ? found.erase(file) : std::next(file);
+        const Contents found = contentsOf(folder);
         for (const auto &[name, bytes] : m_writer.after)
-            if (found.count(name) == 0 || found.at(name) != bytes)
+            if (!name.endsWith(torn) && (found.count(name) == 0 || found.at(name) != bytes))
                 return name + " isn't what it would be if it had never been killed" + told;
-        return found.size() == m_writer.after.size() ? QString() : "There are more files" + told;
+        for (const auto &[name, bytes] : found)
+            if (!name.endsWith(torn) && !name.endsWith(".tmp") && m_writer.after.count(name) == 0)
+                return name + " is left" + told;
+        const QString fault = faultOfTails(found, tails);
+        return fault.isNull() ? QString() : fault + told;
     }
 
     const Writer &m_writer;
@@ -161,9 +188,6 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     std::vector<Kind> kinds;
     for (const Writer &writer : writers()) {
-        // A row that was torn before can't be told from one that the kill tore; failing calls and lost power go there.
-        if (writer.name == "append-torn")
-            continue;
         const auto victim = std::make_shared<Victim>(writer);
         kinds.push_back({writer.name, 10000, [victim](Trial &trial) { victim->run(trial); }});
     }
