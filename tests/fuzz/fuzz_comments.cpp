@@ -25,7 +25,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const auto lineFeeds = std::count(data, data + size, '\n');
     std::ptrdiff_t lines = 0;
-    readCommentFile(fuzzFile("20190912-fuzz.comments", data, size), [&](const CommentLine &line) {
+    readCommentFile(fuzzFile(data, size), [&](const CommentLine &line) {
         require(++lines <= lineFeeds, "the header is no comment");
         require(std::size_t(line.text.size()) <= size, "a comment doesn't swell");
         const QString trimmed = line.text.trimmed();

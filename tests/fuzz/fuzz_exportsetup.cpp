@@ -64,7 +64,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     static const Record record = testRecord(exported);
     ExportSetup setup;
     try {
-        setup = loadExportSetup(fuzzFile("x.exportsetup", data, size));
+        setup = loadExportSetup(fuzzFile(data, size));
     } catch (const SetupError &error) {
         require(!error.message().isEmpty(), "an error has words");
         return 0;

@@ -6,7 +6,7 @@
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const QString path = fuzzFile("x.invmap", data, size);
+    const QString path = fuzzFile(data, size);
     try {
         // Not walked: any folder of the machine may be named.
         for (const QString &named : SpectMath::readInverterMap(path))

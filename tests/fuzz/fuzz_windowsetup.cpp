@@ -9,7 +9,7 @@ using namespace WindowSetup;
 /// The bytes are a window setup.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const QString path = fuzzFile("x.windowsetup", data, size);
+    const QString path = fuzzFile(data, size);
     const SetupFile file = readSetupFile(path);
     require(file.complaint.isEmpty() == (file.condition == SetupFile::Sound), "what isn't sound has words");
     if (file.condition != SetupFile::Sound)
