@@ -88,7 +88,10 @@ private:
         pause();
         if (window.datastore()) {
             window.findChild<Reinversion *>()->setWorkerCount(1 + below(4));
+            const auto &loader = *window.findChild<InverterLoader *>();
             m_window.invert({QFileInfo(m_folders[0]).path() + "/inverters/demo.invmap"});
+            if (below(2) == 0) // a slow build would hardly come to a reinversion else
+                Child::require(QTest::qWaitFor([&] { return !loader.isLoading(); }, 60000), "inverters come for ever");
             pause();
             if (m_isCareless)
                 m_carelessness.add(window.datastore().get());
