@@ -151,7 +151,9 @@ void MonkeyHand::act(const MonkeyEvent &event)
 
 QWidget *MonkeyHand::target(const MonkeyEvent &event) const
 {
-    if (QWidget *popup = QApplication::activePopupWidget())
+    QWidget *const popup = QApplication::activePopupWidget();
+    const bool isBeside = event.action == MonkeyEvent::click && event.numbers[5] % 4 == 0; // which closes the pop-up
+    if (popup && !isBeside)
         return popup;
     if (QWidget *modal = QApplication::activeModalWidget())
         return modal;
