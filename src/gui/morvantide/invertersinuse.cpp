@@ -4,15 +4,34 @@
 #include "spectra/inverterchoice.h"
 
 #include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int laterInterval = 500; // ms
+
+} // namespace
 
 InvertersInUse::InvertersInUse(std::shared_ptr<UiInfo> uiInfo, Tsb::TimeSeriesBrowser *browser)
     : m_uiInfo(std::move(uiInfo)), m_browser(browser), m_logger(QStringLiteral("gui"))
 {
+    m_later.setWorkerCount(1);
+    m_laterTimer.setSingleShot(true);
+    m_laterTimer.setInterval(laterInterval);
+    connect(&m_laterTimer, &QTimer::timeout, this, &InvertersInUse::invertThoseThatCame);
+    connect(&m_later, &Reinversion::finished, this, [this] { m_given.clear(); });
 }
 
 void InvertersInUse::setDatastore(std::shared_ptr<Datastore> store)
 {
+    stopInverting();
+    m_came.clear();
+    if (m_store)
+        m_store->disconnect(this);
     m_store = std::move(store);
+    if (m_store)
+        connect(m_store.get(), &Datastore::updated, this,
+                [this](int, const std::shared_ptr<Record> &record, int flags) { noteUpdated(record, flags); });
     m_reinversionCount = 0;
     m_inverters.clear();
     Q_EMIT changed(m_inverters);
@@ -57,6 +76,37 @@ void InvertersInUse::remove(const SpectMath::SpectrumInfo *spectrum)
     publish();
 }
 
+// ---- records that come later
+
+void InvertersInUse::noteUpdated(const std::shared_ptr<Record> &record, int flags)
+{
+    if (!m_isFollowing || m_inverters.empty() || (flags & (RecordCameIn | DataReplaced)) == 0)
+        return;
+    m_came.push_back(record);
+    if (!m_laterTimer.isActive())
+        m_laterTimer.start();
+}
+
+void InvertersInUse::invertThoseThatCame()
+{
+    if (m_came.empty() || m_inverters.empty())
+        return m_came.clear();
+    if (m_later.hasThreads())
+        return m_laterTimer.start();
+    m_given = std::exchange(m_came, {});
+    m_later.startFor(m_given, m_store, m_uiInfo->metadata(), m_inverters);
+}
+
+/// Those that it was to invert wait for the next time.
+void InvertersInUse::stopInverting()
+{
+    if (!m_later.isRunning())
+        return;
+    m_later.cancel();
+    m_came.insert(m_came.begin(), m_given.begin(), m_given.end());
+    m_laterTimer.start();
+}
+
 void InvertersInUse::ignoreRemovals()
 {
     m_ignoresRemovals = true;
@@ -67,6 +117,7 @@ void InvertersInUse::ignoreRemovals()
 /// The list of spectra is to be published then.
 void InvertersInUse::discard(const UiInfo::InfoPointer &info)
 {
+    stopInverting();
     m_logger.log(Log::Info, QStringLiteral("Removing spectrum '%1' from memory.").arg(info->name));
     m_browser->setListening(false); // what shows the spectrum hears of it with the list
     m_discarded.take(m_store->removeSpectrum(info.get()));

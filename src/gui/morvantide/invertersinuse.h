@@ -1,12 +1,14 @@
 #pragma once
 
 #include "gui/common/uiinfo.h"
+#include "gui/morvantide/reinversion.h"
 #include "gui/morvantide/slowrelease.h"
 #include "log/logger.h"
 #include "spectra/inverter.h"
 #include "store/datastore.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 
@@ -32,11 +34,19 @@ public:
     void remove(const SpectMath::SpectrumInfo *spectrum);
     /// Until the event loop has turned: one gesture may ask for several removals.
     void ignoreRemovals();
+    /// While it is on, records that come into the store, or get other data, are inverted by those in use soon after, on
+    /// a thread of its own.
+    void setFollowing(bool on) { m_isFollowing = on; }
+    /// Whether such a thread reads records, which must not change then.
+    bool hasThreads() const { return m_later.hasThreads(); }
 
 Q_SIGNALS:
     void changed(const SpectMath::InverterList &inverters);
 
 private:
+    void noteUpdated(const std::shared_ptr<Record> &record, int flags);
+    void invertThoseThatCame();
+    void stopInverting();
     void discard(const UiInfo::InfoPointer &info);
     void publish();
 
@@ -45,6 +55,10 @@ private:
     const Log::Logger m_logger;
     std::shared_ptr<Datastore> m_store;
     SpectMath::InverterList m_inverters;
+    bool m_isFollowing = false;
+    Datastore::Records m_came, m_given; ///< records that are to be inverted, and those of the run under way
+    Reinversion m_later;
+    QTimer m_laterTimer;
     SlowRelease m_discarded;
     std::int64_t m_reinversionCount = 0; ///< since the data were opened
     bool m_ignoresRemovals = false;

@@ -99,6 +99,7 @@ void MorvantideMainWindow::setupActions()
     m_follow->setMayChange([this] { return mayChangeRecords(); });
     connect(m_follow, &FollowCommand::changed, this, [this] { setTitle(m_isIncomplete); });
     connect(m_follow, &FollowCommand::changed, browser(), &Tsb::TimeSeriesBrowser::setGrowing);
+    connect(m_follow, &FollowCommand::changed, &m_inverters, &InvertersInUse::setFollowing);
     connect(m_follow, &FollowCommand::readAgainWanted, this, &MorvantideMainWindow::readAgain);
     connect(&m_follow->following(), &FolderFollowing::flagsCame, this,
             [this](const auto &flagged) { statusDock()->addRecord(flagged); });
@@ -161,7 +162,8 @@ void MorvantideMainWindow::setTitle(bool incomplete)
 /// Others read records and their names on threads of their own, or between two turns of the event loop.
 bool MorvantideMainWindow::mayChangeRecords() const
 {
-    return !isReading() && !m_reinversion.hasThreads() && !m_saving.isRunning() && !m_exporting.isRunning();
+    return !isReading() && !m_reinversion.hasThreads() && !m_inverters.hasThreads() && !m_saving.isRunning() &&
+           !m_exporting.isRunning();
 }
 
 void MorvantideMainWindow::terminateSignal()

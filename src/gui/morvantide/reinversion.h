@@ -8,6 +8,7 @@
 #include <QSharedPointer>
 
 #include <memory>
+#include <optional>
 
 /// Owns one run at a time of inverters over the records of a store: the queue, its feeding, its end and the wish to
 /// cancel. Results enter the store as they come. Main thread only.
@@ -32,6 +33,9 @@ public:
     /// however many there are the window isn't kept waiting. No run may be under way.
     void start(std::shared_ptr<Datastore> store, std::shared_ptr<const Spectrometer::RecordMetadata> metadata,
                SpectMath::InverterList inverters);
+    /// The same over some of its records.
+    void startFor(Datastore::Records records, std::shared_ptr<Datastore> store,
+                  std::shared_ptr<const Spectrometer::RecordMetadata> metadata, SpectMath::InverterList inverters);
     /// No further record is begun and no further result enters the store. Nothing is emitted. The threads end in a
     /// later turn of the event loop.
     void cancel();
@@ -44,19 +48,23 @@ Q_SIGNALS:
     void queueStatus(int length, int speed);
 
 private:
+    void begin(std::shared_ptr<Datastore> store, std::shared_ptr<const Spectrometer::RecordMetadata> metadata,
+               SpectMath::InverterList inverters);
     /// Hands some records to the queue; false when it has all.
     bool feed();
     void allIsFed();
     void queueIsEmpty();
-    bool isFed() const { return m_fed == m_store->size(); }
+    const Datastore::Records &records() const { return m_chosen ? *m_chosen : m_store->records(); }
+    bool isFed() const { return m_fed == int(records().size()); }
     void letGo();
 
     int m_workerCount = 0;
-    std::shared_ptr<Datastore> m_store; ///< of the run under way
+    std::shared_ptr<Datastore> m_store;         ///< of the run under way
+    std::optional<Datastore::Records> m_chosen; ///< none: all of the store
     /// A child too: if the event loop ends before deleteLater() comes to it, it goes with this object.
     QSharedPointer<SpectMath::InversionQueue> m_inversionQueue;
     SlicedWork m_feeding;
-    int m_fed = 0; ///< records of the store that the queue was given
+    int m_fed = 0; ///< records that the queue was given
     int m_done = 0;
     int m_count = 0;
 };

@@ -104,6 +104,25 @@ protected:
 
 } // namespace
 
+TEST_F(ReinversionTest, RecordsThatAFollowedFolderBringsAreInvertedByTheInvertersInUse)
+{
+    const QString records = "demo/20190514-block.records";
+    const QByteArray all = contentOf(records);
+    const int cut = all.lastIndexOf('\n', all.size() - 20000);
+    write(records, all.left(cut + 1));
+    for (const char *mode : {"ions", "particles"})
+        ASSERT_TRUE(QFile::remove(path(QString("demo/20190514-block-%1.spectra").arg(mode))));
+    open();
+    reinvert({map});
+    const int before = window->datastore()->size();
+    action("Follow folder")->trigger();
+    QFile file(path(records));
+    ASSERT_TRUE(file.open(QIODevice::Append) && file.write(all.mid(cut + 1)) == all.size() - cut - 1 && file.flush());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->datastore()->size() > before; }, 20000));
+    QTest::qWait(2000);
+    expectSpectraOf(window->inverters());
+}
+
 TEST_F(ReinversionTest, EveryRecordGetsTheSameSpectraWhateverTheWorkers)
 {
     EXPECT_FALSE(canReinvert() || canCancel());
