@@ -74,16 +74,17 @@ SpectraView::SpectraView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, Qt::Wi
 
     setupActions();
     auto *const contents = new QWidget(this);
-    auto *const bar = new QToolBar(contents);
+    m_bar = new QToolBar(contents);
     auto *const layout = new QVBoxLayout(contents);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(bar);
+    layout->addWidget(m_bar);
     layout->addWidget(m_plots); // without a stretch, which would take its room for the text
     layout->addWidget(m_summary);
     setWidget(contents);
-    setupToolbar(bar);
-    setTabOrder(bar->widgetForAction(bar->actions().last()), m_plots->seenPlots().first());
+    contents->installEventFilter(this);
+    setupToolbar(m_bar);
+    setTabOrder(m_bar->widgetForAction(m_bar->actions().last()), m_plots->seenPlots().first());
     setupContextMenu();
 }
 
@@ -159,8 +160,6 @@ void SpectraView::refreshRecord()
     const ShownSpectra shown = chosenSpectra(recordSpectra());
     m_plots->showSpectra(shown, record() ? RecordText::moment(*record()) : QString());
     showSummary(shown);
-    if (!record())
-        m_summary->hide();
 }
 
 ShownSpectra SpectraView::recordSpectra() const
@@ -199,6 +198,24 @@ void SpectraView::showSummary(const ShownSpectra &shown)
         lines << summaryText(*one.spectrum, one.name);
     }
     m_summary->setLines(lines);
+    showSummaryIfThereIsRoom();
+}
+
+/// A plot between its title and its axis needs the room more, whose curves can be read out.
+void SpectraView::showSummaryIfThereIsRoom()
+{
+    constexpr int plotLines = 10;
+    const int room = widget()->height() - m_bar->height() - plotLines * fontMetrics().lineSpacing();
+    const int least = m_summary->minimumSizeHint().height();
+    m_summary->setMaximumHeight(std::max(room, least));
+    m_summary->setVisible(record() && m_summary->hasHadLines() && room >= least);
+}
+
+bool SpectraView::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == widget() && event->type() == QEvent::Resize)
+        showSummaryIfThereIsRoom();
+    return RecordView::eventFilter(watched, event);
 }
 
 // ---- the user's choices

@@ -50,6 +50,7 @@ public Q_SLOTS:
 protected:
     void refreshSetup() override;
     void refreshRecord() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void setupActions();
@@ -62,6 +63,7 @@ private:
     void fillSpectrumMenu();
     void setSpectrumShown(const QString &hash, bool on);
     void showSummary(const QVector<ShownSpectrum> &shown);
+    void showSummaryIfThereIsRoom();
 
     /// The record's spectra by the order of their descriptions.
     QVector<ShownSpectrum> recordSpectra() const;
@@ -69,6 +71,7 @@ private:
     QString clipboardText() const;
 
     std::shared_ptr<PlotOptions> m_options;
+    QToolBar *m_bar = nullptr;
     ResultPlots *m_plots;
     SummaryText *m_summary;
     PlotPicture *m_picture;

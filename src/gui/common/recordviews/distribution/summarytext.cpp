@@ -48,8 +48,6 @@ void SummaryText::setLines(const QStringList &lines)
         m_height = 0;
     }
     setPlainText(keptTogether(lines.join(QLatin1Char('\n'))));
-    if (!lines.isEmpty())
-        show();
     fitHeight();
 }
 
@@ -59,7 +57,8 @@ void SummaryText::fitHeight()
     for (QTextBlock block = document()->firstBlock(); block.isValid(); block = block.next())
         needed += blockBoundingRect(block).height();
     const int most = mostRows * fontMetrics().lineSpacing();
-    setVerticalScrollBarPolicy(needed > std::min(most, this->height()) ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(needed > std::min(most, this->height()) ? Qt::ScrollBarAsNeeded
+                                                                       : Qt::ScrollBarAlwaysOff);
     const int height = std::max(m_height, std::min(int(std::ceil(needed)), most));
     if (height == m_height)
         return;

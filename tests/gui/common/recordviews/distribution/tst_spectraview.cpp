@@ -325,9 +325,19 @@ TEST(SpectraView, InALowDockTheTextGivesWayToAPlotThatIsSeenWhole)
     settle();
     const ResultPlot *plot = w.plots()[0];
     EXPECT_EQ(plot->visibleRegion().boundingRect(), plot->rect());
-    EXPECT_GT(plot->canvas()->height(), plot->fontMetrics().lineSpacing());
+    const int line = plot->fontMetrics().lineSpacing();
+    EXPECT_GT(plot->canvas()->height(), line);
     EXPECT_LE(plot->axisScaleDiv(QwtPlot::yLeft).ticks(QwtScaleDiv::MajorTick).size(), 4);
-    EXPECT_GE(w.view.findChild<QPlainTextEdit *>()->height(), 2 * plot->fontMetrics().lineSpacing());
+    auto *const text = w.view.findChild<QPlainTextEdit *>();
+    EXPECT_FALSE(text->isVisible());
+    const int canvas = plot->canvas()->height();
+    for (const int height : {400, w.view.minimumSizeHint().height() + 8 * line, 900}) {
+        w.view.resize(400, height);
+        settle();
+        EXPECT_GT(plot->canvas()->height(), 3 * line) << height;
+    }
+    EXPECT_GE(text->isVisible() ? text->height() : 0, 2 * line);
+    EXPECT_GT(plot->canvas()->height(), canvas);
 }
 
 TEST(SpectraView, ChosenSpectraAreShown)
