@@ -51,9 +51,11 @@ void ClosingFiles::finish()
     team.run(m_waiting.size(), [this](std::size_t i) {
         m_waiting[i].error = FileCalls::current().fsync(m_waiting[i].descriptor) == 0 ? 0 : errno;
     });
-    for (const File &file : m_waiting)
+    while (!m_waiting.empty()) { // telling of one may throw
+        const File file = m_waiting.front();
+        m_waiting.erase(m_waiting.begin());
         close(file);
-    m_waiting.clear();
+    }
 }
 
 void ClosingFiles::close(const File &file)
