@@ -77,7 +77,7 @@ public:
         m_us = int(times[measuredRuns / 2]);
     }
 
-    void run(Trial &trial) const
+    void run(Trial &trial)
     {
         QElapsedTimer timer;
         timer.start();
@@ -89,9 +89,10 @@ public:
         int status = 0;
         ::waitpid(process, &status, 0);
         trial.count(WIFSIGNALED(status) ? "killed" : "ended before");
+        const QString moment = QString(", killed after %1 of %2 us").arg(us).arg(m_us);
+        followTime(us, WIFSIGNALED(status));
 
         Contents found = contentsOf(trial.folder());
-        const QString moment = QString(", killed after %1 of %2 us").arg(us).arg(m_us);
         Contents tails;
         if (m_writer.manner == Writer::Appends)
             tails = cutTornTails(trial, found);
@@ -111,6 +112,14 @@ public:
     }
 
 private:
+    /// The machine has now more and now less to do besides.
+    void followTime(int us, bool wasKilled)
+    {
+        if (wasKilled && us > m_us)
+            m_us = m_us * 21 / 20;
+        else if (!wasKilled && us < m_us)
+            m_us = m_us * 49 / 50;
+    }
     pid_t start(const QString &folder, bool isPlanted) const
     {
         QStringList words = m_writer.command;
@@ -178,7 +187,7 @@ private:
     }
 
     const Writer &m_writer;
-    int m_us = 0; ///< that a run takes
+    int m_us = 0; ///< that a run takes at present
 };
 
 } // namespace
