@@ -55,11 +55,14 @@ std::ptrdiff_t separatorsIn(const char *begin, std::size_t size)
     return std::count(begin, begin + size, '\x1f');
 }
 
+void silence(QtMsgType, const QMessageLogContext &, const QString &) {}
+
 } // namespace
 
 /// The bytes are an export setup.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    qInstallMessageHandler(silence);
     static const ExportData exported = testData();
     static const Record record = testRecord(exported);
     ExportSetup setup;
