@@ -70,9 +70,19 @@ void MonkeyHand::run()
     QTimer::singleShot(0, qApp, [this] { next(); });
     while (true) {
         QApplication::exec();
+        letGoOfDocks();
         if (m_isOver)
             return;
         m_window.makeWindow();
+    }
+}
+
+/// A dock that goes while it is dragged leaks what the toolkit notes of the drag.
+void MonkeyHand::letGoOfDocks()
+{
+    for (QDockWidget *dock : m_window.window->findChildren<QDockWidget *>()) {
+        QMouseEvent release(QEvent::MouseButtonRelease, QPointF(), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(dock, &release);
     }
 }
 

@@ -27,6 +27,7 @@ public:
     void run();
 
 private:
+    void letGoOfDocks();
     void next();
     void act(const MonkeyEvent &event);
     void checkState() const;
