@@ -125,7 +125,10 @@ int child(int argc, char **argv, const QStringList &words)
             endDuring(window, words[2], LongWork::Kind(words[4].toInt()), words[3].toInt());
     }
     if (isPlanted && words[1] == "end") // a thread that nobody told
-        std::thread([] { std::this_thread::sleep_for(std::chrono::seconds(6)); }).join();
+        std::thread([] {
+            std::this_thread::sleep_for(
+                std::chrono::duration<double, std::milli>(longestToEndOfThread * slowness + 1000));
+        }).join();
     return 0;
 }
 
