@@ -17,8 +17,11 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -52,12 +55,14 @@ DataExportDialog::DataExportDialog(ExportSource source, QWidget *parent)
     m_result->setSizePolicy(keepsPlace);
     m_result->hide();
     resize(firstSize);
+    widenForPages();
 
     m_previewTimer.setSingleShot(true);
     m_previewTimer.setInterval(previewDelay);
     connect(&m_previewTimer, &QTimer::timeout, this, &DataExportDialog::showPreview);
     connect(m_tree, &ExportSetupTree::changed, this, &DataExportDialog::setupChanged);
     connect(m_tree, &ExportSetupTree::pageAdded, this, &DataExportDialog::putLastInTabOrder);
+    connect(m_tree, &ExportSetupTree::pageAdded, this, &DataExportDialog::widenForPages);
     putLastInTabOrder();
     connect(m_tree, &ExportSetupTree::requestPlotFields, this, &DataExportDialog::requestPlotFields);
 }
@@ -85,6 +90,14 @@ QLayout *DataExportDialog::makeButtons()
     row->addWidget(run);
     row->addWidget(close);
     return row;
+}
+
+/// Texts are longer in other languages, and larger in other fonts.
+void DataExportDialog::widenForPages()
+{
+    const QMargins margins = layout()->contentsMargins();
+    const int wanted = m_tree->wantedWidth() + margins.left() + margins.right();
+    resize(std::max(width(), std::min(wanted, screen()->availableGeometry().width())), height());
 }
 
 void DataExportDialog::putLastInTabOrder()

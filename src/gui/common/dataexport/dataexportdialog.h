@@ -23,7 +23,7 @@ public:
         QVariantMap setup;
         int timeSpan = 0; ///< a GeneralExportSettingsForm::TimeSpan
         std::optional<ExportSource::Span> markedSpan;
-        QString setupPath;    ///< of the setup file that was loaded or saved last
+        QString setupPath; ///< of the setup file that was loaded or saved last
         QByteArray geometry;
     };
 
@@ -67,6 +67,7 @@ protected:
 private:
     QLayout *makeButtons();
     void putLastInTabOrder();
+    void widenForPages();
     QString askForSetupFile(bool toSave);
     void offerMarkedSpan();
     void setupChanged();

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -121,6 +122,15 @@ QWidget *ExportSetupTree::addPage(QWidget *form)
     m_stack->addWidget(page);
     Q_EMIT pageAdded();
     return page;
+}
+
+int ExportSetupTree::wantedWidth() const
+{
+    int widest = 0;
+    for (const auto *page : m_stack->findChildren<QScrollArea *>(QString(), Qt::FindDirectChildrenOnly))
+        widest =
+            std::max(widest, page->widget()->minimumSizeHint().width() + page->verticalScrollBar()->sizeHint().width());
+    return layout()->itemAt(0)->widget()->minimumWidth() + layout()->spacing() + widest;
 }
 
 // ---- fields

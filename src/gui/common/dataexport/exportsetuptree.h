@@ -33,6 +33,8 @@ public:
     /// Behind the others, and shows the first of them.
     void addFields(const QVariantList &fields);
     void showGeneral();
+    /// In which the forms needn't be scrolled from side to side.
+    int wantedWidth() const;
 
 Q_SIGNALS:
     void changed();

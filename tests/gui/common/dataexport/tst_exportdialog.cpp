@@ -16,7 +16,11 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QStackedWidget>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -347,6 +351,17 @@ TEST_F(Dialog, ThePreviewFollowsSomeTimeBehindTheLastChange)
     inSight = {timeOf(4), timeOf(6)};
     dialog.spanChanged();
     ASSERT_TRUE(QTest::qWaitFor([table] { return table->rowCount() == 2; }));
+}
+
+TEST_F(Dialog, WidensForFormsThatItsWidthWouldCut)
+{
+    dialog.resize(300, 700);
+    dialog.addFields({QVariantMap{{"type", "electrometer"}}});
+    settle();
+    const int most = dialog.screen()->availableGeometry().width();
+    for (const auto *page : dialog.findChildren<QStackedWidget *>().first()->findChildren<QScrollArea *>())
+        EXPECT_TRUE(page->horizontalScrollBar()->maximum() == 0 || dialog.width() == most) << dialog.width();
+    EXPECT_LE(dialog.width(), most);
 }
 
 TEST_F(Dialog, TwoHundredFieldsOfAFileAreTaken)
