@@ -114,3 +114,11 @@ void sizeDocks(QMainWindow &window)
     // In a low window, or with large letters, the plot below it needs the height more.
     resize("currentrecordform", qMin(metrics.lineSpacing() * formLines, window.height() / 3), Qt::Vertical);
 }
+
+void leaveRoomForCentre(QMainWindow &window)
+{
+    const QWidget *const centre = window.centralWidget();
+    if (centre && centre->isVisible() &&
+        (centre->width() < window.width() / 4 || centre->height() < window.height() / 4))
+        sizeDocks(window);
+}

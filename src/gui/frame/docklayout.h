@@ -16,3 +16,7 @@ void resetDocks(QMainWindow &window);
 /// Gives the docks their first sizes, by font and window: half of the width or more is left to the centre, and the log
 /// is a strip to glance at. For a window that has its size.
 void sizeDocks(QMainWindow &window);
+
+/// The same where the docks, restored in a smaller window than they were stored in, leave less than a quarter of its
+/// width or height to the centre.
+void leaveRoomForCentre(QMainWindow &window);

@@ -100,6 +100,8 @@ void MainWindowBase::showEvent(QShowEvent *event)
     QMainWindow::showEvent(event);
     if (!std::exchange(m_wasShown, true))
         sizeDocks(*this); // not before: only now the window has its size
+    else if (!event->spontaneous())
+        leaveRoomForCentre(*this);
 }
 
 void MainWindowBase::closeEvent(QCloseEvent *event)

@@ -181,6 +181,24 @@ TEST_F(FrameDocksTest, CostNothingWhileTheyAreUnseen)
     EXPECT_EQ(dock("electrometersView")->findChild<QTreeView *>()->model()->index(0, 3).data().toString(), "6.000");
 }
 
+TEST_F(FrameDocksTest, DocksOfALargeWindowLeaveRoomForTheCentreOfASmallOne)
+{
+    window.resizeDocks({dock("currentrecordform"), dock("electrometersView")}, {450, 450}, Qt::Horizontal);
+    window.resizeDocks({dock("logDock")}, {400}, Qt::Vertical);
+    settle();
+    QVariantMap large;
+    storeDockState(large, window);
+    const QSize centre = window.centralWidget()->size();
+    EXPECT_EQ(restoreDockState(window, large), QString());
+    EXPECT_EQ(window.centralWidget()->size(), centre);
+    window.resize(960, 600);
+    settle();
+    EXPECT_EQ(restoreDockState(window, large), QString());
+    settle();
+    EXPECT_GE(window.centralWidget()->width(), 960 / 3);
+    EXPECT_GE(window.centralWidget()->height(), 600 / 3);
+}
+
 /// The toolkit goes through the set of its tab bars while it shows them, and lays out with another set: of the first
 /// one nothing is left then.
 TEST_F(FrameDocksTest, NothingLaysOutTheWindowWhileTabsAreRestored)
