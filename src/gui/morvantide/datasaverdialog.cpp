@@ -1,5 +1,6 @@
 #include "gui/morvantide/datasaverdialog.h"
 
+#include "gui/common/screenfit.h"
 #include "gui/morvantide/savewarnings.h"
 
 #include <QCheckBox>
@@ -84,7 +85,8 @@ DataSaverDialog::DataSaverDialog(Content content, const UiInfo &names, const QSt
     connect(m_buttonBox, &QDialogButtonBox::accepted, this, &DataSaverDialog::saveData);
     connect(m_buttonBox, &QDialogButtonBox::rejected, this, &DataSaverDialog::reject);
     m_folderEdit->setText(previousFolder);
-    resize(sizeHint().width(), fontMetrics().lineSpacing() * firstRows + sizeHint().height() - m_tree->minimumHeight());
+    const int height = fontMetrics().lineSpacing() * firstRows + sizeHint().height() - m_tree->minimumHeight();
+    resize(fittedToScreen(*this, {sizeHint().width(), height}));
     checkFolder(previousFolder); // which an empty one wouldn't bring about
 }
 

@@ -1,5 +1,7 @@
 #include "gui/morvantide/guidewindow.h"
 
+#include "gui/common/screenfit.h"
+
 #include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -38,7 +40,7 @@ GuideWindow::GuideWindow(const QString &page, QWidget *parent)
     : QWidget(parent, Qt::Window), m_pages(new Pages(this)), m_wanted(new QLineEdit(this))
 {
     setObjectName(QStringLiteral("guideWindow"));
-    resize(firstSize);
+    resize(fittedToScreen(*this, firstSize));
     auto *const layout = new QVBoxLayout(this);
     layout->addLayout(makeTools(page));
     layout->addWidget(m_pages);

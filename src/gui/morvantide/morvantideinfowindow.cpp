@@ -1,4 +1,6 @@
 #include "gui/morvantide/morvantideinfowindow.h"
+
+#include "gui/common/screenfit.h"
 #include "store/datastore.h"
 
 #include <QColorDialog>
@@ -75,7 +77,7 @@ MorvantideInfoWindow::MorvantideInfoWindow(std::shared_ptr<UiInfo> uiInfo, QWidg
     for (QWidget *widget :
          std::initializer_list<QWidget *>{m_treeView, m_renameButton, m_colorButton, m_deleteButton, closeButton})
         layout->addWidget(widget);
-    resize(firstSize);
+    resize(fittedToScreen(*this, firstSize));
 
     connect(m_treeView->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MorvantideInfoWindow::selectionChanged);

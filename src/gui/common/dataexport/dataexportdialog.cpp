@@ -7,6 +7,7 @@
 #include "gui/common/dataexport/exportsample.h"
 #include "gui/common/dataexport/exportsetuptree.h"
 #include "gui/common/dataexport/generalexportsettingsform.h"
+#include "gui/common/screenfit.h"
 #include "llama/qyaml.h"
 #include "util/filereplacement.h"
 #include "util/timeformat.h"
@@ -17,11 +18,8 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
-#include <QScreen>
 #include <QTableWidget>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace {
 
@@ -54,7 +52,7 @@ DataExportDialog::DataExportDialog(ExportSource source, QWidget *parent)
     keepsPlace.setRetainSizeWhenHidden(true);
     m_result->setSizePolicy(keepsPlace);
     m_result->hide();
-    resize(firstSize);
+    resize(fittedToScreen(*this, firstSize));
     widenForPages();
 
     m_previewTimer.setSingleShot(true);
@@ -97,7 +95,7 @@ void DataExportDialog::widenForPages()
 {
     const QMargins margins = layout()->contentsMargins();
     const int wanted = m_tree->wantedWidth() + margins.left() + margins.right();
-    resize(std::max(width(), std::min(wanted, screen()->availableGeometry().width())), height());
+    resize(fittedToScreen(*this, size().expandedTo({wanted, 0})));
 }
 
 void DataExportDialog::putLastInTabOrder()

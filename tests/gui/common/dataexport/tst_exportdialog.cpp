@@ -353,8 +353,9 @@ TEST_F(Dialog, ThePreviewFollowsSomeTimeBehindTheLastChange)
     ASSERT_TRUE(QTest::qWaitFor([table] { return table->rowCount() == 2; }));
 }
 
-TEST_F(Dialog, WidensForFormsThatItsWidthWouldCut)
+TEST_F(Dialog, WidensForFormsThatItsWidthWouldCutAndFitsTheScreen)
 {
+    EXPECT_LE(dialog.width(), dialog.screen()->availableGeometry().width());
     dialog.resize(300, 700);
     dialog.addFields({QVariantMap{{"type", "electrometer"}}});
     settle();
