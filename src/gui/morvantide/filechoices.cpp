@@ -64,7 +64,8 @@ QStringList DataRequest::pathsNow() const
 
 std::optional<DataRequest> FileChoices::askForFiles()
 {
-    QFileDialog dialog(m_window, tr("Select files"), m_settings->value(pickedPathKey).toString());
+    const QVariant lastFolder = m_settings->value(choiceKey).toMap().value(QStringLiteral("folderName"));
+    QFileDialog dialog(m_window, tr("Select files"), m_settings->value(pickedPathKey, lastFolder).toString());
     dialog.setFileMode(QFileDialog::ExistingFiles);
     if (dialog.exec() != QDialog::Accepted)
         return {};

@@ -172,9 +172,10 @@ TEST_F(MorvantideMainWindowTest, FilesPickedByHand)
     data.writeDay(3);
     data.writeDay(1);
     data.writeDay(2);
+    open();
     withDialog<QFileDialog>([this](QFileDialog &dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Select files");
-        dialog.setDirectory(data.path());
+        EXPECT_EQ(dialog.directory().path(), data.path()) << "the data's, and not the program's current one";
         dialog.findChild<QLineEdit *>("fileNameEdit")->setText("\"20190103-block.flags\" \"20190101-block.flags\"");
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
