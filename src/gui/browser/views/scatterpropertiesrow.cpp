@@ -6,11 +6,13 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
 #include <QSignalBlocker>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 #include <cmath>
 #include <limits>
@@ -57,9 +59,12 @@ void showData(QComboBox *combo, const QVariant &data)
 
 ScatterPropertiesRow::ScatterPropertiesRow(QWidget *parent) : QWidget(parent)
 {
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    auto *rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(spacing);
+    auto *row = m_row = new QHBoxLayout;
     row->setSpacing(spacing);
+    rows->addLayout(row);
     m_titleButton = makeButton(QString(), this);
     m_titleButton->setCheckable(true);
     m_titleButton->setChecked(true);
@@ -105,8 +110,35 @@ QComboBox *ScatterPropertiesRow::addCombo(const QString &toolTip)
     combo->setToolTip(toolTip);
     combo->setAccessibleName(toolTip);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    layout()->addWidget(combo);
+    m_row->addWidget(combo);
     return combo;
+}
+
+/// The form of fractions goes to a row of its own where its texts would be cut.
+void ScatterPropertiesRow::placeFractionForm()
+{
+    int needed = m_fractionForm->sizeHint().width();
+    for (int i = 0; i < m_row->count(); ++i) {
+        const QWidget *const widget = m_row->itemAt(i)->widget();
+        if (widget && widget != m_fractionForm && !widget->isHidden())
+            needed += widget->sizeHint().width() + spacing;
+    }
+    const bool isBeside = m_fractionForm->isHidden() || needed <= width();
+    if (isBeside == (m_row->indexOf(m_fractionForm) >= 0))
+        return;
+    layout()->removeWidget(m_fractionForm);
+    if (isBeside)
+        m_row->insertWidget(m_row->indexOf(m_spectraButton), m_fractionForm);
+    else
+        static_cast<QVBoxLayout *>(layout())->addWidget(m_fractionForm, 0, Qt::AlignLeft);
+}
+
+bool ScatterPropertiesRow::event(QEvent *event)
+{
+    const bool isTaken = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        placeFractionForm();
+    return isTaken;
 }
 
 void ScatterPropertiesRow::makeFractionForm()
@@ -236,6 +268,7 @@ void ScatterPropertiesRow::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     showRangeLabel();
+    placeFractionForm();
 }
 
 } // namespace Tsb

@@ -9,6 +9,7 @@ class ExpSpinBox;
 class QAction;
 class QCheckBox;
 class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QToolButton;
 
@@ -43,17 +44,20 @@ Q_SIGNALS:
     void spectraChosen(QSet<QString> ids);
 
 protected:
+    bool event(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     QComboBox *addCombo(const QString &toolTip);
     void makeFractionForm();
+    void placeFractionForm();
     void refillCombos();
     void showSettingsForm(bool on);
     void showRangeLabel();
 
     std::shared_ptr<UiInfo> m_uiInfo;
     ScatterPlotSettings m_settings;
+    QHBoxLayout *m_row;
     QToolButton *m_titleButton;
     QComboBox *m_electrometerCombo;
     QComboBox *m_variableCombo;
