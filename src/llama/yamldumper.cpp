@@ -3,11 +3,12 @@
 #include "llama/errors.h"
 #include "llama/scalarclass.h"
 
-#include <QBuffer>
 #include <QDebug>
 #include <QIODevice>
 
 #include <yaml.h>
+
+#include <new>
 
 namespace Llama {
 
@@ -18,33 +19,28 @@ class YamlDumper {
 public:
     YamlDumper()
     {
-        m_usable = yaml_emitter_initialize(&m_emitter);
-        if (!m_usable)
-            return;
+        if (!yaml_emitter_initialize(&m_emitter))
+            throw std::bad_alloc();
         yaml_emitter_set_output(&m_emitter, append, &m_text);
         yaml_emitter_set_unicode(&m_emitter, 1);
         yaml_emitter_set_encoding(&m_emitter, YAML_UTF8_ENCODING);
         yaml_emitter_set_width(&m_emitter, -1);
     }
-    ~YamlDumper()
-    {
-        if (m_usable)
-            yaml_emitter_delete(&m_emitter);
-    }
+    ~YamlDumper() { yaml_emitter_delete(&m_emitter); }
     YamlDumper(const YamlDumper &) = delete;
     YamlDumper &operator=(const YamlDumper &) = delete;
 
     bool dump(const QVariant &value)
     {
         yaml_event_t event;
-        return m_usable && emit(event, yaml_stream_start_event_initialize(&event, YAML_UTF8_ENCODING)) &&
+        return emit(event, yaml_stream_start_event_initialize(&event, YAML_UTF8_ENCODING)) &&
                emit(event, yaml_document_start_event_initialize(&event, nullptr, nullptr, nullptr, 1)) &&
                dumpValue(value) && emit(event, yaml_document_end_event_initialize(&event, 1)) &&
-               emit(event, yaml_stream_end_event_initialize(&event)) && yaml_emitter_flush(&m_emitter);
+               emit(event, yaml_stream_end_event_initialize(&event)) && isDone(yaml_emitter_flush(&m_emitter));
     }
 
     const QByteArray &text() const { return m_text; }
-    const char *problem() const { return m_usable && m_emitter.problem ? m_emitter.problem : ""; }
+    const char *problem() const { return m_emitter.problem ? m_emitter.problem : ""; }
 
 private:
     static int append(void *text, unsigned char *buffer, size_t size)
@@ -54,7 +50,19 @@ private:
     }
 
     /// The emitter owns the event from then on, also when it fails.
-    bool emit(yaml_event_t &event, int initialized) { return initialized && yaml_emitter_emit(&m_emitter, &event); }
+    bool emit(yaml_event_t &event, int initialized)
+    {
+        if (!initialized) // texts are sound UTF-8
+            throw std::bad_alloc();
+        return isDone(yaml_emitter_emit(&m_emitter, &event));
+    }
+
+    bool isDone(int result) const
+    {
+        if (m_emitter.error == YAML_MEMORY_ERROR)
+            throw std::bad_alloc();
+        return result;
+    }
 
     static bool isList(const QVariant &value)
     {
@@ -133,32 +141,38 @@ private:
     }
 
     yaml_emitter_t m_emitter;
-    bool m_usable;
     QByteArray m_text;
 };
+
+QByteArray textOf(const QVariant &value)
+{
+    YamlDumper dumper;
+    if (!dumper.dump(value)) {
+        qDebug() << "Yaml dump error" << dumper.problem();
+        throw YamlError(QStringLiteral("Failed to emit yaml document."));
+    }
+    return dumper.text();
+}
 
 } // namespace
 
 bool yamlDump(const QVariant &value, QIODevice *device)
 {
-    YamlDumper dumper;
-    if (!dumper.dump(value)) {
-        qDebug() << "Yaml dump error" << dumper.problem();
-        return false;
+    try {
+        const QByteArray text = textOf(value);
+        if (device->write(text) == text.size())
+            return true;
+        qDebug() << "Yaml dump error" << device->errorString();
+    } catch (const YamlError &) {
+    } catch (const std::bad_alloc &) {
+        qDebug() << "Yaml dump error: not enough memory";
     }
-    if (device->write(dumper.text()) == dumper.text().size())
-        return true;
-    qDebug() << "Yaml dump error" << device->errorString();
     return false;
 }
 
 QByteArray yamlDump(const QVariant &value)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    if (!yamlDump(value, &buffer))
-        throw YamlError(QStringLiteral("Failed to emit yaml document."));
-    return buffer.data();
+    return textOf(value);
 }
 
 } // namespace Llama
