@@ -29,7 +29,6 @@ namespace Faults {
 
 namespace {
 
-constexpr int patience = 20;      ///< seconds without a turn
 constexpr double leastTurn = 0.1; ///< ms; shorter ones are idle, and many
 
 QString firstLineOf(const QString &file, const QStringList &marks)
@@ -226,7 +225,7 @@ void enter(const QString &folder)
     confine(folder);
 }
 
-void watchTurns(bool measureTurns, int patience)
+void watchTurns(bool measureTurns, int patienceSeconds)
 {
     lastTurn = now();
     auto *pulse = new QTimer(qApp); // a loop that has nothing to do turns too
@@ -241,12 +240,12 @@ void watchTurns(bool measureTurns, int patience)
                          begun = workMs();
                      });
     ::signal(SIGUSR1, writeStack);
-    std::thread([mainThread = ::pthread_self(), patience] {
-        while (now() - lastTurn < patience * 1000)
+    std::thread([mainThread = ::pthread_self(), patienceSeconds] {
+        while (now() - lastTurn < patienceSeconds * 1000)
             std::this_thread::sleep_for(std::chrono::milliseconds(200));
         ::pthread_kill(mainThread, SIGUSR1);
         std::this_thread::sleep_for(std::chrono::seconds(1));
-        std::printf("fail\t0\tthe event loop made no turn for %d s\n", patience);
+        std::printf("fail\t0\tthe event loop made no turn for %d s\n", patienceSeconds);
         std::fflush(stdout);
         ::_exit(3);
     }).detach();

@@ -30,9 +30,15 @@ namespace Child {
 QStringList words(int argc, char **argv);
 /// Puts the limits in force that are told above. Before the application object, and before any thread.
 void enter(const QString &folder);
+/// Seconds without a turn of the event loop that no work explains, on a machine that is busy with other programs too.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int patience = 60;
+#else
+constexpr int patience = 20;
+#endif
 /// Starts to watch the turns of the event loop, once there is an application object. Their work is measured by the
 /// time of the main thread's processor as "ms of a turn" if that is wished.
-void watchTurns(bool measure, int patienceSeconds = 20);
+void watchTurns(bool measure, int patienceSeconds = patience);
 void count(const QString &what, qint64 by = 1);
 void measure(const QString &what, double value);
 /// Tells a fault. The first one stands.

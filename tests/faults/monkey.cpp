@@ -65,7 +65,7 @@ int child(int argc, char **argv, const QStringList &words)
     {
         LoadedWindow window(folder);
         window.open(window.path("demo"));
-        Child::watchTurns(true, words.contains("hangs") ? 2 : 20);
+        Child::watchTurns(true, words.contains("hangs") ? 2 : Child::patience);
         MonkeyHand(window, growing, eventsFrom(contentOf(words[1]))).run();
         Child::sayEnding();
     }
