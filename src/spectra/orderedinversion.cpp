@@ -73,7 +73,12 @@ void OrderedInversion::work()
             number = m_begun++;
         }
         Batch batch;
-        invert(number, batch);
+        try {
+            invert(number, batch);
+        } catch (const std::bad_alloc &) {
+            batch = Batch();
+            batch.ready = batch.lacksMemory = true;
+        }
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_ring[number % m_ring.size()] = std::move(batch);
@@ -106,6 +111,8 @@ bool OrderedInversion::next(SpectrumRecordPointer &result, const InversionCompla
         if (m_taken == m_batchCount) // only this thread changes it
             return false;
         takeBatch();
+        if (m_current.lacksMemory)
+            throw std::bad_alloc();
     }
     while (m_complaint < m_current.complaints.size() && m_current.complaints[m_complaint].place == m_place) {
         const Complaint &complaint = m_current.complaints[m_complaint++];

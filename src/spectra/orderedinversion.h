@@ -27,7 +27,8 @@ public:
     ~OrderedInversion();
 
     /// The next record's result, which is null for an interim record; false behind the last. Complaints about it are
-    /// handed on by the calling thread.
+    /// handed on by the calling thread. Throws bad_alloc, also where a thread of its own lacked the memory for some
+    /// results; the records of these are passed over.
     bool next(SpectrumRecordPointer &result, const InversionComplaint &complain);
 
 private:
@@ -38,6 +39,7 @@ private:
     };
     struct Batch {
         bool ready = false;
+        bool lacksMemory = false; ///< and has no results
         std::vector<SpectrumRecordPointer> results;
         std::vector<Complaint> complaints;
     };

@@ -4,6 +4,7 @@
 #include "util/textescape.h"
 
 #include <exception>
+#include <new>
 
 namespace SpectMath {
 
@@ -37,7 +38,9 @@ SpectrumRecordPointer invertRecord(const InverterList &inverters, const Spectrom
             continue;
         } catch (const Inversion::InversionException &exception) {
             error = exception.message();
-        } catch (const std::exception &exception) { // out of memory, say: it must not end the process
+        } catch (const std::bad_alloc &) {
+            error = QStringLiteral("Not enough memory");
+        } catch (const std::exception &exception) { // it must not end the process
             error = QString::fromUtf8(exception.what());
         }
         complain(Log::Error, fillMarkers(QStringLiteral("Inversion error: %1"), {error}));

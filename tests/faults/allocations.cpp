@@ -264,7 +264,7 @@ public:
         const Files files = filesBelow(work);
         const QByteArray words = contentOf(QDir(work).filePath(wordsName));
         const bool hasReadAll = !words.contains("Skipping") && !words.contains("will not be read") &&
-                                !words.contains("Errors reading inverters");
+                                !words.contains("Errors reading inverters") && !words.contains("Inversion error");
         for (const auto &[name, bytes] : files) {
             const auto whole = m_files.find(name);
             const bool isSound = whole != m_files.end() && (bytes == whole->second || bytes.isEmpty() ||
