@@ -50,6 +50,8 @@ public:
         return m_isSound && m_stream.atEnd();
     }
 
+    QSize centre() const { return m_centre; }
+
 private:
     void require(bool condition) { m_isSound = m_isSound && condition && m_stream.status() == QDataStream::Ok; }
 
@@ -68,11 +70,15 @@ private:
     /// Places and sizes; -1 is a size that isn't known yet.
     void readLengths(int count)
     {
-        for (int i = 0; i < count; ++i) {
-            const int length = readInt();
-            const bool isLength = length >= -greatestLength && length <= greatestLength;
-            require(isLength || (length >= unlimited && length <= unlimited + greatestLength));
-        }
+        for (int i = 0; i < count; ++i)
+            readLength();
+    }
+    int readLength()
+    {
+        const int length = readInt();
+        const bool isLength = length >= -greatestLength && length <= greatestLength;
+        require(isLength || (length >= unlimited && length <= unlimited + greatestLength));
+        return length;
     }
     int readCount(int most)
     {
@@ -106,7 +112,8 @@ private:
             readLengths(2);
             readDockList(0);
         }
-        readLengths(2); // of the centre
+        m_centre.setWidth(readLength());
+        m_centre.setHeight(readLength());
         for (int i = 0; i < areaCount; ++i) {
             const int corner = readInt(); // one bit
             require(corner > 0 && corner <= greatestArea && (corner & (corner - 1)) == 0);
@@ -162,6 +169,7 @@ private:
     QDataStream m_stream;
     const QStringList &m_knownNames;
     QSet<QString> m_names;
+    QSize m_centre;
     bool m_isSound = true;
 };
 
@@ -170,6 +178,13 @@ private:
 bool isSoundWindowState(const QByteArray &state, int version, const QStringList &knownNames)
 {
     return StateReader(state, knownNames).isSound(version);
+}
+
+QSize centreOfWindowState(const QByteArray &state, int version)
+{
+    const QStringList anyNames;
+    StateReader reader(state, anyNames);
+    return reader.isSound(version) ? reader.centre() : QSize();
 }
 
 } // namespace WindowSetup

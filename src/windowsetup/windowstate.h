@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSize>
 #include <QStringList>
 
 namespace WindowSetup {
@@ -10,5 +11,8 @@ namespace WindowSetup {
 /// all docks and toolbars must be among them, for bytes that nothing vouches for; others are harmless in bytes that are
 /// as they were written.
 bool isSoundWindowState(const QByteArray &state, int version, const QStringList &knownNames = {});
+
+/// The size that the centre of the window had when that sound state was stored.
+QSize centreOfWindowState(const QByteArray &state, int version);
 
 } // namespace WindowSetup

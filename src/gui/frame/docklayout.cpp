@@ -4,6 +4,9 @@
 #include <QMainWindow>
 #include <QStyle>
 #include <QToolBar>
+#include <QVariant>
+
+#include <algorithm>
 
 namespace {
 
@@ -35,6 +38,7 @@ const Place places[] = {
 
 constexpr int formCharacters = 40, tableCharacters = 50;
 constexpr int formLines = 16, logLines = 7;
+constexpr char storedCentre[] = "storedCentre"; // a property of the window
 
 QDockWidget *dockOf(const QMainWindow &window, const char *name)
 {
@@ -115,10 +119,19 @@ void sizeDocks(QMainWindow &window)
     resize("currentrecordform", qMin(metrics.lineSpacing() * formLines, window.height() / 3), Qt::Vertical);
 }
 
+void setStoredCentre(QMainWindow &window, QSize size)
+{
+    window.setProperty(storedCentre, size);
+}
+
 void leaveRoomForCentre(QMainWindow &window)
 {
     const QWidget *const centre = window.centralWidget();
-    if (centre && centre->isVisible() &&
-        (centre->width() < window.width() / 4 || centre->height() < window.height() / 4))
+    const QSize stored = window.property(storedCentre).toSize();
+    if (!centre || !centre->isVisible() || !stored.isValid())
+        return;
+    const bool isNarrow = centre->width() < std::min(stored.width(), window.width() / 4);
+    const bool isLow = centre->height() < std::min(stored.height(), window.height() / 4);
+    if (isNarrow || isLow)
         sizeDocks(window);
 }

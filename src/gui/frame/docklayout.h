@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QSize>
+
 class QMainWindow;
 
 /// Places the docks of the window, which it knows by their object names, where they stand by default: the record and
@@ -17,6 +19,9 @@ void resetDocks(QMainWindow &window);
 /// is a strip to glance at. For a window that has its size.
 void sizeDocks(QMainWindow &window);
 
-/// The same where the docks, restored in a smaller window than they were stored in, leave less than a quarter of its
-/// width or height to the centre.
+/// What leaveRoomForCentre() holds the centre against: its size when the docks were stored that are restored now.
+void setStoredCentre(QMainWindow &window, QSize size);
+
+/// Sizes the docks as at first where they, restored in a smaller window than they were stored in, leave less to the
+/// centre than it had there, and less than a quarter of the window's width or height.
 void leaveRoomForCentre(QMainWindow &window);

@@ -64,6 +64,7 @@ QString restoreDockState(QMainWindow &window, const QVariantMap &map)
     if (state.bytes.isEmpty() || !restoreWithoutLayout(window, state.bytes))
         Log::Logger(QStringLiteral("gui")).log(Log::Debug, QStringLiteral("Failed to restore window state. "));
     setDockCorners(window); // the toolkit stores them too
+    setStoredCentre(window, WindowSetup::centreOfWindowState(state.bytes, stateVersion));
     leaveRoomForCentre(window);
     return {};
 }
