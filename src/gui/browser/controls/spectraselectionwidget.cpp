@@ -3,6 +3,7 @@
 #include "util/textescape.h"
 
 #include <QBoxLayout>
+#include <QEvent>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QListView>
