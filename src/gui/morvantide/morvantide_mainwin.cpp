@@ -6,6 +6,7 @@
 #include "gui/common/diagnosticstatusdockwidget.h"
 #include "gui/common/iconhelp.h"
 #include "gui/common/recordviews/reportview.h"
+#include "gui/common/screenfit.h"
 #include "gui/common/vargridparser.h"
 #include "gui/frame/addplotbutton.h"
 #include "gui/frame/busymessage.h"
@@ -28,13 +29,10 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QDir>
-#include <QGuiApplication>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
-#include <QStyle>
 #include <QToolBar>
 
 namespace {
@@ -74,8 +72,7 @@ MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget 
     if (this->settings()->status() != QSettings::NoError)
         logger().log(Log::Warning, QStringLiteral("The settings could not be read from '%1'.").arg(settingsFile));
     m_open->setSettings(this->settings());
-    const QSize titleBar(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
-    resize(firstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize() - titleBar));
+    resize(fittedToScreen(*this, firstSize));
     restoreMainWindowState(true);
     m_colormap->start(*this->settings());
     if (m_layouts->start(*this->settings()))
