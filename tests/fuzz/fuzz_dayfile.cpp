@@ -31,10 +31,10 @@ void checkRecords(const FileReader &reader, std::size_t bytes)
 
 } // namespace
 
-/// The bytes are a day file, with all its headers and rows.
+/// The bytes are a day file, with all its headers and rows, which is read twice in a row.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const DayFileRead read(fuzzFile(data, size));
+    const DayFileRead read(fuzzFile(data, size), 2);
     const FileReader &reader = read.reader();
     checkRecords(reader, 2 * size);
     require(reader.statistics().bytes == std::int64_t(2 * size), "all bytes are looked at");

@@ -7,19 +7,20 @@
 #include "datafiles/reading/filereader.h"
 #include "datafiles/reading/readahead.h"
 
-/// A day file that is read twice in a row: the second time everything is known, and flags and spectra double. One lives
-/// at a time.
+/// A day file that is read once, or more often in a row: the second time everything is known, and flags and spectra
+/// double. One lives at a time.
 class DayFileRead {
 public:
-    explicit DayFileRead(const QString &path)
+    DayFileRead(const QString &path, int times)
     {
-        read([&](int) { m_reader.readFile(path); });
+        read(times, [&](int) { m_reader.readFile(path); });
     }
     /// In chunks, which the calling thread parses with as many more as make up `threads`.
-    DayFileRead(const QString &path, int threads, std::size_t chunkBytes)
+    DayFileRead(const QString &path, int times, int threads, std::size_t chunkBytes)
     {
-        ReadAhead ahead({path, path}, {threads, chunkBytes, nullptr}, m_reader.makeForecast());
-        read([&](int file) { m_reader.readFile(path, ahead, file); });
+        const QStringList paths = QVector<QString>(times, path).toList();
+        ReadAhead ahead(paths, {threads, chunkBytes, nullptr}, m_reader.makeForecast());
+        read(times, [&](int file) { m_reader.readFile(path, ahead, file); });
     }
 
     const FileReader &reader() const { return m_reader; }
@@ -28,12 +29,12 @@ public:
 
 private:
     template<typename ReadFile>
-    void read(const ReadFile &readFile)
+    void read(int times, const ReadFile &readFile)
     {
         catchLog();
         complaints().clear();
         try {
-            for (int file = 0; file < 2; ++file)
+            for (int file = 0; file < times; ++file)
                 readFile(file);
         } catch (const FileReaderError &) {
         }

@@ -1,5 +1,6 @@
 #include "gui/morvantide/datasaving.h"
 
+#include "gui/morvantide/invertersinuse.h"
 #include "gui/morvantide/reinversion.h"
 
 #include <QSettings>
@@ -10,14 +11,20 @@ const QString folderKey = QStringLiteral("datasaver/folder");
 
 } // namespace
 
-DataSaving::DataSaving(std::shared_ptr<UiInfo> uiInfo, const Reinversion &reinversion, QWidget *window)
-    : m_uiInfo(std::move(uiInfo)), m_reinversion(reinversion), m_window(window)
+DataSaving::DataSaving(std::shared_ptr<UiInfo> uiInfo, const Reinversion &reinversion,
+                       const InvertersInUse &inverters, QWidget *window)
+    : m_uiInfo(std::move(uiInfo)), m_reinversion(reinversion), m_inverters(inverters), m_window(window)
 {
 }
 
 void DataSaving::setReadVariant(const QString &variant)
 {
     m_variant = QStringLiteral("%1-reinv").arg(variant.isEmpty() ? QStringLiteral("unknown") : variant);
+}
+
+bool DataSaving::areSpectraMissing() const
+{
+    return m_reinversion.isRunning() || m_inverters.isBehind();
 }
 
 /// In the order of the columns: spectra that were read as they were met, then new ones as their inverters were loaded.
@@ -38,8 +45,10 @@ void DataSaving::run(const std::shared_ptr<Datastore> &store, QSettings &setting
                            settings.value(folderKey).toString(), m_window);
     m_dialog = &dialog;
     dialog.setVariant(m_variant);
-    dialog.setReinverting(m_reinversion.isRunning());
-    QObject::connect(&m_reinversion, &Reinversion::finished, &dialog, [&dialog] { dialog.setReinverting(false); });
+    const auto showWhetherReinverting = [this, &dialog] { dialog.setReinverting(areSpectraMissing()); };
+    showWhetherReinverting();
+    QObject::connect(&m_reinversion, &Reinversion::finished, &dialog, showWhetherReinverting);
+    QObject::connect(&m_inverters, &InvertersInUse::caughtUp, &dialog, showWhetherReinverting);
     dialog.exec();
     m_variant = dialog.variant();
     settings.setValue(folderKey, dialog.folder());

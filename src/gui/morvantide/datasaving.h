@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class InvertersInUse;
 class QSettings;
 class Reinversion;
 
@@ -15,7 +16,8 @@ class Reinversion;
 class DataSaving {
 public:
     /// All outlive it. The dialog stands before the window.
-    DataSaving(std::shared_ptr<UiInfo> uiInfo, const Reinversion &reinversion, QWidget *window);
+    DataSaving(std::shared_ptr<UiInfo> uiInfo, const Reinversion &reinversion, const InvertersInUse &inverters,
+               QWidget *window);
 
     /// Other data, of that averaging variant: the next save offers it with "-reinv"; "unknown" stands for none.
     void setReadVariant(const QString &variant);
@@ -26,10 +28,12 @@ public:
     void stop();
 
 private:
+    bool areSpectraMissing() const;
     Spectrometer::SpectraByMode spectraOf(const Datastore &store) const;
 
     const std::shared_ptr<UiInfo> m_uiInfo;
     const Reinversion &m_reinversion;
+    const InvertersInUse &m_inverters;
     QWidget *const m_window;
     QString m_variant; ///< of the next save
     QPointer<DataSaverDialog> m_dialog;

@@ -19,7 +19,7 @@ InvertersInUse::InvertersInUse(std::shared_ptr<UiInfo> uiInfo, Tsb::TimeSeriesBr
     m_laterTimer.setSingleShot(true);
     m_laterTimer.setInterval(laterInterval);
     connect(&m_laterTimer, &QTimer::timeout, this, &InvertersInUse::invertThoseThatCame);
-    connect(&m_later, &Reinversion::finished, this, [this] { m_given.clear(); });
+    connect(&m_later, &Reinversion::finished, this, &InvertersInUse::endOfThoseThatCame);
 }
 
 void InvertersInUse::setDatastore(std::shared_ptr<Datastore> store)
@@ -89,12 +89,21 @@ void InvertersInUse::noteUpdated(const std::shared_ptr<Record> &record, int flag
 
 void InvertersInUse::invertThoseThatCame()
 {
-    if (m_came.empty() || m_inverters.empty())
-        return m_came.clear();
+    if (m_came.empty() || m_inverters.empty()) {
+        m_came.clear();
+        return endOfThoseThatCame();
+    }
     if (m_later.hasThreads())
         return m_laterTimer.start();
     m_given = std::exchange(m_came, {});
     m_later.startFor(m_given, m_store, m_uiInfo->metadata(), m_inverters);
+}
+
+void InvertersInUse::endOfThoseThatCame()
+{
+    m_given.clear();
+    if (!isBehind())
+        Q_EMIT caughtUp();
 }
 
 /// Those that it was to invert wait for the next time.

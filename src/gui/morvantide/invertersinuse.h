@@ -37,15 +37,20 @@ public:
     /// While it is on, records that come into the store, or get other data, are inverted by those in use soon after, on
     /// a thread of its own.
     void setFollowing(bool on) { m_isFollowing = on; }
+    /// Whether such records lack spectra that they are going to have.
+    bool isBehind() const { return !m_came.empty() || m_later.isRunning(); }
     /// Whether such a thread reads records, which must not change then.
     bool hasThreads() const { return m_later.hasThreads(); }
 
 Q_SIGNALS:
     void changed(const SpectMath::InverterList &inverters);
+    /// Nothing is behind any more.
+    void caughtUp();
 
 private:
     void noteUpdated(const std::shared_ptr<Record> &record, int flags);
     void invertThoseThatCame();
+    void endOfThoseThatCame();
     void stopInverting();
     void discard(const UiInfo::InfoPointer &info);
     void publish();

@@ -45,7 +45,7 @@ MorvantideMainWindow::MorvantideMainWindow(QWidget *parent) : MorvantideMainWind
 
 MorvantideMainWindow::MorvantideMainWindow(const QString &settingsFile, QWidget *parent)
     : MainWindowBase(parent), m_colormap(new ColormapChoice(uiInfo(), this)), m_loader(this), m_inverterLoader(this),
-      m_reinversion(this), m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, this),
+      m_reinversion(this), m_inverters(uiInfo(), browser()), m_saving(uiInfo(), m_reinversion, m_inverters, this),
       m_exporting(uiInfo(), browser(), this)
 {
     setAboutInfo(QStringLiteral("Morvantide"),

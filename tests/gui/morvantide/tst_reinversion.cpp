@@ -119,6 +119,14 @@ TEST_F(ReinversionTest, RecordsThatAFollowedFolderBringsAreInvertedByTheInverter
     QFile file(path(records));
     ASSERT_TRUE(file.open(QIODevice::Append) && file.write(all.mid(cut + 1)) == all.size() - cut - 1 && file.flush());
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->datastore()->size() > before; }, 20000));
+    withDialog<DataSaverDialog>([](DataSaverDialog &dialog) { // a save that begins before that says so while it holds
+        const auto *problems = dialog.findChild<QLabel *>("problemLabel");
+        const auto isBehind = [problems] { return problems->text().contains("reinversion is running"); };
+        EXPECT_TRUE(isBehind());
+        EXPECT_TRUE(QTest::qWaitFor([&isBehind] { return !isBehind(); }, 20000));
+        dialog.reject();
+    });
+    window->saveData();
     QTest::qWait(2000);
     expectSpectraOf(window->inverters());
 }
