@@ -1,6 +1,5 @@
 #include "datafiles/writing/continuedfile.h"
 
-#include "datafiles/writing/heldrows.h"
 #include "util/filecalls.h"
 
 #include <algorithm>
@@ -18,8 +17,8 @@ constexpr int longestLine = 64 << 20; // a longer one is neither a flag nor a ro
 
 } // namespace
 
-ContinuedFile::ContinuedFile(const QList<QByteArray> &header, HeldRows *held, bool underAnyHeader)
-    : m_header(header), m_held(held), m_underAnyHeader(underAnyHeader), m_match(header), m_matchBefore(header)
+ContinuedFile::ContinuedFile(const QList<QByteArray> &header, PassOver passOver, HeldRows &held)
+    : m_header(header), m_passOver(passOver), m_held(held), m_match(header), m_matchBefore(header)
 {
     for (const QByteArray &line : header)
         m_longestHeaderLine = std::max(m_longestHeaderLine, line.size());
@@ -46,7 +45,7 @@ bool ContinuedFile::read(FileCalls &calls, int descriptor)
 void ContinuedFile::extendLine(const char *begin, const char *end)
 {
     static const QByteArray flag = QByteArrayLiteral("# flag ");
-    const bool isWanted = m_line.startsWith(flag) || (m_held && !m_line.startsWith('#'));
+    const bool isWanted = m_line.startsWith(flag) || (m_passOver != PassOver::Nothing && !m_line.startsWith('#'));
     // A line that is longer than all header lines can't match, however long it is.
     const int limit = isWanted || m_line.size() < flag.size() ? longestLine : m_longestHeaderLine + 2;
     m_line.append(begin, int(std::min<std::ptrdiff_t>(end - begin, std::max(limit - m_line.size(), 0))));
@@ -66,7 +65,7 @@ void ContinuedFile::endLine(off_t end)
         m_flagsColumn = m_line.endsWith("\tflags");
     } else if (!m_inHeader && isComment) {
         m_flags.readDefinition(m_line);
-    } else if (m_inBlock && m_held && !isComment) {
+    } else if (m_inBlock && m_passOver != PassOver::Nothing && !isComment) {
         holdRow();
     }
     m_linesEnd = end;
@@ -88,7 +87,7 @@ void ContinuedFile::openHeader()
 
 void ContinuedFile::holdRow()
 {
-    if (!m_match.isComplete() && !m_underAnyHeader)
+    if (!m_match.isComplete() && m_passOver != PassOver::RowsOfAnyHeader)
         return;
     // A row that lacks fields is passed over by readers, too.
     if (m_match.isComplete() && m_line.count('\t') < m_header.last().count('\t'))
@@ -99,7 +98,7 @@ void ContinuedFile::holdRow()
         flags = m_flags.textsOf(m_line.mid(tab + 1));
         m_line.truncate(std::max(tab, 0));
     }
-    m_held->add(m_line, flags);
+    m_held.add(m_line, flags);
 }
 
 } // namespace Spectrometer

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "datafiles/writing/heldrows.h"
 #include "datafiles/writing/plainfileoutput_flags.h"
 #include "datafiles/writing/plainfileoutput_match.h"
 
@@ -12,15 +13,12 @@ class FileCalls;
 
 namespace Spectrometer {
 
-class HeldRows;
-
 /// What a writer has to know of a day file to continue it: where its last whole row ends, whether the block there has
 /// the writer's own header, and which flags that block defines.
 class ContinuedFile {
 public:
-    /// The header must have lines. The rows under it, or under any header, go to `held`, which may be null. Both must
-    /// outlive this object.
-    ContinuedFile(const QList<QByteArray> &header, HeldRows *held, bool underAnyHeader);
+    /// The header must have lines. The rows that are to be passed over go to `held`. Both must outlive this object.
+    ContinuedFile(const QList<QByteArray> &header, PassOver passOver, HeldRows &held);
 
     /// Reads the file from its beginning on, in pieces. False with errno set if that fails.
     bool read(FileCalls &calls, int descriptor);
@@ -40,8 +38,8 @@ private:
     void holdRow();
 
     const QList<QByteArray> &m_header;
-    HeldRows *m_held;
-    bool m_underAnyHeader;
+    const PassOver m_passOver;
+    HeldRows &m_held;
     int m_longestHeaderLine = 0;
     QByteArray m_line; ///< as far as it is at hand and matters
     off_t m_size = 0;

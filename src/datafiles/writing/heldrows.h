@@ -8,6 +8,10 @@
 
 namespace Spectrometer {
 
+/// Which rows stay unwritten: none, or those whose begin, end and mode a file holds when it is opened, under the same
+/// header or under any. So a writer that was killed can write all again, and the files are as if it hadn't been.
+enum class PassOver { Nothing, RowsOfTheSameHeader, RowsOfAnyHeader };
+
 /// The rows that a day file held before it was continued, by the texts of their begin, end and mode. Of each row it
 /// keeps some 60 bytes.
 class HeldRows {

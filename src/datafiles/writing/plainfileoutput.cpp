@@ -115,8 +115,7 @@ void PlainFileOutput::makeVariantFiles(int id, const VariantSettings &variant, c
     const Log::Logger logger = m_logger;
     const auto dayFile = [&](const QString &suffix, const FileHeader::Lines &header) {
         auto file = makeFile(stem + suffix, header);
-        file->findHeldRows = m_applied.passOver != PassOver::Nothing;
-        file->findUnderAnyHeader = m_applied.passOver == PassOver::RowsOfAnyHeader;
+        file->passOver = m_applied.passOver;
         return file;
     };
     const auto recordsFile = [&](const QString &suffix, const FileHeader::Lines &header) {
@@ -204,7 +203,7 @@ bool PlainFileOutput::appendRow(File &file, RecordTime localTime, PutFields putF
             file.openFor(localTime);
             m_row->clear();
             putFields(*m_row);
-            if (file.findHeldRows && isHeld(file, flags))
+            if (file.passOver != PassOver::Nothing && isHeld(file, flags))
                 return false;
             if (flags)
                 putFlags(file, *flags);

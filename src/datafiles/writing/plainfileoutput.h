@@ -1,6 +1,7 @@
 #pragma once
 
 #include "datafiles/writing/closingfiles.h"
+#include "datafiles/writing/heldrows.h"
 #include "log/logger.h"
 #include "records/rawrecord.h"
 #include "records/record.h"
@@ -45,10 +46,7 @@ public:
         bool spectra = true;
     };
 
-    /// Which rows stay unwritten: none, or those whose begin, end and mode a file holds when it is opened, under the
-    /// same header or under any. So a writer that was killed can write all again, and the files are as if it hadn't
-    /// been.
-    enum class PassOver { Nothing, RowsOfTheSameHeader, RowsOfAnyHeader };
+    using PassOver = Spectrometer::PassOver;
 
     struct Settings {
         QString folder;                       ///< made when the first row comes, if it doesn't exist

@@ -154,7 +154,7 @@ void OutputFile::checkHeader()
     m_end = ::lseek(m_handle, 0, SEEK_END);
     if (m_header.isEmpty())
         return;
-    ContinuedFile file(m_header, findHeldRows ? &heldRows : nullptr, findUnderAnyHeader);
+    ContinuedFile file(m_header, passOver, heldRows);
     if (!file.read(FileCalls::current(), m_handle))
         throw FileOutputError(QStringLiteral("Failed to read file \"%1\": %2. Data was lost!")
                                   .arg(m_currentName, qt_error_string(errno)));
@@ -166,7 +166,7 @@ void OutputFile::checkHeader()
         m_missingHeader.clear();
         flagIds = file.takeFlags();
     }
-    if (!findHeldRows)
+    if (passOver == PassOver::Nothing)
         writeHeader();
 }
 

@@ -60,14 +60,13 @@ public:
     /// The name that openFor was last asked for, though it may have failed; the pattern for a time that has none.
     const QString &wantedName() const { return m_wantedName; }
 
-    bool syncAtClose = false;        ///< brings what is written, now or before, to the disk
-    qint64 rowCount = 0;             ///< of this opening; counted by the caller of append()
-    qint64 heldCount = 0;            ///< of this opening, the rows that were passed over; counted by the caller
-    bool matchHeader = true;         ///< continue a file whose last header is this one
-    bool findHeldRows = false;       ///< at an opening; a header is written with the first row then
-    bool findUnderAnyHeader = false; ///< not under this one alone
-    HeldRows heldRows;               ///< by the file when it was opened, if they are to be found
-    FlagIds flagIds;                 ///< of the block that the file ends in
+    bool syncAtClose = false;              ///< brings what is written, now or before, to the disk
+    qint64 rowCount = 0;                   ///< of this opening; counted by the caller of append()
+    qint64 heldCount = 0;                  ///< of this opening, the rows that were passed over; counted by the caller
+    bool matchHeader = true;               ///< continue a file whose last header is this one
+    PassOver passOver = PassOver::Nothing; ///< where it isn't Nothing, a header is written with the first row
+    HeldRows heldRows;                     ///< by the file when it was opened, those that are to be passed over
+    FlagIds flagIds;                       ///< of the block that the file ends in
     std::function<void(const QString &message)> messageCallback; ///< gets the report of an opening
     std::function<void(const QString &message)> warningCallback; ///< is told what an opening had to mend
 

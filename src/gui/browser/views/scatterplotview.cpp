@@ -22,6 +22,7 @@ using SpectMath::MobilitySize;
 namespace {
 
 constexpr int initialHeight = 120;
+constexpr double marginShare = 0.05; ///< of the span of the values, above and below them
 constexpr double initialSmallerLimit = 0.1, initialLargerLimit = 100.0;
 
 } // namespace
@@ -298,26 +299,27 @@ void ScatterPlotView::reloadSetup()
 void ScatterPlotView::fitScale()
 {
     const auto range = plot()->minMax();
-    const double margin = (range.second - range.first) * 0.05;
+    const double margin = (range.second - range.first) * marginShare;
     const double lower = range.first - margin, upper = range.second + margin;
     if (range.first < range.second && std::isfinite(lower) && std::isfinite(upper))
         m_scale->setMinMax(lower, upper, true);
-    m_fitted = {m_scale->minimum(), m_scale->maximum()};
+    m_fitted.fit(scale());
 }
 
 void ScatterPlotView::growScale()
 {
-    const std::pair<double, double> scale(m_scale->minimum(), m_scale->maximum());
-    if (scale != m_fitted)
+    if (!m_fitted.isUntouched(scale()))
+        return; // looking at all values in sight takes its time
+    const auto grown = FittedScale::grown(scale(), plot()->minMax(), marginShare);
+    if (!grown)
         return;
-    const auto range = plot()->minMax();
-    const double margin = (range.second - range.first) * 0.05;
-    const double lower = range.first < scale.first ? range.first - margin : scale.first;
-    const double upper = range.second > scale.second ? range.second + margin : scale.second;
-    if (std::make_pair(lower, upper) == scale || !std::isfinite(upper - lower))
-        return;
-    m_scale->setMinMax(lower, upper, true);
-    m_fitted = {m_scale->minimum(), m_scale->maximum()};
+    m_scale->setMinMax(grown->first, grown->second, true);
+    m_fitted.fit(scale());
+}
+
+FittedScale::Range ScatterPlotView::scale() const
+{
+    return {m_scale->minimum(), m_scale->maximum()};
 }
 
 void ScatterPlotView::fitIfOffScale()
@@ -342,7 +344,7 @@ void ScatterPlotView::showSelectedValue()
     const double span = m_scale->maximum() - m_scale->minimum();
     if (!(least <= greatest) || !std::isfinite(span))
         return;
-    const double margin = span * 0.05;
+    const double margin = span * marginShare;
     double shift = 0;
     if (greatest + margin > m_scale->maximum())
         shift = greatest + margin - m_scale->maximum();
@@ -362,8 +364,7 @@ QVariant ScatterPlotView::settings() const
     if (std::isfinite(m_scale->minimum()) && std::isfinite(m_scale->maximum())) {
         map[SetupKeys::scaleMin] = m_scale->minimum();
         map[SetupKeys::scaleMax] = m_scale->maximum();
-        if (m_fitted == std::pair(m_scale->minimum(), m_scale->maximum()))
-            map[SetupKeys::isScaleFitted] = true;
+        m_fitted.store(scale(), &map);
     }
     return map;
 }
@@ -393,8 +394,7 @@ void ScatterPlotView::setSettings(const QVariant &settings)
         return showType(type);
     prepareType(type, m_settings.visibleSpectra);
     m_scale->setMinMax(range->first, range->second, true);
-    if (boolOr(map, SetupKeys::isScaleFitted, false))
-        m_fitted = {m_scale->minimum(), m_scale->maximum()};
+    m_fitted.restore(map, scale());
 }
 
 } // namespace Tsb

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gui/browser/plots/scatterplot.h"
+#include "gui/browser/views/fittedscale.h"
 #include "gui/browser/views/singleplotview.h"
 
 #include <QSet>
@@ -62,6 +63,7 @@ private:
     void makeActions();
     void makeProperties();
     void connectProperties();
+    FittedScale::Range scale() const;
     void fitIfOffScale();
     void change(const std::function<void(ScatterPlotSettings &)> &edit);
     void applySettings();
@@ -72,7 +74,7 @@ private:
     ScatterPlotSettings m_settings;
     VerticalScaleWidget *m_scale;
     ScatterPropertiesRow *m_properties = nullptr;
-    std::pair<double, double> m_fitted{0, 0}; ///< the ends of the vertical scale as they were fitted last
+    FittedScale m_fitted;
     Resizer *m_resizer;
     QAction *m_labelAction = nullptr;
     QAction *m_propertiesAction = nullptr;

@@ -252,21 +252,24 @@ void SpectrogramView::fitScale()
 {
     const auto limits = limitsInSight();
     if (limits && m_limits->set(limits->first, limits->second))
-        m_fitted = {m_limits->lower(), m_limits->upper()};
+        m_fitted.fit(colorRange());
 }
 
 void SpectrogramView::growScale()
 {
     if (!m_limits->areSet())
         return fitScale();
-    const std::pair<double, double> colors(m_limits->lower(), m_limits->upper());
-    if (colors != m_fitted)
-        return;
-    const auto limits = limitsInSight();
-    if (!limits || (limits->first >= colors.first && limits->second <= colors.second))
-        return;
-    m_limits->set(std::min(limits->first, colors.first), std::max(limits->second, colors.second));
-    m_fitted = {m_limits->lower(), m_limits->upper()};
+    if (!m_fitted.isUntouched(colorRange()))
+        return; // counting all values in sight takes its time
+    const auto seen = limitsInSight();
+    const auto grown = seen ? FittedScale::grown(colorRange(), *seen, 0) : std::nullopt;
+    if (grown && m_limits->set(grown->first, grown->second))
+        m_fitted.fit(colorRange());
+}
+
+FittedScale::Range SpectrogramView::colorRange() const
+{
+    return {m_limits->lower(), m_limits->upper()};
 }
 
 /// None where no value is in sight. Of all views whose colors are locked, they are common.
@@ -359,8 +362,7 @@ QVariant SpectrogramView::settings() const
     if (m_limits->areSet()) {
         map[SetupKeys::colorLower] = m_limits->lower();
         map[SetupKeys::colorUpper] = m_limits->upper();
-        if (m_fitted == std::pair(m_limits->lower(), m_limits->upper()))
-            map[SetupKeys::isScaleFitted] = true;
+        m_fitted.store(colorRange(), &map);
     }
     map[SetupKeys::autoFillGaps] = m_controls->fillsGaps();
     map[SetupKeys::smoothingEnabled] = m_controls->isSmoothing();
@@ -388,8 +390,8 @@ void SpectrogramView::setSettings(const QVariant &settings)
 
     const auto limits = finiteRange(map, SetupKeys::colorLower, SetupKeys::colorUpper);
     setScaleGiven(limits && m_limits->set(limits->first, limits->second));
-    if (isScaleGiven() && boolOr(map, SetupKeys::isScaleFitted, false))
-        m_fitted = {m_limits->lower(), m_limits->upper()};
+    if (isScaleGiven())
+        m_fitted.restore(map, colorRange());
     m_controls->setLockColors(boolOr(map, SetupKeys::lockColors, false));
     m_controls->setFillGaps(boolOr(map, SetupKeys::autoFillGaps, true));
     m_controls->setMarkZeros(boolOr(map, SetupKeys::markZeros, false));

@@ -3,6 +3,7 @@
 #include "gui/browser/controls/verticalscalewidget.h"
 #include "gui/browser/drawing/colormap.h"
 #include "gui/browser/plots/spectrogramplot.h"
+#include "gui/browser/views/fittedscale.h"
 #include "gui/browser/views/multiplotview.h"
 
 #include <QPointer>
@@ -74,13 +75,14 @@ private:
     void restoreColormap();
     void lockColors(bool on);
     void addVisibleValuesTo(SpectMath::DecadeHistogram &histogram);
-    std::optional<std::pair<double, double>> limitsInSight();
+    FittedScale::Range colorRange() const;
+    std::optional<FittedScale::Range> limitsInSight();
 
     std::shared_ptr<UiInfo> m_uiInfo;
     QSet<QString> m_visibleSpectra;
     ColorLimits *m_limits;
-    std::pair<double, double> m_fitted{0, 0}; ///< the limits as they were fitted last
-    QPointer<ColorLock> m_colorLock;          ///< null: there are no others
+    FittedScale m_fitted;
+    QPointer<ColorLock> m_colorLock; ///< null: there are no others
     SpectrogramControls *m_controls;
     SpectraSelectionWidget *m_selectionWidget; ///< a pop-up
     QFrame *m_noSpectraFrame;
