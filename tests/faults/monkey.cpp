@@ -10,9 +10,8 @@
 #include <algorithm>
 
 // Keys, clicks, drags and commands by chance, while the window reads, inverts, saves, exports and follows. What makes
-// it crash or hang is cut down to the fewest events, which stay in the trial's folder as "smallest.txt"; the program
-// with
-// "--child FOLDER FILE" goes through such a file once more.
+// it crash or hang is cut down to the fewest events, which stay in the trial's folder as "smallest.txt"; the options
+// "--child FOLDER FILE" go through such a file once more.
 
 using namespace Faults;
 
