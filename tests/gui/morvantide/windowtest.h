@@ -32,6 +32,8 @@ void withDialog(const std::function<void(Dialog &)> &act)
 
 /// The program's window with settings of its own, driven through its dialogs, and a folder for what a test writes.
 class WindowTest : public testing::Test {
+    QTemporaryDir m_folder; // outlives the window, which writes its settings at its end
+
 protected:
     WindowTest() { makeWindow(); }
 
@@ -79,7 +81,4 @@ protected:
     }
 
     std::unique_ptr<MorvantideMainWindow> window;
-
-private:
-    QTemporaryDir m_folder;
 };
