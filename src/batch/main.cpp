@@ -52,7 +52,8 @@ int main(int argc, char **argv)
     Log::installQtMessageHandler();
     std::setlocale(LC_ALL, "");
     setProgramLocale();            // once more behind the application object, which takes over the user's locale anew
-    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may not grow is a failed write like any other,
+    std::signal(SIGPIPE, SIG_IGN); // and so are words that nobody reads, which must not end the work
 
     // Read before there is an application object: which kind it is depends on the command.
     const Batch::CommandLine line = Batch::CommandLineParser(pictures).parse(argc, argv);

@@ -3,6 +3,7 @@
 #include "batch/messagecollector.h"
 #include "util/filecalls.h"
 #include "util/filereplacement.h"
+#include "util/folders.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,37 +11,14 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <cerrno>
-
-#include <sys/stat.h>
 
 namespace Batch {
 
 namespace {
 
-/// Makes a folder and those above it, which are added to `made`, the outermost first. Zero, or the system's error.
-int makeFolders(const QString &path, QStringList *made)
+QString unmadeText(const QString &folder, const QString &reason)
 {
-    const auto makeThis = [&] {
-        if (::mkdir(QFile::encodeName(path).constData(), 0777) == 0) {
-            made->append(path);
-            return 0;
-        }
-        return errno != EEXIST ? errno : QFileInfo(path).isDir() ? 0 : ENOTDIR;
-    };
-    const int error = makeThis();
-    const int slash = path.lastIndexOf(QLatin1Char('/'));
-    if (error != ENOENT || slash <= 0)
-        return error;
-    const int errorAbove = makeFolders(path.left(slash), made);
-    return errorAbove == 0 ? makeThis() : errorAbove;
-}
-
-QString makeFolderNoting(const QString &folder, QStringList *made)
-{
-    const int error = makeFolders(QDir::cleanPath(QFileInfo(folder).absoluteFilePath()), made);
-    return error == 0 ? QString()
-                      : QStringLiteral("The folder \"%1\" could not be made: %2").arg(folder, qt_error_string(error));
+    return reason.isNull() ? QString() : QStringLiteral("The folder \"%1\" could not be made: %2").arg(folder, reason);
 }
 
 } // namespace
@@ -55,7 +33,7 @@ QString unusableFolder(const QString &folder)
 QString unwritableFolder(const QString &folder)
 {
     QStringList made;
-    QString reason = makeFolderNoting(folder, &made);
+    QString reason = unmadeText(folder, makeFolders(folder, &made));
     if (reason.isEmpty()) {
         const QString name = QDir(folder).filePath(QStringLiteral(".morvantide-batch"));
         FileCalls::current().unlink(QFile::encodeName(name + QStringLiteral(".tmp")).constData()); // of a killed run
@@ -71,8 +49,7 @@ QString unwritableFolder(const QString &folder)
 
 QString makeFolder(const QString &folder)
 {
-    QStringList made;
-    return makeFolderNoting(folder, &made);
+    return unmadeText(folder, makeLastingFolders(folder));
 }
 
 bool bringNamesToDisk(const QString &folder)

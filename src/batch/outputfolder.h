@@ -13,7 +13,8 @@ QString unusableFolder(const QString &folder);
 /// removed again.
 QString unwritableFolder(const QString &folder);
 
-/// Makes the folder, and those above it. Returns the reason if it can't, else an empty text.
+/// Makes the folder, and those above it, and brings their names to the disk. Returns the reason if it can't, else an
+/// empty text.
 QString makeFolder(const QString &folder);
 
 /// Brings the names of the folder's files to the disk. False if they might be lost in a power failure, which is told.

@@ -16,8 +16,8 @@ QStringList expectedTargets(const SaveOptions &options, const QStringList &input
 /// The day files that a save of these records writes, with these spectra.
 QStringList targetsOf(const SaveOptions &options, const FileReader &reader, const SpectraByMode &spectra);
 
-/// Why these targets may not be written, or an empty text: one exists and is neither to be continued nor to be replaced,
-/// or is one of the inputs under any name.
+/// Why these targets may not be written, or an empty text: one exists and is neither to be continued nor to be
+/// replaced, or is one of the inputs under any name.
 QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets);
 
 /// All spectra that were read.

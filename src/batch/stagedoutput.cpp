@@ -4,6 +4,7 @@
 #include "batch/outputfolder.h"
 #include "datafiles/writing/torntail.h"
 #include "util/filereplacement.h"
+#include "util/folders.h"
 #include "util/lockedfile.h"
 
 #include <QDir>
@@ -36,7 +37,7 @@ QString StagedOutput::obstacleTo(const QString &folder)
 
 StagedOutput::StagedOutput(const QString &folder) : m_folder(resolved(folder))
 {
-    QDir().mkpath(QFileInfo(m_folder).path()); // a failure shows in the next step
+    makeLastingFolders(QFileInfo(m_folder).path()); // where it fails, the next step does
     m_staging = std::make_unique<QTemporaryDir>(m_folder + QStringLiteral(".unfinished-XXXXXX"));
     if (!isValid())
         tell(QStringLiteral("A folder beside \"%1\" could not be made: %2").arg(folder, m_staging->errorString()));
@@ -98,15 +99,18 @@ QString StagedOutput::faultOf(const QString &name)
         if (!m_locked.back()->lock(LockedFile::WriteLock, false))
             return QStringLiteral("another program is writing it");
     }
-    return isUntouched(name) ? syncFile(m_staging->filePath(name))
-                             : QStringLiteral("it was written by others in the meantime");
+    if (!isUntouched(name))
+        return QStringLiteral("it was written by others in the meantime");
+    const QString staged = m_staging->filePath(name);
+    const QString reason = m_existing.contains(name) ? giveAttributes(target(name), staged) : QString();
+    return reason.isNull() ? syncFile(staged) : reason;
 }
 
 void StagedOutput::takeBack(QStringList *names) const
 {
     const auto takesBack = [this](const QString &name) {
         return !m_existing.contains(name) &&
-               moveFile(target(name), m_staging->filePath(name), ExistingFile::Kept).isNull();
+               moveSyncedFile(target(name), m_staging->filePath(name), ExistingFile::Kept).isNull();
     };
     names->erase(std::remove_if(names->begin(), names->end(), takesBack), names->end());
 }
@@ -120,7 +124,7 @@ StagedOutput::Moved StagedOutput::moveOut()
                           [](const QString &name) { return name.endsWith(TornTail::fileFor(QString())); });
     const auto move = [&](const QString &name) {
         const auto existing = m_existing.contains(name) ? ExistingFile::Replaced : ExistingFile::Kept;
-        return moveFile(m_staging->filePath(name), target(name), existing);
+        return moveSyncedFile(m_staging->filePath(name), target(name), existing);
     };
     for (const QString &name : names) {
         const QString reason = faultOf(name);

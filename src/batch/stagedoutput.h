@@ -40,7 +40,8 @@ public:
     bool bringIn(const QStringList &names);
     /// Lets files take the places of these target files.
     void replace(const QStringList &names);
-    /// Moves all files to their folder, which is made, in place of those that were brought in or are to be replaced.
+    /// Moves all files to their folder, which is made, in place of those that were brought in or are to be replaced,
+    /// whose permissions, owner and group they get.
     /// Nothing is moved if one file can't be, as far as that can be seen beforehand: it isn't on the disk, or its
     /// target came into being, or was changed, in the meantime, or is locked by a writer. If a move fails, those files
     /// are taken back that took no other's place. Faults are told.

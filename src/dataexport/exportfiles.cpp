@@ -1,6 +1,7 @@
 #include "dataexport/exportfiles.h"
 
 #include "util/filecalls.h"
+#include "util/folders.h"
 #include "util/regularfile.h"
 #include "util/temporaryfile.h"
 #include "util/workteam.h"
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -99,7 +101,7 @@ bool ExportFiles::create(File &file)
         return false;
     }
     const bool hasOld = file.replacesFile && ::stat(target.constData(), &old) == 0; // of what a link leads to
-    if (hasOld && m_calls.fchmod(file.descriptor, old.st_mode & 0777) != 0)
+    if (hasOld && !giveAttributes(m_calls, old, file.descriptor))
         fail(file, errno);
     return true;
 }
@@ -260,7 +262,9 @@ bool ExportFiles::commit()
         return true;
     }
     const QString folder = QFileInfo(files.front()->path).absolutePath();
-    const QString reason = syncFolder(folder);
+    QString reason = syncFolder(folder);
+    if (reason.isNull())
+        reason = syncNamesOf(m_madeFolders);
     if (!reason.isNull())
         m_logger.log(Log::Warning,
                      QStringLiteral("The files in '%1' might be lost in a power failure: %2").arg(folder, reason));

@@ -100,6 +100,11 @@ void FileCalls::setCurrent(FileCalls *calls)
     replacedCalls = calls;
 }
 
+bool cannotSync(int error)
+{
+    return error == EINVAL || error == ENOTSUP || error == ENOSYS;
+}
+
 std::size_t writeAsMany(FileCalls &calls, int descriptor, const char *bytes, std::size_t size)
 {
     std::size_t done = 0;

@@ -31,6 +31,9 @@ public:
     static void setCurrent(FileCalls *calls);
 };
 
+/// Whether that error of fsync() tells that the file system has no such operation, rather than that bytes may be lost.
+bool cannotSync(int error);
+
 /// Writes all bytes, in several calls if need be. Returns how many were written; fewer than all with errno set.
 std::size_t writeAsMany(FileCalls &calls, int descriptor, const char *bytes, std::size_t size);
 /// The same. False with errno set if not all could be written.

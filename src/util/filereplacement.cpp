@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -61,15 +62,14 @@ int syncPath(const QByteArray &path, int flags)
     const int descriptor = calls.open(path.constData(), flags);
     if (descriptor < 0)
         return errno;
-    const int error = calls.fsync(descriptor) == 0 ? 0 : errno;
+    const int error = calls.fsync(descriptor) == 0 || cannotSync(errno) ? 0 : errno;
     return calls.close(descriptor) == 0 || error != 0 ? error : errno;
 }
 
 QString syncFolderNamed(const QByteArray &folder)
 {
     const int error = syncPath(folder.isEmpty() ? QByteArray(".") : folder, O_RDONLY | O_DIRECTORY);
-    const bool impossible = error == EINVAL || error == ENOTSUP || error == ENOSYS || error == EACCES;
-    return error == 0 || impossible ? QString() : textOf(error);
+    return error == 0 || error == EACCES ? QString() : textOf(error);
 }
 
 } // namespace
@@ -126,14 +126,7 @@ bool FileReplacement::openTemporary(mode_t mode)
 
 bool FileReplacement::takeAttributes(const struct stat &other)
 {
-    if (m_descriptor < 0)
-        return false;
-    // Few users may give files away; a group of one's own can be given. The permissions come last, since a new owner
-    // takes some of them.
-    const bool given =
-        ::fchown(m_descriptor, other.st_uid, other.st_gid) == 0 || ::fchown(m_descriptor, uid_t(-1), other.st_gid) == 0;
-    Q_UNUSED(given)
-    return m_calls.fchmod(m_descriptor, other.st_mode & permissionBits) == 0 || fail(errno);
+    return m_descriptor >= 0 && (::giveAttributes(m_calls, other, m_descriptor) || fail(errno));
 }
 
 bool FileReplacement::write(const char *bytes, std::size_t size)
@@ -147,7 +140,7 @@ bool FileReplacement::commit()
 {
     if (m_descriptor < 0)
         return false;
-    if (m_calls.fsync(m_descriptor) != 0)
+    if (m_calls.fsync(m_descriptor) != 0 && !cannotSync(errno))
         return fail(errno);
     const int closed = m_calls.close(std::exchange(m_descriptor, -1));
     if (closed != 0)
@@ -233,6 +226,29 @@ QString moveSyncedFile(const QString &from, const QString &to, ExistingFile exis
     if (fault.isNull() && calls.unlink(source.constData()) != 0)
         return textOf(errno);
     return fault;
+}
+
+bool giveAttributes(FileCalls &calls, const struct stat &from, int to)
+{
+    // Few users may give files away; a group of one's own can be given. The permissions come last, since a new owner
+    // takes some of them.
+    const bool given = ::fchown(to, from.st_uid, from.st_gid) == 0 || ::fchown(to, uid_t(-1), from.st_gid) == 0;
+    Q_UNUSED(given)
+    return calls.fchmod(to, from.st_mode & permissionBits) == 0;
+}
+
+QString giveAttributes(const QString &from, const QString &to)
+{
+    FileCalls &calls = FileCalls::current();
+    struct stat status {};
+    if (::stat(QFile::encodeName(from).constData(), &status) != 0)
+        return textOf(errno);
+    const int descriptor = calls.open(QFile::encodeName(to).constData(), O_RDONLY);
+    if (descriptor < 0)
+        return textOf(errno);
+    const QString reason = giveAttributes(calls, status, descriptor) ? QString() : textOf(errno);
+    calls.close(descriptor); // nothing was written through it
+    return reason;
 }
 
 QString syncFile(const QString &path)

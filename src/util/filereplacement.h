@@ -71,7 +71,8 @@ private:
     QString m_error;
 };
 
-// The same in one call. The result is null, or the reason of the failure.
+// The same in one call. The result is null, or the reason of the failure. A file system that can't tell when something
+// is on the disk is none.
 
 /// A file that holds these bytes.
 QString replaceFile(const QString &path, const QByteArray &bytes, ExistingFile existing = ExistingFile::Replaced);
@@ -83,8 +84,12 @@ QString moveFile(const QString &from, const QString &to, ExistingFile existing =
 /// The same for a file whose bytes are on the disk already.
 QString moveSyncedFile(const QString &from, const QString &to, ExistingFile existing = ExistingFile::Replaced);
 
+/// Gives a file the permissions of another one, and its owner and group as far as the user may give them.
+QString giveAttributes(const QString &from, const QString &to);
+/// The same for an open file. False with errno set.
+bool giveAttributes(FileCalls &calls, const struct stat &from, int to);
 /// Waits until the bytes of that file are on the disk.
 QString syncFile(const QString &path);
-/// Waits until the list of that folder is on the disk: names that were given, taken or moved. A file system that has no
-/// such operation, and a folder that the user may not read, are no failures.
+/// Waits until the list of that folder is on the disk: names that were given, taken or moved. A folder that the
+/// user may not read is no failure.
 QString syncFolder(const QString &folder);

@@ -284,7 +284,8 @@ TEST_F(DayFolder, AFileCallThatFailsInASaveIsToldWithItsStatus)
         };
         QStringList ends{"close 0", "close 1", "fsync 1", "open 1", "read 1", "unlink 0", "write 1"};
         if (way == Overwrite)
-            ends << "rename 1";
+            ends << "fchmod 1"
+                 << "rename 1";
         ends.sort();
         EXPECT_EQ(endsOfFailingRuns(run, check), ends);
     }
@@ -303,7 +304,20 @@ TEST_F(DayFolder, AFileThatIsBeingWrittenIsNotReplaced)
     EXPECT_TRUE(ended.errors.contains("another program is writing it")) << ended.errors.constData();
     EXPECT_EQ(contentOf("out/20190912-block.records"), before);
     writer.close();
+    const auto own = QFile::ReadOwner | QFile::WriteOwner;
+    QFile::setPermissions(path("out/20190912-block.records"), own);
     EXPECT_EQ(run(arguments).code, 0);
+    EXPECT_NE(contentOf("out/20190912-block.records"), before);
+    EXPECT_FALSE(QFile::permissions(path("out/20190912-block.records")) & ~(own | QFile::ReadUser | QFile::WriteUser));
+}
+
+TEST_F(DayFolder, WordsThatNobodyReadsDoNotEndTheWork)
+{
+    writeDay("in");
+    const QString line = "{ sleep 0.2; \"$@\"; echo $? >{}/status; } 2>&1 | true";
+    runInShell(line, {"save", "{}/in", "--variant", "block", "--output", "{}/out"});
+    EXPECT_EQ(contentOf("status"), "0\n");
+    EXPECT_EQ(names("out"), names("in"));
 }
 
 TEST_F(DayFolder, WhatIsCutOffOfAContinuedFileIsToldAndKept)

@@ -2,6 +2,7 @@
 
 #include "support/failingcalls.h"
 #include "support/files.h"
+#include "util/folders.h"
 
 #include <QTemporaryDir>
 
@@ -75,12 +76,38 @@ TEST_F(FileReplacements, AnyCallThatFailsIsToldAndLeavesWhatStoodThere)
     }
 }
 
-TEST_F(FileReplacements, AFolderThatCanNotBeSyncedIsToldUnlessNoFolderCan)
+TEST_F(FileReplacements, WhatCanNotBeSyncedIsToldUnlessNothingCan)
 {
-    for (int error : {EINVAL, ENOTSUP, ENOSYS, EIO, ENOSPC}) {
-        const FailingCalls calls(2, error);
-        EXPECT_EQ(syncFolder(folder.path()), error == EIO || error == ENOSPC ? qt_error_string(error) : QString());
+    const auto replaced = [&] { return replaceFile(path("a"), bytes); };
+    const struct {
+        const char *name;
+        int fsyncCall; ///< by its number among all calls
+        std::function<QString()> run;
+    } cases[] = {{"folder", 2, [&] { return syncFolder(folder.path()); }},
+                 {"file", 2, [&] { return syncFile(path("a")); }},
+                 {"replaced file", 6, replaced}}; // behind open, fchmod and three writes
+    ASSERT_EQ(replaced(), QString());
+    for (const auto &c : cases) {
+        for (int error : {EINVAL, ENOTSUP, ENOSYS, EIO, ENOSPC}) {
+            const FailingCalls calls(c.fsyncCall, error);
+            EXPECT_EQ(c.run(), error == EIO || error == ENOSPC ? qt_error_string(error) : QString()) << c.name;
+            EXPECT_STREQ(calls.failed(), "fsync");
+        }
     }
+}
+
+TEST_F(FileReplacements, OfNewFoldersEachNameIsBroughtToTheDisk)
+{
+    int told = 0;
+    for (const char *failed = ""; failed;) {
+        const FailingCalls calls(2 + 3 * told); // open, fsync and close for each
+        const QString reason = makeLastingFolders(path("a/b/c"));
+        failed = calls.failed();
+        EXPECT_EQ(reason, failed ? qt_error_string(EIO) : QString());
+        told += failed ? 1 : 0;
+        EXPECT_TRUE(QDir(path("a")).removeRecursively());
+    }
+    EXPECT_EQ(told, 3);
 }
 
 TEST_F(FileReplacements, NothingButTheContentChanges)
