@@ -20,6 +20,8 @@ public:
     /// The data folder, beside which "inverters" lies. Tables and files come into "made" below the window's folder.
     LongWork(LoadedWindow &window, const QString &data);
 
+    /// The ms that it takes undisturbed. What is too short to be met in the middle is done more often from then on.
+    double measure(Kind kind);
     /// Comes back before the end or behind it.
     void start(Kind kind);
     void cancel(Kind kind);
@@ -38,6 +40,7 @@ private:
     const QString m_data;
     int m_recordCount = 0; ///< of the whole data, once they were read
     int m_round = 0;
+    int m_doublings = 4; ///< of the list of inverters
     QPointer<DataSaverDialog> m_saver;
 };
 
