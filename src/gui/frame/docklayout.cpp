@@ -110,7 +110,7 @@ void sizeDocks(QMainWindow &window)
     const int left = qMax(qMin(wanted(formCharacters), free / 2), form ? form->minimumSizeHint().width() : 0);
     const auto resize = [&window](const char *name, int size, Qt::Orientation orientation) {
         if (QDockWidget *dock = dockOf(window, name))
-            window.resizeDocks({dock}, {size}, orientation);
+            window.resizeDocks({dock}, {qMax(size, 1)}, orientation); // a very narrow window has nothing left for some
     };
     resize("currentrecordform", left, Qt::Horizontal);
     resize("electrometersView", qMin(wanted(tableCharacters), free - left), Qt::Horizontal);
