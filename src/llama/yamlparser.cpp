@@ -258,7 +258,7 @@ QString YamlParser::failureText() const
             .arg(problem, QString::number(parser.problem_value, 16), QString::number(parser.problem_offset));
     case YAML_SCANNER_ERROR:
     case YAML_PARSER_ERROR: {
-        // The small letter of one of the two is required as it is.
+        // One of the two begins with a small letter: logs have been searched for these words for long.
         const QString kind = QLatin1String(parser.error == YAML_SCANNER_ERROR ? "Scanner" : "parser");
         const QString line = lineOf(parser.problem_mark), column = columnOf(parser.problem_mark);
         if (!parser.context)

@@ -26,7 +26,7 @@ QByteArray headerText()
         .toUtf8();
 }
 
-/// Level 0 is "unknown" in the file, required as it is, though the table has a name for it.
+/// Level 0 is "unknown" in the file, for those who search log files, though the table has a name for it.
 QString fileLevelName(int level)
 {
     return level == Emergency ? QStringLiteral("unknown") : levelName(level);

@@ -87,7 +87,7 @@ bool appendCode(QString &out, QChar code, int width, const BrokenDown &time, std
     case 's': // cut, never rounded
         out += padded(time.second(), 2) + QLatin1Char('.') + padded(time.nanoseconds, 9).left(width < 0 ? 6 : width);
         return true;
-    case 'f': // required as it is: justified to six digits, not nine, so that small fractions shift
+    case 'f': // justified to six digits, not nine, so that small fractions shift: files have been written like that
         out += padded(time.nanoseconds, 6).left(6);
         return true;
     case 'z':

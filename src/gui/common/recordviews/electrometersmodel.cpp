@@ -106,7 +106,7 @@ QVariant ElectrometersModel::headerData(int section, Qt::Orientation orientation
         return tr("Standard deviation of the current");
     if (role != Qt::DisplayRole)
         return {};
-    // The last one is a sigma that once went through the wrong code page, and is required as it is.
+    // The last one is a sigma that once went through the wrong code page. Users know the column by it.
     static const QString titles[] = {tr("Name"), tr("U (V)"), tr("I raw (fA)"), tr("I (fA)"),
                                      QStringLiteral("\u00cf\u0192 I (fA)")};
     return titles[section];
