@@ -31,9 +31,8 @@
 //
 //   CRASHPROBE_LIBRARY  what the kind "loading" loads
 //   CRASHPROBE_AGAIN    started again, it crashes once more, in the way of these arguments, divided by spaces
-//   CRASHPROBE_FLAW     a fault of the reporter: "none" isn't installed, "allocating" allocates first, "killing" ends
-//   the
-//                       process by another signal, "looping" starts it again whenever it crashes
+//   CRASHPROBE_FLAW     a fault of the reporter: "none" isn't installed, "allocating" allocates first,
+//                       "killing" ends the process by another signal, "looping" starts it again whenever it crashes
 
 namespace {
 
