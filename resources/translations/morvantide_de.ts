@@ -548,6 +548,12 @@ Das Protokoll nennt den Grund.</numerusform>
 Das Protokoll nennt den Grund.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>The files stand, but might be lost in a power failure.
+The log tells why.</source>
+        <translation>Die Dateien stehen, könnten aber bei Stromausfall verloren gehen.
+Das Protokoll sagt, warum.</translation>
+    </message>
 </context>
 <context>
     <name>DataSaverDialog</name>

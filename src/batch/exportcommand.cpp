@@ -88,7 +88,7 @@ void tellEnd(Outcome &outcome, const DataExporter::Result &result, const QString
     tell(DataExport::resultText(result, targets));
     if (result.lost > 0)
         tell(DataExport::lossText(result));
-    outcome.outputLost = !result.isComplete || result.lost > 0;
+    outcome.outputLost = !result.isComplete || !result.lasts || result.lost > 0;
 }
 
 Outcome write(const ExportOptions &options, const ExportSetup &setup, const QStringList &inputs, const FolderRead &read,

@@ -95,6 +95,7 @@ DataExporter::Result DataExporter::finish()
     Result result;
     result.files = m_files.paths().size();
     result.isComplete = m_files.commit();
+    result.lasts = m_files.areNamesOnDisk();
     result.rows = result.isComplete ? m_rows : 0;
     result.lost = result.isComplete ? m_lost : m_lost + m_rows;
     result.files = result.isComplete ? result.files : 0;

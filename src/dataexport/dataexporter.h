@@ -16,6 +16,7 @@ public:
     /// What an export has come to.
     struct Result {
         bool isComplete = false; ///< all files that could be opened stand in their places
+        bool lasts = true;       ///< and stand there after a power failure, too
         qint64 rows = 0;         ///< in these
         qint64 lost = 0;         ///< rows of records that were given and stand nowhere
         int files = 0;

@@ -265,7 +265,8 @@ bool ExportFiles::commit()
     QString reason = syncFolder(folder);
     if (reason.isNull())
         reason = syncNamesOf(m_madeFolders);
-    if (!reason.isNull())
+    m_areNamesOnDisk = reason.isNull();
+    if (!m_areNamesOnDisk)
         m_logger.log(Log::Warning,
                      QStringLiteral("The files in '%1' might be lost in a power failure: %2").arg(folder, reason));
     m_madeFolders.clear();

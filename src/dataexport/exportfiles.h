@@ -36,6 +36,8 @@ public:
     /// Moves all files into place, once all of them are on the disk. False, with a message, if not all of them stand
     /// there: those that took no other's place are taken back then.
     bool commit();
+    /// Whether the names of the files that stand there are on the disk, too; if not, that was told.
+    bool areNamesOnDisk() const { return m_areNamesOnDisk; }
     /// Removes all files, and the folders that were made for them.
     void cancel();
 
@@ -70,6 +72,7 @@ private:
     QStringList m_madeFolders;           ///< the outermost first
     QString m_toldFolder;                ///< of which it was told that it can't be made
     bool m_failed = false;
+    bool m_areNamesOnDisk = true;
 };
 
 } // namespace DataExport

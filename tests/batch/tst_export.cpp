@@ -70,12 +70,11 @@ TEST_F(ExportFolder, AFileCallThatFailsIsToldAndLeavesTheOldTable)
     const auto check = [&](int status, const QByteArray &words) {
         const QByteArray content = contentOf("out.txt");
         EXPECT_EQ(words.contains("3 rows written"), content != "old");
-        EXPECT_EQ(content == "old", status == 1) << content.constData();
+        EXPECT_EQ(content == "old", status == 1 && !words.contains("might be lost")) << content.constData();
         EXPECT_EQ(names(""), (QStringList{"out.txt", "s.exportsetup"}));
     };
     EXPECT_EQ(endsOfFailingRuns(run, check),
-              (QStringList{"close 0", "close 1", "close 3", "fchmod 1", "fsync 1", "fsync 3", "open 1", "open 3",
-                           "rename 1", "unlink 0", "write 1"}));
+              (QStringList{"close 0", "close 1", "fchmod 1", "fsync 1", "open 1", "rename 1", "unlink 0", "write 1"}));
 }
 
 TEST_F(ExportFolder, CtrlCWhileItWritesLeavesNothing)

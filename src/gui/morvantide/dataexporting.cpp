@@ -266,4 +266,6 @@ void DataExporting::tellEnd(const DataExport::DataExporter::Result &result, cons
                                          .arg(QString::number(result.files), QFileInfo(targets.first()).path()));
     if (result.lost > 0)
         tell(tr("%n rows could not be written.\nThe log tells why.", nullptr, int(result.lost)));
+    else if (!result.lasts)
+        tell(tr("The files stand, but might be lost in a power failure.\nThe log tells why."));
 }
