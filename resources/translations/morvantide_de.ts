@@ -552,7 +552,7 @@ Das Protokoll nennt den Grund.</numerusform>
         <source>The files stand, but might be lost in a power failure.
 The log tells why.</source>
         <translation>Die Dateien stehen, könnten aber bei Stromausfall verloren gehen.
-Das Protokoll sagt, warum.</translation>
+Das Protokoll nennt den Grund.</translation>
     </message>
 </context>
 <context>
