@@ -36,7 +36,7 @@ qint64 linesIn(const QString &path, bool *isEnded = nullptr)
 
 QString LongWork::nameOf(Kind kind)
 {
-    return QStringList{"read", "loading of inverters", "reinversion", "save", "export"}[kind];
+    return QStringList{"read", "reading again", "loading of inverters", "reinversion", "save", "export"}[kind];
 }
 
 LongWork::LongWork(LoadedWindow &window, const QString &data) : m_window(window), m_data(data) {}
@@ -68,6 +68,8 @@ void LongWork::start(Kind kind)
     switch (kind) {
     case read:
         return m_window.startOpening(m_data);
+    case readAgain:
+        return m_window.action("Read again")->trigger();
     case loading: {
         QStringList all; // the folder's files many times over, so that it takes a while
         for (const QString &name : QDir(inverters).entryList({"*.inverter"}, QDir::Files))
@@ -103,7 +105,8 @@ void LongWork::start(Kind kind)
 void LongWork::cancel(Kind kind)
 {
     switch (kind) {
-    case read: {
+    case read:
+    case readAgain: {
         m_window.window->cancelFileReader();
         const auto *dialog = m_window.window->findChild<ReadProgressDialog *>();
         Child::require(dialog && dialog->findChild<QLabel *>()->text() == "Stopping after this file" &&
@@ -129,6 +132,7 @@ bool LongWork::isBusy(Kind kind) const
 {
     switch (kind) {
     case read:
+    case readAgain:
         return m_window.window->isReading();
     case loading:
         return m_window.window->findChild<InverterLoader *>()->isLoading();
@@ -146,7 +150,7 @@ void LongWork::judge(Kind kind, bool wasCancelled) const
 {
     MorvantideMainWindow &window = *m_window.window;
     const int count = window.datastore() ? window.datastore()->size() : 0;
-    if (kind == read) {
+    if (kind == read || kind == readAgain) {
         Child::require(wasCancelled || count > 0, "nothing was read");
         Child::require(count == 0 || m_recordCount == 0 || count == m_recordCount ||
                            window.windowTitle().contains("(incomplete)"),
@@ -185,7 +189,7 @@ void LongWork::clear(Kind kind)
             m_recordCount = std::max(m_recordCount, store->size());
         m_window.window->closeData();
     }
-    if (kind == loading || kind == reinversion) {
+    if (kind == readAgain || kind == loading || kind == reinversion) {
         m_window.window->closeData(); // spectra that came in, and what is still coming
         m_window.open(m_data);
     }

@@ -13,7 +13,7 @@ namespace Faults {
 /// Starts what takes long in the program's window, and cancels it as a user does. Main thread only.
 class LongWork {
 public:
-    enum Kind { read, loading, reinversion, save, exporting };
+    enum Kind { read, readAgain, loading, reinversion, save, exporting };
     static constexpr int kinds = exporting + 1;
     static QString nameOf(Kind kind);
 
