@@ -2,6 +2,7 @@
 #include "gui/frame/recordsteps.h"
 #include "gui/frame/shownrecord.h"
 #include "records/recordflag.h"
+#include "support/commands.h"
 
 #include <QAction>
 #include <QSignalSpy>
@@ -41,9 +42,7 @@ struct RecordStepsTest : testing::Test {
     int from(int start, const char *command)
     {
         shown.show(start < 0 ? nullptr : store->at(start));
-        for (QAction *action : steps.actions())
-            if (action->text() == command)
-                action->trigger();
+        commandOf(steps.actions(), command)->trigger();
         return shown.record() ? store->indexOfHead(*shown.record()) : -1;
     }
 

@@ -1,5 +1,6 @@
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/morvantide/reviewwindow.h"
+#include "support/commands.h"
 #include "support/gestures.h"
 #include "windowsetup/setupfile.h"
 
@@ -111,10 +112,8 @@ protected:
     {
         QMenu *const menu = action("Layouts of the data")->menu();
         Q_EMIT menu->aboutToShow();
-        for (QAction *one : menu->actions()) {
-            if (one->text() == name)
-                return one->trigger();
-        }
+        if (QAction *const layout = commandOf(menu->actions(), name))
+            layout->trigger();
     }
 };
 

@@ -2,6 +2,7 @@
 #include "gui/common/dataexport/choicebutton.h"
 #include "gui/common/dataexport/dataexportdialog.h"
 #include "gui/common/dataexport/exporteddata.h"
+#include "support/commands.h"
 #include "support/files.h"
 #include "support/gestures.h"
 #include "support/logcatcher.h"
@@ -41,13 +42,7 @@ protected:
         EXPECT_FALSE(all.isEmpty()) << name.toStdString();
         return all.value(0);
     }
-    void add(const QString &command)
-    {
-        for (QAction *action : dialog.findChildren<QAction *>())
-            if (action->text() == command)
-                return action->trigger();
-        FAIL() << command.toStdString();
-    }
+    void add(const QString &command) { commandOf(dialog.findChildren<QAction *>(), command)->trigger(); }
     QVariantMap onlyField() const
     {
         const QVariantList fields = dialog.setup().value("fields").toList();

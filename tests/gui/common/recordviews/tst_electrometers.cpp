@@ -1,6 +1,7 @@
 #include "gui/common/recordviews/electrometercorrection.h"
 #include "gui/common/recordviews/electrometersview.h"
 #include "gui/common/recordviews/electrometertext.h"
+#include "support/commands.h"
 #include "support/gestures.h"
 #include "support/instrument.h"
 #include "support/realvector.h"
@@ -64,13 +65,7 @@ struct Shown : Data {
             cells << cell(row, column).toString();
         return cells.join('|');
     }
-    void trigger(const QString &action) const
-    {
-        for (QAction *each : tree->actions()) {
-            if (each->text() == action)
-                each->trigger();
-        }
-    }
+    void trigger(const QString &action) const { commandOf(tree->actions(), action)->trigger(); }
 };
 
 } // namespace

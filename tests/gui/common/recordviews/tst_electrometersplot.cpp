@@ -1,11 +1,11 @@
 #include "gui/common/recordviews/channelplot.h"
 #include "gui/common/recordviews/electrometersplot.h"
+#include "support/commands.h"
 #include "support/gestures.h"
 #include "support/instrument.h"
 #include "support/realvector.h"
 
 #include <QAction>
-#include <QContextMenuEvent>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -79,14 +79,7 @@ struct Shown {
         return texts.join(' ');
     }
     double top() const { return plot->axisScaleDiv(QwtPlot::yLeft).upperBound(); }
-    QAction *action(const QString &text) const
-    {
-        for (QAction *each : view.actions()) {
-            if (each->text() == text)
-                return each;
-        }
-        return nullptr;
-    }
+    QAction *action(const QString &text) const { return commandOf(view.actions(), text); }
     /// Enters these texts into the dialogs that the command opens, one after the other; null is Cancel. The labels that
     /// were seen.
     QStringList enter(QStringList texts)
@@ -176,21 +169,8 @@ TEST(ElectrometersPlot, ReadoutNamesTheElectrometer)
 TEST(ElectrometersPlot, OffersItsCommandsOverThePlotAndNotOverTheAxes)
 {
     Shown shown;
-    const auto opensMenu = [](QWidget *widget) {
-        bool isOpen = false;
-        QTimer::singleShot(0, [&isOpen] {
-            if (QWidget *menu = QApplication::activePopupWidget()) {
-                isOpen = true;
-                menu->close();
-            }
-        });
-        QContextMenuEvent event(QContextMenuEvent::Mouse, widget->rect().center());
-        QApplication::sendEvent(widget, &event);
-        settle();
-        return isOpen;
-    };
-    EXPECT_TRUE(opensMenu(shown.plot->canvas()));
-    EXPECT_FALSE(opensMenu(shown.plot->axisWidget(QwtPlot::yLeft))) << "there the right button fits the axis";
+    EXPECT_FALSE(menuOver(shown.plot->canvas()).isEmpty());
+    EXPECT_TRUE(menuOver(shown.plot->axisWidget(QwtPlot::yLeft)).isEmpty()) << "there the right button fits the axis";
 }
 
 TEST(ElectrometersPlot, DoesNotHoldTheWindowOpen)
