@@ -15,6 +15,7 @@
 #include "gui/browser/views/view.h"
 #include "gui/common/uiinfo.h"
 #include "llama/qyaml.h"
+#include "support/imagedifference.h"
 
 #include <QApplication>
 #include <QFont>
@@ -153,20 +154,6 @@ int differingParts(const QImage &picture, const QRect &frame, const QImage &wind
     return int(std::count_if(parts.begin(), parts.end(), [&](const QRect &part) {
         return picture.copy(part.translated(-frame.topLeft())) != window.copy(part);
     }));
-}
-
-/// Of any channel of any pixel; 256 for other sizes.
-int greatestDifference(const QImage &one, const QImage &other)
-{
-    int greatest = one.size() == other.size() ? 0 : 256;
-    for (int y = 0; greatest < 256 && y < one.height(); ++y) {
-        for (int x = 0; x < one.width(); ++x) {
-            const QRgb a = one.pixel(x, y), b = other.pixel(x, y);
-            greatest = std::max({greatest, std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-                                 std::abs(qBlue(a) - qBlue(b))});
-        }
-    }
-    return greatest;
 }
 
 /// The text elements of an SVG file.
