@@ -159,18 +159,4 @@ TEST_F(OpmodeStrip, ChangesLeftOfTheOriginLeaveNoColumnHalfDrawn)
     EXPECT_EQ(grown, view.plot()->image());
 }
 
-TEST_F(OpmodeStrip, GrowsWithTheStoreAsIfDrawnAnew)
-{
-    for (int i = 0; i < 200; ++i) {
-        add(i * 1.7, i * 1.7 + (i % 5 == 0 ? 1.6 : 0.8), i % 2);
-        if (i % 20 == 0)
-            view.grab();
-    }
-    view.grab();
-    const QImage grown = view.plot()->image().copy();
-    view.plot()->reloadSetup();
-    view.grab();
-    EXPECT_EQ(grown, view.plot()->image());
-}
-
 } // namespace
