@@ -31,9 +31,9 @@ protected:
         const QRect area = widget.contentsRect();
         return {x, area.y() + area.height() - h};
     }
-    void mouse(QEvent::Type type, const QPoint &pos, const QPoint &global = {300, 300})
+    void mouse(QEvent::Type type, const QPoint &pos)
     {
-        sendMouse(&widget, type, pos, Qt::LeftButton, {}, global);
+        sendMouse(&widget, type, pos, Qt::LeftButton, {}, {{300, 300}});
     }
     void drag(const QPoint &from, const QPoint &to)
     {
@@ -237,38 +237,12 @@ TEST_F(VerticalScaleTest, NamesAreShownToTheirEnds)
     EXPECT_NE(pictureOf(many), pictureOf("many words one"));
 }
 
-TEST_F(VerticalScaleTest, DragGoesOnAcrossTheScreensEdge)
+TEST(CursorWrap, JumpsFromAnEdgeOfItsScreenToTheOther)
 {
     EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({4, 300}, {0, 0, 800, 600}), QPoint(790, 0));
     EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({796, 596}, {0, 0, 800, 600}), QPoint(-790, -590));
     EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({5, 595}, {0, 0, 800, 600}), QPoint());
     EXPECT_EQ(Tsb::cursorJumpAtScreenEdge({1604, 40}, {1600, 0, 800, 600}), QPoint(790, 0));
-
-    for (bool obeys : {true, false}) {
-        QPoint pointer;
-        int sets = 0;
-        Tsb::setCursorAccess({[&](const QPoint &p) {
-                                  ++sets;
-                                  pointer = obeys ? p : QPoint(-100, -100);
-                              },
-                              [&] { return pointer; }});
-        widget.setMinMax(0, 100, true);
-        widget.setScale({true, 0, 0.5, 0}, true);
-        const double grabbed = widget.scale().value(50);
-        mouse(QEvent::MouseButtonPress, above(50));
-        // Two moves at the left edge of the screen; where the platform obeys, the second comes from the other side.
-        const auto moveAtEdge = [&](const QPoint &pos) { mouse(QEvent::MouseMove, pos, {0, 300}); };
-        moveAtEdge(above(60));
-        EXPECT_NEAR(widget.scale().value(60), grabbed, 1e-9);
-        const QPoint jump = Tsb::cursorJumpAtScreenEdge(QPoint(0, 300), Tsb::screenAt(QPoint(0, 300)));
-        mouse(QEvent::MouseMove, obeys ? above(70) + jump : above(70));
-        EXPECT_NEAR(widget.scale().value(70), grabbed, 1e-9) << "no jump of the scale" << obeys;
-        EXPECT_NEAR(widget.scale().valuePerPixel, 0.5, 1e-12);
-        moveAtEdge(obeys ? above(70) + jump : above(70));
-        EXPECT_EQ(sets, obeys ? 2 : 1) << "wrapping is off for this drag once it was refused";
-        mouse(QEvent::MouseButtonRelease, above(70));
-        Tsb::setCursorAccess({});
-    }
 }
 
 /// Each character 7 pixels wide, lines 15 high.
