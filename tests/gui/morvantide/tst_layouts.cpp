@@ -1,83 +1,22 @@
 #include "gui/browser/controls/colorbar.h"
 #include "gui/browser/controls/timeview.h"
-#include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/browser/views/view.h"
 #include "gui/common/recordviews/recordview.h"
-#include "gui/morvantide/restoremarks.h"
-#include "gui/morvantide/reviewwindow.h"
-#include "support/failingcalls.h"
-#include "support/gestures.h"
+#include "gui/morvantide/layoutwindow.h"
+#include "support/imagedifference.h"
 #include "support/logcatcher.h"
-#include "windowsetup/setupfile.h"
 
-#include <QAbstractButton>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QScrollBar>
-#include <QSettings>
-#include <QStatusBar>
 
 namespace {
 
-constexpr int twoHours = 7200;
-
-/// The largest difference of a color's part between two images of one size; 255 for images of two sizes.
-/// The library of fonts makes outlines of letters that come out up to 4 apart from one window to the next.
-int farthest(const QImage &left, const QImage &right)
-{
-    if (left.size() != right.size())
-        return 255;
-    int farthest = 0;
-    for (int y = 0; y < left.height(); ++y) {
-        for (int x = 0; x < left.width(); ++x) {
-            const QRgb a = left.pixel(x, y); // to convert whole images, the toolkit starts threads of its own
-            const QRgb b = right.pixel(x, y);
-            farthest = std::max({farthest, std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-                                 std::abs(qBlue(a) - qBlue(b))});
-        }
-    }
-    return farthest;
-}
-
-/// A demonstration with few records, a window of one size upon it, and the layouts beside the data.
-class Layouts : public ReviewWindow {
+class DockLayouts : public Layouts {
 protected:
-    Layouts() : ReviewWindow(twoHours) { show(); }
-    ~Layouts() override { window.reset(); } // while there is a folder to save in
-
-    void show()
-    {
-        window->resize(1300, 900);
-        window->show();
-        settle();
-    }
-    /// Ends the program and starts it again.
-    void restart()
-    {
-        window->close();
-        window.reset();
-        makeWindow();
-        show();
-    }
-    void open(const QString &name = "demo")
-    {
-        ReviewWindow::open(name);
-        settleDrawing();
-    }
-    /// Until plots that repaint at their own pace have done so.
-    static void settleDrawing()
-    {
-        QTest::qWait(30);
-        settle();
-    }
-    Tsb::TimeSeriesBrowser &browser() const { return *window->browser(); }
     QImage picture() const
     {
         QTest::qWait(250); // values off a scale are counted a moment after its drawing
         return browser().grab().toImage();
     }
-    QDockWidget *dock(const QString &name) const { return window->findChild<QDockWidget *>(name); }
     /// Of the docks, in the window or outside; empty for hidden ones.
     QMap<QString, QRect> places() const
     {
@@ -102,36 +41,11 @@ protected:
                                       window->tabifiedDockWidgets(one).size()};
         return all;
     }
-    void setAutosave(bool on) const { action("Autosave layout")->setChecked(on); }
-    bool isAutosaving() const { return action("Autosave layout")->isChecked(); }
-    QString message() const { return window->statusBar()->currentMessage(); }
-    /// Answers the file dialog of a command.
-    void choose(const QString &command, const QString &file)
-    {
-        withDialog<QFileDialog>([this, file](QFileDialog &dialog) {
-            dialog.setDirectory(path(""));
-            dialog.findChild<QLineEdit *>("fileNameEdit")->setText(file);
-            QTest::keyClick(&dialog, Qt::Key_Return);
-        });
-        action(command)->trigger();
-    }
-    QAction *found(const QString &name) const
-    {
-        auto *const menu = action("Layouts of the data")->menu();
-        Q_EMIT menu->aboutToShow();
-        for (QAction *one : menu->actions())
-            if (one->text() == name)
-                return one;
-        return nullptr;
-    }
-    static QVariantMap setupIn(const QString &file) { return WindowSetup::readSetupFile(file).setup; }
-    QString standard() const { return path("demo/default.windowsetup"); }
-    QSettings settings() const { return QSettings(settingsFile(), QSettings::IniFormat); }
 };
 
 } // namespace
 
-TEST_F(Layouts, TheNextRunShowsTheSamePictureAndDocks)
+TEST_F(DockLayouts, TheNextRunShowsTheSamePictureAndDocks)
 {
     open();
     const int before = browser().views().size();
@@ -161,229 +75,10 @@ TEST_F(Layouts, TheNextRunShowsTheSamePictureAndDocks)
     EXPECT_EQ(browser().views().size(), before + 1);
     EXPECT_TRUE(action("Autosave layout")->isChecked());
     EXPECT_EQ(colorLimits(), limits);
-    EXPECT_LE(farthest(picture(), image), 8);
+    EXPECT_LE(greatestDifference(picture(), image), 8);
 }
 
-TEST_F(Layouts, ALayoutThatCannotBeRestoredAsAWholeIsKept)
-{
-    open();
-    browser().closeAllViews();
-    browser().addOpmodePlot();
-    setAutosave(true);
-    action("Save layout")->trigger();
-    const QByteArray sound = contentOf("demo/default.windowsetup");
-    using Change = std::function<void(QVariantMap &)>;
-    const auto changed = [&](const Change &change) {
-        write("demo/default.windowsetup", sound);
-        QVariantMap setup = setupIn(standard());
-        change(setup);
-        EXPECT_EQ(WindowSetup::writeSetupFile(standard(), setup), QString());
-        return contentOf("demo/default.windowsetup");
-    };
-    const auto with = [](const char *part, const char *key, const QVariant &value) -> Change {
-        return [=](QVariantMap &setup) {
-            QVariantMap map = setup[part].toMap();
-            map[key] = value;
-            setup[part] = map;
-        };
-    };
-    const auto ofAnotherProgram = [](QVariantMap &setup) {
-        for (const char *key : {"leftcolumn", "scrolled", "spectrumcolors"})
-            setup.remove(key);
-        QVariantMap main = setup["mainwindow"].toMap();
-        main.remove("statechecksum");
-        main.remove("geometrychecksum");
-        setup["mainwindow"] = main;
-    };
-    const QVariantMap unsealed{{"state", "000000ff0000000200"}};
-    const char *const tooOld = "User-interface configuration file is too old.";
-    const char *const notUnderstood = "Failed to understand interface setup file '";
-    const struct {
-        const char *name;
-        QByteArray content;
-        const char *warning; ///< null: it is taken
-        bool isRestored;     ///< the browser's part
-        bool isMarked = false;
-    } cases[] = {
-        {"sound", sound, nullptr, true},
-        {"without docks", changed([](QVariantMap &setup) { setup.remove("mainwindow"); }), nullptr, true},
-        {"without checksums and extra keys", changed(ofAnotherProgram), nullptr, true},
-        {"brought the program down", sound, "the program ended when it restored it", false, true},
-        {"not YAML", "a: [", notUnderstood, false},
-        {"no map", "- 1\n", notUnderstood, false},
-        {"version 1", changed([](QVariantMap &setup) { setup["version"] = 1; }), tooOld, false},
-        {"without version", changed([](QVariantMap &setup) { setup.remove("version"); }), tooOld, false},
-        {"damaged state", changed(with("mainwindow", "state", "00ff")), "its checksum doesn't match", true},
-        {"damaged state without checksum", changed([&](QVariantMap &setup) { setup["mainwindow"] = unsealed; }),
-         "no arrangement of this window's docks", true},
-        {"damaged columns", changed(with("diagnosticview", "headerstate", "00")), "its checksum doesn't match", true},
-    };
-    for (const auto &one : cases) {
-        SCOPED_TRACE(one.name);
-        write("demo/default.windowsetup.bak", QByteArray());
-        restart();
-        EXPECT_FALSE(settings().value("restoring").toStringList().contains(standard()));
-        write("demo/default.windowsetup", one.content);
-        if (one.isMarked) {
-            window.reset();
-            QSettings(settingsFile(), QSettings::IniFormat).setValue("restoring", QStringList{standard()});
-            makeWindow();
-        }
-        for (const bool byHand : {false, true}) {
-            const LogCatcher log;
-            open();
-            EXPECT_EQ(log.complaints().size(), one.warning ? 1 : 0) << qPrintable(log.complaints().join('\n'));
-            EXPECT_TRUE(!one.warning || log.complaints().value(0).contains(one.warning));
-            EXPECT_EQ(browser().views().size() == 1, one.isRestored);
-            setAutosave(true);
-            if (byHand)
-                action("Save layout")->trigger();
-            window->closeData();
-            EXPECT_EQ(log.complaints().filter("The layout isn't saved").size(), one.warning && !byHand ? 1 : 0);
-            EXPECT_TRUE(byHand || !one.warning || contentOf("demo/default.windowsetup") == one.content);
-        }
-        EXPECT_EQ(contentOf("demo/default.windowsetup.bak"), one.warning ? one.content : QByteArray());
-        EXPECT_EQ(setupIn(standard())["version"], 2);
-        EXPECT_EQ(message(), QString("The layout was saved to '%1'").arg(standard()));
-    }
-}
-
-TEST_F(Layouts, AFailedSaveLeavesTheOldFile)
-{
-    EXPECT_FALSE(action("Save layout")->isEnabled());
-    open();
-    action("Save layout")->trigger();
-    const QByteArray before = contentOf("demo/default.windowsetup");
-    const LogCatcher log;
-    {
-        const FailingCalls full(2, ENOSPC);
-        browser().closeAllViews();
-        action("Save layout")->trigger();
-    }
-    ASSERT_EQ(log.complaints().size(), 1);
-    EXPECT_TRUE(log.complaints()[0].startsWith("The layout could not be saved to '" + standard()));
-    EXPECT_EQ(contentOf("demo/default.windowsetup"), before);
-    window->closeData();
-    EXPECT_FALSE(action("Save layout")->isEnabled());
-    EXPECT_EQ(contentOf("demo/default.windowsetup"), before) << "nothing saves by itself at first";
-}
-
-TEST_F(Layouts, CopiesComeBackByDialogAndByTheListAndAreUndone)
-{
-    open();
-    const QRect place(5, 30, 790, 600);
-    window->setGeometry(place);
-    const int all = browser().views().size();
-    withDialog<QFileDialog>([this](QFileDialog &dialog) {
-        EXPECT_EQ(dialog.directory().path(), path("demo")) << "none was chosen yet";
-        dialog.reject();
-    });
-    action("Save layout copy...")->trigger();
-    choose("Save layout copy...", "mine");
-    EXPECT_EQ(settings().value("windowsetuppath").toString(), QFileInfo(path("mine")).path());
-    EXPECT_EQ(setupIn(path("mine.windowsetup"))["timeseries"].toList().size(), all);
-    write("precious.txt", "data");
-    const auto yes = [](QMessageBox &box) { box.button(QMessageBox::Yes)->click(); };
-    {
-        const LogCatcher log;
-        QTimer::singleShot(100, [&] { withDialog<QMessageBox>(yes); });
-        choose("Save layout copy...", "precious.txt");
-        EXPECT_EQ(log.complaints().size(), 1);
-        EXPECT_EQ(contentOf("precious.txt"), "data");
-    }
-    const auto spoil = [&] {
-        browser().closeAllViews();
-        dock("logDock")->hide();
-        window->setGeometry(15, 50, 770, 650);
-        setAutosave(true);
-        settle();
-    };
-    const auto restored = [&] {
-        settle();
-        return browser().views().size() == all && !dock("logDock")->isHidden() && window->geometry() == place &&
-               !isAutosaving();
-    };
-    EXPECT_FALSE(action("Undo restore")->isEnabled());
-    spoil();
-    choose("Restore layout...", "mine.windowsetup");
-    EXPECT_TRUE(restored());
-    action("Undo restore")->trigger();
-    settle();
-    EXPECT_FALSE(browser().hasViews());
-    EXPECT_TRUE(dock("logDock")->isHidden() && isAutosaving());
-    EXPECT_EQ(window->geometry().topLeft(), QPoint(15, 50));
-    EXPECT_FALSE(action("Undo restore")->isEnabled());
-    action("Save layout")->trigger();
-    EXPECT_TRUE(QFile::exists(standard())) << "a copy isn't the file in use";
-    ASSERT_TRUE(found("default.windowsetup") && found("../mine.windowsetup"));
-    EXPECT_TRUE(found("default.windowsetup")->isChecked());
-    found("../mine.windowsetup")->trigger();
-    EXPECT_TRUE(restored());
-    spoil();
-    action("Undo restore")->trigger();
-    choose("Restore layout...", "precious.txt");
-    EXPECT_FALSE(action("Undo restore")->isEnabled()) << "nothing was restored";
-}
-
-TEST_F(Layouts, UndoIsOfTheLastRestoreThatChangedTheWindow)
-{
-    action("Restore default layout")->trigger();
-    open();
-    EXPECT_FALSE(action("Undo restore")->isEnabled()) << "of a time before the data";
-    action("Keep time span and record")->setChecked(true);
-    window->showRecord(window->datastore()->at(3));
-    action("Save layout")->trigger();
-    browser().closeAllViews();
-    const auto chosen = window->datastore()->at(5);
-    window->showRecord(chosen);
-    settle();
-    found("default.windowsetup")->trigger();
-    for (const QByteArray unusable : {"a: [", "version: 1"}) {
-        write("demo/other.windowsetup", unusable);
-        found("other.windowsetup")->trigger();
-    }
-    settle();
-    ASSERT_TRUE(browser().hasViews());
-    EXPECT_EQ(window->shownRecord(), window->datastore()->at(3));
-    action("Undo restore")->trigger();
-    settle();
-    EXPECT_FALSE(browser().hasViews());
-    EXPECT_EQ(window->shownRecord(), chosen);
-}
-
-TEST_F(Layouts, ADamagedFileInUseGoesToTheBackupForACopyAndOneThatIsGoneIsSaved)
-{
-    write("demo/default.windowsetup", "a: [");
-    open();
-    QTimer::singleShot(
-        100, [] { withDialog<QMessageBox>([](QMessageBox &box) { box.button(QMessageBox::Yes)->click(); }); });
-    choose("Save layout copy...", "demo/default.windowsetup");
-    EXPECT_EQ(contentOf("demo/default.windowsetup.bak"), "a: [");
-    for (const bool isGone : {false, true}) {
-        SCOPED_TRACE(isGone);
-        setAutosave(true);
-        const LogCatcher log;
-        window->closeData();
-        EXPECT_EQ(log.complaints(), QStringList());
-        EXPECT_EQ(setupIn(standard())["version"], 2);
-        write("demo/default.windowsetup", "a: [");
-        open();
-        QFile::remove(standard());
-    }
-    action("Save layout")->trigger();
-    for (const QByteArray damaged : {"b: [", "version: 1", "version: 2\nmainwindow: {state: 00}"}) {
-        write("demo/default.windowsetup", damaged); // after it was opened, or saved
-        found("default.windowsetup")->trigger();
-        setAutosave(true);
-        window->closeData();
-        EXPECT_EQ(contentOf("demo/default.windowsetup"), damaged);
-        QFile::remove(standard());
-        open();
-    }
-    setAutosave(false);
-}
-
-TEST_F(Layouts, TheDefaultLayoutConcernsDocksAndRecordsAlone)
+TEST_F(DockLayouts, TheDefaultLayoutConcernsDocksAndRecordsAlone)
 {
     open();
     const auto docks = neighbours();
@@ -408,7 +103,7 @@ TEST_F(Layouts, TheDefaultLayoutConcernsDocksAndRecordsAlone)
     EXPECT_EQ(plots->setup()["single_plot"], false);
 }
 
-TEST_F(Layouts, OpeningDataNeverMovesTheWindowAndKeepsTheChosenColours)
+TEST_F(DockLayouts, OpeningDataNeverMovesTheWindowAndKeepsTheChosenColours)
 {
     open();
     const auto spectrum = window->uiInfo()->spectrumInfos().first();
@@ -432,7 +127,7 @@ TEST_F(Layouts, OpeningDataNeverMovesTheWindowAndKeepsTheChosenColours)
     EXPECT_TRUE(isAutosaving()) << "without a file the choice stays";
 }
 
-TEST_F(Layouts, TimeSpanAndRecordAreKeptIfTheUserWants)
+TEST_F(DockLayouts, TimeSpanAndRecordAreKeptIfTheUserWants)
 {
     open();
     for (const bool isKept : {false, true}) {
@@ -461,7 +156,7 @@ TEST_F(Layouts, TimeSpanAndRecordAreKeptIfTheUserWants)
     EXPECT_EQ(browser().timeScale(), shown) << "a span without any of these data";
 }
 
-TEST_F(Layouts, DocksComeBackWithoutData)
+TEST_F(DockLayouts, DocksComeBackWithoutData)
 {
     dock("varGridView")->hide();
     window->addDockWidget(Qt::LeftDockWidgetArea, dock("logDock"));
@@ -501,7 +196,7 @@ TEST_F(Layouts, DocksComeBackWithoutData)
     }
 }
 
-TEST_F(Layouts, DocksOfAMaximizedWindowComeBackAsTheyWereThoughItBeginsSmaller)
+TEST_F(DockLayouts, DocksOfAMaximizedWindowComeBackAsTheyWereThoughItBeginsSmaller)
 {
     open();
     window->resize(620, 500);
@@ -527,7 +222,7 @@ TEST_F(Layouts, DocksOfAMaximizedWindowComeBackAsTheyWereThoughItBeginsSmaller)
     EXPECT_EQ(places(), docks) << "in the next run";
 }
 
-TEST_F(Layouts, TheLogStillShowsItsEndAfterARestoreMadeItSmaller)
+TEST_F(DockLayouts, TheLogStillShowsItsEndAfterARestoreMadeItSmaller)
 {
     open();
     action("Save layout")->trigger();
@@ -544,25 +239,4 @@ TEST_F(Layouts, TheLogStillShowsItsEndAfterARestoreMadeItSmaller)
         EXPECT_NE(bar->pageStep(), page);
         EXPECT_EQ(bar->value(), bar->maximum());
     }
-}
-
-TEST(RestoreMarks, ARestoreIsNotedOnTheDiskBeforeItBegins)
-{
-    QTemporaryDir folder;
-    QSettings settings(folder.filePath("a.conf"), QSettings::IniFormat);
-    RestoreMarks first(settings);
-    first.begin("/a, b");
-    first.finish();
-    first.begin("/c");
-    ASSERT_TRUE(QFile::copy(settings.fileName(), folder.filePath("b.conf"))); // the program ends here
-    QSettings copy(folder.filePath("b.conf"), QSettings::IniFormat);
-    RestoreMarks second(copy);
-    EXPECT_FALSE(second.hasCrashed("/a, b"));
-    EXPECT_TRUE(second.hasCrashed("/c"));
-    second.begin("/d");
-    second.finish();
-    EXPECT_TRUE(RestoreMarks(copy).hasCrashed("/c")) << "until it is restored or saved";
-    second.begin("/c");
-    second.finish();
-    EXPECT_FALSE(copy.contains("restoring"));
 }
