@@ -372,33 +372,27 @@ TEST_F(MorvantideMainWindowTest, NewSpectrogramsTakeTheChosenMapAndTheSafeOneIsO
 
 TEST_F(MorvantideMainWindowTest, MenusAndToolbarHoldWhatThereIs)
 {
-    QStringList titles;
-    QMap<QString, QStringList> commands;
+    QStringList titles, buttons;
+    QMap<QString, QString> commands;
     for (const QAction *menu : window->menuBar()->actions()) {
-        titles.append(menu->text());
+        titles << menu->text();
         for (const QAction *command : menu->menu()->actions())
-            commands[menu->text()].append(command->text());
+            commands[menu->text()] += command->text() + '|';
     }
-    EXPECT_EQ(titles, (QStringList{"&File", "&Timeseries", "&Spectra", "&View", "&Window", "&Help"}));
-    EXPECT_EQ(commands["&File"],
-              (QStringList{"Open data folder...", "Manually select data files...", "Recent folders", "Read again",
-                           "Follow folder", "", "Export data...", "Save data...", "", "&Quit"}));
-    EXPECT_EQ(commands["&Window"], (QStringList{"Save layout", "Save layout copy...", "Restore layout...",
-                                                "Layouts of the data", "Restore default layout", "Undo restore", "",
-                                                "Autosave layout", "Keep time span and record"}));
-    EXPECT_EQ(commands["&Spectra"],
-              (QStringList{"Reinvert...", "Cancel reinversion", "Show inversion statistics", "Spectra info"}));
-    EXPECT_EQ(commands["&View"], (QStringList{"Log", "Selected record", "Record variable list", "Record variables",
-                                              "Inversion report", "Electrometer signals", "Electrometer signal plot",
-                                              "Distribution plot", "Comment list", "Diagnostic status", "Measuring", "",
-                                              "Arrange plot", "Go to filter", "Full screen", "", "Default color map"}));
-
-    QStringList buttons;
-    const auto *bar = window->findChild<QToolBar *>("toolBar");
-    for (const QToolButton *button : bar->findChildren<QToolButton *>())
+    EXPECT_EQ(titles.join('|'), "&File|&Timeseries|&Spectra|&View|&Window|&Help");
+    EXPECT_EQ(commands["&File"], "Open data folder...|Manually select data files...|Recent folders|Read again|"
+                                 "Follow folder||Export data...|Save data...||&Quit|");
+    EXPECT_EQ(commands["&Window"], "Save layout|Save layout copy...|Restore layout...|Layouts of the data|"
+                                   "Restore default layout|Undo restore||Autosave layout|Keep time span and record|");
+    EXPECT_EQ(commands["&Spectra"], "Reinvert...|Cancel reinversion|Show inversion statistics|Spectra info|");
+    EXPECT_EQ(commands["&View"], "Log|Selected record|Record variable list|Record variables|Inversion report|"
+                                 "Electrometer signals|Electrometer signal plot|Distribution plot|Comment list|"
+                                 "Diagnostic status|Measuring||Arrange plot|Go to filter|Full screen||"
+                                 "Default color map|");
+    for (const auto *button : window->findChild<QToolBar *>("toolBar")->findChildren<QToolButton *>())
         if (!button->text().isEmpty())
-            buttons.append(button->text());
+            buttons << button->text();
     buttons.sort();
-    EXPECT_EQ(buttons, (QStringList{"Add plot", "Fit timescale", "Latest record", "Manually select files",
-                                    "Open folder", "Spectra", "Time flies"}));
+    EXPECT_EQ(buttons.join('|'),
+              "Add plot|Fit timescale|Latest record|Manually select files|Open folder|Spectra|Time flies");
 }
