@@ -4,6 +4,7 @@
 #include "gui/morvantide/reviewwindow.h"
 #include "spectra/inverterfiles.h"
 #include "spectra/recordinversion.h"
+#include "support/plotstore.h"
 
 #include <QElapsedTimer>
 #include <QLabel>
@@ -23,16 +24,13 @@ namespace {
 
 const QString map = "inverters/demo.invmap";
 
-template<class Vector>
-bool sameBits(const Vector &a, const Vector &b)
-{
-    return a.size() == b.size() && (a.empty() || std::memcmp(&a[0], &b[0], a.size() * sizeof(double)) == 0);
-}
-
 bool sameBits(const SpectMath::Spectrum &a, const SpectMath::Spectrum &b)
 {
-    const auto &x = a.covariances.data(), &y = b.covariances.data();
-    return a.status == b.status && sameBits(a.concentrations, b.concentrations) && sameBits(x, y) &&
+    const auto same = [](const auto &x, const auto &y) {
+        return x.size() == y.size() && (x.empty() || std::memcmp(&x[0], &y[0], x.size() * sizeof(double)) == 0);
+    };
+    return a.status == b.status && same(a.concentrations, b.concentrations) &&
+           same(a.covariances.data(), b.covariances.data()) &&
            std::memcmp(&a.currentRmsError, &b.currentRmsError, sizeof(double)) == 0;
 }
 
@@ -140,11 +138,10 @@ TEST_F(ReinversionTest, EveryRecordGetsTheSameSpectraWhateverTheWorkers)
     EXPECT_TRUE(canReinvert());
     EXPECT_FALSE(canCancel());
 
-    int changes = 0;
-    QObject::connect(window.get(), &MorvantideMainWindow::invertersChanged, [&changes](const InverterList &inverters) {
-        EXPECT_EQ(inverters.size(), 4u);
-        ++changes;
-    });
+    QVector<std::size_t> changes;
+    const QObject listener;
+    QObject::connect(window.get(), &MorvantideMainWindow::invertersChanged, &listener,
+                     [&changes](const InverterList &inverters) { changes << inverters.size(); });
     int run = 0;
     for (int workers : {1, 2, 8}) {
         window->findChild<Reinversion *>()->setWorkerCount(workers);
@@ -156,20 +153,18 @@ TEST_F(ReinversionTest, EveryRecordGetsTheSameSpectraWhateverTheWorkers)
         EXPECT_EQ(spectrumNames(),
                   (QStringList{"ions neg" + tag, "ions pos" + tag, "particles neg" + tag, "particles pos" + tag}));
         EXPECT_EQ(window->inverters().size(), 4u);
-        EXPECT_EQ(changes, run);
         EXPECT_TRUE(canReinvert());
         EXPECT_FALSE(canCancel());
     }
+    EXPECT_EQ(changes, (QVector<std::size_t>{4, 4, 4}));
     const QString text = log();
     EXPECT_EQ(text.count("] Starting reinversion"), 3);
     EXPECT_EQ(text.count("] Reinversion finished!"), 3);
     // The day files' spectra have the same hashes.
     EXPECT_EQ(text.count("] Removing existing spectrum 'ions neg' with same hash as 'ions neg' (3 times)"), 1);
     EXPECT_EQ(text.count("] Removing spectrum 'particles pos' from memory."), 3);
-    EXPECT_EQ(QSettings(path("morvantide.conf"), QSettings::IniFormat).value("lastreinvpath").toString(),
-              path("inverters"));
+    EXPECT_EQ(QSettings(settingsFile(), QSettings::IniFormat).value("lastreinvpath").toString(), path("inverters"));
 
-    window->disconnect(SIGNAL(invertersChanged(SpectMath::InverterList)));
     window->closeData();
     EXPECT_TRUE(window->inverters().empty());
     EXPECT_FALSE(canReinvert() || canCancel());
@@ -206,12 +201,11 @@ TEST_F(ReinversionTest, AddsToWhatWasReadAndTakesAwayAgain)
     EXPECT_EQ(spectrumNames(), read);
 }
 
-TEST_F(ReinversionTest, InvertersThatFitNoModeAreLeftOut)
+TEST_F(ReinversionTest, InvertersThatFitNoModeAreLeftOutAndEqualOnesRunOnce)
 {
     write("fog.inverter", contentOf("inverters/ions-neg.inverter").replace("opmode: ions", "opmode: fog"));
     open();
     const QStringList read = spectrumNames();
-    const InverterList before = loaded(map);
     const int ions = recordsWith("demo");
     reinvert({"fog.inverter"});
     EXPECT_EQ(spectrumNames(), read);
@@ -219,16 +213,9 @@ TEST_F(ReinversionTest, InvertersThatFitNoModeAreLeftOut)
     EXPECT_TRUE(window->inverters().empty());
     EXPECT_TRUE(log().contains("] No inverters specified"));
     EXPECT_TRUE(log().contains("Reinversion finished!"));
-    reinvert({"fog.inverter", "inverters/ions-neg.inverter"});
-    EXPECT_EQ(window->inverters().size(), 1u);
-    EXPECT_EQ(spectrumNames().last(), "ions neg reinv-2") << "the run without inverters counts";
-}
-
-TEST_F(ReinversionTest, AnInverterThatComesTwiceRunsOnce)
-{
-    open();
-    reinvert({map, "inverters/demo.sinp"}); // the same four in each
+    reinvert({"fog.inverter", map, "inverters/demo.sinp"}); // the same four in each
     EXPECT_EQ(window->inverters().size(), 4u);
+    EXPECT_EQ(spectrumNames().last(), "particles pos reinv-2") << "the run without inverters counts";
     expectSpectraOf(loaded(map));
     EXPECT_EQ(log().count(QRegularExpression("Removing existing spectrum.*\\(2 times\\)")), 4);
 }
@@ -238,11 +225,12 @@ TEST_F(ReinversionTest, ErrorsCostTheirInverterAlone)
     write("bad.inverter", "format: 7\n");
     write("bad.invmap", "no: [list\n");
     write("other.txt", "nothing of the kind");
+    // Without a group it is given the currents of both polarities.
+    write("wide.inverter", contentOf("inverters/ions-neg.inverter").replace("electrometer_group: neg\n", ""));
     open();
     withDialog<QFileDialog>([this](QFileDialog &dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Open inverters");
-        EXPECT_EQ(dialog.nameFilters(),
-                  (QStringList{"Inverters (*.inverter *.sinv *.sinp *.invmap *.zip)", "All files (*)"}));
+        EXPECT_EQ(dialog.nameFilters().first(), "Inverters (*.inverter *.sinv *.sinp *.invmap *.zip)");
         dialog.reject();
     });
     const QString quiet = log();
@@ -251,17 +239,19 @@ TEST_F(ReinversionTest, ErrorsCostTheirInverterAlone)
 
     reinvert({"bad.inverter", "bad.invmap"});
     EXPECT_TRUE(log().contains("Reinversion failed!"));
-    EXPECT_FALSE(log().contains("Starting reinversion"));
     reinvert({"other.txt"});
     EXPECT_TRUE(log().contains("] No inverters!"));
     EXPECT_FALSE(log().contains("Starting reinversion"));
-    reinvert({"bad.inverter", "inverters/ions-neg.inverter", "bad.invmap"});
+    reinvert({"bad.inverter", "wide.inverter", map, "bad.invmap"});
     const QString text = log();
     EXPECT_EQ(text.count("Errors reading inverters:"), 2);
     EXPECT_EQ(text.count("Inverter requires a newer"), 2);
     EXPECT_EQ(text.count("Using the inverters that were loaded successfully."), 1);
+    EXPECT_TRUE(text.contains("Inversion error: "));
     EXPECT_EQ(text.count("Reinversion finished!"), 1);
-    EXPECT_EQ(spectrumNames().last(), "ions neg reinv-1") << "failed runs don't count";
+    EXPECT_EQ(window->inverters().size(), 5u);
+    EXPECT_EQ(spectrumNames().last(), "particles pos reinv-1") << "failed runs don't count";
+    expectSpectraOf(loaded(map));
 }
 
 TEST_F(ReinversionTest, InvertersThatTakeLongAreReadOnAThreadBehindADialogThatCanCancel)
@@ -314,18 +304,6 @@ TEST_F(ReinversionTest, InvertersThatTakeLongAreReadOnAThreadBehindADialogThatCa
     EXPECT_EQ(window->inverters().size(), 4u);
 }
 
-TEST_F(ReinversionTest, AnInverterThatFitsNoRecordCostsItselfAlone)
-{
-    // Without a group it is given the currents of both polarities.
-    write("wide.inverter", contentOf("inverters/ions-neg.inverter").replace("electrometer_group: neg\n", ""));
-    open();
-    reinvert({"wide.inverter", map});
-    EXPECT_TRUE(log().contains("Inversion error: "));
-    EXPECT_EQ(window->inverters().size(), 5u);
-    EXPECT_EQ(spectrumNames().size(), 5);
-    expectSpectraOf(loaded(map));
-}
-
 TEST_F(ReinversionTest, CancelledInTheMiddleBeginsNoFurtherRecord)
 {
     open();
@@ -357,11 +335,9 @@ TEST_F(ReinversionTest, ASecondOneAsksWhetherToAbortTheFirst)
     for (const bool abort : {false, true}) {
         startLongReinversion();
         withDialog<QMessageBox>([abort](QMessageBox &box) {
-            EXPECT_EQ(box.windowTitle(), "Morvantide");
             EXPECT_EQ(box.text(), "An inversion already in progress.");
             EXPECT_EQ(box.informativeText(), "Do you want to abort the current inversion?");
             EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::Cancel));
-            EXPECT_EQ(box.icon(), QMessageBox::Question);
             QTest::mouseClick(box.button(abort ? QMessageBox::Abort : QMessageBox::Cancel), Qt::LeftButton);
         });
         action("Reinvert...")->trigger();
@@ -397,7 +373,6 @@ TEST_F(ReinversionTest, DataAreClosedOrReplacedDuringARun)
 TEST_F(ReinversionTest, TheStatusBarTellsTheRate)
 {
     const auto *label = window->findChild<QLabel *>("queueStatusLabel");
-    EXPECT_EQ(label->toolTip(), "Data inversion rate in records per second\n(optionally also inversion queue length)");
     window->inversionQueueStatus(0, 17);
     EXPECT_EQ(label->text(), "17 records/s");
     window->inversionQueueStatus(1, 1234);
@@ -424,15 +399,13 @@ TEST(ReinversionRun, RecordsThatNobodyTakesEndIt)
 {
     const auto store = std::make_shared<Datastore>();
     store->setLimitRecords(false);
-    Reinversion run;
-    QSignalSpy finished(&run, &Reinversion::finished);
     for (int i = 0; i < 3000; ++i) {
-        auto record = std::make_shared<Spectrometer::FullRecord>();
-        record->beginTime = recordTimeFromTicks((i + 1) * ticksPerSecond);
-        record->endTime = recordTimeFromTicks((i + 2) * ticksPerSecond);
+        const auto record = testRecord(i, i + 1, 0);
         record->interim = true;
         store->addFullRecord(record);
     }
+    Reinversion run;
+    QSignalSpy finished(&run, &Reinversion::finished);
     for (const auto &data : {store, std::make_shared<Datastore>()}) {
         finished.clear();
         run.start(data, std::make_shared<Spectrometer::RecordMetadata>(), {});
