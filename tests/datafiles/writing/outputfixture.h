@@ -15,6 +15,13 @@
 /// 2019-09-12 10:16:52 UTC, which is 12:16:52 at +02:00.
 constexpr RecordTime someTime = recordTimeFromTicks(1568283412LL * ticksPerSecond);
 
+inline const QString recordsName = "20190912-block.records";
+
+inline int headersIn(const QByteArray &text)
+{
+    return ("\n" + text).count("\n# Quilvane records\n");
+}
+
 inline std::shared_ptr<Spectrometer::RecordFlag> flagOf(const QString &text)
 {
     auto flag = std::make_shared<Spectrometer::RecordFlag>();

@@ -3,29 +3,13 @@
 #include "datafiles/writing/plainfileoutput_flags.h"
 #include "datafiles/writing/plainfileoutput_match.h"
 #include "outputfixture.h"
-#include "support/failingcalls.h"
 #include "util/filenamepart.h"
-#include "util/lockedfile.h"
 
 #include <QCryptographicHash>
 #include <QSet>
 
-#include <cerrno>
-#include <unistd.h>
-
 using Spectrometer::PlainFileOutput;
 using Result = PlainFileOutput::RowResult;
-
-namespace {
-
-const QString recordsName = "20190912-block.records";
-
-int headersIn(const QByteArray &text)
-{
-    return ("\n" + text).count("\n# Quilvane records\n");
-}
-
-} // namespace
 
 TEST(HeaderMatch, LastHeaderDecides)
 {
@@ -87,8 +71,9 @@ TEST_F(OutputTest, ContinuesOnlyAfterTheSameLastHeader)
     output.closeFiles();
     const QByteArray block = contentOf(path(recordsName));
     const QByteArray header = block.left(block.lastIndexOf('\n', -2) + 1);
-    const QByteArray yaml = header.left(header.lastIndexOf(QByteArrayLiteral("\n"), -2) + 1);
+    const QByteArray yaml = header.left(header.lastIndexOf('\n', -2) + 1);
     const QByteArray otherHeader = "# Quilvane records\n# other: 1\n# \nbegin_time\n";
+    const char *const found = "\nmatching header found", *const none = "\nno matching header found";
 
     const struct {
         const char *name;
@@ -97,37 +82,36 @@ TEST_F(OutputTest, ContinuesOnlyAfterTheSameLastHeader)
         const char *message;
         QByteArray torn; ///< the end of it that was cut off
     } cases[] = {
-        {"the same", block, 1, "\nmatching header found", ""},
-        {"an empty file", "", 1, "\nno matching header found", ""},
-        {"another block behind", block + otherHeader + "row\n", 3, "\nno matching header found", ""},
-        {"a line too long for any header", block + QByteArray(300000, 'x') + '\n', 1, "\nmatching header found", ""},
-        {"two of them", block + block, 2, "\nmatching header found", ""},
-        {"part of a row", block, 1, "\nmatching header found", "2019-09-12 12:17:52.000000+02:00\t2019"},
-        {"part of a flag", block, 1, "\nmatching header found", "# flag ab: {ty"},
-        {"all of a row but its line feed", header, 1, "\nmatching header found", block.mid(header.size()).chopped(1)},
-        {"a header without its column row", "", 1, "\nno matching header found", yaml},
-        {"part of a column row", block, 1, "\nmatching header found", header.chopped(1)},
-        {"two parts of headers", block + otherHeader, 3, "\nno matching header found", "# Quilvane records\n" + yaml},
+        {"the same", block, 1, found, ""},
+        {"an empty file", "", 1, none, ""},
+        {"another block behind", block + otherHeader + "row\n", 3, none, ""},
+        {"a line too long for any header", block + QByteArray(300000, 'x') + '\n', 1, found, ""},
+        {"two of them", block + block, 2, found, ""},
+        {"part of a row", block, 1, found, "2019-09-12 12:17:52.000000+02:00\t2019"},
+        {"part of a flag", block, 1, found, "# flag ab: {ty"},
+        {"all of a row but its line feed", header, 1, found, block.mid(header.size()).chopped(1)},
+        {"a header without its column row", "", 1, none, yaml},
+        {"part of a column row", block, 1, found, header.chopped(1)},
+        {"two parts of headers", block + otherHeader, 3, none, "# Quilvane records\n" + yaml},
     };
+    const QString torn = path(recordsName + ".torn");
     for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
         writeFile(path(recordsName), c.before + c.torn);
-        QFile::remove(path(recordsName + ".torn"));
+        QFile::remove(torn);
         messages.clear();
-        EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written) << c.name;
+        EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written);
         output.closeFiles();
         const QByteArray after = contentOf(path(recordsName));
-        EXPECT_EQ(headersIn(after), c.headersAfter) << c.name;
-        EXPECT_TRUE(after.startsWith(c.before)) << c.name;
+        EXPECT_EQ(headersIn(after), c.headersAfter);
+        EXPECT_TRUE(after.startsWith(c.before));
+        EXPECT_EQ(rows(path(recordsName)).last().left(19), "2019-09-12 12:17:52");
+        EXPECT_EQ(QFile::exists(torn), !c.torn.isEmpty());
+        EXPECT_EQ(contentOf(torn), c.torn);
         const QString told = messages.join(QString());
-        EXPECT_TRUE(told.contains(QLatin1String(c.message))) << c.name << qPrintable(told);
-        EXPECT_EQ(rows(path(recordsName)).last().left(19), "2019-09-12 12:17:52") << c.name;
-        EXPECT_EQ(QFile::exists(path(recordsName + ".torn")), !c.torn.isEmpty()) << c.name;
-        EXPECT_EQ(contentOf(path(recordsName + ".torn")), c.torn) << c.name;
-        EXPECT_EQ(
-            told.contains(
-                QString("was cut off. Its %1 bytes were moved to '20190912-block.records.torn'").arg(c.torn.size())),
-            !c.torn.isEmpty())
-            << c.name << qPrintable(told);
+        EXPECT_TRUE(told.contains(QLatin1String(c.message))) << qPrintable(told);
+        const QString moved = "was cut off. Its %1 bytes were moved to '20190912-block.records.torn'";
+        EXPECT_EQ(told.contains(moved.arg(c.torn.size())), !c.torn.isEmpty()) << qPrintable(told);
     }
 }
 
@@ -244,15 +228,14 @@ TEST_F(OutputTest, FilesByLocalDayWithSafeNames)
 {
     settings.folder = folder.path() + "/50% of %2/deep";
     settings.variants[0].name = "../10%s";
+    const QString name = "-..%2F10%25s.records";
     PlainFileOutput output(settings);
     Spectrometer::FullRecord late = record();
     late.beginTime = someTime + std::chrono::hours(12); // 22:16:52 UTC, the next day at +02:00
-    EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
-    EXPECT_EQ(output.writeRecordRow(late), Result::Written);
-    EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written);
-    EXPECT_EQ(QDir(settings.folder).entryList(QDir::Files),
-              (QStringList{"20190912-..%2F10%25s.records", "20190913-..%2F10%25s.records"}));
-    EXPECT_EQ(rows(path("20190912-..%2F10%25s.records")).size(), 2);
+    for (const auto &one : {record(), late, record(1)})
+        EXPECT_EQ(output.writeRecordRow(one), Result::Written);
+    EXPECT_EQ(QDir(settings.folder).entryList(QDir::Files), (QStringList{"20190912" + name, "20190913" + name}));
+    EXPECT_EQ(rows(path("20190912" + name)).size(), 2);
     EXPECT_TRUE(messages.join(QString()).contains("closing \""));
 
     Spectrometer::FullRecord ancient = record();
@@ -264,8 +247,7 @@ TEST_F(OutputTest, FilesByLocalDayWithSafeNames)
     output.applySettings();
     output.writeRecordRow(record());
     output.writeRecordRow(record(1));
-    EXPECT_TRUE(QFile::exists(path("201909121216-..%2F10%25s.records")));
-    EXPECT_TRUE(QFile::exists(path("201909121217-..%2F10%25s.records")));
+    EXPECT_TRUE(QFile::exists(path("201909121216" + name)) && QFile::exists(path("201909121217" + name)));
 }
 
 TEST(FileNamePart, AnotherTextForEachName)
@@ -279,275 +261,4 @@ TEST(FileNamePart, AnotherTextForEachName)
     }
     EXPECT_EQ(parts.size(), names.size());
     EXPECT_EQ(fileNamePart("50%"), "50%");
-}
-
-TEST_F(OutputTest, FullDiskLosesTheRowAndNothingElse)
-{
-    PlainFileOutput output(settings);
-    output.writeRecordRow(record());
-    const QByteArray before = contentOf(path(recordsName));
-    Spectrometer::FullRecord flagged = record(1);
-    flagged.flags = {flagOf("leak")};
-    // Room for nothing, for a part of the flag's definition, for all but the row's last byte.
-    for (int room : {0, 5, 40, 100}) {
-        FullDisk disk(before.size() + room);
-        EXPECT_EQ(output.writeRecordRow(flagged), Result::Lost);
-        EXPECT_EQ(contentOf(path(recordsName)), before) << room;
-    }
-    ASSERT_EQ(errors.size(), 4);
-    // The reason is the system's, in the user's language.
-    EXPECT_EQ(
-        errors.first(),
-        QString("Failed to write into file \"%1\": %2. Data was lost!").arg(path(recordsName), qt_error_string(EFBIG)));
-    EXPECT_EQ(output.counts().lost, 4);
-
-    // With room again the flag is still to be defined.
-    EXPECT_EQ(output.writeRecordRow(flagged), Result::Written);
-    const QByteArray after = contentOf(path(recordsName));
-    EXPECT_TRUE(after.startsWith(before + "# flag "));
-    EXPECT_EQ(headersIn(after), 1);
-}
-
-TEST_F(OutputTest, FullDiskAtTheHeaderLeavesNoFile)
-{
-    PlainFileOutput output(settings);
-    {
-        FullDisk disk(100);
-        EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
-    }
-    EXPECT_FALSE(QFile::exists(path(recordsName)));
-    const QByteArray old = "something of old\n";
-    writeFile(path(recordsName), old);
-    {
-        FullDisk disk(100);
-        EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
-    }
-    EXPECT_EQ(contentOf(path(recordsName)), old);
-    EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
-    EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
-}
-
-TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
-{
-    enum { New, Continued, CutOff, CutOffAgain };
-    QStringList ends;
-    const QString torn = path(recordsName + ".torn");
-    for (int file : {New, Continued, CutOff, CutOffAgain}) {
-        for (int nth = 1; nth > 0; ++nth) {
-            QFile::remove(path(recordsName));
-            QFile::remove(torn);
-            settings.syncFiles = file == New;
-            errors.clear();
-            if (file != New)
-                PlainFileOutput(settings).writeRecordRow(record());
-            const QByteArray before = contentOf(path(recordsName)), end = file >= CutOff ? "2019" : "";
-            const QByteArray tornBefore = file == CutOffAgain ? "old" : "", tornAfter = tornBefore + "\n2019";
-            if (file >= CutOff)
-                writeFile(path(recordsName), before + end);
-            if (file == CutOffAgain)
-                writeFile(torn, tornBefore);
-            PlainFileOutput output(settings);
-            const char *failed = nullptr;
-            {
-                const FailingCalls calls(nth);
-                output.writeRecordRow(record(1));
-                output.closeFiles();
-                failed = calls.failed();
-            }
-            SCOPED_TRACE(failed);
-            const bool lost = output.counts().lost == 1;
-            EXPECT_EQ(output.counts().written, lost ? 0 : 1);
-            EXPECT_EQ(output.rowsOfClosedFiles().value(path(recordsName)), lost ? 0 : 1);
-            EXPECT_EQ(errors.size(), lost ? 1 : 0);
-            const QByteArray after = contentOf(path(recordsName));
-            EXPECT_TRUE(after.startsWith(before));
-            EXPECT_EQ(headersIn(after), after.isEmpty() ? 0 : 1);
-            const bool isMoved = !end.isEmpty() && after != before + end;
-            EXPECT_EQ(contentOf(torn), !isMoved ? tornBefore : file == CutOff ? end : tornAfter);
-            EXPECT_EQ(QFile::exists(torn), isMoved || file == CutOffAgain);
-            if (failed)
-                ends << QString(lost ? "%1 lost" : "%1").arg(failed);
-            else
-                nth = -1;
-        }
-    }
-    ends.removeDuplicates();
-    EXPECT_EQ(ends, (QStringList{"open lost", "read lost", "write lost", "fsync lost", "close lost", "pread lost",
-                                 "ftruncate lost", "close"}));
-}
-
-TEST_F(OutputTest, RowsCountAsLostThatDoNotComeToTheDiskThoughTheyStoodInTheFileBefore)
-{
-    struct BrokenDisk : FileCalls {
-        explicit BrokenDisk(int reason) : error(reason) { setCurrent(this); }
-        ~BrokenDisk() override { setCurrent(nullptr); }
-        int fsync(int) override
-        {
-            errno = error;
-            return -1;
-        }
-        const int error;
-    };
-    PlainFileOutput(settings).writeRecordRow(record());
-    settings.passOver = PlainFileOutput::PassOver::RowsOfAnyHeader;
-    settings.syncFiles = true;
-    for (int error : {EIO, EINVAL}) { // the second: a file system that has no such call
-        const BrokenDisk disk(error);
-        PlainFileOutput output(settings);
-        EXPECT_EQ(output.writeRecordRow(record()), Result::Held);
-        EXPECT_EQ(output.writeSpectraRow(withSpectrum()), Result::Written);
-        output.closeFiles();
-        const bool isLost = error == EIO;
-        EXPECT_EQ(output.counts().lost, isLost ? 2 : 0);
-        EXPECT_EQ(output.counts().held, isLost ? 0 : 1);
-        EXPECT_EQ(errors.size(), isLost ? 2 : 0);
-        EXPECT_EQ(errors.count(QString("Failed to bring file \"%1\" to the disk: %2. Data was lost!")
-                                   .arg(path(recordsName), qt_error_string(EIO))),
-                  errors.size() / 2);
-        errors.clear();
-        QFile::remove(path("20190912-block-ions.spectra"));
-    }
-}
-
-TEST_F(OutputTest, LockedFileLosesTheRowAndNothingElse)
-{
-    settings.variants[0].currents = true;
-    PlainFileOutput first(settings);
-    first.writeRecordRow(record());
-    const QByteArray before = contentOf(path(recordsName));
-    PlainFileOutput second(settings);
-    EXPECT_EQ(second.writeRecordRow(record()), Result::Lost);
-    EXPECT_EQ(second.writeCurrentsRow(record()), Result::Written);
-    EXPECT_EQ(contentOf(path(recordsName)), before);
-    EXPECT_EQ(errors,
-              QStringList{QString("Failed to lock file \"%1\" for writing. Data was lost!").arg(path(recordsName))});
-    first.closeFiles();
-    EXPECT_EQ(second.writeRecordRow(record()), Result::Written);
-    EXPECT_EQ(headersIn(contentOf(path(recordsName))), 1);
-}
-
-TEST_F(OutputTest, RowsBehindWhatAStrangerAppendedStoodUnderItsHeaderOrInItsHalfRow)
-{
-    PlainFileOutput output(settings);
-    const auto append = [this](const QByteArray &text) {
-        QFile file(path(recordsName));
-        ASSERT_TRUE(file.open(QIODevice::Append) && file.write(text) == text.size());
-    };
-    output.writeRecordRow(record());
-    append("# Quilvane records\n# \nbegin_time\nby another\n");
-    output.writeRecordRow(record(1));
-    append("half");
-    output.writeRecordRow(record(2));
-    output.closeFiles();
-    const QByteArray text = contentOf(path(recordsName));
-    EXPECT_EQ(headersIn(text), 3);
-    EXPECT_EQ(rows(path(recordsName)).size(), 2);
-    EXPECT_EQ(text.count("by another\n"), 1);
-    EXPECT_EQ(contentOf(path(recordsName + ".torn")), "half");
-    EXPECT_EQ(output.rowsOfClosedFiles().value(path(recordsName)), 3);
-}
-
-TEST_F(OutputTest, ARowWasWrittenOverWhatAStrangerAppendedBetweenTheLookAndTheRow)
-{
-    // Appends before the nth write, of which the first is that of the header, and behind it.
-    struct Stranger : FileCalls {
-        Stranger(QString file, QByteArray words, int nth, int more = 1, QByteArray wordsBehind = {})
-            : name(std::move(file)), text(std::move(words)), behind(std::move(wordsBehind)), first(nth),
-              last(nth + more)
-        {
-            setCurrent(this);
-        }
-        ~Stranger() override { setCurrent(nullptr); }
-        ssize_t write(int descriptor, const char *bytes, std::size_t size) override
-        {
-            ++writes;
-            QFile file(name);
-            const bool isAt = writes >= first && writes < last && file.open(QIODevice::Append | QIODevice::Unbuffered);
-            if (isAt)
-                file.write(text);
-            const ssize_t written = FileCalls::write(descriptor, bytes, size);
-            if (isAt)
-                file.write(behind);
-            return written;
-        }
-        const QString name;
-        const QByteArray text, behind;
-        const int first, last;
-        int writes = 0;
-    };
-    PlainFileOutput(settings).writeRecordRow(record());
-    const QByteArray block = contentOf(path(recordsName)), row = rows(path(recordsName)).last() + '\n',
-                     header = block.chopped(row.size());
-    const QByteArray line(300, 's'), other = "# Quilvane records\n# \nbegin_time\n";
-    const struct {
-        QByteArray strange;
-        int before; ///< which write
-        QByteArray after, torn, behind;
-    } cases[] = {
-        {line + '\n', 2, header + line + '\n' + row, ""},
-        {line + '\n', 1, line + '\n' + header + row, ""},
-        {other, 2, header + other + header + row, ""},
-        {other, 1, other + header + row, ""},
-        {line, 2, header + row, line},
-        {line, 1, header + row, line},
-        {"# flag ab: x\n", 2, header + "# flag ab: x\n" + row, ""},
-        {line + '\n', 2, header + line + '\n' + row + line, "", line},
-        {other, 2, header + other + '#' + QByteArray(row.size() - 2, ' ') + '\n' + other + header + row, "", other},
-    };
-    for (const auto &c : cases) {
-        QFile::remove(path(recordsName));
-        QFile::remove(path(recordsName + ".torn"));
-        const Stranger stranger(path(recordsName), c.strange, c.before, 1, c.behind);
-        PlainFileOutput output(settings);
-        EXPECT_EQ(output.writeRecordRow(record()), Result::Written);
-        EXPECT_EQ(contentOf(path(recordsName)), c.after);
-        EXPECT_EQ(contentOf(path(recordsName + ".torn")), c.torn);
-    }
-    // One that never rests costs the row.
-    const QByteArray before = contentOf(path(recordsName));
-    const Stranger stranger(path(recordsName), "# x\n", 1, 1000);
-    PlainFileOutput output(settings);
-    EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
-    EXPECT_EQ(contentOf(path(recordsName)).replace("# x\n", ""), QByteArray(before).replace("# x\n", ""));
-    EXPECT_TRUE(errors.value(0).contains("Others keep writing into it"));
-}
-
-TEST_F(OutputTest, RowsOfAFileThatLosesItsNameBeforeTheLockWereLostInSilence)
-{
-    PlainFileOutput(settings).writeRecordRow(record());
-    struct Replacing : FileCalls {
-        Replacing() { setCurrent(this); }
-        ~Replacing() override { setCurrent(nullptr); }
-        int open(const char *path, int flags, mode_t mode) override
-        {
-            const int descriptor = FileCalls::open(path, flags, mode);
-            QFile::remove(QFile::decodeName(path));
-            writeFile(QFile::decodeName(path), "by another\n");
-            return descriptor;
-        }
-    };
-    {
-        const Replacing calls;
-        EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
-    }
-    EXPECT_EQ(contentOf(path(recordsName)), "by another\n");
-}
-
-TEST_F(OutputTest, PlacesThatCannotBeWritten)
-{
-    writeFile(folder.filePath("plain"), "x");
-    settings.folder = folder.filePath("plain/sub");
-    EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
-    EXPECT_EQ(errors.takeLast(), QString("Failed to create path \"%1\". Data was lost!").arg(settings.folder));
-
-    // A folder, and a device that would be read for ever, under the file's name.
-    settings.folder = folder.filePath("odd");
-    QDir().mkpath(path(recordsName));
-    QFile::link("/dev/full", path("20190912-block-ions.spectra"));
-    PlainFileOutput output(settings);
-    EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
-    EXPECT_EQ(output.writeSpectraRow(withSpectrum()), Result::Lost);
-    for (const QString &name : {path("20190912-block-ions.spectra"), path(recordsName)})
-        EXPECT_EQ(errors.takeLast(), QString("Failed to open file \"%1\". Data was lost!").arg(name));
-    EXPECT_TRUE(errors.isEmpty());
 }
