@@ -7,12 +7,15 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <stdexcept>
 
-/// The one with that text; null where there is none.
+/// The one with that text; where there is none the test ends with words.
 inline QAction *commandOf(const QList<QAction *> &commands, const QString &text)
 {
     const auto found = std::find_if(commands.begin(), commands.end(), [&](auto *one) { return one->text() == text; });
-    return found == commands.end() ? nullptr : *found;
+    if (found == commands.end())
+        throw std::invalid_argument(qPrintable("there is no command " + text));
+    return *found;
 }
 
 /// The texts of the context menu that opens over the widget, which is closed again; none where none opens.
