@@ -25,6 +25,11 @@ QString systemsWords()
     return qt_error_string(errno);
 }
 
+QString notRegular()
+{
+    return QStringLiteral("Not a regular file");
+}
+
 /// False with errno set.
 bool copyBytes(FileCalls &calls, int from, off_t begin, off_t end, int to)
 {
@@ -59,13 +64,16 @@ public:
         struct stat status {};
         if (::fstat(other, &status) != 0)
             return systemsWords();
-        // Without waiting for a pipe's other end.
-        m_descriptor = m_calls.open(QFile::encodeName(m_name).constData(), O_RDWR | O_CREAT | O_APPEND | O_NONBLOCK,
-                                    status.st_mode & 0666);
+        // Without waiting for a pipe's other end. The user has named the other file, and a link here might lead
+        // anywhere.
+        m_descriptor = m_calls.open(QFile::encodeName(m_name).constData(),
+                                    O_RDWR | O_CREAT | O_APPEND | O_NONBLOCK | O_NOFOLLOW, status.st_mode & 0666);
+        if (m_descriptor < 0 && errno == ELOOP)
+            return notRegular();
         if (m_descriptor < 0 || ::fstat(m_descriptor, &status) != 0)
             return systemsWords();
         if (!S_ISREG(status.st_mode))
-            return QStringLiteral("Not a regular file");
+            return notRegular();
         m_end = status.st_size;
         return {};
     }

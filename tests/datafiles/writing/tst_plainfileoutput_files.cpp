@@ -129,16 +129,21 @@ TEST_F(OutputTest, EndsThatWereCutOffAreGatheredLineByLine)
         EXPECT_EQ(contentOf(name + ".torn"), "first\nsecond\tx");
         EXPECT_FALSE(contentOf(name).contains("first") || contentOf(name).contains("second"));
     }
-    // Where they can't be kept they stay.
-    QFile::remove(path(recordsName + ".torn"));
-    QDir().mkpath(path(recordsName + ".torn"));
+    // Where they can't be kept they stay: at a folder, and at a link, which may lead to any file of the user.
+    const QString torn = path(recordsName + ".torn"), elsewhere = folder.filePath("elsewhere");
     const QByteArray before = contentOf(path(recordsName)) + "third";
-    writeFile(path(recordsName), before);
-    EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
-    EXPECT_EQ(contentOf(path(recordsName)), before);
-    EXPECT_EQ(errors.value(0),
-              QString("Failed to move the cut off end of file \"%1\" to \"%1.torn\": %2. Data was lost!")
-                  .arg(path(recordsName), qt_error_string(EISDIR)));
+    writeFile(elsewhere, "mine\n");
+    for (const QString &reason : {qt_error_string(EISDIR), QString("Not a regular file")}) {
+        QFile::remove(torn);
+        ASSERT_TRUE(errors.isEmpty() ? QDir().mkpath(torn) : QDir().rmdir(torn) && QFile::link(elsewhere, torn));
+        writeFile(path(recordsName), before);
+        EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
+        EXPECT_EQ(contentOf(path(recordsName)), before);
+        EXPECT_EQ(errors.last(),
+                  QString("Failed to move the cut off end of file \"%1\" to \"%1.torn\": %2. Data was lost!")
+                      .arg(path(recordsName), reason));
+    }
+    EXPECT_EQ(contentOf(elsewhere), "mine\n");
 }
 
 TEST_F(OutputTest, FlagsOfAContinuedBlockAreNotDefinedAgain)
