@@ -35,6 +35,8 @@ Outcome write(const SaveOptions &options, const FolderRead &read, const SpectraB
         settings.folder = staged->path();
     }
     settings.syncFiles = !staged;
+    if (!options.append && !options.overwrite) // another program may make one since the look at the targets
+        settings.refusalOfExisting = refusalOfExisting();
     PlainFileOutput output(settings);
     outcome.interrupted =
         !writeInOrder(output, *read.reader->datastore(), options.read.jobs, QStringLiteral("Writing"),

@@ -91,6 +91,12 @@ Spectrometer::PlainFileOutput::Settings outputSettings(const SaveOptions &option
     return settings;
 }
 
+QString refusalOfExisting()
+{
+    return QStringLiteral("\"%1\" exists. Use --append to continue files or --overwrite to replace them, or "
+                          "give another --output or --output-variant.");
+}
+
 QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets)
 {
     const QDir inputFolder(options.read.folder);
@@ -108,9 +114,7 @@ QString refusal(const SaveOptions &options, const QStringList &inputs, const QSt
             return QStringLiteral("\"%1\" is one of the files to read. Give another --output or --output-variant.")
                 .arg(path);
         if (!options.append && !options.overwrite)
-            return QStringLiteral("\"%1\" exists. Use --append to continue files or --overwrite to replace them, or "
-                                  "give another --output or --output-variant.")
-                .arg(path);
+            return refusalOfExisting().arg(path);
         if (options.overwrite && !QFileInfo(path).isFile())
             return QStringLiteral("\"%1\" can't be replaced, since it isn't a file.").arg(path);
     }

@@ -20,6 +20,9 @@ QStringList targetsOf(const SaveOptions &options, const FileReader &reader, cons
 /// replaced, or is one of the inputs under any name.
 QString refusal(const SaveOptions &options, const QStringList &inputs, const QStringList &targets);
 
+/// The words about a target that exists, with %1 for its path.
+QString refusalOfExisting();
+
 /// All spectra that were read.
 SpectraByMode spectraByMode(const FileReader &reader);
 /// How the records are written.

@@ -88,6 +88,14 @@ int FileCalls::unlink(const char *path)
     return uninterrupted([=] { return ::unlink(path); });
 }
 
+int FileCalls::lock(int descriptor, short type, bool wait)
+{
+    struct flock whole = {};
+    whole.l_type = type;
+    whole.l_whence = SEEK_SET;
+    return uninterrupted([&] { return ::fcntl(descriptor, wait ? F_OFD_SETLKW : F_OFD_SETLK, &whole); });
+}
+
 FileCalls &FileCalls::current()
 {
     static FileCalls systemCalls;

@@ -24,6 +24,8 @@ public:
     /// Fails with EEXIST where something stands at `to`.
     virtual int renameToFree(const char *from, const char *to);
     virtual int unlink(const char *path);
+    /// Takes or gives a lock of the open file description on the whole file, by F_RDLCK, F_WRLCK or F_UNLCK.
+    virtual int lock(int descriptor, short type, bool wait);
 
     /// The calls in use.
     static FileCalls &current();

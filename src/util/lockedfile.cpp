@@ -1,6 +1,6 @@
 #include "util/lockedfile.h"
 
-#include <cerrno>
+#include "util/filecalls.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,14 +11,7 @@ namespace {
 /// the closing of those, and a failed change of mode keeps the old lock, which flock() would lose.
 bool applyLock(int descriptor, short type, bool block)
 {
-    struct flock whole = {};
-    whole.l_type = type;
-    whole.l_whence = SEEK_SET;
-    int result;
-    do {
-        result = ::fcntl(descriptor, block ? F_OFD_SETLKW : F_OFD_SETLK, &whole);
-    } while (result == -1 && errno == EINTR);
-    return result == 0;
+    return FileCalls::current().lock(descriptor, type, block) == 0;
 }
 
 } // namespace

@@ -15,8 +15,8 @@ public:
     void close() override; ///< unlocks
 
     /// True if the lock is held afterwards. Without `block` it fails at once if others hold a lock, and an
-    /// earlier lock of this object stays. The file must be open, for writing with a WriteLock, for reading with a
-    /// ReadLock.
+    /// earlier lock of this object stays; errno tells why. The file must be open, for writing with a WriteLock, for
+    /// reading with a ReadLock.
     bool lock(LockMode mode, bool block = true);
     bool unlock(); ///< flushes first
     bool isLocked() const { return m_mode != NoLock; }

@@ -282,13 +282,43 @@ TEST_F(DayFolder, AFileCallThatFailsInASaveIsToldWithItsStatus)
             for (const QString &name : names("whole")) // whose rows may stand in another order now
                 EXPECT_EQ(sortedLines("out/" + name), sortedLines("whole/" + name)) << qPrintable(name);
         };
-        QStringList ends{"close 0", "close 1", "fsync 1", "open 1", "read 1", "unlink 0", "write 1"};
+        QStringList ends{"close 0", "close 1", "fsync 1", "lock 1", "open 1", "read 1", "unlink 0", "write 1"};
         if (way == Overwrite)
             ends << "fchmod 1"
                  << "rename 1";
         ends.sort();
         EXPECT_EQ(endsOfFailingRuns(run, check), ends);
     }
+}
+
+TEST_F(DayFolder, AFileThatCameIntoBeingSinceTheLookAtTheTargetsWasContinued)
+{
+    struct Other : FileCalls {
+        Other() { setCurrent(this); }
+        ~Other() override { setCurrent(nullptr); }
+        int open(const char *path, int flags, mode_t mode) override
+        {
+            const QString name = QFile::decodeName(path);
+            if (name.endsWith("out/20190912-block.records") && !QFile::exists(name))
+                writeFile(name, "by another\n");
+            return FileCalls::open(path, flags, mode);
+        }
+    };
+    writeDay("in");
+    Batch::SaveOptions options;
+    options.read.folder = path("in");
+    options.read.variant = options.outputVariant = "block";
+    options.outputFolder = path("out");
+    testing::internal::CaptureStderr();
+    {
+        const Other other;
+        EXPECT_EQ(Batch::runSave(options), 1);
+    }
+    const QByteArray words = QByteArray::fromStdString(testing::internal::GetCapturedStderr());
+    EXPECT_EQ(words.count("out/20190912-block.records\" exists. Use --append"), 1) << words.constData();
+    EXPECT_TRUE(words.contains("\n2 rows written") && words.contains("\n3 rows could not be written"))
+        << words.constData();
+    EXPECT_EQ(contentOf("out/20190912-block.records"), "by another\n");
 }
 
 TEST_F(DayFolder, AFileThatIsBeingWrittenIsNotReplaced)

@@ -162,7 +162,8 @@ TEST_F(Reinvert, OfWhichAFileCallFailsLeavesTheFolderAsItWas)
     options.save.read.variant = options.save.outputVariant = "block";
     options.save.outputFolder = path("out");
     options.save.inversionVars = true;
-    QStringList ends{"close 0", "close 1", "fsync 1", "open 1", "read 1", "renameToFree 1", "unlink 0", "write 1"};
+    QStringList ends{"close 0", "close 1",        "fsync 1",  "lock 1", "open 1",
+                     "read 1",  "renameToFree 1", "unlink 0", "write 1"};
     for (bool append : {false, true}) {
         options.save.append = append;
         options.save.records = !append;

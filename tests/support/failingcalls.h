@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cerrno>
 
+#include <fcntl.h>
+
 /// While it lives, one of the calls by which files are written fails, the nth of all from one on, as a full or broken
 /// disk lets it. A write takes at most 64 KB.
 class FailingCalls : public FileCalls {
@@ -49,6 +51,10 @@ public:
     int renameToFree(const char *from, const char *to) override
     {
         return fails("renameToFree") ? -1 : FileCalls::renameToFree(from, to);
+    }
+    int lock(int descriptor, short type, bool wait) override
+    {
+        return type != F_UNLCK && fails("lock") ? -1 : FileCalls::lock(descriptor, type, wait);
     }
     int unlink(const char *path) override { return fails("unlink") ? -1 : FileCalls::unlink(path); }
 

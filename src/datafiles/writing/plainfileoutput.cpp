@@ -99,7 +99,9 @@ std::unique_ptr<PlainFileOutput::File> PlainFileOutput::makeFile(const QString &
 {
     auto file = std::make_unique<File>(pattern, header, m_closing);
     file->warningCallback = [logger = m_logger](const QString &message) { logger.log(Log::Warning, message); };
+    file->lossCallback = [this](const QString &name, const QString &message) { countLost(name, message); };
     file->syncAtClose = m_applied.syncFiles;
+    file->refusalOfExisting = m_applied.refusalOfExisting;
     return file;
 }
 
@@ -176,23 +178,22 @@ template<typename PutFields>
 PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime localTime, PutFields putFields,
                                                      const Flags *flags)
 {
-    bool written = false;
     try {
         if (!appendRow(file, localTime, putFields, flags)) {
             ++file.heldCount;
             return RowResult::Held;
         }
-        file.flagIds.commit();
-        ++file.rowCount;
-        written = true;
-        file.settle();
     } catch (const FileOutputError &error) {
         logLoss(file.wantedName(), error.message());
-        if (!written)
-            file.flagIds.rollBack();
+        file.flagIds.rollBack();
+        ++m_counts.lost;
+        return RowResult::Lost;
     }
-    ++(written ? m_counts.written : m_counts.lost);
-    return written ? RowResult::Written : RowResult::Lost;
+    file.flagIds.commit();
+    ++file.rowCount;
+    ++m_counts.written;
+    file.settle();
+    return RowResult::Written;
 }
 
 template<typename PutFields>
@@ -260,12 +261,24 @@ void PlainFileOutput::countClosed(const ClosingFiles::File &file, const QString 
     const qint64 all = file.rowCount + file.heldCount;
     if (failure.isNull()) {
         m_rowsOfClosedFiles[file.name] += file.rowCount;
+        m_heldOfClosedFiles[file.name] += file.heldCount;
     } else if (all > 0) {
         m_counts.written -= file.rowCount;
         m_counts.held -= file.heldCount;
         m_counts.lost += all;
         m_logger.log(Log::Error, failure);
     }
+}
+
+void PlainFileOutput::countLost(const QString &fileName, const QString &message)
+{
+    m_closing.finish(); // this file's may wait there
+    const qint64 written = m_rowsOfClosedFiles.take(fileName), held = m_heldOfClosedFiles.take(fileName);
+    m_counts.written -= written;
+    m_counts.held -= held;
+    m_counts.lost += written + held;
+    if (written + held > 0)
+        logLoss(fileName, message);
 }
 
 // ---- rows made ahead

@@ -28,7 +28,9 @@ class RowText;
 /// Writes records to day files of tab-separated text, each opened with a header that describes it. A file that already
 /// ends in a block of the same header is continued. Every row is in the file when its writer returns; one that could
 /// not be written is logged under "filewriter", the file ends where it ended before, and the output goes on. What is
-/// cut off at the end of a file that is continued goes into "NAME.torn" beside it, which is logged.
+/// cut off at the end of a file that is continued goes into "NAME.torn" beside it, which is logged. A file that others
+/// remove, rename, replace or cut while it is written is told, all rows that were written to it count as lost, and the
+/// next row opens it anew.
 ///
 /// Lives on one thread; settings() and setSettings() may be called from any.
 class PlainFileOutput : public QObject {
@@ -60,6 +62,9 @@ public:
         QMap<QString, QVector<SpectMath::SpectrumInfoPointer>> spectra; ///< to write, by the name of the operating mode
         QString remark;                                                 ///< free
         PassOver passOver = PassOver::Nothing;
+        /// Unless it is empty: no file that exists is continued. The rows of such a one are lost, with these words, in
+        /// which the name stands for %1.
+        QString refusalOfExisting;
         bool syncFiles = false; ///< a file's rows are on the disk when it is closed; its name may not be
     };
 
@@ -151,6 +156,7 @@ private:
     RowResult writeDiagnosticsRow(const FullRecord &record, PutFields putFields);
     RowFields fields() const;
     void logLoss(const QString &fileName, const QString &message);
+    void countLost(const QString &fileName, const QString &message);
     void countClosed(const ClosingFiles::File &file, const QString &failure);
     std::unique_ptr<File> makeFile(const QString &pattern, const QList<QByteArray> &header);
 
@@ -165,6 +171,7 @@ private:
     std::unique_ptr<RowText> m_row; ///< one buffer for all rows
     RowCounts m_counts;
     QHash<QString, qint64> m_rowsOfClosedFiles;
+    QHash<QString, qint64> m_heldOfClosedFiles;
     LossMessages m_lossMessages = LossMessages::EachRow;
     QSet<QString> m_toldFiles; ///< of which a loss was logged
 };

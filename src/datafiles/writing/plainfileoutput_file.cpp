@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 #include <fcntl.h>
@@ -25,6 +26,7 @@ namespace Spectrometer {
 namespace {
 
 constexpr off_t mostLookedAt = 1 << 16; // bytes that others have written; more of them count as a header
+constexpr std::size_t mostKept = 64;    // of a row, with its time among them
 
 /// No code finer than a day in the pattern, "%s" and "%f" included.
 bool hasOnlyDayCodes(const QString &pattern)
@@ -49,10 +51,19 @@ QByteArray joined(const QList<QByteArray> &lines)
     return text;
 }
 
-bool isNameOf(int descriptor, const QString &name)
+QString cutText(const QString &name)
+{
+    return QStringLiteral("File \"%1\" was cut or written over by others. Data was lost!").arg(name);
+}
+
+/// Nothing if the name leads to another file, or to none.
+std::optional<FileId> idIfNamed(int descriptor, const QString &name)
 {
     struct stat status {};
-    return ::fstat(descriptor, &status) == 0 && fileIdOf(name) == FileId(status.st_dev, status.st_ino);
+    if (::fstat(descriptor, &status) != 0)
+        return {};
+    const FileId id(status.st_dev, status.st_ino);
+    return fileIdOf(name) == id ? std::optional<FileId>(id) : std::nullopt;
 }
 
 } // namespace
@@ -69,9 +80,10 @@ OutputFile::~OutputFile()
 
 void OutputFile::close()
 {
+    const QString name = m_currentName, loss = m_file ? lossSinceTheLastLook() : QString();
     if (m_file) {
         m_file->close(); // which unlocks it; the descriptor is ours
-        m_closing.add({m_handle, m_currentName, rowCount, heldCount}, syncAtClose && rowCount + heldCount > 0);
+        m_closing.add({m_handle, name, rowCount, heldCount}, syncAtClose && rowCount + heldCount > 0);
     }
     m_file.reset();
     m_currentName.clear();
@@ -81,6 +93,42 @@ void OutputFile::close()
     m_missingHeader.clear();
     heldRows.clear();
     flagIds.clear();
+    if (!loss.isNull() && lossCallback)
+        lossCallback(name, loss);
+}
+
+/// Before a row: whether nobody else has touched the open file, as far as its name and its size tell.
+bool OutputFile::isAsLeft() const
+{
+    const std::optional<FileState> state = fileStateOf(m_currentName);
+    return state && state->id == m_id && state->size == m_end;
+}
+
+/// Whether the bytes written last stand in the open file, which has that size.
+bool OutputFile::standsLast(off_t size) const
+{
+    if (m_last.first.isEmpty() || size < m_last.end)
+        return size >= m_last.end;
+    QByteArray first(m_last.first.size(), '\0');
+    const ssize_t read = FileCalls::current().pread(m_handle, first.data(), std::size_t(first.size()), m_last.begin);
+    return read == first.size() && first == m_last.first;
+}
+
+/// Null, or how the rows of the open file were lost, which makes the file a new one to us or, with its name, unknown.
+QString OutputFile::lossSinceTheLastLook()
+{
+    const std::optional<FileState> state = fileStateOf(m_currentName);
+    if (!state || state->id != m_id) {
+        m_known.remove(m_currentName);
+        return QStringLiteral("File \"%1\" was removed, renamed or replaced while it was written. Data was lost!")
+            .arg(m_currentName);
+    }
+    if (state->size >= m_end && (state->size == m_end || standsLast(state->size))) {
+        m_known[m_currentName] = m_last;
+        return {};
+    }
+    m_known[m_currentName] = Piece();
+    return cutText(m_currentName);
 }
 
 QString OutputFile::nameFor(RecordTime localTime)
@@ -102,12 +150,11 @@ void OutputFile::openFor(RecordTime localTime)
     m_wantedName = m_pattern;
     const QString name = m_wantedName = nameFor(localTime);
     // Rows that others wrote without a lock may have ended the block, or be cut off.
-    if (m_file && name == m_currentName && ::lseek(m_handle, 0, SEEK_END) == m_end)
+    if (m_file && name == m_currentName && isAsLeft())
         return;
     m_message = m_file ? QStringLiteral("closing \"%2\"\nopening \"%1\"").arg(name, m_currentName)
                        : QStringLiteral("opening \"%1\"").arg(name);
     close();
-    m_isNew = !QFileInfo::exists(name);
     try {
         openNamed(name);
         checkHeader();
@@ -128,24 +175,57 @@ void OutputFile::openNamed(const QString &name)
         if (!QFileInfo::exists(folder) && !QDir().mkpath(folder))
             throw FileOutputError(QStringLiteral("Failed to create path \"%1\". Data was lost!").arg(folder));
     }
-    // Programs that take no lock may write at any moment: only the system finds the end and writes there at once.
-    const int flags = O_RDWR | O_APPEND | O_CREAT | O_NONBLOCK;
     // A pipe or a device under this name would never end when it is searched for headers.
-    FileCalls &calls = FileCalls::current();
-    const int handle =
-        target.exists() && !target.isFile() ? -1 : calls.open(QFile::encodeName(name).constData(), flags, 0666);
+    const int handle = target.exists() && !target.isFile() ? -1 : openDescriptor(name, target.exists());
     if (handle < 0)
         throw FileOutputError(QStringLiteral("Failed to open file \"%1\". Data was lost!").arg(name));
     const auto file = std::make_shared<LockedFile>(name);
+    const bool isLocked = file->open(handle, QIODevice::ReadWrite) && file->lock(LockedFile::WriteLock, false);
+    const bool isOthers = !isLocked && (errno == EAGAIN || errno == EACCES);
     // A file that another has taken the name of, between the opening and the lock, would be lost with all its rows.
-    if (!file->open(handle, QIODevice::ReadWrite) || !file->lock(LockedFile::WriteLock, false) ||
-        !isNameOf(handle, name)) {
-        calls.close(handle);
+    const std::optional<FileId> id = idIfNamed(handle, name);
+    if (!isLocked || !id) {
+        if (!isOthers && id)
+            removeIfMadeInVain(handle, name);
+        FileCalls::current().close(handle);
         throw FileOutputError(QStringLiteral("Failed to lock file \"%1\" for writing. Data was lost!").arg(name));
     }
     m_file = file;
     m_currentName = name;
     m_handle = handle;
+    m_id = *id;
+    m_end = 0;
+    m_last = m_known[name];
+    if (standsLast(::lseek(handle, 0, SEEK_END)))
+        return;
+    m_known[name] = m_last = Piece();
+    if (lossCallback)
+        lossCallback(name, cutText(name));
+}
+
+/// Below zero with errno set. Throws if the file exists and must not be continued.
+int OutputFile::openDescriptor(const QString &name, bool isThere)
+{
+    const auto open = [this, &name](int how) {
+        // Programs that take no lock may write at any moment: only the system finds the end and writes there at once.
+        const int flags = O_RDWR | O_APPEND | O_CREAT | O_NONBLOCK | how;
+        FileCalls &calls = FileCalls::current();
+        int handle = calls.open(QFile::encodeName(name).constData(), flags, 0666);
+        if (handle < 0 && (errno == EMFILE || errno == ENFILE)) {
+            m_closing.finish();
+            handle = calls.open(QFile::encodeName(name).constData(), flags, 0666);
+        }
+        return handle;
+    };
+    const bool mayContinue = refusalOfExisting.isEmpty() || m_known.contains(name);
+    m_isNew = true;
+    const int handle = mayContinue && isThere ? -1 : open(O_EXCL);
+    if (handle >= 0 || (!(mayContinue && isThere) && errno != EEXIST))
+        return handle;
+    if (!mayContinue)
+        throw FileOutputError(refusalOfExisting.arg(name));
+    m_isNew = false;
+    return open(0);
 }
 
 void OutputFile::checkHeader()
@@ -193,11 +273,19 @@ void OutputFile::writeHeader()
         write(text.constData(), std::size_t(text.size()));
 }
 
+void OutputFile::removeIfMadeInVain(int handle, const QString &name)
+{
+    if (!m_isNew || ::lseek(handle, 0, SEEK_END) != 0)
+        return;
+    FileCalls::current().unlink(QFile::encodeName(name).constData());
+    m_known.remove(name);
+}
+
 /// Without its header a file must not be written to. What was made for it goes again.
 void OutputFile::giveUp()
 {
-    if (m_file && m_isNew && ::lseek(m_handle, 0, SEEK_END) == 0)
-        FileCalls::current().unlink(QFile::encodeName(m_currentName).constData());
+    if (m_file)
+        removeIfMadeInVain(m_handle, m_currentName);
     close();
 }
 
@@ -215,19 +303,36 @@ void OutputFile::append(const char *bytes, std::size_t size)
 void OutputFile::write(const char *bytes, std::size_t size)
 {
     // Past QFile's own buffer: what a full disk refused would stay in it and reach the file with a later row.
-    const std::size_t written = writeAsMany(FileCalls::current(), m_handle, bytes, size);
-    const bool isWritten = written == size;
-    const QString reason = isWritten ? QStringLiteral("Others keep writing into it") : qt_error_string(errno);
-    const off_t end = written > 0 ? ::lseek(m_handle, 0, SEEK_CUR) : m_end;
-    const off_t begin = end - off_t(written);
-    if (isWritten && mayBegin(begin)) {
-        m_end = end;
+    FileCalls &calls = FileCalls::current();
+    Pieces pieces;
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t written = calls.write(m_handle, bytes + done, size - done);
+        if (written == 0)
+            errno = EIO; // no reason given: asking again might never end
+        if (written <= 0)
+            break;
+        done += std::size_t(written);
+        const off_t end = ::lseek(m_handle, 0, SEEK_CUR), begin = end - written;
+        if (!pieces.isEmpty() && pieces.last().end == begin)
+            pieces.last().end = end;
+        else
+            pieces.append({begin, end});
+    }
+    const bool isWhole = done == size;
+    QString reason = isWhole ? QStringLiteral("Others keep writing into it") : qt_error_string(errno);
+    if (isWhole && pieces.size() == 1 && mayBegin(pieces.first().begin)) {
+        m_last = pieces.first();
+        m_last.first = QByteArray(bytes, int(std::min(size, mostKept)));
+        m_end = m_last.end;
         return;
     }
     const QString message = QStringLiteral("Failed to write into file \"%1\": %2. Data was lost!");
     const QString name = m_currentName;
-    takeBack(begin, end);
-    if (!isWritten)
+    const bool isTakenBack = takeBack(pieces, isWhole);
+    if (isWhole && !isTakenBack)
+        reason = qt_error_string(errno); // it may stand there, so that it must not be written again
+    if (!isWhole || !isTakenBack)
         throw FileOutputError(message.arg(name, reason));
     close();
     throw OvertakenError(message.arg(name, reason));
@@ -237,36 +342,45 @@ void OutputFile::write(const char *bytes, std::size_t size)
 bool OutputFile::mayBegin(off_t begin) const
 {
     if (begin <= m_end)
-        return true;
+        return begin == m_end;
     QByteArray others(int(std::min<off_t>(begin - m_end, mostLookedAt)), '\0');
     const ssize_t size = FileCalls::current().pread(m_handle, others.data(), std::size_t(others.size()), m_end);
     return size == begin - m_end && others.endsWith('\n') && !others.startsWith('#') && !others.contains("\n#");
 }
 
-/// Where others have written behind the bytes, these become a comment.
-void OutputFile::takeBack(off_t begin, off_t end)
+/// Where others have written behind the bytes, or those of a whole row can't be cut off, these become a comment. False
+/// with errno set if that fails.
+bool OutputFile::takeBack(const Pieces &pieces, bool isWhole)
 {
-    if (begin == end)
-        return;
-    FileCalls &calls = FileCalls::current();
-    const bool isLast = ::lseek(m_handle, 0, SEEK_END) == end;
-    if (isLast && calls.ftruncate(m_handle, begin) == 0)
-        return;
-    if (!isLast && ::fcntl(m_handle, F_SETFL, 0) == 0 && ::lseek(m_handle, begin, SEEK_SET) == begin) {
-        QByteArray comment(int(end - begin), ' ');
-        comment.front() = '#';
-        comment.back() = '\n';
-        writeAll(calls, m_handle, comment.constData(), std::size_t(comment.size()));
+    bool isCut = true;
+    int error = 0;
+    for (int i = pieces.size() - 1; i >= 0; --i) {
+        const bool isLast = isCut && ::lseek(m_handle, 0, SEEK_END) == pieces[i].end;
+        if (isLast && FileCalls::current().ftruncate(m_handle, pieces[i].begin) == 0)
+            continue;
+        isCut = false;
+        const bool isLeft = isLast && !isWhole; // the next opening moves it out
+        if (!isLeft && !commentOut(pieces[i]))
+            error = errno;
     }
-    close(); // the next opening mends a broken line
+    if (!isCut)
+        close(); // the next opening mends a broken line
+    errno = error;
+    return error == 0;
+}
+
+bool OutputFile::commentOut(const Piece &piece)
+{
+    QByteArray comment(int(piece.end - piece.begin), ' ');
+    comment.front() = '#';
+    comment.back() = '\n';
+    return ::fcntl(m_handle, F_SETFL, 0) == 0 && ::lseek(m_handle, piece.begin, SEEK_SET) == piece.begin &&
+           writeAll(FileCalls::current(), m_handle, comment.constData(), std::size_t(comment.size()));
 }
 
 void OutputFile::settle()
 {
-    if (!m_file->isLocked())
-        throw FileOutputError(
-            QStringLiteral("Failed to lock file \"%1\". Writing succeeded anyway!").arg(m_currentName));
-    m_file->touch();
+    m_file->touch(); // if it can't be, the row stands, and its writing has set the time
 }
 
 } // namespace Spectrometer

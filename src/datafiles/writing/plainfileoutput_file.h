@@ -2,11 +2,14 @@
 
 #include "datafiles/writing/heldrows.h"
 #include "datafiles/writing/plainfileoutput_flags.h"
+#include "util/fileid.h"
 #include "util/recordtime.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QString>
+#include <QVarLengthArray>
 
 #include <functional>
 #include <memory>
@@ -39,6 +42,9 @@ public:
 
 /// One kind of day file: the name pattern, the header, and the file of the present day if one is open. The lock is held
 /// for as long as the file is open.
+///
+/// Before each row, at the closing and at a later opening the file is looked at: whether its name still leads to it,
+/// and whether the last row that was written stands where it was written. Otherwise its rows count as lost.
 class OutputFile {
 public:
     /// `pattern` is a path with time codes. Files that are closed go to `closing`, which must outlive this object.
@@ -52,7 +58,7 @@ public:
     /// Appends the bytes, which end in a line feed, as a whole or not at all: what was written of them in vain is cut
     /// off again, or becomes a comment where others have written behind it. Throws FileOutputError.
     void append(const char *bytes, std::size_t size);
-    /// After an append: tests the lock, and sets the file's modification time to the present. Throws FileOutputError.
+    /// After an append: sets the file's modification time to the present.
     void settle();
     /// A failure may have cost every row of this opening.
     void close();
@@ -69,19 +75,38 @@ public:
     FlagIds flagIds;                       ///< of the block that the file ends in
     std::function<void(const QString &message)> messageCallback; ///< gets the report of an opening
     std::function<void(const QString &message)> warningCallback; ///< is told what an opening had to mend
+    /// Is told that the rows of this object in that file, those of earlier openings too, were lost by others' doing.
+    std::function<void(const QString &name, const QString &message)> lossCallback;
+    /// Unless it is empty, a file that this object didn't make is never continued: the error has these words then, with
+    /// the name for %1.
+    QString refusalOfExisting;
 
 protected:
     /// Continues the block that the open file ends in, or appends a new header.
     virtual void checkHeader();
 
 private:
+    /// Bytes that were written at a time. Of those written last the first ones are kept, to know them again.
+    struct Piece {
+        off_t begin = 0;
+        off_t end = 0;
+        QByteArray first = {};
+    };
+    using Pieces = QVarLengthArray<Piece, 2>; ///< with others' bytes between them
+
     QString nameFor(RecordTime localTime);
     void openNamed(const QString &name);
+    int openDescriptor(const QString &name, bool isThere);
+    bool isAsLeft() const;
+    bool standsLast(off_t size) const;
+    QString lossSinceTheLastLook();
     void moveTail(const ContinuedFile &file);
     void writeHeader();
     void write(const char *bytes, std::size_t size);
     bool mayBegin(off_t begin) const;
-    void takeBack(off_t begin, off_t end);
+    bool takeBack(const Pieces &pieces, bool isWhole);
+    bool commentOut(const Piece &piece);
+    void removeIfMadeInVain(int handle, const QString &name);
     void giveUp();
 
     ClosingFiles &m_closing;
@@ -94,7 +119,10 @@ private:
     QString m_message;
     int m_handle = -1;
     off_t m_end = 0;      ///< of the file, by what was read and written; a line ends there
-    bool m_isNew = false; ///< there was none before this opening
+    bool m_isNew = false; ///< this opening has made it
+    FileId m_id;
+    Piece m_last;                  ///< of the open file
+    QHash<QString, Piece> m_known; ///< the same of all files that this object opened
 
     bool m_onlyDayCodes; ///< the pattern gives one name for all times of a day
     std::int64_t m_namedDay = -1;

@@ -4,6 +4,11 @@
 #include "util/lockedfile.h"
 
 #include <cerrno>
+#include <cstdio>
+#include <functional>
+#include <utility>
+
+#include <sys/resource.h>
 #include <unistd.h>
 
 using Spectrometer::PlainFileOutput;
@@ -87,6 +92,7 @@ TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
             EXPECT_EQ(errors.size(), lost ? 1 : 0);
             const QByteArray after = contentOf(path(recordsName));
             EXPECT_TRUE(after.startsWith(before));
+            EXPECT_TRUE(!after.isEmpty() || !QFile::exists(path(recordsName)));
             EXPECT_EQ(headersIn(after), after.isEmpty() ? 0 : 1);
             const bool isMoved = !end.isEmpty() && after != before + end;
             EXPECT_EQ(contentOf(torn), !isMoved ? tornBefore : file == CutOff ? end : tornAfter);
@@ -98,8 +104,8 @@ TEST_F(OutputTest, AnyCallThatFailsCostsTheRowAndIsTold)
         }
     }
     ends.removeDuplicates();
-    EXPECT_EQ(ends, (QStringList{"open lost", "read lost", "write lost", "fsync lost", "close lost", "pread lost",
-                                 "ftruncate lost", "close"}));
+    EXPECT_EQ(ends, (QStringList{"open lost", "lock lost", "read lost", "write lost", "fsync lost", "close lost",
+                                 "pread lost", "ftruncate lost", "close"}));
 }
 
 TEST_F(OutputTest, RowsCountAsLostThatDoNotComeToTheDiskThoughTheyStoodInTheFileBefore)
@@ -236,6 +242,145 @@ TEST_F(OutputTest, ARowWasWrittenOverWhatAStrangerAppendedBetweenTheLookAndTheRo
     EXPECT_EQ(output.writeRecordRow(record()), Result::Lost);
     EXPECT_EQ(contentOf(path(recordsName)).replace("# x\n", ""), QByteArray(before).replace("# x\n", ""));
     EXPECT_TRUE(errors.value(0).contains("Others keep writing into it"));
+}
+
+TEST_F(OutputTest, ARowInTwoPiecesOrThatCouldNotBeTakenBackCutAStrangersLineOrStoodThereTwice)
+{
+    enum Fault { None, NoCut, NoCutAndNoComment };
+    // Others write between the two pieces of the row, which is the second write, or a header before all of it.
+    struct Stranger : FileCalls {
+        Stranger(QString file, bool inPieces, Fault f) : name(std::move(file)), halves(inPieces), fault(f)
+        {
+            setCurrent(this);
+        }
+        ~Stranger() override { setCurrent(nullptr); }
+        ssize_t write(int descriptor, const char *bytes, std::size_t size) override
+        {
+            errno = EIO;
+            if (fault == NoCutAndNoComment && QByteArray(bytes, int(size)).startsWith("#  "))
+                return -1;
+            const bool isRow = *bytes == '2' && !std::exchange(isDone, *bytes == '2');
+            QFile file(name);
+            if (isRow && !halves && file.open(QIODevice::Append))
+                file.write("# Quilvane records\n# \nbegin_time\n");
+            file.close();
+            const ssize_t written = FileCalls::write(descriptor, bytes, isRow && halves ? size / 2 : size);
+            if (isRow && halves && file.open(QIODevice::Append))
+                file.write("by a stranger\n");
+            return written;
+        }
+        int ftruncate(int descriptor, off_t size) override
+        {
+            errno = EIO;
+            return fault == None ? FileCalls::ftruncate(descriptor, size) : -1;
+        }
+        const QString name;
+        const bool halves;
+        const Fault fault;
+        bool isDone = false;
+    };
+    for (bool halves : {true, false}) {
+        for (Fault fault : {None, NoCut, NoCutAndNoComment}) {
+            SCOPED_TRACE(QString("%1 %2").arg(halves).arg(fault).toStdString());
+            QDir(settings.folder).removeRecursively();
+            const Stranger stranger(path(recordsName), halves, fault);
+            PlainFileOutput output(settings);
+            const bool isLost = fault == NoCutAndNoComment;
+            EXPECT_EQ(output.writeRecordRow(record()), isLost ? Result::Lost : Result::Written);
+            output.closeFiles();
+            const QByteArray text = contentOf(path(recordsName));
+            EXPECT_EQ(text.count("\n2019-09-12 12:16:52"), 1);
+            EXPECT_EQ(text.count("\nby a stranger\n"), halves && !isLost);
+            EXPECT_EQ(text.count("\n#" + QByteArray(20, ' ')), isLost ? 0 : int(halves) + (fault == NoCut));
+            EXPECT_EQ(output.counts().lost, isLost);
+        }
+    }
+}
+
+TEST_F(OutputTest, RowsOfAFileThatWasTakenAwayOrCutCountedAsWritten)
+{
+    settings.variants[0].spectra = false;
+    const QString name = path(recordsName);
+    const struct {
+        const char *what;
+        std::function<void()> act;
+    } deeds[] = {
+        {"removed", [&] { QFile::remove(name); }},
+        {"renamed", [&] { QFile::rename(name, name + ".old"); }},
+        {"replaced", [&] { QFile::copy(name, name + "~"), std::rename(qPrintable(name + "~"), qPrintable(name)); }},
+        {"emptied", [&] { QFile::resize(name, 0); }},
+        {"cut in its last row", [&] { QFile::resize(name, QFileInfo(name).size() - 3); }},
+        {"written anew", [&] { writeFile(name, QByteArray(9999, 'x') + '\n'); }},
+    };
+    enum { BeforeARow, BeforeTheEnd, BetweenOpenings };
+    for (const auto &deed : deeds) {
+        for (int when : {BeforeARow, BeforeTheEnd, BetweenOpenings}) {
+            SCOPED_TRACE(QString("%1 %2").arg(deed.what).arg(when).toStdString());
+            QDir(settings.folder).removeRecursively();
+            errors.clear();
+            PlainFileOutput output(settings);
+            for (int minute : {0, 1})
+                EXPECT_EQ(output.writeRecordRow(record(minute)), Result::Written);
+            if (when == BetweenOpenings)
+                output.writeRecordRow(record(24 * 60));
+            deed.act();
+            if (when != BeforeTheEnd) {
+                EXPECT_EQ(output.writeRecordRow(record(2)), Result::Written);
+            }
+            output.closeFiles();
+            const bool isCopy = when == BetweenOpenings && deed.what == QByteArray("replaced"); // which holds the rows
+            EXPECT_EQ(output.counts().lost, isCopy ? 0 : 2);
+            EXPECT_EQ(output.counts().written, when + (isCopy ? 2 : 0) + (when == BeforeARow) - (when == BeforeTheEnd));
+            EXPECT_EQ(errors.size(), isCopy ? 0 : 1);
+            EXPECT_TRUE(isCopy || errors.value(0).contains(name + '"')) << qPrintable(errors.value(0));
+            if (when != BeforeTheEnd) {
+                EXPECT_TRUE(rows(name).last().startsWith("2019-09-12 12:18:52"));
+            }
+        }
+    }
+}
+
+TEST_F(OutputTest, AFileThatAnotherMadeMeanwhileWasContinuedThoughNoneMayBe)
+{
+    settings.refusalOfExisting = "\"%1\" exists.";
+    settings.variants[0].spectra = false;
+    PlainFileOutput output(settings);
+    const QString other = path("20190913-block.records");
+    writeFile(other, "by another\n");
+    // Its own files are continued: behind a stranger's words, and when their day comes again.
+    for (int opening : {0, 1, 2}) {
+        EXPECT_EQ(output.writeRecordRow(record(opening)), Result::Written);
+        writeFile(path(recordsName), contentOf(path(recordsName)) + "# x\n");
+        EXPECT_EQ(output.writeRecordRow(record(24 * 60)), Result::Lost);
+    }
+    EXPECT_EQ(contentOf(other), "by another\n");
+    EXPECT_EQ(errors, (QVector<QString>(3, settings.refusalOfExisting.arg(other)).toList()));
+    // One that came into its place isn't its own any more.
+    EXPECT_EQ(output.writeRecordRow(record(3)), Result::Written);
+    QFile::rename(path(recordsName), path("old"));
+    writeFile(path(recordsName), "by another\n");
+    EXPECT_EQ(output.writeRecordRow(record(4)), Result::Lost);
+    EXPECT_EQ(contentOf(path(recordsName)), "by another\n");
+    EXPECT_EQ(errors.last(), settings.refusalOfExisting.arg(path(recordsName)));
+    EXPECT_EQ(output.counts().written, 0);
+    EXPECT_EQ(output.counts().lost, 8);
+}
+
+TEST_F(OutputTest, FilesThatWaitForTheDiskTookTheDescriptorsOfLaterOnes)
+{
+    settings.syncFiles = true;
+    settings.variants[0].spectra = false;
+    rlimit usual{}, few{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    few = usual;
+    few.rlim_cur = QDir("/proc/self/fd").entryList(QDir::Files | QDir::System).size() + 16;
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    PlainFileOutput output(settings);
+    for (int day = 0; day < 40; ++day)
+        EXPECT_EQ(output.writeRecordRow(record(day * 24 * 60)), Result::Written) << day;
+    output.closeFiles();
+    setrlimit(RLIMIT_NOFILE, &usual);
+    EXPECT_EQ(output.counts().written, 40);
 }
 
 TEST_F(OutputTest, RowsOfAFileThatLosesItsNameBeforeTheLockWereLostInSilence)
