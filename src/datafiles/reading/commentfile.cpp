@@ -2,6 +2,7 @@
 
 #include "datafiles/parsing/filereadererror.h"
 #include "datafiles/reading/linescanner.h"
+#include "records/commentlimits.h"
 #include "util/calendar.h"
 #include "util/filenamepart.h"
 #include "util/timeparse.h"
@@ -16,8 +17,7 @@
 namespace {
 
 constexpr char magic[] = "#Record comments";
-constexpr std::size_t longestLine = 1'000'000;
-constexpr std::int64_t mostBytes = 256'000'000; // a comment takes a multiple of its bytes in memory
+constexpr std::size_t longestLine = CommentLimits::lineBytes;
 
 struct Field {
     const char *begin;
@@ -118,7 +118,7 @@ void readCommentFile(const QString &path, const std::function<void(const Comment
     try {
         if (lines.next(&bytes) != Found::line || !bytes.startsWith(magic))
             return;
-        for (Found found = lines.next(&bytes); found != Found::end && bytesRead < mostBytes;
+        for (Found found = lines.next(&bytes); found != Found::end && bytesRead < CommentLimits::fileBytes;
              found = lines.next(&bytes)) {
             if (found == Found::tooLong)
                 continue;

@@ -1,6 +1,8 @@
 #include "datafiles/writing/commentwriting.h"
 
+#include "records/commentlimits.h"
 #include "util/filecalls.h"
+#include "util/fileid.h"
 #include "util/filenamepart.h"
 #include "util/filereplacement.h"
 #include "util/textescape.h"
@@ -8,9 +10,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -20,7 +26,9 @@ namespace {
 
 constexpr char magic[] = "#Record comments";
 constexpr std::size_t readPiece = 1 << 16;
-constexpr int largestFile = 1'000'000'000; // so that the changed one fits into a byte array
+constexpr std::chrono::seconds longestWait{2}; // for other programs, while the window stands still
+constexpr std::chrono::milliseconds betweenTries{2};
+constexpr int mostLooks = 5; // at a file that comes and goes
 
 /// Local, with the zone behind it; empty for a time that has no text that could be read again.
 QByteArray timeField(RecordTime time, std::int64_t utcOffset)
@@ -37,6 +45,11 @@ QByteArray nameField(const QString &name)
     return (breaks ? escapeTextNoQuote(name) : name).toUtf8();
 }
 
+QString tooLarge()
+{
+    return QStringLiteral("It is too large");
+}
+
 /// Null, or why the open file can't be read whole.
 QString readAll(FileCalls &calls, int descriptor, QByteArray *bytes)
 {
@@ -45,28 +58,62 @@ QString readAll(FileCalls &calls, int descriptor, QByteArray *bytes)
         return qt_error_string(errno);
     if (!S_ISREG(status.st_mode))
         return QStringLiteral("Not a regular file");
+    if (status.st_size > CommentLimits::fileBytes)
+        return tooLarge();
     std::vector<char> piece(readPiece);
     ssize_t size = 0;
     while ((size = calls.read(descriptor, piece.data(), piece.size())) > 0) {
         bytes->append(piece.data(), int(size));
-        if (bytes->size() > largestFile)
-            return QStringLiteral("It is too large");
+        if (bytes->size() > CommentLimits::fileBytes)
+            return tooLarge();
     }
     return size < 0 ? qt_error_string(errno) : QString();
 }
 
-/// The same for a path, where no file is an empty one.
-QString readIfThere(const QString &path, QByteArray *bytes)
-{
-    FileCalls &calls = FileCalls::current();
-    // Without waiting for a pipe's other end.
-    const int descriptor = calls.open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK);
-    if (descriptor < 0)
-        return errno == ENOENT ? QString() : qt_error_string(errno);
-    const QString reason = readAll(calls, descriptor, bytes);
-    calls.close(descriptor); // nothing was written through it
-    return reason;
-}
+/// A comment file that exists, locked as far as its file system has locks.
+class LockedComments {
+public:
+    LockedComments() = default;
+    ~LockedComments() { close(); }
+    LockedComments(const LockedComments &) = delete;
+    LockedComments &operator=(const LockedComments &) = delete;
+
+    /// Null where there is no file, too; else why it can't be had.
+    QString open(const QString &path)
+    {
+        const auto lastTry = std::chrono::steady_clock::now() + longestWait;
+        for (;;) {
+            close();
+            // Without waiting for a pipe's other end.
+            m_descriptor = m_calls.open(QFile::encodeName(path).constData(), O_RDWR | O_NONBLOCK);
+            if (m_descriptor < 0)
+                return errno == ENOENT ? QString() : qt_error_string(errno);
+            const bool isLocked = m_calls.lock(m_descriptor, F_WRLCK, false) == 0;
+            const bool isOthers = !isLocked && (errno == EAGAIN || errno == EACCES);
+            // Who held the lock before has given the name to a new file.
+            struct stat status {};
+            if (!isOthers && ::fstat(m_descriptor, &status) == 0 &&
+                fileIdOf(path) == FileId(status.st_dev, status.st_ino))
+                return {};
+            if (std::chrono::steady_clock::now() > lastTry)
+                return QStringLiteral("Another program is writing it");
+            if (isOthers)
+                std::this_thread::sleep_for(betweenTries);
+        }
+    }
+    bool isOpen() const { return m_descriptor >= 0; }
+    QString read(QByteArray *bytes) { return readAll(m_calls, m_descriptor, bytes); }
+
+private:
+    void close()
+    {
+        if (m_descriptor >= 0)
+            m_calls.close(std::exchange(m_descriptor, -1)); // nothing was written through it
+    }
+
+    FileCalls &m_calls = FileCalls::current();
+    int m_descriptor = -1;
+};
 
 /// The file with this line in the place of all that begin with the key, or behind the rest.
 QByteArray changed(const QByteArray &old, const QByteArray &key, const QByteArray &line)
@@ -111,16 +158,28 @@ QString writeComment(const CommentPlace &place, const QString &text)
 {
     if (place.key.isEmpty())
         return QStringLiteral("Its times can't be told");
-    QByteArray old;
-    const QString reason = readIfThere(place.path, &old);
-    if (!reason.isNull())
-        return reason;
-    if (old.isEmpty() && text.isEmpty())
-        return {};
-    if (old.isEmpty())
-        old = QByteArray(magic) + '\n';
-    else if (!old.startsWith(magic))
-        return QStringLiteral("It is no comment file"); // whose comments nobody would read
     const QByteArray line = text.isEmpty() ? QByteArray() : place.key + escapeTextNoQuote(text).toUtf8() + '\n';
-    return replaceFile(place.path, changed(old, place.key, line));
+    if (line.size() > CommentLimits::lineBytes)
+        return QStringLiteral("It is too long");
+    for (int look = 1;; ++look) {
+        LockedComments file;
+        QByteArray old;
+        QString reason = file.open(place.path);
+        if (reason.isNull() && file.isOpen())
+            reason = file.read(&old);
+        if (!reason.isNull() || (old.isEmpty() && text.isEmpty()))
+            return reason;
+        if (old.isEmpty())
+            old = QByteArray(magic) + '\n';
+        else if (!old.startsWith(magic))
+            return QStringLiteral("It is no comment file"); // whose comments nobody would read
+        const QByteArray all = changed(old, place.key, line);
+        if (all.size() > CommentLimits::fileBytes)
+            return tooLarge();
+        // A new file has no lock. Two programs can't both make it, where no link leads to it.
+        const bool isFree = !file.isOpen() && !QFileInfo(place.path).isSymLink();
+        reason = replaceFile(place.path, all, isFree ? ExistingFile::Kept : ExistingFile::Replaced);
+        if (look == mostLooks || !isFree || reason != qt_error_string(EEXIST))
+            return reason;
+    }
 }

@@ -18,6 +18,7 @@ struct CommentPlace {
 };
 
 /// Changes one comment in its file: every line of the record gets the new text, or goes where the text is empty; all
-/// other bytes stay. Makes the file, unless the text is empty. The old file or the new one stands at any moment. Null,
-/// or why it failed; the old file stands then.
+/// other bytes stay. Makes the file, unless the text is empty. The old file or the new one stands at any moment. Other
+/// programs that comment by this function are waited for, two seconds at most, so that no comment of theirs is lost,
+/// where the file system has locks. Null, or why it failed; the old file stands then.
 QString writeComment(const CommentPlace &place, const QString &text);

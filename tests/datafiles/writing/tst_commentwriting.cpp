@@ -4,12 +4,16 @@
 #include "support/failingcalls.h"
 #include "support/files.h"
 #include "support/fulldisk.h"
+#include "util/lockedfile.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <csignal>
+#include <functional>
 #include <random>
+#include <thread>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -126,10 +130,58 @@ TEST_F(CommentWriting, AnyCallThatFailsKeepsTheOldFile)
             EXPECT_TRUE(stands || !reason.isNull()) << calls.failed() << nth;
             EXPECT_LE(filesIn(folder.path()).size(), 1) << calls.failed() << nth;
         }
-        for (const char *step : {"write", "fsync", "close", "rename"})
+        for (const char *step : {"write", "fsync", "close", isThere ? "rename" : "renameToFree"})
             EXPECT_TRUE(failed.contains(step)) << step;
         EXPECT_EQ(failed.contains("read"), isThere);
     }
+}
+
+TEST_F(CommentWriting, ACommentThatAnotherWriterMadeSinceTheFileWasReadWasLost)
+{
+    // At the first fsync, when the file has been read and its successor written, another writes a comment.
+    struct Meanwhile : FileCalls {
+        explicit Meanwhile(std::function<void()> work) : another(std::move(work)) { setCurrent(this); }
+        ~Meanwhile() override
+        {
+            thread.join();
+            setCurrent(nullptr);
+        }
+        int fsync(int descriptor) override
+        {
+            if (!isBegun.exchange(true)) {
+                thread = std::thread(another);
+                usleep(50'000);
+            }
+            return FileCalls::fsync(descriptor);
+        }
+        const std::function<void()> another;
+        std::atomic<bool> isBegun{false};
+        std::thread thread;
+    };
+    for (const bool isThere : {true, false}) {
+        QFile::remove(path());
+        if (isThere)
+            writeFile(path(), header);
+        const CommentPlace other(folder.path(), "block", head, "offset");
+        {
+            const Meanwhile calls([&] { EXPECT_EQ(writeComment(other, "theirs"), QString()); });
+            EXPECT_EQ(writeComment(place(), "ours"), QString());
+        }
+        const QByteArray text = contentOf(path());
+        EXPECT_TRUE(text.contains(key + "ours\n") && text.contains(other.key + "theirs\n")) << text.constData();
+        EXPECT_EQ(text.count("\n"), 3);
+    }
+    LockedFile held(path());
+    ASSERT_TRUE(held.open(QIODevice::ReadWrite) && held.lock(LockedFile::WriteLock, false));
+    EXPECT_EQ(writeComment(place(), "new"), "Another program is writing it");
+}
+
+TEST_F(CommentWriting, CommentsThatNoReaderTakesWereSaidWritten)
+{
+    writeFile(path(), header);
+    EXPECT_EQ(writeComment(place(), QString(1'000'000, 'x')), "It is too long");
+    ASSERT_TRUE(QFile::resize(path(), 256'000'001));
+    EXPECT_EQ(writeComment(place(), "new"), "It is too large");
 }
 
 TEST_F(CommentWriting, ADiskThatIsFullAtAnyByteKeepsTheOldFile)
