@@ -341,8 +341,10 @@ void OutputFile::write(const char *bytes, std::size_t size)
 /// Whether bytes that begin there stand in a line of their own in the block that the file was found to end in.
 bool OutputFile::mayBegin(off_t begin) const
 {
-    if (begin <= m_end)
-        return begin == m_end;
+    if (begin == m_end)
+        return true;
+    if (begin < m_end || !standsLast(begin)) // it was cut since
+        return false;
     QByteArray others(int(std::min<off_t>(begin - m_end, mostLookedAt)), '\0');
     const ssize_t size = FileCalls::current().pread(m_handle, others.data(), std::size_t(others.size()), m_end);
     return size == begin - m_end && others.endsWith('\n') && !others.startsWith('#') && !others.contains("\n#");
