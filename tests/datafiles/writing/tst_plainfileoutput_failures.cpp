@@ -377,7 +377,7 @@ TEST_F(OutputTest, AFileThatAnotherMadeMeanwhileWasContinuedThoughNoneMayBe)
     writeFile(path(recordsName), "by another\n");
     EXPECT_EQ(output.writeRecordRow(record(4)), Result::Lost);
     EXPECT_EQ(contentOf(path(recordsName)), "by another\n");
-    EXPECT_EQ(errors.last(), settings.refusalOfExisting.arg(path(recordsName)));
+    EXPECT_EQ(errors.value(errors.size() - 1), settings.refusalOfExisting.arg(path(recordsName)));
     EXPECT_EQ(output.counts().written, 0);
     EXPECT_EQ(output.counts().lost, 8);
 }

@@ -139,7 +139,7 @@ TEST_F(OutputTest, EndsThatWereCutOffAreGatheredLineByLine)
         writeFile(path(recordsName), before);
         EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Lost);
         EXPECT_EQ(contentOf(path(recordsName)), before);
-        EXPECT_EQ(errors.last(),
+        EXPECT_EQ(errors.value(errors.size() - 1),
                   QString("Failed to move the cut off end of file \"%1\" to \"%1.torn\": %2. Data was lost!")
                       .arg(path(recordsName), reason));
     }
