@@ -131,3 +131,18 @@ bool writeAll(FileCalls &calls, int descriptor, const char *bytes, std::size_t s
 {
     return writeAsMany(calls, descriptor, bytes, size) == size;
 }
+
+bool cutText(FileCalls &calls, int descriptor, off_t size)
+{
+    if (calls.ftruncate(descriptor, size) != 0)
+        return false;
+    off_t end = size;
+    char last = '\0';
+    while (end > 0 && ::pread(descriptor, &last, 1, end - 1) == 1 && last == '\0')
+        --end;
+    if (end == size)
+        return true;
+    if (calls.ftruncate(descriptor, end) == 0)
+        errno = ESTALE;
+    return false;
+}

@@ -40,3 +40,6 @@ bool cannotSync(int error);
 std::size_t writeAsMany(FileCalls &calls, int descriptor, const char *bytes, std::size_t size);
 /// The same. False with errno set if not all could be written.
 bool writeAll(FileCalls &calls, int descriptor, const char *bytes, std::size_t size);
+/// Cuts a text of that size or more. Where others have cut it further since its size was looked at, ftruncate() lets it
+/// grow by zeros, which are taken away again. False with errno set if it can't be cut; ESTALE where others did.
+bool cutText(FileCalls &calls, int descriptor, off_t size);

@@ -51,7 +51,7 @@ QByteArray joined(const QList<QByteArray> &lines)
     return text;
 }
 
-QString cutText(const QString &name)
+QString wordsOfCut(const QString &name)
 {
     return QStringLiteral("File \"%1\" was cut or written over by others. Data was lost!").arg(name);
 }
@@ -128,7 +128,7 @@ QString OutputFile::lossSinceTheLastLook()
         return {};
     }
     m_known[m_currentName] = Piece();
-    return cutText(m_currentName);
+    return wordsOfCut(m_currentName);
 }
 
 QString OutputFile::nameFor(RecordTime localTime)
@@ -200,7 +200,7 @@ void OutputFile::openNamed(const QString &name)
         return;
     m_known[name] = m_last = Piece();
     if (lossCallback)
-        lossCallback(name, cutText(name));
+        lossCallback(name, wordsOfCut(name));
 }
 
 /// Below zero with errno set. Throws if the file exists and must not be continued.
@@ -358,7 +358,7 @@ bool OutputFile::takeBack(const Pieces &pieces, bool isWhole)
     int error = 0;
     for (int i = pieces.size() - 1; i >= 0; --i) {
         const bool isLast = isCut && ::lseek(m_handle, 0, SEEK_END) == pieces[i].end;
-        if (isLast && FileCalls::current().ftruncate(m_handle, pieces[i].begin) == 0)
+        if (isLast && (cutText(FileCalls::current(), m_handle, pieces[i].begin) || errno == ESTALE))
             continue;
         isCut = false;
         const bool isLeft = isLast && !isWhole; // the next opening moves it out

@@ -122,7 +122,7 @@ QString move(int descriptor, const QString &name, off_t begin, off_t end)
     reason = ends.add(descriptor, begin, end);
     if (reason.isNull() && ::lseek(descriptor, 0, SEEK_END) != end)
         reason = QStringLiteral("Others wrote into the file");
-    if (reason.isNull() && calls.ftruncate(descriptor, begin) != 0)
+    if (reason.isNull() && !cutText(calls, descriptor, begin))
         reason = systemsWords();
     if (!reason.isNull())
         ends.takeBack();

@@ -356,6 +356,37 @@ TEST_F(OutputTest, RowsOfAFileThatWasTakenAwayOrCutCountedAsWritten)
     }
 }
 
+TEST_F(OutputTest, AFileThatOthersCutBeforeItWasCutGrewByZeros)
+{
+    struct Cutter : FileCalls {
+        explicit Cutter(QString file) : name(std::move(file)) { setCurrent(this); }
+        ~Cutter() override { setCurrent(nullptr); }
+        int ftruncate(int descriptor, off_t size) override
+        {
+            QFile::resize(name, std::min(QFileInfo(name).size(), cutTo));
+            return FileCalls::ftruncate(descriptor, size);
+        }
+        const QString name;
+        qint64 cutTo = 0;
+    };
+    settings.variants[0].spectra = false;
+    PlainFileOutput(settings).writeRecordRow(record());
+    const QByteArray block = contentOf(path(recordsName));
+    for (bool isTorn : {true, false}) {
+        writeFile(path(recordsName), block + (isTorn ? "half" : ""));
+        PlainFileOutput output(settings);
+        if (!isTorn)
+            output.writeRecordRow(record(1));
+        Cutter cutter(path(recordsName));
+        cutter.cutTo = block.size() - 10;
+        const FullDisk disk(QFileInfo(path(recordsName)).size() + (isTorn ? 1000 : 20));
+        EXPECT_EQ(output.writeRecordRow(record(2)), Result::Lost);
+        output.closeFiles();
+        EXPECT_EQ(contentOf(path(recordsName)), block.chopped(10));
+        EXPECT_EQ(output.counts().lost, isTorn ? 1 : 2);
+    }
+}
+
 TEST_F(OutputTest, AFileThatAnotherMadeMeanwhileWasContinuedThoughNoneMayBe)
 {
     settings.refusalOfExisting = "\"%1\" exists.";
