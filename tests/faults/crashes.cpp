@@ -175,8 +175,11 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     prctl(PR_SET_CHILD_SUBREAPER, 1);
-    return Faults::runLane("crashes", {{"faults", allFaults * threadCount * times, faultOnAnyThread},
-                                       {"allocator", allocatorFaults * threadCount * times, insideTheAllocator},
-                                       {"heap", threadCount * times, brokenHeap},
-                                       {"restarts", 45 * times, restart}});
+    std::vector<Faults::Kind> kinds{{"faults", allFaults * threadCount * times, faultOnAnyThread},
+                                    {"allocator", allocatorFaults * threadCount * times, insideTheAllocator},
+                                    {"heap", threadCount * times, brokenHeap},
+                                    {"restarts", 45 * times, restart}};
+    for (Faults::Kind &kind : kinds)
+        kind.programs = QStringList{CRASH_PROBE, HELD_MALLOC};
+    return Faults::runLane("crashes", kinds);
 }

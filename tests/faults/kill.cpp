@@ -198,7 +198,7 @@ int main(int argc, char **argv)
     std::vector<Kind> kinds;
     for (const Writer &writer : writers()) {
         const auto victim = std::make_shared<Victim>(writer);
-        kinds.push_back({writer.name, 10000, [victim](Trial &trial) { victim->run(trial); }});
+        kinds.push_back({writer.name, 10000, [victim](Trial &trial) { victim->run(trial); }, 100, writingPrograms()});
     }
     return runLane("kill", kinds);
 }

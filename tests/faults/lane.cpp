@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
@@ -9,10 +10,15 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace Faults {
 
@@ -20,6 +26,7 @@ namespace {
 
 constexpr double binsPerUnit = 100; ///< of the logarithm
 constexpr int mostFindings = 50;
+constexpr int drawnNumbers = 0x7fffffff; ///< from the goal on
 
 void tell(const QString &text)
 {
@@ -27,12 +34,34 @@ void tell(const QString &text)
     std::fflush(stdout);
 }
 
+/// Another text for other programs: by the bytes of each, and by the sizes and times of the libraries that it loads.
+QString digestOf(const QStringList &programs)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    for (const QString &program : programs) {
+        QFile file(program);
+        if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file))
+            qFatal("%s can't be read", qPrintable(program));
+        QProcess libraries;
+        libraries.start("ldd", {program});
+        libraries.waitForFinished();
+        for (const QByteArray &word : libraries.readAllStandardOutput().simplified().split(' ')) {
+            const QFileInfo library(QFile::decodeName(word));
+            if (library.isAbsolute() && library.isFile())
+                hash.addData(word + QByteArray::number(library.size()) +
+                             QByteArray::number(library.lastModified().toMSecsSinceEpoch()));
+        }
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
+
 /// What is known of a kind.
 struct Standing {
-    qint64 next = 0; ///< the number of the next trial
+    QString subject;  ///< the programs that all of this was found of, but the findings, which are to be tried again
+    qint64 next = 0;  ///< the number of the next trial
+    qint64 drawn = 0; ///< trials beyond the goal
     double seconds = 0;
-    QString plantedFoundBy; ///< the program that found the planted fault last
-    QString subject;        ///< of the trials before `next`
+    bool isPlantedFound = false;
     std::map<qint64, QString> findings;
     Tally tally;
 
@@ -49,16 +78,22 @@ struct Standing {
         }
         for (const auto &[trial, text] : findings)
             found[QString::number(trial)] = text;
-        return {
-            {"subject", subject}, {"next", double(next)}, {"seconds", seconds}, {"planted found by", plantedFoundBy},
-            {"counts", counts},   {"measured", measured}, {"findings", found}};
+        return {{"subject", subject},
+                {"next", double(next)},
+                {"drawn", double(drawn)},
+                {"seconds", seconds},
+                {"planted found", isPlantedFound},
+                {"counts", counts},
+                {"measured", measured},
+                {"findings", found}};
     }
     static Standing of(const QJsonObject &json)
     {
         Standing standing;
         standing.next = qint64(json["next"].toDouble());
         standing.seconds = json["seconds"].toDouble();
-        standing.plantedFoundBy = json["planted found by"].toString();
+        standing.drawn = qint64(json["drawn"].toDouble());
+        standing.isPlantedFound = json["planted found"].toBool();
         standing.subject = json["subject"].toString();
         const QJsonObject counts = json["counts"].toObject(), measured = json["measured"].toObject(),
                           found = json["findings"].toObject();
@@ -86,20 +121,23 @@ public:
             for (const Kind &kind : m_kinds)
                 m_standings[kind.name] = Standing::of(all[kind.name].toObject());
         }
-        for (const Kind &kind : m_kinds) {
-            Standing &now = standing(kind);
-            if (now.subject != kind.subject)
-                now.next = 0;
-            now.subject = kind.subject;
-        }
-        takeEndedTrial();
-        const QFileInfo program(QCoreApplication::applicationFilePath());
-        m_program = program.lastModified().toString(Qt::ISODate) + ' ' + QString::number(program.size());
+    }
+
+    /// Whether no other run has the state file. While this process lives, none gets it then.
+    bool takeState() const
+    {
+        // Not inherited by children, which may outlive a run.
+        const int file = ::open(qPrintable(m_stateFile + ".lock"), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        struct flock lock {};
+        lock.l_type = F_WRLCK;
+        return file >= 0 && ::fcntl(file, F_SETLK, &lock) == 0;
     }
 
     bool run(double seconds)
     {
         bool isSound = true;
+        forgetOtherPrograms();
+        takeEndedTrial();
         std::vector<const Kind *> sound;
         for (const Kind &kind : m_kinds) {
             if (!findsPlanted(kind)) {
@@ -111,15 +149,17 @@ public:
         }
         QElapsedTimer timer;
         timer.start();
-        for (bool more = true; more && timer.elapsed() < seconds * 1000;) {
+        const auto hasTime = [&] { return timer.elapsed() < seconds * 1000; };
+        for (bool more = true; more && hasTime();) {
             more = false;
             for (const Kind *kind : sound) {
-                if (standing(*kind).next >= kind->goal || timer.elapsed() >= seconds * 1000)
+                if (standing(*kind).next >= kind->goal || !hasTime())
                     continue;
                 more = true;
-                isSound &= runNext(*kind);
+                isSound &= runTrial(*kind, standing(*kind).next++);
             }
         }
+        isSound &= runDrawn(sound, hasTime);
         save();
         QFile::remove(runningFile());
         for (const Kind &kind : m_kinds)
@@ -151,7 +191,8 @@ public:
                              QString::number(now.tally.quantile(name, 1), 'g', 3));
         }
         return QString("| %1 | %2 | %3 of %4 | %5 | %6 | %7 |")
-            .arg(m_name, kind.name, QString::number(now.next), QString::number(kind.goal),
+            .arg(m_name, kind.name, QString::number(std::min(now.next, kind.goal)),
+                 QString::number(kind.goal) + (now.drawn > 0 ? QString(" and %1 drawn").arg(now.drawn) : QString()),
                  QString::number(std::llround(now.seconds)), QString::number(now.findings.size()), more.join("; "));
     }
 
@@ -177,18 +218,36 @@ private:
         if (!file.open(QIODevice::ReadOnly))
             return;
         const QString text = QString::fromUtf8(file.readAll());
+        file.remove();
         const qint64 number = text.section(' ', 0, 0).toLongLong();
         for (const Kind &kind : m_kinds) {
             if (kind.name != text.section(' ', 1))
                 continue;
             standing(kind).findings[number] = "The program ended in it";
-            standing(kind).next = std::max(standing(kind).next, number + 1);
+            if (number < kind.goal)
+                standing(kind).next = std::max(standing(kind).next, number + 1);
+        }
+    }
+    void forgetOtherPrograms()
+    {
+        std::map<QStringList, QString> digests;
+        for (const Kind &kind : m_kinds) {
+            QString &digest = digests[kind.programs];
+            if (digest.isEmpty())
+                digest = digestOf(QStringList{QCoreApplication::applicationFilePath()} + kind.programs);
+            Standing &known = standing(kind);
+            if (known.subject == digest)
+                continue;
+            Standing now;
+            now.subject = digest;
+            now.findings = known.findings;
+            known = now;
         }
     }
 
     bool findsPlanted(const Kind &kind)
     {
-        if (standing(kind).plantedFoundBy == m_program)
+        if (standing(kind).isPlantedFound)
             return true;
         for (int i = 0; i < kind.plantedTrials; ++i) {
             Tally tally;
@@ -198,7 +257,7 @@ private:
                 continue;
             tell(QString("%1, %2: the planted fault was found by trial %3: %4")
                      .arg(m_name, kind.name, QString::number(i), trial.failure()));
-            standing(kind).plantedFoundBy = m_program;
+            standing(kind).isPlantedFound = true;
             save();
             return true;
         }
@@ -225,10 +284,32 @@ private:
         return standing(kind).findings.empty();
     }
 
-    bool runNext(const Kind &kind)
+    /// By turns, of each kind that has come to its goal one at least, and more if all have.
+    template<typename HasTime>
+    bool runDrawn(const std::vector<const Kind *> &kinds, const HasTime &hasTime)
+    {
+        bool isSound = true;
+        std::map<const Kind *, qint64> numbers;
+        std::random_device chance;
+        for (const Kind *kind : kinds) {
+            if (standing(*kind).next < kind->goal)
+                continue;
+            numbers[kind] = std::uniform_int_distribution<qint64>(kind->goal, drawnNumbers)(chance);
+            tell(QString("%1, %2: drawn trials from %3 on").arg(m_name, kind->name, QString::number(numbers[kind])));
+        }
+        do {
+            for (auto &[kind, number] : numbers) {
+                ++standing(*kind).drawn;
+                isSound &= runTrial(*kind, number);
+                number = number < drawnNumbers ? number + 1 : kind->goal;
+            }
+        } while (!numbers.empty() && hasTime());
+        return isSound;
+    }
+
+    bool runTrial(const Kind &kind, qint64 number)
     {
         Standing &now = standing(kind);
-        const qint64 number = now.next++;
         QElapsedTimer timer;
         timer.start();
         Trial trial(number, false, now.tally);
@@ -264,7 +345,6 @@ private:
     QString m_name;
     std::vector<Kind> m_kinds;
     QString m_stateFile;
-    QString m_program;
     std::map<QString, Standing> m_standings;
     QElapsedTimer m_sinceSaved = [] {
         QElapsedTimer timer;
@@ -327,7 +407,7 @@ void Trial::keepFolder(const QString &target)
 {
     QDir(target).removeRecursively();
     m_folder.setAutoRemove(false);
-    if (!QDir().rename(m_folder.path(), target))
+    if (QProcess::execute("mv", {m_folder.path(), target}) != 0) // which may be in another file system
         tell("Its folder is " + m_folder.path());
 }
 
@@ -356,6 +436,10 @@ int runLane(const QString &lane, const std::vector<Kind> &kinds)
         for (const Kind &kind : chosen)
             tell(search.summary(kind));
         return 0;
+    }
+    if (!search.takeState()) {
+        std::fprintf(stderr, "Another run has %s\n", qPrintable(parser.value("state")));
+        return 2;
     }
     return search.run(parser.value("seconds").toDouble()) ? 0 : 1;
 }

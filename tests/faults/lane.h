@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -13,8 +14,10 @@
 ///
 /// A lane is a program of this folder that gives its kinds of trials to runLane(). Each kind first has to find a fault
 /// that is planted for it; one that doesn't isn't counted. Then the trials of all kinds run by turns, until the time is
-/// over or the goals are reached. What was counted stands in a file, from which the next run goes on, so that figures
-/// add up. A trial that ends the program is a finding of the next run.
+/// over. A kind that has come to its goal tries some more in each run, by numbers drawn by chance; and all of the time
+/// once none has others left. What was counted stands in a file, from which the next run goes on, so that figures add
+/// up, until a program or a library that is tried changes: then the kind begins anew. A trial that ends the program is
+/// a finding of the next run. Two runs with one file refuse each other.
 namespace Faults {
 
 /// What trials have counted and measured, by name.
@@ -34,7 +37,7 @@ class Trial {
 public:
     Trial(qint64 which, bool withPlanted, Tally &tally);
 
-    const qint64 number;
+    const qint64 number;  ///< from 0 on; beyond the goal any below 2^31
     const bool isPlanted; ///< whether the planted fault is in, which the trial has to find
     std::mt19937_64 random;
 
@@ -65,12 +68,12 @@ struct Kind {
     QString name;
     qint64 goal = 0; ///< trials that a long run comes to
     std::function<void(Trial &)> run;
-    int plantedTrials = 100; ///< by so many of them the planted fault has to be found
-    QString subject = {};    ///< what is tried, such as the time of its build: the numbers begin anew when it changes
+    int plantedTrials = 100;   ///< by so many of them the planted fault has to be found
+    QStringList programs = {}; ///< that its trials run, besides the lane's own
 };
 
-/// The lane's main function: 0 if nothing was found, 1 if something was, 2 for a wrong command line. Needs an
-/// application object. The options:
+/// The lane's main function: 0 if nothing was found, 1 if something was, 2 for a wrong command line or a state file of
+/// another run. Needs an application object. The options:
 ///
 ///   --seconds N     how long to search; 60
 ///   --state FILE    what was counted; by itself beside the program

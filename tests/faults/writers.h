@@ -53,8 +53,8 @@ struct Writer {
     QString faultOfSecondRun(const QString &folder) const;
 };
 
-/// Another text for each build of the programs that write.
-QString writingPrograms();
+/// What the trials run.
+QStringList writingPrograms();
 
 /// All of them. The first call makes their data, which takes some seconds.
 const std::vector<Writer> &writers();
