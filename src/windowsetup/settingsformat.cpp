@@ -222,9 +222,15 @@ QSettings::Format settingsFormat()
 void removeNamelessLock(const QString &settingsFile)
 {
     constexpr qint64 namingTime = 100; // ms; it takes microseconds
+    constexpr int nameLines = 3;       // process, program, host, and others that may be left out
+    constexpr qint64 longestName = 1024;
     const QFileInfo lock(settingsFile + QStringLiteral(".lock"));
-    if (lock.isFile() && lock.size() == 0 && lock.lastModified().msecsTo(QDateTime::currentDateTime()) > namingTime)
-        QFile::remove(lock.filePath());
+    if (!lock.isFile() || lock.lastModified().msecsTo(QDateTime::currentDateTime()) <= namingTime)
+        return;
+    QFile file(lock.filePath());
+    const QByteArray name = file.open(QIODevice::ReadOnly) ? file.read(longestName) : QByteArray();
+    if (file.error() == QFile::NoError && (name.count('\n') < nameLines || !name.endsWith('\n')))
+        file.remove();
 }
 
 } // namespace WindowSetup
