@@ -5,17 +5,19 @@
 //   FAULTS_BELOW   the folder, without links
 //   FAULTS_AT      the number of the call
 //   FAULTS_WAY     a number of errno; "short": a write takes half of its bytes; "swallow": a write that isn't done is
-//                  said to be; "careless": one that fails is
+//                  said to be; "careless": one that fails is; "before" and "behind": the process is killed there;
+//                  "within N": behind N thousandths of the bytes of a write, which are one at least
 //   FAULTS_EVER    set: the later calls fail as well, those alone that need room where there is no more room
-//   FAULTS_RECORD  the file that gets each call: a line NAME OK INODE SIZE OFFSET PATH PATH with tabs in between, and
-//   behind
-//                  that of a write its bytes and a line feed. OK is 1, or 0 for a call that failed by itself or was let
-//                  fail.
+//   FAULTS_RECORD  the file that gets each call: a line NAME OK INODE SIZE OFFSET PATH PATH with tabs in between, and,
+//                  behind that of a write, its bytes and a line feed. OK is 1, or 0 for a call that failed by itself or
+//                  was let fail.
+//   FAULTS_COUNT   a file of 16 bytes that gets the number of calls that were begun, and of those that ended
 
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -25,6 +27,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -34,6 +37,16 @@ namespace {
 constexpr int shortWrite = -1;
 constexpr int swallowedWrite = -2;
 constexpr int carelessWrite = -3;
+constexpr int killedBefore = -4;
+constexpr int killedBehind = -5;
+constexpr int killedWithin = -6;
+
+[[noreturn]] void end()
+{
+    ::kill(::getpid(), SIGKILL);
+    for (;;)
+        ::pause();
+}
 
 template<typename Function>
 Function *systems(const char *name)
@@ -65,17 +78,39 @@ struct Plan {
     int way = 0;
     bool ever = std::getenv("FAULTS_EVER") != nullptr;
     int record = -1;
+    long thousandths = 0; ///< of a write's bytes
+    struct Counts {
+        std::atomic<long> begun{0}, ended{0};
+    };
+    Counts *counts = nullptr; ///< shared with the process that asked for them
 
     Plan()
     {
         const std::string text = variable("FAULTS_WAY");
-        way = text == "short"      ? shortWrite
-              : text == "swallow"  ? swallowedWrite
-              : text == "careless" ? carelessWrite
-                                   : std::atoi(text.c_str());
+        way = text == "short"                     ? shortWrite
+              : text == "swallow"                 ? swallowedWrite
+              : text == "careless"                ? carelessWrite
+              : text == "before"                  ? killedBefore
+              : text == "behind"                  ? killedBehind
+              : text.compare(0, 6, "within") == 0 ? killedWithin
+                                                  : std::atoi(text.c_str());
+        if (way == killedWithin)
+            thousandths = std::atol(text.c_str() + 6);
+        shareCounts(variable("FAULTS_COUNT"));
         const std::string path = variable("FAULTS_RECORD");
         if (!path.empty())
             record = openReally(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+    }
+    void shareCounts(const std::string &path)
+    {
+        const int file = path.empty() ? -1 : openReally(path.c_str(), O_RDWR | O_CLOEXEC, 0);
+        if (file < 0)
+            return;
+        void *page = ::mmap(nullptr, sizeof(Counts), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+        if (page != MAP_FAILED)
+            counts = static_cast<Counts *>(page);
+        static auto *const close = systems<int(int)>("close");
+        close(file);
     }
     /// Whether a call of that name fails where the disk has no more room.
     static bool needsRoom(const std::string &name)
@@ -135,6 +170,19 @@ public:
         : m_name(name), m_path(std::move(path)), m_target(std::move(target)),
           m_isWatched(isBelow(m_path) || isBelow(m_target)), m_fault(m_isWatched ? plan().faultOf(m_name, ++count) : 0)
     {
+        if (m_isWatched && plan().counts)
+            ++plan().counts->begun;
+        if (m_fault == killedBefore)
+            end();
+    }
+    Watched(const Watched &) = delete;
+    Watched &operator=(const Watched &) = delete;
+    ~Watched()
+    {
+        if (m_isWatched && plan().counts)
+            ++plan().counts->ended;
+        if (m_fault == killedBehind || m_fault == killedWithin)
+            end();
     }
 
     /// Zero, or how the call goes wrong.
@@ -256,6 +304,32 @@ ssize_t read(int descriptor, void *bytes, size_t size)
     return watched.run([=] { return call(descriptor, bytes, size); });
 }
 
+ssize_t pread(int descriptor, void *bytes, size_t size, off_t offset)
+{
+    static auto *const call = systems<ssize_t(int, void *, size_t, off_t)>("pread");
+    Watched watched("read", pathOf(descriptor));
+    return watched.run([=] { return call(descriptor, bytes, size, offset); });
+}
+
+ssize_t pread64(int descriptor, void *bytes, size_t size, off64_t offset) __attribute__((alias("pread")));
+
+/// Locks alone are watched, and of those no unlocking.
+int fcntl(int descriptor, int command, ...)
+{
+    static auto *const call = systems<int(int, int, ...)>("fcntl");
+    va_list arguments;
+    va_start(arguments, command);
+    void *const argument = va_arg(arguments, void *);
+    va_end(arguments);
+    const bool isLock = command == F_SETLK || command == F_SETLKW || command == F_OFD_SETLK || command == F_OFD_SETLKW;
+    if (!isLock || static_cast<struct flock *>(argument)->l_type == F_UNLCK)
+        return call(descriptor, command, argument);
+    Watched watched("lock", pathOf(descriptor));
+    return watched.run([=] { return call(descriptor, command, argument); });
+}
+
+int fcntl64(int descriptor, int command, ...) __attribute__((alias("fcntl")));
+
 ssize_t write(int descriptor, const void *bytes, size_t size)
 {
     Watched watched("write", pathOf(descriptor));
@@ -266,7 +340,10 @@ ssize_t write(int descriptor, const void *bytes, size_t size)
     }
     if (fault == swallowedWrite)
         return watched.done(ssize_t(size), descriptor, bytes, ::lseek(descriptor, 0, SEEK_CUR));
-    const ssize_t written = writeReally(descriptor, bytes, fault == shortWrite ? (size + 1) / 2 : size);
+    const size_t part = fault == shortWrite     ? (size + 1) / 2
+                        : fault == killedWithin ? size * size_t(plan().thousandths) / 1000 + 1
+                                                : size;
+    const ssize_t written = writeReally(descriptor, bytes, part < size ? part : size);
     if (fault == carelessWrite)
         return watched.done(ssize_t(size), descriptor);
     const int error = errno;

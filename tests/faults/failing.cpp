@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 
 #include <cerrno>
+#include <memory>
+#include <numeric>
 
 namespace {
 
@@ -39,6 +41,8 @@ std::vector<Failure> failuresOf(int number, const QString &call)
         all.push_back({number, call, way(EINTR), false});
     if (call == "write")
         all.push_back({number, call, "short", false});
+    if (call == "lock")
+        all.push_back({number, call, way(ENOLCK), false});
     return all;
 }
 
@@ -73,7 +77,8 @@ public:
         trial.count(QString("status %1").arg(ending.status));
         const QString fault = faultOf(failure, ending, found);
         const bool isDone = ending.isSuccess() && m_writer.manner == Writer::Replaces;
-        const QString again = fault.isNull() && !isDone ? m_writer.faultOfSecondRun(trial.path("w")) : QString();
+        const QString again =
+            fault.isNull() && !isDone ? m_writer.faultOfSecondRun(trial.path("w"), mayLeave(failure)) : QString();
         for (const QString &text : {fault, again})
             if (!text.isNull())
                 trial.fail(QString("call %1, %2, fails with %3%4: %5")
@@ -96,9 +101,13 @@ private:
         if (isPassing && (!ending.isSuccess() || found != m_writer.after))
             return QString("not done as if nothing had happened (status %1: %2)")
                 .arg(QString::number(ending.status), QString::fromUtf8(ending.words));
-        const bool isRemoval = failure.name == "unlink" || failure.name == "rmdir";
-        const bool isBroken = failure.ever && failure.way == QString::number(EIO);
-        return m_writer.faultOf(ending, found, isRemoval || isBroken);
+        return m_writer.faultOf(ending, found, mayLeave(failure));
+    }
+    /// Whether files can't be removed.
+    static bool mayLeave(const Failure &failure)
+    {
+        return failure.name == "unlink" || failure.name == "rmdir" ||
+               (failure.ever && failure.way == QString::number(EIO));
     }
 
     const Writer &m_writer;
@@ -110,6 +119,7 @@ private:
 
 int main(int argc, char **argv)
 {
+    workInMemory();
     const QCoreApplication application(argc, argv);
     std::vector<Kind> kinds;
     for (const Writer &writer : writers()) {

@@ -62,7 +62,7 @@ void writeUnderLimit(Trial &trial, const Writer &writer)
     judge(trial, writer, ending, folder, QString("no file above %1 bytes").arg(limit));
     if (!trial.failure().isEmpty() || ending.isSuccess())
         return;
-    const QString again = writer.faultOfSecondRun(folder);
+    const QString again = writer.faultOfSecondRun(folder, false);
     if (!again.isNull())
         trial.fail(again);
 }
@@ -95,7 +95,7 @@ void writeIntoMemory(Trial &trial)
     if (trial.failure().isEmpty() && !ending.isSuccess()) {
         if (!mountMemory(folder, 4 * most, 1000, MS_REMOUNT))
             trial.fail("can't make it larger");
-        const QString again = writer.faultOfSecondRun(folder);
+        const QString again = writer.faultOfSecondRun(folder, false);
         if (!again.isNull())
             trial.fail(writer.name + ": " + again);
     }
@@ -128,6 +128,7 @@ bool hasOwnMounts()
 int main(int argc, char **argv)
 {
     const bool mounts = hasOwnMounts(); // before there is a second thread
+    workInMemory();
     const QCoreApplication application(argc, argv);
     std::vector<Kind> kinds;
     for (const Writer &writer : writers())

@@ -1,6 +1,7 @@
-// Kills the program's writers at random moments of their work, and continues.
+// Kills the program's writers in, before and behind each of their calls, and at random moments, and continues.
 
 #include "faults/lane.h"
+#include "faults/shim.h"
 #include "faults/writers.h"
 
 #include <QCoreApplication>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -21,33 +23,15 @@ using namespace Faults;
 constexpr int measuredRuns = 5;
 constexpr int longestTrial = 10'000;        // ms
 constexpr useconds_t restartTime = 150'000; ///< before which no program is started anew
-constexpr int pieces = 8;                   ///< of a file that the planted fault writes
 const QString torn = QStringLiteral(".torn");
 
-/// The planted fault: the files in their places, bit by bit, the bits in the wrong order.
-[[noreturn]] void writeInPlace(const Contents &after, const QString &folder, int us)
-{
-    for (const auto &[name, bytes] : after) {
-        if (name.endsWith('/')) {
-            QDir(folder).mkpath(name);
-            continue;
-        }
-        const int file = ::open(qPrintable(QDir(folder).filePath(name)), O_CREAT | O_TRUNC | O_WRONLY, 0600);
-        for (int i = 0; i < pieces; ++i) {
-            const QByteArray piece = bytes.mid((i ^ 1) * bytes.size() / pieces, bytes.size() / pieces);
-            if (::write(file, piece.constData(), std::size_t(piece.size())) != piece.size())
-                ::_exit(1);
-            ::usleep(useconds_t(us / int(after.size()) / pieces));
-        }
-    }
-    ::_exit(0);
-}
-
-[[noreturn]] void runCommand(const QStringList &words)
+[[noreturn]] void runCommand(const QStringList &words, const QStringList &variables)
 {
     const int nothing = ::open("/dev/null", O_RDWR);
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         ::dup2(nothing, standard);
+    for (const QString &variable : variables)
+        qputenv(variable.section('=', 0, 0).toLatin1(), QFile::encodeName(variable.section('=', 1)));
     std::vector<QByteArray> bytes;
     std::vector<char *> arguments;
     for (const QString &word : words)
@@ -59,59 +43,88 @@ const QString torn = QStringLiteral(".torn");
     ::_exit(127);
 }
 
-/// A writer that is killed.
+/// When a process is killed.
+struct Moment {
+    int call = 0; ///< zero: at a time
+    QString way;  ///< "before", "behind" or "within"
+    int us = 0;
+
+    QString text() const
+    {
+        return call > 0 ? QString(", killed %1 call %2").arg(way, QString::number(call))
+                        : QString(", killed after %1 us").arg(us);
+    }
+};
+
+/// A program that is killed.
 class Victim {
 public:
     explicit Victim(const Writer &writer) : m_writer(writer)
     {
+        const QTemporaryDir folder;
+        m_calls = recordOf(writer, folder.path());
+        for (int call = 1; call <= calls(); ++call) {
+            m_moments.push_back({call, "before"});
+            if (isWrite(call))
+                m_moments.push_back({call, "within"});
+        }
+        m_moments.push_back({calls(), "behind"});
         std::vector<qint64> times;
         for (int i = 0; i < measuredRuns; ++i) {
-            const QTemporaryDir folder;
-            layDown(m_writer.before, folder.path());
+            const QTemporaryDir work;
+            layDown(m_writer.before, work.path());
             QElapsedTimer timer;
             timer.start();
-            ::waitpid(start(folder.path(), false), nullptr, 0);
+            ::waitpid(start(work.path(), {}), nullptr, 0);
             times.push_back(timer.nsecsElapsed() / 1000);
         }
         std::sort(times.begin(), times.end());
         m_us = int(times[measuredRuns / 2]);
     }
 
-    void run(Trial &trial)
+    /// Half of the trials take a call, each in turn before any is drawn.
+    Moment momentOf(Trial &trial) const
     {
-        QElapsedTimer timer;
-        timer.start();
-        layDown(m_writer.before, trial.folder());
-        const int us = trial.pick(0, m_us * 21 / 20);
-        const pid_t process = start(trial.folder(), trial.isPlanted);
-        ::usleep(useconds_t(us));
-        ::kill(process, SIGKILL);
+        const auto which = std::size_t(trial.number / 2);
+        if (trial.number % 2 != 0)
+            return {0, {}, trial.pick(0, m_us * 21 / 20)};
+        Moment moment = which < m_moments.size() ? m_moments[which] : Moment{trial.pick(1, calls()), {}};
+        if (moment.way.isEmpty())
+            moment.way = QStringList{"before", "behind", "within"}[trial.pick(0, isWrite(moment.call) ? 2 : 1)];
+        if (moment.way == "within")
+            moment.way += QString(" %1").arg(trial.pick(0, 999));
+        return moment;
+    }
+
+    /// The status of the process, which has ended.
+    int kill(Trial &trial, const QString &folder, const Moment &moment)
+    {
+        QStringList variables = shimVariables(folder) << m_counter.variable();
+        if (moment.call > 0)
+            variables << QString("FAULTS_AT=%1").arg(moment.call) << "FAULTS_WAY=" + moment.way;
+        const pid_t process = start(folder, variables);
+        if (moment.call == 0) {
+            ::usleep(useconds_t(moment.us));
+            ::kill(process, SIGKILL);
+        }
         int status = 0;
         ::waitpid(process, &status, 0);
-        trial.count(WIFSIGNALED(status) ? "killed" : "ended before");
-        const QString moment = QString(", killed after %1 of %2 us").arg(us).arg(m_us);
-        followTime(us, WIFSIGNALED(status));
-
-        Contents found = contentsOf(trial.folder());
-        Contents tails;
-        if (m_writer.manner == Writer::Appends)
-            tails = cutTornTails(trial, found);
-        const QString fault = m_writer.faultOf(found, true);
-        trial.require(fault.isNull(), fault + moment);
-        if (WIFEXITED(status) && Ending{WEXITSTATUS(status), {}}.isSuccess())
-            trial.require(found == m_writer.after, "A run that wasn't killed came to something else");
-        if (!trial.failure().isEmpty())
-            return;
-        if (found.count("settings.ini.lock") != 0)
-            ::usleep(restartTime);
-        const QString other = m_writer.manner == Writer::Appends ? faultOfContinued(trial.folder(), tails)
-                              : trial.number % 4 == 0            ? m_writer.faultOfSecondRun(trial.folder())
-                                                                 : QString();
-        trial.require(other.isNull(), other + moment);
-        trial.require(timer.elapsed() < longestTrial, QString("It took %1 ms").arg(timer.elapsed()) + moment);
+        const QString what = moment.call > 0 ? "at a call" : "at a time";
+        if (!WIFSIGNALED(status)) {
+            trial.count("ended before, killed " + what);
+        } else {
+            trial.count("killed " + what);
+            if (m_counter.begun() > 0 && m_counter.ended() < calls())
+                trial.count("killed " + what + ", between the first and the last");
+        }
+        if (moment.call == 0)
+            followTime(moment.us, WIFSIGNALED(status));
+        return status;
     }
 
 private:
+    int calls() const { return int(m_calls.size()); }
+    bool isWrite(int call) const { return m_calls[std::size_t(call) - 1].name == "write"; }
     /// The machine has now more and now less to do besides.
     void followTime(int us, bool wasKilled)
     {
@@ -120,16 +133,70 @@ private:
         else if (!wasKilled && us < m_us)
             m_us = m_us * 49 / 50;
     }
-    pid_t start(const QString &folder, bool isPlanted) const
+    pid_t start(const QString &folder, const QStringList &variables) const
     {
         QStringList words = m_writer.command;
         words.replaceInStrings("{}", folder);
         const pid_t child = ::fork();
-        if (child != 0)
-            return child;
-        if (isPlanted)
-            writeInPlace(m_writer.after, folder, m_us);
-        runCommand(words);
+        if (child == 0)
+            runCommand(words, variables);
+        return child;
+    }
+
+    const Writer m_writer;
+    std::vector<Call> m_calls;
+    std::vector<Moment> m_moments;
+    CallCounter m_counter;
+    int m_us = 0; ///< that a run takes at present
+};
+
+/// What becomes of the files of a writer that is killed.
+class Search {
+public:
+    explicit Search(const Writer &writer) : m_writer(writer), m_victim(writer) {}
+
+    void run(Trial &trial)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        const QString folder = trial.path("w");
+        layDown(m_writer.before, folder);
+        if (trial.isPlanted && !m_careless)
+            m_careless = std::make_unique<Victim>(carelessly(m_writer, m_wanted.path()));
+        Victim &victim = trial.isPlanted ? *m_careless : m_victim;
+        const Moment at = victim.momentOf(trial);
+        const int status = victim.kill(trial, folder, at);
+
+        Contents found = contentsOf(folder);
+        Contents tails;
+        if (m_writer.manner == Writer::Appends)
+            tails = cutTornTails(trial, found);
+        const QString fault = m_writer.faultOf(found, true);
+        trial.require(fault.isNull(), fault + at.text());
+        if (WIFEXITED(status) && Ending{WEXITSTATUS(status), {}}.isSuccess())
+            trial.require(found == m_writer.after, "A run that wasn't killed came to something else");
+        if (!trial.failure().isEmpty())
+            return;
+        const QString next = faultOfNext(trial, found, tails);
+        trial.require(next.isNull(), next + at.text());
+        trial.require(timer.elapsed() < longestTrial, QString("It took %1 ms").arg(timer.elapsed()) + at.text());
+    }
+
+private:
+    /// What is wrong with the next run, which continues rows; of the others each fourth is run again.
+    QString faultOfNext(const Trial &trial, const Contents &found, const Contents &tails) const
+    {
+        const QString folder = trial.path("w");
+        if (m_writer.manner == Writer::Appends)
+            return faultOfContinued(folder, tails);
+        if (trial.number % 8 > 1)
+            return {};
+        for (const auto &[name, bytes] : found)
+            if (name.endsWith("settings.ini.lock")) {
+                ::usleep(restartTime);
+                break;
+            }
+        return m_writer.faultOfSecondRun(folder, true);
     }
     /// A file may end in a part of the row that was being written, unless it is still the old one. Returns the parts.
     Contents cutTornTails(Trial &trial, Contents &found) const
@@ -187,18 +254,21 @@ private:
     }
 
     const Writer &m_writer;
-    int m_us = 0; ///< that a run takes at present
+    QTemporaryDir m_wanted; ///< where the planted fault has its files from
+    Victim m_victim;
+    std::unique_ptr<Victim> m_careless;
 };
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    workInMemory();
     const QCoreApplication application(argc, argv);
     std::vector<Kind> kinds;
     for (const Writer &writer : writers()) {
-        const auto victim = std::make_shared<Victim>(writer);
-        kinds.push_back({writer.name, 10000, [victim](Trial &trial) { victim->run(trial); }, 100, writingPrograms()});
+        const auto search = std::make_shared<Search>(writer);
+        kinds.push_back({writer.name, 10000, [search](Trial &trial) { search->run(trial); }, 100, writingPrograms()});
     }
     return runLane("kill", kinds);
 }

@@ -43,6 +43,31 @@ QStringList shimVariables(const QString &folder)
             "ASAN_OPTIONS=verify_asan_link_order=0:" + qEnvironmentVariable("ASAN_OPTIONS")};
 }
 
+CallCounter::CallCounter()
+{
+    const std::size_t size = 2 * sizeof(qint64);
+    if (m_file.open() && m_file.resize(qint64(size)))
+        m_counts = reinterpret_cast<volatile qint64 *>(m_file.map(0, qint64(size)));
+    if (!m_counts)
+        qFatal("Calls can't be counted");
+}
+
+QString CallCounter::variable()
+{
+    m_counts[0] = m_counts[1] = 0;
+    return "FAULTS_COUNT=" + m_file.fileName();
+}
+
+qint64 CallCounter::begun() const
+{
+    return m_counts[0];
+}
+
+qint64 CallCounter::ended() const
+{
+    return m_counts[1];
+}
+
 QString watchedFolder(const QString &folder)
 {
     return QFileInfo(folder).canonicalFilePath() + "/watched";

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryFile>
 
 #include <vector>
 
@@ -24,6 +25,21 @@ struct Call {
 
 /// What the environment needs for the folder's calls to be watched.
 QStringList shimVariables(const QString &folder);
+
+/// How far the calls of a process that is started with variable() have come, whatever becomes of it.
+class CallCounter {
+public:
+    CallCounter();
+
+    /// Begins at zero.
+    QString variable();
+    qint64 begun() const;
+    qint64 ended() const;
+
+private:
+    QTemporaryFile m_file;
+    volatile qint64 *m_counts = nullptr;
+};
 
 /// The folder in which recordOf() has the calls done.
 QString watchedFolder(const QString &folder);

@@ -21,6 +21,7 @@ namespace {
 
 constexpr int longestRun = 120'000; // ms
 constexpr int cutRows = 2;
+constexpr int otherRows = 3;   ///< of each file, not more than leave one to be passed over
 constexpr int readRecords = 9; // of a day, in all of three modes
 
 const QString batch = QStringLiteral(FAULTS_BATCH);
@@ -108,6 +109,68 @@ Contents withoutLastRows(Contents contents)
     return contents;
 }
 
+/// With other records in the first rows, which no input holds.
+Contents withOtherRows(Contents contents)
+{
+    for (auto &[name, bytes] : contents) {
+        int left = otherRows;
+        QByteArrayList lines = bytes.split('\n');
+        for (QByteArray &line : lines)
+            if (left > 0 && line.startsWith("2019-")) {
+                line.replace(":00:00.000000+", ":00:07.000000+");
+                --left;
+            }
+        bytes = lines.join('\n');
+    }
+    return contents;
+}
+
+bool isRow(const QByteArray &line)
+{
+    return !line.startsWith('#');
+}
+
+/// Null if a file that was continued has the same rows as an undisturbed one, each as often, and no other line than it
+/// or the old one.
+QString faultOfLines(const QByteArray &now, const QByteArray &old, const QByteArray &wanted)
+{
+    QByteArrayList lines = now.split('\n'), all = wanted.split('\n');
+    const QByteArrayList known = all + old.split('\n');
+    for (const QByteArray &line : lines)
+        if (!known.contains(line))
+            return "a line that nobody wrote, " + QString::fromUtf8(line.left(80));
+    for (QByteArrayList *some : {&lines, &all}) {
+        some->erase(std::remove_if(some->begin(), some->end(), [](const auto &line) { return !isRow(line); }),
+                    some->end());
+        std::sort(some->begin(), some->end());
+    }
+    if (lines == all)
+        return {};
+    return QString("%1 rows instead of %2, or others").arg(QString::number(lines.size()), QString::number(all.size()));
+}
+
+QByteArray bytesOf(const Contents &contents, const QString &path)
+{
+    const auto at = contents.find(path);
+    return at == contents.end() ? QByteArray() : at->second;
+}
+
+/// Whether an unfinished run may leave a file of that name beside its own.
+bool isRemains(const Writer &writer, const QString &file)
+{
+    static const QRegularExpression beside("^(.*?)(\\.[a-z]{6})?\\.(tmp|unfinished)$"),
+        staged("^out\\.unfinished-\\w{6}/([^/]*)$"), settings("^(.*/)?settings\\.ini\\.(lock|\\w{6})$");
+    const auto isOurs = [&](const QString &name) {
+        return writer.before.count(name) != 0 || writer.after.count(name) != 0 ||
+               QFileInfo(name).fileName() == ".morvantide-batch";
+    };
+    const auto on = staged.match(file); // the files of "out" on their way
+    if (on.hasMatch())
+        return on.captured(1).isEmpty() || isOurs("out/" + on.captured(1)) ||
+               isRemains(writer, "out/" + on.captured(1));
+    return settings.match(file).hasMatch() || isOurs(beside.match(file).captured(1));
+}
+
 /// The data that the writers begin from.
 class Stage {
 public:
@@ -125,35 +188,56 @@ public:
             QStringList{"--inverters", path("in/inverters"), "--output", "{}/out", "--records"};
         const QStringList table = QStringList{batch, "export"} + common +
                                   QStringList{"--setup", path("s.exportsetup"), "--output", "{}/out/t.txt"};
-        add("rows", Writer::Appends, save, {});
-        add("append", Writer::Appends, save + QStringList{"--append"}, withoutLastRows(m_writers.back().after));
-        Contents old = m_writers.front().after;
+        const QStringList append{"--append"}, overwrite{"--overwrite"};
+        add("rows", Writer::Appends, save, {}, append);
+        const Contents saved = m_writers.back().after;
+        add("append", Writer::Appends, save + append, withOtherRows(withoutLastRows(saved)));
+        QStringList byTwo = save;
+        byTwo[save.indexOf("--jobs") + 1] = "2";
+        add("rows-jobs", Writer::Appends, byTwo, {}, append);
+        Contents old = saved;
         for (auto &[name, bytes] : old)
             bytes = bytes.isEmpty() ? bytes : "old\n";
-        add("overwrite", Writer::Replaces, save + QStringList{"--overwrite"}, old);
-        add("reinvert", Writer::Replaces, reinvert, {});
-        add("reinvert-append", Writer::Replaces, reinvert + QStringList{"--append"},
-            withoutLastRows(m_writers.back().after));
-        add("export", Writer::Replaces, table + QStringList{"--overwrite"},
+        add("overwrite", Writer::Replaces, save + overwrite, old);
+        add("reinvert", Writer::Replaces, reinvert, {}, append);
+        const Contents inverted = m_writers.back().after;
+        add("reinvert-append", Writer::Replaces, reinvert + append, withOtherRows(withoutLastRows(inverted)));
+        old = inverted;
+        for (auto &[name, bytes] : old)
+            bytes = bytes.isEmpty() ? bytes : "old\n";
+        add("reinvert-overwrite", Writer::Replaces, reinvert + overwrite, old);
+        const QString ofNames = "might be lost in a power failure";
+        add("export", Writer::Replaces, table + overwrite,
             {{"out/", {}}, {"out/t-20190514.txt", "old"}, {"out/u.txt", "other"}});
-        Contents torn = withoutLastRows(m_writers.front().after);
+        m_writers.back().warning = ofNames;
+        add("export-new", Writer::Replaces, table, {}, overwrite);
+        m_writers.back().warning = ofNames;
+        Contents torn = withoutLastRows(saved);
         for (auto &[name, bytes] : torn)
             bytes += bytes.isEmpty() ? "" : "2019-05-15 23:00:00.000000+02:00\t2019-05-15 23:5";
-        add("append-torn", Writer::Appends, save + QStringList{"--append"}, torn);
+        add("append-torn", Writer::Appends, save + append, torn, {}, ".torn");
 #ifdef FAULTS_RENDER
-        add("picture", Writer::Replaces,
-            QStringList{batch, "render"} + common + QStringList{"--size", "500x400", "--output", "{}/out/p.png"}, {});
-        add("picture-overwrite", Writer::Replaces, m_writers.back().command + QStringList{"--overwrite"},
+        const QStringList render = QStringList{batch, "render"} + common + QStringList{"--size", "500x400", "--output"};
+        add("picture", Writer::Replaces, render + QStringList{"{}/out/p.png"}, {}, overwrite);
+        add("picture-overwrite", Writer::Replaces, render + QStringList{"{}/out/p.png"} + overwrite,
             {{"out/", {}}, {"out/p.png", "old"}});
+        add("picture-svg", Writer::Replaces, render + QStringList{"{}/out/p.svg"} + overwrite,
+            {{"out/", {}}, {"out/p.svg", "old"}});
 #endif
-        add("comments", Writer::Replaces, {driver, "comments", "{}"},
-            {{"20190912-block.comments",
-              "#Record comments\n2019-09-12 10:00:00.000000+00:00\t2019-09-12 10:01:00.000000+00:00\tions\tolder\n"}});
+        const Contents commented{{"20190912-block.comments",
+                                  "#Record comments\n"
+                                  "2019-09-12 10:00:00.000000\t2019-09-12 10:01:00.000000\tions\tolder\n"
+                                  "2019-09-12 11:00:00.000000\t2019-09-12 11:01:00.000000\tions\tanother\n"}};
+        add("comments", Writer::Replaces, {driver, "comments", "{}"}, commented);
+        add("comments-removed", Writer::Replaces, {driver, "nocomments", "{}"}, commented);
         add("layouts", Writer::Replaces, {driver, "layouts", "{}"},
             {{"a.windowsetup", "version: 2\n"}, {"b.windowsetup", "version: 1\n"}, {"b.windowsetup.bak", "oldest"}});
-        add("settings", Writer::Replaces, {driver, "settings", "{}"},
-            {{"settings.ini", "[General]\nversion=2\nkept=here\n"}});
-        m_writers.back().lasts = false; // but the old or the new ones do
+        for (const bool isNew : {false, true}) {
+            add(isNew ? "settings-new" : "settings", Writer::Replaces,
+                {driver, "settings", isNew ? "{}/new/folder" : "{}"},
+                isNew ? Contents{} : Contents{{"settings.ini", "[General]\nversion=2\nkept=here\n"}});
+            m_writers.back().lasts = false; // but the old or the new ones do
+        }
         return std::move(m_writers);
     }
 
@@ -172,13 +256,16 @@ private:
                 bytes = firstRows(bytes, name.endsWith(".records") ? readRecords : readRecords / 3);
         layDown(days, path("in"));
     }
-    void add(const QString &name, Writer::Manner manner, const QStringList &command, const Contents &before)
+    /// `again` is added to the command.
+    void add(const QString &name, Writer::Manner manner, const QStringList &command, const Contents &before,
+             const QStringList &again = {}, const QString &warning = {})
     {
-        Writer writer{name, manner, command, before, {}, true};
+        Writer writer{name, manner, command, again.isEmpty() ? again : command + again, before, {}, true, warning};
         layDown(before, path(name));
         const Ending ending = writer.run(path(name));
         writer.after = contentsOf(path(name));
-        if (!ending.isSuccess() || writer.after == before)
+        const QString fault = writer.faultOf(ending, writer.after, false);
+        if (!ending.isSuccess() || writer.after == before || !fault.isNull())
             qFatal("%s can't write: %d, %s", qPrintable(name), ending.status, ending.words.constData());
         m_writers.push_back(writer);
     }
@@ -240,6 +327,20 @@ Ending runProgram(const QStringList &command, const QStringList &variables, qint
     return ending;
 }
 
+Writer carelessly(Writer writer, const QString &wanted)
+{
+    layDown(writer.after, wanted);
+    writer.command = QStringList{driver, writer.before.empty() ? "scattered" : "careless", "{}", wanted};
+    return writer;
+}
+
+void workInMemory()
+{
+    const QString memory = "/dev/shm";
+    if (!qEnvironmentVariableIsSet("TMPDIR") && QFileInfo(memory).isWritable())
+        qputenv("TMPDIR", memory.toLatin1());
+}
+
 Ending Writer::run(const QString &folder, const QStringList &variables, qint64 largestFile) const
 {
     QStringList words = command;
@@ -252,7 +353,8 @@ QString Writer::faultOf(const Ending &ending, const Contents &found, bool mayLea
         "not (be )?(made|written|copied|lost|saved)|Failed|Unable|[Cc]an't|might be lost");
     const QString told =
         QStringLiteral(" (status %1: %2)").arg(QString::number(ending.status), QString::fromUtf8(ending.words));
-    if (ending.status != 1 && !ending.isSuccess())
+    const bool isWarning = !warning.isNull() && ending.words.contains(warning.toUtf8());
+    if ((ending.status != 1 && !ending.isSuccess()) || (ending.status == 3 && !isWarning))
         return "No such end" + told;
     if (ending.isSuccess() && !holdsAll(found, after))
         return "A success that is none" + told;
@@ -282,48 +384,52 @@ QString Writer::faultOfTornRows(const Contents &found) const
 
 QString Writer::faultOf(const Contents &found, bool mayLeave) const
 {
-    const auto in = [](const Contents &contents, const QString &path) {
-        const auto at = contents.find(path);
-        return at == contents.end() ? QByteArray() : at->second;
-    };
     for (const auto &[file, bytes] : before) {
-        const bool isGone = found.count(file) == 0;
-        if (isGone && !isFolder(file) && in(found, file + ".bak") != bytes)
+        const bool isGone = found.count(file) == 0 && after.count(file) != 0;
+        if (isGone && !isFolder(file) && bytesOf(found, file + ".bak") != bytes)
             return file + " is gone";
     }
     for (const auto &[file, bytes] : found) {
-        if (after.count(file) == 0 || bytes == in(after, file) ||
-            (before.count(file) != 0 && bytes == in(before, file)))
+        const bool isNew = before.count(file) == 0;
+        if (isNew && after.count(file) == 0 && !isRemains(*this, file))
+            return file + " is nobody's";
+        if (after.count(file) == 0 || bytes == bytesOf(after, file) || (!isNew && bytes == bytesOf(before, file)))
             continue;
-        const bool isRemains = mayLeave && bytes.isEmpty();
-        if (!isRemains && (manner != Appends || !holdsRows(bytes, wholeRows(in(before, file)), in(after, file))))
+        const bool isBegun = mayLeave && isNew &&
+                             (bytes.isEmpty() || (file.endsWith(".torn") && bytesOf(after, file).startsWith(bytes)));
+        if (manner != Appends || !(isBegun || holdsRows(bytes, wholeRows(bytesOf(before, file)), bytesOf(after, file))))
             return file + " is neither old nor new";
     }
     return faultOfTornRows(found);
 }
 
-QString Writer::faultOfSecondRun(const QString &folder) const
+QString Writer::faultOfSecondRun(const QString &folder, bool mayLeave) const
 {
-    const Contents found = contentsOf(folder);
+    const Contents first = contentsOf(folder);
     Ending ending = run(folder);
-    if (ending.status == 2) { // for it writes over nothing
-        for (const auto &[file, bytes] : after)
-            if (!isFolder(file))
-                QFile::remove(QDir(folder).filePath(file));
-        ending = run(folder);
-    }
+    if (ending.status == 2 && !again.isEmpty())
+        ending = runProgram(QStringList(again).replaceInStrings("{}", folder), {});
+    const QString told =
+        QStringLiteral(" (status %1: %2)").arg(QString::number(ending.status), QString::fromUtf8(ending.words));
+    if (!ending.isSuccess())
+        return "A second try failed" + told;
     const Contents now = contentsOf(folder);
-    const bool isContinued = manner == Appends && !before.empty();
-    const bool holds = std::all_of(after.begin(), after.end(), [&](const auto &wantedFile) {
-        const auto there = now.find(wantedFile.first);
-        if (there == now.end() || !isContinued)
-            return there != now.end() && there->second == wantedFile.second;
-        const QList<QByteArray> rows = there->second.split('\n'), wanted = wantedFile.second.split('\n');
-        return std::all_of(wanted.begin(), wanted.end(), [&](const QByteArray &row) { return rows.contains(row); });
-    });
-    if (!ending.isSuccess() || !holds)
-        return QStringLiteral("A second try failed (status %1: %2)")
-            .arg(QString::number(ending.status), QString::fromUtf8(ending.words));
+    for (const auto &[file, bytes] : after)
+        if (now.count(file) == 0)
+            return file + " isn't there after a second try" + told;
+    for (const auto &[file, bytes] : now) {
+        const bool isOurs = after.count(file) != 0;
+        const bool isKnown = isOurs || bytesOf(before, file) == bytes || (mayLeave && isRemains(*this, file)) ||
+                             (file.endsWith(".torn") && first.count(file) != 0);
+        if (!isKnown)
+            return file + " is left after a second try" + told;
+        if (!isOurs || bytes == bytesOf(after, file))
+            continue;
+        const QString fault = manner == Appends ? faultOfLines(bytes, bytesOf(before, file), bytesOf(after, file))
+                                                : QString("other bytes");
+        if (!fault.isNull())
+            return file + " after a second try: " + fault + told;
+    }
     return {};
 }
 
