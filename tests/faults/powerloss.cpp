@@ -2,7 +2,8 @@
 //
 // What the disk holds then: all changes of folders up to one of those since the last fsync of a folder, in their order,
 // as a journal keeps them; and of each file the bytes of its last fsync, with the beginning of what came behind it, or
-// all of it, or nothing. A name given by rename may so be there without the bytes.
+// all of it, or nothing; a cut may be there or not, and what came behind it only with it. A name given by rename may so
+// be there without the bytes.
 
 #include "faults/lane.h"
 #include "faults/shim.h"
@@ -19,6 +20,12 @@ using namespace Faults;
 
 constexpr qint64 drawn = 20; // trials with bytes kept by chance, for each of those that keep all or nothing
 
+/// What a loss of power leaves of the changes of a file that were not brought to the disk.
+struct Left {
+    std::function<int(int)> bytes; ///< of that many at its end
+    std::function<bool()> isCut;
+};
+
 /// The disk behind some calls.
 class Disk {
 public:
@@ -26,7 +33,7 @@ public:
     {
         for (const auto &[name, bytes] : before) {
             const quint64 file = ++m_lastFile;
-            m_files[file] = {bytes, bytes};
+            m_files[file] = {bytes, bytes, bytes.size()};
             m_names[m_folder + '/' + name] = file;
         }
         m_durableNames = m_names;
@@ -44,12 +51,11 @@ public:
         } else if (call.name == "open" || call.name == "openempty") {
             m_byInode[call.file] = m_names.count(call.path) != 0 ? m_names[call.path] : 0;
             if (call.name == "openempty")
-                m_files[m_byInode[call.file]].now.clear();
+                m_files[m_byInode[call.file]].cut(0);
         } else if (call.name == "write") {
-            QByteArray &now = m_files[m_byInode[call.file]].now;
-            now.replace(int(call.offset), call.bytes.size(), call.bytes);
+            m_files[m_byInode[call.file]].write(int(call.offset), call.bytes);
         } else if (call.name == "ftruncate") {
-            m_files[m_byInode[call.file]].now.resize(int(call.offset));
+            m_files[m_byInode[call.file]].cut(int(call.offset));
         } else if (call.name == "fsync") {
             sync(call);
         } else if (call.name == "link") {
@@ -65,9 +71,8 @@ public:
     /// The changes of folders that may be lost: all, or only the later ones.
     std::size_t openChanges() const { return m_changes.size(); }
 
-    /// What is found after the power has come back, with so many of the open changes. `kept` tells how many of the
-    /// bytes are there that may be lost.
-    Contents afterLoss(std::size_t changes, const std::function<int(int)> &kept) const
+    /// What is found after the power has come back, with so many of the open changes.
+    Contents afterLoss(std::size_t changes, const Left &left) const
     {
         auto names = m_durableNames;
         for (std::size_t i = 0; i < changes; ++i)
@@ -76,20 +81,35 @@ public:
         Contents found;
         for (const auto &[name, file] : names)
             if (file != 0)
-                found[name.mid(m_folder.size() + 1)] = m_files.at(file).afterLoss(kept);
+                found[name.mid(m_folder.size() + 1)] = m_files.at(file).afterLoss(left);
         return found;
     }
 
 private:
     struct File {
         QByteArray durable, now;
+        int common = 0; ///< bytes at the beginning of both that were never cut off
 
-        QByteArray afterLoss(const std::function<int(int)> &kept) const
+        void write(int offset, const QByteArray &bytes)
         {
-            // What a file loses at its end, or gets in other places, the journal keeps at once.
-            if (!now.startsWith(durable))
-                return now;
-            return now.left(durable.size() + kept(now.size() - durable.size()));
+            common = std::min(common, offset);
+            now.replace(offset, bytes.size(), bytes);
+        }
+        void cut(int size)
+        {
+            common = std::min(common, size);
+            now.resize(size);
+        }
+        void sync()
+        {
+            durable = now;
+            common = now.size();
+        }
+        QByteArray afterLoss(const Left &left) const
+        {
+            if (common < durable.size() && !left.isCut())
+                return durable;
+            return now.left(common + left.bytes(now.size() - common));
         }
     };
     using Names = std::map<QString, quint64>; ///< of files; 0 where there is none any more
@@ -106,8 +126,7 @@ private:
         const bool isFolder =
             call.path == m_folder || (m_names.count(call.path + '/') != 0 && m_names[call.path + '/'] != 0);
         if (!isFolder) {
-            File &file = m_files[m_byInode[call.file]];
-            file.durable = file.now;
+            m_files[m_byInode[call.file]].sync();
             return;
         }
         m_durableNames = m_names;
@@ -142,11 +161,15 @@ public:
         Disk disk(m_writer.before, m_folder);
         for (qint64 i = 0; i < behind; ++i)
             disk.apply(calls[std::size_t(i)]);
-        const std::vector<std::function<int(int)>> all{[](int) { return 0; }, [](int bytes) { return bytes; }};
-        const std::vector<std::function<int(int)>> some{[&trial](int bytes) { return trial.pick(0, bytes); }};
+        const auto none = [](int) { return 0; };
+        const auto whole = [](int bytes) { return bytes; };
+        const std::vector<Left> all{
+            {none, [] { return false; }}, {none, [] { return true; }}, {whole, [] { return true; }}};
+        const std::vector<Left> some{
+            {[&trial](int bytes) { return trial.pick(0, bytes); }, [&trial] { return trial.pick(0, 1) == 1; }}};
         for (std::size_t changes = 0; changes <= disk.openChanges(); ++changes)
-            for (const auto &kept : trial.number < count ? all : some) {
-                const QString fault = faultOf(disk.afterLoss(changes, kept), behind == count - 1);
+            for (const Left &left : trial.number < count ? all : some) {
+                const QString fault = faultOf(disk.afterLoss(changes, left), behind == count - 1);
                 trial.count("disks");
                 if (!fault.isNull())
                     trial.fail(QString("behind call %1, %2, with %3 changes of folders: %4")
@@ -210,6 +233,7 @@ private:
 
 int main(int argc, char **argv)
 {
+    workInMemory();
     const QCoreApplication application(argc, argv);
     std::vector<Kind> kinds;
     for (const Writer &writer : writers()) {
