@@ -39,7 +39,11 @@ constexpr unsigned hang = 60; // s
 struct Scenario {
     QString name;
     std::function<QByteArray(const QString &folder)> run;
+    enum Files { Whole, Rows, Judged } files = Whole; ///< which it writes: row by row, or looked at by itself
 };
+
+/// What a scenario has found by itself.
+QString fileFault;
 
 /// From here on there is memory.
 void endShortage()
@@ -109,22 +113,55 @@ Batch::ReadOptions readOptions(const QString &folder)
     return options;
 }
 
+/// The comment of each record has to be what was said to be written last.
 QByteArray writeAndReadComments(const QString &folder)
 {
-    Spectrometer::RecordHead head;
-    head.beginTime = recordTimeFromTicks(ticksPerDay * 18151);
-    head.endTime = head.beginTime + std::chrono::minutes(1);
-    QString found;
-    for (const char *text : {"first\n", "second", ""}) {
-        const CommentPlace place(folder, "block", head, "ions");
-        const QString reason = writeComment(place, text);
-        if (!reason.isNull())
+    const struct {
+        int minute;
+        const char *text;
+    } changes[] = {{0, "first"}, {1, "second"}, {2, "third"}, {1, "changed"}, {0, ""}};
+    std::map<QByteArray, QStringList> wanted; ///< the texts that may stand there, by record
+    QString path, read;
+    for (const auto &change : changes) {
+        Spectrometer::RecordHead head;
+        head.beginTime = recordTimeFromTicks(ticksPerDay * 18151) + std::chrono::minutes(change.minute);
+        head.endTime = head.beginTime + std::chrono::minutes(1);
+        QString reason("Out of memory");
+        CommentPlace place;
+        bool isKnown = false;
+        try {
+            place = CommentPlace(folder, "block", head, "ions");
+            reason = writeComment(place, change.text);
+            isKnown = true;
+        } catch (const std::bad_alloc &) {
+        }
+        if (!reason.isNull()) {
+            endShortage();
             tellAll({reason});
-        readCommentFile(place.path, [&found](const CommentLine &line) { found += line.text + '\n'; });
-        head.beginTime += std::chrono::minutes(1);
+            place = CommentPlace(folder, "block", head, "ions");
+        }
+        QStringList &texts = wanted[place.key];
+        if (texts.isEmpty())
+            texts << QString();
+        if (isKnown && reason.isNull())
+            texts.clear();
+        if (!isKnown || reason.isNull())
+            texts << change.text;
+        path = place.path;
+        readCommentFile(path, [&read](const CommentLine &line) { read += line.text + '\n'; });
     }
     endShortage();
-    return found.toUtf8();
+    std::map<QByteArray, QStringList> found;
+    for (const QByteArray &line : contentOf(path).split('\n'))
+        for (const auto &[key, texts] : wanted)
+            if (line.startsWith(key))
+                found[key] << QString::fromUtf8(line.mid(key.size()));
+    for (const auto &[key, texts] : wanted) {
+        const QString text = found[key].join('|');
+        if (!texts.contains(text))
+            fileFault = QString("The comment is \"%1\" instead of \"%2\"").arg(text, texts.join("\" or \""));
+    }
+    return read.toUtf8();
 }
 
 QByteArray writeAndReadLayout(const QString &from, const QString &folder)
@@ -211,7 +248,7 @@ bool holdsRows(const QByteArray &bytes, const QByteArray &all)
 /// A scenario with what an undisturbed run of it comes to.
 class Search {
 public:
-    Search(const Scenario &scenario, const QString &folder, bool appends) : m_scenario(scenario), m_appends(appends)
+    Search(const Scenario &scenario, const QString &folder) : m_scenario(scenario)
     {
         for (int i = 0; i < 2; ++i) { // the first makes what is kept from then on
             const QString work = begin(folder);
@@ -269,9 +306,11 @@ public:
                                 !words.contains("Errors reading inverters") && !words.contains("Inversion error");
         for (const auto &[name, bytes] : files) {
             const auto whole = m_files.find(name);
-            const bool isSound = whole != m_files.end() && (bytes == whole->second || bytes.isEmpty() ||
-                                                            (m_appends && holdsRows(bytes, whole->second)) ||
-                                                            (!hasReadAll && bytes.endsWith('\n')));
+            const bool isBegun =
+                whole != m_files.end() &&
+                ((m_scenario.files == Scenario::Rows && (bytes.isEmpty() || holdsRows(bytes, whole->second))) ||
+                 ((m_scenario.files == Scenario::Judged || !hasReadAll) && bytes.endsWith('\n')));
+            const bool isSound = isBegun || (whole != m_files.end() && bytes == whole->second);
             trial.require(isSound || name == wordsName, name + " is left" + where);
         }
     }
@@ -320,6 +359,8 @@ private:
             isTold = true;
         }
         endShortage();
+        if (!fileFault.isEmpty())
+            return fileFault;
         if (isPlanted && leaks)
             m_leaked = std::malloc(100);
         const long left = ShortMemory::held - held;
@@ -335,7 +376,6 @@ private:
     }
 
     Scenario m_scenario;
-    bool m_appends;
     long m_allocations = 0, m_left = 0;
     std::uint64_t m_result = 0;
     Files m_files; ///< that an undisturbed run writes
@@ -356,7 +396,8 @@ std::vector<Scenario> scenarios(const QString &data)
         {"zip", [data](const QString &) { return loadInverters(data + "/inverters/demo.sinp"); }},
         {"read", [data](const QString &) { return readFolder(data, 1); }},
         {"read, two threads", [data](const QString &) { return readFolder(data, 2); }},
-        {"save", [save](const QString &folder) { return runCommand([&] { return Batch::runSave(save(folder)); }); }},
+        {"save", [save](const QString &folder) { return runCommand([&] { return Batch::runSave(save(folder)); }); },
+         Scenario::Rows},
         {"reinvert",
          [save, data](const QString &folder) {
              return runCommand([&] {
@@ -376,7 +417,7 @@ std::vector<Scenario> scenarios(const QString &data)
                  return Batch::runExport(options);
              });
          }},
-        {"comments", writeAndReadComments},
+        {"comments", writeAndReadComments, Scenario::Judged},
         {"layout", [data](const QString &folder) { return writeAndReadLayout(data + "/values.yaml", folder); }},
         {"yaml", [data](const QString &) { return loadAndDumpYaml(data + "/values.yaml"); }}};
 }
@@ -403,8 +444,7 @@ int main(int argc, char **argv)
     writeFile(data + "/values.yaml", values);
     std::vector<std::shared_ptr<Search>> searches;
     for (const Scenario &scenario : scenarios(data))
-        searches.push_back(
-            std::make_shared<Search>(scenario, place.path(), scenario.name == "save" || scenario.name == "comments"));
+        searches.push_back(std::make_shared<Search>(scenario, place.path()));
     std::vector<Kind> kinds;
     for (const auto &search : searches)
         kinds.push_back({search->name(), search->goal(), [search](Trial &trial) { search->run(trial); }});
