@@ -21,8 +21,7 @@ namespace {
 using namespace Faults;
 
 constexpr int measuredRuns = 5;
-constexpr int longestTrial = 10'000;        // ms
-constexpr useconds_t restartTime = 150'000; ///< before which no program is started anew
+constexpr int longestTrial = 10'000; // ms
 const QString torn = QStringLiteral(".torn");
 
 [[noreturn]] void runCommand(const QStringList &words, const QStringList &variables)
@@ -177,25 +176,20 @@ public:
             trial.require(found == m_writer.after, "A run that wasn't killed came to something else");
         if (!trial.failure().isEmpty())
             return;
-        const QString next = faultOfNext(trial, found, tails);
+        const QString next = faultOfNext(trial, tails);
         trial.require(next.isNull(), next + at.text());
         trial.require(timer.elapsed() < longestTrial, QString("It took %1 ms").arg(timer.elapsed()) + at.text());
     }
 
 private:
     /// What is wrong with the next run, which continues rows; of the others each fourth is run again.
-    QString faultOfNext(const Trial &trial, const Contents &found, const Contents &tails) const
+    QString faultOfNext(const Trial &trial, const Contents &tails) const
     {
         const QString folder = trial.path("w");
         if (m_writer.manner == Writer::Appends)
             return faultOfContinued(folder, tails);
         if (trial.number % 8 > 1)
             return {};
-        for (const auto &[name, bytes] : found)
-            if (name.endsWith("settings.ini.lock")) {
-                ::usleep(restartTime);
-                break;
-            }
         return m_writer.faultOfSecondRun(folder, true);
     }
     /// A file may end in a part of the row that was being written, unless it is still the old one. Returns the parts.

@@ -14,12 +14,14 @@
 #include <csignal>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace Faults {
 
 namespace {
 
-constexpr int longestRun = 120'000; // ms
+constexpr int longestRun = 120'000;         // ms
+constexpr useconds_t restartTime = 150'000; ///< before which no program is started anew
 constexpr int cutRows = 2;
 constexpr int otherRows = 3;   ///< of each file, not more than leave one to be passed over
 constexpr int readRecords = 9; // of a day, in all of three modes
@@ -406,6 +408,10 @@ QString Writer::faultOf(const Contents &found, bool mayLeave) const
 QString Writer::faultOfSecondRun(const QString &folder, bool mayLeave) const
 {
     const Contents first = contentsOf(folder);
+    const bool isLocked = std::any_of(first.begin(), first.end(),
+                                      [](const auto &file) { return file.first.endsWith("settings.ini.lock"); });
+    if (isLocked)
+        ::usleep(restartTime);
     Ending ending = run(folder);
     if (ending.status == 2 && !again.isEmpty())
         ending = runProgram(QStringList(again).replaceInStrings("{}", folder), {});
