@@ -1,9 +1,9 @@
 // Lets the power fail behind every call by which a file is written, by what a record of the calls says.
 //
-// What the disk holds then: all changes of folders up to one of those since the last fsync of a folder, in their order,
-// as a journal keeps them; and of each file the bytes of its last fsync, with the beginning of what came behind it, or
-// all of it, or nothing; a cut may be there or not, and what came behind it only with it. A name given by rename may so
-// be there without the bytes.
+// What the disk holds then: of changes of names those that an fsync of their own folder brought there, and of the
+// others, whatever their folders are, all up to one of them in their order, as a journal keeps it; and of each file the
+// bytes of its last fsync, with the beginning of what came behind it, or all of it, or nothing; a cut may be there or
+// not, and what came behind it only with it. A name given by rename may so be there without the bytes.
 
 #include "faults/lane.h"
 #include "faults/shim.h"
@@ -78,6 +78,9 @@ public:
         for (std::size_t i = 0; i < changes; ++i)
             for (const auto &[name, file] : m_changes[i])
                 names[name] = file;
+        for (auto &[name, file] : names) // a folder comes before what it holds
+            if (folderOf(name) != m_folder && names[folderOf(name) + '/'] == 0)
+                file = 0;
         Contents found;
         for (const auto &[name, file] : names)
             if (file != 0)
@@ -114,6 +117,10 @@ private:
     };
     using Names = std::map<QString, quint64>; ///< of files; 0 where there is none any more
 
+    static QString folderOf(const QString &name)
+    {
+        return name.left(name.lastIndexOf('/', -2)); // without the slash behind a folder's name
+    }
     void change(const QString &name, quint64 file) { change(name, file, name, file); }
     void change(const QString &name, quint64 file, const QString &other, quint64 otherFile)
     {
@@ -129,8 +136,17 @@ private:
             m_files[m_byInode[call.file]].sync();
             return;
         }
-        m_durableNames = m_names;
-        m_changes.clear();
+        std::vector<Names> others;
+        for (const Names &change : m_changes) {
+            const bool isHere = std::any_of(change.begin(), change.end(),
+                                            [&](const auto &name) { return folderOf(name.first) == call.path; });
+            if (!isHere)
+                others.push_back(change);
+            else
+                for (const auto &[name, file] : change)
+                    m_durableNames[name] = file;
+        }
+        m_changes = others;
     }
 
     QString m_folder;
@@ -138,7 +154,7 @@ private:
     std::map<quint64, File> m_files;
     std::map<quint64, quint64> m_byInode; ///< inodes are given to others when a file is gone
     Names m_names, m_durableNames;
-    std::vector<Names> m_changes; ///< since the last fsync of a folder
+    std::vector<Names> m_changes; ///< since the last fsync of their folders
 };
 
 class PowerLoss {
