@@ -208,12 +208,9 @@ public:
         for (auto &[name, bytes] : old)
             bytes = bytes.isEmpty() ? bytes : "old\n";
         add("reinvert-overwrite", Writer::Replaces, reinvert + overwrite, old);
-        const QString ofNames = "might be lost in a power failure";
         add("export", Writer::Replaces, table + overwrite,
             {{"out/", {}}, {"out/t-20190514.txt", "old"}, {"out/u.txt", "other"}});
-        m_writers.back().warning = ofNames;
         add("export-new", Writer::Replaces, table, {}, overwrite);
-        m_writers.back().warning = ofNames;
         Contents torn = withoutLastRows(saved);
         for (auto &[name, bytes] : torn)
             bytes += bytes.isEmpty() ? "" : "2019-05-15 23:00:00.000000+02:00\t2019-05-15 23:5";
