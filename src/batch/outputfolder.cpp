@@ -52,9 +52,11 @@ QString makeFolder(const QString &folder)
     return unmadeText(folder, makeLastingFolders(folder));
 }
 
-bool bringNamesToDisk(const QString &folder)
+bool bringNamesToDisk(const QString &folder, const QStringList &newFolders)
 {
-    const QString reason = syncFolder(folder);
+    QString reason = syncFolder(folder);
+    if (reason.isNull())
+        reason = syncNamesOf(newFolders);
     if (!reason.isNull())
         tell(QStringLiteral("The files in \"%1\" might be lost in a power failure: %2").arg(folder, reason));
     return reason.isNull();

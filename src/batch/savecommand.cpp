@@ -8,6 +8,7 @@
 #include "batch/savetargets.h"
 #include "batch/stagedoutput.h"
 #include "datafiles/reading/datafinder.h"
+#include "util/folders.h"
 
 #include <memory>
 
@@ -37,13 +38,14 @@ Outcome write(const SaveOptions &options, const FolderRead &read, const SpectraB
     settings.syncFiles = !staged;
     if (!options.append && !options.overwrite) // another program may make one since the look at the targets
         settings.refusalOfExisting = refusalOfExisting();
+    const QStringList newFolders = missingFolders(options.outputFolder);
     PlainFileOutput output(settings);
     outcome.interrupted =
         !writeInOrder(output, *read.reader->datastore(), options.read.jobs, QStringLiteral("Writing"),
                       [](const Record &record) -> const SpectMath::SpectrumPointerList & { return record.spectra; });
     const auto counts = staged ? moveOut(*staged, options.outputFolder, output, outcome) : output.counts();
     if (!staged && counts.written + counts.held > 0)
-        outcome.outputLost = !bringNamesToDisk(options.outputFolder);
+        outcome.outputLost = !bringNamesToDisk(options.outputFolder, newFolders);
     Spectrometer::warnOfSpectraWithoutMode(*read.reader->datastore());
     outcome.tellWriting(counts, options.outputFolder, read, messages);
     return outcome;

@@ -45,6 +45,14 @@ QString makeLastingFolders(const QString &folder)
     return reason.isNull() ? syncNamesOf(made) : reason;
 }
 
+QStringList missingFolders(const QString &folder)
+{
+    QStringList missing;
+    for (QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath()); !QFileInfo::exists(path); path = QFileInfo(path).path())
+        missing.prepend(path);
+    return missing;
+}
+
 QString syncNamesOf(const QStringList &made)
 {
     QString reason;

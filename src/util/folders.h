@@ -11,5 +11,8 @@ QString makeFolders(const QString &folder, QStringList *made);
 /// folders stand and the reason is told.
 QString makeLastingFolders(const QString &folder);
 
+/// Of the folder and those above it those that aren't there, the outermost first.
+QStringList missingFolders(const QString &folder);
+
 /// Waits until the names of these folders, which were made, are on the disk.
 QString syncNamesOf(const QStringList &made);

@@ -101,7 +101,9 @@ TEST_F(FileReplacements, OfNewFoldersEachNameIsBroughtToTheDisk)
     int told = 0;
     for (const char *failed = ""; failed;) {
         const FailingCalls calls(2 + 3 * told); // open, fsync and close for each
+        EXPECT_EQ(missingFolders(path("a/./b/c/")), QStringList({path("a"), path("a/b"), path("a/b/c")}));
         const QString reason = makeLastingFolders(path("a/b/c"));
+        EXPECT_TRUE(missingFolders(path("a/b/c")).isEmpty());
         failed = calls.failed();
         EXPECT_EQ(reason, failed ? qt_error_string(EIO) : QString());
         told += failed ? 1 : 0;
