@@ -18,7 +18,8 @@ QString unwritableFolder(const QString &folder);
 /// empty text.
 QString makeFolder(const QString &folder);
 
-/// Brings the names of the folder's files to the disk, and those of folders that are new. False if they might be lost in a power failure, which is told.
+/// Brings the names of the folder's files to the disk, and those of folders that are new. False if they might be lost
+/// in a power failure, which is told.
 bool bringNamesToDisk(const QString &folder, const QStringList &newFolders = {});
 
 } // namespace Batch

@@ -48,7 +48,8 @@ QString makeLastingFolders(const QString &folder)
 QStringList missingFolders(const QString &folder)
 {
     QStringList missing;
-    for (QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath()); !QFileInfo::exists(path); path = QFileInfo(path).path())
+    for (QString path = QDir::cleanPath(QFileInfo(folder).absoluteFilePath()); !QFileInfo::exists(path);
+         path = QFileInfo(path).path())
         missing.prepend(path);
     return missing;
 }

@@ -115,12 +115,17 @@ public:
     Lane(QString name, std::vector<Kind> kinds, QString stateFile)
         : m_name(std::move(name)), m_kinds(std::move(kinds)), m_stateFile(std::move(stateFile))
     {
+    }
+
+    /// What was counted before.
+    void load()
+    {
         QFile file(m_stateFile);
-        if (file.open(QIODevice::ReadOnly)) {
-            const QJsonObject all = QJsonDocument::fromJson(file.readAll()).object();
-            for (const Kind &kind : m_kinds)
-                m_standings[kind.name] = Standing::of(all[kind.name].toObject());
-        }
+        if (!file.open(QIODevice::ReadOnly))
+            return;
+        const QJsonObject all = QJsonDocument::fromJson(file.readAll()).object();
+        for (const Kind &kind : m_kinds)
+            m_standings[kind.name] = Standing::of(all[kind.name].toObject());
     }
 
     /// Whether no other run has the state file. While this process lives, none gets it then.
@@ -136,6 +141,7 @@ public:
     bool run(double seconds)
     {
         bool isSound = true;
+        load();
         forgetOtherPrograms();
         takeEndedTrial();
         std::vector<const Kind *> sound;
@@ -433,6 +439,7 @@ int runLane(const QString &lane, const std::vector<Kind> &kinds)
     if (parser.isSet("trial"))
         return search.runOne(parser.value("trial").toLongLong(), parser.isSet("planted")) ? 0 : 1;
     if (parser.isSet("table")) {
+        search.load();
         for (const Kind &kind : chosen)
             tell(search.summary(kind));
         return 0;
