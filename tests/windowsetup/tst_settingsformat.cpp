@@ -125,8 +125,10 @@ TEST_F(SettingsFormat, ANamelessLockOfAKilledProcessHeldUpTheNextStartForHalfAMi
         QByteArray text;
         int ms; ///< its age
         bool isRemoved;
-    } locks[] = {
-        {"", 1000, true}, {"", 0, false}, {"1\nmorvantide\nhost\nid", 1000, true}, {"1\nmorvantide\nhost\n", 1000, false}};
+    } locks[] = {{"", 1000, true},
+                 {"", 0, false},
+                 {"1\nmorvantide\nhost\nid", 1000, true},
+                 {"1\nmorvantide\nhost\n", 1000, false}};
     for (const auto &lock : locks) {
         writeFile(path("s.ini.lock"), lock.text);
         QFile file(path("s.ini.lock"));

@@ -14,12 +14,6 @@ namespace {
 constexpr std::size_t mostWaiting = 128; // of the descriptors that a process may have, often 1024
 constexpr std::size_t atATime = 8;       // whose bytes go to the disk
 
-/// Some file systems can't tell when bytes are on the disk.
-bool isImpossible(int error)
-{
-    return error == EINVAL || error == ENOTSUP || error == ENOSYS;
-}
-
 } // namespace
 
 ClosingFiles::ClosingFiles(Closed closed) : m_closed(std::move(closed))
@@ -64,7 +58,7 @@ void ClosingFiles::close(const File &file)
     if (FileCalls::current().close(file.descriptor) != 0)
         failure =
             QStringLiteral("Failed to close file \"%1\": %2. Data was lost!").arg(file.name, qt_error_string(errno));
-    if (file.error != 0 && !isImpossible(file.error))
+    if (file.error != 0 && !cannotSync(file.error))
         failure = QStringLiteral("Failed to bring file \"%1\" to the disk: %2. Data was lost!")
                       .arg(file.name, qt_error_string(file.error));
     m_closed(file, failure);
