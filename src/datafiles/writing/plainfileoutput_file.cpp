@@ -104,14 +104,14 @@ bool OutputFile::isAsLeft() const
     return state && state->id == m_id && state->size == m_end;
 }
 
-/// Whether the bytes written last stand in the open file, which has that size.
-bool OutputFile::standsLast(off_t size) const
+/// Whether these bytes stand in the open file, which has that size.
+bool OutputFile::stands(const Piece &piece, off_t size) const
 {
-    if (m_last.first.isEmpty() || size < m_last.end)
-        return size >= m_last.end;
-    QByteArray first(m_last.first.size(), '\0');
-    const ssize_t read = FileCalls::current().pread(m_handle, first.data(), std::size_t(first.size()), m_last.begin);
-    return read == first.size() && first == m_last.first;
+    if (piece.first.isEmpty() || size < piece.end)
+        return size >= piece.end;
+    QByteArray first(piece.first.size(), '\0');
+    const ssize_t read = FileCalls::current().pread(m_handle, first.data(), std::size_t(first.size()), piece.begin);
+    return read == first.size() && first == piece.first;
 }
 
 /// Null, or how the rows of the open file were lost, which makes the file a new one to us or, with its name, unknown.
@@ -123,7 +123,7 @@ QString OutputFile::lossSinceTheLastLook()
         return QStringLiteral("File \"%1\" was removed, renamed or replaced while it was written. Data was lost!")
             .arg(m_currentName);
     }
-    if (state->size >= m_end && (state->size == m_end || standsLast(state->size))) {
+    if (state->size >= m_end && (state->size == m_end || stands(m_last, state->size))) {
         m_known[m_currentName] = m_last;
         return {};
     }
@@ -196,7 +196,7 @@ void OutputFile::openNamed(const QString &name)
     m_id = *id;
     m_end = 0;
     m_last = m_known[name];
-    if (standsLast(::lseek(handle, 0, SEEK_END)))
+    if (stands(m_last, ::lseek(handle, 0, SEEK_END)))
         return;
     m_known[name] = m_last = Piece();
     if (lossCallback)
@@ -321,9 +321,10 @@ void OutputFile::write(const char *bytes, std::size_t size)
     }
     const bool isWhole = done == size;
     QString reason = isWhole ? QStringLiteral("Others keep writing into it") : qt_error_string(errno);
-    if (isWhole && pieces.size() == 1 && mayBegin(pieces.first().begin)) {
+    if (!pieces.isEmpty())
+        pieces.first().first = QByteArray(bytes, int(std::min(size, mostKept)));
+    if (isWhole && pieces.size() == 1 && mayBegin(pieces.first())) {
         m_last = pieces.first();
-        m_last.first = QByteArray(bytes, int(std::min(size, mostKept)));
         m_end = m_last.end;
         return;
     }
@@ -338,12 +339,16 @@ void OutputFile::write(const char *bytes, std::size_t size)
     throw OvertakenError(message.arg(name, reason));
 }
 
-/// Whether bytes that begin there stand in a line of their own in the block that the file was found to end in.
-bool OutputFile::mayBegin(off_t begin) const
+/// Whether these bytes stand in a line of their own in the block that the file was found to end in.
+bool OutputFile::mayBegin(const Piece &piece) const
 {
+    const off_t begin = piece.begin;
     if (begin == m_end)
         return true;
-    if (begin < m_end || !standsLast(begin)) // it was cut since
+    // It was cut since, unless the bytes aren't there: then the offset is wrong, and the system's word has to do.
+    if (begin < m_end)
+        return !stands(piece, piece.end);
+    if (!stands(m_last, begin))
         return false;
     QByteArray others(int(std::min<off_t>(begin - m_end, mostLookedAt)), '\0');
     const ssize_t size = FileCalls::current().pread(m_handle, others.data(), std::size_t(others.size()), m_end);

@@ -86,7 +86,7 @@ protected:
     virtual void checkHeader();
 
 private:
-    /// Bytes that were written at a time. Of those written last the first ones are kept, to know them again.
+    /// Bytes that were written at a time, the first of which are kept to know them again.
     struct Piece {
         off_t begin = 0;
         off_t end = 0;
@@ -98,12 +98,12 @@ private:
     void openNamed(const QString &name);
     int openDescriptor(const QString &name, bool isThere);
     bool isAsLeft() const;
-    bool standsLast(off_t size) const;
+    bool stands(const Piece &piece, off_t size) const;
     QString lossSinceTheLastLook();
     void moveTail(const ContinuedFile &file);
     void writeHeader();
     void write(const char *bytes, std::size_t size);
-    bool mayBegin(off_t begin) const;
+    bool mayBegin(const Piece &piece) const;
     bool takeBack(const Pieces &pieces, bool isWhole);
     bool commentOut(const Piece &piece);
     void removeIfMadeInVain(int handle, const QString &name);
