@@ -356,6 +356,23 @@ TEST_F(OutputTest, RowsOfAFileThatWasTakenAwayOrCutCountedAsWritten)
     }
 }
 
+TEST_F(OutputTest, AWrongPlaceOfAppendedBytesCostTheRowsThatStoodThere)
+{
+    struct Elsewhere : FileCalls {
+        Elsewhere() { setCurrent(this); }
+        ~Elsewhere() override { setCurrent(nullptr); }
+        ssize_t write(int, const char *, std::size_t size) override { return ssize_t(size); }
+    };
+    PlainFileOutput output(settings);
+    output.writeRecordRow(record());
+    const QByteArray before = contentOf(path(recordsName));
+    {
+        const Elsewhere calls;
+        EXPECT_EQ(output.writeRecordRow(record(1)), Result::Written);
+    }
+    EXPECT_EQ(contentOf(path(recordsName)), before);
+}
+
 TEST_F(OutputTest, AFileThatOthersCutBeforeItWasCutGrewByZeros)
 {
     struct Cutter : FileCalls {
