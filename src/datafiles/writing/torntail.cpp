@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <vector>
 
 #include <fcntl.h>
@@ -80,8 +81,12 @@ public:
     QString add(int descriptor, off_t begin, off_t end)
     {
         char last = '\n';
-        if (m_end > 0 && m_calls.pread(m_descriptor, &last, 1, m_end - 1) < 0)
+        bool isThere = false;
+        if ((m_end > 0 && m_calls.pread(m_descriptor, &last, 1, m_end - 1) < 0) ||
+            !look(descriptor, begin, end, &isThere))
             return systemsWords();
+        if (isThere) // from a move that failed behind the copy and couldn't take it back
+            return m_calls.fsync(m_descriptor) == 0 ? syncFolder(QFileInfo(m_name).path()) : systemsWords();
         if ((last != '\n' && !writeAll(m_calls, m_descriptor, "\n", 1)) ||
             !copyBytes(m_calls, descriptor, begin, end, m_descriptor) || m_calls.fsync(m_descriptor) != 0)
             return systemsWords();
@@ -98,6 +103,29 @@ public:
     }
 
 private:
+    /// Whether the file ends in a line of these bytes. False with errno set if that can't be read.
+    bool look(int descriptor, off_t begin, off_t end, bool *isThere)
+    {
+        off_t at = m_end - (end - begin);
+        char before = '\n';
+        if (at < 0 || (at > 0 && m_calls.pread(m_descriptor, &before, 1, at - 1) < 0))
+            return at < 0;
+        std::vector<char> here(copyPiece), there(copyPiece);
+        while (before == '\n' && begin < end) {
+            const auto piece = std::size_t(std::min<off_t>(end - begin, off_t(copyPiece)));
+            const ssize_t size = m_calls.pread(m_descriptor, here.data(), piece, at),
+                          others = m_calls.pread(descriptor, there.data(), piece, begin);
+            if (size < 0 || others < 0)
+                return false;
+            if (size == 0 || size != others || std::memcmp(here.data(), there.data(), std::size_t(size)) != 0)
+                return true;
+            at += size;
+            begin += size;
+        }
+        *isThere = before == '\n';
+        return true;
+    }
+
     FileCalls &m_calls;
     const QString m_name;
     const bool m_isNew;

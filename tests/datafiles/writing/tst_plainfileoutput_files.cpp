@@ -129,6 +129,16 @@ TEST_F(OutputTest, EndsThatWereCutOffAreGatheredLineByLine)
         EXPECT_EQ(contentOf(name + ".torn"), "first\nsecond\tx");
         EXPECT_FALSE(contentOf(name).contains("first") || contentOf(name).contains("second"));
     }
+    // An end that a move couldn't take back isn't added again.
+    const QByteArray whole = contentOf(path(recordsName));
+    for (const QByteArray held : {"half", "old\nhalf", "oldhalf", "half\n", "f"}) {
+        writeFile(path(recordsName), whole + "half");
+        writeFile(path(recordsName + ".torn"), held);
+        EXPECT_EQ(PlainFileOutput(settings).writeRecordRow(record()), Result::Written);
+        const bool isThere = held == "half" || held == "old\nhalf";
+        EXPECT_EQ(contentOf(path(recordsName + ".torn")),
+                  isThere ? held : held + (held.endsWith('\n') ? "half" : "\nhalf"));
+    }
     // Where they can't be kept they stay: at a folder, and at a link, which may lead to any file of the user.
     const QString torn = path(recordsName + ".torn"), elsewhere = folder.filePath("elsewhere");
     const QByteArray before = contentOf(path(recordsName)) + "third";
