@@ -5,7 +5,7 @@
 //   FAULTS_BELOW   the folder, without links
 //   FAULTS_AT      the number of the call
 //   FAULTS_WAY     a number of errno; "short": a write takes half of its bytes; "swallow": a write that isn't done is
-//                  said to be; "careless": one that fails is; "before" and "behind": the process is killed there;
+//                  said to be; "before" and "behind": the process is killed there;
 //                  "within N": behind N thousandths of the bytes of a write, which are one at least
 //   FAULTS_EVER    set: the later calls fail as well, those alone that need room where there is no more room
 //   FAULTS_RECORD  the file that gets each call: a line NAME OK INODE SIZE OFFSET PATH PATH with tabs in between, and,
@@ -36,7 +36,6 @@ namespace {
 
 constexpr int shortWrite = -1;
 constexpr int swallowedWrite = -2;
-constexpr int carelessWrite = -3;
 constexpr int killedBefore = -4;
 constexpr int killedBehind = -5;
 constexpr int killedWithin = -6;
@@ -89,7 +88,6 @@ struct Plan {
         const std::string text = variable("FAULTS_WAY");
         way = text == "short"                     ? shortWrite
               : text == "swallow"                 ? swallowedWrite
-              : text == "careless"                ? carelessWrite
               : text == "before"                  ? killedBefore
               : text == "behind"                  ? killedBehind
               : text.compare(0, 6, "within") == 0 ? killedWithin
@@ -344,8 +342,6 @@ ssize_t write(int descriptor, const void *bytes, size_t size)
                         : fault == killedWithin ? size * size_t(plan().thousandths) / 1000 + 1
                                                 : size;
     const ssize_t written = writeReally(descriptor, bytes, part < size ? part : size);
-    if (fault == carelessWrite)
-        return watched.done(ssize_t(size), descriptor);
     const int error = errno;
     const off_t end = ::lseek(descriptor, 0, SEEK_CUR);
     errno = error;

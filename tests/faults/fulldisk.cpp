@@ -2,7 +2,6 @@
 // where file systems may be mounted, one in memory that is as small.
 
 #include "faults/lane.h"
-#include "faults/shim.h"
 #include "faults/writers.h"
 
 #include <QCoreApplication>
@@ -32,12 +31,10 @@ qint64 sizeOf(const Contents &contents)
     return size;
 }
 
-/// A writer that takes every write for done.
-QStringList careless(const QString &folder)
+/// The writer of a trial, or one without care.
+Writer writerOf(Trial &trial, const Writer &writer)
 {
-    return shimVariables(folder) << "FAULTS_AT=1"
-                                 << "FAULTS_EVER=1"
-                                 << "FAULTS_WAY=careless";
+    return trial.isPlanted ? carelessly(writer, trial.path("wanted")) : writer;
 }
 
 void judge(Trial &trial, const Writer &writer, const Ending &ending, const QString &folder, const QString &disk)
@@ -58,7 +55,7 @@ void writeUnderLimit(Trial &trial, const Writer &writer)
     const int limit = trial.pick(0, int(largest + largest / 20));
     const QString folder = trial.path("w");
     layDown(writer.before, folder);
-    const Ending ending = writer.run(folder, trial.isPlanted ? careless(folder) : QStringList(), limit);
+    const Ending ending = writerOf(trial, writer).run(folder, {}, limit);
     judge(trial, writer, ending, folder, QString("no file above %1 bytes").arg(limit));
     if (!trial.failure().isEmpty() || ending.isSuccess())
         return;
@@ -88,7 +85,7 @@ void writeIntoMemory(Trial &trial)
     if (!mountMemory(folder, bytes, files))
         return trial.fail("can't mount");
     layDown(writer.before, folder);
-    const Ending ending = writer.run(folder, trial.isPlanted ? careless(folder) : QStringList());
+    const Ending ending = writerOf(trial, writer).run(folder);
     judge(trial, writer, ending, folder,
           QString("a disk of %1 bytes and %2 files").arg(QString::number(bytes), QString::number(files)));
     const Contents found = contentsOf(folder);
