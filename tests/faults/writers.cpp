@@ -133,8 +133,8 @@ bool isRow(const QByteArray &line)
 }
 
 /// Null if a file that was continued has the same rows as an undisturbed one, each as often, and no other line than it
-/// or the old one. What was put aside may stand there twice, as after a try that couldn't bring it to the disk.
-QString faultOfLines(const QByteArray &now, const QByteArray &old, const QByteArray &wanted, bool isAside)
+/// or the old one.
+QString faultOfLines(const QByteArray &now, const QByteArray &old, const QByteArray &wanted)
 {
     QByteArrayList lines = now.split('\n'), all = wanted.split('\n');
     const QByteArrayList known = all + old.split('\n');
@@ -145,8 +145,6 @@ QString faultOfLines(const QByteArray &now, const QByteArray &old, const QByteAr
         some->erase(std::remove_if(some->begin(), some->end(), [](const auto &line) { return !isRow(line); }),
                     some->end());
         std::sort(some->begin(), some->end());
-        if (isAside)
-            some->erase(std::unique(some->begin(), some->end()), some->end());
     }
     if (lines == all)
         return {};
@@ -430,9 +428,8 @@ QString Writer::faultOfSecondRun(const QString &folder, bool mayLeave) const
             return file + " is left after a second try" + told;
         if (!isOurs || bytes == bytesOf(after, file))
             continue;
-        const QString fault =
-            manner == Appends ? faultOfLines(bytes, bytesOf(before, file), bytesOf(after, file), file.endsWith(".torn"))
-                              : QString("other bytes");
+        const QString fault = manner == Appends ? faultOfLines(bytes, bytesOf(before, file), bytesOf(after, file))
+                                                : QString("other bytes");
         if (!fault.isNull())
             return file + " after a second try: " + fault + told;
     }
