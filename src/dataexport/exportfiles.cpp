@@ -57,15 +57,7 @@ void ExportFiles::tellUnopened(const QString &path, const QString &reason)
 
 bool ExportFiles::makeFolder(const QString &folder)
 {
-    QStringList missing;
-    for (QString path = folder; !path.isEmpty() && !QFileInfo::exists(path); path = QFileInfo(path).absolutePath())
-        missing.prepend(path);
-    for (const QString &path : qAsConst(missing)) {
-        if (!QDir().mkdir(path))
-            break;
-        m_madeFolders << path;
-    }
-    if (QFileInfo(folder).isDir())
+    if (makeFolders(folder, &m_madeFolders).isNull())
         return true;
     if (m_toldFolder != folder)
         m_logger.log(Log::Error, QStringLiteral("Failed to create directory '%1'").arg(folder));

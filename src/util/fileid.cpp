@@ -10,6 +10,15 @@ std::optional<FileId> fileIdOf(const QString &path)
     return state ? std::optional<FileId>(state->id) : std::nullopt;
 }
 
+std::optional<FileId> idIfNamed(int descriptor, const QString &path)
+{
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0)
+        return {};
+    const FileId id(status.st_dev, status.st_ino);
+    return fileIdOf(path) == id ? std::optional<FileId>(id) : std::nullopt;
+}
+
 std::optional<FileState> fileStateOf(const QString &path)
 {
     struct stat status {};

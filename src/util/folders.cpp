@@ -10,32 +10,15 @@
 
 #include <sys/stat.h>
 
-namespace {
-
-/// Zero, or the system's error.
-int makeThese(const QString &path, QStringList *made)
-{
-    const auto makeThis = [&] {
-        if (::mkdir(QFile::encodeName(path).constData(), 0777) == 0) {
-            made->append(path);
-            return 0;
-        }
-        return errno != EEXIST ? errno : QFileInfo(path).isDir() ? 0 : ENOTDIR;
-    };
-    const int error = makeThis();
-    const int slash = path.lastIndexOf(QLatin1Char('/'));
-    if (error != ENOENT || slash <= 0)
-        return error;
-    const int errorAbove = makeThese(path.left(slash), made);
-    return errorAbove == 0 ? makeThis() : errorAbove;
-}
-
-} // namespace
-
 QString makeFolders(const QString &folder, QStringList *made)
 {
-    const int error = makeThese(QDir::cleanPath(QFileInfo(folder).absoluteFilePath()), made);
-    return error == 0 ? QString() : qt_error_string(error);
+    for (const QString &path : missingFolders(folder)) {
+        if (::mkdir(QFile::encodeName(path).constData(), 0777) == 0)
+            made->append(path);
+        else if (errno != EEXIST) // another program may make it, too
+            return qt_error_string(errno);
+    }
+    return QFileInfo(folder).isDir() ? QString() : qt_error_string(ENOTDIR);
 }
 
 QString makeLastingFolders(const QString &folder)

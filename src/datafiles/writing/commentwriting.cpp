@@ -91,9 +91,7 @@ public:
             const bool isLocked = m_calls.lock(m_descriptor, F_WRLCK, false) == 0;
             const bool isOthers = !isLocked && (errno == EAGAIN || errno == EACCES);
             // Who held the lock before has given the name to a new file.
-            struct stat status {};
-            if (!isOthers && ::fstat(m_descriptor, &status) == 0 &&
-                fileIdOf(path) == FileId(status.st_dev, status.st_ino))
+            if (!isOthers && idIfNamed(m_descriptor, path))
                 return {};
             if (std::chrono::steady_clock::now() > lastTry)
                 return QStringLiteral("Another program is writing it");

@@ -178,22 +178,23 @@ template<typename PutFields>
 PlainFileOutput::RowResult PlainFileOutput::writeRow(File &file, RecordTime localTime, PutFields putFields,
                                                      const Flags *flags)
 {
+    bool written = false;
     try {
         if (!appendRow(file, localTime, putFields, flags)) {
             ++file.heldCount;
             return RowResult::Held;
         }
+        file.flagIds.commit();
+        ++file.rowCount;
+        written = true;
+        file.settle();
     } catch (const FileOutputError &error) {
         logLoss(file.wantedName(), error.message());
-        file.flagIds.rollBack();
-        ++m_counts.lost;
-        return RowResult::Lost;
+        if (!written)
+            file.flagIds.rollBack();
     }
-    file.flagIds.commit();
-    ++file.rowCount;
-    ++m_counts.written;
-    file.settle();
-    return RowResult::Written;
+    ++(written ? m_counts.written : m_counts.lost);
+    return written ? RowResult::Written : RowResult::Lost;
 }
 
 template<typename PutFields>

@@ -56,16 +56,6 @@ QString wordsOfCut(const QString &name)
     return QStringLiteral("File \"%1\" was cut or written over by others. Data was lost!").arg(name);
 }
 
-/// Nothing if the name leads to another file, or to none.
-std::optional<FileId> idIfNamed(int descriptor, const QString &name)
-{
-    struct stat status {};
-    if (::fstat(descriptor, &status) != 0)
-        return {};
-    const FileId id(status.st_dev, status.st_ino);
-    return fileIdOf(name) == id ? std::optional<FileId>(id) : std::nullopt;
-}
-
 } // namespace
 
 OutputFile::OutputFile(const QString &pattern, const QList<QByteArray> &header, ClosingFiles &closing)
@@ -387,6 +377,9 @@ bool OutputFile::commentOut(const Piece &piece)
 
 void OutputFile::settle()
 {
+    if (!m_file->isLocked())
+        throw FileOutputError(
+            QStringLiteral("Failed to lock file \"%1\". Writing succeeded anyway!").arg(m_currentName));
     m_file->touch(); // if it can't be, the row stands, and its writing has set the time
 }
 

@@ -58,7 +58,8 @@ public:
     /// Appends the bytes, which end in a line feed, as a whole or not at all: what was written of them in vain is cut
     /// off again, or becomes a comment where others have written behind it. Throws FileOutputError.
     void append(const char *bytes, std::size_t size);
-    /// After an append: sets the file's modification time to the present.
+    /// After an append: tests the lock, and sets the file's modification time to the present. Throws FileOutputError,
+    /// which costs no row.
     void settle();
     /// A failure may have cost every row of this opening.
     void close();
