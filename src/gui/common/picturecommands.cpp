@@ -1,11 +1,11 @@
 #include "gui/common/picturecommands.h"
 
 #include "gui/common/complainttext.h"
+#include "gui/common/filedialog.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPointer>
@@ -66,23 +66,26 @@ void PictureCommands::copy()
 void PictureCommands::save()
 {
     const QPointer<PictureCommands> guard(this); // the window may close behind the dialog
-    QFileDialog dialog(m_widget->window(), tr("Save picture"), m_folder);
+    const QPointer<FileDialog> dialog(
+        new FileDialog(FileDialog::Use::Write, m_widget->window(), tr("Save picture"), m_folder));
     const QVector<Choice> all = choices();
     QStringList filters;
     for (const Choice &choice : all)
         filters << choice.filter;
     const auto chosen = [&](const QString &filter) { return all[std::max(0, filters.indexOf(filter))]; };
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters(filters);
-    dialog.setDefaultSuffix(all[0].suffix);
-    connect(&dialog, &QFileDialog::filterSelected, &dialog,
-            [&](const QString &filter) { dialog.setDefaultSuffix(chosen(filter).suffix); });
-    const bool isAccepted = dialog.exec() == QDialog::Accepted;
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setNameFilters(filters);
+    dialog->setDefaultSuffix(all[0].suffix);
+    connect(dialog, &QFileDialog::filterSelected, dialog,
+            [&](const QString &filter) { dialog->setDefaultSuffix(chosen(filter).suffix); });
+    const bool isAccepted = dialog->exec() == QDialog::Accepted && dialog;
+    const QString path = isAccepted ? dialog->selectedFiles().value(0) : QString();
+    const int ratio = isAccepted ? chosen(dialog->selectedNameFilter()).ratio : 1;
+    delete dialog;
     if (!isAccepted || !guard)
         return;
-    const QString path = dialog.selectedFiles().value(0);
     m_folder = QFileInfo(path).path();
-    const QString reason = PictureFile::write(m_drawing(), path, chosen(dialog.selectedNameFilter()).ratio);
+    const QString reason = PictureFile::write(m_drawing(), path, ratio);
     if (!reason.isNull())
         tell(tr("Save picture"), tr("Failed to write \"%1\": %2").arg(path, complaintText(reason)));
 }

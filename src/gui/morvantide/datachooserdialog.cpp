@@ -1,6 +1,7 @@
 #include "gui/morvantide/datachooserdialog.h"
 
 #include "datafiles/reading/datafinder.h"
+#include "gui/common/filedialog.h"
 #include "gui/morvantide/overviewlabel.h"
 
 #include <QCheckBox>
@@ -8,7 +9,6 @@
 #include <QCompleter>
 #include <QDateTimeEdit>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -264,8 +264,8 @@ QVariantMap DataChooserDialog::choice() const
 
 void DataChooserDialog::chooseFolder()
 {
-    const QString folder =
-        QFileDialog::getExistingDirectory(this, tr("Choose folder with datafiles"), m_folder->currentText());
+    const QString folder = FileDialog::askForFolder(FileDialog::Use::Read, this, tr("Choose folder with datafiles"),
+                                                    m_folder->currentText());
     if (!folder.isEmpty())
         m_folder->setEditText(folder);
 }

@@ -1,12 +1,12 @@
 #include "gui/morvantide/datasaverdialog.h"
 
+#include "gui/common/filedialog.h"
 #include "gui/common/screenfit.h"
 #include "gui/morvantide/savewarnings.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -171,7 +171,8 @@ void DataSaverDialog::setVariant(const QString &variant)
 
 void DataSaverDialog::chooseFolderClicked()
 {
-    const QString chosen = QFileDialog::getExistingDirectory(this, tr("Choose folder for datafiles"), folder());
+    const QString chosen =
+        FileDialog::askForFolder(FileDialog::Use::Write, this, tr("Choose folder for datafiles"), folder());
     if (!chosen.isEmpty())
         m_folderEdit->setText(chosen);
 }

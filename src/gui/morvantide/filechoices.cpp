@@ -1,11 +1,11 @@
 #include "gui/morvantide/filechoices.h"
 
 #include "datafiles/reading/datafinder.h"
+#include "gui/common/filedialog.h"
 #include "gui/morvantide/datachooserdialog.h"
 #include "gui/morvantide/recentfolders.h"
 
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QSettings>
 
@@ -65,7 +65,8 @@ QStringList DataRequest::pathsNow() const
 std::optional<DataRequest> FileChoices::askForFiles()
 {
     const QVariant lastFolder = m_settings->value(choiceKey).toMap().value(QStringLiteral("folderName"));
-    QFileDialog dialog(m_window, tr("Select files"), m_settings->value(pickedPathKey, lastFolder).toString());
+    FileDialog dialog(FileDialog::Use::Read, m_window, tr("Select files"),
+                      m_settings->value(pickedPathKey, lastFolder).toString());
     dialog.setFileMode(QFileDialog::ExistingFiles);
     if (dialog.exec() != QDialog::Accepted)
         return {};
@@ -76,8 +77,9 @@ std::optional<DataRequest> FileChoices::askForFiles()
 
 QStringList FileChoices::askForInverters(const QString &firstFolder)
 {
-    QFileDialog dialog(m_window, tr("Open inverters"), m_settings->value(inverterPathKey, firstFolder).toString(),
-                       tr("Inverters (*.inverter *.sinv *.sinp *.invmap *.zip);;All files (*)"));
+    FileDialog dialog(FileDialog::Use::Read, m_window, tr("Open inverters"),
+                      m_settings->value(inverterPathKey, firstFolder).toString(),
+                      tr("Inverters (*.inverter *.sinv *.sinp *.invmap *.zip);;All files (*)"));
     dialog.setFileMode(QFileDialog::ExistingFiles);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return {};
@@ -98,8 +100,9 @@ QString FileChoices::askForLayout(const QString &firstFolder)
 
 QString FileChoices::askForLayout(const QString &title, const QString &firstFolder, bool toSave)
 {
-    QFileDialog dialog(m_window, title, m_settings->value(layoutPathKey, firstFolder).toString(),
-                       tr("Window setup file (*.windowsetup)\nAll files (*)"));
+    FileDialog dialog(toSave ? FileDialog::Use::Write : FileDialog::Use::Read, m_window, title,
+                      m_settings->value(layoutPathKey, firstFolder).toString(),
+                      tr("Window setup file (*.windowsetup)\nAll files (*)"));
     dialog.setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setDefaultSuffix(QStringLiteral("windowsetup"));

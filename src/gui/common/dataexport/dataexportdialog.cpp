@@ -7,12 +7,12 @@
 #include "gui/common/dataexport/exportsample.h"
 #include "gui/common/dataexport/exportsetuptree.h"
 #include "gui/common/dataexport/generalexportsettingsform.h"
+#include "gui/common/filedialog.h"
 #include "gui/common/screenfit.h"
 #include "llama/qyaml.h"
 #include "util/filereplacement.h"
 #include "util/timeformat.h"
 
-#include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMessageBox>
@@ -219,9 +219,10 @@ QString DataExportDialog::save(const QString &path)
 
 QString DataExportDialog::askForSetupFile(bool toSave)
 {
-    const QPointer<QFileDialog> dialog(
-        new QFileDialog(this, toSave ? tr("Save data export settings") : tr("Load data export settings"),
-                        m_source.outputFolder(m_setupPath), tr("Data export settings (*.exportsetup);;All files (*)")));
+    const QPointer<FileDialog> dialog(
+        new FileDialog(toSave ? FileDialog::Use::Write : FileDialog::Use::Read, this,
+                       toSave ? tr("Save data export settings") : tr("Load data export settings"),
+                       m_source.outputFolder(m_setupPath), tr("Data export settings (*.exportsetup);;All files (*)")));
     dialog->setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog->setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog->setDefaultSuffix(QStringLiteral("exportsetup"));

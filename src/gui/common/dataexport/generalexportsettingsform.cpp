@@ -3,10 +3,10 @@
 #include "dataexport/exportsetup.h"
 #include "gui/common/dataexport/datacombobox.h"
 #include "gui/common/dataexport/setupmap.h"
+#include "gui/common/filedialog.h"
 
 #include <QCheckBox>
 #include <QDir>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -118,8 +118,8 @@ QGroupBox *GeneralExportSettingsForm::makeRecordsBox()
 void GeneralExportSettingsForm::chooseOutputFile()
 {
     const QPointer<GeneralExportSettingsForm> guard(this); // the data may be closed behind the dialog
-    const QPointer<QFileDialog> dialog(new QFileDialog(window(), tr("Choose output file"), m_outputFolder,
-                                                       tr("Tables (*.txt *.csv *.tsv);;All files (*)")));
+    const QPointer<FileDialog> dialog(new FileDialog(FileDialog::Use::Write, window(), tr("Choose output file"),
+                                                     m_outputFolder, tr("Tables (*.txt *.csv *.tsv);;All files (*)")));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setOption(QFileDialog::DontConfirmOverwrite); // the export asks
     dialog->setDefaultSuffix(QStringLiteral("txt"));
