@@ -6,9 +6,11 @@
 #include "windowsetup/setupkeys.h"
 #include "windowsetup/windowstate.h"
 
+#include <QApplication>
 #include <QDockWidget>
 #include <QLayout>
 #include <QMainWindow>
+#include <QMouseEvent>
 #include <QToolBar>
 
 namespace {
@@ -46,6 +48,18 @@ bool restoreWithoutLayout(QMainWindow &window, const QByteArray &bytes)
 
 } // namespace
 
+void endDrags(QMainWindow &window)
+{
+    const auto letGo = [](QWidget *part) {
+        QMouseEvent release(QEvent::MouseButtonRelease, QPointF(), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(part, &release);
+    };
+    for (QDockWidget *dock : window.findChildren<QDockWidget *>())
+        letGo(dock);
+    for (QToolBar *bar : window.findChildren<QToolBar *>())
+        letGo(bar);
+}
+
 void storeDockState(QVariantMap &map, const QMainWindow &window)
 {
     WindowSetup::seal(map, WindowSetup::Keys::state, window.saveState(stateVersion));
@@ -61,6 +75,7 @@ QString restoreDockState(QMainWindow &window, const QVariantMap &map)
                              : WindowSetup::isSoundWindowState(state.bytes, stateVersion, namesOfParts(window));
     if (!state.bytes.isEmpty() && !isSound)
         return QStringLiteral("\"%1\" is no arrangement of this window's docks").arg(WindowSetup::Keys::state);
+    endDrags(window);
     if (state.bytes.isEmpty() || !restoreWithoutLayout(window, state.bytes))
         Log::Logger(QStringLiteral("gui")).log(Log::Debug, QStringLiteral("Failed to restore window state. "));
     setDockCorners(window); // the toolkit stores them too

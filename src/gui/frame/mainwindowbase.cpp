@@ -48,6 +48,7 @@ MainWindowBase::MainWindowBase(QWidget *parent) : QMainWindow(parent), m_logger(
                                {QStringLiteral("Consolas"), QStringLiteral("Lucida Console")});
     setObjectName(QStringLiteral("MainWindow"));
     setDockNestingEnabled(true);
+    setAnimated(false); // each step would draw all plots, and go on in a layout that is restored meanwhile
     setDockCorners(*this);
 
     // Before all else, so that everything that follows can log.
