@@ -1,5 +1,7 @@
 #include "faults/child.h"
 
+#include "support/files.h"
+
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDir>
@@ -31,18 +33,20 @@ namespace {
 
 constexpr double leastTurn = 0.1; ///< ms; shorter ones are idle, and many
 
-QString firstLineOf(const QString &file, const QStringList &marks)
+QString firstLineOf(const QByteArray &text, const QStringList &marks)
 {
-    QFile text(file);
-    if (!text.open(QIODevice::ReadOnly))
-        return {};
-    while (!text.atEnd()) {
-        const QString line = QString::fromUtf8(text.readLine()).trimmed();
+    for (const QByteArray &bytes : text.split('\n')) {
+        const QString line = QString::fromUtf8(bytes).trimmed();
         for (const QString &mark : marks)
             if (line.contains(mark))
                 return line;
     }
     return {};
+}
+
+void addFailure(ChildEnd &end, const QString &what)
+{
+    end.failure += (end.failure.isEmpty() ? QString() : QStringLiteral("; ")) + what;
 }
 
 /// Lines of the child are a word, a number and a text, with tabs between. False for another one, of its log.
@@ -57,12 +61,12 @@ bool take(ChildEnd &end, const QList<QByteArray> &fields)
         end.tally.measure(text, fields[1].toDouble());
     else if (fields[0] == "at")
         end.last = fields[1].toLongLong();
-    else if (fields[0] == "fail" && end.failure.isEmpty())
-        end.failure = text;
+    else if (fields[0] == "fail")
+        addFailure(end, text);
     return true;
 }
 
-QString deathOf(const QProcess &process, const QString &errors)
+QString deathOf(const QProcess &process, const QByteArray &errors)
 {
     const QString told = firstLineOf(errors, {"ERROR: ", "WARNING: ThreadSanitizer", "runtime error", "FATAL", "ASSERT",
                                               "terminate called", "qFatal"});
@@ -90,36 +94,37 @@ ChildEnd runChild(const QString &folder, const QStringList &words, int secondsAt
     environment.insert("QT_NO_GLIB", "1"); // whose turns of the event loop can't be told from each other
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(folder);
-    const QString errors = QDir(folder).filePath("stderr");
-    process.setStandardErrorFile(errors);
     process.start(QCoreApplication::applicationFilePath(), QStringList{"--child", folder} + words);
-    QFile log(QDir(folder).filePath("log"));
-    if (!log.open(QIODevice::WriteOnly))
-        return {"there is no log", {}, 0, 0};
     ChildEnd end;
+    QByteArray log, errors; // written at the end: a child may remove what stands in its folder
     QElapsedTimer sinceStart, sinceEnding;
     sinceStart.start();
-    bool isOver = false;
+    bool isOver = false, isKilled = false;
     while (!isOver) {
         isOver = process.state() == QProcess::NotRunning ||
                  (!process.waitForReadyRead(1000) && process.state() == QProcess::NotRunning);
+        errors += process.readAllStandardError();
         while (process.canReadLine()) {
             const QByteArray line = process.readLine().chopped(1);
             if (line == "ending")
                 sinceEnding.start();
             else if (!take(end, line.split('\t')))
-                log.write(line + '\n');
+                log += line + '\n';
         }
-        if (!isOver && sinceStart.elapsed() > secondsAtMost * 1000) {
-            process.kill();
-            process.waitForFinished();
-            end.failure = QString("it hadn't ended after %1 s").arg(secondsAtMost);
-            return end;
-        }
+        isKilled = !isOver && sinceStart.elapsed() > secondsAtMost * 1000;
+        isOver |= isKilled;
+    }
+    writeFile(QDir(folder).filePath("log"), log);
+    writeFile(QDir(folder).filePath("stderr"), errors);
+    if (isKilled) {
+        process.kill();
+        process.waitForFinished();
+        addFailure(end, QString("it hadn't ended after %1 s").arg(secondsAtMost));
+        return end;
     }
     end.msToExit = sinceEnding.isValid() ? double(sinceEnding.elapsed()) : 0;
-    if (end.failure.isEmpty() && (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0))
-        end.failure = deathOf(process, errors);
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        addFailure(end, deathOf(process, errors));
     return end;
 }
 
@@ -263,8 +268,10 @@ void measure(const QString &what, double value)
 
 void fail(const QString &what)
 {
-    if (!hasFailed.exchange(true))
-        tell("fail", "0", what);
+    if (hasFailed.exchange(true))
+        return;
+    tell("fail", "0", what);
+    writeStack(0);
 }
 
 bool require(bool holds, const QString &what)

@@ -64,7 +64,7 @@ private:
             if (idle >= 0)
                 return noteIdle(kind, idle, whole - moment);
             Child::count("moments behind the end: " + LongWork::nameOf(kind));
-            whole *= 0.9;
+            whole *= 0.75;
         }
         Child::fail(LongWork::nameOf(kind) + " was never met");
     }

@@ -142,8 +142,8 @@ public:
     {
         bool isSound = true;
         load();
-        forgetOtherPrograms();
         takeEndedTrial();
+        forgetOtherPrograms();
         std::vector<const Kind *> sound;
         for (const Kind &kind : m_kinds) {
             if (!findsPlanted(kind)) {
@@ -283,6 +283,9 @@ private:
             if (trial.failure().isEmpty()) {
                 standing(kind).findings.erase(number);
                 QDir(placeOf(kind, number)).removeRecursively();
+            } else {
+                standing(kind).findings[number] = trial.failure();
+                trial.keepFolder(placeOf(kind, number));
             }
         }
         for (const auto &[number, text] : standing(kind).findings)

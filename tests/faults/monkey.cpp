@@ -8,10 +8,11 @@
 #include <QKeyEvent>
 
 #include <algorithm>
+#include <cstdio>
 
 // Keys, clicks, drags and commands by chance, while the window reads, inverts, saves, exports and follows. What makes
 // it crash or hang is cut down to the fewest events, which stay in the trial's folder as "smallest.txt"; the options
-// "--child FOLDER FILE" go through such a file once more.
+// "--replay FOLDER FILE" go through such a file once more, in a new folder.
 
 using namespace Faults;
 
@@ -82,6 +83,14 @@ ChildEnd go(const QString &folder, const MonkeyEvents &events, const QStringList
     return runChild(folder, QStringList{file} + more, 300 + int(events.size()) / 10);
 }
 
+int replay(const QString &folder, const QString &file)
+{
+    QDir().mkpath(folder);
+    const QString failure = go(QDir(folder).absolutePath(), eventsFrom(contentOf(file)), {}).failure;
+    std::printf("%s\n", failure.isEmpty() ? "nothing was found" : qPrintable(failure));
+    return failure.isEmpty() ? 0 : 1;
+}
+
 /// The fewest events that are found to fail. Each try has a folder of its own.
 MonkeyEvents cutDown(const Trial &trial, const MonkeyEvents &events, const QStringList &more)
 {
@@ -147,8 +156,11 @@ int main(int argc, char **argv)
 #ifndef NDEBUG                        // where times count
     qputenv("MALLOC_PERTURB_", "85"); // freed memory isn't what it was
 #endif
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 4 && arguments[1] == "--replay")
+        return replay(arguments[2], arguments[3]);
     std::vector<Kind> kinds{search("short", 1000, 5000)};
-    if (QCoreApplication::arguments().contains("long")) // takes long for one trial: asked for by its name
+    if (arguments.contains("long")) // takes long for one trial: asked for by its name
         kinds = {search("long", 20, 50000)};
     return runLane("monkey", kinds);
 }

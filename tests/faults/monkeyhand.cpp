@@ -1,6 +1,7 @@
 #include "faults/monkeyhand.h"
 
 #include "gui/common/dataexport/dataexportdialog.h"
+#include "gui/frame/dockstate.h"
 #include "gui/morvantide/datachooserdialog.h"
 #include "gui/morvantide/datasaverdialog.h"
 
@@ -70,19 +71,10 @@ void MonkeyHand::run()
     QTimer::singleShot(0, qApp, [this] { next(); });
     while (true) {
         QApplication::exec();
-        letGoOfDocks();
+        endDrags(*m_window.window); // of which the toolkit would keep its notes
         if (m_isOver)
             return;
         m_window.makeWindow();
-    }
-}
-
-/// A dock that goes while it is dragged leaks what the toolkit notes of the drag.
-void MonkeyHand::letGoOfDocks()
-{
-    for (QDockWidget *dock : m_window.window->findChildren<QDockWidget *>()) {
-        QMouseEvent release(QEvent::MouseButtonRelease, QPointF(), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(dock, &release);
     }
 }
 

@@ -27,7 +27,6 @@ public:
     void run();
 
 private:
-    void letGoOfDocks();
     void next();
     void act(const MonkeyEvent &event);
     void checkState() const;
