@@ -45,6 +45,13 @@ protected:
         window->showRecord(window->datastore()->at(record));
         QTest::qWait(1);
     }
+    /// A dialog that was shown before may have become active since.
+    void enterLine()
+    {
+        QApplication::setActiveWindow(window.get());
+        line()->setFocus();
+        ASSERT_TRUE(line()->hasFocus());
+    }
     void type(const QString &text)
     {
         line()->setFocus();
@@ -132,9 +139,9 @@ TEST_F(Comments, WhatIsHalfTypedIsKeptWhereverTheDataGo)
 TEST_F(Comments, ReturnGivesTheKeysBackToThePlots)
 {
     window->show();
-    QApplication::setActiveWindow(window.get());
     open();
     show(4);
+    ASSERT_NO_FATAL_FAILURE(enterLine());
     type("typed");
     QTest::keyClick(line(), Qt::Key_Left);
     EXPECT_EQ(window->shownRecord(), window->datastore()->at(4)) << "the cursor moves, not the record";
@@ -194,10 +201,9 @@ TEST_F(Comments, LettersRightBehindAStepBelongToTheRecordThatItLeadsTo)
 {
     data.write("20190101-block.comments", header + key(4) + "stands\n");
     window->show();
-    QApplication::setActiveWindow(window.get());
     open();
     show(3);
-    line()->setFocus();
+    ASSERT_NO_FATAL_FAILURE(enterLine());
     action("Next comment")->trigger(); // and no pass of the event loop
     QTest::keyClicks(line(), "x");
     QTest::keyClick(line(), Qt::Key_Return);
