@@ -42,6 +42,18 @@ QStringList sources()
     return filesBelow("src", sourceNames) + filesBelow("demo", sourceNames) + filesBelow("packaging", sourceNames);
 }
 
+/// Where the product's code, without comments and texts, has what is sought.
+QStringList placesOf(const QRegularExpression &sought)
+{
+    QStringList places;
+    for (const QString &file : sources()) {
+        const QString code = withoutCommentsAndTexts(textOf(file));
+        for (auto it = sought.globalMatch(code); it.hasNext();)
+            places << QString("%1: %2").arg(file, it.next().captured());
+    }
+    return places;
+}
+
 } // namespace
 
 TEST(House, EveryRoomIncludesWhatItNeedsAndNeedsWhatItIncludes)
@@ -183,13 +195,17 @@ TEST(House, NoConversionObeysTheUsersLocale)
     static const QRegularExpression call(
         QStringLiteral("\\b(strtod|strtof|strtold|atof|stod|stof|stold|sscanf|snprintf|sprintf|ostringstream|"
                        "istringstream|stringstream)\\b\\s*[(<\\w]|\\bto_string\\s*\\("));
-    QStringList faults;
-    for (const QString &file : sources()) {
-        const QString code = withoutCommentsAndTexts(textOf(file));
-        for (auto it = call.globalMatch(code); it.hasNext();)
-            faults << QString("%1: %2").arg(file, it.next().captured());
-    }
-    expectNone(faults);
+    expectNone(placesOf(call));
+}
+
+/// The toolkit's own dialog ends the program where a file can't be renamed.
+TEST(House, FilesAreAskedForByTheProgramsOwnDialog)
+{
+    static const QRegularExpression made(
+        QStringLiteral("\\bQFileDialog\\s+\\w|\\bnew\\s+QFileDialog\\b|\\bQFileDialog::(get|saveFile)\\w+"));
+    EXPECT_TRUE(made.match("QFileDialog::getOpenFileName(this)").hasMatch());
+    EXPECT_TRUE(made.match("QFileDialog dialog(this);").hasMatch());
+    expectNone(placesOf(made));
 }
 
 /// "%1 %2" filled by two calls in a row fills a "%2" inside the first value as well.
