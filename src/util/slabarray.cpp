@@ -85,8 +85,8 @@ public:
     void *cut(std::size_t bytes)
     {
         for (Returned &returned : m_returned)
-            if (returned.bytes == bytes)
-                return std::exchange(returned, Returned()).piece;
+            if (returned.bytes == bytes && returned.count > 0)
+                return returned.take();
         if (!m_slab || m_used + bytes > slabSize) {
             retire();
             retireAtEnd();
@@ -111,19 +111,45 @@ public:
             --m_handedOut;
             return true;
         }
-        Returned &place = m_returned[m_nextReturned++ % m_returned.size()];
-        if (place.bytes != 0)
-            dropReferences(m_slab, 1);
-        place = {piece, bytes};
+        returnedOf(bytes).add(piece);
         return true;
     }
 
 private:
-    /// A piece that is to be handed out again; still one of those handed out.
+    /// Pieces of one size that are to be handed out again; still of those handed out. Each begins with the address of
+    /// the next.
     struct Returned {
-        void *piece = nullptr;
-        std::size_t bytes = 0; ///< 0: there is none
+        std::size_t bytes = 0;
+        std::int64_t count = 0;
+        void *first = nullptr;
+
+        void add(void *piece)
+        {
+            first = new (piece) Link{first};
+            ++count;
+        }
+        void *take()
+        {
+            --count;
+            return std::exchange(first, static_cast<Link *>(first)->next);
+        }
     };
+    struct Link {
+        void *next;
+    };
+
+    /// The list of that size, in the place of another size's if there is none.
+    Returned &returnedOf(std::size_t bytes)
+    {
+        for (Returned &returned : m_returned)
+            if (returned.bytes == bytes)
+                return returned;
+        Returned &place = m_returned[m_nextReturned++ % m_returned.size()];
+        if (place.count > 0)
+            dropReferences(m_slab, place.count);
+        place = {bytes, 0, nullptr};
+        return place;
+    }
 
     /// Not by a destructor: the C library ends the process where it finds no memory to take note of a thread's first
     /// one. Of its keys it can keep some in the thread itself.
@@ -141,7 +167,7 @@ private:
     void retire()
     {
         for (Returned &returned : m_returned)
-            m_handedOut -= std::exchange(returned, Returned()).bytes != 0 ? 1 : 0;
+            m_handedOut -= std::exchange(returned, Returned()).count;
         if (m_slab)
             dropReferences(m_slab, bias - m_handedOut);
         m_slab = nullptr;

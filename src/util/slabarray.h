@@ -9,9 +9,9 @@
 
 /// Memory for the many small arrays and objects of a store: pieces cut one after the other from slabs of 2 MB, each
 /// slab given back as a whole when the last of its pieces is released. A piece costs no header. Cutting is per thread
-/// and takes no lock; a piece may be released on any thread. The last few that a thread released of the slab it is
-/// cutting are handed out again, for the same size. The objects should live long and go together: one small piece that
-/// outlives its neighbours keeps its slab.
+/// and takes no lock; a piece may be released on any thread. What a thread released of the slab that it is cutting is
+/// handed out again for the same size, of the last eight sizes. The objects should live long and go together: one small
+/// piece that outlives its neighbours keeps its slab.
 namespace Slab {
 /// 8-byte aligned, contents undefined. Throws std::bad_alloc.
 void *allocate(std::size_t bytes);
