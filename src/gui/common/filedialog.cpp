@@ -46,13 +46,19 @@ FileDialog::FileDialog(Use use, QWidget *parent, const QString &title, const QSt
     setItemDelegate(new LateRenaming(this));
 }
 
+QStringList FileDialog::ask(FileDialog *dialog)
+{
+    const QPointer<FileDialog> guard(dialog);
+    const bool isAccepted = dialog->exec() == Accepted;
+    const QStringList files = isAccepted && guard ? dialog->selectedFiles() : QStringList();
+    delete guard;
+    return files;
+}
+
 QString FileDialog::askForFolder(Use use, QWidget *parent, const QString &title, const QString &folder)
 {
-    const QPointer<FileDialog> dialog(new FileDialog(use, parent, title, folder));
+    auto *const dialog = new FileDialog(use, parent, title, folder);
     dialog->setFileMode(Directory);
     dialog->setOption(ShowDirsOnly);
-    const bool isAccepted = dialog->exec() == Accepted;
-    const QString chosen = isAccepted && dialog ? dialog->selectedFiles().value(0) : QString();
-    delete dialog;
-    return chosen;
+    return ask(dialog).value(0);
 }

@@ -66,26 +66,24 @@ void PictureCommands::copy()
 void PictureCommands::save()
 {
     const QPointer<PictureCommands> guard(this); // the window may close behind the dialog
-    const QPointer<FileDialog> dialog(
-        new FileDialog(FileDialog::Use::Write, m_widget->window(), tr("Save picture"), m_folder));
+    auto *const dialog = new FileDialog(FileDialog::Use::Write, m_widget->window(), tr("Save picture"), m_folder);
     const QVector<Choice> all = choices();
     QStringList filters;
     for (const Choice &choice : all)
         filters << choice.filter;
     const auto chosen = [&](const QString &filter) { return all[std::max(0, filters.indexOf(filter))]; };
+    QString filter;
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setNameFilters(filters);
     dialog->setDefaultSuffix(all[0].suffix);
     connect(dialog, &QFileDialog::filterSelected, dialog,
-            [&](const QString &filter) { dialog->setDefaultSuffix(chosen(filter).suffix); });
-    const bool isAccepted = dialog->exec() == QDialog::Accepted && dialog;
-    const QString path = isAccepted ? dialog->selectedFiles().value(0) : QString();
-    const int ratio = isAccepted ? chosen(dialog->selectedNameFilter()).ratio : 1;
-    delete dialog;
-    if (!isAccepted || !guard)
+            [&](const QString &selected) { dialog->setDefaultSuffix(chosen(selected).suffix); });
+    connect(dialog, &QFileDialog::accepted, dialog, [&] { filter = dialog->selectedNameFilter(); });
+    const QString path = FileDialog::ask(dialog).value(0);
+    if (path.isEmpty() || !guard)
         return;
     m_folder = QFileInfo(path).path();
-    const QString reason = PictureFile::write(m_drawing(), path, ratio);
+    const QString reason = PictureFile::write(m_drawing(), path, chosen(filter).ratio);
     if (!reason.isNull())
         tell(tr("Save picture"), tr("Failed to write \"%1\": %2").arg(path, complaintText(reason)));
 }

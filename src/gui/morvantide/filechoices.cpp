@@ -65,26 +65,26 @@ QStringList DataRequest::pathsNow() const
 std::optional<DataRequest> FileChoices::askForFiles()
 {
     const QVariant lastFolder = m_settings->value(choiceKey).toMap().value(QStringLiteral("folderName"));
-    FileDialog dialog(FileDialog::Use::Read, m_window, tr("Select files"),
-                      m_settings->value(pickedPathKey, lastFolder).toString());
-    dialog.setFileMode(QFileDialog::ExistingFiles);
-    if (dialog.exec() != QDialog::Accepted)
+    auto *const dialog = new FileDialog(FileDialog::Use::Read, m_window, tr("Select files"),
+                                        m_settings->value(pickedPathKey, lastFolder).toString());
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    const QStringList files = FileDialog::ask(dialog);
+    if (files.isEmpty())
         return {};
-    const QString folder = dialog.directory().absolutePath();
+    const QString folder = QFileInfo(files.first()).absolutePath();
     m_settings->setValue(pickedPathKey, folder);
-    return DataRequest{folder, dialog.selectedFiles(), {}, {}, {}};
+    return DataRequest{folder, files, {}, {}, {}};
 }
 
 QStringList FileChoices::askForInverters(const QString &firstFolder)
 {
-    FileDialog dialog(FileDialog::Use::Read, m_window, tr("Open inverters"),
-                      m_settings->value(inverterPathKey, firstFolder).toString(),
-                      tr("Inverters (*.inverter *.sinv *.sinp *.invmap *.zip);;All files (*)"));
-    dialog.setFileMode(QFileDialog::ExistingFiles);
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return {};
-    const QStringList files = dialog.selectedFiles();
-    m_settings->setValue(inverterPathKey, QFileInfo(files.first()).absolutePath());
+    auto *const dialog = new FileDialog(FileDialog::Use::Read, m_window, tr("Open inverters"),
+                                        m_settings->value(inverterPathKey, firstFolder).toString(),
+                                        tr("Inverters (*.inverter *.sinv *.sinp *.invmap *.zip);;All files (*)"));
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    const QStringList files = FileDialog::ask(dialog);
+    if (!files.isEmpty())
+        m_settings->setValue(inverterPathKey, QFileInfo(files.first()).absolutePath());
     return files;
 }
 
@@ -100,15 +100,15 @@ QString FileChoices::askForLayout(const QString &firstFolder)
 
 QString FileChoices::askForLayout(const QString &title, const QString &firstFolder, bool toSave)
 {
-    FileDialog dialog(toSave ? FileDialog::Use::Write : FileDialog::Use::Read, m_window, title,
-                      m_settings->value(layoutPathKey, firstFolder).toString(),
-                      tr("Window setup file (*.windowsetup)\nAll files (*)"));
-    dialog.setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    dialog.setDefaultSuffix(QStringLiteral("windowsetup"));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    auto *const dialog = new FileDialog(toSave ? FileDialog::Use::Write : FileDialog::Use::Read, m_window, title,
+                                        m_settings->value(layoutPathKey, firstFolder).toString(),
+                                        tr("Window setup file (*.windowsetup)\nAll files (*)"));
+    dialog->setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog->setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog->setDefaultSuffix(QStringLiteral("windowsetup"));
+    const QString path = FileDialog::ask(dialog).value(0);
+    if (path.isEmpty())
         return {};
-    const QString path = dialog.selectedFiles().first();
     m_settings->setValue(layoutPathKey, QFileInfo(path).absolutePath());
     return path;
 }

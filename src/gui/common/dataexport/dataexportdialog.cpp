@@ -219,19 +219,16 @@ QString DataExportDialog::save(const QString &path)
 
 QString DataExportDialog::askForSetupFile(bool toSave)
 {
-    const QPointer<FileDialog> dialog(
+    auto *const dialog =
         new FileDialog(toSave ? FileDialog::Use::Write : FileDialog::Use::Read, this,
                        toSave ? tr("Save data export settings") : tr("Load data export settings"),
-                       m_source.outputFolder(m_setupPath), tr("Data export settings (*.exportsetup);;All files (*)")));
+                       m_source.outputFolder(m_setupPath), tr("Data export settings (*.exportsetup);;All files (*)"));
     dialog->setAcceptMode(toSave ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog->setFileMode(toSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog->setDefaultSuffix(QStringLiteral("exportsetup"));
     if (!m_setupPath.isEmpty())
         dialog->selectFile(m_setupPath);
-    const bool isAccepted = dialog->exec() == QDialog::Accepted;
-    const QString path = isAccepted && dialog ? dialog->selectedFiles().value(0) : QString();
-    delete dialog;
-    return path; // empty also where all of this is gone
+    return FileDialog::ask(dialog).value(0);
 }
 
 void DataExportDialog::saveSetup()

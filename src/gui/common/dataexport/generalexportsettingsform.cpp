@@ -118,17 +118,16 @@ QGroupBox *GeneralExportSettingsForm::makeRecordsBox()
 void GeneralExportSettingsForm::chooseOutputFile()
 {
     const QPointer<GeneralExportSettingsForm> guard(this); // the data may be closed behind the dialog
-    const QPointer<FileDialog> dialog(new FileDialog(FileDialog::Use::Write, window(), tr("Choose output file"),
-                                                     m_outputFolder, tr("Tables (*.txt *.csv *.tsv);;All files (*)")));
+    auto *const dialog = new FileDialog(FileDialog::Use::Write, window(), tr("Choose output file"), m_outputFolder,
+                                        tr("Tables (*.txt *.csv *.tsv);;All files (*)"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setOption(QFileDialog::DontConfirmOverwrite); // the export asks
     dialog->setDefaultSuffix(QStringLiteral("txt"));
     if (!m_outputFile->text().trimmed().isEmpty())
         dialog->selectFile(QDir(m_outputFolder).absoluteFilePath(m_outputFile->text()));
-    const bool isAccepted = dialog->exec() == QDialog::Accepted;
-    if (isAccepted && guard && dialog)
-        m_outputFile->setText(dialog->selectedFiles().value(0));
-    delete dialog;
+    const QStringList files = FileDialog::ask(dialog);
+    if (guard && !files.isEmpty())
+        m_outputFile->setText(files.first());
 }
 
 void GeneralExportSettingsForm::showNameEnding()
