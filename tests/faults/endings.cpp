@@ -55,23 +55,27 @@ public:
     }
 
 private:
-    /// At a random moment. Work that was through by then is begun anew: it takes less than the first time.
+    struct Times {
+        double idle = -1; ///< ms from the cancel to the end; negative where the end came first
+        double whole = 0; ///< ms from the begin to the end
+    };
+
+    /// At a random moment. Work that was through by then is begun anew: it takes less than it did.
     void cancelOnce(LongWork::Kind kind, double &whole)
     {
         for (int i = 0; i < mostTries; ++i) {
             const auto moment = std::uniform_real_distribution<>(0, whole)(m_random);
-            const double idle = go(kind, int(moment));
-            if (idle >= 0)
-                return noteIdle(kind, idle, whole - moment);
+            const Times times = go(kind, int(moment));
+            if (times.idle >= 0)
+                return noteIdle(kind, times.idle, whole - moment);
             Child::count("moments behind the end: " + LongWork::nameOf(kind));
-            whole *= 0.75;
+            whole = times.whole;
         }
         Child::fail(LongWork::nameOf(kind) + " was never met");
     }
-    /// The ms from the cancel to the end; negative where the end came first.
-    double go(LongWork::Kind kind, int cancelAfterMs)
+    Times go(LongWork::Kind kind, int cancelAfterMs)
     {
-        QElapsedTimer sinceCancel;
+        QElapsedTimer sinceBegin, sinceCancel;
         QTimer moment;
         moment.setSingleShot(true);
         moment.setTimerType(Qt::PreciseTimer);
@@ -82,13 +86,17 @@ private:
             if (!m_isDeaf)
                 m_work.cancel(kind);
         });
+        sinceBegin.start();
         moment.start(cancelAfterMs);
         m_work.start(kind);
         Child::require(QTest::qWaitFor([&] { return !m_work.isBusy(kind); }, 120000), "it never ended");
-        const double idle = sinceCancel.isValid() ? double(sinceCancel.elapsed()) : -1;
+        Times times;
+        times.whole = double(sinceBegin.elapsed());
+        if (sinceCancel.isValid())
+            times.idle = double(sinceCancel.elapsed());
         m_work.judge(kind, sinceCancel.isValid());
         m_work.clear(kind);
-        return idle;
+        return times;
     }
     /// `left` is what the work would have taken from the cancel on.
     void noteIdle(LongWork::Kind kind, double ms, double left)
