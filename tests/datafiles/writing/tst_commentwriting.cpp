@@ -207,7 +207,8 @@ TEST_F(CommentWriting, AWriterThatIsKilledLeavesTheOldFileOrTheNew)
     const auto microseconds = unsigned(clock.nsecsElapsed() / 1000); // of two writes
     std::mt19937 random(1);
     int changes = 0;
-    for (int round = 0, present = 1; round < 200; ++round) {
+    // On a busy machine a writer seldom gets to its work.
+    for (int round = 0, present = 1; round < 200 || (changes < 10 && round < 5000); ++round) {
         const pid_t child = fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
@@ -223,7 +224,7 @@ TEST_F(CommentWriting, AWriterThatIsKilledLeavesTheOldFileOrTheNew)
         present ^= int(isChanged);
         changes += int(isChanged);
     }
-    EXPECT_GT(changes, 10) << "the writer hardly got to its work";
+    EXPECT_GE(changes, 10) << "the writer hardly got to its work";
 }
 
 } // namespace
