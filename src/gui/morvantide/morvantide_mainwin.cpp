@@ -421,24 +421,30 @@ void MorvantideMainWindow::updateReinversionActions()
 
 void MorvantideMainWindow::reinvert()
 {
+    if (!mayReinvert())
+        return;
+    const QStringList files = FileChoices(settings(), this).askForInverters(m_folderPath);
+    if (!files.isEmpty() && mayReinvert()) // still, behind the dialog
+        m_inverterLoader.start(files);
+}
+
+bool MorvantideMainWindow::mayReinvert()
+{
     if (!datastore()) {
         logger().log(Log::Warning, QStringLiteral("No data to invert!"));
-        return;
+        return false;
     }
     if (m_inverterLoader.isLoading())
-        return; // its dialog stands before the window
-    if (isReinverting()) {
-        QMessageBox question(QMessageBox::Question, QStringLiteral("Morvantide"),
-                             tr("An inversion already in progress."), QMessageBox::Abort | QMessageBox::Cancel, this);
-        question.setInformativeText(tr("Do you want to abort the current inversion?"));
-        question.setDefaultButton(QMessageBox::Cancel);
-        if (question.exec() == QMessageBox::Abort)
-            cancelReinvert();
-        return;
-    }
-    const QStringList files = FileChoices(settings(), this).askForInverters(m_folderPath);
-    if (!files.isEmpty())
-        m_inverterLoader.start(files);
+        return false; // its dialog stands before the window
+    if (!isReinverting())
+        return true;
+    QMessageBox question(QMessageBox::Question, QStringLiteral("Morvantide"), tr("An inversion already in progress."),
+                         QMessageBox::Abort | QMessageBox::Cancel, this);
+    question.setInformativeText(tr("Do you want to abort the current inversion?"));
+    question.setDefaultButton(QMessageBox::Cancel);
+    if (question.exec() == QMessageBox::Abort)
+        cancelReinvert();
+    return false;
 }
 
 void MorvantideMainWindow::invertersLoaded(const InverterLoader::Result &result)

@@ -98,6 +98,8 @@ private:
     // ---- reinversion
     void setupSpectraMenu();
     void invertersLoaded(const InverterLoader::Result &result);
+    /// Whether a reinversion can begin; says why not.
+    bool mayReinvert();
     void startReinversion(const SpectMath::InverterList &inverters);
     void updateReinversionActions();
 

@@ -7,7 +7,9 @@
 #include "support/plotstore.h"
 
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QProgressBar>
@@ -345,6 +347,22 @@ TEST_F(ReinversionTest, ASecondOneAsksWhetherToAbortTheFirst)
         waitForReinversion();
         EXPECT_EQ(log().contains("Reinversion cancelled"), abort);
     }
+}
+
+TEST_F(ReinversionTest, OneThatBeganBehindTheChoiceOfInvertersIsNotMetByASecond)
+{
+    open();
+    withDialog<QFileDialog>([this](QFileDialog &dialog) {
+        startLongReinversion();
+        withDialog<QMessageBox>([](QMessageBox &box) { box.reject(); });
+        dialog.setDirectory(path("inverters"));
+        dialog.findChild<QLineEdit *>("fileNameEdit")->setText("demo.invmap");
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    window->reinvert();
+    EXPECT_TRUE(window->isReinverting());
+    window->cancelReinvert();
+    EXPECT_FALSE(log().contains("software bug"));
 }
 
 TEST_F(ReinversionTest, DataAreClosedOrReplacedDuringARun)
