@@ -68,10 +68,11 @@ std::optional<DataRequest> FileChoices::askForFiles()
     auto *const dialog = new FileDialog(FileDialog::Use::Read, m_window, tr("Select files"),
                                         m_settings->value(pickedPathKey, lastFolder).toString());
     dialog->setFileMode(QFileDialog::ExistingFiles);
+    QString folder;
+    QObject::connect(dialog, &QFileDialog::accepted, dialog, [&] { folder = dialog->directory().absolutePath(); });
     const QStringList files = FileDialog::ask(dialog);
     if (files.isEmpty())
         return {};
-    const QString folder = QFileInfo(files.first()).absolutePath();
     m_settings->setValue(pickedPathKey, folder);
     return DataRequest{folder, files, {}, {}, {}};
 }

@@ -169,14 +169,16 @@ TEST_F(MorvantideMainWindowTest, AnotherFolderTakesThePlaceOfTheFirst)
 
 TEST_F(MorvantideMainWindowTest, FilesPickedByHand)
 {
-    data.writeDay(3);
+    DayFolder other;
+    other.writeDay(3);
     data.writeDay(1);
     data.writeDay(2);
     open();
-    withDialog<QFileDialog>([this](QFileDialog &dialog) {
+    withDialog<QFileDialog>([&](QFileDialog &dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Select files");
         EXPECT_EQ(dialog.directory().path(), data.path()) << "the data's, and not the program's current one";
-        dialog.findChild<QLineEdit *>("fileNameEdit")->setText("\"20190103-block.flags\" \"20190101-block.flags\"");
+        dialog.findChild<QLineEdit *>("fileNameEdit")
+            ->setText(QString("\"%1\" \"20190101-block.flags\"").arg(other.filePath("20190103-block.flags")));
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
     window->showDataFileChoice();
