@@ -32,6 +32,8 @@ namespace Faults {
 namespace {
 
 constexpr double leastTurn = 0.1; ///< ms; shorter ones are idle, and many
+constexpr int watchMs = 20;
+constexpr double toldTurns = 100; ///< ms; what a turn does is told each time that it has worked for as long again
 
 QString firstLineOf(const QByteArray &text, const QStringList &marks)
 {
@@ -142,6 +144,7 @@ namespace Child {
 namespace {
 
 std::atomic<qint64> lastTurn{0};
+std::atomic<double> turnBegan{0}; ///< ms of the main thread's processor time
 std::atomic<bool> hasFailed{false};
 
 qint64 now()
@@ -150,10 +153,10 @@ qint64 now()
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-double workMs()
+double workMs(clockid_t clock = CLOCK_THREAD_CPUTIME_ID)
 {
     timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    ::clock_gettime(clock, &time);
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) * 1e-6;
 }
 
@@ -202,6 +205,46 @@ void confine(const QString &folder)
     ::close(rules);
 }
 
+/// Writes to the errors what a thread's long turns of the event loop do, looked at from another thread.
+class LongTurns {
+public:
+    explicit LongTurns(pthread_t thread) : m_thread(thread) { ::pthread_getcpuclockid(thread, &m_clock); }
+
+    /// `lateMs`: how much later than it was meant to be. A thread seems to work while its processor is taken away.
+    void look(qint64 lateMs)
+    {
+        const double began = turnBegan, work = workMs(m_clock) - began;
+        if (lateMs > 3 * watchMs)
+            std::fprintf(stderr, "the machine stood still for %lld ms, at %.0f ms of a turn\n", lateMs, work);
+        if (began != m_turn)
+            m_due = 2 * toldTurns;
+        m_turn = began;
+        if (work < m_due)
+            return;
+        m_due = work + toldTurns;
+        std::fprintf(stderr, "a turn of the event loop has worked for %.0f ms:\n", work);
+        ::pthread_kill(m_thread, SIGUSR1);
+    }
+
+private:
+    pthread_t m_thread;
+    clockid_t m_clock{};
+    double m_turn = 0, m_due = 0;
+};
+
+/// Comes back when that thread's event loop hasn't turned for so long.
+void watchMainThread(pthread_t thread, bool tellsTurns, qint64 patienceMs)
+{
+    LongTurns turns(thread);
+    for (qint64 last = now(); last - lastTurn < patienceMs;) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(watchMs));
+        const qint64 time = now();
+        if (tellsTurns)
+            turns.look(time - last - watchMs);
+        last = time;
+    }
+}
+
 int entries(const char *folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
@@ -235,19 +278,22 @@ void watchTurns(bool measureTurns, int patienceSeconds)
     lastTurn = now();
     auto *pulse = new QTimer(qApp); // a loop that has nothing to do turns too
     pulse->start(500);
-    double begun = workMs();
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, qApp,
-                     [measureTurns, begun]() mutable {
-                         lastTurn = now();
-                         const double ms = workMs() - begun;
-                         if (measureTurns && ms > leastTurn)
-                             measure("ms of a turn", ms);
-                         begun = workMs();
-                     });
+    turnBegan = workMs();
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, qApp, [measureTurns] {
+        lastTurn = now();
+        const double ms = workMs() - turnBegan;
+        if (measureTurns && ms > leastTurn)
+            measure("ms of a turn", ms);
+        turnBegan = workMs();
+    });
     ::signal(SIGUSR1, writeStack);
-    std::thread([mainThread = ::pthread_self(), patienceSeconds] {
-        while (now() - lastTurn < patienceSeconds * 1000)
-            std::this_thread::sleep_for(std::chrono::milliseconds(200));
+#ifdef NDEBUG // where times count
+    const bool tellsTurns = measureTurns;
+#else
+    const bool tellsTurns = false;
+#endif
+    std::thread([mainThread = ::pthread_self(), tellsTurns, patienceSeconds] {
+        watchMainThread(mainThread, tellsTurns, patienceSeconds * 1000);
         ::pthread_kill(mainThread, SIGUSR1);
         std::this_thread::sleep_for(std::chrono::seconds(1));
         std::printf("fail\t0\tthe event loop made no turn for %d s\n", patienceSeconds);
