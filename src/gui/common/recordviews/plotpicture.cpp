@@ -33,7 +33,18 @@ void draw(QWidget *widget, QPainter &painter)
 
 } // namespace
 
-PlotPicture::PlotPicture(QWidget *widget) : PictureCommands(widget, [widget] { return drawingOf(widget); }) {}
+PlotPicture::PlotPicture(QWidget *widget, const std::function<void()> &prepare)
+    : PictureCommands(widget, [widget, prepare] {
+          PictureFile::Drawing drawing = drawingOf(widget);
+          if (prepare)
+              drawing.draw = [draw = drawing.draw, prepare](QPainter &painter) {
+                  prepare();
+                  draw(painter);
+              };
+          return drawing;
+      })
+{
+}
 
 PictureFile::Drawing PlotPicture::drawingOf(QWidget *widget)
 {

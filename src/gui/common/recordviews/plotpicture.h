@@ -2,13 +2,16 @@
 
 #include "gui/common/picturecommands.h"
 
+#include <functional>
+
 namespace RecordViews {
 
 /// The commands "Copy picture" and "Save picture..." for all plots that are seen in a widget, each at its place; what
 /// else stands there isn't drawn. Belongs to the widget.
 class PlotPicture : public PictureCommands {
 public:
-    explicit PlotPicture(QWidget *widget);
+    /// `prepare` brings the plots into the state that is drawn.
+    explicit PlotPicture(QWidget *widget, const std::function<void()> &prepare = {});
 
     static PictureFile::Drawing drawingOf(QWidget *widget);
 };

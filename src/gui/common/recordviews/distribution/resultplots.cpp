@@ -1,6 +1,7 @@
 #include "gui/common/recordviews/distribution/resultplots.h"
 
-#include <QVBoxLayout>
+#include <QEvent>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -15,39 +16,126 @@ constexpr int leastHeightAlone = 6; ///< there is less of it in a small dock, an
 } // namespace
 
 ResultPlots::ResultPlots(std::shared_ptr<const PlotOptions> options, QWidget *parent)
-    : QScrollArea(parent), m_options(std::move(options)), m_layout(nullptr)
+    : QScrollArea(parent), m_options(std::move(options))
 {
-    auto *const canvas = new QWidget(this);
-    m_layout = new QVBoxLayout(canvas);
-    m_layout->setContentsMargins(0, 0, 0, 0);
-    setWidget(canvas);
+    setWidget(new QWidget(this));
     setWidgetResizable(true);
     setFrameShape(NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus); // the plots have it
-    makePlaces(1);
-}
-
-void ResultPlots::makePlaces(int count)
-{
-    m_places = std::max(m_places, count);
-    while (m_plots.size() < m_places) {
-        auto *const plot = new ResultPlot(m_options, widget());
-        plot->setAxesLocked(m_areAxesLocked);
-        m_layout->addWidget(plot);
-        m_plots.append(plot);
-    }
-    const int lines = m_places == 1 ? leastHeightAlone : leastHeight;
-    for (int i = 0; i < m_plots.size(); ++i) {
-        m_plots[i]->setMinimumHeight(lines * fontMetrics().lineSpacing());
-        m_plots[i]->setVisible(i < m_places);
-    }
+    reservePlaces(1);
+    showPlace(0);
 }
 
 QSize ResultPlots::minimumSizeHint() const
 {
     return {QScrollArea::minimumSizeHint().width(), leastHeightAlone * fontMetrics().lineSpacing()};
 }
+
+// ---- places
+
+void ResultPlots::reservePlaces(int count)
+{
+    m_leastPlaces = m_placeCount = std::max(m_leastPlaces, count);
+    m_places.resize(std::max(m_places.size(), std::size_t(m_placeCount)));
+    const int lines = m_placeCount == 1 ? leastHeightAlone : leastHeight;
+    const int height = lines * fontMetrics().lineSpacing() + spacing();
+    widget()->setMinimumHeight(m_placeCount * height - spacing());
+    // At once: plots would be laid out at the old size first.
+    widget()->resize(viewport()->width(), std::max(viewport()->height(), widget()->minimumHeight()));
+}
+
+int ResultPlots::spacing() const
+{
+    return std::max(0, style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+}
+
+/// All are as high as each other, and fill the canvas.
+QRect ResultPlots::placeRect(int i) const
+{
+    const int height = widget()->height() + spacing();
+    const int top = i * height / m_placeCount, next = (i + 1) * height / m_placeCount;
+    return {0, top, widget()->width(), next - spacing() - top};
+}
+
+/// Neighbours as well: the keyboard goes on to them.
+void ResultPlots::showThoseInSight()
+{
+    const int top = -widget()->y(), bottom = top + viewport()->height();
+    const int margin = placeRect(0).height() + spacing();
+    for (int i = 0; i < int(m_places.size()); ++i) {
+        ResultPlot *const plot = m_places[std::size_t(i)].plot;
+        const bool hasFocus = plot && plot->hasFocus(); // which it would lose when it is hidden
+        const QRect rect = i < m_placeCount ? placeRect(i) : QRect();
+        const bool isNear = rect.bottom() > top - margin && rect.top() < bottom + margin;
+        if (i < m_placeCount && (isNear || hasFocus))
+            showPlace(i);
+        else if (plot)
+            plot->hide();
+    }
+}
+
+void ResultPlots::showAll()
+{
+    for (int i = 0; i < m_placeCount; ++i)
+        showPlace(i);
+}
+
+void ResultPlots::showPlace(int i)
+{
+    const Place &place = m_places[std::size_t(i)];
+    if (!place.plot)
+        makePlot(i);
+    place.plot->setGeometry(placeRect(i));
+    if (!place.isFilled)
+        fillPlace(i);
+    place.plot->show();
+}
+
+void ResultPlots::makePlot(int i)
+{
+    auto *const plot = new ResultPlot(m_options, widget());
+    plot->setAxesLocked(m_areAxesLocked);
+    m_places[std::size_t(i)].plot = plot;
+    const auto isMade = [](const Place &place) { return place.plot != nullptr; };
+    const auto madeBefore = std::find_if(m_places.rend() - i, m_places.rend(), isMade);
+    if (madeBefore != m_places.rend())
+        setTabOrder(madeBefore->plot, plot);
+}
+
+void ResultPlots::fillPlace(int i)
+{
+    Place &place = m_places[std::size_t(i)];
+    place.isFilled = true;
+    place.plot->setRecordMoment(m_moment);
+    if (m_isSinglePlot)
+        place.plot->showSpectra(m_shown, m_held);
+    else if (i < m_shown.size())
+        place.plot->showSpectra({m_shown[i]}, heldLike(m_shown[i]));
+    else
+        place.plot->showSpectra({}, {});
+}
+
+bool ResultPlots::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == widget() && event->type() == QEvent::Resize)
+        showThoseInSight();
+    return QScrollArea::eventFilter(watched, event);
+}
+
+void ResultPlots::scrollContentsBy(int dx, int dy)
+{
+    QScrollArea::scrollContentsBy(dx, dy);
+    showThoseInSight();
+}
+
+void ResultPlots::resizeEvent(QResizeEvent *event)
+{
+    QScrollArea::resizeEvent(event);
+    showThoseInSight();
+}
+
+// ---- spectra
 
 void ResultPlots::setSinglePlot(bool on)
 {
@@ -57,23 +145,17 @@ void ResultPlots::setSinglePlot(bool on)
 
 void ResultPlots::showSpectra(const ShownSpectra &shown, const QString &moment)
 {
+    m_moment = moment;
     showSpectra(shown);
-    for (ResultPlot *plot : qAsConst(m_plots))
-        plot->setRecordMoment(moment);
 }
 
 void ResultPlots::showSpectra(const ShownSpectra &shown)
 {
     m_shown = shown;
-    makePlaces(m_isSinglePlot ? 1 : std::max(1, shown.size()));
-    if (m_isSinglePlot)
-        return m_plots[0]->showSpectra(shown, m_held);
-    for (int i = 0; i < m_places; ++i) {
-        if (i < shown.size())
-            m_plots[i]->showSpectra({shown[i]}, heldLike(shown[i]));
-        else
-            m_plots[i]->showSpectra({}, {});
-    }
+    for (Place &place : m_places)
+        place.isFilled = false;
+    reservePlaces(m_isSinglePlot ? 1 : std::max(1, shown.size()));
+    showThoseInSight();
 }
 
 ShownSpectra ResultPlots::heldLike(const ShownSpectrum &shown) const
@@ -93,14 +175,18 @@ void ResultPlots::setHolding(bool on)
 void ResultPlots::setAxesLocked(bool on)
 {
     m_areAxesLocked = on;
-    for (ResultPlot *plot : qAsConst(m_plots))
-        plot->setAxesLocked(on);
+    for (const Place &place : m_places) {
+        if (place.plot)
+            place.plot->setAxesLocked(on);
+    }
 }
 
 void ResultPlots::fitAxes()
 {
-    for (ResultPlot *plot : seenPlots())
-        plot->fitAxes();
+    for (const Place &place : m_places) {
+        if (place.plot)
+            place.plot->fitAxes();
+    }
 }
 
 } // namespace RecordViews

@@ -4,12 +4,12 @@
 
 #include <QScrollArea>
 
-class QVBoxLayout;
-
 namespace RecordViews {
 
-/// The plots of a record's size distributions: one for all spectra, or one for each. Separate plots are used again by
-/// their place; a record with fewer spectra leaves some of them empty, with their axes as they were.
+/// The plots of a record's size distributions: one for all spectra, or one for each. Of separate plots those in sight,
+/// and their neighbours, are made and filled: each reinversion brings some more, and to lay out one takes milliseconds.
+/// They are used again by their place; a record with fewer spectra leaves some of them empty, with their axes as they
+/// were.
 class ResultPlots : public QScrollArea {
     Q_OBJECT
 public:
@@ -18,37 +18,56 @@ public:
     /// Room for one low plot.
     QSize minimumSizeHint() const override;
 
-    /// In the order of their descriptions. One replot for each plot. The moment is that of their record, empty without
-    /// one.
+    /// In the order of their descriptions. One replot for each plot in sight. The moment is that of their record, empty
+    /// without one.
     void showSpectra(const ShownSpectra &shown, const QString &moment);
     /// Another layout or another choice of spectra: the next spectra get as many plots as they need.
     void setSinglePlot(bool on);
     bool isSinglePlot() const { return m_isSinglePlot; }
-    void forgetPlaces() { m_places = 0; }
+    void forgetPlaces() { m_leastPlaces = 1; }
 
     /// Keeps what is shown as thin grey curves below all that follows; or lets it go. Separate plots show those of the
     /// spectra that they show.
     void setHolding(bool on);
 
-    /// The plots stand in it: what a picture is taken of.
+    /// The plots stand in it: what a picture is taken of, behind showAll().
     QWidget *canvas() const { return widget(); }
-    QList<ResultPlot *> seenPlots() const { return m_plots.mid(0, m_places); }
+    /// Makes and fills those that are out of sight too, which stay until the view is scrolled or shows something else.
+    void showAll();
+    ResultPlot *firstPlot() const { return m_places.front().plot; }
 
 public Q_SLOTS:
     void setAxesLocked(bool on);
     void fitAxes();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
+    struct Place {
+        ResultPlot *plot = nullptr; ///< from the first time on that it is in sight
+        bool isFilled = false;      ///< with the present spectra
+    };
+
     void showSpectra(const ShownSpectra &shown);
-    void makePlaces(int count);
+    void reservePlaces(int count);
+    void showThoseInSight();
+    void showPlace(int i);
+    void fillPlace(int i);
+    void makePlot(int i);
+    QRect placeRect(int i) const;
+    int spacing() const;
     ShownSpectra heldLike(const ShownSpectrum &shown) const;
 
     std::shared_ptr<const PlotOptions> m_options;
-    QVBoxLayout *m_layout;
-    QList<ResultPlot *> m_plots; ///< never fewer; those behind m_places are hidden
-    int m_places = 0;
+    std::vector<Place> m_places{Place()}; ///< never fewer; those behind m_placeCount are hidden
+    int m_placeCount = 1;
+    int m_leastPlaces = 1; ///< of the next spectra
     ShownSpectra m_shown;
     ShownSpectra m_held;
+    QString m_moment;
     bool m_isSinglePlot = true;
     bool m_areAxesLocked = false;
 };
