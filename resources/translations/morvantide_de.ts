@@ -1753,6 +1753,14 @@ Alle Dateien (*)</translation>
         <source>Failed to write &quot;%1&quot;: %2</source>
         <translation>&quot;%1&quot; konnte nicht geschrieben werden: %2</translation>
     </message>
+    <message>
+        <source>Saving the picture</source>
+        <translation>Das Bild wird gespeichert</translation>
+    </message>
+    <message>
+        <source>Stopping</source>
+        <translation>Wird angehalten</translation>
+    </message>
 </context>
 <context>
     <name>PictureFile</name>

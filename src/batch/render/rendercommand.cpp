@@ -69,7 +69,8 @@ Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRe
     if (!tooLarge.isEmpty())
         return refused(tooLarge);
     QByteArray content;
-    const QString fault = PictureFile::encode(picture.drawing(), options.outputFile, options.scale, &content);
+    const QString fault =
+        PictureFile::encode(PictureFile::draw(picture.drawing(), options.outputFile, options.scale), &content);
     if (Interrupt::requested())
         return stopped();
     if (!fault.isNull())

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "batch/render/timespan.h"
-#include "gui/common/picturefile.h"
+#include "gui/common/pictures/picturefile.h"
 
 #include <QImage>
 #include <QVariant>

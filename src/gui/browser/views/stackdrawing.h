@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/common/picturefile.h"
+#include "gui/common/pictures/picturefile.h"
 
 #include <QVector>
 

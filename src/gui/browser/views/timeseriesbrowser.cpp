@@ -12,7 +12,7 @@
 #include "gui/browser/views/view.h"
 #include "gui/browser/views/viewholder.h"
 #include "gui/common/iconhelp.h"
-#include "gui/common/picturecommands.h"
+#include "gui/common/pictures/picturecommands.h"
 #include "log/logger.h"
 
 #include <QAction>

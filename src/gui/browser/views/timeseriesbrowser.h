@@ -7,7 +7,7 @@
 #include "gui/browser/views/plotadder.h"
 #include "gui/browser/views/scalefitting.h"
 #include "gui/browser/views/viewkinds.h"
-#include "gui/common/picturefile.h"
+#include "gui/common/pictures/picturefile.h"
 #include "gui/common/recordnotes.h"
 #include "gui/common/uiinfo.h"
 #include "store/datastore.h"

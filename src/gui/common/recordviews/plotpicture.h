@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/common/picturecommands.h"
+#include "gui/common/pictures/picturecommands.h"
 
 #include <functional>
 

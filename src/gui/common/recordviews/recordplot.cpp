@@ -271,10 +271,13 @@ void RecordPlot::resizeEvent(QResizeEvent *event)
 void RecordPlot::changeEvent(QEvent *event)
 {
     QwtPlot::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
+    if (event->type() == QEvent::PaletteChange) {
         takeColors();
-    else if (event->type() == QEvent::FontChange)
+        QwtPlot::replot();
+    } else if (event->type() == QEvent::FontChange) {
         takeFonts();
+        updateLayout();
+    }
 }
 
 QColor RecordPlot::legible(const QColor &color) const
@@ -298,7 +301,6 @@ void RecordPlot::takeColors()
     canvas()->setPalette(colors);
     colorFrame(hasFocus());
     m_grid->setPen(mixed(paper, ink, gridStrength), 0, Qt::DotLine);
-    QwtPlot::replot();
 }
 
 void RecordPlot::setFocusFrameShown(bool on)
@@ -340,7 +342,6 @@ void RecordPlot::takeFonts()
         title.setFont(font());
         setAxisTitle(axis, title);
     }
-    updateLayout();
 }
 
 } // namespace RecordViews

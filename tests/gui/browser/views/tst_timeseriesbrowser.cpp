@@ -164,7 +164,8 @@ TEST_F(ViewStack, PicturesAreSavedAsTheChosenKindAndFailuresAreTold)
     EXPECT_TRUE(contentOf(folder.filePath("a.svg")).contains("<text"));
     EXPECT_TRUE(contentOf(folder.filePath("a.pdf")).endsWith("%%EOF\n"));
     ASSERT_TRUE(QDir(folder.path()).mkdir("b.png"));
-    EXPECT_FALSE(PictureFile::write(browser->drawing(), folder.filePath("b.png"), 1).isEmpty());
+    const auto drawn = PictureFile::draw(browser->drawing(), "b.png", 1);
+    EXPECT_FALSE(PictureFile::write(drawn, folder.filePath("b.png")).isEmpty());
 }
 
 TEST_F(ViewStack, DraggingAViewReordersTheStack)

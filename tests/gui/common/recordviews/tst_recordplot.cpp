@@ -307,19 +307,28 @@ TEST(PlotPicture, DrawsThePlotsThatAreSeenAsEachKindOfFile)
     EXPECT_FALSE(colors.contains(focus.rgb())) << "the keyboard focus is nothing for a picture";
     EXPECT_EQ(seen->canvas()->palette().color(QPalette::WindowText), focus) << "and is seen again behind it";
 
+    bool isCancelled = false;
+    const auto write = [&](const QString &name) {
+        return PictureFile::write(PictureFile::draw(drawing, name, 2), folder.filePath(name),
+                                  [&] { return isCancelled; });
+    };
     for (const char *name : {"a.png", "a.SVG", "a.pdf"})
-        EXPECT_EQ(PictureFile::write(drawing, folder.filePath(name), 2), QString()) << name;
+        EXPECT_EQ(write(name), QString()) << name;
     EXPECT_EQ(QImage(folder.filePath("a.png")), image.convertToFormat(QImage::Format_ARGB32));
     EXPECT_TRUE(contentOf(folder.filePath("a.SVG")).contains("<svg"));
     EXPECT_TRUE(contentOf(folder.filePath("a.SVG")).contains("#ff0000"));
     EXPECT_TRUE(contentOf(folder.filePath("a.pdf")).startsWith("%PDF"));
-    EXPECT_FALSE(PictureFile::write(drawing, folder.filePath("a.xyz"), 2).isEmpty());
+    EXPECT_FALSE(write("a.xyz").isEmpty());
 
     const QByteArray before = contentOf(folder.filePath("a.png"));
     {
         const FullDisk disk(100);
-        EXPECT_FALSE(PictureFile::write(drawing, folder.filePath("a.png"), 2).isEmpty());
+        EXPECT_FALSE(write("a.png").isEmpty());
     }
+    isCancelled = true;
+    seen->curve->setPen(QPen(Qt::blue, 8));
+    for (const char *name : {"a.png", "b.png", "b.svg"})
+        write(name);
     EXPECT_EQ(contentOf(folder.filePath("a.png")), before) << "the old file stands";
     EXPECT_EQ(filesIn(folder.path()).size(), 3);
 }

@@ -1,4 +1,4 @@
-#include "gui/common/picturefile.h"
+#include "gui/common/pictures/picturefile.h"
 
 #include "util/filereplacement.h"
 
@@ -26,19 +26,34 @@ QString words(const char *text)
     return QCoreApplication::translate("PictureFile", text);
 }
 
-/// What can't be drawn is told in words.
-QString writePng(const Drawing &drawing, double ratio, QIODevice &out)
+/// Takes no more bytes once it is cancelled, by which an encoder ends.
+class CancellableBuffer : public QBuffer {
+public:
+    CancellableBuffer(QByteArray *bytes, const IsCancelled &isCancelled) : QBuffer(bytes), m_isCancelled(isCancelled)
+    {
+        open(QIODevice::WriteOnly);
+    }
+
+protected:
+    qint64 writeData(const char *data, qint64 size) override
+    {
+        return m_isCancelled && m_isCancelled() ? -1 : QBuffer::writeData(data, size);
+    }
+
+private:
+    const IsCancelled &m_isCancelled;
+};
+
+void drawPixels(const Drawing &drawing, double ratio, Drawn &drawn)
 {
-    const QString fault = sizeFault((QSizeF(drawing.frame.size()) * ratio).toSize());
-    if (!fault.isNull())
-        return fault;
-    QImage image = imageOf(drawing, ratio);
-    if (image.isNull())
-        return words(QT_TRANSLATE_NOOP("PictureFile", "The picture can't be drawn."));
-    image.setDotsPerMeterX(qRound(dotsPerMeter * ratio));
-    image.setDotsPerMeterY(qRound(dotsPerMeter * ratio));
-    QImageWriter writer(&out, "png");
-    return writer.write(image) ? QString() : writer.errorString();
+    drawn.fault = sizeFault((QSizeF(drawing.frame.size()) * ratio).toSize());
+    if (!drawn.fault.isNull())
+        return;
+    drawn.pixels = imageOf(drawing, ratio);
+    if (drawn.pixels.isNull())
+        drawn.fault = words(QT_TRANSLATE_NOOP("PictureFile", "The picture can't be drawn."));
+    drawn.pixels.setDotsPerMeterX(qRound(dotsPerMeter * ratio));
+    drawn.pixels.setDotsPerMeterY(qRound(dotsPerMeter * ratio));
 }
 
 QString drawDocument(const Drawing &drawing, QPaintDevice &document)
@@ -54,34 +69,38 @@ QString drawDocument(const Drawing &drawing, QPaintDevice &document)
     return words(QT_TRANSLATE_NOOP("PictureFile", "The picture can't be drawn."));
 }
 
-QString writeSvg(const Drawing &drawing, double, QIODevice &out)
+void drawSvg(const Drawing &drawing, double, Drawn &drawn)
 {
+    QBuffer buffer(&drawn.document);
+    buffer.open(QIODevice::WriteOnly);
     QSvgGenerator generator;
-    generator.setOutputDevice(&out);
+    generator.setOutputDevice(&buffer);
     generator.setResolution(drawing.dotsPerInch);
     generator.setSize(drawing.frame.size());
     generator.setViewBox(QRect(QPoint(), drawing.frame.size()));
     generator.setTitle(drawing.title);
-    return drawDocument(drawing, generator);
+    drawn.fault = drawDocument(drawing, generator);
 }
 
-QString writePdf(const Drawing &drawing, double, QIODevice &out)
+void drawPdf(const Drawing &drawing, double, Drawn &drawn)
 {
-    QPdfWriter writer(&out);
+    QBuffer buffer(&drawn.document);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
     const QSizeF points = QSizeF(drawing.frame.size()) * pointsPerInch / drawing.dotsPerInch;
     writer.setResolution(drawing.dotsPerInch);
     writer.setPageSize(QPageSize(points, QPageSize::Point, {}, QPageSize::ExactMatch));
     writer.setPageMargins(QMarginsF());
     writer.setTitle(drawing.title);
-    return drawDocument(drawing, writer);
+    drawn.fault = drawDocument(drawing, writer);
 }
 
 struct Format {
     const char *suffix;
-    QString (*write)(const Drawing &, double ratio, QIODevice &);
+    void (*draw)(const Drawing &, double ratio, Drawn &);
 };
 
-const Format formats[] = {{"png", writePng}, {"svg", writeSvg}, {"pdf", writePdf}};
+const Format formats[] = {{"png", drawPixels}, {"svg", drawSvg}, {"pdf", drawPdf}};
 
 const Format *formatOf(const QString &path)
 {
@@ -117,33 +136,51 @@ QImage imageOf(const Drawing &drawing, double ratio)
     // On a sheet with the drawing's own origin first: edges that are smoothed come out as on the screen, to the last
     // bit.
     QImage sheet = blank({drawing.frame.right() + 1, drawing.frame.bottom() + 1});
-    QImage picture = blank(drawing.frame.size());
-    if (sheet.isNull() || picture.isNull())
+    if (sheet.isNull())
         return {};
     {
         QPainter painter(&sheet);
         drawing.draw(painter);
     }
+    if (drawing.frame.topLeft().isNull())
+        return sheet;
+    QImage picture = blank(drawing.frame.size());
+    if (picture.isNull())
+        return {};
     QPainter painter(&picture);
     painter.drawImage(-drawing.frame.topLeft(), sheet);
     return picture;
 }
 
-QString encode(const Drawing &drawing, const QString &name, double ratio, QByteArray *content)
+Drawn draw(const Drawing &drawing, const QString &name, double ratio)
 {
-    const Format *const format = formatOf(name);
-    if (!format)
-        return words(QT_TRANSLATE_NOOP("PictureFile", "The name must end in .png, .svg or .pdf."));
-    QBuffer buffer(content);
-    buffer.open(QIODevice::WriteOnly);
-    return format->write(drawing, ratio, buffer);
+    Drawn drawn;
+    if (const Format *const format = formatOf(name))
+        format->draw(drawing, ratio, drawn);
+    else
+        drawn.fault = words(QT_TRANSLATE_NOOP("PictureFile", "The name must end in .png, .svg or .pdf."));
+    return drawn;
 }
 
-QString write(const Drawing &drawing, const QString &path, double ratio)
+QString encode(const Drawn &drawn, QByteArray *content, const IsCancelled &isCancelled)
+{
+    if (!drawn.fault.isNull())
+        return drawn.fault;
+    *content = drawn.document;
+    if (drawn.pixels.isNull())
+        return {};
+    CancellableBuffer buffer(content, isCancelled);
+    QImageWriter writer(&buffer, "png");
+    return writer.write(drawn.pixels) ? QString() : writer.errorString();
+}
+
+QString write(const Drawn &drawn, const QString &path, const IsCancelled &isCancelled)
 {
     QByteArray content;
-    const QString fault = encode(drawing, path, ratio, &content);
-    return fault.isNull() ? replaceFile(path, content) : fault;
+    const QString fault = encode(drawn, &content, isCancelled);
+    if (!fault.isNull() || (isCancelled && isCancelled()))
+        return fault;
+    return replaceFile(path, content);
 }
 
 } // namespace PictureFile

@@ -31,10 +31,20 @@ bool isPixelFile(const QString &path);
 QString sizeFault(const QSize &pixels);
 /// With that many pixels for each logical one along each edge; null where memory doesn't suffice.
 QImage imageOf(const Drawing &drawing, double ratio);
-/// The content of a file of that name: PNG, SVG or PDF by the end of it; `ratio` is that of a PNG. The result is null,
-/// or the reason of the failure.
-QString encode(const Drawing &drawing, const QString &name, double ratio, QByteArray *content);
-/// Writes a file that is whole or absent; an old one is replaced. Otherwise as above.
-QString write(const Drawing &drawing, const QString &path, double ratio);
+/// A drawing on its way into a file of that kind: the part of the work that needs the window is done.
+struct Drawn {
+    QString fault;       ///< why nothing is drawn, or null
+    QImage pixels;       ///< of a PNG, which are yet to be encoded
+    QByteArray document; ///< or the content
+};
+/// For a file of that name: PNG, SVG or PDF by the end of it; `ratio` is that of a PNG.
+Drawn draw(const Drawing &drawing, const QString &name, double ratio);
+/// Asked now and then: whether the work is to be given up.
+using IsCancelled = std::function<bool()>;
+/// The content of the file, on any thread. The result is null, or the reason of the failure.
+QString encode(const Drawn &drawn, QByteArray *content, const IsCancelled &isCancelled = {});
+/// Writes a file that is whole or absent, on any thread; an old one is replaced. Otherwise as above. Where it is
+/// cancelled the old one stands.
+QString write(const Drawn &drawn, const QString &path, const IsCancelled &isCancelled = {});
 
 } // namespace PictureFile

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "gui/common/picturefile.h"
+#include "gui/common/modalwork.h"
+#include "gui/common/pictures/picturefile.h"
 
 #include <QObject>
 #include <QString>
@@ -25,7 +26,7 @@ public:
 public Q_SLOTS:
     /// At the resolution of the screen, and at least two pixels for each of a plain screen's.
     void copy();
-    /// Asks for a file and writes it; tells when that fails.
+    /// Asks for a file and writes it on another thread; tells when that fails.
     void save();
 
 private:
@@ -36,6 +37,7 @@ private:
     };
 
     QVector<Choice> choices() const;
+    void write(const PictureFile::Drawn &drawn, const QString &path);
     void tell(const QString &title, const QString &text);
 
     QWidget *m_widget;
@@ -44,4 +46,5 @@ private:
     QAction *m_copy;
     QAction *m_save;
     QString m_folder; ///< where the last picture went
+    ModalWork m_writing;
 };

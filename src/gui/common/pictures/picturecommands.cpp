@@ -1,4 +1,4 @@
-#include "gui/common/picturecommands.h"
+#include "gui/common/pictures/picturecommands.h"
 
 #include "gui/common/complainttext.h"
 #include "gui/common/filedialog.h"
@@ -23,7 +23,8 @@ PictureCommands::PictureCommands(QWidget *widget, std::function<PictureFile::Dra
                                  const QVector<int> &ratios)
     : QObject(widget), m_widget(widget), m_drawing(std::move(drawing)), m_ratios(ratios),
       m_copy(new QAction(tr("Copy picture"), this)), m_save(new QAction(tr("Save picture..."), this)),
-      m_folder(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
+      m_folder(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)),
+      m_writing(widget, tr("Saving the picture"), tr("Stopping"))
 {
     connect(m_copy, &QAction::triggered, this, &PictureCommands::copy);
     connect(m_save, &QAction::triggered, this, &PictureCommands::save);
@@ -65,6 +66,8 @@ void PictureCommands::copy()
 
 void PictureCommands::save()
 {
+    if (m_writing.isRunning())
+        return;
     const QPointer<PictureCommands> guard(this); // the window may close behind the dialog
     auto *const dialog = new FileDialog(FileDialog::Use::Write, m_widget->window(), tr("Save picture"), m_folder);
     const QVector<Choice> all = choices();
@@ -83,9 +86,21 @@ void PictureCommands::save()
     if (path.isEmpty() || !guard)
         return;
     m_folder = QFileInfo(path).path();
-    const QString reason = PictureFile::write(m_drawing(), path, chosen(filter).ratio);
-    if (!reason.isNull())
-        tell(tr("Save picture"), tr("Failed to write \"%1\": %2").arg(path, complaintText(reason)));
+    write(PictureFile::draw(m_drawing(), path, chosen(filter).ratio), path);
+}
+
+void PictureCommands::write(const PictureFile::Drawn &drawn, const QString &path)
+{
+    const auto reason = std::make_shared<QString>();
+    m_writing.start(
+        [drawn, path, reason](ModalWork::Monitor &monitor) {
+            monitor.tell(path);
+            *reason = PictureFile::write(drawn, path, [&monitor] { return monitor.isCancelled(); });
+        },
+        [this, path, reason](bool isCancelled) {
+            if (!isCancelled && !reason->isNull())
+                tell(tr("Save picture"), tr("Failed to write \"%1\": %2").arg(path, complaintText(*reason)));
+        });
 }
 
 void PictureCommands::tell(const QString &title, const QString &text)
