@@ -19,8 +19,9 @@ namespace RecordViews {
 namespace {
 
 constexpr int leastWidth = 16, leastHeight = 6; // characters, lines
-constexpr int lowHeight = 10; // lines: a plot that is lower has fewer ticks
-constexpr int usualTicks = 8, fewTicks = 3;
+constexpr int linesOfTitles = 5;                // and of the horizontal axis
+constexpr int fewTicks = 3, usualTicks = 8;
+constexpr double ticksOfALine = 0.75; // of the rest: more would touch each other
 constexpr double keyZoom = 0.8;
 constexpr double keyPan = 0.1; ///< of an axis
 constexpr int margin = 4;      ///< pixels around the plot
@@ -260,7 +261,8 @@ bool RecordPlot::pressReadoutKey(const QKeyEvent &event)
 
 void RecordPlot::resizeEvent(QResizeEvent *event)
 {
-    const int ticks = height() < lowHeight * fontMetrics().lineSpacing() ? fewTicks : usualTicks;
+    const int lines = height() / fontMetrics().lineSpacing() - linesOfTitles;
+    const int ticks = qBound(fewTicks, int(lines * ticksOfALine), usualTicks);
     if (ticks != axisMaxMajor(yLeft)) {
         setAxisMaxMajor(yLeft, ticks);
         replot();

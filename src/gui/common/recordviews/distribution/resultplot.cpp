@@ -8,6 +8,7 @@
 #include <qwt_scale_div.h>
 #include <qwt_scale_engine.h>
 #include <qwt_text.h>
+#include <qwt_text_label.h>
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +18,8 @@ namespace RecordViews {
 namespace {
 
 constexpr int mostNames = 20;          ///< in a title
+constexpr double titlePart = 0.25;     ///< of the plot's height
+constexpr double filledPart = 0.8;     ///< of a line: names aren't broken
 constexpr int longestName = 80;        ///< characters in a title
 constexpr int leastTitledHeight = 10;  ///< lines: a plot that is lower has no title of the vertical axis
 const QColor heldColor(140, 140, 140); // seen on white and on black
@@ -92,9 +95,7 @@ void ResultPlot::showSpectra(const ShownSpectra &shown, const ShownSpectra &held
         setTitles(*first, axis);
     setAxisSubject(xBottom, axisTitle(xBottom).text());
     setAxisSubject(yLeft, m_verticalTitle + (m_isLog ? QStringLiteral(", logarithmic") : QString()));
-    QwtText title(coloredNames(), QwtText::RichText);
-    title.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
-    setTitle(title);
+    fitTitle();
     QStringList names;
     for (const ShownSpectrum &one : shown)
         names << one.name;
@@ -182,16 +183,40 @@ void ResultPlot::fitVerticalTitle()
 void ResultPlot::resizeEvent(QResizeEvent *event)
 {
     fitVerticalTitle();
+    fitTitle();
     RecordPlot::resizeEvent(event);
 }
 
-QString ResultPlot::coloredNames() const
+void ResultPlot::fitTitle()
+{
+    QwtText title(coloredNames(namesThatFit()), QwtText::RichText);
+    title.setRenderFlags(Qt::AlignCenter | Qt::TextWordWrap);
+    setTitle(title);
+}
+
+/// How many names leave most of the height to the plot.
+int ResultPlot::namesThatFit() const
+{
+    const QFontMetrics metrics(titleLabel()->font());
+    const double lines = std::max(1.0, std::floor(height() * titlePart / metrics.lineSpacing()));
+    double room = lines * width() * filledPart;
+    int count = 0;
+    for (const ShownSpectrum &one : m_shown.spectra.mid(0, mostNames)) {
+        room -= metrics.horizontalAdvance(titleName(one.name) + QStringLiteral(", "));
+        if (room < 0 && count > 0)
+            break;
+        ++count;
+    }
+    return count;
+}
+
+QString ResultPlot::coloredNames(int count) const
 {
     QStringList names;
-    for (const ShownSpectrum &one : m_shown.spectra.mid(0, mostNames))
+    for (const ShownSpectrum &one : m_shown.spectra.mid(0, count))
         names << QStringLiteral("<span style=\"color:%1\">%2</span>")
                      .arg(legible(one.color).name(), titleName(one.name).toHtmlEscaped());
-    if (m_shown.spectra.size() > mostNames)
+    if (m_shown.spectra.size() > count)
         names << QString(QChar(0x2026));
     return names.join(QStringLiteral(", "));
 }

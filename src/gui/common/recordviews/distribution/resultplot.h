@@ -50,7 +50,9 @@ private:
     void setExtents();
     void setTitles(const SpectMath::SpectrumInfo &first, SpectMath::DistributionScale axis);
     void fitVerticalTitle();
-    QString coloredNames() const;
+    void fitTitle();
+    int namesThatFit() const;
+    QString coloredNames(int count) const;
     QVector<QPointF> readoutPoints(const DistributionValues &drawn) const;
 
     std::shared_ptr<const PlotOptions> m_options;

@@ -114,3 +114,18 @@ TEST(ResultPlots, APictureHoldsThoseOutOfSightToo)
     w.area->verticalScrollBar()->setValue(1);
     EXPECT_LT(w.plots().size(), 8);
 }
+
+TEST(ResultPlots, ATitleOfManyNamesLeavesTheCurvesRoom)
+{
+    ManySpectra w;
+    w.view.setSinglePlot(true);
+    for (const QSize size : {QSize(420, 500), QSize(250, 400), QSize(1200, 900)}) {
+        w.view.resize(size);
+        settle();
+        const ResultPlot *const plot = w.plots()[0];
+        EXPECT_GT(plot->canvas()->height(), plot->height() / 3) << size.width();
+        EXPECT_TRUE(plot->title().text().contains("inverted 00"));
+        EXPECT_TRUE(plot->title().text().contains(QChar(0x2026))) << "some are missing";
+    }
+    EXPECT_TRUE(w.plots()[0]->title().text().contains("inverted 19")) << "of the last size";
+}
