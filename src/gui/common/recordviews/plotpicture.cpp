@@ -12,44 +12,38 @@ namespace RecordViews {
 
 namespace {
 
-void draw(QWidget *widget, QPainter &painter)
+void drawSeen(QWidget *widget, QPainter &painter)
 {
-    QwtPlotRenderer renderer;
-    const auto drawPlot = [&](QwtPlot *plot) {
-        auto *const own = qobject_cast<RecordPlot *>(plot);
-        if (own)
-            own->setFocusFrameShown(false);
-        renderer.render(plot, &painter, QRectF(QPointF(plot->mapTo(widget, QPoint())), QSizeF(plot->size())));
-        if (own)
-            own->setFocusFrameShown(true);
-    };
     if (auto *const plot = qobject_cast<QwtPlot *>(widget))
-        drawPlot(plot);
+        PlotPicture::drawPlot(plot, painter, QPoint());
     for (QwtPlot *plot : widget->findChildren<QwtPlot *>()) {
         if (plot->isVisibleTo(widget))
-            drawPlot(plot);
+            PlotPicture::drawPlot(plot, painter, plot->mapTo(widget, QPoint()));
     }
 }
 
 } // namespace
 
-PlotPicture::PlotPicture(QWidget *widget, const std::function<void()> &prepare)
-    : PictureCommands(widget, [widget, prepare] {
-          PictureFile::Drawing drawing = drawingOf(widget);
-          if (prepare)
-              drawing.draw = [draw = drawing.draw, prepare](QPainter &painter) {
-                  prepare();
-                  draw(painter);
-              };
-          return drawing;
-      })
+PlotPicture::PlotPicture(QWidget *widget, const Draw &draw)
+    : PictureCommands(widget, [widget, draw] { return drawingOf(widget, draw); })
 {
 }
 
-PictureFile::Drawing PlotPicture::drawingOf(QWidget *widget)
+PictureFile::Drawing PlotPicture::drawingOf(QWidget *widget, const Draw &draw)
 {
+    const auto drawAll = [widget](QPainter &painter) { drawSeen(widget, painter); };
     return {widget->rect(), widget->logicalDpiX(), widget->palette().color(QPalette::Window), widget->windowTitle(),
-            [widget](QPainter &painter) { draw(widget, painter); }};
+            draw ? draw : drawAll};
+}
+
+void PlotPicture::drawPlot(QwtPlot *plot, QPainter &painter, const QPoint &at)
+{
+    auto *const own = qobject_cast<RecordPlot *>(plot);
+    if (own)
+        own->setFocusFrameShown(false);
+    QwtPlotRenderer().render(plot, &painter, QRectF(at, plot->size()));
+    if (own)
+        own->setFocusFrameShown(true);
 }
 
 } // namespace RecordViews

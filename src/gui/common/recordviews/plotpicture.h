@@ -4,16 +4,22 @@
 
 #include <functional>
 
+class QwtPlot;
+
 namespace RecordViews {
 
 /// The commands "Copy picture" and "Save picture..." for all plots that are seen in a widget, each at its place; what
 /// else stands there isn't drawn. Belongs to the widget.
 class PlotPicture : public PictureCommands {
 public:
-    /// `prepare` brings the plots into the state that is drawn.
-    explicit PlotPicture(QWidget *widget, const std::function<void()> &prepare = {});
+    using Draw = std::function<void(QPainter &painter)>;
 
-    static PictureFile::Drawing drawingOf(QWidget *widget);
+    /// `draw` draws the plots in the widget's place, if they aren't all there to be seen.
+    explicit PlotPicture(QWidget *widget, const Draw &draw = {});
+
+    static PictureFile::Drawing drawingOf(QWidget *widget, const Draw &draw = {});
+    /// A plot that is that large, seen or not, without the frame of the focus.
+    static void drawPlot(QwtPlot *plot, QPainter &painter, const QPoint &at);
 };
 
 } // namespace RecordViews

@@ -1,6 +1,9 @@
 #include "gui/common/recordviews/distribution/resultplots.h"
 
-#include <QEvent>
+#include "gui/common/recordviews/plotpicture.h"
+
+#include <QCoreApplication>
+#include <QResizeEvent>
 #include <QStyle>
 
 #include <algorithm>
@@ -75,10 +78,25 @@ void ResultPlots::showThoseInSight()
     }
 }
 
-void ResultPlots::showAll()
+void ResultPlots::draw(QPainter &painter)
 {
-    for (int i = 0; i < m_placeCount; ++i)
-        showPlace(i);
+    ResultPlot other(m_options, widget());
+    other.hide();
+    for (int i = 0; i < m_placeCount; ++i) {
+        const Place &place = m_places[std::size_t(i)];
+        ResultPlot &plot = place.plot ? *place.plot : other;
+        const QRect rect = placeRect(i);
+        if (plot.size() != rect.size() && !plot.isVisibleTo(widget())) {
+            plot.resize(rect.size());
+            QResizeEvent event(rect.size(), QSize()); // a hidden widget hears of it when it is shown
+            QCoreApplication::sendEvent(&plot, &event);
+        }
+        if (!place.plot)
+            fill(other, i);
+        else if (!place.isFilled)
+            fillPlace(i);
+        PlotPicture::drawPlot(&plot, painter, rect.topLeft());
+    }
 }
 
 void ResultPlots::showPlace(int i)
@@ -108,12 +126,17 @@ void ResultPlots::fillPlace(int i)
     Place &place = m_places[std::size_t(i)];
     place.isFilled = true;
     place.plot->setRecordMoment(m_moment);
+    fill(*place.plot, i);
+}
+
+void ResultPlots::fill(ResultPlot &plot, int i) const
+{
     if (m_isSinglePlot)
-        place.plot->showSpectra(m_shown, m_held);
+        plot.showSpectra(m_shown, m_held);
     else if (i < m_shown.size())
-        place.plot->showSpectra({m_shown[i]}, heldLike(m_shown[i]));
+        plot.showSpectra({m_shown[i]}, heldLike(m_shown[i]));
     else
-        place.plot->showSpectra({}, {});
+        plot.showSpectra({}, {});
 }
 
 bool ResultPlots::eventFilter(QObject *watched, QEvent *event)

@@ -30,10 +30,11 @@ public:
     /// spectra that they show.
     void setHolding(bool on);
 
-    /// The plots stand in it: what a picture is taken of, behind showAll().
+    /// The plots stand in it: what a picture is taken of.
     QWidget *canvas() const { return widget(); }
-    /// Makes and fills those that are out of sight too, which stay until the view is scrolled or shows something else.
-    void showAll();
+    /// All plots, each at its place in the canvas. Those that were never in sight are drawn by turns as one that isn't
+    /// kept: there may be hundreds.
+    void draw(QPainter &painter);
     ResultPlot *firstPlot() const { return m_places.front().plot; }
 
 public Q_SLOTS:
@@ -56,6 +57,7 @@ private:
     void showThoseInSight();
     void showPlace(int i);
     void fillPlace(int i);
+    void fill(ResultPlot &plot, int i) const;
     void makePlot(int i);
     QRect placeRect(int i) const;
     int spacing() const;

@@ -66,7 +66,8 @@ QString menuText(const QString &name)
 SpectraView::SpectraView(std::shared_ptr<UiInfo> uiInfo, QWidget *parent, Qt::WindowFlags flags)
     : RecordView(std::move(uiInfo), parent, flags), m_options(std::make_shared<PlotOptions>()),
       m_plots(new ResultPlots(m_options, this)), m_summary(new SummaryText(this)),
-      m_picture(new PlotPicture(m_plots->canvas(), [this] { m_plots->showAll(); })), m_spectrumMenu(new QMenu(tr("Spectra"), this))
+      m_picture(new PlotPicture(m_plots->canvas(), [this](QPainter &painter) { m_plots->draw(painter); })),
+      m_spectrumMenu(new QMenu(tr("Spectra"), this))
 {
     setObjectName(QStringLiteral("spectraView"));
     setWindowTitle(tr("Distribution plot"));
