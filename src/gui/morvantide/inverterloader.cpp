@@ -2,6 +2,8 @@
 
 #include "spectra/inverterfiles.h"
 
+#include <QWidget>
+
 InverterLoader::InverterLoader(QWidget *window)
     : QObject(window), m_work(window, tr("Reading inverters"), tr("Stopping after this inverter"))
 {
