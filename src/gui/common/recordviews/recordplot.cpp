@@ -264,7 +264,10 @@ void RecordPlot::resizeEvent(QResizeEvent *event)
     const int lines = height() / fontMetrics().lineSpacing() - linesOfTitles;
     const int ticks = qBound(fewTicks, int(lines * ticksOfALine), usualTicks);
     if (ticks != axisMaxMajor(yLeft)) {
+        const QwtInterval ends = axisInterval(yLeft);
         setAxisMaxMajor(yLeft, ticks);
+        if (!axisAutoScale(yLeft)) // whose range would be the last that was set, not the last that was fitted
+            setAxisScale(yLeft, ends.minValue(), ends.maxValue());
         replot();
     }
     QwtPlot::resizeEvent(event);

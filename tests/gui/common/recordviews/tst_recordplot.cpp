@@ -166,6 +166,10 @@ TEST(RecordPlot, AxesFollowTheContentsUntilTheyAreMovedOrLocked)
     EXPECT_EQ(spanFor(100), QPointF(10, 10));
     QTest::mouseDClick(x, Qt::LeftButton);
     EXPECT_EQ(spanFor(1000), QPointF(100, 10)) << "it was fitted once, and is still locked";
+    for (const int height : {100, 700, 300}) { // with fewer and more ticks
+        plot.resize(plot.width(), height);
+        EXPECT_EQ(plot.span(QwtPlot::yLeft), QPointF(0, 10)) << height;
+    }
     plot.setAxesLocked(false);
     EXPECT_EQ(spanFor(100), QPointF(100, 100));
 
