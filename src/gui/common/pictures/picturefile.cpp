@@ -20,6 +20,7 @@ namespace {
 constexpr double pointsPerInch = 72;
 constexpr double dotsPerMeter = 96 / 0.0254; // of logical pixels in a file of pixels, on every screen
 constexpr qint64 mostPixels = 1 << 27;       // one and a half GB while it is drawn
+constexpr int mostDrawn = 30'000;            // pixels along an edge: the toolkit draws none beyond 32767
 
 QString words(const char *text)
 {
@@ -54,6 +55,51 @@ void drawPixels(const Drawing &drawing, double ratio, Drawn &drawn)
         drawn.fault = words(QT_TRANSLATE_NOOP("PictureFile", "The picture can't be drawn."));
     drawn.pixels.setDotsPerMeterX(qRound(dotsPerMeter * ratio));
     drawn.pixels.setDotsPerMeterY(qRound(dotsPerMeter * ratio));
+}
+
+QImage blankImage(const QSize &size, const QColor &color, double ratio)
+{
+    QImage image((QSizeF(size) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(color);
+    return image;
+}
+
+/// The last pixel of one becomes that of the other, the ones before it likewise.
+void copyToEnd(const QImage &from, QImage &to)
+{
+    const QPoint start = from.rect().bottomRight() - to.rect().bottomRight();
+    const QRect common = to.rect().translated(start) & from.rect();
+    for (int y = common.top(); y <= common.bottom(); ++y) {
+        const auto *const source = reinterpret_cast<const QRgb *>(from.constScanLine(y));
+        auto *const target = reinterpret_cast<QRgb *>(to.scanLine(y - start.y()));
+        std::copy_n(source + common.left(), common.width(), target + common.left() - start.x());
+    }
+}
+
+/// Has no memory of its own.
+QImage partOf(QImage &sheet, const QRect &part)
+{
+    QImage image(sheet.scanLine(part.y()) + qint64(part.x()) * sheet.depth() / 8, part.width(), part.height(),
+                 sheet.bytesPerLine(), sheet.format());
+    image.setDevicePixelRatio(sheet.devicePixelRatio());
+    return image;
+}
+
+void drawParts(const Drawing &drawing, QImage &sheet)
+{
+    for (int y = 0; y < sheet.height(); y += mostDrawn) {
+        for (int x = 0; x < sheet.width(); x += mostDrawn) {
+            const QRect part = QRect(x, y, mostDrawn, mostDrawn) & sheet.rect();
+            QImage image = partOf(sheet, part);
+            QPainter painter(&image);
+            const double ratio = sheet.devicePixelRatioF();
+            painter.translate(-x / ratio, -y / ratio);
+            if (part != sheet.rect())
+                painter.setClipRect(QRectF(x / ratio, y / ratio, part.width() / ratio, part.height() / ratio));
+            drawing.draw(painter);
+        }
+    }
 }
 
 QString drawDocument(const Drawing &drawing, QPaintDevice &document)
@@ -127,28 +173,17 @@ QString sizeFault(const QSize &pixels)
 
 QImage imageOf(const Drawing &drawing, double ratio)
 {
-    const auto blank = [&](const QSize &size) {
-        QImage image((QSizeF(size) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(ratio);
-        image.fill(drawing.background);
-        return image;
-    };
     // On a sheet with the drawing's own origin first: edges that are smoothed come out as on the screen, to the last
     // bit.
-    QImage sheet = blank({drawing.frame.right() + 1, drawing.frame.bottom() + 1});
+    QImage sheet = blankImage({drawing.frame.right() + 1, drawing.frame.bottom() + 1}, drawing.background, ratio);
     if (sheet.isNull())
         return {};
-    {
-        QPainter painter(&sheet);
-        drawing.draw(painter);
-    }
+    drawParts(drawing, sheet);
     if (drawing.frame.topLeft().isNull())
         return sheet;
-    QImage picture = blank(drawing.frame.size());
-    if (picture.isNull())
-        return {};
-    QPainter painter(&picture);
-    painter.drawImage(-drawing.frame.topLeft(), sheet);
+    QImage picture = blankImage(drawing.frame.size(), drawing.background, ratio);
+    if (!picture.isNull())
+        copyToEnd(sheet, picture);
     return picture;
 }
 

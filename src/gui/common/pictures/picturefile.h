@@ -20,7 +20,7 @@ struct Drawing {
     QColor background;
     QString title; ///< of a drawing that can be scaled
     /// May draw beyond the frame, whose origin stays the painter's. The painter may be that of a document, of which
-    /// texts are to be texts.
+    /// texts are to be texts. Called for each part of a large picture, with that part as the painter's clip.
     std::function<void(QPainter &painter)> draw;
 };
 
@@ -44,7 +44,7 @@ using IsCancelled = std::function<bool()>;
 /// The content of the file, on any thread. The result is null, or the reason of the failure.
 QString encode(const Drawn &drawn, QByteArray *content, const IsCancelled &isCancelled = {});
 /// Writes a file that is whole or absent, on any thread; an old one is replaced. Otherwise as above. Where it is
-/// cancelled the old one stands.
+/// cancelled before the file is written, the old one stands.
 QString write(const Drawn &drawn, const QString &path, const IsCancelled &isCancelled = {});
 
 } // namespace PictureFile
