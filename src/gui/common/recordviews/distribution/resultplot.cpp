@@ -103,6 +103,12 @@ void ResultPlot::showSpectra(const ShownSpectra &shown, const ShownSpectra &held
     replot();
 }
 
+void ResultPlot::letGoOfSpectra()
+{
+    m_shown.spectra.clear();
+    m_held.spectra.clear();
+}
+
 QString ResultPlot::valuesText() const
 {
     QStringList texts;

@@ -27,6 +27,8 @@ public:
 
     /// In the order of their descriptions; `held` are drawn thin and grey. One replot.
     void showSpectra(const ShownSpectra &shown, const ShownSpectra &held);
+    /// Until the next ones are shown: what is drawn stays, but the records needn't.
+    void letGoOfSpectra();
 
 protected:
     QString valuesText() const override;

@@ -16,6 +16,17 @@ namespace {
 constexpr int leastHeight = 10;
 constexpr int leastHeightAlone = 6; ///< there is less of it in a small dock, and all of it is seen
 
+/// Before the plot is filled: axes fit contents by its size.
+void setRect(ResultPlot &plot, const QRect &rect)
+{
+    const bool isResized = plot.size() != rect.size();
+    plot.setGeometry(rect);
+    if (isResized && !plot.isVisibleTo(plot.parentWidget())) {
+        QResizeEvent event(rect.size(), QSize()); // a hidden widget hears of it when it is shown
+        QCoreApplication::sendEvent(&plot, &event);
+    }
+}
+
 } // namespace
 
 ResultPlots::ResultPlots(std::shared_ptr<const PlotOptions> options, QWidget *parent)
@@ -68,7 +79,8 @@ void ResultPlots::showThoseInSight()
     const int margin = placeRect(0).height() + spacing();
     for (int i = 0; i < int(m_places.size()); ++i) {
         ResultPlot *const plot = m_places[std::size_t(i)].plot;
-        const bool hasFocus = plot && plot->hasFocus(); // which it would lose when it is hidden
+        // Also that of a window which isn't active: the plot would lose it when it is hidden.
+        const bool hasFocus = plot && plot == window()->focusWidget();
         const QRect rect = i < m_placeCount ? placeRect(i) : QRect();
         const bool isNear = rect.bottom() > top - margin && rect.top() < bottom + margin;
         if (i < m_placeCount && (isNear || hasFocus))
@@ -80,23 +92,31 @@ void ResultPlots::showThoseInSight()
 
 void ResultPlots::draw(QPainter &painter)
 {
-    ResultPlot other(m_options, widget());
-    other.hide();
-    for (int i = 0; i < m_placeCount; ++i) {
-        const Place &place = m_places[std::size_t(i)];
-        ResultPlot &plot = place.plot ? *place.plot : other;
-        const QRect rect = placeRect(i);
-        if (plot.size() != rect.size() && !plot.isVisibleTo(widget())) {
-            plot.resize(rect.size());
-            QResizeEvent event(rect.size(), QSize()); // a hidden widget hears of it when it is shown
-            QCoreApplication::sendEvent(&plot, &event);
-        }
-        if (!place.plot)
-            fill(other, i);
-        else if (!place.isFilled)
-            fillPlace(i);
-        PlotPicture::drawPlot(&plot, painter, rect.topLeft());
+    ResultPlot substitute(m_options, widget());
+    substitute.hide();
+    const QRectF seen = painter.hasClipping() ? painter.clipBoundingRect() : QRectF(widget()->rect());
+    // The last ones, which may have no spectrum, come before the substitute has the axes of any.
+    for (int i = m_placeCount - 1; i >= 0; --i) {
+        if (seen.intersects(placeRect(i)))
+            drawPlace(painter, i, substitute);
     }
+}
+
+void ResultPlots::drawPlace(QPainter &painter, int i, ResultPlot &substitute)
+{
+    const Place &place = m_places[std::size_t(i)];
+    ResultPlot &plot = place.plot ? *place.plot : substitute;
+    setRect(plot, placeRect(i));
+    if (!place.plot) {
+        if (substitute.areAxesLocked()) { // to another's spectrum
+            substitute.showSpectra({}, {});
+            substitute.setAxesLocked(false);
+        }
+        fill(substitute, i);
+    } else if (!place.isFilled) {
+        fillPlace(i);
+    }
+    PlotPicture::drawPlot(&plot, painter, plot.pos());
 }
 
 void ResultPlots::showPlace(int i)
@@ -104,7 +124,7 @@ void ResultPlots::showPlace(int i)
     const Place &place = m_places[std::size_t(i)];
     if (!place.plot)
         makePlot(i);
-    place.plot->setGeometry(placeRect(i));
+    setRect(*place.plot, placeRect(i));
     if (!place.isFilled)
         fillPlace(i);
     place.plot->show();
@@ -113,7 +133,6 @@ void ResultPlots::showPlace(int i)
 void ResultPlots::makePlot(int i)
 {
     auto *const plot = new ResultPlot(m_options, widget());
-    plot->setAxesLocked(m_areAxesLocked);
     m_places[std::size_t(i)].plot = plot;
     const auto isMade = [](const Place &place) { return place.plot != nullptr; };
     const auto madeBefore = std::find_if(m_places.rend() - i, m_places.rend(), isMade);
@@ -131,10 +150,19 @@ void ResultPlots::fillPlace(int i)
 
 void ResultPlots::fill(ResultPlot &plot, int i) const
 {
+    if (m_areAxesLocked && !plot.areAxesLocked()) {
+        showSpectraOf(m_lockedTo, plot, i);
+        plot.setAxesLocked(true);
+    }
+    showSpectraOf(m_shown, plot, i);
+}
+
+void ResultPlots::showSpectraOf(const ShownSpectra &shown, ResultPlot &plot, int i) const
+{
     if (m_isSinglePlot)
-        plot.showSpectra(m_shown, m_held);
-    else if (i < m_shown.size())
-        plot.showSpectra({m_shown[i]}, heldLike(m_shown[i]));
+        plot.showSpectra(shown, m_held);
+    else if (i < shown.size())
+        plot.showSpectra({shown[i]}, heldLike(shown[i]));
     else
         plot.showSpectra({}, {});
 }
@@ -169,14 +197,19 @@ void ResultPlots::setSinglePlot(bool on)
 void ResultPlots::showSpectra(const ShownSpectra &shown, const QString &moment)
 {
     m_moment = moment;
+    if (moment.isEmpty())
+        m_lockedTo.clear();
     showSpectra(shown);
 }
 
 void ResultPlots::showSpectra(const ShownSpectra &shown)
 {
     m_shown = shown;
-    for (Place &place : m_places)
+    for (Place &place : m_places) {
         place.isFilled = false;
+        if (place.plot)
+            place.plot->letGoOfSpectra();
+    }
     reservePlaces(m_isSinglePlot ? 1 : std::max(1, shown.size()));
     showThoseInSight();
 }
@@ -198,17 +231,23 @@ void ResultPlots::setHolding(bool on)
 void ResultPlots::setAxesLocked(bool on)
 {
     m_areAxesLocked = on;
+    m_lockedTo = on ? m_shown : ShownSpectra();
     for (const Place &place : m_places) {
-        if (place.plot)
+        if (place.plot && (place.isFilled || !on))
             place.plot->setAxesLocked(on);
     }
 }
 
 void ResultPlots::fitAxes()
 {
+    if (m_areAxesLocked)
+        m_lockedTo = m_shown;
     for (const Place &place : m_places) {
-        if (place.plot)
-            place.plot->fitAxes();
+        if (!place.plot)
+            continue;
+        if (!place.isFilled)
+            place.plot->setAxesLocked(false); // until it is
+        place.plot->fitAxes();
     }
 }
 

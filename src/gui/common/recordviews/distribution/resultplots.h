@@ -9,7 +9,7 @@ namespace RecordViews {
 /// The plots of a record's size distributions: one for all spectra, or one for each. Of separate plots those in sight,
 /// and their neighbours, are made and filled: each reinversion brings some more, and to lay out one takes milliseconds.
 /// They are used again by their place; a record with fewer spectra leaves some of them empty, with their axes as they
-/// were.
+/// were. Those out of sight hold no spectra, and take part in what is done to all of them when they are filled.
 class ResultPlots : public QScrollArea {
     Q_OBJECT
 public:
@@ -33,7 +33,7 @@ public:
     /// The plots stand in it: what a picture is taken of.
     QWidget *canvas() const { return widget(); }
     /// All plots, each at its place in the canvas. Those that were never in sight are drawn by turns as one that isn't
-    /// kept: there may be hundreds.
+    /// kept: there may be hundreds. Of a clipped painter those in its clip.
     void draw(QPainter &painter);
     ResultPlot *firstPlot() const { return m_places.front().plot; }
 
@@ -57,7 +57,9 @@ private:
     void showThoseInSight();
     void showPlace(int i);
     void fillPlace(int i);
+    void drawPlace(QPainter &painter, int i, ResultPlot &substitute);
     void fill(ResultPlot &plot, int i) const;
+    void showSpectraOf(const ShownSpectra &shown, ResultPlot &plot, int i) const;
     void makePlot(int i);
     QRect placeRect(int i) const;
     int spacing() const;
@@ -72,6 +74,7 @@ private:
     QString m_moment;
     bool m_isSinglePlot = true;
     bool m_areAxesLocked = false;
+    ShownSpectra m_lockedTo; ///< those that locked axes fit, where the user hasn't moved them
 };
 
 } // namespace RecordViews
