@@ -57,7 +57,7 @@ public:
     Dialog(ModalWork *work, QWidget *window)
         : QDialog(window), m_work(work), m_label(new QLabel(this)), m_buttons(new QDialogButtonBox(this))
     {
-        setWindowTitle(work->m_title);
+        setWindowTitle(work->m_words.title);
         setWindowModality(Qt::WindowModal);
         m_label->setTextFormat(Qt::PlainText);
         m_label->setAlignment(Qt::AlignCenter);
@@ -80,7 +80,7 @@ public:
     void showStopping()
     {
         m_buttons->setEnabled(false);
-        m_label->setText(m_work->m_stopping);
+        m_label->setText(m_work->m_words.stopping);
     }
     /// What button, Escape and closing ask for.
     void reject() override { m_work->cancel(); }
@@ -91,10 +91,7 @@ private:
     QDialogButtonBox *m_buttons;
 };
 
-ModalWork::ModalWork(QWidget *widget, QString title, QString stopping)
-    : m_widget(widget), m_title(std::move(title)), m_stopping(std::move(stopping))
-{
-}
+ModalWork::ModalWork(QWidget *widget, Words words) : m_widget(widget), m_words(std::move(words)) {}
 
 ModalWork::~ModalWork()
 {
@@ -124,7 +121,7 @@ void ModalWork::startThread(Work work)
 {
     m_box = std::make_shared<Box>(this);
     m_thread = new WorkerThread;
-    m_thread->setObjectName(m_title);
+    m_thread->setObjectName(m_words.thread);
     auto *task = new QObject;
     task->moveToThread(m_thread);
     connect(m_thread, &QThread::finished, task, &QObject::deleteLater);

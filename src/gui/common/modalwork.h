@@ -28,9 +28,14 @@ public:
     using Work = std::function<void(Monitor &monitor)>;
     using End = std::function<void(bool isCancelled)>;
 
-    /// The dialog stands before the widget's window, and the widget outlasts this. `stopping` is what the dialog says
-    /// once it is cancelled.
-    ModalWork(QWidget *widget, QString title, QString stopping);
+    struct Words {
+        QString thread; ///< its name, also in the report of a crash
+        QString title;
+        QString stopping; ///< what the dialog says once it is cancelled
+    };
+
+    /// The dialog stands before the widget's window, and the widget outlasts this.
+    ModalWork(QWidget *widget, Words words);
     /// Cancels work that is under way, and waits for it at most 5 s; a thread that takes longer is left behind. Its end
     /// isn't told.
     ~ModalWork() override;
@@ -55,8 +60,7 @@ private:
     void finish();
 
     QWidget *m_widget;
-    QString m_title;
-    QString m_stopping;
+    Words m_words;
     std::shared_ptr<Box> m_box; ///< of the work under way
     End m_end;                  ///< likewise
     QThread *m_thread = nullptr;

@@ -5,7 +5,8 @@
 #include <QWidget>
 
 InverterLoader::InverterLoader(QWidget *window)
-    : QObject(window), m_work(window, tr("Reading inverters"), tr("Stopping after this inverter"))
+    : QObject(window),
+      m_work(window, {QStringLiteral("inverters"), tr("Reading inverters"), tr("Stopping after this inverter")})
 {
 }
 

@@ -15,7 +15,8 @@ namespace {
 
 struct Window {
     QWidget widget;
-    std::unique_ptr<ModalWork> work = std::make_unique<ModalWork>(&widget, "Working", "Stopping");
+    std::unique_ptr<ModalWork> work =
+        std::make_unique<ModalWork>(&widget, ModalWork::Words{"working", "Working", "Stopping"});
     QStringList ends;
     std::atomic<bool> mayEnd{false}, hasSeenCancel{false};
 
@@ -93,7 +94,7 @@ TEST(ModalWork, EndsWithItsOwnerOrItsWindow)
 
     auto *const other = new QWidget;
     auto *const child = new QWidget(other);
-    auto *const work = new ModalWork(child, "Working", "Stopping");
+    auto *const work = new ModalWork(child, {"working", "Working", "Stopping"});
     work->setParent(child);
     std::atomic<bool> isCancelled{false};
     work->start(

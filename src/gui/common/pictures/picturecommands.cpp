@@ -24,7 +24,7 @@ PictureCommands::PictureCommands(QWidget *widget, std::function<PictureFile::Dra
     : QObject(widget), m_widget(widget), m_drawing(std::move(drawing)), m_ratios(ratios),
       m_copy(new QAction(tr("Copy picture"), this)), m_save(new QAction(tr("Save picture..."), this)),
       m_folder(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)),
-      m_writing(widget, tr("Saving the picture"), tr("Stopping"))
+      m_writing(widget, {QStringLiteral("picture"), tr("Saving the picture"), tr("Stopping")})
 {
     connect(m_copy, &QAction::triggered, this, &PictureCommands::copy);
     connect(m_save, &QAction::triggered, this, &PictureCommands::save);
