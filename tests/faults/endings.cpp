@@ -21,7 +21,7 @@ constexpr int slowness = 1;
 #endif
 constexpr int momentsOfWork = 4; ///< at which a trial cancels each kind of work
 constexpr int mostTries = 8;     ///< to come in time
-constexpr int mostLateOnes = 2;  ///< of a trial's 24 moments, each in a hundred of which may be late
+constexpr int mostLateOnes = 2;  ///< of a trial's 28 moments, each in a hundred of which may be late
 constexpr double soon = 200, longestToIdle = 2000, longestToEnd = 2000, longestToEndOfThread = 5000; ///< ms
 
 /// Written once for all trials.

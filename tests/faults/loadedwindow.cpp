@@ -76,13 +76,18 @@ void LoadedWindow::startOpening(const QString &folder) const
     window->showDataDirChoice();
 }
 
-void LoadedWindow::invert(const QStringList &files) const
+void LoadedWindow::chooseFiles(const QStringList &files)
 {
     answer<QFileDialog>([files](QFileDialog &dialog) {
         dialog.setDirectory(QFileInfo(files.first()).path());
         dialog.findChild<QLineEdit *>("fileNameEdit")->setText('"' + files.join("\" \"") + '"');
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
+}
+
+void LoadedWindow::invert(const QStringList &files) const
+{
+    chooseFiles(files);
     window->reinvert();
 }
 

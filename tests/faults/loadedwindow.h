@@ -44,7 +44,8 @@ public:
     /// Goes through the dialog, and comes back with the read under way.
     void startOpening(const QString &folder) const;
     bool open(const QString &folder) const;
-    /// Chooses those files, whole paths, in the dialog.
+    /// Chooses those files, whole paths, in the dialog that comes up.
+    static void chooseFiles(const QStringList &files);
     void invert(const QStringList &files) const;
     /// Does something with the modal dialog of that kind which comes up.
     template<class Dialog, class Act>

@@ -1,6 +1,7 @@
 #include "faults/longwork.h"
 
 #include "gui/common/dataexport/dataexportdialog.h"
+#include "gui/common/pictures/picturecommands.h"
 #include "gui/morvantide/datasaverdialog.h"
 #include "gui/morvantide/readprogressdialog.h"
 
@@ -11,8 +12,11 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QProgressDialog>
 #include <QPushButton>
+
+#include <random>
 
 namespace Faults {
 
@@ -20,30 +24,62 @@ namespace {
 
 constexpr int longestWork = 120'000, leastWork = 300; // ms
 constexpr int mostDoublings = 12;
+constexpr QSize pictureSize(3000, 3000); // which takes some seconds to encode, twice as fine
 
-qint64 linesIn(const QString &path, bool *isEnded = nullptr)
+QByteArray contentOf(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    const QByteArray text = file.readAll();
-    if (isEnded)
-        *isEnded = text.isEmpty() || text.endsWith('\n');
-    return text.count('\n');
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// -2 where there is no table.
+qint64 rowsIn(const QString &path)
+{
+    return QFileInfo::exists(path) ? contentOf(path).count('\n') - 1 : -2;
+}
+
+/// By its end: a writer brings the rest before it.
+bool isWhole(const QString &path)
+{
+    const QByteArray content = contentOf(path);
+    if (path.endsWith(".png"))
+        return content.endsWith(QByteArray("IEND\xae\x42\x60\x82", 8));
+    return (content.isEmpty() || content.endsWith('\n')) && !path.endsWith(".unfinished");
+}
+
+/// Noise of two colours, on which an encoder spends its time.
+PictureFile::Drawing noise()
+{
+    QImage tile(1024, 1024, QImage::Format_Mono);
+    std::minstd_rand random;
+    for (int y = 0; y < tile.height(); ++y)
+        std::generate_n(tile.scanLine(y), tile.bytesPerLine(), [&] { return uchar(random() >> 8); });
+    const auto draw = [tile](QPainter &painter) { painter.fillRect(QRect(QPoint(), pictureSize), QBrush(tile)); };
+    return {QRect(QPoint(), pictureSize), 96, Qt::white, "noise", draw};
 }
 
 } // namespace
 
 QString LongWork::nameOf(Kind kind)
 {
-    return QStringList{"read", "reading again", "loading of inverters", "reinversion", "save", "export"}[kind];
+    return QStringList{
+        "read", "reading again", "loading of inverters", "reinversion", "save", "export", "picture"}[kind];
 }
 
-LongWork::LongWork(LoadedWindow &window, const QString &data) : m_window(window), m_data(data) {}
-
-QString LongWork::target(const QString &name) const
+LongWork::LongWork(LoadedWindow &window, const QString &data)
+    : m_window(window), m_data(data), m_pictures(new PictureCommands(window.window.get(), noise))
 {
-    return m_window.path("made/" + name + QString::number(m_round));
+}
+
+QString LongWork::target(const QString &name, const QString &suffix) const
+{
+    return m_window.path("made/" + name + QString::number(m_round) + suffix);
+}
+
+QWidget *LongWork::pictureDialog() const
+{
+    QWidget *dialog = QApplication::activeModalWidget();
+    return dialog && dialog->windowTitle() == "Saving the picture" ? dialog : nullptr;
 }
 
 double LongWork::measure(Kind kind)
@@ -88,6 +124,9 @@ void LongWork::start(Kind kind)
             dialog.reject();
         });
         return m_window.window->saveData();
+    case picture:
+        LoadedWindow::chooseFiles({target("picture", ".png")});
+        return m_pictures->save();
     case exporting:
         QVariantList spectra;
         for (const auto &info : m_window.window->uiInfo()->spectrumInfos())
@@ -125,6 +164,10 @@ void LongWork::cancel(Kind kind)
     case exporting:
         if (auto *progress = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()))
             progress->cancel();
+        return;
+    case picture:
+        if (const QWidget *dialog = pictureDialog())
+            dialog->findChild<QPushButton *>()->click();
     }
 }
 
@@ -142,6 +185,8 @@ bool LongWork::isBusy(Kind kind) const
         return m_saver && m_saver->isSaving();
     case exporting:
         return qobject_cast<QProgressDialog *>(QApplication::activeModalWidget()) != nullptr;
+    case picture:
+        return pictureDialog() != nullptr;
     }
     return false;
 }
@@ -162,8 +207,14 @@ void LongWork::judge(Kind kind, bool wasCancelled) const
         Child::require(!window.isReinverting() && !m_window.action("Cancel reinversion")->isEnabled(),
                        "a reinversion that is over is offered to be cancelled");
     if (kind == exporting) {
-        const qint64 rows = linesIn(target("table")) - 1;
+        const qint64 rows = rowsIn(target("table"));
         Child::require(rows == (wasCancelled ? -2 : count) || rows == count, QString("a table has %1 rows").arg(rows));
+    }
+    if (kind == picture) {
+        const QString path = target("picture", ".png");
+        const bool isThere = QFileInfo::exists(path);
+        Child::require(isThere || wasCancelled, "no picture was saved");
+        Child::require(!isThere || QImage(path).size() == 2 * pictureSize, "a picture can't be read");
     }
     const QString complaint = complaintOfFiles(m_window.path("made"));
     Child::require(complaint.isEmpty(), complaint);
@@ -174,9 +225,7 @@ QString LongWork::complaintOfFiles(const QString &folder)
     QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString path = files.next();
-        bool isEnded = false;
-        linesIn(path, &isEnded);
-        if (!isEnded || path.endsWith(".unfinished"))
+        if (!isWhole(path))
             return "a file was left unfinished: " + path;
     }
     return {};
@@ -189,6 +238,8 @@ void LongWork::clear(Kind kind)
             m_recordCount = std::max(m_recordCount, store->size());
         m_window.window->closeData();
     }
+    if (kind == picture)
+        QFile::remove(target("picture", ".png"));
     if (kind == readAgain || kind == loading || kind == reinversion) {
         m_window.window->closeData(); // spectra that came in, and what is still coming
         m_window.open(m_data);

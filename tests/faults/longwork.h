@@ -7,17 +7,19 @@
 #include <functional>
 
 class DataSaverDialog;
+class PictureCommands;
 
 namespace Faults {
 
 /// Starts what takes long in the program's window, and cancels it as a user does. Main thread only.
 class LongWork {
 public:
-    enum Kind { read, readAgain, loading, reinversion, save, exporting };
-    static constexpr int kinds = exporting + 1;
+    enum Kind { read, readAgain, loading, reinversion, save, exporting, picture };
+    static constexpr int kinds = picture + 1;
     static QString nameOf(Kind kind);
 
-    /// The data folder, beside which "inverters" lies. Tables and files come into "made" below the window's folder.
+    /// The data folder, beside which "inverters" lies. Tables, pictures and files come into "made" below the window's
+    /// folder.
     LongWork(LoadedWindow &window, const QString &data);
 
     /// The ms that it takes undisturbed. What is too short to be met in the middle is done more often from then on.
@@ -34,7 +36,8 @@ public:
     void clear(Kind kind);
 
 private:
-    QString target(const QString &name) const;
+    QString target(const QString &name, const QString &suffix = {}) const;
+    QWidget *pictureDialog() const;
 
     LoadedWindow &m_window;
     const QString m_data;
@@ -42,6 +45,7 @@ private:
     int m_round = 0;
     int m_doublings = 4; ///< of the list of inverters
     QPointer<DataSaverDialog> m_saver;
+    PictureCommands *m_pictures; ///< the window's
 };
 
 } // namespace Faults
