@@ -72,7 +72,8 @@ void addFolderOptions(CLI::App *command, Words &words)
 {
     command->add_option("FOLDER", words.folder, "The data folder")->required();
     CLI::Option *const variant = command->add_option(
-        "--variant", words.variant, "Averaging variant, such as block; without it, files that name no variant");
+        "--variant", words.variant,
+        "Averaging variant, such as block; without it, files that name no variant, and the spectra of each");
     CLI::Option *const legacy =
         command->add_flag("--legacy", words.legacy, "Read old-style .sig, .log and .nds files instead");
     legacy->excludes(variant);
@@ -155,7 +156,8 @@ void addRenderOptions(CLI::App *command, Words &words, RenderOptions &options)
                      "Width and height of the picture, 100 to 16000 each; else as the plots "
                      "need")
         ->check(size);
-    command->add_option("--from", words.from, "First day or moment to show, local at the first record")->check(moment);
+    command->add_option("--from", words.from, "First day or moment to show, local at the first record shown")
+        ->check(moment);
     command->add_option("--to", words.to, "Last day, which is shown whole, or the moment where the picture ends")
         ->check(moment);
     command->add_option("--setup", words.setupFile, "Window setup file whose plots are drawn; else the default ones")

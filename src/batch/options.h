@@ -52,7 +52,7 @@ struct RenderOptions {
     ReadOptions read; ///< without dates: days outside the span are read too, as the window does
     QString outputFile;
     QSize size;             ///< logical pixels; empty: the default width, and the height that the stack asks for
-    QString from;           ///< a day or a moment, local at the first record; empty: from the first record on
+    QString from;           ///< a day or a moment, local at the first record shown; empty: from the first record on
     QString to;             ///< likewise; a day is shown to its end
     QString setupFile;      ///< empty: the default stack
     int scale = 1;          ///< pixels of the file for each logical pixel along an edge

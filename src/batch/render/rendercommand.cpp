@@ -59,7 +59,7 @@ Outcome draw(const RenderOptions &options, const QVariant &setup, const FolderRe
     const Datastore &store = *read.reader->datastore();
     const TimeSpan span = spanToShow(options, store);
     if (!hasRecordsIn(span, store))
-        return nothing(QStringLiteral("No records %1").arg(textOf(span, options, store.at(0)->beginUtcOffset)));
+        return nothing(QStringLiteral("No records %1").arg(textOf(span, options)));
     const StackPicture picture(*read.reader, setup, span, options.size);
     if (!picture.fault().isEmpty())
         return refused(picture.fault());

@@ -43,7 +43,7 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
     m_browser->show();
     Datastore &store = *reader.datastore();
     m_browser->setDatastore(&store);
-    m_browser->timeView()->setTimeOffset(store.records().back()->beginUtcOffset);
+    m_browser->timeView()->setTimeOffset(span.utcOffset);
 
     m_browser->setSetup(setup);
     m_browser->setUpdatesEnabled(false); // it is drawn once, into the picture alone
@@ -55,18 +55,18 @@ StackPicture::StackPicture(const FileReader &reader, const QVariant &setup, cons
     m_browser->resize(std::max(width, defaultWidth), spareHeight);
     m_browser->setLeftColumnWidth(leftColumn);
     settle();
-    const int besideAxis = m_browser->drawing().frame.width() - m_browser->timeView()->width();
-    m_browser->resize(m_browser->width() + width - m_browser->drawing().frame.width(), m_browser->height());
+    const int besideAxis = m_browser->pictureFrame().width() - m_browser->timeView()->width();
+    m_browser->resize(m_browser->width() + width - m_browser->pictureFrame().width(), m_browser->height());
     settle();
     if (!size.isEmpty())
         shareHeight(size.height());
     else if (byDefault)
-        shareHeight(std::max(defaultHeight, m_browser->drawing().frame.height()));
+        shareHeight(std::max(defaultHeight, m_browser->pictureFrame().height()));
     // Last, since scales are fitted to what is in sight.
     m_browser->fitTimescale(span.begin, span.end);
     m_browser->fitUntoldScales();
     settle();
-    m_frame = m_browser->drawing().frame;
+    m_frame = m_browser->pictureFrame();
     if (width < besideAxis + leastAxisWidth)
         m_fault = QStringLiteral("The plots need at least %1 pixels of width.").arg(besideAxis + leastAxisWidth);
     if (m_frame.height() > greatestHeight)
@@ -102,12 +102,12 @@ void StackPicture::shareHeight(int height)
         plots.push_back(view);
         had += view->height();
     }
-    const int needed = m_browser->drawing().frame.height() - had + int(plots.size()) * leastPlotHeight;
+    const int needed = m_browser->pictureFrame().height() - had + int(plots.size()) * leastPlotHeight;
     if (height < needed) {
         m_fault = QStringLiteral("The plots need at least %1 pixels of height.").arg(needed);
         return;
     }
-    int left = height - m_browser->drawing().frame.height() + had;
+    int left = height - m_browser->pictureFrame().height() + had;
     for (View *view : plots) {
         const int before = view->height();
         const int share = int(std::lround(double(left) * before / had));

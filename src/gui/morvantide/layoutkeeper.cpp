@@ -153,12 +153,14 @@ void LayoutKeeper::hold()
     m_held = Held{
         {}, KeptPlace::of(m_window), navigator.timeScale(), navigator.isWhole(), m_windowSetupPath, m_mayOverwrite};
     m_layout.store(m_held->setup);
+    m_window.browser()->setKeepingCursors(true);
 }
 
 void LayoutKeeper::showHeld()
 {
     const Held held = std::move(*m_held);
     m_held.reset();
+    m_window.browser()->setKeepingCursors(false);
     m_windowSetupPath = held.path;
     m_mayOverwrite = held.mayOverwrite;
     m_layout.restore(held.setup, WindowSetup::RecordViews | WindowSetup::Timeseries);

@@ -47,7 +47,7 @@ public:
     /// Restores it and shows the open data by it, all of them, or as far as the layout tells.
     void showData();
     /// The data are about to be closed and read again: closeData() saves nothing, and showData() brings back what the
-    /// window shows now, with its time span, its record and what it follows.
+    /// window shows now, with its time span, its record, its measuring cursors and what it follows.
     void hold();
     bool isHolding() const { return m_held.has_value(); }
     /// Saves the layout if the user wants it saved by itself. To be called while all of it stands.

@@ -11,11 +11,13 @@
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/controls/verticalscalewidget.h"
 #include "gui/browser/plots/plot.h"
+#include "gui/browser/plots/scatterplot.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/browser/views/view.h"
 #include "gui/common/uiinfo.h"
 #include "llama/qyaml.h"
 #include "support/imagedifference.h"
+#include "util/timeformat.h"
 
 #include <QApplication>
 #include <QFont>
@@ -131,7 +133,7 @@ struct Window {
         QCoreApplication::processEvents();
         const Datastore &store = *reader.datastore();
         browser->setDatastore(reader.datastore().get());
-        browser->timeView()->setTimeOffset(store.records().back()->beginUtcOffset);
+        browser->timeView()->setTimeOffset(store.at(0)->beginUtcOffset);
         browser->fitTimescale(store.at(0)->beginTime, store.records().back()->endTime);
         browser->setSetup(setup);
         const bool byDefault = !browser->hasViews();
@@ -142,6 +144,8 @@ struct Window {
         QCoreApplication::processEvents();
         if (byDefault)
             browser->allFitScale();
+        for (auto *plot : browser->findChildren<Tsb::ScatterPlot *>())
+            plot->countOffScaleNow(); // which would take it a moment
     }
 
     std::shared_ptr<UiInfo> uiInfo;
@@ -249,6 +253,16 @@ TEST_F(Render, FitsTheScalesThatASetupDoesNotTell)
     EXPECT_EQ(samePicture(untold)->browser().setup().toList(), fitted);
 }
 
+TEST_F(Render, TellsWhatIsOffAScale)
+{
+    const QVariantMap current{
+        {"type", "electrometer"}, {"electrometerNumber", 3}, {"scaleMin", 1e7}, {"scaleMax", 2e7}};
+    const auto one = samePicture(QVariantList{QVariantMap{{"type", "scatterplot"}, {"settings", current}}});
+    one->draw();
+    const auto *const scale = one->browser().findChild<Tsb::VerticalScaleWidget *>();
+    EXPECT_TRUE(scale->toolTip().contains("off scale: ")) << scale->toolTip().toStdString();
+}
+
 TEST_F(Render, ShowsTheSpanThatIsAskedFor)
 {
     const char day[] = "2019-05-14";
@@ -277,6 +291,46 @@ TEST_F(Render, ShowsTheSpanThatIsAskedFor)
         EXPECT_EQ(ended.errors, QByteArray("No records ") + c.words + "\n");
     }
     EXPECT_FALSE(QFile::exists(path("empty.png")));
+}
+
+TEST_F(Render, LocalTimesHaveTheOffsetOfTheFirstRecordThatIsShown)
+{
+    const auto writeRecord = [this](const QByteArray &date, const QByteArray &zone) {
+        const QByteArray begin = date + " 12:00:00.000000" + zone, end = date + " 12:05:00.000000" + zone;
+        write("change/" + QString(date).remove('-') + "-block.records",
+              recordsHeader() + begin + '\t' + end + "\tions\t1\t2\t0.1\t0.2\t3\t4\t5\t6\t20.5\t\n");
+    };
+    writeRecord("2019-02-01", "+01:00");
+    writeRecord("2019-02-03", "+01:00");
+    writeRecord("2019-08-05", "+02:00");
+    Batch::RenderOptions options;
+    options.read.folder = path("change");
+    options.read.variant = "block";
+    const Batch::FolderRead read =
+        Batch::readFolder(options.read, Batch::matchingFiles(options.read), options.read.variant);
+    const Datastore &store = *read.reader->datastore();
+    ASSERT_EQ(store.size(), 3);
+    const struct {
+        const char *from, *to, *begin;
+        int offset;
+    } cases[] = {
+        {"", "", "2019-02-01 11:00:00", 3600},
+        {"2019-02-03", "2019-02-03", "2019-02-02 23:00:00", 3600},
+        {"2019-08-05", "2019-08-05", "2019-08-04 22:00:00", 7200},
+        {"2019-08-05 12:00", "2019-08-05 12:05", "2019-08-05 10:00:00", 7200}, // an hour later there is nothing
+    };
+    for (const auto &c : cases) {
+        options.from = c.from;
+        options.to = c.to;
+        const Batch::TimeSpan span = Batch::spanToShow(options, store);
+        EXPECT_EQ(timeToString(span.begin, "%Y-%m-%d %H:%M:%S"), c.begin);
+        EXPECT_TRUE(Batch::hasRecordsIn(span, store)) << c.begin;
+        const StackPicture one(*read.reader, QVariantList{QVariantMap{{"type", "opmode"}}}, span, {});
+        EXPECT_EQ(one.browser().timeView()->timeOffset(), c.offset) << c.begin;
+    }
+    options.from = "2019-08-06";
+    options.to.clear();
+    EXPECT_EQ(Batch::textOf(Batch::spanToShow(options, store), options), "from 2019-08-06 00:00:00 on");
 }
 
 TEST_F(Render, RefusesWithWords)

@@ -189,6 +189,12 @@ TEST_F(OpeningTest, ReadingAgainKeepsViewSelectionAndLayout)
     axis()->changeZoom(0.3, 200);
     const TimeScale scale = axis()->timeScale();
     const QVariant views = window->browser()->setup();
+    Tsb::MeasuringCursors &cursors = *window->browser()->measuringCursors();
+    cursors.set(0, selected);
+    cursors.set(1, window->shownRecord()->endTime);
+    const Tsb::MeasuringCursors::Times measured = cursors.times();
+    auto *const front = window->findChild<QDockWidget *>("logDock");
+    front->raise(); // the first cursor has brought another dock before it
     action("Autosave layout")->setChecked(true);
     settle();
 
@@ -209,6 +215,8 @@ TEST_F(OpeningTest, ReadingAgainKeepsViewSelectionAndLayout)
     EXPECT_GT(window->datastore()->size(), count) << "a day has come";
     EXPECT_EQ(window->browser()->timeScale(), scale);
     EXPECT_EQ(window->browser()->setup(), views);
+    EXPECT_TRUE(cursors.times() == measured);
+    EXPECT_FALSE(front->visibleRegion().isEmpty()) << "no other dock has come before it";
     ASSERT_TRUE(window->shownRecord());
     EXPECT_EQ(window->shownRecord()->beginTime, selected);
     EXPECT_GE(window->datastore()->indexOf(selected, window->shownRecord()->endTime), 0) << "of the new data";
@@ -231,6 +239,9 @@ TEST_F(OpeningTest, ReadingAgainKeepsViewSelectionAndLayout)
     ASSERT_TRUE(window->datastore());
     EXPECT_EQ(window->datastore()->size(), count) << "nothing was read";
     EXPECT_TRUE(log().contains("The data stay as they were read before"));
+    EXPECT_TRUE(cursors.times() == measured);
+    window->closeData();
+    EXPECT_FALSE(cursors.areAny()) << "other data";
 }
 
 TEST_F(OpeningTest, ReadingAgainInvertsAgainAndKeepsWhatTheUserWrote)

@@ -45,7 +45,7 @@ ScatterPlot::ScatterPlot(QWidget *parent) : Plot(parent)
     setRedrawMargin(markerMargin);
     m_countTimer.setSingleShot(true);
     m_countTimer.setInterval(countDelay);
-    connect(&m_countTimer, &QTimer::timeout, this, &ScatterPlot::countOffScale);
+    connect(&m_countTimer, &QTimer::timeout, this, &ScatterPlot::countOffScaleNow);
 }
 
 ScatterPlot::~ScatterPlot() = default;
@@ -243,8 +243,9 @@ void ScatterPlot::drawRange(QPainter &painter, int first, int last)
     m_lines.draw({*static_cast<QImage *>(painter.device()), first, last, *datastore(), timeScale(), m_scale});
 }
 
-void ScatterPlot::countOffScale()
+void ScatterPlot::countOffScaleNow()
 {
+    m_countTimer.stop();
     const QSize size = contentsRect().size();
     const bool isDrawn = datastore() && m_scale.valid;
     const std::size_t count =

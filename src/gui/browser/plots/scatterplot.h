@@ -36,6 +36,9 @@ public:
     /// Works out what plots of the same store draw, in less time than each of them would take.
     static void workOutValues(const QVector<ScatterPlot *> &plots);
 
+    /// Counts the values off the scale at once, for a picture that is made before they would be.
+    void countOffScaleNow();
+
     /// The least and the greatest value in sight, in decades for concentrations; two NaN if there are none.
     std::pair<double, double> minMax();
     /// The values of one record as they are placed on the scale, in drawing order; NaN left out.
@@ -69,7 +72,6 @@ private:
         QRgb color;
     };
 
-    void countOffScale();
     void rebuildLines();
     template<typename ValueOfNumber>
     void addRecordLine(RecordSlot slot, ValueOfNumber valueOf, bool paleRegular, bool paleIrregular);

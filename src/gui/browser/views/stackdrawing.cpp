@@ -4,6 +4,7 @@
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/controls/viewlayout.h"
 #include "gui/browser/plots/plot.h"
+#include "gui/browser/plots/scatterplot.h"
 #include "gui/browser/views/view.h"
 
 #include <QLayout>
@@ -52,7 +53,18 @@ void draw(QPainter &painter, QWidget &widget, const QRect &place, const QRect &f
         widget.render(&painter, place.topLeft() + region.boundingRect().topLeft(), region);
 }
 
-QRect frameOf(const QWidget &browser, const TimeView &axis, const QVector<View *> &views)
+/// Pictures have no moment to wait for what is told later.
+void countOffScale(const QVector<View *> &views)
+{
+    for (const View *view : views) {
+        for (ScatterPlot *plot : view->findChildren<ScatterPlot *>())
+            plot->countOffScaleNow();
+    }
+}
+
+} // namespace
+
+QRect stackFrame(const QWidget &browser, const TimeView &axis, const QVector<View *> &views)
 {
     const QRect axisPlace = placeIn(browser, axis);
     QRect frame(QPoint(ViewLayout::titleWidth, axisPlace.top()), axisPlace.bottomRight());
@@ -64,11 +76,10 @@ QRect frameOf(const QWidget &browser, const TimeView &axis, const QVector<View *
     return frame.adjusted(-margin, -margin, margin, margin);
 }
 
-} // namespace
-
 PictureFile::Drawing stackDrawing(QWidget &browser, TimeView &axis, const QVector<View *> &views)
 {
-    const QRect frame = frameOf(browser, axis, views);
+    const QRect frame = stackFrame(browser, axis, views);
+    countOffScale(views);
     const auto drawStack = [&browser, &axis, views, frame](QPainter &painter) {
         draw(painter, axis, placeIn(browser, axis), frame);
         for (View *view : views)

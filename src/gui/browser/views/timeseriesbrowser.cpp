@@ -129,6 +129,11 @@ PictureFile::Drawing TimeSeriesBrowser::drawing()
     return stackDrawing(*this, *timeView(), views());
 }
 
+QRect TimeSeriesBrowser::pictureFrame() const
+{
+    return stackFrame(*this, *timeView(), views());
+}
+
 void TimeSeriesBrowser::setDatastore(Datastore *datastore)
 {
     if (m_datastore) {
@@ -136,7 +141,8 @@ void TimeSeriesBrowser::setDatastore(Datastore *datastore)
         m_datastore->disconnect(m_scales);
     }
     m_datastore = datastore;
-    m_cursors.drop();
+    if (!m_keepsCursors)
+        m_cursors.drop();
     for (View *view : m_views)
         view->setDatastore(datastore);
     if (datastore) {

@@ -45,8 +45,11 @@ public:
                                std::vector<ViewKind> kinds = standardViewKinds());
     ~TimeSeriesBrowser() override;
 
-    /// Hands the store to every view; it may die before the browser. Null takes it away.
+    /// Hands the store to every view; it may die before the browser. Null takes it away. Measuring cursors go with the
+    /// former store.
     void setDatastore(Datastore *datastore);
+    /// Whether the cursors stay nonetheless, as where the same data are read again.
+    void setKeepingCursors(bool on) { m_keepsCursors = on; }
     /// Hands the notes to every view, which mark the records that have one; they may die before the browser. Null for
     /// none.
     void setNotes(const RecordNotes *notes);
@@ -86,6 +89,8 @@ public:
     QVector<View *> views() const override;
     /// What a picture of the stack holds, see stackDrawing().
     PictureFile::Drawing drawing();
+    /// Its frame alone, see stackFrame().
+    QRect pictureFrame() const;
     bool hasViews() const { return !views().isEmpty(); }
     const std::shared_ptr<Record> &currentRecord() const { return m_currentRecord; }
 
@@ -173,6 +178,7 @@ private:
     bool m_timeCursorVisible = false;
     int m_timeCursorPixel = 0;
     bool m_disableAutoscroll = false;
+    bool m_keepsCursors = false;
 };
 
 } // namespace Tsb

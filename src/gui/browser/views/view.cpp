@@ -82,6 +82,7 @@ void View::setTemporary(bool on)
 void View::discard()
 {
     m_discarded = true;
+    setColorLock(nullptr); // those that come in its place don't take its limits
     hide();
     deleteLater();
 }

@@ -62,7 +62,8 @@ public:
     bool isTemporary() const { return m_temporary; }
     void setTemporary(bool on);
 
-    /// Hides the view and deletes it when the event loop runs; until then it counts as closed.
+    /// Hides the view and deletes it when the event loop runs; until then it counts as closed, and shares no colour
+    /// limits.
     void discard();
     bool isDiscarded() const { return m_discarded; }
     /// Brings the geometry of the plots up to date now, also while hidden, so that their widths can be asked.

@@ -146,6 +146,52 @@ TEST_F(BrowserPlotsTest, ColorsThatNobodySetGrowWithSpectraThatAreFollowed)
     EXPECT_EQ(upperAfter(1e10), 2);
 }
 
+TEST_F(BrowserPlotsTest, LockedColorsOfASetupAreNotThoseOfTheViewsBeforeIt)
+{
+    const auto locked = [this](double lower) {
+        return QVariantMap{{"type", "spectrogram"},
+                           {"settings", QVariantMap{{"spectra", QStringList{infos[0]->hash}},
+                                                    {"colorLower", lower},
+                                                    {"colorUpper", lower + 1},
+                                                    {"lockColors", true}}}};
+    };
+    const QVariantList setups[] = {QVariantList{locked(0)}, QVariantList{locked(2)},
+                                   QVariantList{locked(3), locked(3)}};
+    for (const QVariantList &setup : setups) {
+        browser.setSetup(setup);
+        ASSERT_EQ(browser.views().size(), setup.size());
+        for (int i = 0; i < setup.size(); ++i) {
+            const QVariantMap wanted = setup[i].toMap()["settings"].toMap();
+            const QVariantMap shown = browser.views()[i]->settings().toMap();
+            for (const char *key : {"colorLower", "colorUpper", "lockColors"})
+                EXPECT_EQ(shown[key], wanted[key]) << i << key;
+        }
+    }
+    settle();
+    browser.views()[0]->fitScale();
+    EXPECT_EQ(view<Tsb::SpectrogramView>(1)->colorLower(), view<Tsb::SpectrogramView>(0)->colorLower());
+    EXPECT_NE(view<Tsb::SpectrogramView>(1)->colorLower(), 3) << "they are locked to each other";
+}
+
+TEST_F(BrowserPlotsTest, APictureTellsWhatIsOffItsScales)
+{
+    browser.addDiagnosticPlot("temperature");
+    settle();
+    auto *const scale = view<Tsb::ScatterPlotView>(0)->scaleWidget();
+    const auto imageAt = [&](double greatest) {
+        scale->setMinMax(-2, greatest, true);
+        return PictureFile::imageOf(browser.drawing(), 1);
+    };
+    const QImage off = imageAt(0.5);
+    EXPECT_TRUE(scale->toolTip().contains("off scale: ")) << scale->toolTip().toStdString();
+    QTest::qWait(300); // the plot has counted by itself
+    EXPECT_EQ(imageAt(0.5), off);
+    const QImage within = imageAt(2);
+    EXPECT_FALSE(scale->toolTip().contains("off scale"));
+    QTest::qWait(300);
+    EXPECT_EQ(imageAt(2), within);
+}
+
 TEST_F(BrowserPlotsTest, RequestsOpenTheRightPlotUpToTwoHundred)
 {
     Q_EMIT uiInfo->requestElectrometerScatterplot(3);
