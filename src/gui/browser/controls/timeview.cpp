@@ -143,6 +143,8 @@ void TimeView::mouseDoubleClickEvent(QMouseEvent *)
 
 void TimeView::mouseMoveEvent(QMouseEvent *event)
 {
+    if (event->buttons() == Qt::NoButton && (m_isMarking || m_heldCursor >= 0 || m_navigator.isDragging()))
+        endDrag(); // the release went elsewhere, as where a dialog came up
     if (m_isMarking || m_heldCursor >= 0)
         return measureAt(event->x());
     if (!m_navigator.isDragging())

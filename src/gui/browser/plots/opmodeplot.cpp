@@ -162,9 +162,9 @@ void OpmodePlot::setNotes(const RecordNotes *notes)
 
 void OpmodePlot::notesChanged(RecordTime first, RecordTime last)
 {
-    if (m_mode == Opmode)
-        requestRedraw(
-            {NoteMarks::columnOf(first, timeScale()), NoteMarks::columnOf(last, timeScale()) + NoteMarks::markWidth});
+    if (m_mode == Opmode) // with the marks' edges
+        requestRedraw({NoteMarks::columnOf(first, timeScale()) - 1,
+                       NoteMarks::columnOf(last, timeScale()) + NoteMarks::markWidth + 1});
 }
 
 /// The note at a column, else the mode of the record there, which the colour alone tells few.

@@ -398,6 +398,8 @@ void Plot::mousePressEvent(QMouseEvent *event)
 
 void Plot::mouseMoveEvent(QMouseEvent *event)
 {
+    if (m_panning && !(event->buttons() & (Qt::LeftButton | Qt::MiddleButton)))
+        endPan(); // the release went elsewhere, as where a dialog came up
     if (m_panning)
         Q_EMIT requestPan(m_dragStartScale, QPoint(event->x() - m_pressPoint.x(), 0));
     else if (event->buttons() == Qt::LeftButton)

@@ -129,13 +129,16 @@ QString SpectrogramPlot::valuesText(const Record &record) const
     if (!spectrum || !spectrum->isValid())
         return tr("no spectrum");
     const RealVector &values = spectrum->concentrations;
-    const RealVector &points = m_spectrumInfo->nativePoints();
+    const bool isMobility = m_spectrumInfo->scale == SpectMath::DistributionScale::mobility;
+    // As the axis beside it has them: diameters, also of a spectrum over radii.
+    const RealVector points = m_spectrumInfo->points(isMobility ? SpectMath::DistributionScale::mobility
+                                                                : SpectMath::DistributionScale::diameter);
     const RealVector weights = m_spectrumInfo->totalWeights(SpectMath::ConcentrationType::number);
-    const auto highest = std::size_t(std::max_element(values.begin(), values.end()) - values.begin());
+    const auto isLess = [](double a, double b) { return !(a >= b) && !std::isnan(b); }; // NaN is less than all
+    const auto highest = std::size_t(std::max_element(values.begin(), values.end(), isLess) - values.begin());
     if (highest >= points.size())
         return tr("no spectrum");
-    const Unit &unit = m_spectrumInfo->scale == SpectMath::DistributionScale::mobility ? m_spectrumInfo->mobilityUnit
-                                                                                       : m_spectrumInfo->sizeUnit;
+    const Unit &unit = isMobility ? m_spectrumInfo->mobilityUnit : m_spectrumInfo->sizeUnit;
     return tr("total %1 %2, highest at %3 %4")
         .arg(QString::number(SpectMath::concentrationOf(*spectrum, weights), 'g', 4),
              m_spectrumInfo->concentrationUnit.toString(), QString::number(points[highest], 'g', 3), unit.toString());

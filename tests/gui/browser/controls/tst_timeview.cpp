@@ -183,6 +183,15 @@ TEST_F(TimeViewTest, MiddleButtonRolls)
 TEST_F(TimeViewTest, StopsMovingWhenTheReleaseCannotCome)
 {
     view.show();
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
+        mouse(QEvent::MouseButtonPress, button, {400, middle()});
+        mouse(QEvent::MouseMove, button, {420, middle()});
+        mouse(QEvent::MouseMove, Qt::NoButton, {500, middle()}); // a dialog has got it
+        const TimeScale stopped = view.timeScale();
+        mouse(QEvent::MouseMove, Qt::NoButton, {600, middle()});
+        QTest::qWait(70);
+        EXPECT_EQ(view.timeScale(), stopped);
+    }
     for (const bool hidden : {true, false}) {
         mouse(QEvent::MouseButtonPress, Qt::MiddleButton, {400, middle()});
         mouse(QEvent::MouseMove, Qt::MiddleButton, {700, middle()});

@@ -89,6 +89,36 @@ TEST(NoteMarks, TheWorkGoesWithTheColumnsAndNotWithTheNotes)
     EXPECT_LE(notes.asked, 201);
 }
 
+TEST(NoteMarks, AMarkGoesWithItsEdges)
+{
+    Datastore store;
+    for (int i = 0; i < 400; ++i) { // narrow bars, which make a dark ground
+        auto record = std::make_shared<Record>();
+        record->beginTime = recordTimeFromTicks(5 * i + 1);
+        record->endTime = recordTimeFromTicks(5 * i + 6);
+        store.takeIn(record);
+    }
+    Notes notes;
+    OpmodePlot strip;
+    strip.resize(200, strip.sizeHint().height());
+    strip.setDatastore(&store);
+    strip.setTimeScale(TimeScale(recordTimeFromTicks(0), 10, 0));
+    strip.setNotes(&notes);
+    strip.show();
+    settle();
+    const auto picture = [&strip] {
+        strip.grab();
+        return strip.image().copy();
+    };
+    const QImage bare = picture();
+    notes.texts = {{500, "one"}};
+    Q_EMIT notes.changed(recordTimeFromTicks(500), recordTimeFromTicks(500));
+    EXPECT_EQ(picture().pixelColor(49, strip.image().height() - 1), QColor(Qt::white)) << "an edge";
+    notes.texts.clear();
+    Q_EMIT notes.changed(recordTimeFromTicks(500), recordTimeFromTicks(500));
+    EXPECT_EQ(picture(), bare);
+}
+
 TEST(NoteMarks, TheStripShowsMarksAndTheirTextsAndFollowsTheirChanges)
 {
     Datastore store;

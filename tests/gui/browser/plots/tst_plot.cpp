@@ -280,6 +280,12 @@ TEST_F(PlotTest, DragsAndWheelAskTheAxis)
     EXPECT_TRUE(scrolling[0][0].toBool());
     EXPECT_FALSE(scrolling[1][0].toBool());
     EXPECT_EQ(choices, 0);
+    plot.setMouseTracking(true); // as views do
+    sendMouse(&plot, QEvent::MouseButtonPress, {101, 20}, Qt::MiddleButton);
+    const int before = pans.count();
+    sendMouse(&plot, QEvent::MouseMove, {131, 20}, Qt::NoButton); // the release went to a dialog
+    EXPECT_EQ(pans.count(), before);
+    EXPECT_FALSE(scrolling.last()[0].toBool());
     turnWheel(&plot, {61, 20}, {0, -120});
     ASSERT_EQ(zooms.count(), 1);
     EXPECT_DOUBLE_EQ(zooms[0][0].toDouble(), 1 / 0.9);

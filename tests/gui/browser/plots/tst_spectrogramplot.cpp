@@ -63,6 +63,18 @@ TEST_F(SpectrogramPlotTest, ShowsItsOwnSpectrumOnly)
     EXPECT_EQ(drawn(plot).pixel(5, 20), Tsb::spectrogramBackground(map, false).rgb());
 }
 
+TEST_F(SpectrogramPlotTest, TellsTheSizesOfItsAxis)
+{
+    const auto overRadii = testInfo("radii", {1, 2, 4, 8}, SpectMath::DistributionScale::radius);
+    auto values = testSpectrum(overRadii, 1);
+    values->concentrations[0] = std::numeric_limits<double>::quiet_NaN();
+    values->concentrations[2] = 50;
+    addSpectrumRecord(store, 300, 310, values);
+    plot.setSpectrum(overRadii, false);
+    plot.setCurrentRecord(record(20));
+    EXPECT_TRUE(plot.selectionText().endsWith("highest at 8 nm")) << plot.selectionText().toStdString();
+}
+
 TEST_F(SpectrogramPlotTest, EverySetterShows)
 {
     QImage before = drawn(plot);
