@@ -194,6 +194,7 @@ void FolderFollowing::rest()
     m_nextLook.setInterval(std::max(leastDistanceMs, std::exchange(m_busyMs, 0) * lookShare));
     if (m_isLookDue)
         look();
+    Q_EMIT caughtUp();
 }
 
 void FolderFollowing::tellLoss(bool isLost)

@@ -49,6 +49,8 @@ public:
     int rowsPlaced() const { return m_placer ? m_placer->rowsPlaced() : 0; }
 
 Q_SIGNALS:
+    /// All rows that were found are in the store.
+    void caughtUp();
     /// Only another read tells what there is now. Following goes on only after that.
     void contradicted();
     /// Flags came to a record that was there: its head, and these flags alone.

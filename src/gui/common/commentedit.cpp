@@ -9,6 +9,7 @@
 
 CommentEdit::CommentEdit(QWidget *parent) : QLineEdit(parent)
 {
+    connect(this, &QLineEdit::textEdited, this, &CommentEdit::typed);
     fill();
 }
 

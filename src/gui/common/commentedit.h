@@ -27,6 +27,8 @@ public:
 Q_SIGNALS:
     void editStarted();
     void editEnded();
+    /// A letter came or went by the user.
+    void typed();
     /// The user has finished with the line by a key: the focus is to go elsewhere.
     void left();
 

@@ -65,6 +65,7 @@ RecordForm::RecordForm(std::shared_ptr<UiInfo> uiInfo, QWidget *parent)
     connect(m_uiInfo.get(), &UiInfo::configUpdated, this, &RecordForm::updateSetup);
     connect(m_commentEdit, &CommentEdit::editStarted, this, &RecordForm::editStarted);
     connect(m_commentEdit, &CommentEdit::editEnded, this, &RecordForm::editEnded);
+    connect(m_commentEdit, &CommentEdit::typed, this, &RecordForm::commentTyped);
     connect(m_commentEdit, &CommentEdit::left, this, &RecordForm::editLeft);
     clear();
 }

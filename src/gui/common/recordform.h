@@ -45,6 +45,7 @@ Q_SIGNALS:
     /// The comment's line has the focus, or has lost it.
     void editStarted();
     void editEnded();
+    void commentTyped();
     /// The user has finished with the comment by a key: the focus is to go elsewhere.
     void editLeft();
 

@@ -11,6 +11,7 @@
 #include "gui/common/inversionstatistics.h"
 #include "gui/common/logbox.h"
 #include "gui/common/logdock.h"
+#include "gui/common/recordform.h"
 #include "gui/frame/abouttext.h"
 #include "gui/frame/busymessage.h"
 #include "gui/frame/docklayout.h"
@@ -172,6 +173,8 @@ void MainWindowBase::setupDocks()
     m_docks->add(new MeasuringDock(m_browser, this), {});
     m_docks->makeAll();
     m_comments = new OpenComments(m_docks->form(), m_docks->commentList(), m_browser, this);
+    // Else the next record would take the line away in the middle of a word.
+    connect(m_docks->form(), &RecordForm::commentTyped, this, &MainWindowBase::implicitDisableFollowLast);
     connect(m_docks->commentList(), &CommentView::commentSelected, this, &MainWindowBase::commentSelected);
 }
 

@@ -101,6 +101,8 @@ protected:
     /// Lets go of the old store, and of the shown record with it, and takes the new one; null for none. UiInfo must
     /// describe the new one by then.
     void setDatastore(std::shared_ptr<Datastore> store);
+    /// All that there is has come into the store.
+    void showHeldBackRecord() { m_shown->showHeldBack(); }
     /// Null for data that can't have comments. Those of the old map are saved before it goes.
     void setCommentMap(std::shared_ptr<CommentMap> map);
     /// Saves what is typed, and tries again what could not be written.

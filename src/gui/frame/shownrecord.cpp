@@ -119,6 +119,13 @@ void ShownRecord::recordCameIn(const RecordPointer &record)
     m_last = record;
 }
 
+void ShownRecord::showHeldBack()
+{
+    const QScopedValueRollback<bool> guard(m_isMoving, true);
+    if (m_isFollowing && m_last)
+        moveTo(m_last, Follower);
+}
+
 void ShownRecord::recordUpdated(const RecordPointer &record, int flags)
 {
     const QScopedValueRollback<bool> guard(m_isMoving, true);
@@ -126,7 +133,7 @@ void ShownRecord::recordUpdated(const RecordPointer &record, int flags)
         recordCameIn(record);
         return;
     }
-    if ((flags & SpectraChanged) && m_spectraPending && record == m_last) {
+    if ((flags & SpectraChanged) && m_spectraPending && record == m_last && record != m_record) {
         if (m_isFollowing)
             moveTo(record, Follower);
         return;

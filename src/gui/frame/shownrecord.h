@@ -37,6 +37,8 @@ public:
     void setFollowing(bool on);
     /// Nothing happens where there is no such record.
     void jump(JumpCmd command);
+    /// Nothing more comes for now: a record that waits for its spectra, or has none, waits no longer.
+    void showHeldBack();
     /// Heeds the store's news of a record; the flags are those of Datastore::updated.
     void recordUpdated(const RecordPointer &record, int flags);
 

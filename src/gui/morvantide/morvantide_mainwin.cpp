@@ -31,6 +31,7 @@
 #include <QDir>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
@@ -98,6 +99,7 @@ void MorvantideMainWindow::setupActions()
     connect(m_follow, &FollowCommand::changed, browser(), &Tsb::TimeSeriesBrowser::setGrowing);
     connect(m_follow, &FollowCommand::changed, &m_inverters, &InvertersInUse::setFollowing);
     connect(m_follow, &FollowCommand::readAgainWanted, this, &MorvantideMainWindow::readAgain);
+    connect(&m_follow->following(), &FolderFollowing::caughtUp, this, &MorvantideMainWindow::showHeldBackRecord);
     connect(&m_follow->following(), &FolderFollowing::flagsCame, this,
             [this](const auto &flagged) { statusDock()->addRecord(flagged); });
     m_follow->following().setSpectrumFilter([this](UiInfo::InfoKey info) { return uiInfo()->isKnown(info); });
@@ -270,10 +272,17 @@ void MorvantideMainWindow::showAgain(const DataLoader::Result &result)
         return;
     }
     const Rereading kept(*uiInfo(), m_inverters.inverters());
+    const QPointer<QWidget> typedInto(focusWidget());
     m_layouts->hold();
     closeData();
     showData(result.reader, &kept);
     setTitle(false);
+    // The user may not have asked for the read. Later, when the record's line is filled again.
+    const auto goOn = [typedInto] {
+        if (typedInto && typedInto->isEnabled() && typedInto->isVisible())
+            typedInto->setFocus();
+    };
+    QMetaObject::invokeMethod(this, goOn, Qt::QueuedConnection);
 }
 
 void MorvantideMainWindow::showData(const std::shared_ptr<FileReader> &read, const Rereading *kept)

@@ -28,6 +28,10 @@ ReadProgressDialog::ReadProgressDialog(int fileCount, QWidget *parent)
     // The base's own button: with another one comes a second shortcut for Escape, and of two neither would be heard.
     setCancelButtonText(tr("Cancel"));
     m_cancelButton = findChild<QPushButton *>();
+    // It may come up while the user types: Space and Return, meant for a line, are to cancel nothing.
+    m_cancelButton->setAutoDefault(false);
+    setFocusPolicy(Qt::StrongFocus);
+    setFocus();
     // The base would hide itself on the wish to cancel. It connects by name, and only so can that be undone.
     disconnect(this, SIGNAL(canceled()), this, SLOT(cancel()));
     reset(); // the base meant to show itself soon

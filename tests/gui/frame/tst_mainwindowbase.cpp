@@ -53,6 +53,7 @@ struct Window : MainWindowBase {
     using MainWindowBase::actions;
     using MainWindowBase::docks;
     using MainWindowBase::setDatastore;
+    using MainWindowBase::showHeldBackRecord;
 };
 
 constexpr std::int64_t firstTick = 1'500'000'000 * ticksPerSecond;
@@ -220,6 +221,14 @@ TEST_F(MainWindowBaseTest, HoldsTheNextRecordBackWhileSpectraChange)
     EXPECT_EQ(window.shownRecord(), first);
     changes(second, SpectraChanged);
     EXPECT_EQ(window.shownRecord(), second) << "its own spectra are here";
+    settle();
+    changes(second, SpectraChanged);
+    EXPECT_EQ(shownAfter(), QList<RecordPointer>{second}) << "more of them";
+    const RecordPointer without = comesIn(112, 2);
+    EXPECT_EQ(window.shownRecord(), second);
+    window.showHeldBackRecord();
+    EXPECT_EQ(window.shownRecord(), without) << "nothing more comes";
+    EXPECT_TRUE(window.isFollowingLast());
 
     const RecordPointer third = comesIn(120, 0), fourth = comesIn(130, 0);
     EXPECT_EQ(window.shownRecord(), fourth) << "one record is held back, not two";
@@ -227,6 +236,15 @@ TEST_F(MainWindowBaseTest, HoldsTheNextRecordBackWhileSpectraChange)
     metadata->dpVariants[0].followAtOnce = true;
     const RecordPointer fifth = comesIn(140, 0);
     EXPECT_EQ(window.shownRecord(), fifth);
+}
+
+TEST_F(MainWindowBaseTest, ALetterOfACommentEndsFollowing)
+{
+    follow();
+    auto *const line = window.findChild<QLineEdit *>("commentEdit");
+    line->setEnabled(true); // there are no comments
+    QTest::keyClick(line, Qt::Key_A);
+    EXPECT_FALSE(window.isFollowingLast());
 }
 
 TEST_F(MainWindowBaseTest, ChangesOfTheShownRecordAlone)

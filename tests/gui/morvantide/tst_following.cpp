@@ -6,6 +6,7 @@
 #include "support/livewriting.h"
 #include "support/readcomparison.h"
 
+#include <QLineEdit>
 #include <QSignalSpy>
 
 namespace {
@@ -88,8 +89,24 @@ TEST_F(FollowingWindow, ReadsAgainWhereAFileWasReplaced)
     append(day, row(2));
     ASSERT_TRUE(comesTo(3));
     EXPECT_EQ(window->datastore(), store);
-    data.write(day, header + row(7));
+    window->show();
+    window->activateWindow();
+    window->showRecord(store->at(0));
+    QTest::qWait(50);
+    auto *const line = window->findChild<QLineEdit *>("commentEdit");
+    line->setFocus();
+    ASSERT_TRUE(line->hasFocus());
+    data.write(day, header + row(0));
+    QTimer keys; // somebody goes on typing
+    QObject::connect(&keys, &QTimer::timeout, [] {
+        if (QWidget *const dialog = QApplication::activeModalWidget())
+            QTest::keyClicks(dialog->focusWidget() ? dialog->focusWidget() : dialog, " \r ");
+    });
+    keys.start(1);
     ASSERT_TRUE(comesTo(1));
+    keys.stop();
+    QTest::qWait(50);
+    EXPECT_EQ(window->focusWidget(), line);
     EXPECT_TRUE(window->windowTitle().endsWith("(following)"));
     append(day, row(8));
     EXPECT_TRUE(comesTo(2)) << "it goes on";
