@@ -82,7 +82,9 @@ void InvertersInUse::noteUpdated(const std::shared_ptr<Record> &record, int flag
 {
     if (!m_isFollowing || m_inverters.empty() || (flags & (RecordCameIn | DataReplaced)) == 0)
         return;
-    m_came.push_back(record);
+    // The rows of a record come one after the other, from several files.
+    if (std::find(m_came.rbegin(), m_came.rend(), record) == m_came.rend())
+        m_came.push_back(record);
     if (!m_laterTimer.isActive())
         m_laterTimer.start();
 }

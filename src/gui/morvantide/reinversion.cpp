@@ -1,5 +1,7 @@
 #include "gui/morvantide/reinversion.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Of the event loop's time, at a stretch.
@@ -48,13 +50,34 @@ void Reinversion::begin(std::shared_ptr<Datastore> store, std::shared_ptr<const 
     m_inversionQueue.reset(new InversionQueue(std::move(inverters), std::move(metadata), m_workerCount, this),
                            &QObject::deleteLater);
     const InversionQueue *queue = m_inversionQueue.get();
-    connect(queue, &InversionQueue::resultReady, m_store.get(), &Datastore::addSpectra);
-    connect(queue, &InversionQueue::resultReady, this, [this] { ++m_done; });
+    connect(queue, &InversionQueue::resultReady, this, &Reinversion::takeResult);
     connect(queue, &InversionQueue::empty, this, &Reinversion::queueIsEmpty);
     connect(queue, &InversionQueue::queueStatus, this,
             [this](int length, int speed) { Q_EMIT queueStatus(length + int(records().size()) - m_fed, speed); });
     m_feeding.start();
     Q_EMIT started();
+}
+
+/// A record that was inverted before, as when its rows came one after the other, keeps none of those results.
+void Reinversion::takeResult(const SpectMath::SpectrumRecordPointer &result)
+{
+    ++m_done;
+    const auto isNew = [&result](const std::shared_ptr<SpectMath::Spectrum> &spectrum) {
+        return std::any_of(result->spectra.begin(), result->spectra.end(),
+                           [&spectrum](const auto &one) { return one && spectrum && one->info == spectrum->info; });
+    };
+    const int index = m_store->indexOfHead(*result);
+    if (index < 0)
+        return;
+    SpectMath::SpectrumPointerList spectra = m_store->at(index)->spectra;
+    const auto kept = std::remove_if(spectra.begin(), spectra.end(), isNew);
+    if (kept == spectra.end())
+        return m_store->addSpectra(result);
+    spectra.erase(kept, spectra.end());
+    spectra.insert(spectra.end(), result->spectra.begin(), result->spectra.end());
+    const auto replacing = std::make_shared<SpectMath::SpectrumRecord>(*result);
+    replacing->spectra = std::move(spectra);
+    m_store->replaceSpectra(replacing);
 }
 
 bool Reinversion::feed()

@@ -50,6 +50,7 @@ Q_SIGNALS:
 private:
     void begin(std::shared_ptr<Datastore> store, std::shared_ptr<const Spectrometer::RecordMetadata> metadata,
                SpectMath::InverterList inverters);
+    void takeResult(const SpectMath::SpectrumRecordPointer &result);
     /// Hands some records to the queue; false when it has all.
     bool feed();
     void allIsFed();

@@ -129,6 +129,11 @@ TEST_F(ReinversionTest, RecordsThatAFollowedFolderBringsAreInvertedByTheInverter
     window->saveData();
     QTest::qWait(2000);
     expectSpectraOf(window->inverters());
+    const auto &store = *window->datastore();
+    for (int i = 0; i < 3; ++i) // rows of other files that belong to the record
+        Q_EMIT window->datastore()->updated(before, store.at(before), DataReplaced);
+    QTest::qWait(2000);
+    expectSpectraOf(window->inverters());
 }
 
 TEST_F(ReinversionTest, EveryRecordGetsTheSameSpectraWhateverTheWorkers)
