@@ -43,7 +43,6 @@ void UiInfo::removeSpectrum(InfoKey info)
         return;
     m_spectrumTags.remove((*found)->hash);
     m_spectrumComments.remove((*found)->hash);
-    m_userColors.remove((*found)->hash);
     m_spectrumInfos.erase(found);
 }
 

@@ -148,9 +148,11 @@ TEST(UiInfo, TheUsersColoursAndCommentsStandBeforeTheOwn)
     EXPECT_EQ(*copy, *a) << "a record's spectrum is found under it";
     EXPECT_EQ(a->comment, "first") << "what was published stays";
 
+    ui.setSpectrumColor(a.get(), Qt::cyan);
     ui.removeSpectrum(a.get());
     ui.addSpectrum(a, "reinv-1");
     EXPECT_EQ(ui.spectrumComment(a.get()), "first") << "the comment went with the spectrum";
+    EXPECT_EQ(ui.userColors().value("aaaa"), QColor(Qt::cyan)) << "the colour stays with the hash";
     ui.setSpectrumComment(b.get(), "own");
     ui.setData(metadata, {a, b, c});
     EXPECT_EQ(ui.spectrumComment(b.get()), "second") << "other data may have the same hash";

@@ -29,6 +29,7 @@ using SpectMath::DistributionScale;
 using SpectMath::DistributionType;
 
 const QString singlePlotKey = QStringLiteral("single_plot");
+const QString hiddenSpectraKey = QStringLiteral("hidden_spectra"); // written where there are any
 
 /// The names that tell these descriptions apart: their labels, or where two of them are equal the views' own names.
 QStringList curveNames(const QList<UiInfo::InfoPointer> &infos, const UiInfo &uiInfo)
@@ -310,6 +311,11 @@ QVariantMap SpectraView::setup() const
 {
     QVariantMap setup = m_options->toMap();
     setup.insert(singlePlotKey, isSinglePlot());
+    if (!m_hidden.isEmpty()) {
+        QStringList hidden = m_hidden.values();
+        hidden.sort();
+        setup.insert(hiddenSpectraKey, hidden);
+    }
     return setup;
 }
 
@@ -321,6 +327,8 @@ void SpectraView::restoreSetup(const QVariantMap &setup)
     bool isSingle = true;
     takeBool(setup, singlePlotKey, isSingle);
     m_plots->setSinglePlot(isSingle);
+    const QStringList hidden = setup.value(hiddenSpectraKey).toStringList();
+    m_hidden = QSet<QString>(hidden.begin(), hidden.end());
     choicesChanged();
 }
 
@@ -349,7 +357,7 @@ void SpectraView::fillSpectrumMenu()
     connect(all, &QAction::triggered, this, [this] {
         m_hidden.clear();
         m_plots->forgetPlaces();
-        setRecordStale();
+        choicesChanged();
     });
 }
 
@@ -360,7 +368,7 @@ void SpectraView::setSpectrumShown(const QString &hash, bool on)
     else
         m_hidden.insert(hash);
     m_plots->forgetPlaces();
-    setRecordStale();
+    choicesChanged();
 }
 
 // ---- the clipboard

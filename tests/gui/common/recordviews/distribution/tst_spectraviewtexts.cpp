@@ -99,13 +99,17 @@ TEST(SpectraView, SettingsComeBackWithoutBeingStoredAgain)
     w.view.setSinglePlot(false);
     w.view.setSinglePlot(false);
     EXPECT_EQ(stored.count(), 4);
+    EXPECT_EQ(w.view.setup().size(), 7);
+    w.spectrumActions()[1]->setChecked(false);
+    EXPECT_EQ(stored.count(), 5);
     const QVariantMap setup = w.view.setup();
-    EXPECT_EQ(setup.size(), 7);
+    EXPECT_EQ(setup["hidden_spectra"], QStringList(w.pos->hash));
     Window other;
     other.view.showDialog();
     QSignalSpy again(&other.view, &SpectraView::setupChanged);
     other.view.restoreSetup(setup);
     EXPECT_EQ(other.view.setup(), setup);
+    EXPECT_FALSE(other.spectrumActions()[1]->isChecked());
     EXPECT_EQ(again.count(), 0);
     for (const QVariantMap &map : {QVariantMap(), QVariantMap{{"single_plot", "perhaps"}, {"distribution_type", 7}}}) {
         other.view.restoreSetup(setup);
