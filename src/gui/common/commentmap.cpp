@@ -170,6 +170,16 @@ void CommentMap::saveUnsaved()
     }
 }
 
+void CommentMap::takeUnsaved(CommentMap &former)
+{
+    const auto waiting = std::exchange(former.m_unsaved, {});
+    for (auto one = waiting.begin(); one != waiting.end(); ++one) {
+        take(one.key(), former.m_comments.value(one.key()));
+        m_unsaved.insert(one.key(), *one);
+        noteChanged(one.key());
+    }
+}
+
 // ---- the model
 
 void CommentMap::noteChanged(const CommentKey &key)

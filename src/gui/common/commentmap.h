@@ -71,6 +71,8 @@ public:
     bool isSaved(const std::shared_ptr<Record> &record) const;
     /// Tries again what could not be written.
     void saveUnsaved();
+    /// Takes over what another map of the same data could not write.
+    void takeUnsaved(CommentMap &former);
 
     /// The model, brought up to date: one row for each comment by time, and the columns "Time" and "Comment". It may be
     /// another one than before, which is gone then.

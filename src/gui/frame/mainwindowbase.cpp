@@ -342,6 +342,11 @@ void MainWindowBase::setCommentMap(std::shared_ptr<CommentMap> map)
     m_comments->setMap(std::move(map));
 }
 
+const std::shared_ptr<CommentMap> &MainWindowBase::commentMap() const
+{
+    return m_comments->map();
+}
+
 void MainWindowBase::saveComments()
 {
     if (m_comments)

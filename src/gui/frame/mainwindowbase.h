@@ -105,6 +105,7 @@ protected:
     void showHeldBackRecord() { m_shown->showHeldBack(); }
     /// Null for data that can't have comments. Those of the old map are saved before it goes.
     void setCommentMap(std::shared_ptr<CommentMap> map);
+    const std::shared_ptr<CommentMap> &commentMap() const; ///< may be null
     /// Saves what is typed, and tries again what could not be written.
     void saveComments();
     void setAboutInfo(const QString &name, const QString &description);

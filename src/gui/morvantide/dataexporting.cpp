@@ -53,13 +53,19 @@ void DataExporting::setData(std::shared_ptr<Datastore> store, const QString &fol
     m_source.files = files;
 }
 
-void DataExporting::closeData(QSettings &settings)
+void DataExporting::closeData(QSettings &settings, bool isReadAgain)
 {
     stop();
     m_source.store.reset();
-    m_state.reset();
+    m_openPlace.clear();
+    if (!isReadAgain)
+        m_state.reset();
+    else if (m_dialog)
+        m_state = m_dialog->state();
     if (!m_dialog)
         return;
+    if (isReadAgain && m_dialog->isVisible())
+        m_openPlace = m_dialog->saveGeometry();
     settings.setValue(setupPathKey, m_dialog->setupPath());
     for (QDialog *question : m_dialog->findChildren<QDialog *>())
         question->reject();
@@ -82,8 +88,26 @@ void DataExporting::stop()
 
 void DataExporting::showDialog(const QSettings &settings)
 {
-    if (!m_source.store || m_isRunning)
+    if (!makeDialog(settings))
         return;
+    m_dialog->show();
+    m_dialog->activateWindow();
+}
+
+void DataExporting::showAgain(const QSettings &settings)
+{
+    const QByteArray place = std::exchange(m_openPlace, {});
+    if (place.isNull() || !makeDialog(settings))
+        return;
+    m_dialog->restoreGeometry(place);
+    m_dialog->setAttribute(Qt::WA_ShowWithoutActivating); // somebody may be typing elsewhere
+    m_dialog->show();
+}
+
+bool DataExporting::makeDialog(const QSettings &settings)
+{
+    if (!m_source.store || m_isRunning)
+        return false;
     if (m_dialog)
         m_state = m_dialog->state();
     delete m_dialog;
@@ -104,8 +128,7 @@ void DataExporting::showDialog(const QSettings &settings)
             &DataExportDialog::spanChanged);
     // Keys go to it, and behind it to the window, also where no window manager sees to that.
     connect(m_dialog, &QDialog::finished, m_window, &QWidget::activateWindow);
-    m_dialog->show();
-    m_dialog->activateWindow();
+    return true;
 }
 
 void DataExporting::showDialogFor(const ExportSource::Span &span, const QSettings &settings)

@@ -29,8 +29,10 @@ public:
 
     /// Other data, in that folder; the files are names in it, or whole paths.
     void setData(std::shared_ptr<Datastore> store, const QString &folder, const QStringList &files);
-    /// Ends an export, closes the dialog and keeps the path of its setup.
-    void closeData(QSettings &settings);
+    /// Ends an export, closes the dialog and keeps the path of its setup. Where the data are only read again, the
+    /// dialog comes back by showAgain().
+    void closeData(QSettings &settings, bool isReadAgain);
+    void showAgain(const QSettings &settings);
     /// Makes the dialog anew and shows it.
     void showDialog(const QSettings &settings);
     /// The same with the records of that span chosen.
@@ -46,6 +48,7 @@ public Q_SLOTS:
     void giveExportTsbSetup();
 
 private:
+    bool makeDialog(const QSettings &settings);
     /// The one that questions stand before.
     QWidget *window() const;
     QString setupPath() const { return m_dialog ? m_dialog->setupPath() : QString(); }
@@ -64,6 +67,7 @@ private:
     QPointer<DataExportDialog> m_dialog;
     QPointer<DataExportDialog> m_retiredDialog;     ///< closed with its data while the export has a dialog before it
     std::optional<DataExportDialog::State> m_state; ///< of the dialog before
+    QByteArray m_openPlace;                         ///< of a dialog that is to come back; null if none is
     QPointer<QMessageBox> m_box;                    ///< that is open
     bool m_isRunning = false;
     bool m_isStopped = false;

@@ -150,8 +150,13 @@ QString LayoutKeeper::chooseFor(const QString &folder)
 void LayoutKeeper::hold()
 {
     const Tsb::TimeNavigator &navigator = *m_window.browser()->timeView()->navigator();
-    m_held = Held{
-        {}, KeptPlace::of(m_window), navigator.timeScale(), navigator.isWhole(), m_windowSetupPath, m_mayOverwrite};
+    m_held = Held{{},
+                  KeptPlace::of(m_window),
+                  navigator.timeScale(),
+                  navigator.isWhole(),
+                  navigator.isFollowingNow(),
+                  m_windowSetupPath,
+                  m_mayOverwrite};
     m_layout.store(m_held->setup);
     m_window.browser()->setKeepingCursors(true);
 }
@@ -167,6 +172,7 @@ void LayoutKeeper::showHeld()
     Tsb::TimeNavigator *const navigator = m_window.browser()->timeView()->navigator();
     if (!m_window.isFollowingLast())
         KeptPlace::showRecord(m_window, held.place);
+    navigator->setFollowNow(held.followsNow); // which showing a record may have ended
     navigator->setTimeScale(held.timeScale);
     navigator->adaptToWidth(); // time has gone on where it follows the present
     if (held.isWhole)

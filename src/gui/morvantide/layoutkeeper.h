@@ -89,6 +89,7 @@ private:
         QVariantMap place;
         TimeScale timeScale;
         bool isWhole; ///< the axis shows all of the data
+        bool followsNow;
         QString path;
         bool mayOverwrite;
     };

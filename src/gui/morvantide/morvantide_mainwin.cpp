@@ -29,11 +29,13 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 
 namespace {
@@ -161,8 +163,8 @@ void MorvantideMainWindow::setTitle(bool incomplete)
 /// Others read records and their names on threads of their own, or between two turns of the event loop.
 bool MorvantideMainWindow::mayChangeRecords() const
 {
-    return !isReading() && !m_reinversion.hasThreads() && !m_inverters.hasThreads() && !m_saving.isRunning() &&
-           !m_exporting.isRunning();
+    return !isReading() && !m_inverterLoader.isLoading() && !m_reinversion.hasThreads() && !m_inverters.hasThreads() &&
+           !m_saving.isRunning() && !m_exporting.isRunning();
 }
 
 void MorvantideMainWindow::terminateSignal()
@@ -272,17 +274,30 @@ void MorvantideMainWindow::showAgain(const DataLoader::Result &result)
         return;
     }
     const Rereading kept(*uiInfo(), m_inverters.inverters());
-    const QPointer<QWidget> typedInto(focusWidget());
+    const auto comments = commentMap();
     m_layouts->hold();
+    const std::function<void()> goOnTyping = backToTyping();
     closeData();
     showData(result.reader, &kept);
+    if (comments && commentMap())
+        commentMap()->takeUnsaved(*comments);
+    m_exporting.showAgain(*settings());
     setTitle(false);
-    // The user may not have asked for the read. Later, when the record's line is filled again.
-    const auto goOn = [typedInto] {
-        if (typedInto && typedInto->isEnabled() && typedInto->isVisible())
-            typedInto->setFocus();
+    QTimer::singleShot(0, this, goOnTyping); // when the record's line is filled again
+}
+
+/// What brings the keyboard back to where it is now: the user may not have asked for the read.
+std::function<void()> MorvantideMainWindow::backToTyping() const
+{
+    const QPointer<QWidget> widget(focusWidget());
+    const auto *typed = qobject_cast<QLineEdit *>(widget);
+    return [widget, place = typed ? typed->cursorPosition() : 0] {
+        if (!widget || !widget->isEnabled() || !widget->isVisible())
+            return;
+        widget->setFocus();
+        if (auto *const line = qobject_cast<QLineEdit *>(widget))
+            line->setCursorPosition(place);
     };
-    QMetaObject::invokeMethod(this, goOn, Qt::QueuedConnection);
 }
 
 void MorvantideMainWindow::showData(const std::shared_ptr<FileReader> &read, const Rereading *kept)
@@ -308,6 +323,8 @@ void MorvantideMainWindow::showData(const std::shared_ptr<FileReader> &read, con
         startReinversion(m_inverters.take(kept->inverters()));
     if (kept)
         kept->restoreComments(*uiInfo());
+    else
+        m_saving.setReadVariant(m_request.variant);
     updateKeepingActions();
     updateReinversionActions();
     m_layouts->showData();
@@ -331,7 +348,7 @@ void MorvantideMainWindow::closeData()
     setTitle(false);
     m_layouts->closeData();
     clearWindowSetup();
-    m_exporting.closeData(*settings());
+    m_exporting.closeData(*settings(), m_layouts->isHolding());
     setDatastore(nullptr);
     m_layouts->updateActions();
     setCommentMap(nullptr); // what was typed for its last record is in it by now
@@ -369,7 +386,6 @@ void MorvantideMainWindow::updateKeepingActions()
     m_exportAction->setEnabled(datastore() != nullptr);
     m_saveAction->setEnabled(datastore() != nullptr);
     m_infoAction->setEnabled(datastore() != nullptr);
-    m_saving.setReadVariant(m_request.variant);
     m_exporting.setData(datastore(), m_request.folder, m_request.files);
 }
 

@@ -13,6 +13,8 @@
 #include <QPointer>
 #include <QVariantMap>
 
+#include <functional>
+
 class ColormapChoice;
 class MorvantideInfoWindow;
 class FollowCommand;
@@ -89,6 +91,7 @@ private:
     /// Data that are read again bring something along; else null.
     void showData(const std::shared_ptr<FileReader> &reader, const Rereading *kept = nullptr);
     void showAgain(const DataLoader::Result &result);
+    std::function<void()> backToTyping() const;
     void setTitle(bool incomplete);
     bool mayChangeRecords() const;
 

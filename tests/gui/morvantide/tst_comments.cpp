@@ -136,6 +136,23 @@ TEST_F(Comments, WhatIsHalfTypedIsKeptWhereverTheDataGo)
     }
 }
 
+TEST_F(Comments, WhatCouldNotBeWrittenOutlastsAnotherRead)
+{
+    ASSERT_NO_FATAL_FAILURE(open());
+    show(4);
+    const QString file = data.filePath("20190101-block.comments");
+    ASSERT_TRUE(QDir().mkpath(file)); // in its place nothing can be written
+    type("patience");
+    QTest::keyClick(line(), Qt::Key_Return);
+    window->readAgain();
+    waitForRead();
+    show(4);
+    EXPECT_EQ(line()->text(), "patience");
+    ASSERT_TRUE(QDir().rmdir(file));
+    window->closeData();
+    EXPECT_EQ(dayFile(), header + key(4) + "patience\n");
+}
+
 TEST_F(Comments, ReturnGivesTheKeysBackToThePlots)
 {
     window->show();

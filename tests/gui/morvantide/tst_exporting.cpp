@@ -266,6 +266,20 @@ TEST_F(Exporting, TheDialogComesBackAsItWasLeft)
     EXPECT_TRUE(second->isVisible());
     EXPECT_EQ(second->setup(), unsaved);
     EXPECT_EQ(second->setupPath(), path("s.exportsetup"));
+    const QPoint place = second->pos();
+    for (const bool wasOpen : {true, false}) {
+        window->readAgain();
+        waitForRead();
+        auto *const again = window->findChild<DataExportDialog *>();
+        EXPECT_EQ(again != nullptr, wasOpen);
+        if (again) {
+            EXPECT_TRUE(again->isVisible());
+            EXPECT_EQ(again->pos(), place);
+            EXPECT_EQ(again->setup(), unsaved);
+            press(again, "Close");
+        }
+    }
+    EXPECT_EQ(showDialog()->setup(), unsaved);
     window->closeData();
     QTest::qWait(0);
     EXPECT_TRUE(window->findChildren<DataExportDialog *>().isEmpty());

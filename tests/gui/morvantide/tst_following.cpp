@@ -96,6 +96,7 @@ TEST_F(FollowingWindow, ReadsAgainWhereAFileWasReplaced)
     auto *const line = window->findChild<QLineEdit *>("commentEdit");
     line->setFocus();
     ASSERT_TRUE(line->hasFocus());
+    QTest::keyClicks(line, "wind");
     data.write(day, header + row(0));
     QTimer keys; // somebody goes on typing
     QObject::connect(&keys, &QTimer::timeout, [] {
@@ -107,6 +108,8 @@ TEST_F(FollowingWindow, ReadsAgainWhereAFileWasReplaced)
     keys.stop();
     QTest::qWait(50);
     EXPECT_EQ(window->focusWidget(), line);
+    QTest::keyClicks(line, "y");
+    EXPECT_EQ(line->text(), "windy");
     EXPECT_TRUE(window->windowTitle().endsWith("(following)"));
     append(day, row(8));
     EXPECT_TRUE(comesTo(2)) << "it goes on";

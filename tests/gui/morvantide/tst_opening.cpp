@@ -1,6 +1,7 @@
 #include "gui/browser/controls/timeview.h"
 #include "gui/browser/views/timeseriesbrowser.h"
 #include "gui/browser/views/view.h"
+#include "gui/morvantide/datasaverdialog.h"
 #include "gui/morvantide/droppeddata.h"
 #include "gui/morvantide/readprogressdialog.h"
 #include "gui/morvantide/recentfolders.h"
@@ -242,6 +243,32 @@ TEST_F(OpeningTest, ReadingAgainKeepsViewSelectionAndLayout)
     EXPECT_TRUE(cursors.times() == measured);
     window->closeData();
     EXPECT_FALSE(cursors.areAny()) << "other data";
+}
+
+TEST_F(OpeningTest, ReadingAgainGoesOnFollowingThePresentAndWithTheNameForSaving)
+{
+    open();
+    window->showRecord(window->datastore()->records().back());
+    action("Follow current moment")->setChecked(true);
+    const auto nameAfter = [this](const std::function<void(DataSaverDialog &)> &act) {
+        QString name;
+        withDialog<DataSaverDialog>([&](DataSaverDialog &dialog) {
+            act(dialog);
+            name = dialog.variant();
+            dialog.reject();
+        });
+        window->saveData();
+        return name;
+    };
+    EXPECT_EQ(nameAfter([](DataSaverDialog &dialog) { dialog.setVariant("mine"); }), "mine");
+    window->readAgain();
+    waitForRead();
+    EXPECT_TRUE(axis()->isFollowingNow());
+    EXPECT_TRUE(action("Follow current moment")->isChecked());
+    EXPECT_EQ(nameAfter([](DataSaverDialog &) {}), "mine");
+    window->closeData();
+    open();
+    EXPECT_EQ(nameAfter([](DataSaverDialog &) {}), "block-reinv");
 }
 
 TEST_F(OpeningTest, ReadingAgainInvertsAgainAndKeepsWhatTheUserWrote)

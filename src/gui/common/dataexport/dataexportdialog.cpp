@@ -249,10 +249,13 @@ void DataExportDialog::loadSetup()
 
 void DataExportDialog::tell(const QString &text, const QString &reason)
 {
-    QMessageBox box(QMessageBox::Warning, tr("Data export"), text, QMessageBox::Ok, this);
-    box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(Tsb::plainToolTip(complaintText(reason)));
-    box.exec();
+    // The dialog may go meanwhile, with the data.
+    const QPointer<QMessageBox> box(
+        new QMessageBox(QMessageBox::Warning, tr("Data export"), text, QMessageBox::Ok, this));
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(Tsb::plainToolTip(complaintText(reason)));
+    box->exec();
+    delete box;
 }
 
 // ---- preview
