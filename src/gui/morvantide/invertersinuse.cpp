@@ -4,11 +4,21 @@
 #include "spectra/inverterchoice.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace {
 
 constexpr int laterInterval = 500; // ms
+
+/// In their order: the rows of a record come one after the other, from several files.
+Datastore::Records eachOnce(Datastore::Records records)
+{
+    std::unordered_set<const Record *> known;
+    const auto isKnown = [&known](const std::shared_ptr<Record> &record) { return !known.insert(record.get()).second; };
+    records.erase(std::remove_if(records.begin(), records.end(), isKnown), records.end());
+    return records;
+}
 
 } // namespace
 
@@ -82,9 +92,7 @@ void InvertersInUse::noteUpdated(const std::shared_ptr<Record> &record, int flag
 {
     if (!m_isFollowing || m_inverters.empty() || (flags & (RecordCameIn | DataReplaced)) == 0)
         return;
-    // The rows of a record come one after the other, from several files.
-    if (std::find(m_came.rbegin(), m_came.rend(), record) == m_came.rend())
-        m_came.push_back(record);
+    m_came.push_back(record);
     if (!m_laterTimer.isActive())
         m_laterTimer.start();
 }
@@ -97,7 +105,7 @@ void InvertersInUse::invertThoseThatCame()
     }
     if (m_later.hasThreads())
         return m_laterTimer.start();
-    m_given = std::exchange(m_came, {});
+    m_given = eachOnce(std::exchange(m_came, {}));
     m_later.startFor(m_given, m_store, m_uiInfo->metadata(), m_inverters);
 }
 

@@ -1,6 +1,7 @@
 #include "gui/morvantide/reinversion.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -69,11 +70,11 @@ void Reinversion::takeResult(const SpectMath::SpectrumRecordPointer &result)
     const int index = m_store->indexOfHead(*result);
     if (index < 0)
         return;
-    SpectMath::SpectrumPointerList spectra = m_store->at(index)->spectra;
-    const auto kept = std::remove_if(spectra.begin(), spectra.end(), isNew);
-    if (kept == spectra.end())
+    const SpectMath::SpectrumPointerList &had = m_store->at(index)->spectra;
+    if (std::none_of(had.begin(), had.end(), isNew))
         return m_store->addSpectra(result);
-    spectra.erase(kept, spectra.end());
+    SpectMath::SpectrumPointerList spectra;
+    std::remove_copy_if(had.begin(), had.end(), std::back_inserter(spectra), isNew);
     spectra.insert(spectra.end(), result->spectra.begin(), result->spectra.end());
     const auto replacing = std::make_shared<SpectMath::SpectrumRecord>(*result);
     replacing->spectra = std::move(spectra);
